@@ -1,0 +1,44 @@
+// The embedded database: SQL Server's dialect on SQLite, usable by itself as a Connection.
+//
+// A Database is one store, in memory or in a file; a session is a Connection to it with its own
+// temporary tables, variables of the moment and transaction.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "foundation/connection.h"
+#include "foundation/date_time.h"
+
+namespace tavcc::sql {
+
+struct OpenOptions {
+  // A file, or ":memory:".
+  std::string path = ":memory:";
+  // Whether a file that does not exist is made. When false, a missing file is an error.
+  bool create = true;
+  // What GETDATE() answers; the machine's local time when empty.
+  std::function<DateTime()> clock;
+};
+
+class Database {
+ public:
+  virtual ~Database() = default;
+
+  // Opens a store. Errors: AutomationError with one line that names the file and what is wrong with
+  // it (missing, unreadable, no database of this kind); the file stays untouched.
+  static std::shared_ptr<Database> Open(const OpenOptions& options);
+
+  // A new session. It keeps the store alive. Sessions of one Database belong to one thread.
+  virtual ConnectionPtr NewSession() = 0;
+
+  // Opens a session again that was closed; its temporary tables and its transaction are gone.
+  virtual void Reopen(Connection& session) = 0;
+
+  // Runs a script: batches separated by lines that hold only the word GO. Stops at the first error,
+  // whose description then begins with the number of the line on which its batch starts.
+  virtual void RunScript(std::string_view script) = 0;
+};
+
+}  // namespace tavcc::sql

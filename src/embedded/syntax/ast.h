@@ -1,0 +1,537 @@
+// The parsed tree: what a batch says, before any name or type is looked up.
+//
+// Names are kept as written; nothing is folded, typed or rewritten here. Every node knows the line
+// of its first token, for error messages.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "embedded/types/sql_type.h"
+
+namespace tavcc::sql {
+
+struct Expression;
+struct Condition;
+struct TableSource;
+struct Query;
+struct Statement;
+
+using ExpressionPtr = std::unique_ptr<Expression>;
+using ConditionPtr = std::unique_ptr<Condition>;
+using TableSourcePtr = std::unique_ptr<TableSource>;
+using QueryPtr = std::unique_ptr<Query>;
+using StatementPtr = std::unique_ptr<Statement>;
+
+// A possibly qualified name, outermost qualifier first: {"dbo", "t_Stock"}, {"tempdb", "", "#T"}.
+// Brackets and quotes are gone; temporary tables keep their "#", table variables their "@".
+struct ObjectName {
+  std::vector<std::string> parts;
+  const std::string& last() const { return parts.back(); }
+};
+
+// ---- Expressions (values) ----------------------------------------------------------------------
+
+struct Expression {
+  enum class Kind : uint8_t {
+    kLiteral,
+    kColumn,
+    kVariable,
+    kGlobalVariable,
+    kUnary,
+    kBinary,
+    kFunction,
+    kConvert,
+    kCase,
+    kScalarSubquery,
+  };
+  explicit Expression(Kind k) : kind(k) {}
+  virtual ~Expression() = default;
+  const Kind kind;
+  int line = 0;
+};
+
+struct LiteralExpression final : Expression {
+  enum class Form : uint8_t { kNull, kInteger, kDecimal, kFloat, kText, kNationalText, kBinary };
+  LiteralExpression() : Expression(Kind::kLiteral) {}
+  Form form = Form::kNull;
+  // Digits as written ("007", "1.50", "1e3"), the text without quotes and with doubled quotes made
+  // single, or the hexadecimal digits after 0x.
+  std::string text;
+  // Which of the batch's literals this is (see Lexer): literals with the same position in texts that
+  // differ in nothing but literal values can share one compiled batch. -1 when it must stay literal.
+  int slot = -1;
+};
+
+struct ColumnExpression final : Expression {
+  ColumnExpression() : Expression(Kind::kColumn) {}
+  ObjectName name;  // column last
+};
+
+struct VariableExpression final : Expression {
+  VariableExpression() : Expression(Kind::kVariable) {}
+  std::string name;  // with its "@"
+};
+
+struct GlobalVariableExpression final : Expression {
+  GlobalVariableExpression() : Expression(Kind::kGlobalVariable) {}
+  std::string name;  // with its "@@"
+};
+
+struct UnaryExpression final : Expression {
+  enum class Operator : uint8_t { kPlus, kMinus, kBitNot };
+  UnaryExpression() : Expression(Kind::kUnary) {}
+  Operator op = Operator::kPlus;
+  ExpressionPtr operand;
+};
+
+struct BinaryExpression final : Expression {
+  enum class Operator : uint8_t {
+    kAdd, kSubtract, kMultiply, kDivide, kModulo, kBitAnd, kBitOr, kBitXor,
+  };
+  BinaryExpression() : Expression(Kind::kBinary) {}
+  Operator op = Operator::kAdd;
+  ExpressionPtr left, right;
+};
+
+// A function or aggregate call; COUNT(*) has `star`.
+struct FunctionExpression final : Expression {
+  FunctionExpression() : Expression(Kind::kFunction) {}
+  ObjectName name;
+  std::vector<ExpressionPtr> arguments;
+  // DATEDIFF(Day, …), DATEADD, DATEPART, DATENAME: the bare word in first place.
+  std::string date_part;
+  bool distinct = false;
+  bool star = false;
+};
+
+// A type as written: its name and its bracketed arguments, e.g. {"decimal", {28, 10}}.
+struct TypeName {
+  std::string name;
+  std::vector<int> arguments;  // SqlType::kMax for "max"
+};
+
+struct ConvertExpression final : Expression {
+  ConvertExpression() : Expression(Kind::kConvert) {}
+  bool is_cast = false;  // CAST(x AS t), otherwise CONVERT(t, x[, style])
+  TypeName type;
+  ExpressionPtr operand;
+  ExpressionPtr style;  // null when not given
+};
+
+struct CaseExpression final : Expression {
+  struct When {
+    ExpressionPtr value;     // of CASE x WHEN value
+    ConditionPtr condition;  // of CASE WHEN condition
+    ExpressionPtr result;
+  };
+  CaseExpression() : Expression(Kind::kCase) {}
+  ExpressionPtr operand;  // null for the searched form
+  std::vector<When> whens;
+  ExpressionPtr otherwise;  // null when there is no ELSE
+};
+
+struct ScalarSubqueryExpression final : Expression {
+  ScalarSubqueryExpression() : Expression(Kind::kScalarSubquery) {}
+  QueryPtr query;
+};
+
+// ---- Conditions (three-valued) -----------------------------------------------------------------
+
+struct Condition {
+  enum class Kind : uint8_t {
+    kComparison, kAnd, kOr, kNot, kIsNull, kBetween, kInList, kInQuery, kLike, kExists,
+  };
+  explicit Condition(Kind k) : kind(k) {}
+  virtual ~Condition() = default;
+  const Kind kind;
+  int line = 0;
+};
+
+struct ComparisonCondition final : Condition {
+  enum class Operator : uint8_t { kEqual, kNotEqual, kLess, kLessEqual, kGreater, kGreaterEqual };
+  ComparisonCondition() : Condition(Kind::kComparison) {}
+  Operator op = Operator::kEqual;
+  ExpressionPtr left, right;
+};
+
+struct LogicalCondition final : Condition {  // kAnd, kOr
+  explicit LogicalCondition(Kind k) : Condition(k) {}
+  // Two or more operands: a chain of the same word is one node, so that depth is that of brackets.
+  std::vector<ConditionPtr> operands;
+};
+
+struct NotCondition final : Condition {
+  NotCondition() : Condition(Kind::kNot) {}
+  ConditionPtr operand;
+};
+
+struct IsNullCondition final : Condition {
+  IsNullCondition() : Condition(Kind::kIsNull) {}
+  ExpressionPtr operand;
+  bool negated = false;
+};
+
+struct BetweenCondition final : Condition {
+  BetweenCondition() : Condition(Kind::kBetween) {}
+  ExpressionPtr operand, low, high;
+  bool negated = false;
+};
+
+struct InListCondition final : Condition {
+  InListCondition() : Condition(Kind::kInList) {}
+  ExpressionPtr operand;
+  std::vector<ExpressionPtr> values;
+  bool negated = false;
+};
+
+struct InQueryCondition final : Condition {
+  InQueryCondition() : Condition(Kind::kInQuery) {}
+  ExpressionPtr operand;
+  QueryPtr query;
+  bool negated = false;
+};
+
+struct LikeCondition final : Condition {
+  LikeCondition() : Condition(Kind::kLike) {}
+  ExpressionPtr operand, pattern;
+  ExpressionPtr escape;  // null when not given
+  bool negated = false;
+};
+
+struct ExistsCondition final : Condition {
+  ExistsCondition() : Condition(Kind::kExists) {}
+  QueryPtr query;
+};
+
+// ---- Queries -----------------------------------------------------------------------------------
+
+struct TableSource {
+  enum class Kind : uint8_t { kNamed, kDerived, kJoin };
+  explicit TableSource(Kind k) : kind(k) {}
+  virtual ~TableSource() = default;
+  const Kind kind;
+  int line = 0;
+};
+
+// A table, view, temporary table or table variable.
+struct NamedTable final : TableSource {
+  NamedTable() : TableSource(Kind::kNamed) {}
+  ObjectName name;
+  std::string alias;               // empty when none
+  std::vector<std::string> hints;  // NOLOCK, HOLDLOCK …, read and without effect
+};
+
+struct DerivedTable final : TableSource {
+  DerivedTable() : TableSource(Kind::kDerived) {}
+  QueryPtr query;
+  std::string alias;
+  std::vector<std::string> columns;  // empty when not given
+};
+
+struct JoinedTable final : TableSource {
+  enum class Join : uint8_t { kInner, kLeft, kRight, kFull, kCross };
+  JoinedTable() : TableSource(Kind::kJoin) {}
+  Join join = Join::kInner;
+  TableSourcePtr left, right;
+  ConditionPtr on;  // null for kCross
+};
+
+struct SelectItem {
+  enum class Form : uint8_t { kExpression, kStar, kAssignment };
+  Form form = Form::kExpression;
+  ExpressionPtr expression;  // kExpression, kAssignment
+  std::string alias;         // kExpression: AS alias, or alias = expression; empty when none
+  std::string variable;      // kAssignment: @v = expression
+  ObjectName qualifier;      // kStar: T1.*; no parts for a bare star
+  int line = 0;
+};
+
+struct OrderItem {
+  ExpressionPtr expression;
+  bool descending = false;
+};
+
+struct TopClause {
+  ExpressionPtr count;
+  bool percent = false;
+  bool with_ties = false;
+};
+
+// One SELECT … FROM … WHERE … GROUP BY … HAVING …
+struct SelectBlock {
+  bool distinct = false;
+  std::optional<TopClause> top;
+  std::vector<SelectItem> items;
+  std::optional<ObjectName> into;
+  std::vector<TableSourcePtr> from;  // separated by commas: a cross join
+  ConditionPtr where;
+  std::vector<ExpressionPtr> group_by;
+  ConditionPtr having;
+  int line = 0;
+};
+
+// A select, or several set together, with the order of the whole.
+struct Query {
+  enum class SetOperator : uint8_t { kUnion, kUnionAll, kExcept, kIntersect };
+  // Either a block, or two queries and an operator.
+  std::unique_ptr<SelectBlock> block;
+  QueryPtr left, right;
+  SetOperator set_operator = SetOperator::kUnion;
+  std::vector<OrderItem> order_by;
+  int line = 0;
+};
+
+// ---- Statements --------------------------------------------------------------------------------
+
+struct Statement {
+  enum class Kind : uint8_t {
+    kSelect, kInsert, kUpdate, kDelete, kTruncate,
+    kCreateTable, kCreateIndex, kCreateView, kCreateProcedure, kDrop, kAlterTableAdd,
+    kDeclare, kSetVariable, kSetOption, kIf, kWhile, kBlock, kBreak, kContinue, kReturn,
+    kDeclareCursor, kOpenCursor, kFetch, kCloseCursor, kDeallocateCursor,
+    kExecuteProcedure, kExecuteText, kTransaction, kPrint, kRaisError,
+  };
+  explicit Statement(Kind k) : kind(k) {}
+  virtual ~Statement() = default;
+  const Kind kind;
+  int line = 0;
+};
+
+struct SelectStatement final : Statement {
+  SelectStatement() : Statement(Kind::kSelect) {}
+  QueryPtr query;
+};
+
+struct InsertStatement final : Statement {
+  InsertStatement() : Statement(Kind::kInsert) {}
+  ObjectName table;
+  std::vector<std::string> columns;  // empty when not given
+  // One of: rows, query, execute, or none of them for DEFAULT VALUES. A null element of a row is the
+  // word DEFAULT.
+  std::vector<std::vector<ExpressionPtr>> rows;
+  QueryPtr query;
+  StatementPtr execute;
+};
+
+struct Assignment {
+  std::string column;    // empty for SET @v = …
+  std::string variable;  // of SET @v = …; both for SET @v = column = …
+  ExpressionPtr value;   // null for the word DEFAULT
+};
+
+struct UpdateStatement final : Statement {
+  UpdateStatement() : Statement(Kind::kUpdate) {}
+  ObjectName target;  // a table, or an alias of `from`
+  std::optional<TopClause> top;
+  std::vector<Assignment> assignments;
+  std::vector<TableSourcePtr> from;
+  ConditionPtr where;
+};
+
+struct DeleteStatement final : Statement {
+  DeleteStatement() : Statement(Kind::kDelete) {}
+  ObjectName target;
+  std::optional<TopClause> top;
+  std::vector<TableSourcePtr> from;  // the second FROM
+  ConditionPtr where;
+};
+
+struct TruncateStatement final : Statement {
+  TruncateStatement() : Statement(Kind::kTruncate) {}
+  ObjectName table;
+};
+
+struct ColumnDefinition {
+  std::string name;
+  TypeName type;
+  std::optional<bool> nullable;  // not said: the default of the place
+  bool identity = false;
+  int64_t identity_seed = 1, identity_increment = 1;
+  ExpressionPtr default_value;
+  bool primary_key = false, unique = false;
+  int line = 0;
+};
+
+struct KeyDefinition {
+  bool primary = false;  // otherwise UNIQUE
+  std::string name;      // empty when not given
+  std::vector<std::string> columns;
+};
+
+struct TableDefinition {
+  std::vector<ColumnDefinition> columns;
+  std::vector<KeyDefinition> keys;
+};
+
+struct CreateTableStatement final : Statement {
+  CreateTableStatement() : Statement(Kind::kCreateTable) {}
+  ObjectName name;
+  TableDefinition definition;
+};
+
+struct CreateIndexStatement final : Statement {
+  CreateIndexStatement() : Statement(Kind::kCreateIndex) {}
+  std::string name;
+  ObjectName table;
+  bool unique = false;
+  std::vector<std::string> columns;
+};
+
+struct AlterTableAddStatement final : Statement {
+  AlterTableAddStatement() : Statement(Kind::kAlterTableAdd) {}
+  ObjectName name;
+  TableDefinition definition;
+};
+
+struct CreateViewStatement final : Statement {
+  CreateViewStatement() : Statement(Kind::kCreateView) {}
+  ObjectName name;
+  std::vector<std::string> columns;
+  QueryPtr query;
+  std::string text;  // the query's own text, for the catalog
+};
+
+struct ParameterDefinition {
+  std::string name;  // with its "@"
+  TypeName type;
+  ExpressionPtr default_value;  // null when there is none
+  bool output = false;
+};
+
+struct CreateProcedureStatement final : Statement {
+  CreateProcedureStatement() : Statement(Kind::kCreateProcedure) {}
+  ObjectName name;
+  std::vector<ParameterDefinition> parameters;
+  std::vector<StatementPtr> body;
+  std::string text;  // the whole statement's text, for the catalog
+};
+
+struct DropStatement final : Statement {
+  enum class What : uint8_t { kTable, kView, kProcedure, kIndex };
+  DropStatement() : Statement(Kind::kDrop) {}
+  What what = What::kTable;
+  bool if_exists = false;
+  std::vector<ObjectName> names;
+  ObjectName on_table;  // of DROP INDEX name ON table
+};
+
+struct VariableDefinition {
+  std::string name;
+  TypeName type;
+  ExpressionPtr initial;                   // null when none
+  std::optional<TableDefinition> table;    // DECLARE @t TABLE (…)
+};
+
+struct DeclareStatement final : Statement {
+  DeclareStatement() : Statement(Kind::kDeclare) {}
+  std::vector<VariableDefinition> variables;
+};
+
+struct SetVariableStatement final : Statement {
+  SetVariableStatement() : Statement(Kind::kSetVariable) {}
+  std::string variable;
+  ExpressionPtr value;
+};
+
+// SET NOCOUNT ON and its like; `name` in upper case.
+struct SetOptionStatement final : Statement {
+  SetOptionStatement() : Statement(Kind::kSetOption) {}
+  std::string name;
+  std::string value;  // "ON", "OFF", or the rest as written
+};
+
+struct IfStatement final : Statement {
+  IfStatement() : Statement(Kind::kIf) {}
+  ConditionPtr condition;
+  StatementPtr then, otherwise;  // `otherwise` null when there is no ELSE
+};
+
+struct WhileStatement final : Statement {
+  WhileStatement() : Statement(Kind::kWhile) {}
+  ConditionPtr condition;
+  StatementPtr body;
+};
+
+struct BlockStatement final : Statement {
+  BlockStatement() : Statement(Kind::kBlock) {}
+  std::vector<StatementPtr> statements;
+};
+
+struct BreakStatement final : Statement {
+  BreakStatement() : Statement(Kind::kBreak) {}
+};
+
+struct ContinueStatement final : Statement {
+  ContinueStatement() : Statement(Kind::kContinue) {}
+};
+
+struct ReturnStatement final : Statement {
+  ReturnStatement() : Statement(Kind::kReturn) {}
+  ExpressionPtr value;  // null when none
+};
+
+struct DeclareCursorStatement final : Statement {
+  DeclareCursorStatement() : Statement(Kind::kDeclareCursor) {}
+  std::string name;
+  QueryPtr query;
+};
+
+// OPEN, CLOSE, DEALLOCATE name
+struct CursorStatement final : Statement {
+  explicit CursorStatement(Kind k) : Statement(k) {}
+  std::string name;
+};
+
+struct FetchStatement final : Statement {
+  FetchStatement() : Statement(Kind::kFetch) {}
+  std::string cursor;                  // only NEXT is supported
+  std::vector<std::string> variables;  // INTO; empty returns the row to the client
+};
+
+struct ExecuteArgument {
+  std::string parameter;  // "@name" of @name = value; empty when by position
+  ExpressionPtr value;    // null for the word DEFAULT
+  bool output = false;
+};
+
+struct ExecuteProcedureStatement final : Statement {
+  ExecuteProcedureStatement() : Statement(Kind::kExecuteProcedure) {}
+  ObjectName name;
+  std::vector<ExecuteArgument> arguments;
+  std::string return_variable;  // EXEC @r = name; empty when none
+};
+
+// EXEC(text)
+struct ExecuteTextStatement final : Statement {
+  ExecuteTextStatement() : Statement(Kind::kExecuteText) {}
+  ExpressionPtr text;
+};
+
+struct TransactionStatement final : Statement {
+  enum class What : uint8_t { kBegin, kCommit, kRollback, kSave };
+  TransactionStatement() : Statement(Kind::kTransaction) {}
+  What what = What::kBegin;
+  std::string name;  // of a transaction or savepoint; empty when none
+};
+
+struct PrintStatement final : Statement {
+  PrintStatement() : Statement(Kind::kPrint) {}
+  ExpressionPtr value;
+};
+
+struct RaisErrorStatement final : Statement {
+  RaisErrorStatement() : Statement(Kind::kRaisError) {}
+  std::vector<ExpressionPtr> arguments;  // message, severity, state, then format arguments
+};
+
+struct Batch {
+  std::vector<StatementPtr> statements;
+  int literal_slots = 0;  // how many literals can be exchanged without compiling anew
+};
+
+}  // namespace tavcc::sql
