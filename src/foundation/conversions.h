@@ -2,8 +2,8 @@
 //
 // Empty is 0, the empty text, False; Null converts to nothing (error 94); True is -1; a date is its
 // number of days; text must be a whole number text (blanks around it allowed), otherwise error 13;
-// an object is error 13, a null reference 91. Integers round half to even and overflow with error 6.
-// An omitted argument converts as error 13.
+// an object is error 13, a null reference 91. Integers round half to even and overflow with
+// error 6. An omitted argument converts as error 13.
 #pragma once
 
 #include <cstdint>
@@ -36,12 +36,12 @@ Decimal DecimalOrZero(const Value& value);
 int32_t LongOrZero(const Value& value);
 
 // Automation's "=" between two values: numbers, booleans and dates by value; texts byte by byte; a
-// text never equals a number; Empty equals 0, False and the empty text; Null equals nothing; objects
-// by identity.
+// text never equals a number; Empty equals 0, False and the empty text; Null equals nothing;
+// objects by identity.
 bool VariantEquals(const Value& a, const Value& b);
 
-// "at most 15 significant digits, plain decimal text": 0.1 -> "0.1", 1e20 -> "100000000000000000000".
-// An infinity or a NaN is error 6.
+// "at most 15 significant digits, plain decimal text": 0.1 -> "0.1", 1e20 ->
+// "100000000000000000000". An infinity or a NaN is error 6.
 std::string NumberText(double value);
 
 }  // namespace tavcc

@@ -15,15 +15,18 @@ namespace tavcc {
 // Runs one statement through the host's application connection. Errors reach the caller.
 RecordsetPtr ExecuteSQL(Host& host, std::string_view sDsn, std::string_view strSQL);
 
-// The first field of the first row as text, the empty text when there is no row. Any error gives the
-// empty text.
+// The first field of the first row as text, the empty text when there is no row. Any error gives
+// the empty text.
 std::string GetFirstValue(Host& host, std::string_view sDsn, std::string_view strSQL);
 
-// A system setting, unchanged; note that the key comes before the category. Errors reach the caller.
-Value GetProfile(Host& host, std::string_view sDsn, std::string_view key, std::string_view category);
+// A system setting, unchanged; note that the key comes before the category. Errors reach the
+// caller.
+Value GetProfile(Host& host, std::string_view sDsn, std::string_view key,
+                 std::string_view category);
 
 // Walks the connection's errors. Returns whether a real one was found; with `bRaise` a found one is
-// raised instead: the first real error's number, and the descriptions of all, each followed by CR LF.
+// raised instead: the first real error's number, and the descriptions of all, each followed by CR
+// LF.
 bool CheckADOError(Host& host, const Connection& cn, bool bRaise);
 
 // An array as automation has it: elements from `lower_bound` on.

@@ -14,10 +14,18 @@ void Append(std::string& out, std::string_view text);
 void Append(std::string& out, int32_t number);
 void Append(std::string& out, const Decimal& number);
 void Append(std::string& out, double number);
-inline size_t SizeHint(std::string_view text) { return text.size(); }
-inline size_t SizeHint(int32_t) { return 11; }
-inline size_t SizeHint(const Decimal&) { return 20; }
-inline size_t SizeHint(double) { return 20; }
+inline size_t SizeHint(std::string_view text) {
+  return text.size();
+}
+inline size_t SizeHint(int32_t) {
+  return 11;
+}
+inline size_t SizeHint(const Decimal&) {
+  return 20;
+}
+inline size_t SizeHint(double) {
+  return 20;
+}
 }  // namespace internal
 
 // The one joiner. Texts go in as they are, without quoting; numbers as plain decimal text: no

@@ -69,8 +69,8 @@ class Value {
   Value(const char* value) : storage_(std::string(value)) {}
   Value(ObjectPtr value) : storage_(std::move(value)) {}
   template <class T>
-    requires std::is_base_of_v<Object, T>
-  Value(std::shared_ptr<T> value) : storage_(ObjectPtr(std::move(value))) {}
+  requires std::is_base_of_v<Object, T> Value(std::shared_ptr<T> value)
+      : storage_(ObjectPtr(std::move(value))) {}
 
   Kind kind() const { return static_cast<Kind>(storage_.index()); }
   bool IsEmpty() const { return kind() == Kind::kEmpty; }

@@ -11,7 +11,11 @@ struct Verdict {
   std::string message;  // for the user; empty when the gate passed
 };
 
-inline Verdict Pass() { return {}; }
-inline Verdict Refuse(std::string message) { return {false, std::move(message)}; }
+inline Verdict Pass() {
+  return {};
+}
+inline Verdict Refuse(std::string message) {
+  return {false, std::move(message)};
+}
 
 }  // namespace tavcc

@@ -1,0 +1,130 @@
+#include "foundation/host_services.h"
+
+#include <array>
+
+#include "foundation/conversions.h"
+#include "foundation/error.h"
+#include "foundation/text.h"
+
+namespace tavcc {
+
+namespace {
+
+// The references that a thread keeps. Only the first two are ever filled here; the other three are
+// kept and released with them.
+struct HostCache {
+  std::shared_ptr<GLData> gl_data;
+  std::shared_ptr<ProfileReader> system_profile;
+  std::array<std::shared_ptr<void>, 3> others;
+};
+
+HostCache& ThreadCache() {
+  thread_local HostCache cache;
+  return cache;
+}
+
+}  // namespace
+
+RecordsetPtr ExecuteSQL(Host& host, std::string_view sDsn, std::string_view strSQL) {
+  return host.NewApplicationConnection()->Execute(sDsn, strSQL);
+}
+
+std::string GetFirstValue(Host& host, std::string_view sDsn, std::string_view strSQL) {
+  try {
+    const RecordsetPtr rows = host.NewClassInfo()->GetData(sDsn, strSQL);
+    return rows->AtEnd() ? "" : host.FieldText(rows->Field(0));
+  } catch (const AutomationError&) {
+    return "";
+  }
+}
+
+Value GetProfile(Host& host, std::string_view sDsn, std::string_view key,
+                 std::string_view category) {
+  return host.NewSystemProfile()->GetProfile(sDsn, category, key);
+}
+
+bool CheckADOError(Host& host, const Connection& cn, bool bRaise) {
+  const std::vector<ConnectionError> errors = cn.Errors();
+  if (errors.empty()) return false;
+
+  bool found = false;
+  int32_t number = 0;
+  std::string text;
+  std::unique_ptr<ErrorChecker> checker;
+  try {
+    checker = host.NewErrorChecker();
+  } catch (const AutomationError& error) {
+    // Without a checker every list of errors counts as a real one, under the creation's number.
+    found = true;
+    number = error.number();
+    text = Cat("Number:", number, "\r\nDescription:", error.description(), "\r\n");
+  }
+  for (const ConnectionError& error : errors) {
+    if (!found && checker->IsError(error)) {
+      found = true;
+      number = error.number;
+    }
+    CatTo(text, error.description, "\r\n");
+  }
+  if (bRaise && found) throw AutomationError(number, "", text);
+  return found;
+}
+
+bool IsInArray(const Value& value, const VariantArray& array) {
+  const int upper_bound = array.lower_bound + static_cast<int>(array.elements.size()) - 1;
+  for (int i = array.lower_bound; i <= upper_bound; ++i) {
+    if (VariantEquals(array.elements[static_cast<size_t>(i - array.lower_bound)], value)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool CheckBillRight(Host& host, int32_t class_type_id, const Value& argument) {
+  try {
+    const auto service = host.NewDataService();
+    service->SetClassTypeID(class_type_id);
+    return ToBoolean(service->CheckBillHaveRight(argument));
+  } catch (const AutomationError&) {
+    return false;
+  }
+}
+
+std::shared_ptr<GLData> GetGLData(Host& host) {
+  HostCache& cache = ThreadCache();
+  if (cache.gl_data == nullptr) cache.gl_data = host.NewGLData();
+  return cache.gl_data;
+}
+
+std::shared_ptr<ProfileReader> GetSysProfile(Host& host) {
+  HostCache& cache = ThreadCache();
+  if (cache.system_profile == nullptr) cache.system_profile = GetGLData(host)->SystemProfile();
+  return cache.system_profile;
+}
+
+Value GetICProfile(Host& host, std::string_view key, const Value& fallback) {
+  return GetSysProfile(host)->GetSystemProfile("IC", key, fallback);
+}
+
+Value GetHostValue(Host& host, std::string_view key, const Value& fallback) {
+  try {
+    const Dictionary* published = host.PublishedValues();
+    if (published == nullptr) return fallback;
+    return published->Lookup(key) ? published->Item(key) : fallback;
+  } catch (const AutomationError&) {
+    return Empty{};
+  }
+}
+
+int32_t GetIndustryType(Host& host) {
+  return ToLong(GetHostValue(host, "IndustryType", int32_t{0}));
+}
+
+void ReleaseHostObjects() {
+  HostCache& cache = ThreadCache();
+  cache.gl_data.reset();
+  cache.system_profile.reset();
+  for (auto& other : cache.others) other.reset();
+}
+
+}  // namespace tavcc

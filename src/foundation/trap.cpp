@@ -1,0 +1,48 @@
+#include "foundation/trap.h"
+
+#include <new>
+
+namespace tavcc {
+
+namespace {
+thread_local std::optional<AutomationError> pending_error;
+}  // namespace
+
+const std::optional<AutomationError>& PendingError() {
+  return pending_error;
+}
+
+PendingErrorKeeper::PendingErrorKeeper() : kept_(pending_error) {}
+PendingErrorKeeper::~PendingErrorKeeper() {
+  pending_error = kept_;
+}
+
+namespace internal {
+
+AutomationError CurrentError() {
+  try {
+    throw;
+  } catch (const AutomationError& error) {
+    return error;
+  } catch (const std::bad_alloc&) {
+    return AutomationError(RuntimeError::kOutOfMemory);
+  } catch (const std::exception& error) {
+    return AutomationError(RuntimeError::kInternalError, error.what());
+  } catch (...) {
+    return AutomationError(RuntimeError::kInternalError);
+  }
+}
+
+PendingErrorScope::PendingErrorScope(AutomationError error) : before_(pending_error) {
+  pending_error = std::move(error);
+}
+PendingErrorScope::~PendingErrorScope() {
+  pending_error = before_;
+}
+const AutomationError& PendingErrorScope::error() const {
+  return *pending_error;
+}
+
+}  // namespace internal
+
+}  // namespace tavcc
