@@ -1,7 +1,14 @@
 // An error of the dialect as the server words it: what every stage of the embedded database throws.
+//
+// One table (error.cpp) is the contract: number, severity, state, wording, and what the error does
+// to the batch and the transaction.
 #pragma once
 
+#include <cstdint>
+#include <initializer_list>
+#include <span>
 #include <string>
+#include <string_view>
 
 namespace tavcc::sql {
 
@@ -13,5 +20,61 @@ struct SqlError {
   int line = 0;  // of the batch, from 1
   std::string message;
 };
+
+// How far an error reaches while XACT_ABORT is off, the server's default.
+enum class AfterError : uint8_t {
+  kNextStatement,   // the statement is undone; the next one runs
+  kEndScope,        // the batch, dynamic batch or procedure ends; a caller goes on behind its EXEC
+  kEndBatch,        // everything up to the client's batch ends; the transaction stays open
+  kEndTransaction,  // as kEndBatch, and the open transaction is rolled back
+};
+
+struct ErrorDefinition {
+  int number;
+  int severity;
+  int state;
+  // As in sys.messages: "%.*ls", "%ls", "%s", "%d" and "%ld" stand for the arguments in their
+  // order.
+  std::string_view text;
+  AfterError after;
+};
+
+// The number of a construct that the embedded database does not know: "Not supported by the
+// embedded database: X."
+inline constexpr int kNotSupported = 50001;
+
+// All errors, in ascending order of number.
+std::span<const ErrorDefinition> AllErrors();
+// Null when the dialect does not raise this number itself (RAISERROR can make any).
+const ErrorDefinition* FindError(int number);
+// What follows an error of this number. A number that is not in the table ends its statement only.
+AfterError WhatFollows(int number);
+
+// An argument of a message: a text, or a whole number in decimal digits.
+class ErrorArgument {
+ public:
+  ErrorArgument(std::string_view text) : text_(text) {}    // NOLINT(google-explicit-constructor)
+  ErrorArgument(const char* text) : text_(text) {}         // NOLINT(google-explicit-constructor)
+  ErrorArgument(const std::string& text) : text_(text) {}  // NOLINT(google-explicit-constructor)
+  ErrorArgument(int64_t number) : text_(std::to_string(number)) {}  // NOLINT
+  ErrorArgument(int number) : text_(std::to_string(number)) {}      // NOLINT
+  const std::string& text() const { return text_; }
+
+ private:
+  std::string text_;
+};
+
+// The error of the table with its arguments filled in; line 0, which is for the caller to set. The
+// number must be in the table.
+SqlError MakeError(int number, std::initializer_list<ErrorArgument> arguments = {});
+
+// As MakeError, thrown: Raise(208, name).
+template <class... Arguments>
+[[noreturn]] void Raise(int number, const Arguments&... arguments) {
+  throw MakeError(number, {ErrorArgument(arguments)...});
+}
+
+// Throws 50001 for a construct outside the subset, e.g. RaiseUnsupported("MERGE").
+[[noreturn]] void RaiseUnsupported(std::string_view construct);
 
 }  // namespace tavcc::sql

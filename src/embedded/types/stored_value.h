@@ -1,0 +1,100 @@
+// A value outside SQLite's own hands, in the form in which SQLite stores it: variables, parameters,
+// procedure arguments, fetched rows.
+//
+//   NULL                                NULL
+//   bit, tinyint, smallint, int, bigint INTEGER
+//   float, real                         REAL
+//   char, varchar, nchar, nvarchar      TEXT (UTF-8), char and nchar padded with blanks
+//   date, smalldatetime, datetime       INTEGER: ticks of 1/300 s since 1900-01-01
+//   decimal(p,s); money, smallmoney     INTEGER: the coefficient scaled by 10^s (money: s = 4) when
+//   it (s = 4)                             fits in 64 bits, otherwise a BLOB of 17 bytes binary,
+//   varbinary                   BLOB
+//
+// The decimal BLOB: a sign byte (1 positive, 0 negative), then the magnitude in 16 bytes, most
+// significant first, each byte complemented when negative. It is used only for coefficients that do
+// not fit in 64 bits, so a value has one form, and equal values of equal scale are equal bytes; two
+// such BLOBs compare in SQLite as their numbers do.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+
+#include "embedded/types/sql_type.h"
+#include "foundation/value.h"
+
+struct sqlite3_stmt;
+struct sqlite3_value;
+
+namespace tavcc::sql {
+
+struct Blob {
+  std::string bytes;
+  friend bool operator==(const Blob&, const Blob&) = default;
+};
+
+class StoredValue {
+ public:
+  enum class Kind : uint8_t { kNull, kInteger, kReal, kText, kBlob };
+
+  StoredValue() = default;                         // NULL
+  StoredValue(int64_t value) : storage_(value) {}  // NOLINT(google-explicit-constructor)
+  StoredValue(double value) : storage_(value) {}   // NOLINT(google-explicit-constructor)
+  StoredValue(std::string value) : storage_(std::move(value)) {}  // NOLINT
+  StoredValue(Blob value) : storage_(std::move(value)) {}         // NOLINT
+
+  Kind kind() const { return static_cast<Kind>(storage_.index()); }
+  bool IsNull() const { return kind() == Kind::kNull; }
+  // The alternative itself; the kind must be the right one.
+  int64_t integer() const { return std::get<int64_t>(storage_); }
+  double real() const { return std::get<double>(storage_); }
+  const std::string& text() const { return std::get<std::string>(storage_); }
+  const std::string& blob() const { return std::get<Blob>(storage_).bytes; }
+
+  friend bool operator==(const StoredValue&, const StoredValue&) = default;
+
+ private:
+  std::variant<std::monostate, int64_t, double, std::string, Blob> storage_;
+};
+
+// What a column of the current row, or an argument of a function, holds.
+StoredValue FromSqlite(sqlite3_value* value);
+// Binds to parameter `index` (from 1). The value must outlive the binding: nothing is copied.
+void BindStored(sqlite3_stmt* statement, int index, const StoredValue& value);
+
+// Where a conversion stands, which decides what happens to text that does not fit.
+enum class ConvertMode : uint8_t {
+  kCast,    // CAST, CONVERT, SET @v = …, arguments, operands: text is cut silently
+  kAssign,  // into a column: cutting off more than blanks is an error (8152, or 2628 with a name)
+};
+
+// No style given to CONVERT: 0 for dates and numbers.
+inline constexpr int kNoStyle = 0;
+
+// Converts a stored value of type `from` into one of type `to`, as CAST or an assignment does. NULL
+// stays NULL. Errors: SqlError as the server raises it for the pair of types (see conversions.h);
+// 529 for a pair that no conversion leads between.
+StoredValue ConvertStored(const StoredValue& value, const SqlType& from, const SqlType& to,
+                          ConvertMode mode = ConvertMode::kCast, int style = kNoStyle);
+
+// The automation value of a stored one: bit is Boolean, tinyint and smallint a 16-bit integer, int
+// a 32-bit one, bigint a Decimal, decimal and money a Decimal of their scale, float and real a
+// Double, dates a DateTime, text a text, NULL Null. Errors: 50001 that names a binary type.
+Value ToValue(const StoredValue& value, const SqlType& type);
+
+// The type that an automation value has as a parameter, and its stored form: Boolean is bit, 16
+// bits smallint, 32 bits int, Double float, Decimal decimal(38, its scale), a date datetime, text
+// nvarchar of its length (at least 1, (max) beyond 4000); Null, Empty and omitted are NULL. Errors:
+// 50001 for an object.
+struct TypedValue {
+  SqlType type;
+  StoredValue value;
+};
+TypedValue FromValue(const Value& value);
+
+// The plain text of a value as a client shows it ("1.50", "2026-03-01 10:00:00.000", "NULL").
+std::string DisplayText(const StoredValue& value, const SqlType& type);
+
+}  // namespace tavcc::sql
