@@ -1,0 +1,1 @@
+-- A small company, for demonstrations and trials.
