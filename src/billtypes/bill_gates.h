@@ -1,0 +1,46 @@
+// The gates of the bill classes: may this bill be audited, deleted, un-audited?
+//
+// They judge by the head row alone: its FStatus (0 not audited, 1 audited, 2 audited and linked by
+// other bills) and its FVoucherID (greater than 0: an accounting voucher was made from the bill). A
+// null counts as 0.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "foundation/connection.h"
+#include "foundation/recordset.h"
+#include "foundation/trap.h"
+#include "foundation/verdict.h"
+
+namespace tavcc {
+
+// Each sends one statement for the head row of `bill_id` in `head_table`. Errors: the connection's.
+Verdict CheckBeforeAudit(Connection& connection, std::string_view head_table, int32_t bill_id);
+Verdict CheckBeforeDelete(Connection& connection, std::string_view head_table, int32_t bill_id);
+Verdict CheckBeforeUnAudit(Connection& connection, std::string_view head_table, int32_t bill_id);
+
+// The same judgements for a head row that the caller has read, for the classes that read more of
+// it.
+Verdict JudgeAudit(const Recordset& head);
+Verdict JudgeUnAudit(const Recordset& head);
+
+// A gate as a public method: clears the message, then puts the verdict's into it. An error in
+// `check` refuses with its description.
+template <class Check>
+bool AnswerGate(std::string& message, Check&& check) {
+  message.clear();
+  return Trap(
+      [&] {
+        Verdict verdict = check();
+        message = std::move(verdict.message);
+        return verdict.passed;
+      },
+      [&](const AutomationError& error) {
+        message = error.description();
+        return false;
+      });
+}
+
+}  // namespace tavcc

@@ -1,0 +1,265 @@
+// The ten classes, row by row. A rule that is built has its function in the last column; the slot
+// of a row is its place in the list.
+//
+// Dispatch ids are fixed for ever: hosts may have cached them. PublicSysInfo's methods were not
+// added in the order of their slots, hence its own column of ids.
+
+#include <array>
+
+#include "billtypes/cls_cx.h"
+#include "registry/bind.h"
+#include "registry/class_registry.h"
+
+namespace tavcc {
+
+namespace {
+
+using enum ArgumentType;
+
+constexpr bool kInOut = true;
+constexpr bool kOptional = true;
+constexpr int16_t kTrue = -1;
+
+// ---- Parameters --------------------------------------------------------------------------------
+
+constexpr Parameter kDsn{"sDsn", kText};
+constexpr Parameter kConString{"strConString", kText};
+constexpr Parameter kDictionaryIn{"oDict", kDictionary};
+constexpr Parameter kCheckType{"intCheckType", kInteger};
+constexpr Parameter kReturnMsg{"strReturnMsg", kText, kInOut};
+constexpr Parameter kBillID{"lngFID", kLong};
+constexpr Parameter kConnectionIn{"cn", kConnection};
+constexpr Parameter kCheckDaily{"bCheckDaily", kBoolean, !kInOut, kOptional, kTrue};
+constexpr Parameter kCg{"Cg", kBoolean, kInOut, kOptional};
+
+constexpr Parameter kNothing[] = {{"", kVariant}};  // for methods without parameters: see None()
+constexpr std::span<const Parameter> None() {
+  return {kNothing, 0};
+}
+
+constexpr Parameter kOnlyConString[] = {kConString};
+
+constexpr Parameter kBatchAudit[] = {
+    {"billVect", kVector},
+    {"CheckType", kInteger},
+    kDsn,
+    {"BatchCheck", kBoolean},
+    {"dct", kDictionary, kInOut},
+    {"NeedCheckDaily", kBoolean, !kInOut, kOptional, kTrue},
+    {"NeedCheckCrdPrc", kBoolean, !kInOut, kOptional, kTrue},
+};
+
+constexpr Parameter kRelatedBillGate[] = {
+    {"ClassBillType", kLong}, {"BillTypeID", kLong},   {"BillInterID", kLong},
+    {"Check", kLong},         {"sMsg", kText, kInOut},
+};
+
+constexpr Parameter kOtherBillGate[] = {
+    {"ClassBillType", kLong},
+    {"BillInterID", kLong},
+    {"Check", kLong},
+    {"sMsg", kText, kInOut},
+};
+
+constexpr Parameter kPartnerCheck[] = {kDictionaryIn, kCheckType, kDsn, kReturnMsg, kCg};
+
+constexpr Parameter kStockCheck[] = {
+    kDictionaryIn,
+    kCheckType,
+    kDsn,
+    kReturnMsg,
+    {"rs", kRecordset, kInOut},
+    {"OptAboutUnderStock", kText, !kInOut, kOptional},
+    {"vct", kVector, !kInOut, kOptional},
+};
+
+constexpr Parameter kPriceLookup[] = {
+    {"oConn", kConnection}, {"lItemID", kLong}, {"lUnitID", kLong}};
+
+constexpr Parameter kLimitPrice[] = {
+    kDictionaryIn, kCheckType, kDsn, kReturnMsg, {"rs", kRecordset, kInOut, kOptional}, kCg,
+};
+
+constexpr Parameter kNegativePrice[] = {kDsn, {"vctBill", kVector}, {"NegVct", kVector, kInOut}};
+
+constexpr Parameter kDateInPeriod[] = {kConString, {"dtDate", kDate}};
+constexpr Parameter kGenericDelete[] = {kDictionaryIn, kDsn, kReturnMsg};
+
+constexpr Parameter kPeriodDates[] = {
+    kConString, {"strBegDate", kText, kInOut}, {"strEndDate", kText, kInOut}};
+
+constexpr Parameter kRebuild[] = {
+    kDsn, {"sInfo", kText, kInOut}, {"oEvent", kObject, kInOut, kOptional}};
+
+constexpr Parameter kBalance[] = {
+    kDsn,
+    {"lClassTypeID", kLong},
+    {"lBillTypeID", kLong},
+    {"lBillID", kLong},
+    {"lCheckType", kLong},
+    {"NeedCal", kBoolean, !kInOut, kOptional, kTrue},
+};
+
+constexpr Parameter kVerification[] = {kDictionaryIn, kDsn, kCheckType, kReturnMsg, kCheckDaily};
+
+constexpr Parameter kGenericDeleteGate[] = {
+    kBillID, kConnectionIn, kReturnMsg, {"HeadTableName", kText}};
+
+constexpr Parameter kDirectionAndBill[] = {kCheckType, kDictionaryIn};
+constexpr Parameter kNeedsCheck[] = {kDsn, kCheckType, kDictionaryIn};
+constexpr Parameter kInvoiceStatus[] = {kDictionaryIn, {"strRtnTempMsg", kText, kInOut}};
+
+constexpr Parameter kBillAudit[] = {kBillID, {"lngUserID", kLong}, kDsn, kReturnMsg};
+constexpr Parameter kBillAction[] = {kBillID, kDsn, kReturnMsg};
+constexpr Parameter kBillGate[] = {kBillID, kConnectionIn, kReturnMsg};
+
+constexpr Parameter kAfterSave[] = {
+    kDsn,
+    {"dctClassType", kDictionary},
+    {"vctClassTypeEntry", kVector},
+    {"dctTableInfo", kDictionary},
+    {"dctData", kDictionary},
+    {"dctLink", kDictionary},
+};
+
+constexpr Parameter kBeforeDel[] = {
+    kDsn, {"nClassID", kLong}, {"dctClassType", kDictionary}, {"nInterID", kLong}};
+
+constexpr Parameter kCheckBill[] = {
+    kDsn,
+    {"lngInterID", kLong},
+    {"CheckDir", kLong, !kInOut, kOptional, 1},
+    {"strReturnMsg", kText, kInOut, kOptional},
+    {"dctData", kDictionary, !kInOut, kOptional},
+    {"dctClassType", kDictionary, !kInOut, kOptional},
+};
+
+constexpr Parameter kSaveNote[] = {kDsn, {"lngInterID", kLong}, {"vctEntryNotes", kObject}};
+constexpr Parameter kTemplateDelete[] = {{"FID", kLong}, kDsn, kReturnMsg};
+
+// ---- Methods -----------------------------------------------------------------------------------
+
+constexpr Method Property(int slot) {
+  return {"TransMode", slot, kTransModeDispatchId, None(), kTransactionMode, true};
+}
+
+constexpr Method kPublicSysInfo[] = {
+    {"AllowMinusStockNum", 0, 0x60030003, kOnlyConString, kVariant},
+    {"AuditBill", 1, 0x60030004, kBatchAudit, kInteger},
+    {"CanCheckGH", 2, 0x60030005, kRelatedBillGate, kBoolean},
+    {"CanCheckFL", 3, 0x60030006, kRelatedBillGate, kBoolean},
+    {"CanCheckGJ", 4, 0x60030007, kRelatedBillGate, kBoolean},
+    {"CheckCredit", 5, 0x60030008, kPartnerCheck, kInteger},
+    {"CheckItemStockNum", 6, 0x60030009, kStockCheck, kInteger},
+    {"GetLowPrice", 7, 0x6003000A, kPriceLookup, kDouble},
+    {"GetNewPrice", 8, 0x6003000B, kPriceLookup, kDouble},
+    {"CheckLimitPrice", 9, 0x6003000C, kLimitPrice, kInteger},
+    {"SteelCheckLimitPrice", 10, 0x6003000D, kLimitPrice, kInteger},
+    {"CheckNegPrice", 11, 0x6003000E, kNegativePrice, kBoolean},
+    {"DateInCurrentPeriod", 12, 0x6003000F, kDateInPeriod, kBoolean},
+    {"DeleteBill", 13, 0x60030010, kGenericDelete, kBoolean},
+    {"GetPeriodStartAndEndDate", 14, 0x60030011, kPeriodDates, kVariant},
+    {"OtherBillCanCheck", 15, 0x60030012, kOtherBillGate, kBoolean},
+    {"ReBuildBal", 16, 0x60030013, kRebuild, kBoolean},
+    {"UpdateBal", 17, 0x60030014, kBalance, kText},
+    {"VerifyDataBeforeAudit", 18, 0x60030015, kVerification, kInteger},
+    {"VerifyDataBeforeDelete", 19, 0x60030016, kGenericDeleteGate, kBoolean},
+    {"WhetherCheckStockNum", 20, 0x60030023, kDirectionAndBill, kInteger},
+    {"WhetherNeedCheckPrice", 21, 0x60030024, kNeedsCheck, kInteger},
+    {"WhetherNeedCheckCredit", 22, 0x60030025, kNeedsCheck, kInteger},
+    {"WhetherNeedUpdateStockNum", 23, 0x60030026, kDirectionAndBill, kInteger},
+    {"WhetherBillInvoiceStatus", 24, 0x60030028, kInvoiceStatus, kLong},
+    Property(25),
+    {"CheckUnCheckAmountOutOfDate", 26, 0x6003002B, kPartnerCheck, kInteger},
+    {"WhetherNeedCheckUnCheckAmountOutOfDate", 27, 0x60030039, kNeedsCheck, kInteger},
+    {"VerifyUnCheckForSelf", 28, 0x6003003C, kVerification, kInteger},
+};
+
+constexpr Method kClsCX[] = {
+    {"AuditBill", 0, 0x60030003, kBillAudit, kBoolean, false, Bind<&cls_cx::AuditBill>},
+    {"DeleteBill", 1, 0x60030004, kBillAction, kBoolean, false, Bind<&cls_cx::DeleteBill>},
+    {"UnAuditBill", 2, 0x60030005, kBillAction, kBoolean, false, Bind<&cls_cx::UnAuditBill>},
+    {"VerifyDataBeforeAudit", 3, 0x60030006, kBillGate, kBoolean, false,
+     Bind<&cls_cx::VerifyDataBeforeAudit>},
+    {"VerifyDataBeforeDelete", 4, 0x60030007, kBillGate, kBoolean, false,
+     Bind<&cls_cx::VerifyDataBeforeDelete>},
+    {"VerifyDataBeforeUnAudit", 5, 0x60030008, kBillGate, kBoolean, false,
+     Bind<&cls_cx::VerifyDataBeforeUnAudit>},
+    Property(6),
+};
+
+constexpr Method kClsDB[] = {
+    {"AuditBill", 0, 0x60030003, kBillAudit, kBoolean},
+    {"DeleteBill", 1, 0x60030004, kBillAction, kBoolean},
+    {"UnAuditBill", 2, 0x60030005, kBillAction, kBoolean},
+    {"VerifyDataBeforeAudit", 3, 0x60030006, kBillGate, kBoolean},
+    {"VerifyDataBeforeDelete", 4, 0x60030007, kBillGate, kBoolean},
+    {"VerifyDataBeforeUnAudit", 5, 0x60030008, kBillGate, kBoolean},
+    Property(6),
+    {"AfterSave", 7, 0x6003000A, kAfterSave, kVariant},
+    {"BeforeDel", 8, 0x6003000B, kBeforeDel, kVariant},
+};
+
+constexpr Method kClsZZ[] = {
+    {"AuditBill", 0, 0x60030003, kGenericDelete, kBoolean},
+    {"DeleteBill", 1, 0x60030004, kBillAction, kBoolean},
+    {"UnAuditBill", 2, 0x60030005, kBillAction, kBoolean},
+    {"VerifyDataBeforeAudit", 3, 0x60030006, kGenericDelete, kBoolean},
+    {"VerifyDataBeforeDelete", 4, 0x60030007, kBillGate, kBoolean},
+    {"VerifyDataBeforeUnAudit", 5, 0x60030008, kBillAction, kBoolean},
+    Property(6),
+    {"BeforeDel", 7, 0x6003000A, kBeforeDel, kVariant},
+    {"AfterSave", 8, 0x6003000B, kAfterSave, kVariant},
+};
+
+// CheckProfit, CheckLoss and AdjustPrice behave alike; they differ in their identity only.
+constexpr Method kStockCheckBill[] = {
+    {"CheckBill", 0, 0x60030003, kCheckBill, kLong},
+    {"SaveNote", 1, 0x60030004, kSaveNote, kBoolean},
+    Property(2),
+};
+
+constexpr Method kClsTemplate[] = {
+    {"DeleteBill", 0, 0x60030003, kTemplateDelete, kBoolean},
+    {"VerifyDataBeforeDelete", 1, 0x60030004, kBillGate, kBoolean},
+    Property(2),
+};
+
+constexpr Method kClsOtherIn[] = {
+    {"AfterSave", 0, 0x60030003, kAfterSave, kVariant},
+    {"BeforeDel", 1, 0x60030004, kBeforeDel, kVariant},
+    Property(2),
+};
+
+constexpr Method kClsOtherOut[] = {
+    {"BeforeDel", 0, 0x60030003, kBeforeDel, kVariant},
+    {"AfterSave", 1, 0x60030004, kAfterSave, kVariant},
+    Property(2),
+};
+
+// ---- Classes -----------------------------------------------------------------------------------
+
+// How the host enlists a call in its transaction; the two values are the host's own.
+constexpr int32_t kRequiresTransaction = 2;
+constexpr int32_t kUsesTransaction = 3;
+
+constexpr ClassDescription kClasses[] = {
+    {"PublicSysInfo", kRequiresTransaction, kPublicSysInfo},
+    {"cls_CX", kUsesTransaction, kClsCX},
+    {"cls_DB", kUsesTransaction, kClsDB},
+    {"cls_ZZ", kUsesTransaction, kClsZZ},
+    {"CheckProfit", kUsesTransaction, kStockCheckBill},
+    {"CheckLoss", kUsesTransaction, kStockCheckBill},
+    {"AdjustPrice", kUsesTransaction, kStockCheckBill},
+    {"cls_Template", kUsesTransaction, kClsTemplate},
+    {"clsOtherIn", kRequiresTransaction, kClsOtherIn},
+    {"clsOtherOut", kRequiresTransaction, kClsOtherOut},
+};
+
+}  // namespace
+
+std::span<const ClassDescription> Classes() {
+  return kClasses;
+}
+
+}  // namespace tavcc
