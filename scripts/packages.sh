@@ -1,0 +1,55 @@
+# What the project needs of Debian, and how it gets it. Sourced by ./demo and ./test.
+
+# To build every program, the tests included.
+build_packages=(
+  cmake ninja-build g++ libsqlite3-dev nlohmann-json3-dev libcli11-dev libfmt-dev
+  libgtest-dev libgmock-dev libbenchmark-dev
+)
+# To run the checks that are no C++.
+check_packages=(python3 clang-format)
+# Only for `./test --lint`.
+lint_packages=(clang-tidy)
+
+is_installed() {
+  [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+# ensure_packages NAME…: installs those that are missing and says which; silent when none is.
+ensure_packages() {
+  local package missing=()
+  if ! command -v dpkg-query >/dev/null; then
+    echo "This is no Debian: make sure that the counterparts of these are installed: $*" >&2
+    return 0
+  fi
+  for package in "$@"; do
+    is_installed "$package" || missing+=("$package")
+  done
+  [ ${#missing[@]} -gt 0 ] || return 0
+
+  local as_root=()
+  if [ "$(id -u)" != 0 ]; then
+    if ! command -v sudo >/dev/null; then
+      echo "Missing Debian packages; as root, run: apt-get install ${missing[*]}" >&2
+      return 1
+    fi
+    as_root=(sudo)
+  fi
+
+  echo "Installing Debian packages: ${missing[*]}"
+  local log
+  log=$(mktemp)
+  if ! { "${as_root[@]}" apt-get update &&
+         "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+             apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+    tail -n 15 "$log" >&2
+    rm -f "$log"
+    echo "apt-get could not install: ${missing[*]}" >&2
+    return 1
+  fi
+  rm -f "$log"
+}
+
+# Configures the release preset once; later builds configure again by themselves where needed.
+configure_release() {
+  [ -f build/release/build.ninja ] || cmake --preset release >/dev/null
+}

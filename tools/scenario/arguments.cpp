@@ -1,0 +1,72 @@
+// The arguments of a call, from what the scenario gives and what the runner supplies.
+#include "scenario/runner.h"
+#include "scenario/values.h"
+
+namespace tavcc {
+namespace {
+
+Value EmptyOfType(Host& host, ArgumentType type) {
+  switch (type) {
+    case ArgumentType::kBoolean:
+      return false;
+    case ArgumentType::kInteger:
+    case ArgumentType::kLong:
+    case ArgumentType::kDouble:
+    case ArgumentType::kTransactionMode:
+      return 0;
+    case ArgumentType::kDate:
+      return DateTime();
+    case ArgumentType::kText:
+      return "";
+    case ArgumentType::kVariant:
+      return Empty{};
+    case ArgumentType::kDictionary:
+      return host.NewDictionary();
+    case ArgumentType::kVector:
+      return host.NewVector();
+    case ArgumentType::kConnection:
+    case ArgumentType::kRecordset:
+    case ArgumentType::kObject:
+      return ObjectPtr();
+  }
+  return Empty{};
+}
+
+bool IsReference(ArgumentType type) {
+  switch (type) {
+    case ArgumentType::kDictionary:
+    case ArgumentType::kVector:
+    case ArgumentType::kConnection:
+    case ArgumentType::kRecordset:
+    case ArgumentType::kObject:
+      return true;
+    default:
+      return false;
+  }
+}
+
+Value NotGiven(Road& road, const Parameter& parameter) {
+  if (parameter.name == "sDsn" || parameter.name == "strConString") return road.dsn();
+  if (parameter.type == ArgumentType::kConnection) return road.connection();
+  if (parameter.optional) return Missing{};
+  return EmptyOfType(road.host(), parameter.type);
+}
+
+}  // namespace
+
+std::vector<Value> MakeArguments(Road& road, const Method& method, const Json& args) {
+  std::vector<Value> arguments;
+  for (const Parameter& parameter : method.parameters) {
+    const auto given = args.find(std::string(parameter.name));
+    if (given == args.end()) {
+      arguments.push_back(NotGiven(road, parameter));
+    } else if (given->is_null() && IsReference(parameter.type)) {
+      arguments.emplace_back(ObjectPtr());
+    } else {
+      arguments.push_back(ValueFromJson(road.host(), *given));
+    }
+  }
+  return arguments;
+}
+
+}  // namespace tavcc

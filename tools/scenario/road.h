@@ -1,0 +1,60 @@
+// The road from a scenario to the rules: how a database is opened and how a class is called.
+//
+// The runner knows neither; it is given a Roads and works through this interface, so that the same
+// scenarios run on each database and through each way in.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "foundation/host.h"
+#include "registry/class_registry.h"
+#include "scenario/scenario.h"
+
+namespace tavcc {
+
+// A statement that a rule sent through a connection, ExecuteSQL or GetFirstValue, or a stored
+// procedure that it called.
+struct SentStatement {
+  std::string text;  // the procedure's name for a call
+  bool is_procedure = false;
+  std::vector<ProcedureParameter> parameters;
+  std::optional<AutomationError> error;
+  int rows = -1;  // -1 when it returned none
+};
+
+// One database in a scenario's start state, with a host over it.
+class Road {
+ public:
+  virtual ~Road() = default;
+
+  // The host of the database; it makes dictionaries and vectors for arguments.
+  virtual Host& host() = 0;
+  // What names the database to the rules, as `sDsn` and `strConString`.
+  virtual std::string dsn() = 0;
+  // The open connection to it, as `cn` and `oConn`. One that was closed is open again.
+  virtual ConnectionPtr connection() = 0;
+
+  // Calls a method of the one object of the class that belongs to this road. Arguments, results and
+  // errors are those of Invoke in the class registry.
+  virtual Value Call(const ClassDescription& cls, const Method& method,
+                     std::vector<Value>& arguments) = 0;
+
+  // Forgets the statements sent so far. With a failure, the statement at its position, counted from
+  // here, raises its error instead of running.
+  virtual void StartLog(const std::optional<InjectedFailure>& failure) = 0;
+  // The statements sent since StartLog, in order; none are recorded after this.
+  virtual std::vector<SentStatement> TakeLog() = 0;
+};
+
+// A way of opening databases.
+class Roads {
+ public:
+  virtual ~Roads() = default;
+  // A fresh database in the start state. Errors: AutomationError where its SQL fails.
+  virtual std::unique_ptr<Road> Open(const StartState& start) = 0;
+};
+
+}  // namespace tavcc

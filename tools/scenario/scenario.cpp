@@ -1,0 +1,347 @@
+// Reading scenario files: every key is known and of its type, or the file is refused with its name,
+// the step and the key.
+#include "scenario/scenario.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <functional>
+#include <initializer_list>
+#include <utility>
+
+namespace tavcc {
+namespace {
+
+constexpr std::string_view kNow = "2026-03-15 10:00:00";
+constexpr int32_t kInjectedNumber = 50000;
+constexpr std::string_view kInjectedText = "disk full";
+
+// One object of the file and where it stands; reads its members and knows what was not read.
+class Section {
+ public:
+  Section(const Json& json, std::string place) : json_(json), place_(std::move(place)) {
+    if (!json.is_object()) throw ScenarioError(place_ + ": must be an object");
+  }
+
+  [[noreturn]] void Fail(std::string_view key, const std::string& text) const {
+    throw ScenarioError(place_ + ", key \"" + std::string(key) + "\": " + text);
+  }
+
+  // Refuses keys that are not in the list.
+  void AllowOnly(std::initializer_list<const char*> keys) const {
+    const std::vector<std::string> known(keys.begin(), keys.end());
+    for (const auto& [key, value] : json_.items()) {
+      if (std::find(known.begin(), known.end(), key) == known.end()) {
+        Fail(key, "unknown key" + DidYouMean(key, known));
+      }
+    }
+  }
+
+  const Json* Find(const char* key) const {
+    const auto found = json_.find(key);
+    return found == json_.end() ? nullptr : &*found;
+  }
+
+  std::string Text(const char* key) const {
+    const Json* value = Find(key);
+    if (value == nullptr) Fail(key, "is missing");
+    if (!value->is_string()) Fail(key, "must be a text");
+    return value->get<std::string>();
+  }
+
+  std::optional<std::string> OptionalText(const char* key) const {
+    if (Find(key) == nullptr) return std::nullopt;
+    return Text(key);
+  }
+
+  std::optional<int32_t> OptionalLong(const char* key) const {
+    const Json* value = Find(key);
+    if (value == nullptr) return std::nullopt;
+    if (!value->is_number_integer() || *value < INT32_MIN || *value > INT32_MAX) {
+      Fail(key, "must be a 32-bit integer");
+    }
+    return value->get<int32_t>();
+  }
+
+  // The object under the key; an empty one when there is none.
+  Json Object(const char* key) const {
+    const Json* value = Find(key);
+    if (value == nullptr) return Json::object();
+    if (!value->is_object()) Fail(key, "must be an object");
+    return *value;
+  }
+
+  // The list under the key; an empty one when there is none.
+  Json List(const char* key) const {
+    const Json* value = Find(key);
+    if (value == nullptr) return Json::array();
+    if (!value->is_array()) Fail(key, "must be a list");
+    return *value;
+  }
+
+  const std::string& place() const { return place_; }
+
+ private:
+  Json json_;  // a copy, so that a section may be made of a temporary
+  std::string place_;
+};
+
+bool IsLong(const Json& json) {
+  return json.is_number_integer() && json >= INT32_MIN && json <= INT32_MAX;
+}
+
+ExpectedError ReadError(const Json& json, const std::string& place) {
+  const Section section(json, place);
+  section.AllowOnly({"number", "source", "description"});
+  return {section.OptionalLong("number"), section.OptionalText("source"),
+          section.OptionalText("description")};
+}
+
+std::optional<ExpectedError> ReadOptionalError(const Section& section) {
+  const Json* error = section.Find("error");
+  if (error == nullptr) return std::nullopt;
+  return ReadError(*error, section.place() + ", key \"error\"");
+}
+
+AutomationError ReadFailure(const Section& section) {
+  return {section.OptionalLong("number").value_or(kInjectedNumber),
+          section.OptionalText("source").value_or(""),
+          section.OptionalText("description").value_or(std::string(kInjectedText))};
+}
+
+InjectedFailure ReadFail(const Json& json, const std::string& place) {
+  const Section section(json, place);
+  section.AllowOnly({"at", "number", "source", "description"});
+  const int at = section.OptionalLong("at").value_or(0);
+  if (at < 1) section.Fail("at", "must be the position of a statement, from 1");
+  return {at, ReadFailure(section)};
+}
+
+// `expect` names the result, or parameters of the method.
+void CheckExpectation(const Section& section, const char* key, const Json& expect,
+                      const Method& method) {
+  std::vector<std::string> known = {"result"};
+  for (const Parameter& parameter : method.parameters) known.emplace_back(parameter.name);
+  for (const auto& [name, value] : expect.items()) {
+    if (std::find(known.begin(), known.end(), name) == known.end()) {
+      section.Fail(key, "\"" + name + "\" is neither \"result\" nor an argument of " +
+                            std::string(method.name) + DidYouMean(name, known));
+    }
+  }
+}
+
+void CheckArguments(const Section& section, const Json& args, const Method& method) {
+  std::vector<std::string> known;
+  for (const Parameter& parameter : method.parameters) known.emplace_back(parameter.name);
+  for (const auto& [name, value] : args.items()) {
+    if (std::find(known.begin(), known.end(), name) == known.end()) {
+      section.Fail("args", "\"" + name + "\" is no argument of " + std::string(method.name) +
+                               DidYouMean(name, known));
+    }
+  }
+}
+
+void CheckStatements(const Section& section, const Json& statements) {
+  for (const Json& statement : statements) {
+    if (statement.is_string()) continue;
+    const bool procedure = statement.is_object() && statement.size() == 2 &&
+                           statement.contains("procedure") && statement["procedure"].is_string() &&
+                           statement.contains("parameters") && statement["parameters"].is_object();
+    if (!procedure) {
+      section.Fail(
+          "statements",
+          R"(each is a text or {"procedure": "name", "parameters": {…}}, not )" + statement.dump());
+    }
+  }
+}
+
+Step ReadStep(const Json& json, const std::string& place, int number);
+
+Sweep ReadSweep(const Json& json, const std::string& place, const Method& method) {
+  const Section section(json, place);
+  section.AllowOnly({"at", "fail", "expect", "error", "then"});
+  const Section failure(section.Object("fail"), place + ", key \"fail\"");
+  failure.AllowOnly({"number", "source", "description"});
+  Sweep sweep{{}, ReadFailure(failure), section.Object("expect"), ReadOptionalError(section), {}};
+  CheckExpectation(section, "expect", sweep.expect, method);
+  for (const Json& at : section.List("at")) {
+    if (!IsLong(at) || at < 1) section.Fail("at", "must list positions of statements, from 1");
+    sweep.at.push_back(at.get<int>());
+  }
+  int number = 0;
+  for (const Json& query : section.List("then")) {
+    ++number;
+    Step step = ReadStep(query, place + ", key \"then\" " + std::to_string(number), number);
+    if (step.IsCall()) section.Fail("then", "holds queries only");
+    sweep.then.push_back(std::move(step));
+  }
+  if (sweep.expect.empty() && !sweep.error && sweep.then.empty()) {
+    throw ScenarioError(place + ": expects nothing; give \"expect\", \"error\" or \"then\"");
+  }
+  return sweep;
+}
+
+std::vector<Sweep> ReadSweeps(const Section& section, const Method& method) {
+  const Json* json = section.Find("sweep");
+  if (json == nullptr) return {};
+  const std::string place = section.place() + ", key \"sweep\"";
+  std::vector<Sweep> sweeps;
+  if (!json->is_array()) {
+    sweeps.push_back(ReadSweep(*json, place, method));
+    return sweeps;
+  }
+  for (const Json& one : *json) sweeps.push_back(ReadSweep(one, place, method));
+  return sweeps;
+}
+
+void ReadCall(const Section& section, Step& step) {
+  section.AllowOnly({"note", "call", "args", "expect", "statements", "fail", "error", "sweep"});
+  try {
+    const MethodName name = FindMethodByName(section.Text("call"));
+    step.cls = name.cls;
+    step.method = name.method;
+  } catch (const std::invalid_argument& error) {
+    section.Fail("call", error.what());
+  }
+  step.args = section.Object("args");
+  CheckArguments(section, step.args, *step.method);
+  step.expect = section.Object("expect");
+  CheckExpectation(section, "expect", step.expect, *step.method);
+  if (section.Find("statements") != nullptr) {
+    step.statements = section.List("statements");
+    CheckStatements(section, *step.statements);
+  }
+  if (const Json* fail = section.Find("fail")) {
+    step.fail = ReadFail(*fail, section.place() + ", key \"fail\"");
+  }
+  step.sweeps = ReadSweeps(section, *step.method);
+}
+
+void ReadQuery(const Section& section, Step& step) {
+  section.AllowOnly({"note", "query", "rows", "error"});
+  step.query = section.Text("query");
+  if (section.Find("rows") == nullptr) return;
+  step.rows = section.List("rows");
+  for (const Json& row : *step.rows) {
+    if (!row.is_array() && !row.is_object()) {
+      section.Fail("rows", "each row is a list of fields or an object of columns");
+    }
+  }
+}
+
+Step ReadStep(const Json& json, const std::string& place, int number) {
+  const Section section(json, place);
+  Step step;
+  step.number = number;
+  step.error = ReadOptionalError(section);
+  if (section.Find("call") != nullptr) {
+    ReadCall(section, step);
+  } else if (section.Find("query") != nullptr) {
+    ReadQuery(section, step);
+  } else {
+    throw ScenarioError(place + ": has neither the key \"call\" nor \"query\"");
+  }
+  return step;
+}
+
+void ReadResources(const Section& section, StartState& start) {
+  for (const auto& [language, texts] : section.Object("resources").items()) {
+    if (!texts.is_object()) section.Fail("resources", "\"" + language + "\" must be an object");
+    for (const auto& [text, translation] : texts.items()) {
+      if (!translation.is_string()) section.Fail("resources", "translations must be texts");
+      start.resources[language][text] = translation.get<std::string>();
+    }
+  }
+}
+
+void ReadProfile(const Section& section, StartState& start) {
+  for (const auto& [key, value] : section.Object("profile").items()) {
+    if (key.find('.') == std::string::npos) {
+      section.Fail("profile", "\"" + key + "\" must have the form category.key");
+    }
+    if (!value.is_string() && !value.is_null()) {
+      section.Fail("profile", "\"" + key + "\" must be a text or null");
+    }
+    start.profile.emplace_back(
+        key, value.is_null() ? std::nullopt : std::optional(value.get<std::string>()));
+  }
+}
+
+StartState ReadStart(const Section& section) {
+  StartState start;
+  const int32_t user = section.OptionalLong("user").value_or(start.user);
+  if (user < INT16_MIN || user > INT16_MAX) section.Fail("user", "must be a 16-bit integer");
+  start.user = static_cast<int16_t>(user);
+  const std::string now = section.OptionalText("now").value_or(std::string(kNow));
+  const auto time = DateTime::Parse(now);
+  if (!time) section.Fail("now", "no date: " + now);
+  start.now = *time;
+  for (const Json& right : section.List("denied_rights")) {
+    if (!IsLong(right)) section.Fail("denied_rights", "must list class types");
+    start.denied_rights.push_back(right.get<int32_t>());
+  }
+  start.published = section.Object("published");
+  ReadResources(section, start);
+  ReadProfile(section, start);
+  for (const Json& sql : section.List("sql")) {
+    if (!sql.is_string()) section.Fail("sql", "must list texts");
+    start.sql.push_back(sql.get<std::string>());
+  }
+  return start;
+}
+
+}  // namespace
+
+Scenario ParseScenario(const std::string& file, std::string_view text) {
+  Json json;
+  try {
+    json = ParseJson(text);
+  } catch (const JsonError& error) {
+    throw ScenarioError(file + ": " + error.what());
+  }
+  const Section section(json, file);
+  section.AllowOnly({"name", "note", "user", "now", "denied_rights", "published", "resources",
+                     "profile", "sql", "steps"});
+  Scenario scenario;
+  scenario.file = file;
+  scenario.name = section.Text("name");
+  scenario.start = ReadStart(section);
+  int number = 0;
+  for (const Json& step : section.List("steps")) {
+    ++number;
+    scenario.steps.push_back(ReadStep(step, file + ": step " + std::to_string(number), number));
+  }
+  if (scenario.steps.empty()) section.Fail("steps", "there is none");
+  return scenario;
+}
+
+Scenario LoadScenario(const std::string& file) {
+  std::string text;
+  try {
+    text = ReadTextFile(file);
+  } catch (const JsonError& error) {
+    throw ScenarioError(error.what());
+  }
+  return ParseScenario(file, text);
+}
+
+std::vector<std::string> ScenarioFiles(const std::vector<std::string>& paths) {
+  namespace fs = std::filesystem;
+  std::vector<std::string> files;
+  for (const std::string& path : paths) {
+    if (!fs::exists(path)) throw ScenarioError(path + ": no such file or folder");
+    if (!fs::is_directory(path)) {
+      files.push_back(path);
+      continue;
+    }
+    std::vector<std::string> found;
+    for (const auto& entry : fs::recursive_directory_iterator(path)) {
+      if (entry.path().extension() == ".json") found.push_back(entry.path().string());
+    }
+    if (found.empty()) throw ScenarioError(path + ": no scenario file in this folder");
+    std::sort(found.begin(), found.end());
+    files.insert(files.end(), found.begin(), found.end());
+  }
+  return files;
+}
+
+}  // namespace tavcc

@@ -1,0 +1,148 @@
+// Conversions between automation values and JSON.
+#include "scenario/values.h"
+
+#include <cstdint>
+#include <limits>
+#include <utility>
+
+namespace tavcc {
+namespace {
+
+DateTime DateFromJson(const Json& text) {
+  const auto date = text.is_string() ? DateTime::Parse(text.get<std::string>()) : std::nullopt;
+  if (!date) throw JsonError("no date: " + Show(text));
+  return *date;
+}
+
+Decimal DecimalFromJson(const Json& text) {
+  const auto decimal = text.is_string() ? Decimal::Parse(text.get<std::string>()) : std::nullopt;
+  if (!decimal) throw JsonError("no decimal number (write it as a text): " + Show(text));
+  return *decimal;
+}
+
+Value IntegerFromJson(const Json& number) {
+  using Limits = std::numeric_limits<int16_t>;
+  if (!number.is_number_integer() || number < Limits::min() || number > Limits::max()) {
+    throw JsonError("no 16-bit integer: " + Show(number));
+  }
+  return number.get<int16_t>();
+}
+
+Value NumberFromJson(const Json& json) {
+  if (json.is_number_float()) return json.get<double>();
+  if (json.is_number_unsigned() && json.get<uint64_t>() > uint64_t{INT64_MAX}) {
+    return json.get<double>();
+  }
+  const auto number = json.get<int64_t>();
+  if (number < INT32_MIN || number > INT32_MAX) return Decimal(number);
+  return static_cast<int32_t>(number);
+}
+
+Value ObjectFromJson(Host& host, const Json& json) {
+  if (IsForm(json, "date")) return DateFromJson(json.front());
+  if (IsForm(json, "decimal")) return DecimalFromJson(json.front());
+  if (IsForm(json, "integer")) return IntegerFromJson(json.front());
+  if (IsForm(json, "empty")) return Empty{};
+  if (IsForm(json, "nothing")) return ObjectPtr();
+  auto dictionary = host.NewDictionary();
+  for (const auto& [key, value] : json.items())
+    dictionary->SetItem(key, ValueFromJson(host, value));
+  return dictionary;
+}
+
+Value ArrayFromJson(Host& host, const Json& json) {
+  auto vector = host.NewVector();
+  for (const Json& element : json) vector->Add(ValueFromJson(host, element));
+  return vector;
+}
+
+Json JsonFromDecimal(const Decimal& decimal) {
+  constexpr int kDigitsOfDouble = 15;
+  const Decimal normal = decimal.Normalized();
+  if (normal.Digits() > kDigitsOfDouble || normal.scale() > kDigitsOfDouble) {
+    return Json{{"decimal", decimal.ToText()}};
+  }
+  if (normal.scale() == 0) return *normal.Coefficient64();
+  return normal.ToDouble();
+}
+
+Json JsonFromObject(const ObjectPtr& object, const std::vector<std::string>& keys) {
+  if (object == nullptr) return nullptr;
+  if (auto* recordset = dynamic_cast<Recordset*>(object.get())) {
+    return recordset->IsOpen() ? JsonFromRows(*recordset, RowForm::kObjects) : Json("closed");
+  }
+  if (auto* vector = dynamic_cast<Vector*>(object.get())) {
+    Json elements = Json::array();
+    for (int i = vector->LBound(); i <= vector->UBound(); ++i) {
+      elements.push_back(JsonFromValue(vector->Item(i), keys));
+    }
+    return elements;
+  }
+  if (auto* dictionary = dynamic_cast<Dictionary*>(object.get())) {
+    Json items = Json::object();
+    for (const std::string& key : keys) {
+      if (dictionary->Lookup(key)) items[key] = JsonFromValue(dictionary->Item(key), keys);
+    }
+    return items;
+  }
+  return "object";
+}
+
+}  // namespace
+
+Value ValueFromJson(Host& host, const Json& json) {
+  if (json.is_null()) return Null{};
+  if (json.is_boolean()) return json.get<bool>();
+  if (json.is_number()) return NumberFromJson(json);
+  if (json.is_string()) return json.get<std::string>();
+  if (json.is_array()) return ArrayFromJson(host, json);
+  return ObjectFromJson(host, json);
+}
+
+Json JsonFromValue(const Value& value, const std::vector<std::string>& keys) {
+  switch (value.kind()) {
+    case Value::Kind::kEmpty:
+    case Value::Kind::kNull:
+    case Value::Kind::kMissing:
+      return nullptr;
+    case Value::Kind::kBoolean:
+      return value.boolean();
+    case Value::Kind::kInteger:
+      return value.integer();
+    case Value::Kind::kLong:
+      return value.long_integer();
+    case Value::Kind::kDouble:
+      return value.number();
+    case Value::Kind::kDecimal:
+      return JsonFromDecimal(value.decimal());
+    case Value::Kind::kDate:
+      return Json{{"date", value.date().ToText()}};
+    case Value::Kind::kText:
+      return value.text();
+    case Value::Kind::kObject:
+      return JsonFromObject(value.object(), keys);
+  }
+  return nullptr;
+}
+
+Json JsonFromRows(Recordset& recordset, RowForm form) {
+  Json rows = Json::array();
+  if (recordset.AtEnd() && recordset.AtStart()) return rows;
+  recordset.MoveFirst();
+  for (; !recordset.AtEnd(); recordset.MoveNext()) {
+    Json row = form == RowForm::kObjects ? Json::object() : Json::array();
+    for (int i = 0; i < recordset.FieldCount(); ++i) {
+      Json field = JsonFromValue(recordset.Field(i));
+      if (form == RowForm::kObjects) {
+        row[recordset.FieldName(i)] = std::move(field);
+      } else {
+        row.push_back(std::move(field));
+      }
+    }
+    rows.push_back(std::move(row));
+  }
+  recordset.MoveFirst();
+  return rows;
+}
+
+}  // namespace tavcc
