@@ -548,7 +548,8 @@ CREATE TABLE t_RP_CheckBillEntry1 (
   FAmount decimal(28,10) NOT NULL DEFAULT(0)
 )
 GO
-CREATE INDEX IX_RP_CheckBillEntry1_Source ON t_RP_CheckBillEntry1 (FSourceClassTypeID, FSourceBillID)
+CREATE INDEX IX_RP_CheckBillEntry1_Source
+  ON t_RP_CheckBillEntry1 (FSourceClassTypeID, FSourceBillID)
 GO
 CREATE TABLE t_RP_CheckBillEntry2 (
   FID int NOT NULL DEFAULT(0),
@@ -558,7 +559,8 @@ CREATE TABLE t_RP_CheckBillEntry2 (
   FAmount decimal(28,10) NOT NULL DEFAULT(0)
 )
 GO
-CREATE INDEX IX_RP_CheckBillEntry2_Source ON t_RP_CheckBillEntry2 (FSourceClassTypeID, FSourceBillID)
+CREATE INDEX IX_RP_CheckBillEntry2_Source
+  ON t_RP_CheckBillEntry2 (FSourceClassTypeID, FSourceBillID)
 GO
 
 -- Prepayments that a bill neutralises: the prepaid document's class and the amount.
@@ -620,8 +622,8 @@ GO
 CREATE INDEX IX_CalFlag_Item ON ICCalFlag (FItemID)
 GO
 
--- The serial-number ledger: one row per serial number and bill. FStatus 1 brings the number into the
--- stock, 0 takes it out; FCanDeleteFlag marks rows for removal while a bill's rows are renewed.
+-- The serial-number ledger: one row per serial number and bill. FStatus 1 brings the number into
+-- the stock, 0 takes it out; FCanDeleteFlag marks rows for removal while a bill's rows are renewed.
 CREATE TABLE t_SerialNumList (
   FID int IDENTITY(1,1) NOT NULL PRIMARY KEY,
   FBillID int NOT NULL DEFAULT(0),
@@ -648,8 +650,8 @@ FROM t_ICItem i INNER JOIN t_MeasureUnit u ON i.FUnitGroupID = u.FUnitGroupID
 WHERE u.FCoefficient <> 0
 GO
 
--- Issuing lines: what leaves a stock, or has left it, with the head's state. Purchase returns (2012)
--- and reversed estimates (2031, 2032) leave the stock they once came into; sales returns (3002,
+-- Issuing lines: what leaves a stock, or has left it, with the head's state. Purchase returns
+-- (2012) and reversed estimates (2031, 2032) leave the stock they once came into; sales returns (3002,
 -- 3004, 3011) come back instead; a stock-check loss (1040004) counts its difference; an assembly
 -- uses up its components, a disassembly its products.
 CREATE VIEW vw_cc_Send AS
@@ -714,8 +716,8 @@ WHERE FStockID = @StockID AND FItemID = @ItemID AND FBatchNo = @BatchNo
 HAVING SUM(FQty) <> 0
 GO
 
--- Bills that move value but no quantity (rebates, price adjustments): adds each line's amount to the
--- value of the stock row that the line names, on un-audit (@AuditOrUnAddit -1) takes it away again.
+-- Bills that move value but no quantity (rebates, price adjustments): adds each line's amount to
+-- the value of the stock row that the line names, on un-audit (@AuditOrUnAddit -1) takes it away again.
 -- A line that names no stock row moves nothing.
 CREATE PROCEDURE sp_UpdateInventoryForFLTJ
   @ClassTypeID int, @billTypeID int, @FID int, @AuditOrUnAddit int,
@@ -729,12 +731,14 @@ FROM T_CC_Inventory t INNER JOIN
      SUM(FAmount) AS FAmount
    FROM
      (SELECT FItemID,
-        CASE WHEN @ClassTypeID IN (1030004, 1040002) THEN FSCStockID ELSE FDCStockID END AS FStockID,
+        CASE WHEN @ClassTypeID IN (1030004, 1040002) THEN FSCStockID ELSE FDCStockID END
+          AS FStockID,
         ISNULL(FBatchNo, '') AS FBatchNo, FAuxPropID, FKFPeriod,
         LEFT(ISNULL(CONVERT(varchar(20), FKFDate, 120), '1900-01-01'), 10) AS FKFDate,
         LEFT(ISNULL(CONVERT(varchar(20), FPeriodDate, 120), '1900-01-01'), 10) AS FPeriodDate,
         FBatchNoIndex,
-        CASE WHEN @AuditOrUnAddit = -1 THEN -ISNULL(FAmount, 0) ELSE ISNULL(FAmount, 0) END AS FAmount
+        CASE WHEN @AuditOrUnAddit = -1 THEN -ISNULL(FAmount, 0) ELSE ISNULL(FAmount, 0) END
+          AS FAmount
       FROM T_CC_StockBillEntry WHERE FID = @FID) l
    GROUP BY FItemID, FStockID, FBatchNo, FAuxPropID, FKFPeriod, FKFDate, FPeriodDate, FBatchNoIndex
   ) u
