@@ -33,14 +33,12 @@ AutomationError CurrentError() {
   }
 }
 
-PendingErrorScope::PendingErrorScope(AutomationError error) : before_(pending_error) {
-  pending_error = std::move(error);
+PendingErrorScope::PendingErrorScope(AutomationError error)
+    : error_(std::move(error)), before_(pending_error) {
+  pending_error = error_;
 }
 PendingErrorScope::~PendingErrorScope() {
   pending_error = before_;
-}
-const AutomationError& PendingErrorScope::error() const {
-  return *pending_error;
 }
 
 }  // namespace internal

@@ -37,9 +37,10 @@ class PendingErrorScope {
   ~PendingErrorScope();
   PendingErrorScope(const PendingErrorScope&) = delete;
   PendingErrorScope& operator=(const PendingErrorScope&) = delete;
-  const AutomationError& error() const;
+  const AutomationError& error() const { return error_; }
 
  private:
+  AutomationError error_;
   std::optional<AutomationError> before_;
 };
 }  // namespace internal

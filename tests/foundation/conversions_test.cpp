@@ -30,12 +30,23 @@ TEST(Conversions, ToALongRoundHalfToEven) {
     Value value;
     int32_t expected;
   } rows[] = {
-      {Empty{}, 0},          {true, -1},          {false, 0},
-      {int16_t{-7}, -7},     {int32_t{1040001}, 1040001},
-      {0.5, 0},              {1.5, 2},            {2.5, 2},
-      {-0.5, 0},             {-1.5, -2},          {2147483647.4, 2147483647},
-      {"1040001", 1040001},  {" -3 ", -3},        {"2.5", 2},
-      {"1e3", 1000},         {kHalf, 0},          {*Decimal::Parse("3.5"), 4},
+      {Empty{}, 0},
+      {true, -1},
+      {false, 0},
+      {int16_t{-7}, -7},
+      {int32_t{1040001}, 1040001},
+      {0.5, 0},
+      {1.5, 2},
+      {2.5, 2},
+      {-0.5, 0},
+      {-1.5, -2},
+      {2147483647.4, 2147483647},
+      {"1040001", 1040001},
+      {" -3 ", -3},
+      {"2.5", 2},
+      {"1e3", 1000},
+      {kHalf, 0},
+      {*Decimal::Parse("3.5"), 4},
       {*DateTime::Parse("1900-01-01 12:00:00"), 2},
   };
   for (const auto& row : rows) EXPECT_EQ(ToLong(row.value), row.expected);
@@ -46,10 +57,11 @@ TEST(Conversions, ToALongRaiseTheNumbersOfAutomation) {
     Value value;
     int32_t number;
   } rows[] = {
-      {Null{}, 94},       {"", 13},          {"12a", 13},         {"inf", 13},  {"nan", 13},
-      {"0x10", 13},       {2147483647.5, 6}, {-2147483649.0, 6},  {NAN, 6},     {1e300, 6},
-      {"3000000000", 6},  {kNothing, 91},    {Missing{}, 13},     {"1e999", 6},
-      {*Decimal::Parse("2147483648"), 6},
+      {Null{}, 94},      {"", 13},           {"12a", 13},
+      {"inf", 13},       {"nan", 13},        {"0x10", 13},
+      {2147483647.5, 6}, {-2147483649.0, 6}, {NAN, 6},
+      {1e300, 6},        {"3000000000", 6},  {kNothing, 91},
+      {Missing{}, 13},   {"1e999", 6},       {*Decimal::Parse("2147483648"), 6},
   };
   for (const auto& row : rows) EXPECT_EQ(ErrorOf([&] { ToLong(row.value); }), row.number);
 }
@@ -88,8 +100,8 @@ TEST(Conversions, OfDatesGoThereAndBack) {
 }
 
 TEST(Conversions, OfSettingsCountNothingAsZero) {
-  for (const Value& value : {Value(Empty{}), Value(Null{}), Value(Missing{}), Value(""),
-                             Value("abc"), Value("1x")}) {
+  for (const Value& value :
+       {Value(Empty{}), Value(Null{}), Value(Missing{}), Value(""), Value("abc"), Value("1x")}) {
     EXPECT_EQ(NumberOrZero(value), 0);
     EXPECT_EQ(LongOrZero(value), 0);
     EXPECT_TRUE(DecimalOrZero(value).IsZero());
@@ -116,10 +128,16 @@ TEST(NumberText, IsPlainDecimalTextOfFifteenDigits) {
     double value;
     const char* text;
   } rows[] = {
-      {0, "0"},           {-0.0, "0"},     {1, "1"},
-      {-1.5, "-1.5"},     {100.01, "100.01"}, {0.1 + 0.2, "0.3"},
-      {1e15, "1000000000000000"},          {1e20, "100000000000000000000"},
-      {1.0 / 3, "0.333333333333333"},      {0.00001, "0.00001"},
+      {0, "0"},
+      {-0.0, "0"},
+      {1, "1"},
+      {-1.5, "-1.5"},
+      {100.01, "100.01"},
+      {0.1 + 0.2, "0.3"},
+      {1e15, "1000000000000000"},
+      {1e20, "100000000000000000000"},
+      {1.0 / 3, "0.333333333333333"},
+      {0.00001, "0.00001"},
       {123456789.123456789, "123456789.123457"},
   };
   for (const auto& row : rows) EXPECT_EQ(NumberText(row.value), row.text);

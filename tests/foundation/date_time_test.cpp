@@ -5,7 +5,9 @@
 namespace tavcc {
 namespace {
 
-DateTime At(std::string_view text) { return DateTime::Parse(text).value(); }
+DateTime At(std::string_view text) {
+  return DateTime::Parse(text).value();
+}
 
 TEST(DateTime, ReadsTheFormsThatItShows) {
   for (const char* text : {"2026-03-15", "2026-03-15 10:00:00", "1753-01-01", "9999-12-31 23:59:59",

@@ -7,7 +7,9 @@
 namespace tavcc {
 namespace {
 
-Decimal D(std::string_view text) { return Decimal::Parse(text).value(); }
+Decimal D(std::string_view text) {
+  return Decimal::Parse(text).value();
+}
 
 constexpr const char* kMost = "99999999999999999999999999999999999999";  // 38 digits
 
@@ -18,10 +20,14 @@ TEST(Decimal, ParsesPlainTextAndKeepsItsScale) {
     int scale;
   };
   const Row rows[] = {
-      {"0", "0", 0},          {"-0", "0", 0},           {"1.50", "1.50", 2},
-      {" +007.10 ", "7.10", 2}, {"-.5", "-0.5", 1},     {"5.", "5", 0},
-      {kMost, kMost, 0},      {"0.00000000000000000000000000000000000001",
-                               "0.00000000000000000000000000000000000001", 38},
+      {"0", "0", 0},
+      {"-0", "0", 0},
+      {"1.50", "1.50", 2},
+      {" +007.10 ", "7.10", 2},
+      {"-.5", "-0.5", 1},
+      {"5.", "5", 0},
+      {kMost, kMost, 0},
+      {"0.00000000000000000000000000000000000001", "0.00000000000000000000000000000000000001", 38},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(D(row.text).ToText(), row.shown) << row.text;
@@ -30,9 +36,9 @@ TEST(Decimal, ParsesPlainTextAndKeepsItsScale) {
 }
 
 TEST(Decimal, RefusesWhatIsNoNumberText) {
-  for (const char* text : {"", " ", "-", ".", "1e3", "1,000", "1 2", "0x1", "--1", "1.2.3", "１",
-                           "100000000000000000000000000000000000000",
-                           "0.000000000000000000000000000000000000001"}) {
+  for (const char* text :
+       {"", " ", "-", ".", "1e3", "1,000", "1 2", "0x1", "--1", "1.2.3", "１",
+        "100000000000000000000000000000000000000", "0.000000000000000000000000000000000000001"}) {
     EXPECT_FALSE(Decimal::Parse(text)) << text;
   }
 }
