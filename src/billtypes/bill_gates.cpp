@@ -22,16 +22,6 @@ Verdict CheckBeforeAudit(Connection& connection, std::string_view head_table, in
       Cat("Select FStatus,FVoucherID From ", head_table, " where FID=", bill_id)));
 }
 
-Verdict CheckBeforeDelete(Connection& connection, std::string_view head_table, int32_t bill_id) {
-  const RecordsetPtr head =
-      connection.Execute(Cat("Select FStatus,FVoucherID From ", head_table,
-                             "  where FID=", bill_id));  // two blanks: as stored
-  if (head->AtEnd()) return Refuse("该单据已被删除！");
-  if (Status(*head) != bill_status::kNotAudited) return Refuse("该单据已被审核，不能删除！");
-  if (VoucherID(*head) > 0) return Refuse("该单据已生成凭证，不能删除！");
-  return Pass();
-}
-
 Verdict CheckBeforeUnAudit(Connection& connection, std::string_view head_table, int32_t bill_id) {
   return JudgeUnAudit(*connection.Execute(
       Cat("Select FStatus,FVoucherID From ", head_table, " where FID=", bill_id)));

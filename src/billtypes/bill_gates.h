@@ -2,13 +2,14 @@
 //
 // They judge by the head row alone: its FStatus (0 not audited, 1 audited, 2 audited and linked by
 // other bills) and its FVoucherID (greater than 0: an accounting voucher was made from the bill). A
-// null counts as 0.
+// null counts as 0. The gate before a deletion is that of the generic deletion, CheckBeforeDelete.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <string_view>
 
+#include "balances/bill_deletion.h"
 #include "foundation/connection.h"
 #include "foundation/recordset.h"
 #include "foundation/trap.h"
@@ -18,7 +19,6 @@ namespace tavcc {
 
 // Each sends one statement for the head row of `bill_id` in `head_table`. Errors: the connection's.
 Verdict CheckBeforeAudit(Connection& connection, std::string_view head_table, int32_t bill_id);
-Verdict CheckBeforeDelete(Connection& connection, std::string_view head_table, int32_t bill_id);
 Verdict CheckBeforeUnAudit(Connection& connection, std::string_view head_table, int32_t bill_id);
 
 // The same judgements for a head row that the caller has read, for the classes that read more of
