@@ -6,7 +6,11 @@
 
 #include <array>
 
+#include "balances/bill_deletion.h"
+#include "balances/periods.h"
 #include "billtypes/cls_cx.h"
+#include "checks/related_bills.h"
+#include "checks/verification.h"
 #include "registry/bind.h"
 #include "registry/class_registry.h"
 
@@ -146,9 +150,9 @@ constexpr Method Property(int slot) {
 constexpr Method kPublicSysInfo[] = {
     {"AllowMinusStockNum", 0, 0x60030003, kOnlyConString, kVariant},
     {"AuditBill", 1, 0x60030004, kBatchAudit, kInteger},
-    {"CanCheckGH", 2, 0x60030005, kRelatedBillGate, kBoolean},
-    {"CanCheckFL", 3, 0x60030006, kRelatedBillGate, kBoolean},
-    {"CanCheckGJ", 4, 0x60030007, kRelatedBillGate, kBoolean},
+    {"CanCheckGH", 2, 0x60030005, kRelatedBillGate, kBoolean, false, Bind<&CanCheckGH>},
+    {"CanCheckFL", 3, 0x60030006, kRelatedBillGate, kBoolean, false, Bind<&CanCheckFL>},
+    {"CanCheckGJ", 4, 0x60030007, kRelatedBillGate, kBoolean, false, Bind<&CanCheckGJ>},
     {"CheckCredit", 5, 0x60030008, kPartnerCheck, kInteger},
     {"CheckItemStockNum", 6, 0x60030009, kStockCheck, kInteger},
     {"GetLowPrice", 7, 0x6003000A, kPriceLookup, kDouble},
@@ -156,23 +160,30 @@ constexpr Method kPublicSysInfo[] = {
     {"CheckLimitPrice", 9, 0x6003000C, kLimitPrice, kInteger},
     {"SteelCheckLimitPrice", 10, 0x6003000D, kLimitPrice, kInteger},
     {"CheckNegPrice", 11, 0x6003000E, kNegativePrice, kBoolean},
-    {"DateInCurrentPeriod", 12, 0x6003000F, kDateInPeriod, kBoolean},
-    {"DeleteBill", 13, 0x60030010, kGenericDelete, kBoolean},
-    {"GetPeriodStartAndEndDate", 14, 0x60030011, kPeriodDates, kVariant},
-    {"OtherBillCanCheck", 15, 0x60030012, kOtherBillGate, kBoolean},
+    {"DateInCurrentPeriod", 12, 0x6003000F, kDateInPeriod, kBoolean, false,
+     Bind<&DateInCurrentPeriod>},
+    {"DeleteBill", 13, 0x60030010, kGenericDelete, kBoolean, false, Bind<&DeleteBill>},
+    {"GetPeriodStartAndEndDate", 14, 0x60030011, kPeriodDates, kVariant, false,
+     Bind<&GetPeriodStartAndEndDate>},
+    {"OtherBillCanCheck", 15, 0x60030012, kOtherBillGate, kBoolean, false,
+     Bind<&OtherBillCanCheck>},
     {"ReBuildBal", 16, 0x60030013, kRebuild, kBoolean},
     {"UpdateBal", 17, 0x60030014, kBalance, kText},
-    {"VerifyDataBeforeAudit", 18, 0x60030015, kVerification, kInteger},
-    {"VerifyDataBeforeDelete", 19, 0x60030016, kGenericDeleteGate, kBoolean},
+    {"VerifyDataBeforeAudit", 18, 0x60030015, kVerification, kInteger, false,
+     Bind<&VerifyDataBeforeAudit>},
+    {"VerifyDataBeforeDelete", 19, 0x60030016, kGenericDeleteGate, kBoolean, false,
+     Bind<&VerifyDataBeforeDelete>},
     {"WhetherCheckStockNum", 20, 0x60030023, kDirectionAndBill, kInteger},
     {"WhetherNeedCheckPrice", 21, 0x60030024, kNeedsCheck, kInteger},
     {"WhetherNeedCheckCredit", 22, 0x60030025, kNeedsCheck, kInteger},
     {"WhetherNeedUpdateStockNum", 23, 0x60030026, kDirectionAndBill, kInteger},
-    {"WhetherBillInvoiceStatus", 24, 0x60030028, kInvoiceStatus, kLong},
+    {"WhetherBillInvoiceStatus", 24, 0x60030028, kInvoiceStatus, kLong, false,
+     Bind<&WhetherBillInvoiceStatus>},
     Property(25),
     {"CheckUnCheckAmountOutOfDate", 26, 0x6003002B, kPartnerCheck, kInteger},
     {"WhetherNeedCheckUnCheckAmountOutOfDate", 27, 0x60030039, kNeedsCheck, kInteger},
-    {"VerifyUnCheckForSelf", 28, 0x6003003C, kVerification, kInteger},
+    {"VerifyUnCheckForSelf", 28, 0x6003003C, kVerification, kInteger, false,
+     Bind<&VerifyUnCheckForSelf>},
 };
 
 constexpr Method kClsCX[] = {
