@@ -651,8 +651,8 @@ WHERE u.FCoefficient <> 0
 GO
 
 -- Issuing lines: what leaves a stock, or has left it, with the head's state. Purchase returns
--- (2012) and reversed estimates (2031, 2032) leave the stock they once came into; sales returns (3002,
--- 3004, 3011) come back instead; a stock-check loss (1040004) counts its difference; an assembly
+-- (2012) and reversed estimates (2031, 2032) leave the stock they once came into; sales returns
+-- (3002, 3004, 3011) come back instead; a stock-check loss (1040004) counts its difference; an assembly
 -- uses up its components, a disassembly its products.
 CREATE VIEW vw_cc_Send AS
 SELECT v.FID, u.FEntryID, v.FClassTypeID, v.FBillTypeID, v.FStatus, v.FDate, u.FItemID,
@@ -717,8 +717,8 @@ HAVING SUM(FQty) <> 0
 GO
 
 -- Bills that move value but no quantity (rebates, price adjustments): adds each line's amount to
--- the value of the stock row that the line names, on un-audit (@AuditOrUnAddit -1) takes it away again.
--- A line that names no stock row moves nothing.
+-- the value of the stock row that the line names, on un-audit (@AuditOrUnAddit -1) takes it away
+-- again. A line that names no stock row moves nothing.
 CREATE PROCEDURE sp_UpdateInventoryForFLTJ
   @ClassTypeID int, @billTypeID int, @FID int, @AuditOrUnAddit int,
   @ErrorMessage nvarchar(255) OUTPUT
