@@ -6,6 +6,7 @@
 
 #include <array>
 
+#include "audit/batch_audit.h"
 #include "balances/bill_deletion.h"
 #include "balances/periods.h"
 #include "billtypes/cls_cx.h"
@@ -15,6 +16,7 @@
 #include "billtypes/cls_zz.h"
 #include "billtypes/stock_check_bill.h"
 #include "checks/related_bills.h"
+#include "checks/stock_quantity.h"
 #include "checks/verification.h"
 #include "registry/bind.h"
 #include "registry/class_registry.h"
@@ -153,13 +155,14 @@ constexpr Method Property(int slot) {
 }
 
 constexpr Method kPublicSysInfo[] = {
-    {"AllowMinusStockNum", 0, 0x60030003, kOnlyConString, kVariant},
-    {"AuditBill", 1, 0x60030004, kBatchAudit, kInteger},
+    {"AllowMinusStockNum", 0, 0x60030003, kOnlyConString, kVariant, false,
+     Bind<&AllowMinusStockNum>},
+    {"AuditBill", 1, 0x60030004, kBatchAudit, kInteger, false, Bind<&AuditBill>},
     {"CanCheckGH", 2, 0x60030005, kRelatedBillGate, kBoolean, false, Bind<&CanCheckGH>},
     {"CanCheckFL", 3, 0x60030006, kRelatedBillGate, kBoolean, false, Bind<&CanCheckFL>},
     {"CanCheckGJ", 4, 0x60030007, kRelatedBillGate, kBoolean, false, Bind<&CanCheckGJ>},
     {"CheckCredit", 5, 0x60030008, kPartnerCheck, kInteger},
-    {"CheckItemStockNum", 6, 0x60030009, kStockCheck, kInteger},
+    {"CheckItemStockNum", 6, 0x60030009, kStockCheck, kInteger, false, Bind<&CheckItemStockNum>},
     {"GetLowPrice", 7, 0x6003000A, kPriceLookup, kDouble},
     {"GetNewPrice", 8, 0x6003000B, kPriceLookup, kDouble},
     {"CheckLimitPrice", 9, 0x6003000C, kLimitPrice, kInteger},
@@ -178,10 +181,12 @@ constexpr Method kPublicSysInfo[] = {
      Bind<&VerifyDataBeforeAudit>},
     {"VerifyDataBeforeDelete", 19, 0x60030016, kGenericDeleteGate, kBoolean, false,
      Bind<&VerifyDataBeforeDelete>},
-    {"WhetherCheckStockNum", 20, 0x60030023, kDirectionAndBill, kInteger},
+    {"WhetherCheckStockNum", 20, 0x60030023, kDirectionAndBill, kInteger, false,
+     Bind<&WhetherCheckStockNum>},
     {"WhetherNeedCheckPrice", 21, 0x60030024, kNeedsCheck, kInteger},
     {"WhetherNeedCheckCredit", 22, 0x60030025, kNeedsCheck, kInteger},
-    {"WhetherNeedUpdateStockNum", 23, 0x60030026, kDirectionAndBill, kInteger},
+    {"WhetherNeedUpdateStockNum", 23, 0x60030026, kDirectionAndBill, kInteger, false,
+     Bind<&WhetherNeedUpdateStockNum>},
     {"WhetherBillInvoiceStatus", 24, 0x60030028, kInvoiceStatus, kLong, false,
      Bind<&WhetherBillInvoiceStatus>},
     Property(25),
