@@ -45,25 +45,25 @@ bool IsReference(ArgumentType type) {
   }
 }
 
-Value NotGiven(Road& road, const Parameter& parameter) {
-  if (parameter.name == "sDsn" || parameter.name == "strConString") return road.dsn();
-  if (parameter.type == ArgumentType::kConnection) return road.connection();
+Value NotGiven(const Supplies& supplies, const Parameter& parameter) {
+  if (parameter.name == "sDsn" || parameter.name == "strConString") return supplies.dsn;
+  if (parameter.type == ArgumentType::kConnection) return supplies.connection;
   if (parameter.optional) return Missing{};
-  return EmptyOfType(road.host(), parameter.type);
+  return EmptyOfType(supplies.host, parameter.type);
 }
 
 }  // namespace
 
-std::vector<Value> MakeArguments(Road& road, const Method& method, const Json& args) {
+std::vector<Value> MakeArguments(const Supplies& supplies, const Method& method, const Json& args) {
   std::vector<Value> arguments;
   for (const Parameter& parameter : method.parameters) {
     const auto given = args.find(std::string(parameter.name));
     if (given == args.end()) {
-      arguments.push_back(NotGiven(road, parameter));
+      arguments.push_back(NotGiven(supplies, parameter));
     } else if (given->is_null() && IsReference(parameter.type)) {
       arguments.emplace_back(ObjectPtr());
     } else {
-      arguments.push_back(ValueFromJson(road.host(), *given));
+      arguments.push_back(ValueFromJson(supplies.host, *given));
     }
   }
   return arguments;

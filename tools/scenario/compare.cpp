@@ -194,9 +194,7 @@ bool Comparison::SameSize(size_t expected, size_t actual, std::string_view noun,
 }
 
 void Comparison::Differ(const Json& expected, const Value& actual, const std::string& path) {
-  Json shown = JsonFromValue(actual);
-  if (ObjectOf<Dictionary>(actual) != nullptr) shown = "a dictionary";
-  Add(path, "expected " + Show(expected) + ", got " + Show(shown));
+  Add(path, "expected " + Show(expected) + ", got " + Show(JsonFromValue(actual)));
 }
 
 void Comparison::Add(const std::string& path, const std::string& text) {

@@ -51,25 +51,29 @@ std::string DidYouMean(std::string_view name, const std::vector<std::string>& kn
   return Distance(name, *nearest) <= most ? "; did you mean " + *nearest + "?" : "";
 }
 
+const ClassDescription& FindClassByName(std::string_view name) {
+  const ClassDescription* cls = FindClass(name);
+  if (cls == nullptr) {
+    throw std::invalid_argument("there is no class \"" + std::string(name) + "\"" +
+                                DidYouMean(name, ClassNames()));
+  }
+  return *cls;
+}
+
 MethodName FindMethodByName(std::string_view dotted) {
   const size_t dot = dotted.find('.');
   if (dot == std::string_view::npos) {
     throw std::invalid_argument("\"" + std::string(dotted) + "\" must have the form CLASS.METHOD");
   }
-  const std::string_view class_name = dotted.substr(0, dot);
   const std::string_view method_name = dotted.substr(dot + 1);
-  const ClassDescription* cls = FindClass(class_name);
-  if (cls == nullptr) {
-    throw std::invalid_argument("there is no class \"" + std::string(class_name) + "\"" +
-                                DidYouMean(class_name, ClassNames()));
-  }
-  const Method* method = FindMethod(*cls, method_name);
+  const ClassDescription& cls = FindClassByName(dotted.substr(0, dot));
+  const Method* method = FindMethod(cls, method_name);
   if (method == nullptr) {
-    throw std::invalid_argument(std::string(cls->name) + " has no method \"" +
+    throw std::invalid_argument(std::string(cls.name) + " has no method \"" +
                                 std::string(method_name) + "\"" +
-                                DidYouMean(method_name, MethodNames(*cls)));
+                                DidYouMean(method_name, MethodNames(cls)));
   }
-  return {cls, method};
+  return {&cls, method};
 }
 
 }  // namespace tavcc

@@ -10,20 +10,11 @@
 #include <vector>
 
 #include "foundation/host.h"
+#include "host/statement_log.h"
 #include "registry/class_registry.h"
 #include "scenario/scenario.h"
 
 namespace tavcc {
-
-// A statement that a rule sent through a connection, ExecuteSQL or GetFirstValue, or a stored
-// procedure that it called.
-struct SentStatement {
-  std::string text;  // the procedure's name for a call
-  bool is_procedure = false;
-  std::vector<ProcedureParameter> parameters;
-  std::optional<AutomationError> error;
-  int rows = -1;  // -1 when it returned none
-};
 
 // One database in a scenario's start state, with a host over it.
 class Road {
@@ -46,7 +37,7 @@ class Road {
   // here, raises its error instead of running.
   virtual void StartLog(const std::optional<InjectedFailure>& failure) = 0;
   // The statements sent since StartLog, in order; none are recorded after this.
-  virtual std::vector<SentStatement> TakeLog() = 0;
+  virtual std::vector<LoggedStatement> TakeLog() = 0;
 };
 
 // A way of opening databases.

@@ -14,14 +14,15 @@ struct Outcome {
   Value result;
   std::vector<Value> arguments;
   std::optional<AutomationError> error;
-  std::vector<SentStatement> sent;
+  std::vector<LoggedStatement> sent;
 };
 
 using Differences = std::vector<std::string>;
 
 Outcome Call(Road& road, const Step& step, const std::optional<InjectedFailure>& failure) {
   Outcome outcome;
-  outcome.arguments = MakeArguments(road, *step.method, step.args);
+  outcome.arguments =
+      MakeArguments({road.host(), road.dsn(), road.connection()}, *step.method, step.args);
   road.StartLog(failure);
   try {
     outcome.result = road.Call(*step.cls, *step.method, outcome.arguments);
@@ -76,7 +77,7 @@ void CompareAnswer(const Method& method, const Json& expect, const Outcome& outc
   }
 }
 
-bool IsSame(const Json& expected, const SentStatement& sent) {
+bool IsSame(const Json& expected, const LoggedStatement& sent) {
   if (expected.is_string()) return !sent.is_procedure && expected == sent.text;
   if (!sent.is_procedure || expected["procedure"] != sent.text) return false;
   const Json& parameters = expected["parameters"];
@@ -96,7 +97,7 @@ std::string FirstDifference(const std::string& expected, const std::string& actu
   return "from byte " + std::to_string(at - expected.begin() + 1) + " on";
 }
 
-void CompareStatements(const Json& expected, const std::vector<SentStatement>& sent,
+void CompareStatements(const Json& expected, const std::vector<LoggedStatement>& sent,
                        Differences& differences) {
   if (expected.size() != sent.size()) {
     differences.push_back("statements: expected " + std::to_string(expected.size()) + ", got " +
@@ -256,7 +257,7 @@ std::optional<StepFailure> RunScenario(const Scenario& scenario, Roads& roads) {
   return Run(scenario, roads).All();
 }
 
-std::string ShowStatement(const SentStatement& statement) {
+std::string ShowStatement(const LoggedStatement& statement) {
   if (!statement.is_procedure) return statement.text;
   std::string text = "procedure " + statement.text + "(";
   for (const ProcedureParameter& parameter : statement.parameters) {
@@ -266,7 +267,7 @@ std::string ShowStatement(const SentStatement& statement) {
   return text + ")";
 }
 
-std::string Describe(const Scenario& scenario, const StepFailure& failure) {
+std::string DescribeFailure(const Scenario& scenario, const StepFailure& failure) {
   std::string text = scenario.file + ": " + scenario.name + "\n";
   text += failure.step == 0 ? "  " : "  step " + std::to_string(failure.step) + ": ";
   text += failure.what + "\n";
@@ -280,7 +281,7 @@ std::string Describe(const Scenario& scenario, const StepFailure& failure) {
   if (failure.sent.empty()) return text;
   text += "  statements sent:\n";
   int number = 0;
-  for (const SentStatement& statement : failure.sent) {
+  for (const LoggedStatement& statement : failure.sent) {
     ++number;
     text += "    " + std::to_string(number) + "  " + Show(ShowStatement(statement));
     if (statement.error) text += "\n       -> " + ShowError(*statement.error);

@@ -15,21 +15,28 @@ struct StepFailure {
   int step = 0;      // 0 when the start state could not be made
   std::string what;  // the call or the query, and the failing statement of a sweep
   std::vector<std::string> differences;
-  std::vector<SentStatement> sent;  // what the call sent
+  std::vector<LoggedStatement> sent;  // what the call sent
 };
 
 // Runs the scenario until its end or its first failing step. Nothing when all came as expected.
 std::optional<StepFailure> RunScenario(const Scenario& scenario, Roads& roads);
 
 // The failure as a person reads it: where, the differences, and the SQL that was sent.
-std::string Describe(const Scenario& scenario, const StepFailure& failure);
+std::string DescribeFailure(const Scenario& scenario, const StepFailure& failure);
 
-// The arguments of a call in the order of the parameters: those given in `args`; `sDsn`,
-// `strConString`, `cn` and `oConn` from the road; an optional one that is not given is omitted, any
-// other is the empty value of its type.
-std::vector<Value> MakeArguments(Road& road, const Method& method, const Json& args);
+// What a call is supplied with beside the arguments it is given.
+struct Supplies {
+  Host& host;                // makes dictionaries and vectors
+  std::string dsn;           // sDsn, strConString
+  ConnectionPtr connection;  // cn, oConn
+};
+
+// The arguments of a call in the order of the parameters: those given in `args`, then the supplies;
+// an optional one that is not given is omitted, any other is the empty value of its type.
+// Errors: JsonError for a form that is none, e.g. a date that does not exist.
+std::vector<Value> MakeArguments(const Supplies& supplies, const Method& method, const Json& args);
 
 // "select …" for a text, "procedure name(@a = 1)" for a call.
-std::string ShowStatement(const SentStatement& statement);
+std::string ShowStatement(const LoggedStatement& statement);
 
 }  // namespace tavcc

@@ -63,17 +63,19 @@ class Section {
   }
 
   // The object under the key; an empty one when there is none.
-  Json Object(const char* key) const {
+  const Json& Object(const char* key) const {
+    static const Json empty = Json::object();
     const Json* value = Find(key);
-    if (value == nullptr) return Json::object();
+    if (value == nullptr) return empty;
     if (!value->is_object()) Fail(key, "must be an object");
     return *value;
   }
 
   // The list under the key; an empty one when there is none.
-  Json List(const char* key) const {
+  const Json& List(const char* key) const {
+    static const Json empty = Json::array();
     const Json* value = Find(key);
-    if (value == nullptr) return Json::array();
+    if (value == nullptr) return empty;
     if (!value->is_array()) Fail(key, "must be a list");
     return *value;
   }

@@ -95,8 +95,11 @@ Scenario LoadScenario(const std::string& file);
 // alphabetical order. Errors: ScenarioError for a path that does not exist.
 std::vector<std::string> ScenarioFiles(const std::vector<std::string>& paths);
 
-// Class and method of "Class.Method". Errors: std::invalid_argument whose text names what is
-// unknown and the nearest known name.
+// A class by its name. Errors: std::invalid_argument whose text names what is unknown and the
+// nearest known name.
+const ClassDescription& FindClassByName(std::string_view name);
+
+// Class and method of "Class.Method". Errors: as FindClassByName.
 struct MethodName {
   const ClassDescription* cls;
   const Method* method;

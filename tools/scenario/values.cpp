@@ -5,6 +5,8 @@
 #include <limits>
 #include <utility>
 
+#include "host/host_dictionary.h"
+
 namespace tavcc {
 namespace {
 
@@ -66,7 +68,7 @@ Json JsonFromDecimal(const Decimal& decimal) {
   return normal.ToDouble();
 }
 
-Json JsonFromObject(const ObjectPtr& object, const std::vector<std::string>& keys) {
+Json JsonFromObject(const ObjectPtr& object) {
   if (object == nullptr) return nullptr;
   if (auto* recordset = dynamic_cast<Recordset*>(object.get())) {
     return recordset->IsOpen() ? JsonFromRows(*recordset, RowForm::kObjects) : Json("closed");
@@ -74,18 +76,17 @@ Json JsonFromObject(const ObjectPtr& object, const std::vector<std::string>& key
   if (auto* vector = dynamic_cast<Vector*>(object.get())) {
     Json elements = Json::array();
     for (int i = vector->LBound(); i <= vector->UBound(); ++i) {
-      elements.push_back(JsonFromValue(vector->Item(i), keys));
+      elements.push_back(JsonFromValue(vector->Item(i)));
     }
     return elements;
   }
-  if (auto* dictionary = dynamic_cast<Dictionary*>(object.get())) {
+  if (auto* dictionary = dynamic_cast<HostDictionary*>(object.get())) {
     Json items = Json::object();
-    for (const std::string& key : keys) {
-      if (dictionary->Lookup(key)) items[key] = JsonFromValue(dictionary->Item(key), keys);
-    }
+    for (const auto& [key, value] : dictionary->entries()) items[key] = JsonFromValue(value);
     return items;
   }
-  return "object";
+  if (dynamic_cast<Dictionary*>(object.get()) != nullptr) return "a dictionary";
+  return "an object";
 }
 
 }  // namespace
@@ -99,7 +100,7 @@ Value ValueFromJson(Host& host, const Json& json) {
   return ObjectFromJson(host, json);
 }
 
-Json JsonFromValue(const Value& value, const std::vector<std::string>& keys) {
+Json JsonFromValue(const Value& value) {
   switch (value.kind()) {
     case Value::Kind::kEmpty:
     case Value::Kind::kNull:
@@ -120,7 +121,7 @@ Json JsonFromValue(const Value& value, const std::vector<std::string>& keys) {
     case Value::Kind::kText:
       return value.text();
     case Value::Kind::kObject:
-      return JsonFromObject(value.object(), keys);
+      return JsonFromObject(value.object());
   }
   return nullptr;
 }

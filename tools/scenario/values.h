@@ -27,9 +27,10 @@ namespace tavcc {
 Value ValueFromJson(Host& host, const Json& json);
 
 // The same forms back. Decimals are numbers while 15 digits hold them exactly; a recordset is the
-// array of its rows, each an object, read from its first row on and left there. A dictionary tells
-// its keys to no one, so those in `keys` are looked up. Null, Empty and a null reference are null.
-Json JsonFromValue(const Value& value, const std::vector<std::string>& keys = {});
+// array of its rows, each an object, read from its first row on and left there. Null, Empty and a
+// null reference are null. A dictionary that is not the reference host's tells nobody its keys, so
+// it is the text "a dictionary".
+Json JsonFromValue(const Value& value);
 
 // All rows of a recordset as objects, or as arrays of the fields in order.
 enum class RowForm { kObjects, kArrays };

@@ -1,0 +1,49 @@
+// An ERP database with the reference host over it: what a command or a scenario works on.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "embedded/embedded.h"
+#include "host/reference_host.h"
+
+namespace tavcc {
+
+class Erp {
+ public:
+  // On the embedded database. Errors: those of opening it.
+  explicit Erp(const sql::OpenOptions& options);
+  // Lets go of the host objects that the library keeps for this thread.
+  ~Erp();
+  Erp(const Erp&) = delete;
+  Erp& operator=(const Erp&) = delete;
+
+  // The connection string of the database.
+  const std::string& dsn() const { return dsn_; }
+  ReferenceHost& host() { return host_; }
+  StatementLog& log() { return log_; }
+  // The open connection that the host hands out for dsn().
+  ConnectionPtr connection() { return host_.GetConnection(dsn_); }
+
+  // Runs batches separated by GO. Errors: the first one's, naming the line of its batch.
+  void RunScript(std::string_view script) { database_->RunScript(script); }
+
+  // Opens the host's transaction around what follows. A connection that a rule closes loses what it
+  // did so far, as it does on the server; when it is opened again it is in a new transaction.
+  void BeginTransaction();
+  void Commit();
+  void Rollback();
+
+ private:
+  void Reopen(Connection& session);
+  void EndTransaction(std::string_view statement);
+
+  std::shared_ptr<sql::Database> database_;
+  std::string dsn_;
+  StatementLog log_;
+  ReferenceHost host_;
+  bool in_transaction_ = false;
+};
+
+}  // namespace tavcc

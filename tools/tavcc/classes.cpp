@@ -1,0 +1,110 @@
+// tavcc classes: the method table, as the class registry has it.
+#include <fmt/core.h>
+
+#include <stdexcept>
+
+#include "scenario/json.h"
+#include "scenario/scenario.h"
+#include "tavcc/command.h"
+#include "tavcc/table.h"
+
+namespace tavcc {
+namespace {
+
+std::string DefaultText(const Parameter& parameter) {
+  if (!parameter.default_value) return "";
+  if (parameter.type == ArgumentType::kBoolean) {
+    return *parameter.default_value != 0 ? " = True" : " = False";
+  }
+  return fmt::format(" = {}", *parameter.default_value);
+}
+
+std::string ParametersText(const Method& method) {
+  std::string text;
+  for (const Parameter& parameter : method.parameters) {
+    if (!text.empty()) text += ", ";
+    if (parameter.optional) text += "[";
+    if (parameter.in_out) text += "in/out ";
+    text +=
+        fmt::format("{} {}{}", TypeText(parameter.type), parameter.name, DefaultText(parameter));
+    if (parameter.optional) text += "]";
+  }
+  return text;
+}
+
+std::string IdText(const Method& method) {
+  return fmt::format("0x{:08X}", method.dispatch_id);
+}
+
+void PrintClass(const ClassDescription& cls) {
+  fmt::print("{}.{}  (TransMode {})\n", kLibraryName, cls.name, cls.trans_mode);
+  Table table({"slot", "id", "method", "result", "parameters"});
+  for (const Method& method : cls.methods) {
+    table.Add({std::to_string(method.slot), IdText(method),
+               std::string(method.name) + (IsBuilt(method) ? "" : " (not built yet)"),
+               std::string(TypeText(method.result)), ParametersText(method)});
+  }
+  fmt::print("{}", table.ToText("  "));
+}
+
+Json ClassJson(const ClassDescription& cls) {
+  Json methods = Json::array();
+  for (const Method& method : cls.methods) {
+    Json parameters = Json::array();
+    for (const Parameter& parameter : method.parameters) {
+      Json json = {{"name", parameter.name},
+                   {"type", TypeText(parameter.type)},
+                   {"in_out", parameter.in_out},
+                   {"optional", parameter.optional}};
+      if (parameter.default_value) json["default"] = *parameter.default_value;
+      parameters.push_back(std::move(json));
+    }
+    methods.push_back({{"name", method.name},
+                       {"slot", method.slot},
+                       {"id", IdText(method)},
+                       {"result", TypeText(method.result)},
+                       {"property", method.is_property},
+                       {"built", IsBuilt(method)},
+                       {"parameters", std::move(parameters)}});
+  }
+  return {{"name", cls.name}, {"trans_mode", cls.trans_mode}, {"methods", std::move(methods)}};
+}
+
+class ClassesCommand final : public Command {
+ public:
+  void Describe(CLI::App& app) override { app.add_option("CLASS", name_, "Only this class"); }
+
+  Exit Run(const CommonOptions& options) override {
+    Json all = Json::array();
+    for (const ClassDescription* cls : Chosen()) {
+      if (options.json) {
+        all.push_back(ClassJson(*cls));
+      } else {
+        PrintClass(*cls);
+      }
+    }
+    if (options.json) fmt::print("{}\n", all.dump(2));
+    return Exit::kPassed;
+  }
+
+ private:
+  std::vector<const ClassDescription*> Chosen() const {
+    std::vector<const ClassDescription*> chosen;
+    if (!name_.empty()) {
+      chosen.push_back(&FindClassByName(name_));
+      return chosen;
+    }
+    for (const ClassDescription& cls : Classes()) chosen.push_back(&cls);
+    return chosen;
+  }
+
+  std::string name_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeClasses() {
+  return std::make_unique<ClassesCommand>();
+}
+
+}  // namespace tavcc

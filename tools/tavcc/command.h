@@ -1,0 +1,43 @@
+// The commands of tavcc: what they share and how main finds them.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+namespace tavcc {
+
+// Exit statuses.
+enum class Exit { kPassed = 0, kRefused = 1, kFailed = 2 };
+
+// What any command may be given.
+struct CommonOptions {
+  std::string db;      // a database file; empty when none was given
+  bool json = false;   // machine-readable output
+  bool trace = false;  // show the statements
+};
+
+// Anything that ends a command with exit status 2; what() is the one line for standard error.
+class CommandError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// A command describes its arguments to the parser and then runs. Errors of Run: CommandError,
+// AutomationError, JsonError, ScenarioError; main shows each as one line.
+class Command {
+ public:
+  virtual ~Command() = default;
+  virtual void Describe(CLI::App& app) = 0;
+  virtual Exit Run(const CommonOptions& options) = 0;
+};
+
+std::unique_ptr<Command> MakeDemo();
+std::unique_ptr<Command> MakeInit();
+std::unique_ptr<Command> MakeCall();
+std::unique_ptr<Command> MakeRun();
+std::unique_ptr<Command> MakeSql();
+std::unique_ptr<Command> MakeClasses();
+
+}  // namespace tavcc

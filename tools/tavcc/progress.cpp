@@ -1,0 +1,35 @@
+#include "tavcc/progress.h"
+
+#include <fmt/core.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <string>
+
+namespace tavcc {
+namespace {
+
+constexpr std::chrono::milliseconds kQuietTime{500};
+constexpr std::chrono::milliseconds kRedrawTime{100};
+constexpr size_t kBarWidth = 30;
+
+}  // namespace
+
+Progress::Progress(size_t total) : total_(total), terminal_(isatty(STDERR_FILENO) != 0) {}
+
+Progress::~Progress() {
+  if (drawn_) fmt::print(stderr, "\r\x1b[K");
+}
+
+void Progress::Show(size_t done, std::string_view what) {
+  const auto now = Clock::now();
+  if (!terminal_ || total_ == 0 || now - started_ < kQuietTime || now - last_ < kRedrawTime) return;
+  last_ = now;
+  drawn_ = true;
+  const size_t full = kBarWidth * done / total_;
+  fmt::print(stderr, "\r\x1b[K[{}{}] {}/{} {}", std::string(full, '#'),
+             std::string(kBarWidth - full, '.'), done, total_, what);
+  std::fflush(stderr);
+}
+
+}  // namespace tavcc
