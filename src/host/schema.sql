@@ -298,7 +298,7 @@ CREATE TABLE T_CC_StockBillEntry (
   FProfitLossSecQty decimal(28,10) NOT NULL DEFAULT(0),
   FClassID_SRC int NOT NULL DEFAULT(0),
   FID_SRC int NOT NULL DEFAULT(0),
-  FSerialNo nvarchar(4000) NULL DEFAULT(''),
+  FSerialNo nvarchar(2000) NULL DEFAULT(''),
   FNote nvarchar(255) NULL DEFAULT('')
 )
 GO
@@ -349,7 +349,7 @@ CREATE TABLE T_CC_ZZCX_Entry (
   FAmount decimal(28,10) NULL DEFAULT(0),
   FCostPrice decimal(28,10) NULL DEFAULT(0),
   FCostAmount decimal(28,10) NULL DEFAULT(0),
-  FSerialNo nvarchar(4000) NULL DEFAULT(''),
+  FSerialNo nvarchar(2000) NULL DEFAULT(''),
   FNote nvarchar(255) NULL DEFAULT('')
 )
 GO
@@ -381,7 +381,7 @@ CREATE TABLE T_CC_ZZCX_Entry2 (
   FAmount decimal(28,10) NULL DEFAULT(0),
   FCostPrice decimal(28,10) NULL DEFAULT(0),
   FCostAmount decimal(28,10) NULL DEFAULT(0),
-  FSerialNo nvarchar(4000) NULL DEFAULT(''),
+  FSerialNo nvarchar(2000) NULL DEFAULT(''),
   FNote nvarchar(255) NULL DEFAULT('')
 )
 GO
