@@ -19,6 +19,7 @@ struct ConnectionError {
   std::string source;
   std::string description;
   std::string sql_state;  // five characters, or empty where the database has none
+  ObjectPtr entry = nullptr;  // the host's own object for it, where there is one
 };
 
 // One parameter of a stored procedure; `name` includes the "@".

@@ -1,0 +1,320 @@
+#include "automation/automation_object.h"
+
+#include "automation/border.h"
+#include "automation/com_host.h"
+#include "automation/objects.h"
+#include "automation/server.h"
+#include "automation/variant.h"
+#include "foundation/conversions.h"
+#include "foundation/text.h"
+
+namespace tavcc::automation {
+
+namespace {
+
+ComHost& ThreadHost() {
+  thread_local ComHost host;
+  return host;
+}
+
+std::string NameText(LPCOLESTR name) {
+  BSTR text = SysAllocString(name);
+  std::string out = ToUtf8(text);
+  SysFreeString(text);
+  return out;
+}
+
+const Method* FindById(const ClassDescription& cls, DISPID id) {
+  for (const Method& method : cls.methods) {
+    if (method.dispatch_id == static_cast<uint32_t>(id)) return &method;
+  }
+  return nullptr;
+}
+
+// ---- Late-bound arguments ----------------------------------------------------------------------
+
+// The argument at a parameter's position; null when the caller left it out. Positional arguments
+// come last first, named ones before them with the parameter's position as their id.
+VARIANT* ArgumentAt(const DISPPARAMS& parameters, size_t position) {
+  for (UINT i = 0; i < parameters.cNamedArgs; ++i) {
+    if (parameters.rgdispidNamedArgs[i] == static_cast<DISPID>(position)) {
+      return &parameters.rgvarg[i];
+    }
+  }
+  const UINT positional = parameters.cArgs - parameters.cNamedArgs;
+  if (position >= positional) return nullptr;
+  return &parameters.rgvarg[parameters.cArgs - 1 - position];
+}
+
+// Where in rgvarg the argument of a parameter stands, as an answer to DISP_E_TYPEMISMATCH.
+UINT PlaceOf(const DISPPARAMS& parameters, size_t position) {
+  const VARIANT* argument = ArgumentAt(parameters, position);
+  return argument == nullptr ? 0 : static_cast<UINT>(argument - parameters.rgvarg);
+}
+
+// Puts a result into a by-reference argument, converted to the type of the variable it refers to.
+HRESULT PutByReference(VARIANT& argument, const Value& value) {
+  UniqueVariant out;
+  ToVariant(value, out.get());
+  if (argument.vt == (VT_VARIANT | VT_BYREF)) {
+    VariantClear(argument.pvarVal);
+    out.MoveTo(argument.pvarVal);
+    return S_OK;
+  }
+  const auto type = static_cast<VARTYPE>(argument.vt & ~VT_BYREF);
+  const HRESULT converted = VariantChangeType(out.get(), out.get(), 0, type);
+  if (FAILED(converted)) return converted;
+  switch (type) {
+    case VT_BSTR:
+      SysFreeString(*argument.pbstrVal);
+      *argument.pbstrVal = out.get()->bstrVal;
+      break;
+    case VT_DISPATCH:
+      if (*argument.ppdispVal != nullptr) (*argument.ppdispVal)->Release();
+      *argument.ppdispVal = out.get()->pdispVal;
+      break;
+    case VT_BOOL:
+      *argument.pboolVal = out.get()->boolVal;
+      break;
+    default:
+      return DISP_E_TYPEMISMATCH;
+  }
+  VariantInit(out.get());  // its content has moved
+  return S_OK;
+}
+
+bool IsNullReference(const VARIANT& argument) {
+  return (argument.vt & VT_BYREF) != 0 && argument.byref == nullptr;
+}
+
+// ---- Early-bound arguments ---------------------------------------------------------------------
+
+template <class T>
+const T& At(RawArgument argument) {
+  return *static_cast<const T*>(argument);
+}
+
+Value FromRaw(RawArgument argument, ArgumentType type) {
+  switch (type) {
+    case ArgumentType::kBoolean:
+      return At<VARIANT_BOOL>(argument) != VARIANT_FALSE;
+    case ArgumentType::kInteger:
+      return int16_t{At<SHORT>(argument)};
+    case ArgumentType::kLong:
+    case ArgumentType::kTransactionMode:
+      return static_cast<int32_t>(At<LONG>(argument));
+    case ArgumentType::kDouble:
+      return At<double>(argument);
+    case ArgumentType::kDate: {
+      const auto date = DateTime::FromAutomation(At<DATE>(argument));
+      if (!date) throw AutomationError(RuntimeError::kTypeMismatch);
+      return *date;
+    }
+    case ArgumentType::kText:
+      return ToUtf8(At<BSTR>(argument));
+    case ArgumentType::kVariant:
+      return FromVariant(At<VARIANT>(argument));
+    default:
+      return WrapObject(At<IDispatch*>(argument));
+  }
+}
+
+void PutRaw(const Value& value, ArgumentType type, RawArgument target) {
+  switch (type) {
+    case ArgumentType::kBoolean:
+      *static_cast<VARIANT_BOOL*>(target) = value.boolean() ? VARIANT_TRUE : VARIANT_FALSE;
+      return;
+    case ArgumentType::kInteger:
+      *static_cast<SHORT*>(target) = value.integer();
+      return;
+    case ArgumentType::kLong:
+    case ArgumentType::kTransactionMode:
+      *static_cast<LONG*>(target) = value.long_integer();
+      return;
+    case ArgumentType::kDouble:
+      *static_cast<double*>(target) = value.number();
+      return;
+    case ArgumentType::kDate:
+      *static_cast<DATE*>(target) = value.date().ToAutomation();
+      return;
+    case ArgumentType::kText:
+      *static_cast<BSTR*>(target) = NewBstr(value.text());
+      return;
+    case ArgumentType::kVariant:
+      ToVariant(value, static_cast<VARIANT*>(target));
+      return;
+    default:
+      *static_cast<IDispatch**>(target) = UnwrapObject(value.object());
+  }
+}
+
+// Lets go of what an in/out argument held before the new value goes in.
+void ReleaseRaw(ArgumentType type, RawArgument target) {
+  if (type == ArgumentType::kText) SysFreeString(*static_cast<BSTR*>(target));
+  const bool is_object = type == ArgumentType::kDictionary || type == ArgumentType::kVector ||
+                         type == ArgumentType::kConnection || type == ArgumentType::kRecordset ||
+                         type == ArgumentType::kObject;
+  if (!is_object) return;
+  auto* before = *static_cast<IDispatch**>(target);
+  if (before != nullptr) before->Release();
+}
+
+}  // namespace
+
+AutomationCore::AutomationCore(const ClassDescription& cls, const IID& interface_id)
+    : class_(cls), interface_id_(interface_id) {
+  ObjectCreated();
+  try {
+    object_ = std::make_unique<PlugIn>(ThreadHost());
+  } catch (...) {
+    ObjectReleased();
+    throw;
+  }
+}
+
+AutomationCore::~AutomationCore() {
+  object_.reset();
+  ObjectReleased();
+}
+
+HRESULT AutomationCore::GetTypeInfo(UINT index, LCID, ITypeInfo** info) noexcept {
+  if (info == nullptr) return E_POINTER;
+  *info = nullptr;
+  if (index != 0) return DISP_E_BADINDEX;
+  ComPtr<ITypeLib> library;
+  const HRESULT loaded = LoadOwnTypeLibrary(library.GetAddressOf());
+  return FAILED(loaded) ? loaded : library->GetTypeInfoOfGuid(interface_id_, info);
+}
+
+HRESULT AutomationCore::GetIDsOfNames(LPOLESTR* names, UINT count, DISPID* ids) noexcept {
+  return AtBorder([&]() -> HRESULT {
+    if (names == nullptr || ids == nullptr || count == 0) return E_INVALIDARG;
+    std::fill_n(ids, count, DISPID_UNKNOWN);
+    const Method* method = FindMethod(class_, NameText(names[0]));
+    if (method == nullptr) return DISP_E_UNKNOWNNAME;
+    ids[0] = static_cast<DISPID>(method->dispatch_id);
+    HRESULT result = S_OK;
+    for (UINT i = 1; i < count; ++i) {
+      const std::string name = NameText(names[i]);
+      for (size_t j = 0; j < method->parameters.size(); ++j) {
+        if (EqualsIgnoringCase(method->parameters[j].name, name)) ids[i] = static_cast<DISPID>(j);
+      }
+      if (ids[i] == DISPID_UNKNOWN) result = DISP_E_UNKNOWNNAME;
+    }
+    return result;
+  });
+}
+
+HRESULT AutomationCore::Invoke(DISPID id, WORD kind, DISPPARAMS* parameters, VARIANT* result,
+                               EXCEPINFO* info, UINT* bad_argument) noexcept {
+  try {
+    const Method* method = FindById(class_, id);
+    if (method == nullptr) return DISP_E_MEMBERNOTFOUND;
+    const WORD allowed =
+        method->is_property ? DISPATCH_PROPERTYGET : static_cast<WORD>(DISPATCH_METHOD);
+    if ((kind & (DISPATCH_METHOD | DISPATCH_PROPERTYGET) & (allowed | DISPATCH_PROPERTYGET)) == 0) {
+      return DISP_E_MEMBERNOTFOUND;
+    }
+    if (parameters == nullptr) return E_POINTER;
+    return InvokeMethod(*method, *parameters, result, bad_argument);
+  } catch (...) {
+    const AutomationError error = internal::CurrentError();
+    if (info != nullptr) FillExcepInfo(error, info);
+    return DISP_E_EXCEPTION;
+  }
+}
+
+HRESULT AutomationCore::InvokeMethod(const Method& method, DISPPARAMS& parameters, VARIANT* result,
+                                     UINT* bad_argument) {
+  if (parameters.cArgs > method.parameters.size()) return DISP_E_BADPARAMCOUNT;
+  std::vector<Value> arguments(method.parameters.size(), Missing{});
+  const auto mismatch = [&](size_t position) {
+    if (bad_argument != nullptr) *bad_argument = PlaceOf(parameters, position);
+    return DISP_E_TYPEMISMATCH;
+  };
+  for (size_t i = 0; i < arguments.size(); ++i) {
+    const VARIANT* argument = ArgumentAt(parameters, i);
+    if (argument == nullptr) {
+      if (!method.parameters[i].optional) return DISP_E_PARAMNOTOPTIONAL;
+      continue;
+    }
+    if (IsNullReference(*argument)) return E_POINTER;
+    try {
+      arguments[i] = FromVariant(*argument);
+    } catch (const AutomationError&) {
+      return mismatch(i);
+    }
+    if (arguments[i].IsMissing() && !method.parameters[i].optional) return DISP_E_PARAMNOTOPTIONAL;
+  }
+
+  // In/out results go back also when the method raises.
+  struct WriteBack {
+    const Method& method;
+    DISPPARAMS& parameters;
+    std::vector<Value>& arguments;
+    HRESULT Run() {
+      for (size_t i = 0; i < arguments.size(); ++i) {
+        VARIANT* argument = ArgumentAt(parameters, i);
+        if (!method.parameters[i].in_out || argument == nullptr) continue;
+        if ((argument->vt & VT_BYREF) == 0 || arguments[i].IsMissing()) continue;
+        const HRESULT put = PutByReference(*argument, arguments[i]);
+        if (FAILED(put)) return put;
+      }
+      return S_OK;
+    }
+  } write_back{method, parameters, arguments};
+
+  try {
+    const Value answer = tavcc::Invoke(class_, method, *object_, arguments);
+    const HRESULT written = write_back.Run();
+    if (FAILED(written)) return written;
+    if (result != nullptr) ToVariant(answer, result);
+    return S_OK;
+  } catch (const ArgumentError& error) {
+    return mismatch(static_cast<size_t>(error.index()));
+  } catch (const AutomationError&) {
+    write_back.Run();
+    throw;
+  }
+}
+
+HRESULT AutomationCore::Call(int slot, std::span<const RawArgument> raw,
+                             RawArgument result) noexcept {
+  return AtBorder([&]() -> HRESULT {
+    const Method& method = class_.methods[static_cast<size_t>(slot)];
+    if (result == nullptr) return E_POINTER;
+    std::vector<Value> arguments;
+    arguments.reserve(raw.size());
+    for (size_t i = 0; i < raw.size(); ++i) {
+      const Parameter& parameter = method.parameters[i];
+      RawArgument at = raw[i];
+      if (parameter.in_out) {
+        at = At<RawArgument>(at);
+        if (at == nullptr) return E_POINTER;
+      }
+      arguments.push_back(FromRaw(at, parameter.type));
+    }
+    const auto write_back = [&] {
+      for (size_t i = 0; i < raw.size(); ++i) {
+        const Parameter& parameter = method.parameters[i];
+        if (!parameter.in_out) continue;
+        const RawArgument target = At<RawArgument>(raw[i]);
+        ReleaseRaw(parameter.type, target);
+        PutRaw(arguments[i], parameter.type, target);
+      }
+    };
+    try {
+      const Value answer = tavcc::Invoke(class_, method, *object_, arguments);
+      write_back();
+      PutRaw(answer, method.result, result);
+      return S_OK;
+    } catch (const ArgumentError&) {
+      throw;
+    } catch (const AutomationError&) {
+      write_back();
+      throw;
+    }
+  });
+}
+
+}  // namespace tavcc::automation
