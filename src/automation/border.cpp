@@ -34,7 +34,7 @@ HRESULT ToHresult(int32_t number) {
 }
 
 int32_t FromHresult(HRESULT result) {
-  if ((result & 0xFFFF0000) == kControlFacility) return result & kLargestControlNumber;
+  if ((result & ~kLargestControlNumber) == kControlFacility) return result & kLargestControlNumber;
   return result;
 }
 

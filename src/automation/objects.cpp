@@ -1,5 +1,6 @@
 #include "automation/objects.h"
 
+#include "automation/border.h"
 #include "automation/roles.h"
 #include "foundation/conversions.h"
 #include "foundation/error.h"
