@@ -367,6 +367,7 @@ CREATE TABLE T_CC_ZZCX_Entry2 (
   FAuxPropID int NOT NULL DEFAULT(0),
   FBatchNo nvarchar(255) NULL DEFAULT(''),
   FBatchNoIndex nvarchar(30) NOT NULL DEFAULT(''),
+  FDCStockID int NULL DEFAULT(0),
   FSCStockID int NULL DEFAULT(0),
   FKFPeriod int NOT NULL DEFAULT(0),
   FProDate datetime NULL,
