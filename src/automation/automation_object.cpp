@@ -1,11 +1,13 @@
 #include "automation/automation_object.h"
 
-#include "automation/border.h"
+#include "automation/border/border.h"
+#include "automation/border/module.h"
+#include "automation/border/variant.h"
 #include "automation/com_host.h"
 #include "automation/objects.h"
-#include "automation/server.h"
-#include "automation/variant.h"
+#include "automation/type_library.h"
 #include "foundation/conversions.h"
+#include "foundation/host_services.h"
 #include "foundation/text.h"
 
 namespace tavcc::automation {
@@ -15,6 +17,20 @@ namespace {
 ComHost& ThreadHost() {
   thread_local ComHost host;
   return host;
+}
+
+// The objects of this thread. When the last one goes, the host objects that the thread keeps go
+// with it: a thread that ends, or a library that is unloaded, holds nothing of the host's.
+thread_local long thread_objects = 0;
+
+void CountObject() {
+  ObjectCreated();
+  ++thread_objects;
+}
+
+void DiscountObject() {
+  if (--thread_objects == 0) ReleaseHostObjects();
+  ObjectReleased();
 }
 
 std::string NameText(LPCOLESTR name) {
@@ -163,18 +179,18 @@ void ReleaseRaw(ArgumentType type, RawArgument target) {
 
 AutomationCore::AutomationCore(const ClassDescription& cls, const IID& interface_id)
     : class_(cls), interface_id_(interface_id) {
-  ObjectCreated();
+  CountObject();
   try {
     object_ = std::make_unique<PlugIn>(ThreadHost());
   } catch (...) {
-    ObjectReleased();
+    DiscountObject();
     throw;
   }
 }
 
 AutomationCore::~AutomationCore() {
   object_.reset();
-  ObjectReleased();
+  DiscountObject();
 }
 
 HRESULT AutomationCore::GetTypeInfo(UINT index, LCID, ITypeInfo** info) noexcept {

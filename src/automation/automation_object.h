@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "automation/platform.h"
+#include "automation/border/platform.h"
 #include "registry/class_registry.h"
 
 namespace tavcc::automation {

@@ -1,6 +1,7 @@
 #include "automation/com_host.h"
 
-#include "automation/border.h"
+#include "automation/border/border.h"
+#include "automation/border/variant.h"
 #include "automation/objects.h"
 #include "automation/roles.h"
 #include "foundation/conversions.h"

@@ -4,7 +4,7 @@
 #include "automation/interfaces.h"
 
 #include "automation/automation_object.h"
-#include "automation/border.h"
+#include "automation/border/border.h"
 
 namespace tavcc::automation {
 

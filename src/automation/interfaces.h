@@ -5,16 +5,14 @@
 #include <string_view>
 
 #include "TavM_CC_PlugIns.h"  // made from TavM_CC_PlugIns.idl
-#include "automation/platform.h"
+#include "automation/border/class_factory.h"
 
 namespace tavcc::automation {
 
 struct CreatableClass {
   std::string_view name;
   const CLSID& id;
-  // A new object's wanted interface. Errors as HRESULT with error information; `object` is then
-  // untouched or null.
-  HRESULT (*create)(REFIID wanted, void** object);
+  CreateFunction create;  // its errors come with error information
 };
 
 std::span<const CreatableClass> CreatableClasses();

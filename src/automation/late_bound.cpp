@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "automation/border.h"
-#include "automation/variant.h"
+#include "automation/border/border.h"
+#include "automation/border/variant.h"
 #include "foundation/text.h"
 
 namespace tavcc::automation {

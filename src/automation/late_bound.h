@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "automation/platform.h"
+#include "automation/border/platform.h"
 #include "foundation/value.h"
 
 namespace tavcc::automation {

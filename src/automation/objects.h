@@ -1,7 +1,9 @@
 // The host's objects as the ports that the rules know: adapters over late-bound references.
 //
 // An adapter holds one reference and gives it back when the last rule lets go of it. What is handed
-// back to the host is the host's own object, never an adapter.
+// back to the host is the host's own object, never an adapter. An object's port is chosen by the
+// members that it publishes: "Lookup" is a dictionary's, "UBound" a vector's, "EOF" a recordset's,
+// "Execute" with "Errors" a connection's; any other is only handed on.
 #pragma once
 
 #include <memory>
@@ -83,17 +85,6 @@ class AdoConnection final : public Connection, public Adapter {
   int State() const override;
   void Close() override;
 };
-
-// The adapter for an object, chosen by the members that it publishes: "Lookup" is a dictionary's,
-// "UBound" a vector's, "EOF" a recordset's, "Execute" with "Errors" a connection's. A null
-// reference stays one.
-Value WrapObject(IDispatch* object);
-// As WrapObject; an object without late binding is error 13.
-Value WrapUnknown(IUnknown* object);
-
-// The host's object behind a value's object, with a reference that the caller releases; null for
-// null. Errors: 13 for an object that is no adapter.
-IDispatch* UnwrapObject(const ObjectPtr& object);
 
 // A value that must be an object of the host, as the port T; null where the value is no object.
 template <class T>

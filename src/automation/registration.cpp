@@ -2,8 +2,10 @@
 
 #include <string>
 
+#include "automation/border/class_keys.h"
+#include "automation/border/module.h"
 #include "automation/interfaces.h"
-#include "automation/server.h"
+#include "automation/type_library.h"
 #include "registry/class_registry.h"
 
 namespace tavcc::automation {
@@ -14,87 +16,28 @@ std::wstring Widen(std::string_view ascii) {
   return {ascii.begin(), ascii.end()};
 }
 
-std::wstring GuidText(const GUID& id) {
-  wchar_t text[40];
-  StringFromGUID2(id, text, static_cast<int>(std::size(text)));
-  return text;
+ClassKeys KeysOf(const CreatableClass& cls, const std::wstring& path) {
+  return {Widen(kLibraryName) + L"." + Widen(cls.name), cls.id, path, &LIBID_TavM_CC_PlugIns};
 }
 
-std::wstring ModulePath() {
-  wchar_t path[MAX_PATH];
-  return {path, GetModuleFileNameW(Module(), path, MAX_PATH)};
-}
-
-HRESULT SetKey(const std::wstring& key, const wchar_t* name, const std::wstring& value) {
-  HKEY handle = nullptr;
-  LSTATUS status = RegCreateKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, nullptr, 0, KEY_WRITE,
-                                   nullptr, &handle, nullptr);
-  if (status != ERROR_SUCCESS) return HRESULT_FROM_WIN32(static_cast<DWORD>(status));
-  status = RegSetValueExW(handle, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
-                          static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
-  RegCloseKey(handle);
-  return HRESULT_FROM_WIN32(static_cast<DWORD>(status));
-}
-
-HRESULT DeleteTree(const std::wstring& key) {
-  const LSTATUS status = RegDeleteTreeW(HKEY_CLASSES_ROOT, key.c_str());
-  if (status == ERROR_FILE_NOT_FOUND || status == ERROR_SUCCESS) return S_OK;
-  return HRESULT_FROM_WIN32(static_cast<DWORD>(status));
-}
-
-std::wstring ClassKey(const CreatableClass& cls) {
-  return L"CLSID\\" + GuidText(cls.id);
-}
-std::wstring ProgID(const CreatableClass& cls) {
-  return Widen(kLibraryName) + L"." + Widen(cls.name);
-}
-
-HRESULT RegisterClass(const CreatableClass& cls, const std::wstring& path) {
-  const std::wstring key = ClassKey(cls);
-  const struct {
-    std::wstring key;
-    const wchar_t* name;
-    std::wstring value;
-  } entries[] = {
-      {key, nullptr, ProgID(cls)},
-      {key + L"\\InprocServer32", nullptr, path},
-      {key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
-      {key + L"\\ProgID", nullptr, ProgID(cls)},
-      {key + L"\\TypeLib", nullptr, GuidText(LIBID_TavM_CC_PlugIns)},
-      {key + L"\\Programmable", nullptr, L""},
-      {ProgID(cls), nullptr, ProgID(cls)},
-      {ProgID(cls) + L"\\CLSID", nullptr, GuidText(cls.id)},
-  };
-  for (const auto& entry : entries) {
-    const HRESULT result = SetKey(entry.key, entry.name, entry.value);
-    if (FAILED(result)) return result;
-  }
-  return S_OK;
-}
-
-// The help file stands beside the server.
-std::wstring HelpFolder(const std::wstring& path) {
-  return path.substr(0, path.rfind(L'\\'));
-}
-
-HRESULT RegisterTypeLibrary(const std::wstring& path) {
+HRESULT RegisterTypeLibrary(std::wstring path) {
   ComPtr<ITypeLib> library;
   const HRESULT loaded = LoadOwnTypeLibrary(library.GetAddressOf());
   if (FAILED(loaded)) return loaded;
-  std::wstring folder = HelpFolder(path);
-  std::wstring file = path;
-  return RegisterTypeLib(library.Get(), file.data(), folder.data());
+  // The help file stands beside the server.
+  std::wstring help_folder = path.substr(0, path.rfind(L'\\'));
+  return RegisterTypeLib(library.Get(), path.data(), help_folder.data());
 }
 
 }  // namespace
 
 HRESULT Register() {
-  const std::wstring path = ModulePath();
+  const std::wstring path = ModulePath(Module());
   if (path.empty()) return E_FAIL;
   HRESULT result = RegisterTypeLibrary(path);
   for (const CreatableClass& cls : CreatableClasses()) {
     if (FAILED(result)) break;
-    result = RegisterClass(cls, path);
+    result = WriteClassKeys(KeysOf(cls, path));
   }
   // Half a registration is worse than none.
   if (FAILED(result)) Unregister();
@@ -103,12 +46,9 @@ HRESULT Register() {
 
 HRESULT Unregister() {
   HRESULT result = S_OK;
-  const auto note = [&result](HRESULT next) {
-    if (FAILED(next)) result = next;
-  };
   for (const CreatableClass& cls : CreatableClasses()) {
-    note(DeleteTree(ClassKey(cls)));
-    note(DeleteTree(ProgID(cls)));
+    const HRESULT removed = RemoveClassKeys(KeysOf(cls, L""));
+    if (FAILED(removed)) result = removed;
   }
   constexpr WORD kMajor = 1;
   constexpr WORD kMinor = 0;

@@ -1,6 +1,6 @@
-#include "automation/border.h"
+#include "automation/border/border.h"
 
-#include "automation/variant.h"
+#include "automation/border/variant.h"
 #include "foundation/text.h"
 
 namespace tavcc::automation {

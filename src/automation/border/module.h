@@ -1,7 +1,7 @@
-// The in-process server's own state: its module, its counts, its type library.
+// A module's own state: its handle, and the counts that tell whether it may be unloaded.
 #pragma once
 
-#include "automation/platform.h"
+#include "automation/border/platform.h"
 
 namespace tavcc::automation {
 
@@ -10,13 +10,10 @@ HINSTANCE Module();
 void SetModule(HINSTANCE module);
 
 // Living objects and server locks, over all threads: while there are any, the library stays loaded.
-// When a thread's last object goes, the host objects that the thread kept go with it.
 void ObjectCreated();
 void ObjectReleased();
+long LivingObjects();
 void LockServer(bool lock);
 bool CanUnload();
-
-// The type library embedded in the module. The caller releases it.
-HRESULT LoadOwnTypeLibrary(ITypeLib** library);
 
 }  // namespace tavcc::automation

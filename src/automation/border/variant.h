@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "automation/platform.h"
+#include "automation/border/platform.h"
 #include "foundation/value.h"
 
 namespace tavcc::automation {
@@ -16,10 +16,21 @@ BSTR NewBstr(std::string_view utf8);
 
 // The value of a VARIANT, by reference or not. The integers of more than 32 bits, and unsigned ones
 // that do not fit, become decimals, as do currencies; an error code DISP_E_PARAMNOTFOUND is an
-// omitted argument. Objects become adapters that hold a reference (objects.h).
+// omitted argument. Objects cross by WrapObject.
 // Errors: 13 with a text that names the type for arrays (binary included) and everything else that
 // an automation value cannot be.
 Value FromVariant(const VARIANT& variant);
+
+// How objects cross is the module's own: the automation server adapts the host's objects to ports,
+// the reference host puts its ports before automation. Each module defines these three.
+//
+// The value of an object reference; a null reference stays one.
+Value WrapObject(IDispatch* object);
+// As WrapObject; an object without late binding is error 13.
+Value WrapUnknown(IUnknown* object);
+// The reference behind a value's object, which the caller releases; null for null. Errors: 13 for
+// an object that has no face outside the module.
+IDispatch* UnwrapObject(const ObjectPtr& object);
 
 // Fills `out`, which holds nothing, with the value; its owner clears it. A decimal that a DECIMAL
 // cannot hold loses decimals, rounded. Errors: 6 for a decimal that is too large for any; 13 for an

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "automation/platform.h"
+#include "automation/border/platform.h"
 #include "foundation/error.h"
 #include "foundation/trap.h"
 

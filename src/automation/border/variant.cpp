@@ -1,6 +1,5 @@
-#include "automation/variant.h"
+#include "automation/border/variant.h"
 
-#include "automation/objects.h"
 #include "foundation/error.h"
 #include "foundation/text.h"
 
