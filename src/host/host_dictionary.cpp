@@ -28,7 +28,8 @@ void HostDictionary::SetItem(std::string_view key, Value value) {
 
 Value HostDictionary::ItemOr(std::string_view key, Value fallback) const {
   const Entry* entry = Find(key);
-  return entry == nullptr ? std::move(fallback) : entry->second;
+  if (entry == nullptr) return fallback;
+  return entry->second;
 }
 
 bool HostDictionary::Lookup(std::string_view key) const {

@@ -45,9 +45,10 @@ TEST(RunScenario, PassesWhatComesAsExpected) {
 }
 
 TEST(RunScenario, TellsStepDifferenceAndStatements) {
-  EXPECT_EQ(Told(R"({"query": "status"}, )" + Step(kAudit, R"("expect": {"result": false})")),
+  EXPECT_EQ(Told(R"({"query": "status"}, )" +
+                 Step(kAudit, R"("note": "case", "expect": {"result": false})")),
             "f.json: n\n"
-            "  step 2: call cls_CX.AuditBill\n"
+            "  step 2 (case): call cls_CX.AuditBill\n"
             "    result: expected false, got true\n"
             "  statements sent:\n"
             "    1  " +

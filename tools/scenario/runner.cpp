@@ -269,7 +269,11 @@ std::string ShowStatement(const LoggedStatement& statement) {
 
 std::string DescribeFailure(const Scenario& scenario, const StepFailure& failure) {
   std::string text = scenario.file + ": " + scenario.name + "\n";
-  text += failure.step == 0 ? "  " : "  step " + std::to_string(failure.step) + ": ";
+  text += "  ";
+  if (failure.step > 0) {
+    const std::string& note = scenario.steps[static_cast<size_t>(failure.step) - 1].note;
+    text += "step " + std::to_string(failure.step) + (note.empty() ? "" : " (" + note + ")") + ": ";
+  }
   text += failure.what + "\n";
   for (const std::string& difference : failure.differences) {
     std::string indented = difference;

@@ -234,6 +234,7 @@ Step ReadStep(const Json& json, const std::string& place, int number) {
   const Section section(json, place);
   Step step;
   step.number = number;
+  step.note = section.OptionalText("note").value_or("");
   step.error = ReadOptionalError(section);
   if (section.Find("call") != nullptr) {
     ReadCall(section, step);

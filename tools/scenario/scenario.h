@@ -54,7 +54,8 @@ struct Sweep {
 };
 
 struct Step {
-  int number = 0;  // from 1
+  int number = 0;    // from 1
+  std::string note;  // says in a failure which case this is
   // A call …
   const ClassDescription* cls = nullptr;
   const Method* method = nullptr;

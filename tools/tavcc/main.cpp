@@ -59,7 +59,7 @@ std::string DescribeError(const AutomationError& error) {
   return fmt::format("error {}: {}", error.number(), error.description());
 }
 
-int Main(int argc, const char* const* argv) {
+int Run(int argc, const char* const* argv) {
   CLI::App app("Business rules of an ERP's inventory module, on an embedded database.", "tavcc");
   app.require_subcommand(1);
   CommonOptions options;
@@ -80,16 +80,20 @@ int Main(int argc, const char* const* argv) {
     if (error.get_exit_code() == 0) return app.exit(error);  // --help
     return Fail(std::string(error.what()) + " (see tavcc --help)");
   }
+  for (const auto& [sub, command] : commands) {
+    if (sub->parsed()) return static_cast<int>(command->Run(options));
+  }
+  return static_cast<int>(Exit::kFailed);
+}
+
+int Main(int argc, const char* const* argv) {
   try {
-    for (const auto& [sub, command] : commands) {
-      if (sub->parsed()) return static_cast<int>(command->Run(options));
-    }
+    return Run(argc, argv);
   } catch (const AutomationError& error) {
     return Fail(DescribeError(error));
   } catch (const std::exception& error) {
     return Fail(error.what());
   }
-  return static_cast<int>(Exit::kFailed);
 }
 
 }  // namespace

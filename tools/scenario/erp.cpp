@@ -1,4 +1,4 @@
-#include "host/erp.h"
+#include "scenario/erp.h"
 
 #include "foundation/host_services.h"
 

@@ -1,0 +1,260 @@
+#!/usr/bin/env python3
+"""Holds the project's style where a compiler cannot: see CONTRIBUTING.md, "Style".
+
+usage: check_style.py SOURCE_DIR BUILD_DIR
+
+Prints one line for each finding, "file:line: what to do", and ends with status 1 if there is any.
+"""
+
+import json
+import os
+import re
+import subprocess
+import sys
+
+MAX_COLUMNS = 100
+
+RULE_FOLDERS = {"audit", "checks", "pricing", "balances", "billtypes"}
+CORE = {"foundation"} | RULE_FOLDERS | {"registry"}
+
+# Which folders of src/ a folder may include: the arrows of docs/architecture.md.
+MAY_INCLUDE = {
+    "foundation": {"foundation"},
+    "balances": {"foundation", "balances"},
+    "checks": {"foundation", "balances", "audit", "checks"},
+    "pricing": {"foundation", "pricing"},
+    "audit": {"foundation", "balances", "checks", "pricing", "audit"},
+    "billtypes": {"foundation", "balances", "billtypes"},
+    "registry": CORE,
+    "embedded": {"foundation", "embedded"},
+    "odbc": {"foundation", "odbc"},
+    "host": {"foundation", "embedded", "odbc", "host"},
+    "automation": CORE | {"host", "embedded", "automation"},
+}
+
+# System headers that one folder of src/ keeps to itself.
+KEPT_TO = {
+    "automation": re.compile(
+        r"^(windows|windowsx|ole2|oleauto|oaidl|objbase|objidl|unknwn|ocidl|olectl|combaseapi|"
+        r"comdef|comutil|atl\w*|winreg|winuser|tchar|initguid|guiddef|shlwapi|dispex)\.h$",
+        re.IGNORECASE),
+    "embedded": re.compile(r"^sqlite3(ext)?\.h$"),
+    "odbc": re.compile(r"^(sql|sqlext|sqltypes|sqlucode|odbcinst\w*)\.h$"),
+}
+
+# Folders that know the standard library and nothing else.
+STANDARD_ONLY = {"foundation", "registry"} | RULE_FOLDERS
+STANDARD_HEADER = re.compile(r"^[a-z0-9_]+$")  # <vector>, <cstdint>: no dot, no folder
+
+TEXT_SUFFIXES = (".h", ".cpp", ".py", ".sh", ".md", ".sql", ".cmake", ".txt", ".json", ".idl",
+                 ".yml", ".vbs", ".rc", ".def")
+LONG_LINES_ALLOWED = (".md", ".json", ".sql", ".txt")
+
+UNFINISHED = re.compile(r"\b(FIXME|TODO|XXX|HACK)\b")
+# A reader has this repository and nothing else.
+FOREIGN = (
+    (re.compile(r"\bPart\s\d\.\d\b"), "a section of a paper that the reader does not have"),
+    (re.compile(r"\bthe\s+specification\b|\bspec\.md\b", re.IGNORECASE),
+     "a paper that the reader does not have: say the rule itself"),
+    (re.compile(r"(?<![\w./:-])/(home|root|work)/"), "a path of one machine"),
+    (re.compile(r"\bissue\s+[A-H]\b|\bhelper session\b", re.IGNORECASE),
+     "how the work was organised"),
+)
+
+LITERAL = re.compile(r'"(?:[^"\\]|\\.)*"')
+INCLUDE = re.compile(r'^\s*#\s*include\s+([<"])([^>"]+)[>"]')
+RAW_STRING = re.compile(r'\bR"')
+RAW_STRING_BEGIN = re.compile(r'\bR"(\w*)\(')
+
+
+class Findings:
+    def __init__(self):
+        self.lines = []
+
+    def add(self, path, number, text):
+        self.lines.append(f"{path}:{number}: {text}")
+
+
+def tracked_files(root):
+    """The files of the repository, without what a build or an editor left behind."""
+    try:
+        listed = subprocess.run(
+            ["git", "ls-files", "--cached", "--others", "--exclude-standard"], cwd=root,
+            capture_output=True, check=True, text=True).stdout.splitlines()
+        return sorted(path for path in listed if os.path.isfile(os.path.join(root, path)))
+    except (OSError, subprocess.CalledProcessError):
+        found = []
+        for folder, folders, names in os.walk(root):
+            folders[:] = [name for name in folders if name not in (".git", "build")]
+            found += [os.path.relpath(os.path.join(folder, name), root) for name in names]
+        return sorted(found)
+
+
+def is_text(path):
+    name = os.path.basename(path)
+    return path.endswith(TEXT_SUFFIXES) or "." not in name
+
+
+def folder_of(path):
+    """"checks" of "src/checks/stock.cpp"; nothing outside src/."""
+    parts = path.split("/")
+    return parts[1] if parts[0] == "src" and len(parts) > 2 else None
+
+
+def check_include(path, number, line, findings):
+    match = INCLUDE.match(line)
+    folder = folder_of(path)
+    if not match:
+        return
+    quote, header = match.groups()
+    system_name = header.split("/")[-1]
+    for owner, pattern in KEPT_TO.items():
+        if quote == "<" and pattern.match(system_name) and folder != owner:
+            if owner == "automation" and path.startswith(("tests/automation/", "src/host/automation/")):
+                continue
+            findings.add(path, number, f"<{header}> belongs to src/{owner}/ alone; go through its port")
+    if folder is None:
+        return
+    if quote == '"':
+        target = header.split("/")[0]
+        if "/" in header and target not in MAY_INCLUDE.get(folder, set()):
+            findings.add(path, number, f"{folder}/ must not include {target}/ (docs/architecture.md)")
+        if "/" not in header:
+            findings.add(path, number, f'include "{header}" with its folder: "{folder}/{header}"')
+    elif folder in STANDARD_ONLY and not STANDARD_HEADER.match(header):
+        findings.add(path, number, f"{folder}/ knows the standard library alone, not <{header}>")
+
+
+def check_line(path, number, line, is_raw, findings):
+    code = path.endswith((".h", ".cpp"))
+    if code:
+        check_include(path, number, line, findings)
+        if folder_of(path) in RULE_FOLDERS and RAW_STRING.search(line):
+            findings.add(path, number, "no raw strings in the rules: their line ends depend on the"
+                         " checkout; write \\r\\n in ordinary literals")
+    if len(line) > MAX_COLUMNS and not is_raw and not path.endswith(LONG_LINES_ALLOWED):
+        without_literals = LITERAL.sub('""', re.sub(r'R"\(.*?\)"', '""', line))
+        if len(without_literals) > MAX_COLUMNS or without_literals == line:
+            findings.add(path, number, f"{len(line)} columns; break the line at {MAX_COLUMNS}")
+    if line != line.rstrip(" \t\r") and not path.endswith((".md", ".sql")):
+        findings.add(path, number, "remove the blanks at the end of the line")
+    if path != "tests/style/check_style.py":
+        if UNFINISHED.search(line):
+            findings.add(path, number, "finish it, or say in a sentence what is so and why")
+        for pattern, what in FOREIGN:
+            if pattern.search(line):
+                findings.add(path, number, f"refers to {what}")
+
+
+def inside_raw_strings(lines):
+    """The numbers of the lines that are wholly or partly inside a raw string of several lines."""
+    inside, end = set(), None
+    for number, line in enumerate(lines, 1):
+        rest = line
+        if end is not None:
+            inside.add(number)
+            if end not in rest:
+                continue
+            rest, end = rest.split(end, 1)[1], None
+        for match in RAW_STRING_BEGIN.finditer(rest):
+            closing = ")" + match.group(1) + '"'
+            if closing not in rest[match.end():]:
+                inside.add(number)
+                end = closing
+    return inside
+
+
+def check_head(path, lines, findings):
+    if path.endswith((".h", ".cpp")) and path.startswith(("src/", "tools/", "tests/", "bench/")):
+        own_header = path[:-4] + ".h" if path.endswith(".cpp") else None
+        if not lines or not lines[0].startswith("//"):
+            # A source that carries out its own header, or tests the header it begins with, needs no
+            # second head.
+            tests_header = path.endswith("_test.cpp") and lines and INCLUDE.match(lines[0])
+            if not tests_header and (own_header is None or not any(
+                    f'"{own_header.split("/", 1)[1]}"' in line for line in lines[:3])):
+                findings.add(path, 1, "begin with a comment: what the file is for, and its place")
+
+
+def compiled_sources(root, build):
+    with open(os.path.join(build, "compile_commands.json"), encoding="utf-8") as file:
+        entries = json.load(file)
+    return {os.path.relpath(os.path.join(entry["directory"], entry["file"]), root)
+            for entry in entries}
+
+
+def check_dead_sources(root, build, files, texts, findings):
+    """Every source is compiled, every header included, every document linked, every script run."""
+    compiled = compiled_sources(root, build)
+    included = set()
+    for path, lines in texts.items():
+        if path.endswith((".h", ".cpp")):
+            included.update(match.group(2) for match in map(INCLUDE.match, lines) if match)
+    build_files = "\n".join("\n".join(texts[path]) for path in files
+                            if path.endswith(("CMakeLists.txt", ".cmake")) or path in
+                            ("demo", "test", ".ci/run"))
+    documents = {path: "\n".join(texts[path]) for path in files if path.endswith(".md")}
+    for path in files:
+        name = os.path.basename(path)
+        if path.endswith(".cpp") and path not in compiled and not is_windows_only(path):
+            findings.add(path, 1, "is in no target: add it to one, or delete it")
+        elif path.endswith(".h") and not any(path.endswith("/" + header) or path == header
+                                             for header in included):
+            findings.add(path, 1, "nobody includes it: use it, or delete it")
+        elif path.endswith(".md") and not is_linked(path, documents):
+            findings.add(path, 1, "no document links to it: link it, or delete it")
+        elif path.endswith((".py", ".sh", ".cmake")) and name not in build_files and not any(
+                name in "\n".join(texts[other]) for other in texts
+                if other != path and other.endswith((".py", ".sh"))):
+            findings.add(path, 1, "nothing runs it: add it to a test or a script, or delete it")
+
+
+def is_windows_only(path):
+    return path.startswith(("src/automation/", "src/host/automation/", "tests/automation/"))
+
+
+def is_linked(path, documents):
+    if path in ("README.md", "CONTRIBUTING.md", "CHANGELOG.md"):
+        return True
+    for other, text in documents.items():
+        for target in re.findall(r"\]\(([^)#]+)", text):
+            if other != path and os.path.normpath(
+                    os.path.join(os.path.dirname(other), target)) == path:
+                return True
+    return False
+
+
+def check_links(root, documents, findings):
+    """A relative link leads to a file that exists."""
+    for path, lines in documents.items():
+        for number, line in enumerate(lines, 1):
+            for target in re.findall(r"\]\(([^)#]+)", line):
+                if "://" in target:
+                    continue
+                if not os.path.exists(os.path.join(root, os.path.dirname(path), target)):
+                    findings.add(path, number, f"the link leads nowhere: {target}")
+
+
+def main():
+    root, build = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2])
+    findings = Findings()
+    files = tracked_files(root)
+    texts = {}
+    for path in files:
+        if not is_text(path):
+            continue
+        with open(os.path.join(root, path), encoding="utf-8", errors="replace", newline="") as file:
+            texts[path] = file.read().split("\n")
+        check_head(path, texts[path], findings)
+        raw = inside_raw_strings(texts[path]) if path.endswith((".h", ".cpp")) else ()
+        for number, line in enumerate(texts[path], 1):
+            check_line(path, number, line, number in raw, findings)
+    check_dead_sources(root, build, files, texts, findings)
+    check_links(root, {path: texts[path] for path in texts if path.endswith(".md")}, findings)
+    print("\n".join(findings.lines))
+    print(f"{len(files)} files, {len(findings.lines)} findings")
+    return 1 if findings.lines else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
