@@ -17,7 +17,7 @@ bool Act(PlugIn& self, std::string_view sDsn, const BillAction& action) {
     }
     return false;
   }
-  for (const std::string& statement : action.statements) cn->Execute(statement);
+  action.write(*cn);
   self.db_context().ReadySecond();
   return true;
 }
@@ -28,12 +28,15 @@ bool RunBillAction(PlugIn& self, std::string_view sDsn, std::string& message,
                    const BillAction& action) {
   return Trap([&] { return Act(self, sDsn, action); },
               [&](const AutomationError& error) {
+                ReadyAfterFailure(self);
                 message = error.description();
-                // A context that cannot be readied now has nothing to add to the first error.
-                Trap([&] { return self.db_context().ReadyFirst(), true; },
-                     [](const AutomationError&) { return false; });
                 return false;
               });
+}
+
+void ReadyAfterFailure(PlugIn& self) {
+  Trap([&] { return self.db_context().ReadyFirst(), true; },
+       [](const AutomationError&) { return false; });
 }
 
 std::string AuditStatement(std::string_view head_table, int32_t user_id, int32_t bill_id) {
@@ -46,13 +49,10 @@ std::string UnAuditStatement(std::string_view head_table, int32_t bill_id) {
              "  where FID=", bill_id);  // two blanks: as stored
 }
 
-std::vector<std::string> DeleteStatements(std::span<const std::string_view> tables,
-                                          int32_t bill_id) {
-  std::vector<std::string> statements;
+void DeleteFromTables(Connection& cn, std::span<const std::string_view> tables, int32_t bill_id) {
   for (const std::string_view table : tables) {
-    statements.push_back(Cat("Delete From", table, " where FID=", bill_id));  // no blank: as stored
+    cn.Execute(Cat("Delete From", table, " where FID=", bill_id));  // no blank: as stored
   }
-  return statements;
 }
 
 }  // namespace tavcc

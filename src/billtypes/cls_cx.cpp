@@ -1,58 +1,40 @@
 #include "billtypes/cls_cx.h"
 
-#include "billtypes/bill_actions.h"
-#include "billtypes/bill_gates.h"
+#include "billtypes/standard_bill.h"
 
 namespace tavcc::cls_cx {
 
 namespace {
 
-constexpr std::string_view kHeadTable = "T_CC_ZZCX";
 // The head goes first.
-constexpr std::string_view kTables[] = {kHeadTable, "T_CC_ZZCX_Entry", "T_CC_ZZCX_Entry2"};
+constexpr std::string_view kTableNames[] = {"T_CC_ZZCX", "T_CC_ZZCX_Entry", "T_CC_ZZCX_Entry2"};
+constexpr standard_bill::Tables kTables{kTableNames[0], kTableNames};
 
 }  // namespace
 
 bool AuditBill(PlugIn& self, int32_t lngFID, int32_t lngUserID, std::string_view sDsn,
                std::string& strReturnMsg) {
-  const BillAction action{
-      .gate = [&](Connection& cn) { return VerifyDataBeforeAudit(self, lngFID, cn, strReturnMsg); },
-      .statements = {AuditStatement(kHeadTable, lngUserID, lngFID)},
-      .on_refusal = OnRefusal::kLeaveOpen,  // deliberately unlike the other two
-  };
-  return RunBillAction(self, sDsn, strReturnMsg, action);
+  return standard_bill::AuditBill(self, kTables, lngFID, lngUserID, sDsn, strReturnMsg);
 }
 
 bool DeleteBill(PlugIn& self, int32_t lngFID, std::string_view sDsn, std::string& strReturnMsg) {
-  const BillAction action{
-      .gate =
-          [&](Connection& cn) { return VerifyDataBeforeDelete(self, lngFID, cn, strReturnMsg); },
-      .statements = DeleteStatements(kTables, lngFID),
-      .on_refusal = OnRefusal::kClose,
-  };
-  return RunBillAction(self, sDsn, strReturnMsg, action);
+  return standard_bill::DeleteBill(self, kTables, lngFID, sDsn, strReturnMsg);
 }
 
 bool UnAuditBill(PlugIn& self, int32_t lngFID, std::string_view sDsn, std::string& strReturnMsg) {
-  const BillAction action{
-      .gate =
-          [&](Connection& cn) { return VerifyDataBeforeUnAudit(self, lngFID, cn, strReturnMsg); },
-      .statements = {UnAuditStatement(kHeadTable, lngFID)},
-      .on_refusal = OnRefusal::kClose,
-  };
-  return RunBillAction(self, sDsn, strReturnMsg, action);
+  return standard_bill::UnAuditBill(self, kTables, lngFID, sDsn, strReturnMsg);
 }
 
 bool VerifyDataBeforeAudit(PlugIn&, int32_t lngFID, Connection& cn, std::string& strReturnMsg) {
-  return AnswerGate(strReturnMsg, [&] { return CheckBeforeAudit(cn, kHeadTable, lngFID); });
+  return standard_bill::VerifyDataBeforeAudit(kTables, lngFID, cn, strReturnMsg);
 }
 
 bool VerifyDataBeforeDelete(PlugIn&, int32_t lngFID, Connection& cn, std::string& strReturnMsg) {
-  return AnswerGate(strReturnMsg, [&] { return CheckBeforeDelete(cn, kHeadTable, lngFID); });
+  return standard_bill::VerifyDataBeforeDelete(kTables, lngFID, cn, strReturnMsg);
 }
 
 bool VerifyDataBeforeUnAudit(PlugIn&, int32_t lngFID, Connection& cn, std::string& strReturnMsg) {
-  return AnswerGate(strReturnMsg, [&] { return CheckBeforeUnAudit(cn, kHeadTable, lngFID); });
+  return standard_bill::VerifyDataBeforeUnAudit(kTables, lngFID, cn, strReturnMsg);
 }
 
 }  // namespace tavcc::cls_cx

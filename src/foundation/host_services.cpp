@@ -10,12 +10,13 @@ namespace tavcc {
 
 namespace {
 
-// The references that a thread keeps. Only the first two are ever filled here; the other three are
-// kept and released with them.
+// The references that a thread keeps. Nothing fills the last two; they are kept and released with
+// the others.
 struct HostCache {
   std::shared_ptr<GLData> gl_data;
   std::shared_ptr<ProfileReader> system_profile;
-  std::array<std::shared_ptr<void>, 3> others;
+  std::shared_ptr<ResourceLoader> resource_loader;
+  std::array<std::shared_ptr<void>, 2> others;
 };
 
 HostCache& ThreadCache() {
@@ -120,10 +121,15 @@ int32_t GetIndustryType(Host& host) {
   return ToLong(GetHostValue(host, "IndustryType", int32_t{0}));
 }
 
+std::shared_ptr<ResourceLoader>& CachedResourceLoader() {
+  return ThreadCache().resource_loader;
+}
+
 void ReleaseHostObjects() {
   HostCache& cache = ThreadCache();
   cache.gl_data.reset();
   cache.system_profile.reset();
+  cache.resource_loader.reset();
   for (auto& other : cache.others) other.reset();
 }
 

@@ -65,6 +65,10 @@ Value GetHostValue(Host& host, std::string_view key, const Value& fallback = Emp
 // The industry variant of the ERP: 1 is steel, 0 when nothing is published.
 int32_t GetIndustryType(Host& host);
 
+// The thread's place for the resource loader, which the localized texts fill and replace; null
+// until then.
+std::shared_ptr<ResourceLoader>& CachedResourceLoader();
+
 // Lets go of every host object that this thread keeps.
 void ReleaseHostObjects();
 

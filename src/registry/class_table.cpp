@@ -6,10 +6,17 @@
 
 #include <array>
 
+#include "audit/batch_audit.h"
 #include "balances/bill_deletion.h"
 #include "balances/periods.h"
 #include "billtypes/cls_cx.h"
+#include "billtypes/cls_db.h"
+#include "billtypes/cls_other.h"
+#include "billtypes/cls_template.h"
+#include "billtypes/cls_zz.h"
+#include "billtypes/stock_check_bill.h"
 #include "checks/related_bills.h"
+#include "checks/stock_quantity.h"
 #include "checks/verification.h"
 #include "registry/bind.h"
 #include "registry/class_registry.h"
@@ -148,13 +155,14 @@ constexpr Method Property(int slot) {
 }
 
 constexpr Method kPublicSysInfo[] = {
-    {"AllowMinusStockNum", 0, 0x60030003, kOnlyConString, kVariant},
-    {"AuditBill", 1, 0x60030004, kBatchAudit, kInteger},
+    {"AllowMinusStockNum", 0, 0x60030003, kOnlyConString, kVariant, false,
+     Bind<&AllowMinusStockNum>},
+    {"AuditBill", 1, 0x60030004, kBatchAudit, kInteger, false, Bind<&AuditBill>},
     {"CanCheckGH", 2, 0x60030005, kRelatedBillGate, kBoolean, false, Bind<&CanCheckGH>},
     {"CanCheckFL", 3, 0x60030006, kRelatedBillGate, kBoolean, false, Bind<&CanCheckFL>},
     {"CanCheckGJ", 4, 0x60030007, kRelatedBillGate, kBoolean, false, Bind<&CanCheckGJ>},
     {"CheckCredit", 5, 0x60030008, kPartnerCheck, kInteger},
-    {"CheckItemStockNum", 6, 0x60030009, kStockCheck, kInteger},
+    {"CheckItemStockNum", 6, 0x60030009, kStockCheck, kInteger, false, Bind<&CheckItemStockNum>},
     {"GetLowPrice", 7, 0x6003000A, kPriceLookup, kDouble},
     {"GetNewPrice", 8, 0x6003000B, kPriceLookup, kDouble},
     {"CheckLimitPrice", 9, 0x6003000C, kLimitPrice, kInteger},
@@ -173,10 +181,12 @@ constexpr Method kPublicSysInfo[] = {
      Bind<&VerifyDataBeforeAudit>},
     {"VerifyDataBeforeDelete", 19, 0x60030016, kGenericDeleteGate, kBoolean, false,
      Bind<&VerifyDataBeforeDelete>},
-    {"WhetherCheckStockNum", 20, 0x60030023, kDirectionAndBill, kInteger},
+    {"WhetherCheckStockNum", 20, 0x60030023, kDirectionAndBill, kInteger, false,
+     Bind<&WhetherCheckStockNum>},
     {"WhetherNeedCheckPrice", 21, 0x60030024, kNeedsCheck, kInteger},
     {"WhetherNeedCheckCredit", 22, 0x60030025, kNeedsCheck, kInteger},
-    {"WhetherNeedUpdateStockNum", 23, 0x60030026, kDirectionAndBill, kInteger},
+    {"WhetherNeedUpdateStockNum", 23, 0x60030026, kDirectionAndBill, kInteger, false,
+     Bind<&WhetherNeedUpdateStockNum>},
     {"WhetherBillInvoiceStatus", 24, 0x60030028, kInvoiceStatus, kLong, false,
      Bind<&WhetherBillInvoiceStatus>},
     Property(25),
@@ -200,51 +210,59 @@ constexpr Method kClsCX[] = {
 };
 
 constexpr Method kClsDB[] = {
-    {"AuditBill", 0, 0x60030003, kBillAudit, kBoolean},
-    {"DeleteBill", 1, 0x60030004, kBillAction, kBoolean},
-    {"UnAuditBill", 2, 0x60030005, kBillAction, kBoolean},
-    {"VerifyDataBeforeAudit", 3, 0x60030006, kBillGate, kBoolean},
-    {"VerifyDataBeforeDelete", 4, 0x60030007, kBillGate, kBoolean},
-    {"VerifyDataBeforeUnAudit", 5, 0x60030008, kBillGate, kBoolean},
+    {"AuditBill", 0, 0x60030003, kBillAudit, kBoolean, false, Bind<&cls_db::AuditBill>},
+    {"DeleteBill", 1, 0x60030004, kBillAction, kBoolean, false, Bind<&cls_db::DeleteBill>},
+    {"UnAuditBill", 2, 0x60030005, kBillAction, kBoolean, false, Bind<&cls_db::UnAuditBill>},
+    {"VerifyDataBeforeAudit", 3, 0x60030006, kBillGate, kBoolean, false,
+     Bind<&cls_db::VerifyDataBeforeAudit>},
+    {"VerifyDataBeforeDelete", 4, 0x60030007, kBillGate, kBoolean, false,
+     Bind<&cls_db::VerifyDataBeforeDelete>},
+    {"VerifyDataBeforeUnAudit", 5, 0x60030008, kBillGate, kBoolean, false,
+     Bind<&cls_db::VerifyDataBeforeUnAudit>},
     Property(6),
-    {"AfterSave", 7, 0x6003000A, kAfterSave, kVariant},
-    {"BeforeDel", 8, 0x6003000B, kBeforeDel, kVariant},
+    {"AfterSave", 7, 0x6003000A, kAfterSave, kVariant, false, Bind<&cls_db::AfterSave>},
+    {"BeforeDel", 8, 0x6003000B, kBeforeDel, kVariant, false, Bind<&cls_db::BeforeDel>},
 };
 
 constexpr Method kClsZZ[] = {
-    {"AuditBill", 0, 0x60030003, kGenericDelete, kBoolean},
-    {"DeleteBill", 1, 0x60030004, kBillAction, kBoolean},
-    {"UnAuditBill", 2, 0x60030005, kBillAction, kBoolean},
-    {"VerifyDataBeforeAudit", 3, 0x60030006, kGenericDelete, kBoolean},
-    {"VerifyDataBeforeDelete", 4, 0x60030007, kBillGate, kBoolean},
-    {"VerifyDataBeforeUnAudit", 5, 0x60030008, kBillAction, kBoolean},
+    {"AuditBill", 0, 0x60030003, kGenericDelete, kBoolean, false, Bind<&cls_zz::AuditBill>},
+    {"DeleteBill", 1, 0x60030004, kBillAction, kBoolean, false, Bind<&cls_zz::DeleteBill>},
+    {"UnAuditBill", 2, 0x60030005, kBillAction, kBoolean, false, Bind<&cls_zz::UnAuditBill>},
+    {"VerifyDataBeforeAudit", 3, 0x60030006, kGenericDelete, kBoolean, false,
+     Bind<&cls_zz::VerifyDataBeforeAudit>},
+    {"VerifyDataBeforeDelete", 4, 0x60030007, kBillGate, kBoolean, false,
+     Bind<&cls_zz::VerifyDataBeforeDelete>},
+    {"VerifyDataBeforeUnAudit", 5, 0x60030008, kBillAction, kBoolean, false,
+     Bind<&cls_zz::VerifyDataBeforeUnAudit>},
     Property(6),
-    {"BeforeDel", 7, 0x6003000A, kBeforeDel, kVariant},
-    {"AfterSave", 8, 0x6003000B, kAfterSave, kVariant},
+    {"BeforeDel", 7, 0x6003000A, kBeforeDel, kVariant, false, Bind<&cls_zz::BeforeDel>},
+    {"AfterSave", 8, 0x6003000B, kAfterSave, kVariant, false, Bind<&cls_zz::AfterSave>},
 };
 
 // CheckProfit, CheckLoss and AdjustPrice behave alike; they differ in their identity only.
 constexpr Method kStockCheckBill[] = {
-    {"CheckBill", 0, 0x60030003, kCheckBill, kLong},
-    {"SaveNote", 1, 0x60030004, kSaveNote, kBoolean},
+    {"CheckBill", 0, 0x60030003, kCheckBill, kLong, false, Bind<&stock_check_bill::CheckBill>},
+    {"SaveNote", 1, 0x60030004, kSaveNote, kBoolean, false, Bind<&stock_check_bill::SaveNote>},
     Property(2),
 };
 
 constexpr Method kClsTemplate[] = {
-    {"DeleteBill", 0, 0x60030003, kTemplateDelete, kBoolean},
-    {"VerifyDataBeforeDelete", 1, 0x60030004, kBillGate, kBoolean},
+    {"DeleteBill", 0, 0x60030003, kTemplateDelete, kBoolean, false,
+     Bind<&cls_template::DeleteBill>},
+    {"VerifyDataBeforeDelete", 1, 0x60030004, kBillGate, kBoolean, false,
+     Bind<&cls_template::VerifyDataBeforeDelete>},
     Property(2),
 };
 
 constexpr Method kClsOtherIn[] = {
-    {"AfterSave", 0, 0x60030003, kAfterSave, kVariant},
-    {"BeforeDel", 1, 0x60030004, kBeforeDel, kVariant},
+    {"AfterSave", 0, 0x60030003, kAfterSave, kVariant, false, Bind<&cls_other_in::AfterSave>},
+    {"BeforeDel", 1, 0x60030004, kBeforeDel, kVariant, false, Bind<&cls_other_in::BeforeDel>},
     Property(2),
 };
 
 constexpr Method kClsOtherOut[] = {
-    {"BeforeDel", 0, 0x60030003, kBeforeDel, kVariant},
-    {"AfterSave", 1, 0x60030004, kAfterSave, kVariant},
+    {"BeforeDel", 0, 0x60030003, kBeforeDel, kVariant, false, Bind<&cls_other_out::BeforeDel>},
+    {"AfterSave", 1, 0x60030004, kAfterSave, kVariant, false, Bind<&cls_other_out::AfterSave>},
     Property(2),
 };
 

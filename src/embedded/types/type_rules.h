@@ -19,11 +19,20 @@ namespace tavcc::sql {
 // declared, 30 in CAST and CONVERT.
 enum class TypeNameUse : uint8_t { kDeclaration, kCast };
 
+// What the messages about a type name say of its place.
+struct TypePlace {
+  int ordinal = 1;          // of the column, parameter or variable in its list, from 1
+  int line = 1;             // of the batch
+  std::string_view column;  // its name; empty in CAST
+};
+
 // The type of a name as written: "int", "dec(28,10)", "nvarchar(max)", "text" (varchar(max)),
-// "ntext", "image", "numeric", "datetime2" … in any case. Errors: 2715 unknown type; 1001 length or
-// precision out of bounds; 2716 a length on a type that takes none; 192 scale above precision;
-// 50001 for types of the server that are not built (xml, sql_variant, datetimeoffset, time …).
-SqlType ResolveTypeName(const TypeName& name, TypeNameUse use = TypeNameUse::kDeclaration);
+// "ntext", "image", "sysname", "numeric" … in any case. Errors: 2715 (243 in CAST) unknown type;
+// 1001, 131, 2717, 2750 a length or precision out of bounds; 192 a scale above the precision; 2716
+// (291 in CAST) a length on a type that takes none; 50001 types of the server that are not built
+// (xml, datetime2, time, sql_variant …).
+SqlType ResolveTypeName(const TypeName& name, TypeNameUse use = TypeNameUse::kDeclaration,
+                        const TypePlace& place = {});
 
 // "decimal(28,10)", "nvarchar(max)", "int".
 std::string TypeText(const SqlType& type);

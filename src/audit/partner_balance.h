@@ -1,0 +1,14 @@
+// What an audited bill does to its partner's balance: what is owed, and what was paid beforehand.
+#pragma once
+
+#include "audit/audited_bill.h"
+#include "foundation/connection.h"
+
+namespace tavcc {
+
+// Adds the bill's amount to what the partner owes or is owed, and settles the prepayments that the
+// bill uses up. Un-auditing takes the same back. Bills that touch no partner's balance send
+// nothing. Errors: the connection's; those of the conversions for the bill's keys.
+void UpdatePartnerBalance(Connection& connection, const AuditedBill& bill);
+
+}  // namespace tavcc

@@ -1,0 +1,29 @@
+#include "audit/value_posting.h"
+
+#include "foundation/host_services.h"
+
+namespace tavcc {
+
+namespace {
+
+bool MovesValueOnly(const AuditedBill& bill) {
+  constexpr int32_t kValueOnly[] = {2040, 2041, 3020, 3021};
+  return bill.class_type == class_type::kPriceAdjustment || IsInArray(bill.bill_type, kValueOnly);
+}
+
+}  // namespace
+
+std::string PostValue(Host& host, Connection& connection, const AuditedBill& bill) {
+  if (!MovesValueOnly(bill)) return "";
+  ProcedureParameter parameters[] = {
+      {"@ClassTypeID", bill.class_type},
+      {"@billTypeID", bill.bill_type},
+      {"@FID", bill.bill_id},
+      {"@AuditOrUnAddit", int32_t{bill.check_type}},  // the procedure's own spelling
+      {"@ErrorMessage", "", true},
+  };
+  connection.CallProcedure("sp_UpdateInventoryForFLTJ", parameters);
+  return host.FieldText(parameters[4].value);
+}
+
+}  // namespace tavcc

@@ -1,0 +1,346 @@
+// The fork by target type, and the targets that are no text: numbers, binary, uniqueidentifier.
+#include "embedded/types/convert.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+#include "embedded/types/calendar.h"
+#include "embedded/types/convert_internal.h"
+#include "embedded/types/decimal_math.h"
+#include "embedded/types/number_text.h"
+#include "embedded/types/text_units.h"
+
+namespace tavcc::sql {
+namespace internal {
+namespace {
+
+struct Range {
+  int64_t low, high;
+};
+
+constexpr Range RangeOf(TypeKind kind) {
+  switch (kind) {
+    case TypeKind::kTinyInt:
+      return {0, 255};
+    case TypeKind::kSmallInt:
+      return {std::numeric_limits<int16_t>::min(), std::numeric_limits<int16_t>::max()};
+    case TypeKind::kInt:
+      return {std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max()};
+    default:
+      return {std::numeric_limits<int64_t>::min(), std::numeric_limits<int64_t>::max()};
+  }
+}
+
+constexpr bool InRange(TypeKind kind, int64_t value) {
+  const Range range = RangeOf(kind);
+  return value >= range.low && value <= range.high;
+}
+
+// ---- To whole numbers ---------------------------------------------------------------------------
+
+bool TextOverflow(const Conversion& c) {
+  const std::string_view from = KindText(c.from.kind);
+  switch (c.to.kind) {
+    case TypeKind::kTinyInt:
+      return c.Fail(244, {from, c.in.bytes, "INT1"}, 1);
+    case TypeKind::kSmallInt:
+      return c.Fail(244, {from, c.in.bytes, "INT2"}, 2);
+    case TypeKind::kInt:
+      return c.Fail(248, {from, c.in.bytes});
+    default:
+      return c.Overflow("expression");
+  }
+}
+
+bool TextToInteger(const Conversion& c) {
+  int64_t value = 0;
+  const NumberReading reading = ReadWhole(c.in.bytes, &value);
+  if (reading == NumberReading::kNoNumber) {
+    // The server has no value in this message for the one type that came later.
+    if (c.to.kind == TypeKind::kBigInt) {
+      return c.Fail(8114, {KindText(c.from.kind), KindText(c.to.kind)});
+    }
+    return c.Fail(245, {KindText(c.from.kind), c.in.bytes, KindText(c.to.kind)});
+  }
+  if (reading == NumberReading::kOverflow || !InRange(c.to.kind, value)) return TextOverflow(c);
+  return c.Give(Cell::Integer(value));
+}
+
+bool TextToBit(const Conversion& c) {
+  const std::string_view text = TrimBlanks(c.in.bytes);
+  const auto is = [text](std::string_view word) {
+    return std::ranges::equal(text, word, [](char a, char b) { return (a | 0x20) == b; });
+  };
+  if (is("true")) return c.Give(Cell::Integer(1));
+  if (is("false")) return c.Give(Cell::Integer(0));
+  int64_t value = 0;
+  switch (ReadWhole(text, &value)) {
+    case NumberReading::kNoNumber:
+      return c.Fail(245, {KindText(c.from.kind), c.in.bytes, KindText(c.to.kind)});
+    case NumberReading::kOverflow:
+      return c.Give(Cell::Integer(1));
+    case NumberReading::kOk:
+      break;
+  }
+  return c.Give(Cell::Integer(value != 0 ? 1 : 0));
+}
+
+bool IntegerOverflow(const Conversion& c) {
+  const bool narrow = c.to.kind == TypeKind::kTinyInt || c.to.kind == TypeKind::kSmallInt;
+  if (!narrow || c.from.kind == TypeKind::kBigInt) return c.Overflow("expression");
+  return c.Fail(220, {KindText(c.to.kind), c.in.integer}, c.to.kind == TypeKind::kTinyInt ? 2 : 1);
+}
+
+bool FloatToInteger(const Conversion& c) {
+  const double whole = std::trunc(c.in.real);
+  // 2^63 is a double, so the comparison is exact on both sides.
+  const bool fits = whole >= -0x1p63 && whole < 0x1p63;
+  if (fits && InRange(c.to.kind, static_cast<int64_t>(whole))) {
+    return c.Give(Cell::Integer(static_cast<int64_t>(whole)));
+  }
+  if (c.to.kind == TypeKind::kBigInt) return c.Overflow("expression");
+  char text[400];
+  std::snprintf(text, sizeof text, "%f", c.in.real);
+  int state = 3;
+  if (c.to.kind == TypeKind::kTinyInt) state = 1;
+  if (c.to.kind == TypeKind::kSmallInt) state = 2;
+  return c.Fail(232, {KindText(c.to.kind), text}, state);
+}
+
+// Decimals are cut, money is rounded.
+bool ScaledToInteger(const Conversion& c) {
+  const int scale = StoredScale(c.from);
+  Wide value = CoefficientOf(c.in);
+  if (IsMoney(c.from.kind)) {
+    value.RoundDigits(scale);
+  } else {
+    value.CutDigits(scale);
+  }
+  const auto whole = value.ToInt64();
+  if (whole && InRange(c.to.kind, *whole)) return c.Give(Cell::Integer(*whole));
+  if (c.from.kind == TypeKind::kMoney && c.to.kind == TypeKind::kInt) {
+    return c.Fail(237, {KindText(c.to.kind)});
+  }
+  return c.Overflow(KindText(c.from.kind));
+}
+
+bool DateToInteger(const Conversion& c) {
+  const int64_t days = FloorDivide(c.in.integer + kTicksPerDay / 2, kTicksPerDay);
+  if (InRange(c.to.kind, days)) return c.Give(Cell::Integer(days));
+  return c.Fail(220, {KindText(c.to.kind), days}, c.to.kind == TypeKind::kTinyInt ? 2 : 1);
+}
+
+bool BinaryToInteger(const Conversion& c) {
+  // The last bytes count, as many as the target has.
+  const size_t width = c.to.kind == TypeKind::kBigInt     ? 8
+                       : c.to.kind == TypeKind::kInt      ? 4
+                       : c.to.kind == TypeKind::kSmallInt ? 2
+                                                          : 1;
+  const std::string_view bytes =
+      c.in.bytes.substr(c.in.bytes.size() - std::min(width, c.in.bytes.size()));
+  uint64_t value = 0;
+  for (const char byte : bytes) value = value << 8 | static_cast<unsigned char>(byte);
+  if (c.to.kind == TypeKind::kBit) return c.Give(Cell::Integer(value != 0 ? 1 : 0));
+  if (c.to.kind == TypeKind::kInt) value = static_cast<uint64_t>(static_cast<int32_t>(value));
+  if (c.to.kind == TypeKind::kSmallInt) value = static_cast<uint64_t>(static_cast<int16_t>(value));
+  return c.Give(Cell::Integer(static_cast<int64_t>(value)));
+}
+
+bool ConvertToBit(const Conversion& c) {
+  if (IsText(c.from.kind)) return TextToBit(c);
+  if (IsBinary(c.from.kind)) return BinaryToInteger(c);
+  const bool set = c.in.kind == Cell::Kind::kReal   ? c.in.real != 0
+                   : c.in.kind == Cell::Kind::kBlob ? true
+                                                    : c.in.integer != 0;
+  return c.Give(Cell::Integer(set ? 1 : 0));
+}
+
+// ---- To decimals and money ----------------------------------------------------------------------
+
+// Rounds to the target's scale and stores, or raises the overflow in the source's name.
+bool GiveScaled(const Conversion& c, Wide value, int scale, std::string_view source, int state) {
+  Rescale(&value, scale, StoredScale(c.to));
+  if (!FitsScaled(value, c.to)) return c.Overflow(source, state);
+  return c.Give(StoreCoefficient(value, c.scratch));
+}
+
+bool TextToScaled(const Conversion& c) {
+  Wide value;
+  int scale = 0;
+  const bool money = IsMoney(c.to.kind);
+  const NumberReading reading =
+      money ? ReadMoney(c.in.bytes, &value, &scale) : ReadDecimal(c.in.bytes, &value, &scale);
+  if (!money) {
+    if (reading == NumberReading::kNoNumber) {
+      return c.Fail(8114, {KindText(c.from.kind), KindText(c.to.kind)});
+    }
+    if (reading == NumberReading::kOverflow) return c.Overflow(KindText(c.from.kind), 6);
+    return GiveScaled(c, value, scale, KindText(c.from.kind), 8);
+  }
+  const bool small = c.to.kind == TypeKind::kSmallMoney;
+  if (reading == NumberReading::kNoNumber) return c.Fail(small ? 293 : 235, {});
+  if (reading == NumberReading::kOk) Rescale(&value, scale, StoredScale(c.to));
+  if (reading == NumberReading::kOverflow || !FitsScaled(value, c.to)) {
+    return c.Fail(small ? 294 : 236, {});
+  }
+  return c.Give(StoreCoefficient(value, c.scratch));
+}
+
+bool FloatToScaled(const Conversion& c) {
+  constexpr double kBeyondAny = 1e39;
+  if (!(std::fabs(c.in.real) < kBeyondAny)) return c.Overflow(KindText(c.from.kind), 6);
+  Wide value;
+  int scale = 0;
+  DecimalOfFloat(c.in.real, &value, &scale);
+  return GiveScaled(c, value, scale, KindText(c.from.kind), 6);
+}
+
+bool DateToScaled(const Conversion& c) {
+  // One digit more than the target keeps, cut with its sign, is enough to round by.
+  const int scale = StoredScale(c.to) + 1;
+  Wide days = Wide::FromInt64(c.in.integer);
+  days.MultiplyByPowerOf10(scale);
+  Wide quotient;
+  Wide::Divide(days, Wide::FromInt64(kTicksPerDay), &quotient, nullptr);
+  return GiveScaled(c, quotient, scale, "expression", 2);
+}
+
+// ---- To floating point --------------------------------------------------------------------------
+
+bool GiveFloat(const Conversion& c, double value) {
+  if (c.to.kind == TypeKind::kReal) {
+    if (std::fabs(value) > double{std::numeric_limits<float>::max()})
+      return c.Overflow("expression");
+    value = static_cast<double>(static_cast<float>(value));
+  }
+  return c.Give(Cell::Real(value));
+}
+
+// ---- To uniqueidentifier ------------------------------------------------------------------------
+
+// 32 hexadecimal digits in groups of 8-4-4-4-12.
+bool IsGuid(std::string_view text) {
+  if (text.size() != 36) return false;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const bool dash = i == 8 || i == 13 || i == 18 || i == 23;
+    const bool digit = std::isxdigit(static_cast<unsigned char>(text[i])) != 0;
+    if (dash ? text[i] != '-' : !digit) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool ConvertToInteger(const Conversion& c) {
+  if (c.to.kind == TypeKind::kBit) return ConvertToBit(c);
+  if (IsInteger(c.from.kind)) {
+    return InRange(c.to.kind, c.in.integer) ? c.Give(c.in) : IntegerOverflow(c);
+  }
+  if (IsText(c.from.kind)) return TextToInteger(c);
+  if (IsScaled(c.from.kind)) return ScaledToInteger(c);
+  if (IsApproximate(c.from.kind)) return FloatToInteger(c);
+  if (IsDate(c.from.kind)) return DateToInteger(c);
+  if (IsBinary(c.from.kind)) return BinaryToInteger(c);
+  return c.NotAllowed();
+}
+
+bool ConvertToScaled(const Conversion& c) {
+  if (IsInteger(c.from.kind) || IsScaled(c.from.kind)) {
+    return GiveScaled(c, CoefficientOf(c.in), StoredScale(c.from), KindText(c.from.kind), 8);
+  }
+  if (IsText(c.from.kind)) return TextToScaled(c);
+  if (IsApproximate(c.from.kind)) return FloatToScaled(c);
+  if (IsDate(c.from.kind)) return DateToScaled(c);
+  return c.Fail(kNotSupported, {"conversion of binary to " + TypeText(c.to)});
+}
+
+bool ConvertToFloat(const Conversion& c) {
+  if (IsApproximate(c.from.kind)) return GiveFloat(c, c.in.real);
+  if (IsInteger(c.from.kind)) return GiveFloat(c, static_cast<double>(c.in.integer));
+  if (IsScaled(c.from.kind)) {
+    // Through the text: the double nearest to the exact value, not one that was divided once more.
+    double value = 0;
+    ReadFloat(DecimalText(CoefficientOf(c.in), StoredScale(c.from)), &value);
+    return GiveFloat(c, value);
+  }
+  if (IsDate(c.from.kind)) {
+    return GiveFloat(c, static_cast<double>(c.in.integer) / static_cast<double>(kTicksPerDay));
+  }
+  if (!IsText(c.from.kind)) return c.NotAllowed();
+  double value = 0;
+  switch (ReadFloat(c.in.bytes, &value)) {
+    case NumberReading::kNoNumber:
+      return c.Fail(8114, {KindText(c.from.kind), KindText(c.to.kind)});
+    case NumberReading::kOverflow:
+      return c.Overflow(KindText(c.from.kind));
+    case NumberReading::kOk:
+      break;
+  }
+  return GiveFloat(c, value);
+}
+
+bool ConvertToBinary(const Conversion& c) {
+  std::string& bytes = c.scratch->text;
+  const auto length = static_cast<size_t>(std::max(c.to.length, 0));
+  const bool bounded = c.to.length != SqlType::kMax;
+  if (IsInteger(c.from.kind)) {
+    const size_t width = c.from.kind == TypeKind::kBigInt     ? 8
+                         : c.from.kind == TypeKind::kInt      ? 4
+                         : c.from.kind == TypeKind::kSmallInt ? 2
+                                                              : 1;
+    bytes.clear();
+    for (size_t i = width; i-- > 0;) bytes.push_back(static_cast<char>(c.in.integer >> (8 * i)));
+    // A number keeps its last bytes, and gets zeros in front.
+    if (bounded && bytes.size() > length) bytes.erase(0, bytes.size() - length);
+    if (c.to.kind == TypeKind::kBinary) bytes.insert(0, length - bytes.size(), '\0');
+    return c.Give(Cell::Binary(bytes));
+  }
+  if (!IsBinary(c.from.kind) && !IsText(c.from.kind)) {
+    return c.Fail(kNotSupported, {"conversion of " + TypeText(c.from) + " to binary"});
+  }
+  if (IsText(c.from.kind) && (IsNationalText(c.from.kind) || c.style != 0)) {
+    return c.Fail(kNotSupported, {"conversion of " + TypeText(c.from) + " to binary"});
+  }
+  bytes.assign(c.in.bytes);
+  if (bounded && bytes.size() > length) {
+    if (c.mode == ConvertMode::kAssign) return c.Fail(8152, {});
+    bytes.resize(length);
+  }
+  if (c.to.kind == TypeKind::kBinary) bytes.resize(length, '\0');
+  return c.Give(Cell::Binary(bytes));
+}
+
+bool ConvertToGuid(const Conversion& c) {
+  if (c.from.kind == TypeKind::kUniqueIdentifier) return c.Give(c.in);
+  if (!IsText(c.from.kind)) return c.NotAllowed();
+  std::string_view text = TrimTrailingBlanks(c.in.bytes);
+  if (text.size() == 38 && text.front() == '{' && text.back() == '}') text = text.substr(1, 36);
+  if (!IsGuid(text)) return c.Fail(8169, {});
+  std::string& upper = c.scratch->text;
+  upper.assign(text);
+  for (char& letter : upper) {
+    if (letter >= 'a' && letter <= 'f') letter = static_cast<char>(letter - 32);
+  }
+  return c.Give(Cell::Text(upper));
+}
+
+}  // namespace internal
+
+bool ConvertCell(const Cell& in, const SqlType& from, const SqlType& to, ConvertMode mode,
+                 int style, Scratch* scratch, Cell* out, SqlError* error) {
+  const internal::Conversion conversion{in, from, to, mode, style, scratch, out, error};
+  if (in.kind == Cell::Kind::kNull || from.kind == TypeKind::kNull) return conversion.Give({});
+  if (HowConvertible(from, to) == Convertibility::kNever) return conversion.NotAllowed();
+  if (IsText(to.kind)) return internal::ConvertToText(conversion);
+  if (IsInteger(to.kind)) return internal::ConvertToInteger(conversion);
+  if (IsScaled(to.kind)) return internal::ConvertToScaled(conversion);
+  if (IsDate(to.kind)) return internal::ConvertToDate(conversion);
+  if (IsApproximate(to.kind)) return internal::ConvertToFloat(conversion);
+  if (IsBinary(to.kind)) return internal::ConvertToBinary(conversion);
+  if (to.kind == TypeKind::kUniqueIdentifier) return internal::ConvertToGuid(conversion);
+  return conversion.Give(in);
+}
+
+}  // namespace tavcc::sql

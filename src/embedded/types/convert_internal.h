@@ -1,0 +1,43 @@
+// What the parts of ConvertCell share; for convert*.cpp only.
+#pragma once
+
+#include "embedded/types/convert.h"
+#include "embedded/types/type_rules.h"
+
+namespace tavcc::sql::internal {
+
+struct Conversion {
+  const Cell& in;
+  const SqlType& from;
+  const SqlType& to;
+  ConvertMode mode;
+  int style;
+  Scratch* scratch;
+  Cell* out;
+  SqlError* error;
+
+  bool Give(Cell cell) const {
+    *out = cell;
+    return true;
+  }
+  bool Fail(int number, std::initializer_list<ErrorArgument> arguments, int state = -1) const {
+    *error = MakeError(number, arguments);
+    if (state >= 0) error->state = state;
+    return false;
+  }
+  bool Overflow(std::string_view from_name, int state = 2) const {
+    return Fail(8115, {from_name, KindText(to.kind)}, state);
+  }
+  bool NotAllowed() const { return Fail(529, {KindText(from.kind), KindText(to.kind)}); }
+};
+
+// Each for one kind of target.
+bool ConvertToText(const Conversion& c);
+bool ConvertToInteger(const Conversion& c);
+bool ConvertToScaled(const Conversion& c);
+bool ConvertToFloat(const Conversion& c);
+bool ConvertToDate(const Conversion& c);
+bool ConvertToBinary(const Conversion& c);
+bool ConvertToGuid(const Conversion& c);
+
+}  // namespace tavcc::sql::internal

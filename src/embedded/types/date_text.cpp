@@ -1,0 +1,499 @@
+// Reading and writing dates.
+#include "embedded/types/date_text.h"
+
+#include <array>
+#include <cstdio>
+#include <optional>
+#include <vector>
+
+#include "embedded/types/calendar.h"
+#include "embedded/types/text_units.h"
+
+namespace tavcc::sql {
+namespace {
+
+constexpr std::array<std::string_view, 12> kMonths = {
+    "January", "February", "March",     "April",   "May",      "June",
+    "July",    "August",   "September", "October", "November", "December"};
+constexpr std::array<std::string_view, 7> kWeekdays = {"Sunday",   "Monday", "Tuesday", "Wednesday",
+                                                       "Thursday", "Friday", "Saturday"};
+
+constexpr bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+constexpr char Lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
+constexpr bool IsLetter(char c) {
+  return Lower(c) >= 'a' && Lower(c) <= 'z';
+}
+
+bool SameWord(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (size_t i = 0; i < a.size(); ++i) {
+    if (Lower(a[i]) != Lower(b[i])) return false;
+  }
+  return true;
+}
+
+// ---- Reading ------------------------------------------------------------------------------------
+
+enum class Order : uint8_t { kMonthFirst, kDayFirst, kYearFirst };
+
+Order OrderOfStyle(int style) {
+  switch (style) {
+    case 3:
+    case 4:
+    case 5:
+    case 6:
+    case 13:
+    case 103:
+    case 104:
+    case 105:
+    case 106:
+    case 113:
+      return Order::kDayFirst;
+    case 2:
+    case 11:
+    case 12:
+    case 20:
+    case 21:
+    case 23:
+    case 25:
+    case 102:
+    case 111:
+    case 112:
+    case 120:
+    case 121:
+    case 126:
+    case 127:
+      return Order::kYearFirst;
+    default:
+      return Order::kMonthFirst;
+  }
+}
+
+struct Token {
+  enum class Kind : uint8_t { kNumber, kWord, kMark, kBlank };
+  Kind kind;
+  std::string_view text;
+};
+
+std::vector<Token> Split(std::string_view text) {
+  std::vector<Token> tokens;
+  for (size_t at = 0; at < text.size();) {
+    size_t end = at + 1;
+    Token::Kind kind = Token::Kind::kMark;
+    const auto take = [&](auto same, Token::Kind k) {
+      while (end < text.size() && same(text[end])) ++end;
+      kind = k;
+    };
+    if (IsDigit(text[at])) {
+      take(IsDigit, Token::Kind::kNumber);
+    } else if (IsLetter(text[at])) {
+      take(IsLetter, Token::Kind::kWord);
+    } else if (text[at] == ' ') {
+      take([](char c) { return c == ' '; }, Token::Kind::kBlank);
+    }
+    tokens.push_back({kind, text.substr(at, end - at)});
+    at = end;
+  }
+  return tokens;
+}
+
+// Two digits of a year: 00 to 49 are 20xx, the rest 19xx ("two digit year cutoff" 2049).
+int FullYear(int year, size_t digits) {
+  if (digits > 2) return year;
+  return year < 50 ? 2000 + year : 1900 + year;
+}
+
+class DateReader {
+ public:
+  DateReader(std::string_view text, int style)
+      : tokens_(Split(text)), order_(OrderOfStyle(style)) {}
+
+  DateReading Read(int64_t* ticks) {
+    const bool date = AtTime() || ReadDay();
+    if (!date) return DateReading::kNoDate;
+    SkipBlanks();
+    if (Is(Token::Kind::kWord) && SameWord(Peek().text, "T")) ++at_;
+    if (at_ < tokens_.size() && !ReadTime()) return DateReading::kNoDate;
+    SkipBlanks();
+    if (at_ < tokens_.size()) return DateReading::kNoDate;
+    return Combine(ticks);
+  }
+
+ private:
+  bool Is(Token::Kind kind, size_t ahead = 0) const {
+    return at_ + ahead < tokens_.size() && tokens_[at_ + ahead].kind == kind;
+  }
+  bool IsMark(char c, size_t ahead = 0) const {
+    return Is(Token::Kind::kMark, ahead) && tokens_[at_ + ahead].text[0] == c;
+  }
+  const Token& Peek(size_t ahead = 0) const { return tokens_[at_ + ahead]; }
+  void SkipBlanks() {
+    while (Is(Token::Kind::kBlank)) ++at_;
+  }
+
+  static bool IsMeridiem(std::string_view word) {
+    return SameWord(word, "AM") || SameWord(word, "PM");
+  }
+
+  // "10:30", "4PM", "4 PM": a time stands here and no date.
+  bool AtTime() const {
+    if (!Is(Token::Kind::kNumber)) return false;
+    if (IsMark(':', 1)) return true;
+    const size_t word = Is(Token::Kind::kBlank, 1) ? 2 : 1;
+    return Is(Token::Kind::kWord, word) && IsMeridiem(Peek(word).text);
+  }
+
+  // The number of the token, -1 when it has too many digits.
+  static int NumberOf(const Token& token) {
+    if (token.text.size() > 9) return -1;
+    int number = 0;
+    for (const char c : token.text) number = number * 10 + (c - '0');
+    return number;
+  }
+
+  static int MonthOf(std::string_view word) {
+    for (size_t i = 0; i < kMonths.size(); ++i) {
+      if (SameWord(word, kMonths[i]) || SameWord(word, kMonths[i].substr(0, 3))) {
+        return static_cast<int>(i) + 1;
+      }
+    }
+    return SameWord(word, "Sept") ? 9 : 0;
+  }
+
+  bool ReadDay() {
+    if (Is(Token::Kind::kWord)) return ReadNamedMonth();
+    if (!Is(Token::Kind::kNumber)) return false;
+    if (IsMark('-', 1) || IsMark('/', 1) || IsMark('.', 1)) {
+      if (!Is(Token::Kind::kWord, 2)) return ReadNumbers();
+      return ReadNamedMonth();
+    }
+    size_t word = 1;
+    if (Is(Token::Kind::kBlank, word)) ++word;
+    if (Is(Token::Kind::kWord, word) && MonthOf(Peek(word).text) != 0) return ReadNamedMonth();
+    return ReadRun();
+  }
+
+  // "20260301", "260301", "2026"
+  bool ReadRun() {
+    const std::string_view digits = Peek().text;
+    const int number = NumberOf(Peek());
+    ++at_;
+    if (digits.size() == 8) {
+      SetDate(number / 10000, number / 100 % 100, number % 100, 4);
+    } else if (digits.size() == 6) {
+      SetDate(number / 10000, number / 100 % 100, number % 100, 2);
+    } else if (digits.size() == 4) {
+      SetDate(number, 1, 1, 4);
+    } else {
+      return false;
+    }
+    return true;
+  }
+
+  // "3/1/2026", "2026-03-01", "1.3.26"
+  bool ReadNumbers() {
+    const std::string_view mark = Peek(1).text;
+    const bool shape = Is(Token::Kind::kNumber, 2) && Is(Token::Kind::kMark, 3) &&
+                       Peek(3).text == mark && Is(Token::Kind::kNumber, 4);
+    if (!shape) return false;
+    const Token &first = Peek(), &second = Peek(2), &third = Peek(4);
+    at_ += 5;
+    if (first.text.size() > 4 || second.text.size() > 2 || third.text.size() > 4) return false;
+    const int a = NumberOf(first), b = NumberOf(second), c = NumberOf(third);
+    if (first.text.size() == 4) {
+      if (third.text.size() > 2) return false;
+      SetDate(a, b, c, 4);
+      return true;
+    }
+    if (first.text.size() > 2 || third.text.size() == 3) return false;
+    switch (third.text.size() == 4 && order_ == Order::kYearFirst ? Order::kMonthFirst : order_) {
+      case Order::kMonthFirst:
+        SetDate(c, a, b, third.text.size());
+        break;
+      case Order::kDayFirst:
+        SetDate(c, b, a, third.text.size());
+        break;
+      case Order::kYearFirst:
+        SetDate(a, b, c, first.text.size());
+        break;
+    }
+    return true;
+  }
+
+  // A month's name with a day and a year around it in any order: "Mar 1, 2026", "1-Mar-2026",
+  // "2026 March 1", "March 2026". A number of three or four digits is the year, so is the second of
+  // two short ones.
+  bool ReadNamedMonth() {
+    int month = 0;
+    std::vector<Token> numbers;
+    while (at_ < tokens_.size() && !AtTime()) {
+      const Token& token = Peek();
+      if (token.kind == Token::Kind::kNumber) {
+        if (numbers.size() == 2) return false;
+        numbers.push_back(token);
+      } else if (token.kind == Token::Kind::kWord) {
+        if (month != 0) break;
+        month = MonthOf(token.text);
+        if (month == 0) return false;
+      } else if (token.kind == Token::Kind::kMark && token.text != "," && token.text != "-" &&
+                 token.text != "/" && token.text != ".") {
+        return false;
+      }
+      ++at_;
+    }
+    if (month == 0 || numbers.empty()) return false;
+    return SetNamed(month, numbers);
+  }
+
+  bool SetNamed(int month, const std::vector<Token>& numbers) {
+    for (const Token& number : numbers) {
+      if (number.text.size() == 3 || number.text.size() > 4) return false;
+    }
+    if (numbers.size() == 1) {
+      if (numbers[0].text.size() != 4) return false;
+      SetDate(NumberOf(numbers[0]), month, 1, 4);
+      return true;
+    }
+    const size_t year = numbers[0].text.size() == 4 ? 0 : 1;
+    if (numbers[1 - year].text.size() > 2) return false;
+    SetDate(NumberOf(numbers[year]), month, NumberOf(numbers[1 - year]), numbers[year].text.size());
+    return true;
+  }
+
+  void SetDate(int year, int month, int day, size_t year_digits) {
+    date_ = CivilDate{FullYear(year, year_digits), month, day};
+  }
+
+  // "10:30", "10:30:15", "10:30:15.123", "10:30:15:123", each with AM or PM; "4PM"
+  bool ReadTime() {
+    SkipBlanks();
+    if (at_ == tokens_.size()) return true;
+    if (!Is(Token::Kind::kNumber) || Peek().text.size() > 2) return false;
+    hour_ = NumberOf(Peek());
+    ++at_;
+    const bool minutes = IsMark(':');
+    if (minutes && !ReadAfterColon(&minute_)) return false;
+    if (minutes && IsMark(':') && (!ReadAfterColon(&second_) || !ReadFraction())) return false;
+    const size_t before = at_;
+    SkipBlanks();
+    if (Is(Token::Kind::kWord) && IsMeridiem(Peek().text)) {
+      const bool afternoon = Lower(Peek().text[0]) == 'p';
+      ++at_;
+      if (hour_ > 12) return afternoon;
+      hour_ = hour_ % 12 + (afternoon ? 12 : 0);
+      return true;
+    }
+    at_ = before;
+    if (Is(Token::Kind::kWord) && SameWord(Peek().text, "Z")) ++at_;
+    return minutes;
+  }
+
+  bool ReadAfterColon(int* part) {
+    if (!Is(Token::Kind::kNumber, 1) || Peek(1).text.size() > 2) return false;
+    *part = NumberOf(Peek(1));
+    at_ += 2;
+    return true;
+  }
+
+  // After a point the digits are a fraction (".5" is half a second), after a colon milliseconds.
+  bool ReadFraction() {
+    if (!IsMark('.') && !IsMark(':')) return true;
+    if (!Is(Token::Kind::kNumber, 1) || Peek(1).text.size() > 3) return false;
+    milliseconds_ = NumberOf(Peek(1));
+    if (IsMark('.')) {
+      for (size_t digits = Peek(1).text.size(); digits < 3; ++digits) milliseconds_ *= 10;
+    }
+    at_ += 2;
+    return true;
+  }
+
+  DateReading Combine(int64_t* ticks) const {
+    const bool exists = date_.year >= 1 && date_.month >= 1 && date_.month <= 12 &&
+                        date_.day >= 1 && date_.day <= DaysInMonth(date_.year, date_.month);
+    if (!exists || hour_ > 23 || minute_ > 59 || second_ > 59) return DateReading::kOutOfRange;
+    *ticks = DaysFromCivil(date_) * kTicksPerDay +
+             (int64_t{hour_} * 3600 + minute_ * 60 + second_) * kTicksPerSecond +
+             TicksOfMilliseconds(milliseconds_);
+    return DateReading::kOk;
+  }
+
+  std::vector<Token> tokens_;
+  size_t at_ = 0;
+  Order order_;
+  CivilDate date_;
+  int hour_ = 0, minute_ = 0, second_ = 0, milliseconds_ = 0;
+};
+
+// The form that statements splice, "YYYY-MM-DD" alone or with " HH:MM:SS", without any allocation.
+std::optional<int64_t> ReadPlain(std::string_view text) {
+  const auto digits = [text](size_t at, size_t count) {
+    int number = 0;
+    for (size_t i = at; i < at + count; ++i) {
+      if (!IsDigit(text[i])) return -1;
+      number = number * 10 + (text[i] - '0');
+    }
+    return number;
+  };
+  if (text.size() != 10 && text.size() != 19) return std::nullopt;
+  if (text[4] != '-' || text[7] != '-') return std::nullopt;
+  const CivilDate date{digits(0, 4), digits(5, 2), digits(8, 2)};
+  if (date.year < 1 || date.month < 1 || date.month > 12 || date.day < 1 ||
+      date.day > DaysInMonth(date.year, date.month)) {
+    return std::nullopt;
+  }
+  int64_t ticks = DaysFromCivil(date) * kTicksPerDay;
+  if (text.size() == 10) return ticks;
+  const int hour = digits(11, 2), minute = digits(14, 2), second = digits(17, 2);
+  const bool shape = text[10] == ' ' && text[13] == ':' && text[16] == ':';
+  if (!shape || hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 || second > 59) {
+    return std::nullopt;
+  }
+  return ticks + (int64_t{hour} * 3600 + minute * 60 + second) * kTicksPerSecond;
+}
+
+// ---- Writing ------------------------------------------------------------------------------------
+
+struct Parts {
+  CivilDate date;
+  int hour, minute, second, millisecond;
+};
+
+Parts Take(int64_t ticks) {
+  const int64_t time = TimeOfTicks(ticks);
+  const auto seconds = static_cast<int>(time / kTicksPerSecond);
+  return {CivilFromDays(DayOfTicks(ticks)), seconds / 3600, seconds / 60 % 60, seconds % 60,
+          static_cast<int>(MillisecondsOfTicks(time % kTicksPerSecond))};
+}
+
+// One letter of a pattern stands for one part; anything else for itself:
+//   Y year  y its last two digits  M month  N month's short name  D day  d day padded with a blank
+//   H hour  h hour of 12 padded with a blank  m minute  s second  f millisecond  a AM or PM
+//   F millisecond with its point, nothing when it is 0
+void WritePattern(const Parts& p, std::string_view pattern, std::string* out) {
+  const auto number = [out](const char* format, int value) {
+    char buffer[16];
+    out->append(buffer, static_cast<size_t>(std::snprintf(buffer, sizeof buffer, format, value)));
+  };
+  for (const char c : pattern) {
+    switch (c) {
+      case 'Y':
+        number("%04d", p.date.year);
+        break;
+      case 'y':
+        number("%02d", p.date.year % 100);
+        break;
+      case 'M':
+        number("%02d", p.date.month);
+        break;
+      case 'N':
+        out->append(MonthName(p.date.month).substr(0, 3));
+        break;
+      case 'D':
+        number("%02d", p.date.day);
+        break;
+      case 'd':
+        number("%2d", p.date.day);
+        break;
+      case 'H':
+        number("%02d", p.hour);
+        break;
+      case 'h':
+        number("%2d", p.hour % 12 == 0 ? 12 : p.hour % 12);
+        break;
+      case 'm':
+        number("%02d", p.minute);
+        break;
+      case 's':
+        number("%02d", p.second);
+        break;
+      case 'f':
+        number("%03d", p.millisecond);
+        break;
+      case 'F':
+        if (p.millisecond != 0) number(".%03d", p.millisecond);
+        break;
+      case 'a':
+        out->append(p.hour < 12 ? "AM" : "PM");
+        break;
+      default:
+        out->push_back(c);
+    }
+  }
+}
+
+struct StylePattern {
+  int style;
+  std::string_view date, time;  // the time with the mark before it
+};
+
+// The table of the "CAST and CONVERT" page, less the styles of the Arabic calendar.
+// clang-format off
+constexpr auto kStyles = std::to_array<StylePattern>({
+    {0, "N d Y", " h:ma"},       {100, "N d Y", " h:ma"},
+    {1, "M/D/y", ""},            {101, "M/D/Y", ""},
+    {2, "y.M.D", ""},            {102, "Y.M.D", ""},
+    {3, "D/M/y", ""},            {103, "D/M/Y", ""},
+    {4, "D.M.y", ""},            {104, "D.M.Y", ""},
+    {5, "D-M-y", ""},            {105, "D-M-Y", ""},
+    {6, "D N y", ""},            {106, "D N Y", ""},
+    {7, "N D, y", ""},           {107, "N D, Y", ""},
+    {8, "", "H:m:s"},            {108, "", "H:m:s"},           {24, "", "H:m:s"},
+    {9, "N d Y", " h:m:s:fa"},   {109, "N d Y", " h:m:s:fa"},
+    {10, "M-D-y", ""},           {110, "M-D-Y", ""},
+    {11, "y/M/D", ""},           {111, "Y/M/D", ""},
+    {12, "yMD", ""},             {112, "YMD", ""},
+    {13, "D N Y", " H:m:s:f"},   {113, "D N Y", " H:m:s:f"},
+    {14, "", "H:m:s:f"},         {114, "", "H:m:s:f"},
+    {20, "Y-M-D", " H:m:s"},     {120, "Y-M-D", " H:m:s"},
+    {21, "Y-M-D", " H:m:s.f"},   {121, "Y-M-D", " H:m:s.f"},   {25, "Y-M-D", " H:m:s.f"},
+    {22, "M/D/y", " h:m:s a"},
+    {23, "Y-M-D", ""},
+    {126, "Y-M-D", "\tH:m:sF"},  {127, "Y-M-D", "\tH:m:sF"},
+});
+// clang-format on
+
+}  // namespace
+
+std::string_view MonthName(int month) {
+  return kMonths[static_cast<size_t>(month - 1)];
+}
+std::string_view WeekdayName(int weekday) {
+  return kWeekdays[static_cast<size_t>(weekday)];
+}
+
+DateReading ReadDate(std::string_view text, int style, int64_t* ticks) {
+  text = TrimBlanks(text);
+  if (text.empty()) {
+    *ticks = 0;
+    return DateReading::kOk;
+  }
+  if (const auto plain = ReadPlain(text)) {
+    *ticks = *plain;
+    return DateReading::kOk;
+  }
+  constexpr size_t kLongest = 100;
+  if (text.size() > kLongest) return DateReading::kNoDate;
+  return DateReader(text, style).Read(ticks);
+}
+
+bool WriteDate(int64_t ticks, int style, bool date_only, std::string* out) {
+  if (style == 0 && date_only) style = 23;
+  for (const StylePattern& pattern : kStyles) {
+    if (pattern.style != style) continue;
+    const Parts parts = Take(ticks);
+    WritePattern(parts, pattern.date, out);
+    if (date_only && !pattern.date.empty()) return true;
+    const size_t time = out->size();
+    WritePattern(parts, pattern.time, out);
+    // "T" is no part, but a tab in the patterns, so that it cannot be taken for one.
+    if (out->size() > time && (*out)[time] == '\t') (*out)[time] = 'T';
+    return true;
+  }
+  return false;
+}
+
+}  // namespace tavcc::sql

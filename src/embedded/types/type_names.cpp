@@ -1,0 +1,209 @@
+// Names of types, as written and as messages show them.
+#include <array>
+
+#include "embedded/error.h"
+#include "embedded/types/type_rules.h"
+
+namespace tavcc::sql {
+namespace {
+
+// What may stand in the brackets of a type name.
+enum class Arguments : uint8_t { kNone, kLength, kPrecision, kFloat };
+
+struct NamedType {
+  std::string_view name;
+  TypeKind kind;
+  Arguments arguments;
+  int length = 0;  // fixed by the name, e.g. of sysname
+};
+
+// clang-format off
+constexpr auto kTypes = std::to_array<NamedType>({
+    {"bigint", TypeKind::kBigInt, Arguments::kNone},
+    {"binary", TypeKind::kBinary, Arguments::kLength},
+    {"bit", TypeKind::kBit, Arguments::kNone},
+    {"char", TypeKind::kChar, Arguments::kLength},
+    {"character", TypeKind::kChar, Arguments::kLength},
+    {"date", TypeKind::kDate, Arguments::kNone},
+    {"datetime", TypeKind::kDateTime, Arguments::kNone},
+    {"dec", TypeKind::kDecimal, Arguments::kPrecision},
+    {"decimal", TypeKind::kDecimal, Arguments::kPrecision},
+    {"double precision", TypeKind::kFloat, Arguments::kNone},
+    {"float", TypeKind::kFloat, Arguments::kFloat},
+    {"image", TypeKind::kVarBinary, Arguments::kNone, SqlType::kMax},
+    {"int", TypeKind::kInt, Arguments::kNone},
+    {"integer", TypeKind::kInt, Arguments::kNone},
+    {"money", TypeKind::kMoney, Arguments::kNone},
+    {"nchar", TypeKind::kNChar, Arguments::kLength},
+    {"ntext", TypeKind::kNVarChar, Arguments::kNone, SqlType::kMax},
+    {"numeric", TypeKind::kDecimal, Arguments::kPrecision},
+    {"nvarchar", TypeKind::kNVarChar, Arguments::kLength},
+    {"real", TypeKind::kReal, Arguments::kNone},
+    {"smalldatetime", TypeKind::kSmallDateTime, Arguments::kNone},
+    {"smallint", TypeKind::kSmallInt, Arguments::kNone},
+    {"smallmoney", TypeKind::kSmallMoney, Arguments::kNone},
+    {"sysname", TypeKind::kNVarChar, Arguments::kNone, 128},
+    {"text", TypeKind::kVarChar, Arguments::kNone, SqlType::kMax},
+    {"tinyint", TypeKind::kTinyInt, Arguments::kNone},
+    {"uniqueidentifier", TypeKind::kUniqueIdentifier, Arguments::kNone},
+    {"varbinary", TypeKind::kVarBinary, Arguments::kLength},
+    {"varchar", TypeKind::kVarChar, Arguments::kLength},
+});
+// Types of the server that are not built: refused by name rather than unknown.
+constexpr auto kNotBuilt = std::to_array<std::string_view>({
+    "cursor", "datetime2", "datetimeoffset", "geography", "geometry", "hierarchyid", "rowversion",
+    "sql_variant", "table", "time", "timestamp", "xml",
+});
+// clang-format on
+
+constexpr int kMaxPrecision = 38;
+
+std::string LowerCase(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
+  }
+  return lower;
+}
+
+const NamedType& FindType(const TypeName& name, TypeNameUse use, const TypePlace& place) {
+  const std::string lower = LowerCase(name.name);
+  for (const NamedType& type : kTypes) {
+    if (type.name == lower) return type;
+  }
+  for (const std::string_view type : kNotBuilt) {
+    if (type == lower) RaiseUnsupported("type " + lower);
+  }
+  if (use == TypeNameUse::kCast) Raise(243, name.name);
+  Raise(2715, place.ordinal, name.name);
+}
+
+constexpr bool IsWide(TypeKind kind) {
+  return IsNationalText(kind);
+}
+constexpr bool MayBeMax(TypeKind kind) {
+  return kind == TypeKind::kVarChar || kind == TypeKind::kNVarChar || kind == TypeKind::kVarBinary;
+}
+
+[[noreturn]] void RaiseTooLong(const NamedType& type, int length, TypeNameUse use,
+                               const TypePlace& place) {
+  const int limit = IsWide(type.kind) ? 4000 : 8000;
+  if (use == TypeNameUse::kCast || place.column.empty()) {
+    Raise(131, length, IsWide(type.kind) ? "convert specification" : "type", type.name, limit);
+  }
+  if (IsWide(type.kind)) Raise(2717, length, "parameter", place.column, limit);
+  Raise(131, length, "column", place.column, limit);
+}
+
+SqlType WithLength(const NamedType& type, const TypeName& name, TypeNameUse use,
+                   const TypePlace& place) {
+  if (name.arguments.empty()) return TextType(type.kind, use == TypeNameUse::kCast ? 30 : 1);
+  const int length = name.arguments[0];
+  if (length == SqlType::kMax && MayBeMax(type.kind)) return TextType(type.kind, SqlType::kMax);
+  if (length <= 0) Raise(1001, place.line, length);
+  if (length > (IsWide(type.kind) ? 4000 : 8000)) RaiseTooLong(type, length, use, place);
+  return TextType(type.kind, length);
+}
+
+SqlType WithPrecision(const TypeName& name, const TypePlace& place) {
+  constexpr int kDefaultPrecision = 18;
+  const int precision = name.arguments.empty() ? kDefaultPrecision : name.arguments[0];
+  const int scale = name.arguments.size() < 2 ? 0 : name.arguments[1];
+  if (precision <= 0) Raise(1001, place.line, precision);
+  if (precision > kMaxPrecision) Raise(2750, place.ordinal, precision, kMaxPrecision);
+  if (scale < 0 || scale > precision) Raise(192);
+  return DecimalType(precision, scale);
+}
+
+SqlType FloatOf(const TypeName& name, const TypePlace& place) {
+  constexpr int kMostOfReal = 24;
+  constexpr int kMostOfFloat = 53;
+  if (name.arguments.empty()) return Type(TypeKind::kFloat);
+  const int bits = name.arguments[0];
+  if (bits <= 0) Raise(1001, place.line, bits);
+  if (bits > kMostOfFloat) Raise(2750, place.ordinal, bits, kMostOfFloat);
+  return Type(bits <= kMostOfReal ? TypeKind::kReal : TypeKind::kFloat);
+}
+
+}  // namespace
+
+SqlType ResolveTypeName(const TypeName& name, TypeNameUse use, const TypePlace& place) {
+  const NamedType& type = FindType(name, use, place);
+  const size_t most = type.arguments == Arguments::kNone        ? 0
+                      : type.arguments == Arguments::kPrecision ? 2
+                                                                : 1;
+  if (name.arguments.size() > most) {
+    if (use == TypeNameUse::kCast) Raise(291, type.name);
+    Raise(2716, place.ordinal, type.name);
+  }
+  switch (type.arguments) {
+    case Arguments::kLength:
+      return WithLength(type, name, use, place);
+    case Arguments::kPrecision:
+      return WithPrecision(name, place);
+    case Arguments::kFloat:
+      return FloatOf(name, place);
+    case Arguments::kNone:
+      break;
+  }
+  return TextType(type.kind, type.length);
+}
+
+std::string_view KindText(TypeKind kind) {
+  switch (kind) {
+    case TypeKind::kNull:
+      return "NULL";
+    case TypeKind::kBinary:
+      return "binary";
+    case TypeKind::kVarBinary:
+      return "varbinary";
+    case TypeKind::kChar:
+      return "char";
+    case TypeKind::kVarChar:
+      return "varchar";
+    case TypeKind::kNChar:
+      return "nchar";
+    case TypeKind::kNVarChar:
+      return "nvarchar";
+    case TypeKind::kUniqueIdentifier:
+      return "uniqueidentifier";
+    case TypeKind::kBit:
+      return "bit";
+    case TypeKind::kTinyInt:
+      return "tinyint";
+    case TypeKind::kSmallInt:
+      return "smallint";
+    case TypeKind::kInt:
+      return "int";
+    case TypeKind::kBigInt:
+      return "bigint";
+    case TypeKind::kSmallMoney:
+      return "smallmoney";
+    case TypeKind::kMoney:
+      return "money";
+    case TypeKind::kDecimal:
+      return "numeric";
+    case TypeKind::kReal:
+      return "real";
+    case TypeKind::kFloat:
+      return "float";
+    case TypeKind::kDate:
+      return "date";
+    case TypeKind::kSmallDateTime:
+      return "smalldatetime";
+    case TypeKind::kDateTime:
+      return "datetime";
+  }
+  return "";
+}
+
+std::string TypeText(const SqlType& type) {
+  if (type.kind == TypeKind::kDecimal) {
+    return "decimal(" + std::to_string(type.precision) + "," + std::to_string(type.scale) + ")";
+  }
+  std::string text(KindText(type.kind));
+  if (!IsText(type.kind) && !IsBinary(type.kind)) return text;
+  return text + "(" + (type.length == SqlType::kMax ? "max" : std::to_string(type.length)) + ")";
+}
+
+}  // namespace tavcc::sql

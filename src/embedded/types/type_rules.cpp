@@ -1,0 +1,436 @@
+// Which types meet how: precedence, arithmetic, literals, conversions that nobody wrote.
+#include "embedded/types/type_rules.h"
+
+#include <algorithm>
+
+#include "embedded/error.h"
+#include "embedded/types/cell.h"
+#include "embedded/types/number_text.h"
+#include "embedded/types/text_units.h"
+
+namespace tavcc::sql {
+namespace {
+
+constexpr int kMaxPrecision = 38;
+
+constexpr int MaxLength(TypeKind kind) {
+  return IsNationalText(kind) ? 4000 : 8000;
+}
+
+int LongerLength(int a, int b) {
+  if (a == SqlType::kMax || b == SqlType::kMax) return SqlType::kMax;
+  return std::max(a, b);
+}
+
+bool IsVariable(TypeKind kind) {
+  return kind == TypeKind::kVarChar || kind == TypeKind::kNVarChar || kind == TypeKind::kVarBinary;
+}
+
+TypeKind CommonTextKind(TypeKind a, TypeKind b) {
+  const bool national = IsNationalText(a) || IsNationalText(b);
+  const bool variable = IsVariable(a) || IsVariable(b);
+  if (national) return variable ? TypeKind::kNVarChar : TypeKind::kNChar;
+  return variable ? TypeKind::kVarChar : TypeKind::kChar;
+}
+
+bool IsExact(TypeKind kind) {
+  return IsInteger(kind) || IsScaled(kind);
+}
+
+// The rule of + and - and of values side by side: the digits before the point come first.
+SqlType KeepWholeDigits(int precision, int scale, int whole_digits) {
+  if (precision <= kMaxPrecision) return DecimalType(std::max(precision, 1), scale);
+  return DecimalType(kMaxPrecision, std::max(0, std::min(scale, kMaxPrecision - whole_digits)));
+}
+
+// The rule of * and /: the scale gives way, but not below 6.
+SqlType KeepSixDecimals(int precision, int scale) {
+  constexpr int kLeastScale = 6;
+  if (precision <= kMaxPrecision) return DecimalType(std::max(precision, 1), scale);
+  const int whole_digits = precision - scale;
+  if (whole_digits < kMaxPrecision - kLeastScale) {
+    return DecimalType(kMaxPrecision, std::min(scale, kMaxPrecision - whole_digits));
+  }
+  return DecimalType(kMaxPrecision, std::min(scale, kLeastScale));
+}
+
+SqlType CommonDecimal(const SqlType& a, const SqlType& b) {
+  const int scale = std::max(a.scale, b.scale);
+  const int whole = std::max(a.precision - a.scale, b.precision - b.scale);
+  return KeepWholeDigits(scale + whole, scale, whole);
+}
+
+[[noreturn]] void RaiseClash(const SqlType& a, const SqlType& b) {
+  Raise(206, KindText(a.kind), KindText(b.kind));
+}
+
+// ---- Convertibility -----------------------------------------------------------------------------
+
+Convertibility FromTextOrBinary(const SqlType& from, const SqlType& to) {
+  if (IsText(from.kind)) {
+    return IsBinary(to.kind) ? Convertibility::kExplicitOnly : Convertibility::kImplicit;
+  }
+  return IsApproximate(to.kind) ? Convertibility::kNever : Convertibility::kImplicit;
+}
+
+Convertibility FromNumber(const SqlType& from, const SqlType& to) {
+  if (to.kind == TypeKind::kDate || to.kind == TypeKind::kUniqueIdentifier) {
+    return Convertibility::kNever;
+  }
+  (void)from;
+  return Convertibility::kImplicit;
+}
+
+Convertibility FromDate(const SqlType& from, const SqlType& to) {
+  if (IsText(to.kind) || IsDate(to.kind)) return Convertibility::kImplicit;
+  if (to.kind == TypeKind::kUniqueIdentifier) return Convertibility::kNever;
+  if (from.kind == TypeKind::kDate && !IsBinary(to.kind)) return Convertibility::kNever;
+  return Convertibility::kExplicitOnly;
+}
+
+// ---- Arithmetic ---------------------------------------------------------------------------------
+
+std::string_view OperatorName(BinaryOperator op) {
+  switch (op) {
+    case BinaryOperator::kAdd:
+      return "add";
+    case BinaryOperator::kSubtract:
+      return "subtract";
+    case BinaryOperator::kMultiply:
+      return "multiply";
+    case BinaryOperator::kDivide:
+      return "divide";
+    case BinaryOperator::kModulo:
+      return "modulo";
+    case BinaryOperator::kBitAnd:
+      return "'&'";
+    case BinaryOperator::kBitOr:
+      return "'|'";
+    case BinaryOperator::kBitXor:
+      return "'^'";
+  }
+  return "";
+}
+
+bool IsBitwise(BinaryOperator op) {
+  return op >= BinaryOperator::kBitAnd;
+}
+
+[[noreturn]] void RaiseIncompatible(const SqlType& a, const SqlType& b, BinaryOperator op) {
+  Raise(402, KindText(a.kind), KindText(b.kind), OperatorName(op));
+}
+[[noreturn]] void RaiseInvalid(const SqlType& type, BinaryOperator op) {
+  Raise(8117, KindText(type.kind), OperatorName(op));
+}
+
+using Way = ArithmeticResult::Way;
+
+ArithmeticResult Concatenate(const SqlType& a, const SqlType& b) {
+  const TypeKind kind = CommonTextKind(a.kind, b.kind);
+  const int limit = MaxLength(kind);
+  const bool max = a.length == SqlType::kMax || b.length == SqlType::kMax;
+  const int length = max ? SqlType::kMax : std::min(a.length + b.length, limit);
+  return {Way::kText, TextType(kind, length), a, b};
+}
+
+ArithmeticResult OnDates(BinaryOperator op, const SqlType& a, const SqlType& b) {
+  const SqlType common = CommonType(a, b);
+  if (common.kind == TypeKind::kDate) RaiseInvalid(common, op);
+  // An old date and a new one have no sum, though they compare.
+  if (a.kind == TypeKind::kDate || b.kind == TypeKind::kDate) RaiseIncompatible(a, b, op);
+  if (op != BinaryOperator::kAdd && op != BinaryOperator::kSubtract) RaiseInvalid(common, op);
+  return {Way::kDateTime, common, common, common};
+}
+
+ArithmeticResult OnMoney(const SqlType& a, const SqlType& b) {
+  const bool small = std::max(a.kind, b.kind) == TypeKind::kSmallMoney;
+  return {Way::kDecimal, Type(small ? TypeKind::kSmallMoney : TypeKind::kMoney), a, b};
+}
+
+SqlType DecimalResult(BinaryOperator op, const SqlType& a, const SqlType& b) {
+  switch (op) {
+    case BinaryOperator::kMultiply:
+      return DecimalProduct(a, b);
+    case BinaryOperator::kDivide:
+      return DecimalQuotient(a, b);
+    case BinaryOperator::kModulo:
+      return DecimalRemainder(a, b);
+    default:
+      return DecimalSum(a, b);
+  }
+}
+
+ArithmeticResult OnNumbers(BinaryOperator op, const SqlType& a, const SqlType& b,
+                           const int64_t* a_constant, const int64_t* b_constant) {
+  const TypeKind higher = std::max(a.kind, b.kind);
+  if (IsBitwise(op)) {
+    if (!IsInteger(higher)) RaiseIncompatible(a, b, op);
+    return {Way::kBitwise, Type(higher), a, b};
+  }
+  if (IsApproximate(higher)) {
+    if (op == BinaryOperator::kModulo) RaiseIncompatible(a, b, op);
+    return {Way::kFloat, Type(higher), Type(higher), Type(higher)};
+  }
+  if (higher == TypeKind::kBit) RaiseIncompatible(a, b, op);
+  if (IsInteger(higher)) return {Way::kInteger, Type(higher), a, b};
+  if (IsMoney(higher)) return OnMoney(a, b);
+  const SqlType left = a_constant != nullptr ? ConstantAsDecimal(*a_constant) : AsDecimal(a);
+  const SqlType right = b_constant != nullptr ? ConstantAsDecimal(*b_constant) : AsDecimal(b);
+  return {Way::kDecimal, DecimalResult(op, left, right), a, b};
+}
+
+SqlType NumberLiteral(std::string_view text, int64_t* value, Wide* coefficient) {
+  int scale = 0;
+  if (ReadDecimal(text, coefficient, &scale) != NumberReading::kOk) Raise(1007, "number", text);
+  // Trailing zeros count: 1.50 has two decimals.
+  const size_t point = text.find('.');
+  scale = point == std::string_view::npos ? 0 : static_cast<int>(text.size() - point - 1);
+  const int digits = coefficient->IsZero() ? 1 : static_cast<int>(coefficient->Digits().size());
+  const int precision = std::max(digits, std::max(scale, 1));
+  if (precision > kMaxPrecision) Raise(1007, "number", text);
+  *value = coefficient->ToInt64().value_or(0);
+  return DecimalType(precision, scale);
+}
+
+TypedValue BinaryLiteral(std::string_view digits) {
+  std::string bytes;
+  const auto value = [](char c) { return c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10; };
+  const size_t odd = digits.size() % 2;
+  for (size_t i = 0; i < digits.size() + odd; i += 2) {
+    const int high = i == 0 && odd != 0 ? 0 : value(digits[i - odd]);
+    bytes.push_back(static_cast<char>(high << 4 | value(digits[i + 1 - odd])));
+  }
+  const int length = std::max(1, static_cast<int>(bytes.size()));
+  return {TextType(TypeKind::kVarBinary, length > 8000 ? SqlType::kMax : length), Blob{bytes}};
+}
+
+}  // namespace
+
+// ---- Groups -------------------------------------------------------------------------------------
+
+bool AlwaysStoredAsInteger(const SqlType& type) {
+  constexpr int kMostIn64Bits = 18;
+  if (type.kind == TypeKind::kDecimal) return type.precision <= kMostIn64Bits;
+  return IsInteger(type.kind) || IsMoney(type.kind) || IsDate(type.kind);
+}
+
+SqlType AsDecimal(const SqlType& type) {
+  switch (type.kind) {
+    case TypeKind::kBit:
+      return DecimalType(1, 0);
+    case TypeKind::kTinyInt:
+      return DecimalType(3, 0);
+    case TypeKind::kSmallInt:
+      return DecimalType(5, 0);
+    case TypeKind::kInt:
+      return DecimalType(10, 0);
+    case TypeKind::kBigInt:
+      return DecimalType(19, 0);
+    case TypeKind::kSmallMoney:
+      return DecimalType(10, 4);
+    case TypeKind::kMoney:
+      return DecimalType(19, 4);
+    default:
+      return type;
+  }
+}
+
+int StoredScale(const SqlType& type) {
+  constexpr int kMoneyScale = 4;
+  if (type.kind == TypeKind::kDecimal) return type.scale;
+  return IsMoney(type.kind) ? kMoneyScale : 0;
+}
+
+// ---- Literals -----------------------------------------------------------------------------------
+
+TypedValue EvaluateLiteral(LiteralExpression::Form form, std::string_view text) {
+  using Form = LiteralExpression::Form;
+  switch (form) {
+    case Form::kNull:
+      return {};
+    case Form::kInteger:
+    case Form::kDecimal: {
+      constexpr int64_t kLargestInt = 2147483647;
+      int64_t value = 0;
+      Wide coefficient;
+      const SqlType type = NumberLiteral(text, &value, &coefficient);
+      const bool fits = coefficient.ToInt64() && value <= kLargestInt;
+      if (form == Form::kInteger && fits) return {Type(TypeKind::kInt), value};
+      Scratch scratch;
+      return {type, ToStored(StoreCoefficient(coefficient, &scratch))};
+    }
+    case Form::kFloat: {
+      double value = 0;
+      if (ReadFloat(text, &value) != NumberReading::kOk) Raise(168, text, 8);
+      return {Type(TypeKind::kFloat), value};
+    }
+    case Form::kText:
+    case Form::kNationalText: {
+      const TypeKind kind = form == Form::kText ? TypeKind::kVarChar : TypeKind::kNVarChar;
+      const int units = std::max(1, static_cast<int>(CountUnits(text)));
+      const int length = units > MaxLength(kind) ? SqlType::kMax : units;
+      return {TextType(kind, length), std::string(text)};
+    }
+    case Form::kBinary:
+      return BinaryLiteral(text);
+  }
+  return {};
+}
+
+SqlType ConstantAsDecimal(int64_t value) {
+  const Wide wide = Wide::FromInt64(value);
+  return DecimalType(static_cast<int>(wide.Digits().size()), 0);
+}
+
+// ---- Conversions that nobody wrote --------------------------------------------------------------
+
+Convertibility HowConvertible(const SqlType& from, const SqlType& to) {
+  if (from.kind == to.kind || from.kind == TypeKind::kNull) return Convertibility::kImplicit;
+  if (IsText(from.kind) || IsBinary(from.kind)) return FromTextOrBinary(from, to);
+  if (IsNumeric(from.kind)) return FromNumber(from, to);
+  if (IsDate(from.kind)) return FromDate(from, to);
+  // uniqueidentifier
+  if (IsText(to.kind) || IsBinary(to.kind)) return Convertibility::kImplicit;
+  return Convertibility::kNever;
+}
+
+void CheckImplicit(const SqlType& from, const SqlType& to) {
+  switch (HowConvertible(from, to)) {
+    case Convertibility::kImplicit:
+      return;
+    case Convertibility::kExplicitOnly:
+      Raise(257, KindText(from.kind), KindText(to.kind));
+    case Convertibility::kNever:
+      RaiseClash(from, to);
+  }
+}
+
+void CheckExplicit(const SqlType& from, const SqlType& to) {
+  if (HowConvertible(from, to) == Convertibility::kNever) {
+    Raise(529, KindText(from.kind), KindText(to.kind));
+  }
+}
+
+// ---- Types that meet ----------------------------------------------------------------------------
+
+SqlType CommonType(const SqlType& a, const SqlType& b) {
+  if (a == b || b.kind == TypeKind::kNull) return a;
+  if (a.kind == TypeKind::kNull) return b;
+  if (IsText(a.kind) && IsText(b.kind)) {
+    const TypeKind kind = CommonTextKind(a.kind, b.kind);
+    const int length = LongerLength(a.length, b.length);
+    return TextType(kind, length > MaxLength(kind) ? SqlType::kMax : length);
+  }
+  if (IsBinary(a.kind) && IsBinary(b.kind)) {
+    return TextType(std::max(a.kind, b.kind), LongerLength(a.length, b.length));
+  }
+  const bool decimal = std::max(a.kind, b.kind) == TypeKind::kDecimal;
+  if (decimal && IsExact(a.kind) && IsExact(b.kind))
+    return CommonDecimal(AsDecimal(a), AsDecimal(b));
+  const SqlType& higher = a.kind >= b.kind ? a : b;
+  const SqlType& lower = a.kind >= b.kind ? b : a;
+  if (HowConvertible(lower, higher) == Convertibility::kNever) RaiseClash(a, b);
+  return higher;
+}
+
+ArithmeticResult ResolveArithmetic(BinaryOperator op, const SqlType& a, const SqlType& b,
+                                   const int64_t* a_constant, const int64_t* b_constant) {
+  // A bare NULL counts as an int beside another NULL, else as the other operand.
+  if (a.kind == TypeKind::kNull && b.kind == TypeKind::kNull) {
+    return ResolveArithmetic(op, Type(TypeKind::kInt), Type(TypeKind::kInt));
+  }
+  if (a.kind == TypeKind::kNull) return ResolveArithmetic(op, b, b, nullptr, b_constant);
+  if (b.kind == TypeKind::kNull) return ResolveArithmetic(op, a, a, a_constant, nullptr);
+  for (const SqlType* type : {&a, &b}) {
+    if (type->kind == TypeKind::kUniqueIdentifier) RaiseIncompatible(a, b, op);
+  }
+  const bool texts = IsText(a.kind) && IsText(b.kind);
+  if (texts && op == BinaryOperator::kAdd) return Concatenate(a, b);
+  if (texts) {
+    if (op == BinaryOperator::kModulo || IsBitwise(op)) RaiseIncompatible(a, b, op);
+    RaiseInvalid(a, op);
+  }
+  if (IsDate(a.kind) || IsDate(b.kind)) {
+    if (IsBitwise(op) || op == BinaryOperator::kModulo) RaiseIncompatible(a, b, op);
+    return OnDates(op, a, b);
+  }
+  if (IsBinary(a.kind) && IsBinary(b.kind)) RaiseUnsupported("arithmetic on binary values");
+  // A text or binary beside a number becomes a number of its type.
+  if (!IsNumeric(a.kind) || !IsNumeric(b.kind)) {
+    const SqlType& number = IsNumeric(a.kind) ? a : b;
+    if (!IsNumeric(number.kind)) RaiseUnsupported("arithmetic on binary values");
+    ArithmeticResult result = OnNumbers(op, number, number, nullptr, nullptr);
+    if (result.way == Way::kDecimal || result.way == Way::kInteger || result.way == Way::kBitwise) {
+      result.left = result.right = number;
+    }
+    return result;
+  }
+  return OnNumbers(op, a, b, a_constant, b_constant);
+}
+
+SqlType ResolveUnary(UnaryExpression::Operator op, const SqlType& operand) {
+  using Operator = UnaryExpression::Operator;
+  if (op == Operator::kPlus) return operand;
+  if (op == Operator::kBitNot) {
+    if (operand.kind == TypeKind::kNull) return Type(TypeKind::kInt);
+    if (!IsInteger(operand.kind)) Raise(8117, KindText(operand.kind), "'~'");
+    return operand;
+  }
+  if (operand.kind == TypeKind::kNull) return Type(TypeKind::kInt);
+  if (operand.kind == TypeKind::kTinyInt) return Type(TypeKind::kSmallInt);
+  if (!IsNumeric(operand.kind) || operand.kind == TypeKind::kBit) {
+    Raise(8117, KindText(operand.kind), "minus");
+  }
+  return operand;
+}
+
+SqlType DecimalSum(const SqlType& a, const SqlType& b) {
+  const int scale = std::max(a.scale, b.scale);
+  const int whole = std::max(a.precision - a.scale, b.precision - b.scale);
+  return KeepWholeDigits(scale + whole + 1, scale, whole);
+}
+
+SqlType DecimalProduct(const SqlType& a, const SqlType& b) {
+  return KeepSixDecimals(a.precision + b.precision + 1, a.scale + b.scale);
+}
+
+SqlType DecimalQuotient(const SqlType& a, const SqlType& b) {
+  const int scale = std::max(6, a.scale + b.precision + 1);
+  return KeepSixDecimals(a.precision - a.scale + b.scale + scale, scale);
+}
+
+SqlType DecimalRemainder(const SqlType& a, const SqlType& b) {
+  const int scale = std::max(a.scale, b.scale);
+  const int whole = std::min(a.precision - a.scale, b.precision - b.scale);
+  return KeepWholeDigits(scale + whole, scale, whole);
+}
+
+// ---- Functions ----------------------------------------------------------------------------------
+
+SqlType ResolveAggregate(Aggregate aggregate, const SqlType& operand) {
+  if (aggregate == Aggregate::kCount) return Type(TypeKind::kInt);
+  constexpr std::string_view kNames[] = {"sum", "avg", "min", "max"};
+  const std::string_view name = kNames[static_cast<size_t>(aggregate)];
+  const bool ordered = aggregate == Aggregate::kMin || aggregate == Aggregate::kMax;
+  const bool allowed = ordered ? operand.kind != TypeKind::kNull && operand.kind != TypeKind::kBit
+                               : IsNumeric(operand.kind) && operand.kind != TypeKind::kBit;
+  if (!allowed) Raise(8117, KindText(operand.kind), name);
+  if (ordered) return operand;
+  constexpr int kLeastScaleOfAverage = 6;
+  switch (operand.kind) {
+    case TypeKind::kTinyInt:
+    case TypeKind::kSmallInt:
+      return Type(TypeKind::kInt);
+    case TypeKind::kSmallMoney:
+      return Type(TypeKind::kMoney);
+    case TypeKind::kReal:
+      return Type(TypeKind::kFloat);
+    case TypeKind::kDecimal:
+      if (aggregate == Aggregate::kSum) return DecimalType(kMaxPrecision, operand.scale);
+      return DecimalType(kMaxPrecision, std::max(operand.scale, kLeastScaleOfAverage));
+    default:
+      return operand;
+  }
+}
+
+}  // namespace tavcc::sql
