@@ -5,7 +5,7 @@
 
 #include "foundation/plug_in.h"
 #include "host/schema.h"
-#include "scenario/erp.h"
+#include "host/erp.h"
 #include "scenario/start_state.h"
 
 namespace tavcc {

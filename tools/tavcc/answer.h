@@ -8,7 +8,7 @@
 
 #include "registry/class_registry.h"
 #include "scenario/embedded_roads.h"
-#include "scenario/erp.h"
+#include "host/erp.h"
 #include "tavcc/command.h"
 
 namespace tavcc {

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "scenario/erp.h"
+#include "host/erp.h"
 #include "tavcc/command.h"
 
 namespace tavcc {

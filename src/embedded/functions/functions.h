@@ -76,12 +76,16 @@
 //   t_charindex(what, s)  t_charindex(what, s, start)  t_patindex(pattern, s)
 //   t_stuff(s, start, length, with)         NULL when start or length is outside the text; `with`
 //                                           NULL counts as empty
-//   t_replicate(s, n)  t_space(n)           NULL for a negative n
+//   t_replicate(s, n)  t_replicate(s, n, limit)  t_space(n)   NULL for a negative n; cut to `limit`
+//                                           units (8000; -1 for (max) types)
 //   t_char(n)  t_nchar(n)                   NULL outside 0 to 255 / 0 to 65535
 //   t_ascii(s)  t_unicode(s)                NULL of the empty text
-//   t_str(x, length, decimals)              of a float; right-aligned; '***' when it does not fit
+//   t_str(x)  t_str(x, length)  t_str(x, length, decimals)   of a float; right-aligned; '***' when it
+//                                           does not fit
 //   t_isnumeric(s)  t_isdate(s)             of text; 0 for NULL
 //   t_like(s, pattern)  t_like(s, pattern, escape)   1 or 0; 506 when escape is not one character
+//   t_like_char(…)                          as t_like where neither side is nchar or nvarchar: blanks
+//                                           at the end of s (not of the pattern) need no match
 //   t_concat(a, b, length)                  || cut to `length` units; plain || where the operands
 //                                           cannot exceed it
 //   COLLATE tsql                            of every text comparison and text column

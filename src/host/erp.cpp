@@ -1,4 +1,4 @@
-#include "scenario/erp.h"
+#include "host/erp.h"
 
 #include "foundation/host_services.h"
 

@@ -1,0 +1,124 @@
+// Floating point arithmetic, which the server checks where the processor does not.
+#include <array>
+#include <cmath>
+#include <limits>
+
+#include "embedded/functions/support.h"
+
+namespace tavcc::sql::internal {
+namespace {
+
+template <TypeKind kind>
+void Give(Context context, double value) {
+  constexpr bool kReal = kind == TypeKind::kReal;
+  constexpr double kLimit =
+      kReal ? double{std::numeric_limits<float>::max()} : std::numeric_limits<double>::max();
+  if (!(std::fabs(value) <= kLimit)) return FailOverflow(context, kind);
+  sqlite3_result_double(context, kReal ? static_cast<double>(static_cast<float>(value)) : value);
+}
+
+template <TypeKind kind>
+void Add(Context context, int, Arguments arguments) {
+  Give<kind>(context, sqlite3_value_double(arguments[0]) + sqlite3_value_double(arguments[1]));
+}
+
+template <TypeKind kind>
+void Subtract(Context context, int, Arguments arguments) {
+  Give<kind>(context, sqlite3_value_double(arguments[0]) - sqlite3_value_double(arguments[1]));
+}
+
+template <TypeKind kind>
+void Multiply(Context context, int, Arguments arguments) {
+  Give<kind>(context, sqlite3_value_double(arguments[0]) * sqlite3_value_double(arguments[1]));
+}
+
+template <TypeKind kind>
+void Divide(Context context, int, Arguments arguments) {
+  const double divisor = sqlite3_value_double(arguments[1]);
+  if (divisor == 0) return Fail(context, 8134);
+  Give<kind>(context, sqlite3_value_double(arguments[0]) / divisor);
+}
+
+void Round(Context context, int, Arguments arguments) {
+  const double value = sqlite3_value_double(arguments[0]);
+  const int digits = sqlite3_value_int(arguments[1]);
+  const bool cut = sqlite3_value_int(arguments[2]) != 0;
+  // Beyond these a double has no digit left to drop, or none left to keep.
+  constexpr int kMostDigits = 308;
+  if (digits > kMostDigits) return sqlite3_result_double(context, value);
+  if (digits < -kMostDigits) return sqlite3_result_double(context, 0);
+  const double unit = std::pow(10.0, std::abs(digits));
+  const double scaled = digits >= 0 ? value * unit : value / unit;
+  if (std::isinf(scaled)) return sqlite3_result_double(context, value);
+  const double whole = cut ? std::trunc(scaled) : std::round(scaled);
+  Give<TypeKind::kFloat>(context, digits >= 0 ? whole / unit : whole * unit);
+}
+
+void Sign(Context context, int, Arguments arguments) {
+  const double value = sqlite3_value_double(arguments[0]);
+  sqlite3_result_double(context, value > 0 ? 1 : value < 0 ? -1 : 0);
+}
+
+using Formula = double (*)(double);
+
+// A function of one argument; 3623 where it is undefined.
+template <Formula formula>
+void Apply(Context context, int, Arguments arguments) {
+  const double result = formula(sqlite3_value_double(arguments[0]));
+  if (std::isnan(result)) return Fail(context, 3623);
+  Give<TypeKind::kFloat>(context, result);
+}
+
+constexpr double kUndefined = std::numeric_limits<double>::quiet_NaN();
+double SquareRoot(double x) {
+  return std::sqrt(x);
+}
+double Exponential(double x) {
+  return std::exp(x);
+}
+double Logarithm(double x) {
+  return x > 0 ? std::log(x) : kUndefined;
+}
+double DecimalLogarithm(double x) {
+  return x > 0 ? std::log10(x) : kUndefined;
+}
+double Ceiling(double x) {
+  return std::ceil(x);
+}
+double Floor(double x) {
+  return std::floor(x);
+}
+
+void Power(Context context, int, Arguments arguments) {
+  const double base = sqlite3_value_double(arguments[0]);
+  const double exponent = sqlite3_value_double(arguments[1]);
+  if (base == 0 && exponent < 0) return Fail(context, 8134);
+  const double result = std::pow(base, exponent);
+  if (std::isnan(result)) return Fail(context, 3623);
+  Give<TypeKind::kFloat>(context, result);
+}
+
+constexpr auto kFloat = TypeKind::kFloat;
+constexpr auto kReal = TypeKind::kReal;
+
+// clang-format off
+constexpr auto kFunctions = std::to_array<ScalarEntry>({
+    {"t_add_float", 2, Strict<Add<kFloat>>},         {"t_add_real", 2, Strict<Add<kReal>>},
+    {"t_sub_float", 2, Strict<Subtract<kFloat>>},    {"t_sub_real", 2, Strict<Subtract<kReal>>},
+    {"t_mul_float", 2, Strict<Multiply<kFloat>>},    {"t_mul_real", 2, Strict<Multiply<kReal>>},
+    {"t_div_float", 2, Strict<Divide<kFloat>>},      {"t_div_real", 2, Strict<Divide<kReal>>},
+    {"t_round_float", 3, Strict<Round>},             {"t_sign_float", 1, Strict<Sign>},
+    {"t_ceiling_float", 1, Strict<Apply<Ceiling>>},  {"t_floor_float", 1, Strict<Apply<Floor>>},
+    {"t_power_float", 2, Strict<Power>},             {"t_sqrt", 1, Strict<Apply<SquareRoot>>},
+    {"t_exp", 1, Strict<Apply<Exponential>>},        {"t_log", 1, Strict<Apply<Logarithm>>},
+    {"t_log10", 1, Strict<Apply<DecimalLogarithm>>},
+});
+// clang-format on
+
+}  // namespace
+
+std::span<const ScalarEntry> FloatFunctions() {
+  return kFunctions;
+}
+
+}  // namespace tavcc::sql::internal

@@ -1,0 +1,96 @@
+// Registration, results, and the session's clock.
+#include <ctime>
+
+#include "embedded/functions/collation.h"
+#include "embedded/functions/functions.h"
+#include "embedded/functions/support.h"
+#include "embedded/types/type_rules.h"
+
+namespace tavcc::sql {
+namespace internal {
+
+void FailOverflow(Context context, TypeKind kind) {
+  Fail(context, 8115, {"expression", KindText(kind)});
+}
+
+void Return(Context context, const Cell& cell) {
+  switch (cell.kind) {
+    case Cell::Kind::kNull:
+      sqlite3_result_null(context);
+      return;
+    case Cell::Kind::kInteger:
+      sqlite3_result_int64(context, cell.integer);
+      return;
+    case Cell::Kind::kReal:
+      sqlite3_result_double(context, cell.real);
+      return;
+    case Cell::Kind::kText:
+      ReturnText(context, cell.bytes);
+      return;
+    case Cell::Kind::kBlob:
+      sqlite3_result_blob64(context, cell.bytes.data(), cell.bytes.size(), SQLITE_TRANSIENT);
+      return;
+  }
+}
+
+namespace {
+
+void Check(int result) {
+  if (result != SQLITE_OK) RaiseUnsupported(sqlite3_errstr(result));
+}
+
+void RegisterScalars(sqlite3* database, FunctionSession* session,
+                     std::span<const ScalarEntry> entries) {
+  for (const ScalarEntry& entry : entries) {
+    const int flags =
+        SQLITE_UTF8 | SQLITE_INNOCUOUS | (entry.deterministic ? SQLITE_DETERMINISTIC : 0);
+    Check(sqlite3_create_function_v2(database, entry.name, entry.arguments, flags, session,
+                                     entry.function, nullptr, nullptr, nullptr));
+  }
+}
+
+int Collate(void*, int size_a, const void* a, int size_b, const void* b) {
+  return CompareText({static_cast<const char*>(a), static_cast<size_t>(size_a)},
+                     {static_cast<const char*>(b), static_cast<size_t>(size_b)});
+}
+
+}  // namespace
+}  // namespace internal
+
+DateTime FunctionSession::Now() {
+  if (now) return *now;
+  if (clock) {
+    now = clock();
+    return *now;
+  }
+  std::timespec time{};
+  std::timespec_get(&time, TIME_UTC);
+  std::tm local{};
+#ifdef _WIN32
+  localtime_s(&local, &time.tv_sec);
+#else
+  localtime_r(&time.tv_sec, &local);
+#endif
+  now = DateTime::FromParts({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
+                             local.tm_min, std::min(local.tm_sec, 59),
+                             static_cast<int>(time.tv_nsec / 1000000)})
+            .value_or(DateTime());
+  return *now;
+}
+
+void RegisterFunctions(sqlite3* database, FunctionSession* session) {
+  using namespace internal;
+  for (const auto entries :
+       {IntegerFunctions(), FloatFunctions(), DecimalFunctions(), ConversionFunctions(),
+        TextFunctions(), SearchFunctions(), DateFunctions()}) {
+    RegisterScalars(database, session, entries);
+  }
+  for (const AggregateEntry& entry : AggregateFunctions()) {
+    constexpr int kFlags = SQLITE_UTF8 | SQLITE_INNOCUOUS | SQLITE_DETERMINISTIC;
+    Check(sqlite3_create_function_v2(database, entry.name, entry.arguments, kFlags, session,
+                                     nullptr, entry.step, entry.final, nullptr));
+  }
+  Check(sqlite3_create_collation_v2(database, "tsql", SQLITE_UTF8, nullptr, Collate, nullptr));
+}
+
+}  // namespace tavcc::sql
