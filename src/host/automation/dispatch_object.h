@@ -1,0 +1,59 @@
+// An automation object over C++ members: a table of names, and a function behind each.
+//
+// The reference host shows itself to the automation server through such objects. They count
+// themselves, so that a test can see that every reference was given back, and one call of a member
+// can be made to fail, so that it can see what then happens.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "automation/border/platform.h"
+#include "foundation/error.h"
+#include "foundation/value.h"
+
+namespace tavcc::host_automation {
+
+// The arguments of a call in the order in which they were written; for an assignment the value is
+// the last. An omitted one is of kind Missing.
+class Arguments {
+ public:
+  explicit Arguments(std::span<const Value> values) : values_(values) {}
+  size_t size() const { return values_.size(); }
+  // Missing beyond the end.
+  const Value& operator[](size_t index) const;
+  const Value& last() const { return (*this)[values_.size() - 1]; }
+
+ private:
+  std::span<const Value> values_;
+};
+
+using Handler = std::function<Value(const Arguments&)>;
+
+struct Member {
+  std::string_view name;
+  Handler call;             // a method, or reading a property
+  Handler put = nullptr;    // assigning it; null when it cannot be assigned
+  bool is_default = false;  // also answers as the object's default member
+};
+
+// A new object with one reference, which the caller owns. `behind` is what the object stands for:
+// it comes out again where the object comes back (see objects_of_ports.h). Names are compared
+// without regard to letter case.
+IDispatch* NewDispatchObject(std::vector<Member> members, ObjectPtr behind);
+
+// What an object of this module stands for; null for any other object.
+ObjectPtr BehindObject(IDispatch* object);
+
+// Objects alive now, over all threads.
+long LivingDispatchObjects();
+
+// Makes the k-th member call from now on (1 is the next one), on this thread, fail with the error.
+void FailMemberCallAt(int k, AutomationError error);
+// Takes a failure back that no call has met; false when there was none left.
+bool CancelFailure();
+
+}  // namespace tavcc::host_automation
