@@ -1,4 +1,5 @@
 // Registration, results, and the session's clock.
+#include <chrono>
 #include <ctime>
 
 #include "embedded/functions/collation.h"
@@ -63,17 +64,19 @@ DateTime FunctionSession::Now() {
     now = clock();
     return *now;
   }
-  std::timespec time{};
-  std::timespec_get(&time, TIME_UTC);
+  const auto instant = std::chrono::system_clock::now();
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(instant);
+  const auto fraction = instant.time_since_epoch() % std::chrono::seconds(1);
   std::tm local{};
 #ifdef _WIN32
-  localtime_s(&local, &time.tv_sec);
+  localtime_s(&local, &seconds);
 #else
-  localtime_r(&time.tv_sec, &local);
+  localtime_r(&seconds, &local);
 #endif
-  now = DateTime::FromParts({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
-                             local.tm_min, std::min(local.tm_sec, 59),
-                             static_cast<int>(time.tv_nsec / 1000000)})
+  now = DateTime::FromParts(
+            {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min,
+             std::min(local.tm_sec, 59),
+             static_cast<int>(std::chrono::floor<std::chrono::milliseconds>(fraction).count())})
             .value_or(DateTime());
   return *now;
 }
