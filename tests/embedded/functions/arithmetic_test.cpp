@@ -97,11 +97,11 @@ TEST_F(Arithmetic, ProductsRoundToTheReducedScale) {
          {"t_mul_decimal(9000, 10000000000, " + Shape(10, 10, DecimalType(38, 6)) + ")", "1"}});
 }
 
-// Two thirds are 0.666666 on the server: 2.0/3 is decimal(8,6) and cut, not rounded.
+// Two thirds are 0.666666 on the server: 2.0/3 is decimal(7,6) and cut, not rounded.
 TEST_F(Arithmetic, QuotientsAreCut) {
-  Check({{"t_div_decimal(20, 3, " + Shape(1, 0, DecimalType(8, 6)) + ")", "666666"},
-         {"t_div_decimal(-20, 3, " + Shape(1, 0, DecimalType(8, 6)) + ")", "-666666"},
-         {"t_div_decimal(20, 0, " + Shape(1, 0, DecimalType(8, 6)) + ")", kDivideByZero},
+  Check({{"t_div_decimal(20, 3, " + Shape(1, 0, DecimalType(7, 6)) + ")", "666666"},
+         {"t_div_decimal(-20, 3, " + Shape(1, 0, DecimalType(7, 6)) + ")", "-666666"},
+         {"t_div_decimal(20, 0, " + Shape(1, 0, DecimalType(7, 6)) + ")", kDivideByZero},
          {"t_mod_decimal(105, 4, " + Shape(1, 1, DecimalType(3, 1)) + ")", "1"}});
 }
 
