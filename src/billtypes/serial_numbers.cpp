@@ -54,8 +54,8 @@ constexpr Side kSides[] = {
      kSales, kOut, kIssuingColumn},
 };
 
-constexpr std::string_view kDisassembly = "1040006";
-constexpr std::string_view kTransfer = "1040007";
+constexpr std::string_view kDisassemblies = "1040006";
+constexpr std::string_view kTransfers = "1040007";
 constexpr std::string_view kBillsWithComponents = "1040005,1040006";
 
 bool IsIn(std::string_view list, int32_t class_type) {
@@ -85,9 +85,10 @@ std::optional<RowRule> RuleFor(const SavedBill& bill, int32_t class_type) {
         bill.HeadNumber("FBillTypeID") != side.rebate_with_goods) {
       return std::nullopt;
     }
-    const bool into_stock = IsIn(kDisassembly, class_type);  // a disassembly names its stock so
-    return RowRule{DirectionOn(side, bill, class_type),
-                   into_stock ? kReceivingColumn : side.stock_column};
+    // A disassembly's products go out of the stock that they were once brought into.
+    const std::string_view stock_column =
+        IsIn(kDisassemblies, class_type) ? kReceivingColumn : side.stock_column;
+    return RowRule{DirectionOn(side, bill, class_type), stock_column};
   }
   return RowRule{};
 }
@@ -202,12 +203,17 @@ class Upkeep {
     std::string_view aux_prop;
   };
 
+  // A row of a page: its serial numbers as they stand, and what their records have in common.
+  struct Row {
+    std::string serials;
+    Record record;
+  };
+
   void RecordRows(const Columns& columns, Direction direction);
   void RecordTransfer();
+  Row ReadRow(const Vector& page, int row, const Columns& columns, Direction direction) const;
+  int32_t StockOf(const Vector& page, int row, std::string_view column) const;
   Direction ComponentDirection(Direction of_products) const;
-  int32_t RowNumber(const Vector& page, int row, std::string_view column) const {
-    return FieldNumber(bill_.RowField(page, row, column));
-  }
 
   Connection& cn_;
   const SavedBill& bill_;
@@ -220,7 +226,7 @@ void Upkeep::Run() {
   if (!rule) return;
 
   cn_.Execute(Cat("update t_SerialNumList set FCanDeleteFlag = 1 where FBillID=", bill_id_));
-  if (IsIn(kTransfer, class_type_)) {
+  if (IsIn(kTransfers, class_type_)) {
     RecordTransfer();
   } else {
     RecordRows({"Page2", "FSerialNo", "FItemID", rule->stock_column, "FAuxPropID"},
@@ -235,41 +241,21 @@ void Upkeep::Run() {
 
 void Upkeep::RecordRows(const Columns& columns, Direction direction) {
   const VectorPtr page = bill_.Page(columns.page);
-  for (int row = 1; row <= page->Size(); ++row) {
-    const std::string serials = ToText(bill_.RowField(*page, row, columns.serials));
-    const Record record{
-        .bill_id = bill_id_,
-        .class_type = class_type_,
-        .row = row,
-        .item = RowNumber(*page, row, columns.item),
-        .stock = columns.stock.empty() ? 0 : RowNumber(*page, row, columns.stock),
-        .aux_prop = RowNumber(*page, row, columns.aux_prop),
-        .direction = direction,
-        .serial = {},
-        .note = {},
-    };
-    ForEachSerial(serials, record, [&](const Record& r) { Put(cn_, r, LookUp, Update); });
+  for (int i = 1; i <= page->Size(); ++i) {
+    const Row row = ReadRow(*page, i, columns, direction);
+    ForEachSerial(row.serials, row.record,
+                  [&](const Record& record) { Put(cn_, record, LookUp, Update); });
   }
 }
 
 // A transfer takes each serial number out of one stock and brings it into another: two records.
 void Upkeep::RecordTransfer() {
-  const VectorPtr page = bill_.Page("Page2");
-  for (int row = 1; row <= page->Size(); ++row) {
-    const std::string serials = ToText(bill_.RowField(*page, row, "FSerialNo"));
-    Record out{
-        .bill_id = bill_id_,
-        .class_type = class_type_,
-        .row = row,
-        .item = RowNumber(*page, row, "FItemID"),
-        .stock = RowNumber(*page, row, "FSCStockID"),
-        .aux_prop = RowNumber(*page, row, "FAuxPropID"),
-        .direction = kOut,
-        .serial = {},
-        .note = {},
-    };
-    const int32_t destination = RowNumber(*page, row, "FDCStockID");
-    ForEachSerial(serials, out, [&](const Record& source) {
+  const Columns columns{"Page2", "FSerialNo", "FItemID", kIssuingColumn, "FAuxPropID"};
+  const VectorPtr page = bill_.Page(columns.page);
+  for (int i = 1; i <= page->Size(); ++i) {
+    const Row row = ReadRow(*page, i, columns, kOut);
+    const int32_t destination = StockOf(*page, i, kReceivingColumn);
+    ForEachSerial(row.serials, row.record, [&](const Record& source) {
       Put(cn_, source, LookUpAtStock, UpdateAtSource);
       Record into = source;
       into.stock = destination;
@@ -277,6 +263,25 @@ void Upkeep::RecordTransfer() {
       Put(cn_, into, LookUpAtStock, UpdateAtDestination);
     });
   }
+}
+
+Upkeep::Row Upkeep::ReadRow(const Vector& page, int row, const Columns& columns,
+                            Direction direction) const {
+  const auto field = [&](std::string_view column) { return bill_.RowField(page, row, column); };
+  return {.serials = ToText(field(columns.serials)),
+          .record = {.bill_id = bill_id_,
+                     .class_type = class_type_,
+                     .row = row,
+                     .item = FieldNumber(field(columns.item)),
+                     .stock = StockOf(page, row, columns.stock),
+                     .aux_prop = FieldNumber(field(columns.aux_prop)),
+                     .direction = direction,
+                     .serial = {},
+                     .note = {}}};
+}
+
+int32_t Upkeep::StockOf(const Vector& page, int row, std::string_view column) const {
+  return column.empty() ? 0 : FieldNumber(bill_.RowField(page, row, column));
 }
 
 // Components go the way opposite to the products'. A class type that is merely part of one of the
