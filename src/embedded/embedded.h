@@ -4,6 +4,7 @@
 // temporary tables, variables of the moment and transaction.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -20,6 +21,9 @@ struct OpenOptions {
   bool create = true;
   // What GETDATE() answers; the machine's local time when empty.
   std::function<DateTime()> clock;
+  // How many statements one batch may run, so that text that nobody vouches for cannot run for ever;
+  // 0 is no limit.
+  int64_t statement_budget = 0;
 };
 
 class Database {

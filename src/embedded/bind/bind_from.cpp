@@ -1,0 +1,162 @@
+// Binding of FROM clauses: tables, views, derived tables and joins.
+#include <utility>
+
+#include "embedded/bind/binder.h"
+#include "embedded/bind/walk.h"
+#include "embedded/catalog/names.h"
+
+namespace tavcc::sql {
+namespace {
+
+// How deep views may stand in views, as on the server.
+constexpr int kViewNesting = 32;
+
+void MakeNullable(BoundFrom& from) {
+  if (from.source) {
+    for (auto& column : from.source->columns) column.nullable = true;
+  }
+  if (from.left) MakeNullable(*from.left);
+  if (from.right) MakeNullable(*from.right);
+}
+
+BoundFromPtr Single(std::unique_ptr<BoundSource> source) {
+  auto from = std::make_unique<BoundFrom>();
+  from->source = std::move(source);
+  return from;
+}
+
+void NameColumns(BoundSource& source, const std::vector<std::string>& names) {
+  if (!names.empty()) {
+    if (names.size() < source.columns.size()) Raise(8158, source.alias);
+    if (names.size() > source.columns.size()) Raise(8159, source.alias);
+    for (size_t i = 0; i < names.size(); ++i) source.columns[i].name = names[i];
+  }
+  for (size_t i = 0; i < source.columns.size(); ++i) {
+    const std::string& name = source.columns[i].name;
+    if (name.empty()) Raise(8155, static_cast<int64_t>(i) + 1, source.alias);
+    for (size_t j = 0; j < i; ++j) {
+      if (SameName(source.columns[j].name, name)) Raise(8156, name, source.alias);
+    }
+  }
+}
+
+}  // namespace
+
+TablePtr Binder::RequireTable(const ObjectName& name, int number) {
+  TablePtr table = catalog_.FindTable(name);
+  if (!table) {
+    if (name.last().starts_with('@')) Raise(1087, name.last());
+    Raise(number, WrittenName(name));
+  }
+  result_.dependencies.push_back(Dependency{name, table, nullptr});
+  return table;
+}
+
+BoundFromPtr Binder::BindFrom(const std::vector<TableSourcePtr>& sources, const Scope* parent,
+                              Scope& visible) {
+  BoundFromPtr from;
+  for (const auto& source : sources) {
+    auto next = BindSource(*source, parent, visible);
+    if (!from) {
+      from = std::move(next);
+      continue;
+    }
+    auto cross = std::make_unique<BoundFrom>();
+    cross->join = BoundFrom::Join::kCross;
+    cross->left = std::move(from);
+    cross->right = std::move(next);
+    from = std::move(cross);
+  }
+  return from;
+}
+
+BoundFromPtr Binder::BindSource(const TableSource& source, const Scope* parent, Scope& visible) {
+  if (source.kind == TableSource::Kind::kJoin) {
+    return BindJoin(static_cast<const JoinedTable&>(source), parent, visible);
+  }
+  auto from = source.kind == TableSource::Kind::kNamed
+                  ? BindNamed(static_cast<const NamedTable&>(source))
+                  : BindDerived(static_cast<const DerivedTable&>(source), parent);
+  from->source->id = next_source_++;
+  for (const BoundSource* other : visible.sources) {
+    if (SameName(other->alias, from->source->alias)) {
+      Raise(1013, other->alias, from->source->alias);
+    }
+  }
+  visible.sources.push_back(from->source.get());
+  return from;
+}
+
+BoundFromPtr Binder::BindNamed(const NamedTable& named) {
+  const std::string& alias = named.alias.empty() ? named.name.last() : named.alias;
+  if (catalog_.FindTable(named.name)) return BindTable(RequireTable(named.name), alias);
+  const CatalogObjectPtr object = catalog_.Find(named.name);
+  if (!object || !object->view) RequireTable(named.name);
+  result_.dependencies.push_back(Dependency{named.name, nullptr, object});
+  return BindView(*object->view, alias);
+}
+
+BoundFromPtr Binder::BindTable(const TablePtr& table, const std::string& alias) {
+  auto source = std::make_unique<BoundSource>();
+  source->alias = alias;
+  source->table = table;
+  for (const Column& column : table->columns) {
+    source->columns.push_back({column.name, column.type, column.nullable, column.identity});
+  }
+  return Single(std::move(source));
+}
+
+// A view is its text in its place. It sees nothing of the statement: no variables, no outer names.
+BoundFromPtr Binder::BindView(const View& view, const std::string& alias) {
+  if (views_ >= kViewNesting) Raise(217, kViewNesting);
+  ++views_;
+  const auto variables = std::exchange(variables_, {});
+  auto* const aggregates = std::exchange(aggregates_, nullptr);
+  auto source = std::make_unique<BoundSource>();
+  source->alias = alias;
+  source->query = BindQuery(*view.statement->query, nullptr);
+  variables_ = variables;
+  aggregates_ = aggregates;
+  --views_;
+  source->columns = source->query->columns;
+  NameColumns(*source, view.statement->columns);
+  return Single(std::move(source));
+}
+
+BoundFromPtr Binder::BindDerived(const DerivedTable& derived, const Scope* parent) {
+  auto source = std::make_unique<BoundSource>();
+  source->alias = derived.alias;
+  source->query = BindQuery(*derived.query, parent);
+  source->columns = source->query->columns;
+  NameColumns(*source, derived.columns);
+  return Single(std::move(source));
+}
+
+BoundFromPtr Binder::BindJoin(const JoinedTable& join, const Scope* parent, Scope& visible) {
+  const size_t first = visible.sources.size();
+  auto bound = std::make_unique<BoundFrom>();
+  bound->left = BindSource(*join.left, parent, visible);
+  bound->right = BindSource(*join.right, parent, visible);
+  bound->join = join.join == JoinedTable::Join::kCross   ? BoundFrom::Join::kCross
+                : join.join == JoinedTable::Join::kInner ? BoundFrom::Join::kInner
+                : join.join == JoinedTable::Join::kFull  ? BoundFrom::Join::kFull
+                                                         : BoundFrom::Join::kLeft;
+  if (join.on) {
+    Scope both{parent, {visible.sources.begin() + static_cast<ptrdiff_t>(first),
+                        visible.sources.end()}};
+    Aggregates none{147, false, false};
+    auto* const outer = std::exchange(aggregates_, &none);
+    bound->on = Bind(*join.on, both);
+    aggregates_ = outer;
+  }
+  // A right join is a left join with its sides exchanged.
+  if (join.join == JoinedTable::Join::kRight) std::swap(bound->left, bound->right);
+  if (bound->join == BoundFrom::Join::kLeft) MakeNullable(*bound->right);
+  if (bound->join == BoundFrom::Join::kFull) {
+    MakeNullable(*bound->left);
+    MakeNullable(*bound->right);
+  }
+  return bound;
+}
+
+}  // namespace tavcc::sql

@@ -1,0 +1,242 @@
+// Binding of queries: blocks, set operations, grouping and order.
+#include <algorithm>
+#include <utility>
+
+#include "embedded/bind/binder.h"
+#include "embedded/bind/walk.h"
+#include "embedded/catalog/names.h"
+
+namespace tavcc::sql {
+namespace {
+
+std::string ColumnName(const Expression& expression, const BoundExpression& bound) {
+  if (expression.kind != Expression::Kind::kColumn) return {};
+  const auto& column = static_cast<const BoundColumn&>(bound);
+  return column.source->columns[static_cast<size_t>(column.column)].name;
+}
+
+bool IsIdentity(const BoundExpression& expression) {
+  if (expression.kind != BoundExpression::Kind::kColumn) return false;
+  const auto& column = static_cast<const BoundColumn&>(expression);
+  return column.source->columns[static_cast<size_t>(column.column)].identity;
+}
+
+// A column of the result that is a bare NULL is an int.
+SqlType ResultType(const SqlType& type) {
+  return type.kind == TypeKind::kNull ? Type(TypeKind::kInt) : type;
+}
+
+void DescribeColumns(BoundQuery& query) {
+  for (auto& item : query.select->items) {
+    item.expression->type = ResultType(item.expression->type);
+    query.columns.push_back({item.name, item.expression->type, item.expression->nullable,
+                             IsIdentity(*item.expression)});
+  }
+}
+
+}  // namespace
+
+BoundQueryPtr Binder::BindQuery(const Query& query) { return BindQuery(query, nullptr); }
+
+BoundQueryPtr Binder::BindQuery(const Query& query, const Scope* parent) {
+  auto* const outer = std::exchange(aggregates_, nullptr);
+  auto bound = query.block ? BindBlock(query, parent) : BindSetOperation(query, parent);
+  aggregates_ = outer;
+  return bound;
+}
+
+BoundQueryPtr Binder::BindBlock(const Query& query, const Scope* parent) {
+  const SelectBlock& block = *query.block;
+  auto bound = std::make_unique<BoundQuery>();
+  bound->select = std::make_unique<BoundSelect>();
+  BoundSelect& select = *bound->select;
+  Scope scope{parent, {}};
+  Aggregates aggregates;
+  select.from = BindFrom(block.from, parent, scope);
+  select.distinct = block.distinct;
+  select.top = BindTop(block.top);
+  aggregates_ = &aggregates;
+  aggregates.refusal = 147;
+  if (block.where) select.where = Bind(*block.where, scope);
+  aggregates.refusal = 144;
+  for (const auto& key : block.group_by) select.group_by.push_back(Bind(*key, scope));
+  aggregates.refusal = 0;
+  BindItems(block, scope, select);
+  if (block.having) select.having = Bind(*block.having, scope);
+  BindOrder(query, scope, *bound);
+  aggregates_ = nullptr;
+  select.grouped = aggregates.found || !block.group_by.empty() || block.having != nullptr;
+  if (select.grouped) CheckGrouping(select, scope, bound->order_by);
+  DescribeColumns(*bound);
+  return bound;
+}
+
+BoundExpressionPtr Binder::BindTop(const std::optional<TopClause>& top) {
+  if (!top) return nullptr;
+  if (top->percent) RaiseUnsupported("TOP … PERCENT");
+  if (top->with_ties) RaiseUnsupported("TOP … WITH TIES");
+  auto count = BindValue(*top->count);
+  if (!IsInteger(count->type.kind)) Raise(1060);
+  return Convert(std::move(count), Type(TypeKind::kBigInt));
+}
+
+void Binder::BindItems(const SelectBlock& block, const Scope& scope, BoundSelect& select) {
+  size_t assignments = 0;
+  for (const SelectItem& item : block.items) {
+    if (item.form == SelectItem::Form::kStar) {
+      BindStar(item, scope, select);
+      continue;
+    }
+    BoundItem bound;
+    bound.expression = Bind(*item.expression, scope);
+    if (item.form == SelectItem::Form::kAssignment) {
+      ++assignments;
+      bound.variable = FindVariable(item.variable);
+      const SqlType type = variables_[static_cast<size_t>(bound.variable)].type;
+      bound.expression = ConvertImplicitly(std::move(bound.expression), type);
+    } else {
+      bound.name = item.alias.empty() ? ColumnName(*item.expression, *bound.expression) : item.alias;
+    }
+    select.items.push_back(std::move(bound));
+  }
+  if (assignments > 0 && assignments != select.items.size()) Raise(141);
+}
+
+void Binder::BindStar(const SelectItem& item, const Scope& scope, BoundSelect& select) {
+  bool found = false;
+  for (const BoundSource* source : scope.sources) {
+    if (!item.qualifier.parts.empty() && !SameName(item.qualifier.last(), source->alias)) continue;
+    found = true;
+    for (size_t i = 0; i < source->columns.size(); ++i) {
+      select.items.push_back({std::make_unique<BoundColumn>(*source, static_cast<int>(i)),
+                              source->columns[i].name, -1});
+    }
+  }
+  if (found) return;
+  if (item.qualifier.parts.empty()) Raise(263);
+  Raise(107, WrittenName(item.qualifier));
+}
+
+// The item that a whole number in ORDER BY means, from 0; -1 when the expression is no such number.
+int Binder::OrderOrdinal(const Expression& expression, size_t items) {
+  if (expression.kind != Expression::Kind::kLiteral) return -1;
+  const auto& literal = static_cast<const LiteralExpression&>(expression);
+  if (literal.form != LiteralExpression::Form::kInteger) Raise(408, 1);
+  const auto bound = BindLiteral(literal);
+  Use(*bound, LiteralUse::kValue);
+  const StoredValue& value = static_cast<const BoundLiteral&>(*bound).value;
+  const bool whole = value.kind() == StoredValue::Kind::kInteger;
+  if (!whole || value.integer() < 1 || value.integer() > static_cast<int64_t>(items)) {
+    Raise(108, literal.text);
+  }
+  return static_cast<int>(value.integer()) - 1;
+}
+
+void Binder::BindOrder(const Query& query, const Scope& scope, BoundQuery& bound) {
+  BoundSelect& select = *bound.select;
+  for (const OrderItem& item : query.order_by) {
+    BoundOrder order;
+    order.descending = item.descending;
+    order.item = OrderOrdinal(*item.expression, select.items.size());
+    if (order.item < 0 && item.expression->kind == Expression::Kind::kColumn) {
+      const auto& name = static_cast<const ColumnExpression&>(*item.expression).name;
+      for (size_t i = 0; name.parts.size() == 1 && i < select.items.size(); ++i) {
+        if (!SameName(select.items[i].name, name.last())) continue;
+        order.item = static_cast<int>(i);
+        break;
+      }
+    }
+    if (order.item < 0) {
+      order.expression = Bind(*item.expression, scope);
+      const std::string text = Describe(*order.expression);
+      for (size_t i = 0; i < select.items.size(); ++i) {
+        if (Describe(*select.items[i].expression) == text) order.item = static_cast<int>(i);
+      }
+      if (order.item < 0 && select.distinct) Raise(145);
+    }
+    order.type = order.item >= 0 ? select.items[static_cast<size_t>(order.item)].expression->type
+                                 : order.expression->type;
+    if (order.item >= 0) order.expression.reset();
+    bound.order_by.push_back(std::move(order));
+  }
+}
+
+BoundQueryPtr Binder::BindSetOperation(const Query& query, const Scope* parent) {
+  auto bound = std::make_unique<BoundQuery>();
+  bound->set_operator = query.set_operator;
+  bound->left = BindQuery(*query.left, parent);
+  bound->right = BindQuery(*query.right, parent);
+  const auto& left = bound->left->columns;
+  const auto& right = bound->right->columns;
+  if (left.size() != right.size()) Raise(205);
+  std::vector<SqlType> types;
+  for (size_t i = 0; i < left.size(); ++i) {
+    types.push_back(CommonType(left[i].type, right[i].type));
+    bound->columns.push_back(
+        {left[i].name, types[i], left[i].nullable || right[i].nullable, false});
+  }
+  ConvertColumns(*bound->left, types);
+  ConvertColumns(*bound->right, types);
+  BindSetOrder(query, *bound);
+  return bound;
+}
+
+void Binder::BindSetOrder(const Query& query, BoundQuery& bound) {
+  for (const OrderItem& item : query.order_by) {
+    BoundOrder order;
+    order.descending = item.descending;
+    order.item = OrderOrdinal(*item.expression, bound.columns.size());
+    if (order.item < 0 && item.expression->kind == Expression::Kind::kColumn) {
+      const auto& name = static_cast<const ColumnExpression&>(*item.expression).name;
+      for (size_t i = 0; i < bound.columns.size(); ++i) {
+        if (SameName(bound.columns[i].name, name.last())) order.item = static_cast<int>(i);
+      }
+      if (order.item < 0) Raise(207, name.last());
+    }
+    if (order.item < 0) Raise(104);
+    order.type = bound.columns[static_cast<size_t>(order.item)].type;
+    bound.order_by.push_back(std::move(order));
+  }
+}
+
+// In a grouped block every column stands in an aggregate or in one of the grouping expressions.
+void Binder::CheckGrouping(const BoundSelect& select, const Scope& scope,
+                           const std::vector<BoundOrder>& order_by) {
+  std::vector<std::string> keys;
+  for (const auto& key : select.group_by) {
+    keys.push_back(Describe(*key));
+    if (key->kind != BoundExpression::Kind::kColumn) Use(*key, LiteralUse::kValue);
+  }
+  const bool has_keys = !keys.empty();
+  int number = has_keys ? 8120 : 8118;
+  const ExpressionVisitor check = [&](const BoundExpression& expression) {
+    if (expression.kind == BoundExpression::Kind::kAggregate) return;
+    if (expression.kind == BoundExpression::Kind::kColumn) {
+      const auto& column = static_cast<const BoundColumn&>(expression);
+      if (std::ranges::find(scope.sources, column.source) == scope.sources.end()) return;
+    }
+    if (has_keys && std::ranges::find(keys, Describe(expression)) != keys.end()) {
+      if (expression.kind != BoundExpression::Kind::kColumn) Use(expression, LiteralUse::kValue);
+      return;
+    }
+    if (expression.kind == BoundExpression::Kind::kColumn) {
+      const auto& column = static_cast<const BoundColumn&>(expression);
+      Raise(number, column.source->alias,
+            column.source->columns[static_cast<size_t>(column.column)].name);
+    }
+    ForEachChild(expression, check, [&](const BoundQuery& query) {
+      ForEachExpression(query, [&](const BoundExpression& inner) {
+        if (inner.kind == BoundExpression::Kind::kColumn) check(inner);
+      });
+    });
+  };
+  for (const auto& item : select.items) check(*item.expression);
+  number = has_keys ? 8121 : 8119;
+  if (select.having) ForEachChild(*select.having, check, [](const BoundQuery&) {});
+  number = has_keys ? 8127 : 8126;
+  for (const auto& order : order_by) {
+    if (order.expression) check(*order.expression);
+  }
+}
+
+}  // namespace tavcc::sql

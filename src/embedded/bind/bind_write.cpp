@@ -1,0 +1,254 @@
+// Binding of INSERT, UPDATE and DELETE.
+#include <algorithm>
+#include <utility>
+
+#include "embedded/bind/binder.h"
+#include "embedded/bind/walk.h"
+#include "embedded/catalog/names.h"
+
+namespace tavcc::sql {
+namespace {
+
+bool Contains(const std::vector<int>& columns, int column) {
+  return std::ranges::find(columns, column) != columns.end();
+}
+
+const BoundSource* FindTarget(const BoundFrom& from, const ObjectName& target,
+                              const TablePtr& table) {
+  const BoundSource* by_alias = nullptr;
+  const BoundSource* by_table = nullptr;
+  int tables = 0;
+  ForEachSource(from, [&](const BoundSource& source) {
+    if (target.parts.size() == 1 && SameName(source.alias, target.last())) by_alias = &source;
+    if (table && source.table == table) {
+      by_table = &source;
+      ++tables;
+    }
+  });
+  if (by_alias == nullptr && tables > 1) Raise(8154, target.last());
+  return by_alias != nullptr ? by_alias : by_table;
+}
+
+}  // namespace
+
+BoundExpressionPtr Binder::BindDefault(const Column& column) {
+  if (!column.default_value) {
+    return std::make_unique<BoundLiteral>(TypedValue{column.type, StoredValue()}, -1);
+  }
+  ++views_;  // its literals are not the batch's
+  auto value = BindValue(*column.default_value);
+  --views_;
+  return value;
+}
+
+BoundExpressionPtr Binder::Assign(const Table& table, int index, BoundExpressionPtr value) {
+  const Column& column = table.columns[static_cast<size_t>(index)];
+  if (value->type.kind != TypeKind::kNull) CheckImplicit(value->type, column.type);
+  value = Convert(std::move(value), column.type, ConvertMode::kAssign);
+  if (value->kind == BoundExpression::Kind::kConvert) {
+    auto& convert = static_cast<BoundConvert&>(*value);
+    if (!convert.explicitly) {
+      convert.table = table.MessageName();
+      convert.column = column.name;
+    }
+  }
+  return value;
+}
+
+void Binder::BindInsertColumns(const InsertStatement& insert, bool identity_insert,
+                               BoundInsert& bound) {
+  const Table& table = *bound.table;
+  for (const std::string& name : insert.columns) {
+    const int column = table.FindColumn(name);
+    if (column < 0) Raise(207, name);
+    if (Contains(bound.columns, column)) Raise(264, name);
+    if (column == table.identity_column && !identity_insert) Raise(544, table.name);
+    bound.columns.push_back(column);
+  }
+  if (!insert.columns.empty()) return;
+  if (identity_insert && table.identity_column >= 0) Raise(8101, table.name);
+  for (int i = 0; i < static_cast<int>(table.columns.size()); ++i) {
+    if (i != table.identity_column) bound.columns.push_back(i);
+  }
+}
+
+BoundInsert Binder::BindInsert(const InsertStatement& insert, bool identity_insert) {
+  BoundInsert bound;
+  bound.table = RequireTable(insert.table);
+  if (insert.rows.empty() && !insert.query) {
+    AddDefaults(bound);
+    return bound;
+  }
+  BindInsertColumns(insert, identity_insert, bound);
+  bound.explicit_identity = Contains(bound.columns, bound.table->identity_column);
+  if (insert.query) {
+    bound.query = BindQuery(*insert.query);
+    ConvertQueryRows(bound);
+  } else {
+    BindInsertValues(insert, bound);
+  }
+  AddDefaults(bound);
+  return bound;
+}
+
+void Binder::BindInsertValues(const InsertStatement& insert, BoundInsert& bound) {
+  for (const auto& row : insert.rows) {
+    if (row.size() != bound.columns.size()) {
+      if (insert.columns.empty()) Raise(213);
+      Raise(row.size() < bound.columns.size() ? 109 : 110);
+    }
+    auto& values = bound.rows.emplace_back();
+    for (size_t i = 0; i < row.size(); ++i) {
+      const int column = bound.columns[i];
+      auto value = row[i] ? BindValue(*row[i])
+                          : BindDefault(bound.table->columns[static_cast<size_t>(column)]);
+      values.push_back(Assign(*bound.table, column, std::move(value)));
+    }
+  }
+}
+
+// Brings the query's columns to the types of the columns that they fill. Where the query puts rows
+// together by their values (DISTINCT, UNION), that happens before the conversion, not after it.
+void Binder::ConvertQueryRows(BoundInsert& bound) {
+  const auto& columns = bound.query->columns;
+  if (columns.size() != bound.columns.size()) {
+    Raise(columns.size() < bound.columns.size() ? 120 : 121);
+  }
+  if (bound.query->select && bound.query->select->items[0].variable >= 0) Raise(199);
+  const bool direct = bound.query->select && !bound.query->select->distinct &&
+                      bound.query->order_by.empty() && !bound.query->select->top;
+  if (!direct) {
+    auto source = std::make_unique<BoundSource>();
+    source->id = next_source_++;
+    source->columns = columns;
+    source->query = std::move(bound.query);
+    auto outer = std::make_unique<BoundQuery>();
+    outer->select = std::make_unique<BoundSelect>();
+    for (size_t i = 0; i < source->columns.size(); ++i) {
+      outer->select->items.push_back(
+          {std::make_unique<BoundColumn>(*source, static_cast<int>(i)), source->columns[i].name, -1});
+    }
+    outer->columns = source->columns;
+    outer->select->from = std::make_unique<BoundFrom>();
+    outer->select->from->source = std::move(source);
+    bound.query = std::move(outer);
+  }
+  for (size_t i = 0; i < bound.columns.size(); ++i) {
+    auto& expression = bound.query->select->items[i].expression;
+    expression = Assign(*bound.table, bound.columns[i], std::move(expression));
+    bound.query->columns[i].type = expression->type;
+  }
+}
+
+// Columns that the statement leaves out: constants stand in SQLite's own definition, the others are
+// written here.
+void Binder::AddDefaults(BoundInsert& bound) {
+  if (bound.rows.empty() && !bound.query && bound.columns.empty()) bound.rows.emplace_back();
+  for (int i = 0; i < static_cast<int>(bound.table->columns.size()); ++i) {
+    const Column& column = bound.table->columns[static_cast<size_t>(i)];
+    if (Contains(bound.columns, i) || column.identity) continue;
+    const bool needed = column.default_value && !column.constant_default;
+    const bool row_number = i == bound.table->rowid_column;
+    if (!needed && !row_number) continue;
+    bound.columns.push_back(i);
+    for (auto& row : bound.rows) row.push_back(Assign(*bound.table, i, BindDefault(column)));
+    if (!bound.query) continue;
+    bound.query->select->items.push_back(
+        {Assign(*bound.table, i, BindDefault(column)), column.name, -1});
+    bound.query->columns.push_back({column.name, column.type, true, false});
+  }
+}
+
+BoundInsert Binder::BindInsertInto(const TablePtr& table, BoundQueryPtr query) {
+  BoundInsert bound;
+  bound.table = table;
+  bound.query = std::move(query);
+  bound.explicit_identity = table->identity_column >= 0;
+  for (int i = 0; i < static_cast<int>(table->columns.size()); ++i) bound.columns.push_back(i);
+  return bound;
+}
+
+BoundInsert Binder::BindInsertRows(const InsertStatement& insert,
+                                   std::span<const SourceColumn> columns, bool identity_insert) {
+  BoundInsert bound;
+  bound.table = RequireTable(insert.table);
+  BindInsertColumns(insert, identity_insert, bound);
+  if (columns.size() != bound.columns.size()) Raise(213);
+  auto& row = bound.rows.emplace_back();
+  for (size_t i = 0; i < columns.size(); ++i) {
+    auto value = std::make_unique<BoundVariable>(columns[i].type,
+                                                 kRowParameters + static_cast<int>(i), "");
+    row.push_back(Assign(*bound.table, bound.columns[i], std::move(value)));
+  }
+  AddDefaults(bound);
+  return bound;
+}
+
+// Binds FROM and finds the target among its sources. Without FROM, or where FROM does not mention the
+// target, the target is a source of its own.
+template <class StatementType, class Bound>
+Binder::Scope Binder::BindTarget(const StatementType& statement, Bound& bound) {
+  Scope scope;
+  if (!statement.from.empty()) bound.from = BindFrom(statement.from, nullptr, scope);
+  TablePtr table = catalog_.FindTable(statement.target);
+  if (bound.from) bound.target = FindTarget(*bound.from, statement.target, table);
+  if (bound.target == nullptr) {
+    auto own = BindTable(RequireTable(statement.target), statement.target.last());
+    own->source->id = next_source_++;
+    bound.target = own->source.get();
+    scope.sources.push_back(own->source.get());
+    if (bound.from) {
+      auto cross = std::make_unique<BoundFrom>();
+      cross->join = BoundFrom::Join::kCross;
+      cross->left = std::move(own);
+      cross->right = std::move(bound.from);
+      bound.from = std::move(cross);
+    } else {
+      bound.from = std::move(own);
+    }
+  }
+  if (!bound.target->table) {
+    if (const auto object = catalog_.Find(statement.target); object && object->view) {
+      RaiseUnsupported("changing rows through a view");
+    }
+    Raise(4406, statement.target.last());
+  }
+  bound.table = bound.target->table;
+  bound.top = BindTop(statement.top);
+  return scope;
+}
+
+BoundUpdate Binder::BindUpdate(const UpdateStatement& update) {
+  BoundUpdate bound;
+  const Scope scope = BindTarget(update, bound);
+  Aggregates aggregates{157, false, false};
+  aggregates_ = &aggregates;
+  std::vector<int> columns;
+  for (const Assignment& assignment : update.assignments) {
+    if (!assignment.variable.empty()) RaiseUnsupported("SET @variable = … in an UPDATE");
+    const int index = bound.table->FindColumn(assignment.column);
+    if (index < 0) Raise(207, assignment.column);
+    if (Contains(columns, index)) Raise(264, assignment.column);
+    if (index == bound.table->identity_column) Raise(8102, assignment.column);
+    columns.push_back(index);
+    const Column& column = bound.table->columns[static_cast<size_t>(index)];
+    auto value = assignment.value ? Bind(*assignment.value, scope) : BindDefault(column);
+    bound.assignments.push_back({index, Assign(*bound.table, index, std::move(value))});
+  }
+  aggregates.refusal = 147;
+  if (update.where) bound.where = Bind(*update.where, scope);
+  aggregates_ = nullptr;
+  return bound;
+}
+
+BoundDelete Binder::BindDelete(const DeleteStatement& remove) {
+  BoundDelete bound;
+  const Scope scope = BindTarget(remove, bound);
+  Aggregates aggregates{147, false, false};
+  aggregates_ = &aggregates;
+  if (remove.where) bound.where = Bind(*remove.where, scope);
+  aggregates_ = nullptr;
+  return bound;
+}
+
+}  // namespace tavcc::sql

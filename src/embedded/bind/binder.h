@@ -1,0 +1,185 @@
+// The binder: from the parsed tree of a statement to its bound tree.
+//
+// Looks every name up in the catalog, gives every expression its type by the server's rules, writes
+// out each conversion that the statement leaves to the server, and refuses what the server refuses.
+// Errors: SqlError without a line, for the caller to set.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "embedded/bind/bound.h"
+#include "embedded/catalog/catalog.h"
+
+namespace tavcc::sql {
+
+struct VariableInfo {
+  std::string name;  // with its "@"
+  SqlType type;
+};
+
+// A name that was looked up, and what it stood for: a statement bound with it is good as long as the
+// name stands for the same.
+struct Dependency {
+  ObjectName name;
+  TablePtr table;           // or
+  CatalogObjectPtr object;  // a view
+};
+
+// How much of an exchangeable literal the bound tree depends on.
+enum class LiteralUse : uint8_t {
+  kKind,    // the kind of its type, and of a decimal precision and scale
+  kDigits,  // of an int also the number of its digits
+  kType,    // its whole type: also the length of a text
+  kValue,
+};
+
+struct BindResult {
+  std::vector<Dependency> dependencies;
+  std::vector<LiteralUse> uses;  // by slot
+};
+
+class Binder {
+ public:
+  // `literals` are the values of the exchangeable literals, by slot; empty when the tree's own
+  // literals are to be taken for constants.
+  Binder(const Catalog& catalog, std::span<const VariableInfo> variables,
+         std::span<const TypedValue> literals, BindResult& result);
+
+  BoundQueryPtr BindQuery(const Query& query);
+  BoundInsert BindInsert(const InsertStatement& insert, bool identity_insert);
+  // An INSERT of `query`'s rows into all columns of a table that was made from its columns.
+  BoundInsert BindInsertInto(const TablePtr& table, BoundQueryPtr query);
+  // An INSERT whose rows come from elsewhere: parameters of the given types take their place.
+  BoundInsert BindInsertRows(const InsertStatement& insert, std::span<const SourceColumn> columns,
+                             bool identity_insert);
+  BoundUpdate BindUpdate(const UpdateStatement& update);
+  BoundDelete BindDelete(const DeleteStatement& remove);
+  // An expression outside a query, converted to `type` when one is given.
+  BoundExpressionPtr BindValue(const Expression& expression,
+                               const std::optional<SqlType>& type = std::nullopt);
+  BoundConditionPtr BindTest(const Condition& condition);
+  // The table of a statement that is neither a query nor one of the above. Errors: 208, or `number`
+  // where the statement has another one.
+  TablePtr RequireTable(const ObjectName& name, int number = 208);
+  int FindVariable(std::string_view name) const;  // error 137
+
+  static constexpr int kRowParameters = 1'000'000;  // variables from here on are row parameters
+
+ private:
+  struct Scope {
+    const Scope* parent = nullptr;
+    std::vector<const BoundSource*> sources;
+  };
+  // What the block at hand makes of aggregates.
+  struct Aggregates {
+    int refusal = 0;  // the error of an aggregate in this place; 0 where it may stand
+    bool found = false;
+    bool inside = false;  // the operand of an aggregate is being bound
+  };
+
+  // bind_expression.cpp
+  BoundExpressionPtr Bind(const Expression& expression, const Scope& scope);
+  BoundExpressionPtr BindLiteral(const LiteralExpression& literal);
+  BoundExpressionPtr BindColumn(const ColumnExpression& column, const Scope& scope);
+  BoundExpressionPtr BindVariable(const std::string& name);
+  BoundExpressionPtr BindGlobal(const GlobalVariableExpression& global);
+  BoundExpressionPtr BindUnary(const UnaryExpression& unary, const Scope& scope);
+  BoundExpressionPtr BindBinary(const BinaryExpression& binary, const Scope& scope);
+  BoundExpressionPtr BindConvert(const ConvertExpression& convert, const Scope& scope);
+  BoundExpressionPtr BindCase(const CaseExpression& expression, const Scope& scope);
+  BoundExpressionPtr FinishCase(std::vector<BoundCase::When> whens, BoundExpressionPtr otherwise);
+  BoundExpressionPtr BindScalarSubquery(const Query& query, const Scope& scope);
+
+  // bind_function.cpp
+  BoundExpressionPtr BindFunction(const FunctionExpression& function, const Scope& scope);
+  BoundExpressionPtr BindAggregate(const FunctionExpression& function, Aggregate aggregate,
+                                   const Scope& scope);
+  BoundExpressionPtr BindIsNull(const FunctionExpression& function, const Scope& scope);
+  BoundExpressionPtr BindCoalesce(const FunctionExpression& function, const Scope& scope);
+  BoundExpressionPtr BindNullIf(const FunctionExpression& function, const Scope& scope);
+  BoundExpressionPtr BindIif(const FunctionExpression& function, const Scope& scope);
+  BoundExpressionPtr BindCall(const FunctionExpression& function, const FunctionRule& rule,
+                              const Scope& scope);
+  BoundExpressionPtr BindArgument(char letter, const Expression& argument, size_t position,
+                                  const FunctionRule& rule, const Scope& scope);
+
+  // bind_condition.cpp
+  BoundConditionPtr Bind(const Condition& condition, const Scope& scope);
+  BoundConditionPtr Compare(ComparisonOperator op, BoundExpressionPtr left,
+                            BoundExpressionPtr right);
+  BoundConditionPtr BindBetween(const BetweenCondition& between, const Scope& scope);
+  BoundConditionPtr BindInList(const InListCondition& in, const Scope& scope);
+  BoundConditionPtr BindInQuery(const InQueryCondition& in, const Scope& scope);
+  BoundConditionPtr BindLike(const LikeCondition& like, const Scope& scope);
+
+  // bind_from.cpp
+  BoundFromPtr BindFrom(const std::vector<TableSourcePtr>& sources, const Scope* parent,
+                        Scope& visible);
+  BoundFromPtr BindSource(const TableSource& source, const Scope* parent, Scope& visible);
+  BoundFromPtr BindNamed(const NamedTable& named);
+  BoundFromPtr BindTable(const TablePtr& table, const std::string& alias);
+  BoundFromPtr BindView(const View& view, const std::string& alias);
+  BoundFromPtr BindDerived(const DerivedTable& derived, const Scope* parent);
+  BoundFromPtr BindJoin(const JoinedTable& join, const Scope* parent, Scope& visible);
+
+  // bind_query.cpp
+  BoundQueryPtr BindQuery(const Query& query, const Scope* parent);
+  BoundQueryPtr BindBlock(const Query& query, const Scope* parent);
+  BoundQueryPtr BindSetOperation(const Query& query, const Scope* parent);
+  void BindItems(const SelectBlock& block, const Scope& scope, BoundSelect& select);
+  void BindStar(const SelectItem& item, const Scope& scope, BoundSelect& select);
+  void BindOrder(const Query& query, const Scope& scope, BoundQuery& bound);
+  void BindSetOrder(const Query& query, BoundQuery& bound);
+  int OrderOrdinal(const Expression& expression, size_t items);
+  BoundExpressionPtr BindTop(const std::optional<TopClause>& top);
+  void CheckGrouping(const BoundSelect& select, const Scope& scope,
+                     const std::vector<BoundOrder>& order_by);
+
+  // bind_write.cpp
+  void BindInsertColumns(const InsertStatement& insert, bool identity_insert, BoundInsert& bound);
+  void BindInsertValues(const InsertStatement& insert, BoundInsert& bound);
+  void ConvertQueryRows(BoundInsert& bound);
+  void AddDefaults(BoundInsert& bound);
+  BoundExpressionPtr BindDefault(const Column& column);
+  BoundExpressionPtr Assign(const Table& table, int column, BoundExpressionPtr value);
+  template <class Statement, class Bound>
+  Scope BindTarget(const Statement& statement, Bound& bound);
+
+  // bind_convert.cpp
+  // `value` as `to`, a conversion written out where the types differ.
+  BoundExpressionPtr Convert(BoundExpressionPtr value, const SqlType& to,
+                             ConvertMode mode = ConvertMode::kCast);
+  // The same where the statement did not ask for it. Errors: 206, 257.
+  BoundExpressionPtr ConvertImplicitly(BoundExpressionPtr value, const SqlType& to);
+  // Brings the columns of a query to `types`, inside its blocks where that changes nothing else.
+  void ConvertColumns(BoundQuery& query, const std::vector<SqlType>& types);
+  // What of a literal itself, or of all literals inside an expression, the tree depends on.
+  void Use(const BoundExpression& expression, LiteralUse use);
+  void FreeLiteral(const BoundExpression& expression);
+
+  const Catalog& catalog_;
+  std::span<const VariableInfo> variables_;
+  std::span<const TypedValue> literals_;
+  BindResult& result_;
+  Aggregates* aggregates_ = nullptr;
+  int next_source_ = 1;
+  int views_ = 0;  // how deep in views
+};
+
+// The name as the statement wrote it: "dbo.t_Stock".
+std::string WrittenName(const ObjectName& name);
+
+// The tree as text, every type and conversion written out: what tests compare, and how the binder
+// tells whether two expressions are the same.
+std::string Describe(const BoundExpression& expression);
+std::string Describe(const BoundCondition& condition);
+std::string Describe(const BoundQuery& query);
+std::string Describe(const BoundInsert& insert);
+std::string Describe(const BoundUpdate& update);
+std::string Describe(const BoundDelete& remove);
+
+}  // namespace tavcc::sql

@@ -1,0 +1,318 @@
+// The bound tree: what a statement means, with every name looked up and every conversion written out.
+//
+// It is distinct from the parsed tree: columns are places in table sources, variables are numbers,
+// every expression has its type, and where two types meet, the conversion is a node of its own.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "embedded/catalog/table.h"
+#include "embedded/syntax/ast.h"
+#include "embedded/types/sql_type.h"
+#include "embedded/types/stored_value.h"
+#include "embedded/types/type_rules.h"
+
+namespace tavcc::sql {
+
+struct BoundExpression;
+struct BoundCondition;
+struct BoundQuery;
+struct BoundSource;
+struct FunctionRule;
+
+using BoundExpressionPtr = std::unique_ptr<BoundExpression>;
+using BoundConditionPtr = std::unique_ptr<BoundCondition>;
+using BoundQueryPtr = std::unique_ptr<BoundQuery>;
+
+// ---- Expressions --------------------------------------------------------------------------------
+
+struct BoundExpression {
+  enum class Kind : uint8_t {
+    kLiteral,
+    kVariable,
+    kSessionValue,
+    kColumn,
+    kUnary,
+    kArithmetic,
+    kConvert,
+    kCall,
+    kCase,
+    kSubquery,
+    kAggregate,
+  };
+  BoundExpression(Kind k, const SqlType& t, bool n) : kind(k), type(t), nullable(n) {}
+  virtual ~BoundExpression() = default;
+  const Kind kind;
+  SqlType type;
+  bool nullable;
+};
+
+struct BoundLiteral final : BoundExpression {
+  BoundLiteral(TypedValue v, int s)
+      : BoundExpression(Kind::kLiteral, v.type, v.value.IsNull()), value(std::move(v.value)), slot(s) {}
+  StoredValue value;
+  int slot;  // of the batch's exchangeable literals; -1 for a constant
+};
+
+struct BoundVariable final : BoundExpression {
+  BoundVariable(const SqlType& t, int i, std::string n)
+      : BoundExpression(Kind::kVariable, t, true), index(i), name(std::move(n)) {}
+  int index;
+  std::string name;
+};
+
+// What the session knows: the same throughout one statement.
+enum class SessionValue : uint8_t {
+  kRowCount,
+  kError,
+  kIdentity,
+  kScopeIdentity,
+  kFetchStatus,
+  kTransactionCount,
+  kVersion,
+  kDatabaseName,
+  kServerName,
+  kUserName,
+  kProcessId,
+  kProcedureId,
+  kNestLevel,
+};
+
+struct BoundSessionValue final : BoundExpression {
+  BoundSessionValue(SessionValue w, const SqlType& t)
+      : BoundExpression(Kind::kSessionValue, t, true), which(w) {}
+  SessionValue which;
+};
+
+struct BoundColumn final : BoundExpression {
+  BoundColumn(const BoundSource& s, int column);
+  const BoundSource* source;
+  int column;
+};
+
+struct BoundUnary final : BoundExpression {
+  BoundUnary(UnaryExpression::Operator o, const SqlType& t, BoundExpressionPtr x)
+      : BoundExpression(Kind::kUnary, t, x->nullable), op(o), operand(std::move(x)) {}
+  UnaryExpression::Operator op;
+  BoundExpressionPtr operand;
+};
+
+struct BoundArithmetic final : BoundExpression {
+  BoundArithmetic(BinaryOperator o, ArithmeticResult::Way w, const SqlType& t, BoundExpressionPtr l,
+                  BoundExpressionPtr r)
+      : BoundExpression(Kind::kArithmetic, t, true), op(o), way(w), left(std::move(l)),
+        right(std::move(r)) {}
+  BinaryOperator op;
+  ArithmeticResult::Way way;
+  BoundExpressionPtr left, right;
+};
+
+struct BoundConvert final : BoundExpression {
+  BoundConvert(BoundExpressionPtr x, const SqlType& to)
+      : BoundExpression(Kind::kConvert, to, x->nullable), operand(std::move(x)) {}
+  BoundExpressionPtr operand;
+  ConvertMode mode = ConvertMode::kCast;
+  int style = kNoStyle;
+  BoundExpressionPtr style_value;  // a style known only at run time
+  std::string table, column;       // of kAssign: for the error that names them
+  bool explicitly = false;         // CAST or CONVERT was written
+};
+
+struct BoundCall final : BoundExpression {
+  BoundCall(const FunctionRule& r, const SqlType& t)
+      : BoundExpression(Kind::kCall, t, true), rule(&r) {}
+  const FunctionRule* rule;
+  std::vector<BoundExpressionPtr> arguments;
+  int date_part = -1;
+};
+
+struct BoundCase final : BoundExpression {
+  struct When {
+    BoundConditionPtr condition;
+    BoundExpressionPtr result;
+  };
+  explicit BoundCase(const SqlType& t) : BoundExpression(Kind::kCase, t, true) {}
+  std::vector<When> whens;
+  BoundExpressionPtr otherwise;  // null when there is no ELSE
+};
+
+struct BoundSubquery final : BoundExpression {
+  explicit BoundSubquery(BoundQueryPtr q);
+  BoundQueryPtr query;
+};
+
+struct BoundAggregate final : BoundExpression {
+  BoundAggregate(Aggregate a, const SqlType& t)
+      : BoundExpression(Kind::kAggregate, t, a != Aggregate::kCount), aggregate(a) {}
+  Aggregate aggregate;
+  bool distinct = false;
+  BoundExpressionPtr operand;  // null for COUNT(*)
+};
+
+// ---- Conditions ---------------------------------------------------------------------------------
+
+struct BoundCondition {
+  enum class Kind : uint8_t {
+    kComparison, kAnd, kOr, kNot, kIsNull, kInList, kInQuery, kLike, kExists,
+  };
+  explicit BoundCondition(Kind k) : kind(k) {}
+  virtual ~BoundCondition() = default;
+  const Kind kind;
+};
+
+using ComparisonOperator = ComparisonCondition::Operator;
+
+// Both sides have one type, except exact numbers, which are compared at their own scales.
+struct BoundComparison final : BoundCondition {
+  BoundComparison() : BoundCondition(Kind::kComparison) {}
+  ComparisonOperator op = ComparisonOperator::kEqual;
+  BoundExpressionPtr left, right;
+};
+
+struct BoundLogical final : BoundCondition {  // kAnd, kOr
+  explicit BoundLogical(Kind k) : BoundCondition(k) {}
+  std::vector<BoundConditionPtr> operands;
+};
+
+struct BoundNot final : BoundCondition {
+  BoundNot() : BoundCondition(Kind::kNot) {}
+  BoundConditionPtr operand;
+};
+
+struct BoundIsNull final : BoundCondition {
+  BoundIsNull() : BoundCondition(Kind::kIsNull) {}
+  BoundExpressionPtr operand;
+  bool negated = false;
+};
+
+// All of one type.
+struct BoundInList final : BoundCondition {
+  BoundInList() : BoundCondition(Kind::kInList) {}
+  BoundExpressionPtr operand;
+  std::vector<BoundExpressionPtr> values;
+  bool negated = false;
+};
+
+struct BoundInQuery final : BoundCondition {
+  BoundInQuery() : BoundCondition(Kind::kInQuery) {}
+  BoundExpressionPtr operand;
+  BoundQueryPtr query;  // its one column has the operand's type
+  bool negated = false;
+};
+
+struct BoundLike final : BoundCondition {
+  BoundLike() : BoundCondition(Kind::kLike) {}
+  BoundExpressionPtr operand, pattern, escape;  // `escape` null when not given
+  bool negated = false;
+};
+
+struct BoundExists final : BoundCondition {
+  BoundExists() : BoundCondition(Kind::kExists) {}
+  BoundQueryPtr query;
+};
+
+// ---- Queries ------------------------------------------------------------------------------------
+
+struct SourceColumn {
+  std::string name;  // empty when the query gave it none
+  SqlType type;
+  bool nullable = true;
+  bool identity = false;
+};
+
+// One table or derived table in a FROM clause.
+struct BoundSource {
+  int id = 0;         // of the statement: the emitted alias is "s" and the id
+  std::string alias;  // under which its columns are qualified
+  TablePtr table;     // or
+  BoundQueryPtr query;
+  std::vector<SourceColumn> columns;
+};
+
+struct BoundFrom {
+  enum class Join : uint8_t { kNone, kInner, kLeft, kFull, kCross };
+  Join join = Join::kNone;              // kNone: a single source
+  std::unique_ptr<BoundSource> source;  // of kNone
+  std::unique_ptr<BoundFrom> left, right;
+  BoundConditionPtr on;
+};
+using BoundFromPtr = std::unique_ptr<BoundFrom>;
+
+struct BoundItem {
+  BoundExpressionPtr expression;
+  std::string name;
+  int variable = -1;  // of SELECT @v = …
+};
+
+struct BoundSelect {
+  bool distinct = false;
+  BoundExpressionPtr top;  // null when none
+  std::vector<BoundItem> items;
+  BoundFromPtr from;  // null when none
+  BoundConditionPtr where;
+  std::vector<BoundExpressionPtr> group_by;
+  BoundConditionPtr having;
+  bool grouped = false;  // GROUP BY, HAVING or an aggregate
+};
+
+struct BoundOrder {
+  // Either the number of an item (from 0), or an expression of its own.
+  int item = -1;
+  BoundExpressionPtr expression;
+  SqlType type;
+  bool descending = false;
+};
+
+struct BoundQuery {
+  std::unique_ptr<BoundSelect> select;  // or two queries and an operator
+  BoundQueryPtr left, right;
+  Query::SetOperator set_operator = Query::SetOperator::kUnion;
+  std::vector<BoundOrder> order_by;
+  std::vector<SourceColumn> columns;  // of the result
+};
+
+// ---- Statements that read or write --------------------------------------------------------------
+
+// How a row is written: one value for each written column, converted to its type.
+struct BoundAssignment {
+  int column;
+  BoundExpressionPtr value;
+};
+
+struct BoundInsert {
+  TablePtr table;
+  std::vector<int> columns;
+  // Either rows of expressions or a query; neither for all defaults.
+  std::vector<std::vector<BoundExpressionPtr>> rows;
+  BoundQueryPtr query;
+  bool explicit_identity = false;
+};
+
+struct BoundUpdate {
+  TablePtr table;
+  BoundExpressionPtr top;
+  std::vector<BoundAssignment> assignments;
+  // The target is one of the sources of `from`.
+  BoundFromPtr from;
+  const BoundSource* target = nullptr;
+  BoundConditionPtr where;
+};
+
+struct BoundDelete {
+  TablePtr table;
+  BoundExpressionPtr top;
+  BoundFromPtr from;
+  const BoundSource* target = nullptr;
+  BoundConditionPtr where;
+};
+
+// Some expressions and conditions to be computed without a table: SET, IF, WHILE, arguments.
+struct BoundValues {
+  std::vector<BoundExpressionPtr> values;
+  BoundConditionPtr condition;
+};
+
+}  // namespace tavcc::sql

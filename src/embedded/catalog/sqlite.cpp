@@ -1,0 +1,119 @@
+// Owned SQLite handles, and the translation of SQLite's failures.
+#include "embedded/catalog/sqlite.h"
+
+#include <sqlite3.h>
+
+#include <utility>
+
+namespace tavcc::sql {
+namespace {
+
+std::string Doubled(std::string_view text, char quote) {
+  std::string out(1, quote);
+  for (const char c : text) {
+    if (c == quote) out += quote;
+    out += c;
+  }
+  out += quote;
+  return out;
+}
+
+}  // namespace
+
+void SqliteStatement::Finalize::operator()(sqlite3_stmt* statement) const {
+  sqlite3_finalize(statement);
+}
+
+SqlError StoreFailure(std::string message) {
+  return SqlError{kStoreFailure, 16, 1, 0, std::move(message)};
+}
+
+std::string QuoteName(std::string_view name) { return Doubled(name, '"'); }
+std::string QuoteText(std::string_view text) { return Doubled(text, '\''); }
+
+SqliteConnection::SqliteConnection(const std::string& path, int flags) {
+  const int code = sqlite3_open_v2(path.c_str(), &handle_, flags, nullptr);
+  if (code != SQLITE_OK) {
+    SqlError error = StoreFailure(handle_ ? sqlite3_errmsg(handle_) : sqlite3_errstr(code));
+    sqlite3_close_v2(handle_);
+    throw error;
+  }
+  sqlite3_extended_result_codes(handle_, 1);
+  try {
+    RegisterFunctions(handle_, &functions_);
+  } catch (...) {
+    sqlite3_close_v2(handle_);
+    throw;
+  }
+}
+
+SqliteConnection::~SqliteConnection() {
+  cached_.clear();
+  sqlite3_close_v2(handle_);
+}
+
+SqliteStatement SqliteConnection::Prepare(std::string_view sql) const {
+  sqlite3_stmt* statement = nullptr;
+  const int code = sqlite3_prepare_v3(handle_, sql.data(), static_cast<int>(sql.size()),
+                                      SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+  if (code == SQLITE_OK) return SqliteStatement(statement);
+  throw const_cast<SqliteConnection*>(this)->TakeError(code);
+}
+
+void SqliteConnection::Run(std::string_view sql) const {
+  const int code = sqlite3_exec(handle_, std::string(sql).c_str(), nullptr, nullptr, nullptr);
+  if (code != SQLITE_OK) throw const_cast<SqliteConnection*>(this)->TakeError(code);
+}
+
+int64_t SqliteConnection::QueryInteger(std::string_view sql) const {
+  const SqliteStatement statement = Prepare(sql);
+  if (!const_cast<SqliteConnection*>(this)->Step(statement.get())) return 0;
+  return sqlite3_column_int64(statement.get(), 0);
+}
+
+void SqliteConnection::RunCached(const char* sql) {
+  SqliteStatement& statement = cached_[sql];
+  if (!statement) statement = Prepare(sql);
+  Step(statement.get());
+  sqlite3_reset(statement.get());
+}
+
+bool SqliteConnection::Step(sqlite3_stmt* statement) {
+  const int code = sqlite3_step(statement);
+  if (code == SQLITE_ROW) return true;
+  if (code == SQLITE_DONE) return false;
+  SqlError error = TakeError(code);
+  sqlite3_reset(statement);
+  throw error;
+}
+
+SqlError SqliteConnection::TakeError(int code) {
+  if (functions_.pending) {
+    SqlError error = std::move(*functions_.pending);
+    functions_.pending.reset();
+    return error;
+  }
+  switch (code) {
+    case SQLITE_CONSTRAINT_NOTNULL:
+      return SqlError{kNullRefused, 16, 1, 0, sqlite3_errmsg(handle_)};
+    case SQLITE_CONSTRAINT_UNIQUE:
+    case SQLITE_CONSTRAINT_PRIMARYKEY:
+    case SQLITE_CONSTRAINT_ROWID:
+      return SqlError{kDuplicateRefused, 14, 1, 0, sqlite3_errmsg(handle_)};
+    default:
+      break;
+  }
+  switch (code & 0xff) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return MakeError(1205, {"1", "lock"});
+    case SQLITE_NOMEM:
+      return StoreFailure("out of memory");
+    default:
+      return StoreFailure(sqlite3_errmsg(handle_));
+  }
+}
+
+bool SqliteConnection::InTransaction() const { return sqlite3_get_autocommit(handle_) == 0; }
+
+}  // namespace tavcc::sql

@@ -1,0 +1,175 @@
+// Tables made from their definitions.
+#include "embedded/catalog/table.h"
+
+#include <algorithm>
+
+#include "embedded/catalog/expression_text.h"
+#include "embedded/catalog/names.h"
+#include "embedded/error.h"
+#include "embedded/types/type_rules.h"
+
+namespace tavcc::sql {
+namespace {
+
+// The value of a default that is a literal, with or without a sign.
+std::optional<TypedValue> ConstantOf(const Expression& expression) {
+  if (expression.kind == Expression::Kind::kLiteral) {
+    const auto& literal = static_cast<const LiteralExpression&>(expression);
+    return EvaluateLiteral(literal.form, literal.text);
+  }
+  if (expression.kind != Expression::Kind::kUnary) return std::nullopt;
+  const auto& unary = static_cast<const UnaryExpression&>(expression);
+  if (unary.op != UnaryExpression::Operator::kMinus ||
+      unary.operand->kind != Expression::Kind::kLiteral) {
+    return std::nullopt;
+  }
+  const auto& literal = static_cast<const LiteralExpression&>(*unary.operand);
+  if (literal.form != LiteralExpression::Form::kInteger &&
+      literal.form != LiteralExpression::Form::kDecimal) {
+    return std::nullopt;
+  }
+  TypedValue value = EvaluateLiteral(literal.form, literal.text);
+  if (value.value.kind() != StoredValue::Kind::kInteger) return std::nullopt;
+  value.value = StoredValue(-value.value.integer());
+  return value;
+}
+
+void SetDefault(Column& column, const Expression& expression) {
+  column.default_text = ExpressionText(expression);
+  column.default_value = ParseExpression(column.default_text);
+  const auto constant = ConstantOf(expression);
+  if (!constant) return;
+  try {
+    column.constant_default =
+        constant->value.IsNull()
+            ? StoredValue()
+            : ConvertStored(constant->value, constant->type, column.type, ConvertMode::kAssign);
+  } catch (const SqlError&) {
+    // The server, too, finds out only when the default is used.
+  }
+}
+
+Column BuildColumn(const ColumnDefinition& definition) {
+  Column column;
+  column.name = definition.name;
+  column.type = ResolveTypeName(definition.type);
+  column.nullable = definition.nullable.value_or(!definition.primary_key) && !definition.identity;
+  column.identity = definition.identity;
+  column.identity_seed = definition.identity_seed;
+  if (definition.identity && definition.identity_increment != 1) {
+    RaiseUnsupported("an identity increment other than 1");
+  }
+  if (definition.default_value) SetDefault(column, *definition.default_value);
+  return column;
+}
+
+int RequireColumn(const Table& table, const std::string& column) {
+  const int found = table.FindColumn(column);
+  if (found < 0) Raise(1911, column);
+  return found;
+}
+
+void AddKey(Table& table, Key key) {
+  if (key.kind == Key::Kind::kPrimary) {
+    for (const Key& other : table.keys) {
+      if (other.kind == Key::Kind::kPrimary) Raise(8110, table.name);
+    }
+    for (const int column : key.columns) table.columns[static_cast<size_t>(column)].nullable = false;
+  }
+  if (key.kind == Key::Kind::kUnique || key.kind == Key::Kind::kUniqueIndex) {
+    const bool nullable = std::ranges::any_of(key.columns, [&](int column) {
+      return table.columns[static_cast<size_t>(column)].nullable;
+    });
+    if (nullable && key.columns.size() > 1) RaiseUnsupported("a unique key over nullable columns");
+  }
+  table.keys.push_back(std::move(key));
+}
+
+void AddKeys(Table& table, const TableDefinition& definition) {
+  for (size_t i = 0; i < definition.columns.size(); ++i) {
+    const ColumnDefinition& column = definition.columns[i];
+    const int index = static_cast<int>(i);
+    if (column.primary_key) AddKey(table, {Key::Kind::kPrimary, "", {index}});
+    if (column.unique) AddKey(table, {Key::Kind::kUnique, "", {index}});
+  }
+  for (const KeyDefinition& definition_key : definition.keys) {
+    Key key{definition_key.primary ? Key::Kind::kPrimary : Key::Kind::kUnique,
+            definition_key.name, {}};
+    for (const auto& column : definition_key.columns) {
+      key.columns.push_back(RequireColumn(table, column));
+    }
+    AddKey(table, std::move(key));
+  }
+}
+
+void ChooseRowNumber(Table& table) {
+  table.rowid_column = table.identity_column;
+  if (table.rowid_column < 0) {
+    for (const Key& key : table.keys) {
+      if (key.kind == Key::Kind::kPrimary && key.columns.size() == 1 &&
+          IsInteger(table.columns[static_cast<size_t>(key.columns[0])].type.kind)) {
+        table.rowid_column = key.columns[0];
+      }
+    }
+  }
+  for (const char* name : {"rowid", "_rowid_", "oid"}) {
+    if (table.FindColumn(name) < 0) {
+      table.rowid = name;
+      return;
+    }
+  }
+  RaiseUnsupported("a table with columns rowid, _rowid_ and oid");
+}
+
+}  // namespace
+
+int Table::FindColumn(std::string_view column) const {
+  for (size_t i = 0; i < columns.size(); ++i) {
+    if (SameName(columns[i].name, column)) return static_cast<int>(i);
+  }
+  return -1;
+}
+
+std::string Table::MessageName() const {
+  if (IsVariable()) return name;
+  return (IsTemporary() ? "tempdb.dbo." : "dbo.") + name;
+}
+
+std::shared_ptr<Table> BuildTable(const std::string& name, const TableDefinition& definition) {
+  auto table = std::make_shared<Table>();
+  table->name = name;
+  for (const ColumnDefinition& column : definition.columns) {
+    if (table->FindColumn(column.name) >= 0) Raise(2705, column.name, name);
+    if (column.identity) {
+      if (table->identity_column >= 0) Raise(2744, name);
+      table->identity_column = static_cast<int>(table->columns.size());
+    }
+    table->columns.push_back(BuildColumn(column));
+  }
+  AddKeys(*table, definition);
+  ChooseRowNumber(*table);
+  table->definition = TableText(*table);
+  return table;
+}
+
+std::shared_ptr<Table> TableOfColumns(const std::string& name, std::vector<Column> columns) {
+  auto table = std::make_shared<Table>();
+  table->name = name;
+  for (Column& column : columns) {
+    if (table->FindColumn(column.name) >= 0) Raise(2705, column.name, name);
+    if (column.identity) table->identity_column = static_cast<int>(table->columns.size());
+    table->columns.push_back(std::move(column));
+  }
+  ChooseRowNumber(*table);
+  table->definition = TableText(*table);
+  return table;
+}
+
+void AddIndex(Table& table, const CreateIndexStatement& index) {
+  Key key{index.unique ? Key::Kind::kUniqueIndex : Key::Kind::kIndex, index.name, {}};
+  for (const auto& column : index.columns) key.columns.push_back(RequireColumn(table, column));
+  AddKey(table, std::move(key));
+  table.definition = TableText(table);
+}
+
+}  // namespace tavcc::sql

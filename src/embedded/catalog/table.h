@@ -1,0 +1,87 @@
+// A table of the dialect: its columns with their types, keys and defaults, and where SQLite keeps it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "embedded/syntax/ast.h"
+#include "embedded/types/sql_type.h"
+#include "embedded/types/stored_value.h"
+
+namespace tavcc::sql {
+
+struct Column {
+  std::string name;
+  SqlType type;
+  bool nullable = true;
+  bool identity = false;
+  int64_t identity_seed = 1;
+  // What an INSERT that leaves the column out writes. A constant stands in SQLite's own definition,
+  // in the stored form of `type`; anything else is bound anew in each statement.
+  std::shared_ptr<const Expression> default_value;  // null when there is none
+  std::string default_text;                         // the same as T-SQL
+  std::optional<StoredValue> constant_default;
+};
+
+struct Key {
+  enum class Kind : uint8_t { kPrimary, kUnique, kUniqueIndex, kIndex };
+  Kind kind = Kind::kIndex;
+  std::string name;
+  std::vector<int> columns;
+};
+
+// Never changed once it is in use: a table with other columns is another Table, so that a statement
+// knows by the pointer whether what it was compiled against still stands.
+struct Table {
+  std::string name;      // as created: "t_Stock", "#Data", "@rows"
+  std::string physical;  // as SQLite's text names it: main."t_Stock", temp."t12"
+  std::string rowid;     // the name under which SQLite's row number can be read
+  std::string definition;  // TableText of this table
+  std::vector<Column> columns;
+  std::vector<Key> keys;
+  int identity_column = -1;
+  // The column that is SQLite's row number: the identity column, or a primary key of one whole
+  // number. -1 when there is none.
+  int rowid_column = -1;
+
+  // -1 when there is no such column.
+  int FindColumn(std::string_view column) const;
+  bool IsTemporary() const { return name.front() == '#'; }
+  bool IsVariable() const { return name.front() == '@'; }
+  // "dbo.t_Stock", "tempdb.dbo.#Data" or "@rows", as messages name the table.
+  std::string MessageName() const;
+};
+
+using TablePtr = std::shared_ptr<const Table>;
+
+// ---- Making tables ------------------------------------------------------------------------------
+
+// Checks a definition and gives it its types. Errors: 2705 column twice, 2744 two identity columns,
+// 8110 two primary keys, 1911 a key over a column that is not there, 50001 for what the store cannot
+// keep.
+std::shared_ptr<Table> BuildTable(const std::string& name, const TableDefinition& definition);
+
+// A table of these columns, without keys or defaults: what SELECT … INTO makes. Errors: 2705.
+std::shared_ptr<Table> TableOfColumns(const std::string& name, std::vector<Column> columns);
+
+// Adds `index` to the table's keys. Errors: 1911; 50001 for a unique index over nullable columns.
+void AddIndex(Table& table, const CreateIndexStatement& index);
+
+// The statement that makes the same table again: what the catalog keeps, and the key under which
+// emptied temporary tables are kept for reuse.
+std::string TableText(const Table& table);
+
+// SQLite's statements that make the table under the name `physical` in `schema` ("main", "temp").
+std::string PhysicalDefinition(const Table& table, std::string_view schema,
+                               std::string_view physical);
+std::string PhysicalColumn(const Table& table, size_t index);
+std::string PhysicalIndexName(const Table& table, size_t key, std::string_view physical);
+// Empty for a key that SQLite's row number is.
+std::string PhysicalIndex(const Table& table, size_t key, std::string_view schema,
+                          std::string_view physical);
+
+}  // namespace tavcc::sql

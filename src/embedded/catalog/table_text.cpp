@@ -1,0 +1,149 @@
+// Tables as text: T-SQL for the catalog, SQLite's definition for the store.
+#include <utility>
+
+#include "embedded/catalog/names.h"
+#include "embedded/catalog/sqlite.h"
+#include "embedded/catalog/table.h"
+#include "embedded/types/type_rules.h"
+
+namespace tavcc::sql {
+namespace {
+
+std::string ColumnList(const Table& table, const Key& key, std::string (*quote)(std::string_view)) {
+  std::string out;
+  for (const int column : key.columns) {
+    if (!out.empty()) out += ',';
+    out += quote(table.columns[static_cast<size_t>(column)].name);
+  }
+  return out;
+}
+
+std::string ColumnText(const Column& column) {
+  std::string out = BracketName(column.name) + ' ' + TypeText(column.type);
+  if (column.identity) out += " IDENTITY(" + std::to_string(column.identity_seed) + ",1)";
+  out += column.nullable ? " NULL" : " NOT NULL";
+  if (column.default_value) out += " DEFAULT(" + column.default_text + ')';
+  return out;
+}
+
+std::string_view StorageClass(const SqlType& type) {
+  if (IsText(type.kind)) return "TEXT COLLATE tsql";
+  if (IsApproximate(type.kind)) return "REAL";
+  if (IsBinary(type.kind)) return "BLOB";
+  return "INTEGER";
+}
+
+std::string HexText(const std::string& bytes) {
+  static constexpr char kDigits[] = "0123456789ABCDEF";
+  std::string out = "x'";
+  for (const char c : bytes) {
+    out += kDigits[static_cast<unsigned char>(c) >> 4];
+    out += kDigits[static_cast<unsigned char>(c) & 15];
+  }
+  return out + '\'';
+}
+
+std::string StoredText(const StoredValue& value) {
+  switch (value.kind()) {
+    case StoredValue::Kind::kNull:
+      return "NULL";
+    case StoredValue::Kind::kInteger:
+      return std::to_string(value.integer());
+    case StoredValue::Kind::kReal: {
+      char buffer[40];
+      snprintf(buffer, sizeof buffer, "%.17e", value.real());
+      return buffer;
+    }
+    case StoredValue::Kind::kText:
+      return QuoteText(value.text());
+    default:
+      return HexText(value.blob());
+  }
+}
+
+bool IsUnique(const Key& key) { return key.kind != Key::Kind::kIndex; }
+
+}  // namespace
+
+std::string TableText(const Table& table) {
+  std::string out = "CREATE TABLE " + BracketName(table.name) + '(';
+  for (size_t i = 0; i < table.columns.size(); ++i) {
+    if (i > 0) out += ',';
+    out += ColumnText(table.columns[i]);
+  }
+  std::string indexes;
+  for (const Key& key : table.keys) {
+    const std::string columns = ColumnList(table, key, BracketName);
+    if (key.kind == Key::Kind::kPrimary || key.kind == Key::Kind::kUnique) {
+      out += ',';
+      if (!key.name.empty()) out += "CONSTRAINT " + BracketName(key.name) + ' ';
+      out += key.kind == Key::Kind::kPrimary ? "PRIMARY KEY(" : "UNIQUE(";
+      out += columns + ')';
+    } else {
+      indexes += std::string("\nCREATE ") + (IsUnique(key) ? "UNIQUE " : "") + "INDEX " +
+                 BracketName(key.name) + " ON " + BracketName(table.name) + '(' + columns + ')';
+    }
+  }
+  return out + ')' + indexes;
+}
+
+std::string PhysicalColumn(const Table& table, size_t index) {
+  const Column& column = table.columns[index];
+  std::string out = QuoteName(column.name) + ' ';
+  if (static_cast<int>(index) == table.rowid_column) {
+    return out + "INTEGER PRIMARY KEY" + (column.identity ? " AUTOINCREMENT" : "");
+  }
+  out += StorageClass(column.type);
+  if (!column.nullable) out += " NOT NULL";
+  if (column.constant_default) out += " DEFAULT " + StoredText(*column.constant_default);
+  return out;
+}
+
+// Keys with a name go by it, the others by their columns: neither changes when another key goes.
+std::string PhysicalIndexName(const Table& table, size_t key_index, std::string_view physical) {
+  const Key& key = table.keys[key_index];
+  std::string out(physical);
+  out += '.';
+  if (!key.name.empty()) return out + key.name;
+  for (const int column : key.columns) out += '.' + std::to_string(column);
+  return out + (key.kind == Key::Kind::kPrimary ? ".p" : ".u");
+}
+
+std::string PhysicalIndex(const Table& table, size_t key_index, std::string_view schema,
+                          std::string_view physical) {
+  const Key& key = table.keys[key_index];
+  if (key.columns.size() == 1 && key.columns[0] == table.rowid_column) return {};
+  const std::string name = PhysicalIndexName(table, key_index, physical);
+  const std::string columns = ColumnList(table, key, QuoteName);
+  std::string out = std::string("CREATE ") + (IsUnique(key) ? "UNIQUE " : "") + "INDEX " +
+                    std::string(schema) + '.' + QuoteName(name) + " ON " + QuoteName(physical) +
+                    '(' + columns + ");";
+  // The server takes two NULLs of a unique column for equal, SQLite does not.
+  if (IsUnique(key) && table.columns[static_cast<size_t>(key.columns[0])].nullable) {
+    out += "CREATE UNIQUE INDEX " + std::string(schema) + '.' + QuoteName(name + ".null") + " ON " +
+           QuoteName(physical) + "((1)) WHERE " + columns + " IS NULL;";
+  }
+  return out;
+}
+
+std::string PhysicalDefinition(const Table& table, std::string_view schema,
+                               std::string_view physical) {
+  std::string out =
+      "CREATE TABLE " + std::string(schema) + '.' + QuoteName(physical) + '(';
+  for (size_t i = 0; i < table.columns.size(); ++i) {
+    if (i > 0) out += ',';
+    out += PhysicalColumn(table, i);
+  }
+  out += ");";
+  for (size_t i = 0; i < table.keys.size(); ++i) out += PhysicalIndex(table, i, schema, physical);
+  if (table.identity_column >= 0) {
+    const int64_t seed = table.columns[static_cast<size_t>(table.identity_column)].identity_seed;
+    if (seed != 1) {
+      out += "INSERT INTO " + std::string(schema) + ".sqlite_sequence(name,seq) VALUES(" +
+             QuoteText(physical) + ',' + std::to_string(seed - 1) + ");";
+    }
+  }
+  return out;
+}
+
+}  // namespace tavcc::sql

@@ -1,0 +1,93 @@
+// Conditions as SQLite's text.
+#include "embedded/emit/emitter_impl.h"
+#include "embedded/functions/functions.h"
+
+namespace tavcc::sql {
+namespace {
+
+constexpr std::string_view kOperators[] = {" = ", " <> ", " < ", " <= ", " > ", " >= "};
+
+// Whether SQLite's own comparison of the stored forms is the comparison of the values.
+bool IsNative(const BoundComparison& comparison) {
+  const SqlType& left = comparison.left->type;
+  const SqlType& right = comparison.right->type;
+  if (!IsScaled(left.kind) && !IsScaled(right.kind)) return true;
+  if (StoredScale(left) != StoredScale(right)) return false;
+  const bool equality = comparison.op == ComparisonOperator::kEqual ||
+                        comparison.op == ComparisonOperator::kNotEqual;
+  return equality || (AlwaysStoredAsInteger(left) && AlwaysStoredAsInteger(right));
+}
+
+}  // namespace
+
+void ForEachConjunct(const BoundCondition* condition,
+                     const std::function<void(const BoundCondition&)>& visit) {
+  if (condition == nullptr) return;
+  if (condition->kind != BoundCondition::Kind::kAnd) {
+    visit(*condition);
+    return;
+  }
+  for (const auto& operand : static_cast<const BoundLogical*>(condition)->operands) {
+    ForEachConjunct(operand.get(), visit);
+  }
+}
+
+std::string Emitter::Comparison(const BoundComparison& comparison) {
+  const std::string_view op = kOperators[static_cast<size_t>(comparison.op)];
+  if (IsNative(comparison)) {
+    return '(' + Collated(*comparison.left) + std::string(op) + Expression(*comparison.right) + ')';
+  }
+  const int64_t shape = DecimalShape(StoredScale(comparison.left->type),
+                                     StoredScale(comparison.right->type), DecimalType(38, 0));
+  return "(t_cmp_decimal(" + Expression(*comparison.left) + ',' + Expression(*comparison.right) +
+         ',' + std::to_string(shape) + ')' + std::string(op) + "0)";
+}
+
+std::string Emitter::Condition(const BoundCondition& condition) {
+  switch (condition.kind) {
+    case BoundCondition::Kind::kComparison:
+      return Comparison(static_cast<const BoundComparison&>(condition));
+    case BoundCondition::Kind::kAnd:
+    case BoundCondition::Kind::kOr: {
+      const bool all = condition.kind == BoundCondition::Kind::kAnd;
+      std::string out = "(";
+      for (const auto& operand : static_cast<const BoundLogical&>(condition).operands) {
+        if (out.size() > 1) out += all ? " AND " : " OR ";
+        out += Condition(*operand);
+      }
+      return out + ')';
+    }
+    case BoundCondition::Kind::kNot:
+      return "(NOT " + Condition(*static_cast<const BoundNot&>(condition).operand) + ')';
+    case BoundCondition::Kind::kIsNull: {
+      const auto& is_null = static_cast<const BoundIsNull&>(condition);
+      return '(' + Expression(*is_null.operand) + (is_null.negated ? " IS NOT NULL)" : " IS NULL)");
+    }
+    case BoundCondition::Kind::kInList: {
+      const auto& in = static_cast<const BoundInList&>(condition);
+      std::string out = '(' + Collated(*in.operand) + (in.negated ? " NOT IN (" : " IN (");
+      for (const auto& value : in.values) {
+        if (&value != &in.values.front()) out += ',';
+        out += Expression(*value);
+      }
+      return out + "))";
+    }
+    case BoundCondition::Kind::kInQuery: {
+      const auto& in = static_cast<const BoundInQuery&>(condition);
+      return '(' + Collated(*in.operand) + (in.negated ? " NOT IN (" : " IN (") +
+             Query(*in.query) + "))";
+    }
+    case BoundCondition::Kind::kLike: {
+      const auto& like = static_cast<const BoundLike&>(condition);
+      raises_ = raises_ || like.escape != nullptr;
+      return std::string(like.negated ? "(NOT t_like(" : "(t_like(") + Expression(*like.operand) +
+             ',' + Expression(*like.pattern) +
+             (like.escape ? ',' + Expression(*like.escape) : std::string()) + "))";
+    }
+    case BoundCondition::Kind::kExists:
+      break;
+  }
+  return "EXISTS(" + Query(*static_cast<const BoundExists&>(condition).query) + ')';
+}
+
+}  // namespace tavcc::sql

@@ -1,0 +1,395 @@
+// Expressions as SQLite's text.
+#include <sqlite3.h>
+
+#include <algorithm>
+
+#include "embedded/bind/binder.h"
+#include "embedded/bind/function_rules.h"
+#include "embedded/catalog/sqlite.h"
+#include "embedded/emit/emitter_impl.h"
+#include "embedded/functions/functions.h"
+
+namespace tavcc::sql {
+namespace {
+
+std::string Number(int64_t value) { return std::to_string(value); }
+
+bool Fits(int from, int to) { return to == SqlType::kMax || (from != SqlType::kMax && from <= to); }
+
+bool IsFixedText(TypeKind kind) { return kind == TypeKind::kChar || kind == TypeKind::kNChar; }
+
+// The part of an arithmetic function's name that says what it works on.
+std::string_view KindSuffix(const SqlType& type) {
+  switch (type.kind) {
+    case TypeKind::kBit:
+    case TypeKind::kTinyInt:
+      return "tinyint";
+    case TypeKind::kSmallInt:
+      return "smallint";
+    case TypeKind::kInt:
+      return "int";
+    case TypeKind::kBigInt:
+      return "bigint";
+    case TypeKind::kReal:
+      return "real";
+    case TypeKind::kFloat:
+      return "float";
+    default:
+      return "decimal";
+  }
+}
+
+std::string_view OperatorName(BinaryOperator op) {
+  static constexpr std::string_view kNames[] = {"t_add_", "t_sub_", "t_mul_", "t_div_", "t_mod_"};
+  return kNames[static_cast<size_t>(op)];
+}
+
+bool IsText(const BoundExpression& expression) { return sql::IsText(expression.type.kind); }
+
+bool IsStoredColumn(const BoundExpression& expression) {
+  return expression.kind == BoundExpression::Kind::kColumn &&
+         static_cast<const BoundColumn&>(expression).source->table != nullptr;
+}
+
+std::string Hex(const std::string& bytes) {
+  static constexpr char kDigits[] = "0123456789abcdef";
+  std::string out = "x'";
+  for (const char c : bytes) {
+    out += kDigits[static_cast<unsigned char>(c) >> 4];
+    out += kDigits[static_cast<unsigned char>(c) & 15];
+  }
+  return out + '\'';
+}
+
+std::string StoredText(const StoredValue& value) {
+  switch (value.kind()) {
+    case StoredValue::Kind::kNull:
+      return "NULL";
+    case StoredValue::Kind::kInteger:
+      return Number(value.integer());
+    case StoredValue::Kind::kReal: {
+      char buffer[40];
+      snprintf(buffer, sizeof buffer, "%.17e", value.real());
+      return buffer;
+    }
+    case StoredValue::Kind::kText:
+      return QuoteText(value.text());
+    default:
+      return Hex(value.blob());
+  }
+}
+
+}  // namespace
+
+bool IsSameStored(const SqlType& from, const SqlType& to) {
+  if (from == to) return true;
+  if (IsInteger(from.kind)) {
+    if (IsInteger(to.kind)) return to.kind >= from.kind && to.kind != TypeKind::kBit;
+    return to.kind == TypeKind::kDecimal && to.scale == 0 &&
+           to.precision >= AsDecimal(from).precision;
+  }
+  if (IsScaled(from.kind)) {
+    if (from.kind == TypeKind::kSmallMoney && to.kind == TypeKind::kMoney) return true;
+    return to.kind == TypeKind::kDecimal && to.scale == StoredScale(from) &&
+           to.precision >= AsDecimal(from).precision;
+  }
+  if (sql::IsText(from.kind)) {
+    if (!sql::IsText(to.kind) || IsFixedText(to.kind)) return false;
+    return Fits(from.length, to.length) && (IsNationalText(to.kind) || !IsNationalText(from.kind));
+  }
+  if (from.kind == TypeKind::kReal) return to.kind == TypeKind::kFloat;
+  if (from.kind == TypeKind::kDate || from.kind == TypeKind::kSmallDateTime) {
+    return to.kind == TypeKind::kDateTime;
+  }
+  return false;
+}
+
+bool NeverFails(const SqlType& from, const SqlType& to, ConvertMode mode) {
+  if (IsSameStored(from, to)) return true;
+  if (sql::IsText(from.kind)) return sql::IsText(to.kind) && mode == ConvertMode::kCast;
+  if (IsInteger(from.kind) && IsScaled(to.kind)) {
+    const SqlType decimal = AsDecimal(to);
+    return decimal.precision - decimal.scale >= AsDecimal(from).precision;
+  }
+  return IsInteger(from.kind) && IsApproximate(to.kind);
+}
+
+std::string Emitter::Expression(const BoundExpression& expression, bool certain) {
+  switch (expression.kind) {
+    case BoundExpression::Kind::kLiteral:
+      return Literal(static_cast<const BoundLiteral&>(expression));
+    case BoundExpression::Kind::kVariable:
+      return Variable(static_cast<const BoundVariable&>(expression));
+    case BoundExpression::Kind::kSessionValue: {
+      const auto which = static_cast<const BoundSessionValue&>(expression).which;
+      return Place(Parameter{.source = Parameter::Source::kSession, .index = static_cast<int>(which)});
+    }
+    case BoundExpression::Kind::kColumn:
+      return Column(static_cast<const BoundColumn&>(expression));
+    case BoundExpression::Kind::kUnary:
+      return Unary(static_cast<const BoundUnary&>(expression));
+    case BoundExpression::Kind::kArithmetic:
+      return Arithmetic(static_cast<const BoundArithmetic&>(expression));
+    case BoundExpression::Kind::kConvert:
+      return Convert(static_cast<const BoundConvert&>(expression), certain);
+    case BoundExpression::Kind::kCall:
+      return Call(static_cast<const BoundCall&>(expression));
+    case BoundExpression::Kind::kCase:
+      return Case(static_cast<const BoundCase&>(expression));
+    case BoundExpression::Kind::kSubquery:
+      return Scalar(*static_cast<const BoundSubquery&>(expression).query);
+    case BoundExpression::Kind::kAggregate:
+      break;
+  }
+  return Aggregated(static_cast<const BoundAggregate&>(expression));
+}
+
+// The left operand of a comparison decides by which collation SQLite compares. Only a column of a
+// table brings its own.
+std::string Emitter::Collated(const BoundExpression& expression) {
+  std::string text = Expression(expression);
+  return IsText(expression) && !IsStoredColumn(expression) ? text + " COLLATE tsql" : text;
+}
+
+std::string Emitter::Grouping(const BoundExpression& expression) { return Collated(expression); }
+
+std::string Emitter::Place(const Parameter& parameter) {
+  const auto found = std::ranges::find(parameters_, parameter);
+  const auto index = found - parameters_.begin();
+  if (found == parameters_.end()) parameters_.push_back(parameter);
+  return '?' + Number(index + 1);
+}
+
+std::string Emitter::Literal(const BoundLiteral& literal) {
+  if (literal.slot < 0) return StoredText(literal.value);
+  return Place(Parameter{.source = Parameter::Source::kLiteral, .index = literal.slot});
+}
+
+std::string Emitter::Variable(const BoundVariable& variable) {
+  if (variable.index >= Binder::kRowParameters) {
+    return Place(Parameter{.source = Parameter::Source::kRow,
+                           .index = variable.index - Binder::kRowParameters});
+  }
+  if (live_variables_) return "s_variable(" + Number(variable.index) + ')';
+  return Place(Parameter{.source = Parameter::Source::kVariable, .index = variable.index});
+}
+
+std::string SourceName(const BoundSource& source) { return 's' + Number(source.id); }
+
+std::string Emitter::Column(const BoundColumn& column) {
+  const std::string source = SourceName(*column.source) + '.';
+  if (!column.source->table) return source + 'c' + Number(column.column);
+  return source + QuoteName(column.source->table->columns[static_cast<size_t>(column.column)].name);
+}
+
+std::string Emitter::Unary(const BoundUnary& unary) {
+  const std::string operand = Expression(*unary.operand);
+  switch (unary.op) {
+    case UnaryExpression::Operator::kPlus:
+      return operand;
+    case UnaryExpression::Operator::kBitNot:
+      if (unary.type.kind == TypeKind::kBit) return "(1-" + operand + ')';
+      if (unary.type.kind == TypeKind::kTinyInt) return "(255-" + operand + ')';
+      return "(~" + operand + ')';
+    case UnaryExpression::Operator::kMinus:
+      break;
+  }
+  if (IsApproximate(unary.type.kind)) return "(-" + operand + ')';
+  return Failing("t_neg_" + std::string(KindSuffix(unary.type)) + '(' + operand + ')');
+}
+
+std::string Emitter::Arithmetic(const BoundArithmetic& arithmetic) {
+  using Way = ArithmeticResult::Way;
+  if (arithmetic.way == Way::kText) return Concatenation(arithmetic);
+  const std::string left = Expression(*arithmetic.left);
+  const std::string right = Expression(*arithmetic.right);
+  switch (arithmetic.way) {
+    case Way::kInteger:
+    case Way::kFloat:
+      return Failing(std::string(OperatorName(arithmetic.op)) +
+                     std::string(KindSuffix(arithmetic.type)) + '(' + left + ',' + right + ')');
+    case Way::kDecimal:
+      return Failing(std::string(OperatorName(arithmetic.op)) + "decimal(" + left + ',' + right + ',' +
+                     Number(DecimalShape(StoredScale(arithmetic.left->type),
+                                         StoredScale(arithmetic.right->type), arithmetic.type)) +
+                     ')');
+    case Way::kDateTime: {
+      const bool adds = arithmetic.op == BinaryOperator::kAdd;
+      return Failing(std::string(adds ? "t_add_datetime(" : "t_sub_datetime(") + left + ',' + right +
+                     ',' + Number(TypeCode(arithmetic.type)) + ')');
+    }
+    default:
+      break;
+  }
+  if (arithmetic.op == BinaryOperator::kBitXor) return "t_xor(" + left + ',' + right + ')';
+  return '(' + left + (arithmetic.op == BinaryOperator::kBitAnd ? " & " : " | ") + right + ')';
+}
+
+std::string Emitter::Concatenation(const BoundArithmetic& arithmetic) {
+  const int left = arithmetic.left->type.length;
+  const int right = arithmetic.right->type.length;
+  const int most = IsNationalText(arithmetic.type.kind) ? 4000 : 8000;
+  const std::string a = Expression(*arithmetic.left);
+  const std::string b = Expression(*arithmetic.right);
+  if (left != SqlType::kMax && right != SqlType::kMax && left + right <= most) {
+    return '(' + a + " || " + b + ')';
+  }
+  const int length = arithmetic.type.length == SqlType::kMax ? -1 : most;
+  return "t_concat(" + a + ',' + b + ',' + Number(length) + ')';
+}
+
+// A literal or a variable is converted before the statement runs, where that cannot fail or would
+// fail in any case.
+std::string Emitter::ConvertedPlace(const BoundConvert& convert) {
+  Parameter parameter;
+  if (convert.operand->kind == BoundExpression::Kind::kLiteral) {
+    parameter.source = Parameter::Source::kLiteral;
+    parameter.index = static_cast<const BoundLiteral&>(*convert.operand).slot;
+    if (parameter.index < 0) return {};
+  } else {
+    const auto& variable = static_cast<const BoundVariable&>(*convert.operand);
+    const bool row = variable.index >= Binder::kRowParameters;
+    if (!row && live_variables_) return {};
+    parameter.source = row ? Parameter::Source::kRow : Parameter::Source::kVariable;
+    parameter.index = row ? variable.index - Binder::kRowParameters : variable.index;
+  }
+  parameter.convert = true;
+  parameter.from = convert.operand->type;
+  parameter.to = convert.type;
+  parameter.mode = convert.mode;
+  parameter.table = convert.table;
+  parameter.column = convert.column;
+  return Place(parameter);
+}
+
+std::string Emitter::Convert(const BoundConvert& convert, bool certain) {
+  const BoundExpression& operand = *convert.operand;
+  const bool simple = (operand.kind == BoundExpression::Kind::kLiteral ||
+                       operand.kind == BoundExpression::Kind::kVariable) &&
+                      convert.style == kNoStyle && !convert.style_value;
+  SqlType from = operand.type;
+  if (simple && (certain || NeverFails(from, convert.type, convert.mode))) {
+    std::string place = ConvertedPlace(convert);
+    if (!place.empty()) return place;
+  }
+  // The next literal in this place may be longer.
+  if (operand.kind == BoundExpression::Kind::kLiteral && sql::IsText(from.kind) &&
+      static_cast<const BoundLiteral&>(operand).slot >= 0) {
+    from.length = IsNationalText(from.kind) ? 4000 : 8000;
+  }
+  const std::string text = Expression(operand);
+  if (IsSameStored(from, convert.type)) return text;
+  if (convert.style_value) {
+    return Failing("t_style(" + text + ',' + Number(ConversionCode(from, convert.type)) + ',' +
+                   Expression(*convert.style_value) + ')');
+  }
+  const int64_t code = ConversionCode(from, convert.type, convert.mode, convert.style);
+  if (convert.mode == ConvertMode::kAssign && sql::IsText(convert.type.kind) &&
+      !convert.table.empty()) {
+    return Failing("t_conv(" + text + ',' + Number(code) + ',' + QuoteText(convert.table) + ',' +
+                   QuoteText(convert.column) + ')');
+  }
+  return Failing("t_conv(" + text + ',' + Number(code) + ')');
+}
+
+std::string Emitter::Call(const BoundCall& call) {
+  if (call.rule->form == FunctionForm::kNumeric) return NumericCall(call);
+  if (call.rule->form == FunctionForm::kDataLength) return DataLength(call);
+  std::string out(call.rule->emitted);
+  out += '(';
+  if (call.date_part >= 0) out += Number(call.date_part);
+  for (const auto& argument : call.arguments) {
+    if (out.back() != '(') out += ',';
+    out += Expression(*argument);
+  }
+  if (call.rule->form == FunctionForm::kDateAdd) out += ',' + Number(TypeCode(call.type));
+  return Failing(out + ')');
+}
+
+// ABS, SIGN, ROUND, CEILING, FLOOR, POWER: one function for each family of numbers.
+std::string Emitter::NumericCall(const BoundCall& call) {
+  const std::string name(call.rule->emitted);
+  const SqlType& type = call.arguments[0]->type;
+  std::string arguments = Expression(*call.arguments[0]);
+  for (size_t i = 1; i < call.arguments.size(); ++i) {
+    arguments += ',' + Expression(*call.arguments[i]);
+  }
+  if (name == "t_round" && call.arguments.size() == 2) arguments += ",0";
+  if (IsApproximate(type.kind)) {
+    return Failing(name == "t_abs" ? "abs(" + arguments + ')' : name + "_float(" + arguments + ')');
+  }
+  if (IsScaled(type.kind)) {
+    if (name == "t_abs") return Failing("t_abs_decimal(" + arguments + ')');
+    const int64_t shape = DecimalShape(StoredScale(type), 0, call.type);
+    return Failing(name + "_decimal(" + arguments + ',' + Number(shape) + ')');
+  }
+  if (name == "t_ceiling" || name == "t_floor") return arguments;
+  if (name == "t_abs") return Failing(name + '_' + std::string(KindSuffix(type)) + '(' + arguments + ')');
+  if (name == "t_sign") return Failing("t_sign_int(" + arguments + ')');
+  const bool power = name == "t_power";
+  const SqlType from = Type(power ? TypeKind::kFloat : TypeKind::kBigInt);
+  return Failing("t_conv(" + name + (power ? "_float(1.0*" : "_int(") + arguments + ")," +
+                 Number(ConversionCode(from, type)) + ')');
+}
+
+std::string Emitter::DataLength(const BoundCall& call) {
+  const SqlType& type = call.arguments[0]->type;
+  const std::string argument = Expression(*call.arguments[0]);
+  if (sql::IsText(type.kind) || IsBinary(type.kind)) {
+    return "t_datalength(" + argument + (IsNationalText(type.kind) ? ",2)" : ",1)");
+  }
+  int size = 8;
+  if (type.kind == TypeKind::kDecimal) {
+    size = type.precision <= 9 ? 5 : type.precision <= 19 ? 9 : type.precision <= 28 ? 13 : 17;
+  } else if (type.kind == TypeKind::kInt || type.kind == TypeKind::kReal ||
+             type.kind == TypeKind::kSmallMoney || type.kind == TypeKind::kSmallDateTime) {
+    size = 4;
+  } else if (type.kind == TypeKind::kBit || type.kind == TypeKind::kTinyInt) {
+    size = 1;
+  } else if (type.kind == TypeKind::kSmallInt) {
+    size = 2;
+  } else if (type.kind == TypeKind::kDate) {
+    size = 3;
+  }
+  return "(CASE WHEN " + argument + " IS NOT NULL THEN " + Number(size) + " END)";
+}
+
+std::string Emitter::Case(const BoundCase& expression) {
+  std::string out = "(CASE";
+  for (const auto& when : expression.whens) {
+    out += " WHEN " + Condition(*when.condition) + " THEN " + Expression(*when.result);
+  }
+  if (expression.otherwise) out += " ELSE " + Expression(*expression.otherwise);
+  return out + " END)";
+}
+
+std::string Emitter::Aggregated(const BoundAggregate& aggregate) {
+  if (!aggregate.operand) return "count(*)";
+  const SqlType& type = aggregate.operand->type;
+  const std::string distinct = aggregate.distinct ? "DISTINCT " : "";
+  const std::string operand = distinct + Collated(*aggregate.operand);
+  const bool scaled = IsScaled(type.kind);
+  switch (aggregate.aggregate) {
+    case Aggregate::kCount:
+      return "count(" + operand + ')';
+    case Aggregate::kMin:
+    case Aggregate::kMax: {
+      const std::string name = aggregate.aggregate == Aggregate::kMin ? "min" : "max";
+      const bool by_function = scaled && !AlwaysStoredAsInteger(type);
+      return (by_function ? "t_" + name + "_decimal(" : name + '(') + operand + ')';
+    }
+    case Aggregate::kSum:
+      if (IsApproximate(type.kind)) return "sum(" + operand + ')';
+      if (IsMoney(type.kind)) return Failing("t_sum_money(" + operand + ')');
+      return Failing("t_sum_" + std::string(KindSuffix(type)) + '(' + operand + ')');
+    case Aggregate::kAvg:
+      break;
+  }
+  if (IsApproximate(type.kind)) return "avg(" + operand + ')';
+  if (!scaled) return Failing("t_avg_" + std::string(KindSuffix(type)) + '(' + operand + ')');
+  const std::string shape = Number(DecimalShape(StoredScale(type), 0, aggregate.type));
+  if (!aggregate.distinct) return Failing("t_avg_decimal(" + operand + ',' + shape + ')');
+  return Failing("t_div_decimal(t_sum_decimal(" + operand + "),count(" + operand + ")," + shape + ')');
+}
+
+}  // namespace tavcc::sql

@@ -1,0 +1,179 @@
+// Queries as SQLite's text.
+#include "embedded/catalog/sqlite.h"
+#include "embedded/emit/emitter_impl.h"
+
+namespace tavcc::sql {
+namespace {
+
+// Whether a query gives one row at most, whatever the tables hold.
+bool IsSingleRow(const BoundQuery& query) {
+  if (!query.select) return false;
+  const BoundSelect& select = *query.select;
+  if (select.grouped && select.group_by.empty()) return true;
+  if (!select.from) return true;
+  if (!select.top || select.top->kind != BoundExpression::Kind::kLiteral) return false;
+  const auto& top = static_cast<const BoundLiteral&>(*select.top);
+  return top.slot < 0 && top.value.integer() <= 1;
+}
+
+// Whether the order of the rows by this value is not SQLite's order of what is stored.
+bool NeedsOrderFunction(const SqlType& type) {
+  return IsScaled(type.kind) && !AlwaysStoredAsInteger(type);
+}
+
+bool MergesRows(const BoundQuery& query) {
+  return query.set_operator != Query::SetOperator::kUnionAll;
+}
+
+}  // namespace
+
+std::string Emitter::Query(const BoundQuery& query, bool names) {
+  if (query.select) {
+    std::string out = Select(*query.select, names, query.select->distinct) + Order(query);
+    if (query.select->top) out += Limit(*query.select->top);
+    return out;
+  }
+  std::string out = SetOperation(query);
+  bool wrap = false;
+  for (const auto& order : query.order_by) wrap = wrap || NeedsOrderFunction(order.type);
+  if (wrap) out = "SELECT * FROM (" + out + ')';
+  return out + Order(query);
+}
+
+std::string Emitter::Select(const BoundSelect& select, bool names, bool distinct_rows) {
+  // Narrowing adds conditions to blocks further in, so it comes before any of them is emitted.
+  if (select.from) Narrow(*select.from, select.where.get());
+  std::string out = select.distinct ? "SELECT DISTINCT " : "SELECT ";
+  for (size_t i = 0; i < select.items.size(); ++i) {
+    if (i > 0) out += ',';
+    const BoundExpression& item = *select.items[i].expression;
+    out += distinct_rows ? Grouping(item) : Expression(item);
+    if (names) out += " AS c" + std::to_string(i);
+  }
+  if (select.from) out += " FROM " + From(*select.from, select.where.get());
+  std::string where = select.where ? Condition(*select.where) : std::string();
+  if (const auto narrowed = narrowed_.find(&select); narrowed != narrowed_.end()) {
+    where = where.empty() ? narrowed->second : narrowed->second + " AND " + where;
+  }
+  if (!where.empty()) out += " WHERE " + where;
+  for (size_t i = 0; i < select.group_by.size(); ++i) {
+    out += (i == 0 ? " GROUP BY " : ",") + Grouping(*select.group_by[i]);
+  }
+  if (select.having) {
+    // SQLite wants a GROUP BY before HAVING; grouping by nothing keeps the one group of an
+    // aggregate over all rows.
+    out += " HAVING " + Condition(*select.having);
+  }
+  return out;
+}
+
+std::string Emitter::Order(const BoundQuery& query) {
+  std::string out;
+  for (const auto& order : query.order_by) {
+    out += out.empty() ? " ORDER BY " : ",";
+    const std::string direction = order.descending ? " DESC" : "";
+    if (!NeedsOrderFunction(order.type)) {
+      out += order.item >= 0 ? std::to_string(order.item + 1) : Expression(*order.expression);
+      if (IsText(order.type.kind)) out += " COLLATE tsql";
+      out += direction;
+      continue;
+    }
+    std::string value;
+    if (order.item < 0) {
+      value = Expression(*order.expression);
+    } else if (query.select) {
+      value = Expression(*query.select->items[static_cast<size_t>(order.item)].expression);
+    } else {
+      value = 'c' + std::to_string(order.item);
+    }
+    out += "t_order_decimal(" + value + ')' + direction + ',' + value + direction;
+  }
+  return out;
+}
+
+std::string Emitter::Limit(const BoundExpression& top) {
+  if (top.kind == BoundExpression::Kind::kLiteral ||
+      (top.kind == BoundExpression::Kind::kConvert &&
+       static_cast<const BoundConvert&>(top).operand->kind == BoundExpression::Kind::kLiteral)) {
+    return " LIMIT " + Expression(top);
+  }
+  return Failing(" LIMIT s_top(" + Expression(top) + ')');
+}
+
+std::string Emitter::SetOperation(const BoundQuery& query) {
+  static constexpr std::string_view kWords[] = {" UNION ", " UNION ALL ", " EXCEPT ",
+                                                " INTERSECT "};
+  const bool merges = MergesRows(query);
+  // SQLite's operators all bind alike, from left to right: only the left side may go on unbracketed.
+  const bool chain = !query.left->select && query.left->order_by.empty();
+  const std::string left = chain ? SetOperation(*query.left) : Arm(*query.left, merges);
+  return left + std::string(kWords[static_cast<size_t>(query.set_operator)]) +
+         Arm(*query.right, merges);
+}
+
+std::string Emitter::Arm(const BoundQuery& query, bool distinct_rows) {
+  if (query.select && !query.select->top && query.order_by.empty()) {
+    return Select(*query.select, true, distinct_rows || query.select->distinct);
+  }
+  std::string items;
+  for (size_t i = 0; i < query.columns.size(); ++i) {
+    const std::string name = 'c' + std::to_string(i);
+    items += (i > 0 ? "," : "") + name;
+    if (IsText(query.columns[i].type.kind)) items += " COLLATE tsql AS " + name;
+  }
+  return "SELECT " + items + " FROM (" + Query(query, true) + ')';
+}
+
+std::string Emitter::Source(const BoundSource& source) {
+  const std::string what = source.table ? source.table->physical : '(' + Query(*source.query, true) + ')';
+  return what + " AS " + SourceName(source);
+}
+
+std::string Emitter::From(const BoundFrom& from, const BoundCondition* where) {
+  if (from.source) return Source(*from.source);
+  static constexpr std::string_view kWords[] = {"", " JOIN ", " LEFT JOIN ", " FULL JOIN ",
+                                                " JOIN "};
+  std::string right = From(*from.right, where);
+  if (!from.right->source) right = '(' + right + ')';
+  std::string out = From(*from.left, where) + std::string(kWords[static_cast<size_t>(from.join)]) + right;
+  if (from.on) out += " ON " + Condition(*from.on);
+  return out;
+}
+
+// More than one row is the server's error 512, which SQLite does not know.
+std::string Emitter::Scalar(const BoundQuery& query) {
+  if (IsSingleRow(query)) return '(' + Query(query) + ')';
+  return Failing("(SELECT s_scalar(c0) FROM (" + Query(query, true) + "))");
+}
+
+Emitted Emitter::Finish(std::string sql, bool changes_rows) {
+  return Emitted{std::move(sql), std::move(parameters_), changes_rows && raises_};
+}
+
+Emitted EmitQuery(const BoundQuery& query) {
+  Emitter emitter;
+  std::string sql = emitter.Query(query);
+  return emitter.Finish(std::move(sql), false);
+}
+
+Emitted EmitAssigningQuery(const BoundQuery& query) {
+  Emitter emitter(/*live_variables=*/true);
+  std::string sql = emitter.Query(query);
+  return emitter.Finish(std::move(sql), false);
+}
+
+Emitted EmitValues(const BoundValues& values) {
+  Emitter emitter;
+  std::string sql = "SELECT ";
+  for (const auto& value : values.values) {
+    if (&value != &values.values.front()) sql += ',';
+    sql += emitter.Expression(*value, /*certain=*/true);
+  }
+  if (values.condition) {
+    if (!values.values.empty()) sql += ',';
+    sql += emitter.Condition(*values.condition);
+  }
+  return emitter.Finish(std::move(sql), false);
+}
+
+}  // namespace tavcc::sql

@@ -1,0 +1,207 @@
+// INSERT, UPDATE and DELETE as SQLite's text.
+#include <algorithm>
+
+#include "embedded/bind/walk.h"
+#include "embedded/catalog/sqlite.h"
+#include "embedded/emit/emitter_impl.h"
+#include "embedded/emit/single_match.h"
+
+namespace tavcc::sql {
+namespace {
+
+std::string ColumnName(const Table& table, int column) {
+  return QuoteName(table.columns[static_cast<size_t>(column)].name);
+}
+
+// A column that is SQLite's row number takes a NULL for "the next number": the server's NOT NULL has
+// to be said in the statement.
+std::string Written(const Table& table, int column, const BoundExpression& value,
+                    std::string text) {
+  if (column != table.rowid_column || table.columns[static_cast<size_t>(column)].identity) return text;
+  if (!value.nullable) return text;
+  return "s_not_null(" + text + ',' + QuoteText(table.columns[static_cast<size_t>(column)].name) + ',' +
+         QuoteText(table.MessageName()) + ')';
+}
+
+bool IsAlone(const BoundFrom& from) { return from.source != nullptr; }
+
+bool OnlyInner(const BoundFrom& from) {
+  if (from.source) return true;
+  if (from.join != BoundFrom::Join::kInner && from.join != BoundFrom::Join::kCross) return false;
+  return OnlyInner(*from.left) && OnlyInner(*from.right);
+}
+
+// Whether an expression looks into the table that the statement changes: then all new values have to
+// be known before the first row is changed.
+bool Reads(const BoundExpression& expression, const TablePtr& table) {
+  bool reads = false;
+  ForEachExpression(expression, [&](const BoundExpression& inner) {
+    if (inner.kind == BoundExpression::Kind::kSubquery) reads = true;
+    if (inner.kind == BoundExpression::Kind::kCase) {
+      ForEachChild(inner, [](const BoundExpression&) {}, [&](const BoundQuery&) { reads = true; });
+    }
+  });
+  return reads && table != nullptr;
+}
+
+void CollectConditions(const BoundFrom& from, std::vector<const BoundCondition*>& conditions) {
+  if (from.source) return;
+  CollectConditions(*from.left, conditions);
+  CollectConditions(*from.right, conditions);
+  if (from.on) conditions.push_back(from.on.get());
+}
+
+class WriteEmitter : public Emitter {
+ public:
+  std::string Insert(const BoundInsert& insert);
+  std::string Update(const BoundUpdate& update);
+  std::string Delete(const BoundDelete& remove);
+
+ private:
+  std::string UpdateAlone(const BoundUpdate& update);
+  std::string UpdateInner(const BoundUpdate& update);
+  std::string UpdateByRowNumber(const BoundUpdate& update);
+  std::string Assignments(const BoundUpdate& update);
+};
+
+std::string WriteEmitter::Insert(const BoundInsert& insert) {
+  const Table& table = *insert.table;
+  std::string out = "INSERT INTO " + table.physical;
+  if (insert.columns.empty()) return out + " DEFAULT VALUES";
+  for (size_t i = 0; i < insert.columns.size(); ++i) {
+    out += (i == 0 ? '(' : ',') + ColumnName(table, insert.columns[i]);
+  }
+  out += ") ";
+  if (insert.query) {
+    const auto row_number = std::ranges::find(insert.columns, table.rowid_column);
+    if (row_number == insert.columns.end() || insert.explicit_identity) return out + Query(*insert.query);
+    // The guard of the row number stands around the query.
+    out += "SELECT ";
+    for (size_t i = 0; i < insert.columns.size(); ++i) {
+      const std::string name = 'c' + std::to_string(i);
+      if (i > 0) out += ',';
+      out += Written(table, insert.columns[i], *insert.query->select->items[i].expression, name);
+    }
+    return out + " FROM (" + Query(*insert.query, true) + ')';
+  }
+  for (const auto& row : insert.rows) {
+    out += &row == &insert.rows.front() ? "VALUES(" : ",(";
+    for (size_t i = 0; i < row.size(); ++i) {
+      if (i > 0) out += ',';
+      out += Written(table, insert.columns[i], *row[i], Expression(*row[i], /*certain=*/true));
+    }
+    out += ')';
+  }
+  return out;
+}
+
+std::string WriteEmitter::Assignments(const BoundUpdate& update) {
+  std::string out;
+  for (const auto& assignment : update.assignments) {
+    if (!out.empty()) out += ',';
+    out += ColumnName(*update.table, assignment.column) + '=' +
+           Written(*update.table, assignment.column, *assignment.value,
+                   Expression(*assignment.value));
+  }
+  return out;
+}
+
+std::string WriteEmitter::UpdateAlone(const BoundUpdate& update) {
+  std::string out = "UPDATE " + Source(*update.target) + " SET " + Assignments(update);
+  if (update.where) out += " WHERE " + Condition(*update.where);
+  return out;
+}
+
+// Each row of the target is met once at most: SQLite's own UPDATE … FROM.
+std::string WriteEmitter::UpdateInner(const BoundUpdate& update) {
+  Narrow(*update.from, update.where.get());
+  std::string out = "UPDATE " + Source(*update.target) + " SET " + Assignments(update) + " FROM ";
+  bool first = true;
+  ForEachSource(*update.from, [&](const BoundSource& source) {
+    if (&source == update.target) return;
+    if (!first) out += ',';
+    first = false;
+    out += Source(source);
+  });
+  std::vector<const BoundCondition*> conditions;
+  CollectConditions(*update.from, conditions);
+  if (update.where) conditions.push_back(update.where.get());
+  for (size_t i = 0; i < conditions.size(); ++i) {
+    out += (i == 0 ? " WHERE " : " AND ") + Condition(*conditions[i]);
+  }
+  return out;
+}
+
+// All new values first, by row number; of several matches of one row the first counts.
+std::string WriteEmitter::UpdateByRowNumber(const BoundUpdate& update) {
+  Narrow(*update.from, update.where.get());
+  const std::string row = SourceName(*update.target) + '.' + update.table->rowid;
+  std::string values = "SELECT " + row + " AS r";
+  std::string assignments;
+  for (size_t i = 0; i < update.assignments.size(); ++i) {
+    const auto& assignment = update.assignments[i];
+    const std::string name = 'c' + std::to_string(i);
+    values += ',' + Expression(*assignment.value) + " AS " + name;
+    if (i > 0) assignments += ',';
+    assignments += ColumnName(*update.table, assignment.column) + '=' +
+                   Written(*update.table, assignment.column, *assignment.value, "q." + name);
+  }
+  values += " FROM " + From(*update.from, update.where.get());
+  if (update.where) values += " WHERE " + Condition(*update.where);
+  if (!MatchesOnce(*update.from, update.where.get(), *update.target)) values += " GROUP BY " + row;
+  if (update.top) values += Limit(*update.top);
+  return "UPDATE " + update.table->physical + " AS u SET " + assignments + " FROM (" + values +
+         ") AS q WHERE q.r=u." + update.table->rowid;
+}
+
+std::string WriteEmitter::Update(const BoundUpdate& update) {
+  const bool reads = std::ranges::any_of(update.assignments, [&](const BoundAssignment& assignment) {
+    return Reads(*assignment.value, update.table);
+  });
+  if (!reads && !update.top) {
+    if (IsAlone(*update.from)) return UpdateAlone(update);
+    if (OnlyInner(*update.from) &&
+        MatchesOnce(*update.from, update.where.get(), *update.target)) {
+      return UpdateInner(update);
+    }
+  }
+  return UpdateByRowNumber(update);
+}
+
+std::string WriteEmitter::Delete(const BoundDelete& remove) {
+  if (IsAlone(*remove.from) && !remove.top) {
+    std::string out = "DELETE FROM " + Source(*remove.target);
+    if (remove.where) out += " WHERE " + Condition(*remove.where);
+    return out;
+  }
+  Narrow(*remove.from, remove.where.get());
+  std::string rows = "SELECT " + SourceName(*remove.target) + '.' + remove.table->rowid + " FROM " +
+                     From(*remove.from, remove.where.get());
+  if (remove.where) rows += " WHERE " + Condition(*remove.where);
+  if (remove.top) rows += Limit(*remove.top);
+  return "DELETE FROM " + remove.table->physical + " WHERE " + remove.table->rowid + " IN (" + rows +
+         ')';
+}
+
+}  // namespace
+
+Emitted EmitInsert(const BoundInsert& insert) {
+  WriteEmitter emitter;
+  std::string sql = emitter.Insert(insert);
+  // A single row is computed before it is written.
+  return emitter.Finish(std::move(sql), insert.query != nullptr || insert.rows.size() > 1);
+}
+
+Emitted EmitUpdate(const BoundUpdate& update) {
+  WriteEmitter emitter;
+  std::string sql = emitter.Update(update);
+  return emitter.Finish(std::move(sql), true);
+}
+
+Emitted EmitDelete(const BoundDelete& remove) {
+  WriteEmitter emitter;
+  std::string sql = emitter.Delete(remove);
+  return emitter.Finish(std::move(sql), true);
+}
+
+}  // namespace tavcc::sql

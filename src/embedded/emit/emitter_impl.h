@@ -1,0 +1,88 @@
+// The emitter's working state, shared by its sources.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "embedded/emit/emitter.h"
+
+namespace tavcc::sql {
+
+class Emitter {
+ public:
+  // `live_variables`: variables are read through a function, row by row, not once as parameters.
+  explicit Emitter(bool live_variables = false) : live_variables_(live_variables) {}
+
+  // emit_expression.cpp
+  // `certain`: the value is computed whenever the statement runs at all, so that a conversion that
+  // may fail can be done before it.
+  std::string Expression(const BoundExpression& expression, bool certain = false);
+  // The expression as an operand of a comparison by text collation.
+  std::string Collated(const BoundExpression& expression);
+  // The expression as one that rows are put together or apart by.
+  std::string Grouping(const BoundExpression& expression);
+
+  // emit_condition.cpp
+  std::string Condition(const BoundCondition& condition);
+
+  // emit_query.cpp
+  std::string Query(const BoundQuery& query, bool names = false);
+  std::string Source(const BoundSource& source);
+  std::string From(const BoundFrom& from, const BoundCondition* where);
+  std::string Scalar(const BoundQuery& query);
+
+  Emitted Finish(std::string sql, bool changes_rows);
+
+ protected:
+  std::string Limit(const BoundExpression& top);
+  // narrow.cpp: adds conditions to grouped derived tables, so that they are computed only for the
+  // keys on which they are joined.
+  void Narrow(const BoundFrom& from, const BoundCondition* where);
+
+ private:
+  std::string Literal(const BoundLiteral& literal);
+  std::string Place(const Parameter& parameter);
+  std::string Column(const BoundColumn& column);
+  std::string Variable(const BoundVariable& variable);
+  std::string Unary(const BoundUnary& unary);
+  std::string Arithmetic(const BoundArithmetic& arithmetic);
+  std::string Concatenation(const BoundArithmetic& arithmetic);
+  std::string Convert(const BoundConvert& convert, bool certain);
+  std::string ConvertedPlace(const BoundConvert& convert);
+  std::string Call(const BoundCall& call);
+  std::string NumericCall(const BoundCall& call);
+  std::string DataLength(const BoundCall& call);
+  std::string Case(const BoundCase& expression);
+  std::string Aggregated(const BoundAggregate& aggregate);
+  std::string Comparison(const BoundComparison& comparison);
+
+  std::string Select(const BoundSelect& select, bool names, bool distinct_rows);
+  std::string SetOperation(const BoundQuery& query);
+  std::string Arm(const BoundQuery& query, bool distinct_rows);
+  std::string Order(const BoundQuery& query);
+
+  bool NarrowQuery(const BoundQuery& query, size_t column, const std::string& keys);
+  std::string KeysOf(const BoundColumn& column, const BoundCondition* where);
+
+  // A function of the dialect's that can fail.
+  std::string Failing(std::string text) {
+    raises_ = true;
+    return text;
+  }
+
+  const bool live_variables_;
+  std::vector<Parameter> parameters_;
+  bool raises_ = false;
+  // Conditions to be added to a block's WHERE.
+  std::unordered_map<const BoundSelect*, std::string> narrowed_;
+};
+
+// The operands of an AND, or the condition itself.
+void ForEachConjunct(const BoundCondition* condition,
+                     const std::function<void(const BoundCondition&)>& visit);
+
+std::string SourceName(const BoundSource& source);
+
+}  // namespace tavcc::sql

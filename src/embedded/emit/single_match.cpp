@@ -1,0 +1,103 @@
+#include "embedded/emit/single_match.h"
+
+#include <algorithm>
+#include <set>
+
+#include "embedded/bind/binder.h"
+#include "embedded/bind/walk.h"
+#include "embedded/emit/emitter_impl.h"
+
+namespace tavcc::sql {
+namespace {
+
+using Sources = std::set<const BoundSource*>;
+
+bool DependsOnlyOn(const BoundExpression& expression, const Sources& known) {
+  bool only = true;
+  ForEachExpression(expression, [&](const BoundExpression& inner) {
+    if (inner.kind == BoundExpression::Kind::kSubquery) only = false;
+    if (inner.kind != BoundExpression::Kind::kColumn) return;
+    if (!known.contains(static_cast<const BoundColumn&>(inner).source)) only = false;
+  });
+  return only;
+}
+
+// Adds to `columns` the columns of `source` that an equality ties to what is known.
+void TiedColumns(const BoundCondition& condition, const BoundSource& source, const Sources& known,
+                 std::set<int>& columns) {
+  if (condition.kind != BoundCondition::Kind::kComparison) return;
+  const auto& comparison = static_cast<const BoundComparison&>(condition);
+  if (comparison.op != ComparisonOperator::kEqual) return;
+  const BoundExpression* sides[] = {comparison.left.get(), comparison.right.get()};
+  for (int i = 0; i < 2; ++i) {
+    if (sides[i]->kind != BoundExpression::Kind::kColumn) continue;
+    const auto& column = static_cast<const BoundColumn&>(*sides[i]);
+    if (column.source == &source && DependsOnlyOn(*sides[1 - i], known)) columns.insert(column.column);
+  }
+}
+
+bool Covers(const std::set<int>& columns, const std::vector<int>& key) {
+  return std::ranges::all_of(key, [&](int column) { return columns.contains(column); });
+}
+
+// The columns of a grouped derived table that are its grouping keys; empty when a key is not shown.
+std::vector<int> GroupingColumns(const BoundSelect& select) {
+  std::vector<int> columns;
+  for (const auto& key : select.group_by) {
+    const std::string text = Describe(*key);
+    int found = -1;
+    for (size_t i = 0; i < select.items.size(); ++i) {
+      if (Describe(*select.items[i].expression) == text) found = static_cast<int>(i);
+    }
+    if (found < 0) return {};
+    columns.push_back(found);
+  }
+  return columns;
+}
+
+bool HasKeyIn(const BoundSource& source, const std::set<int>& columns) {
+  if (source.table) {
+    if (columns.contains(source.table->rowid_column)) return true;
+    return std::ranges::any_of(source.table->keys, [&](const Key& key) {
+      return key.kind != Key::Kind::kIndex && Covers(columns, key.columns);
+    });
+  }
+  if (!source.query->select || !source.query->select->grouped) return false;
+  if (source.query->select->group_by.empty()) return true;
+  const std::vector<int> key = GroupingColumns(*source.query->select);
+  return !key.empty() && Covers(columns, key);
+}
+
+void CollectOn(const BoundFrom& from, std::vector<const BoundCondition*>& conditions) {
+  if (from.source) return;
+  CollectOn(*from.left, conditions);
+  CollectOn(*from.right, conditions);
+  ForEachConjunct(from.on.get(),
+                  [&](const BoundCondition& conjunct) { conditions.push_back(&conjunct); });
+}
+
+}  // namespace
+
+bool MatchesOnce(const BoundFrom& from, const BoundCondition* where, const BoundSource& target) {
+  std::vector<const BoundCondition*> conditions;
+  CollectOn(from, conditions);
+  ForEachConjunct(where, [&](const BoundCondition& conjunct) { conditions.push_back(&conjunct); });
+  Sources known{&target};
+  std::vector<const BoundSource*> open;
+  ForEachSource(from, [&](const BoundSource& source) {
+    if (&source != &target) open.push_back(&source);
+  });
+  while (!open.empty()) {
+    const auto tied = std::ranges::find_if(open, [&](const BoundSource* source) {
+      std::set<int> columns;
+      for (const auto* condition : conditions) TiedColumns(*condition, *source, known, columns);
+      return HasKeyIn(*source, columns);
+    });
+    if (tied == open.end()) return false;
+    known.insert(*tied);
+    open.erase(tied);
+  }
+  return true;
+}
+
+}  // namespace tavcc::sql

@@ -1,0 +1,318 @@
+// Running batches, procedures and dynamic batches, and what follows an error.
+#include "embedded/run/engine.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+
+#include "embedded/catalog/names.h"
+#include "embedded/run/session_functions.h"
+
+namespace tavcc::sql {
+namespace {
+
+// Procedures and dynamic batches inside one another, as on the server.
+constexpr int kMostNested = 32;
+
+// An error has ended the batch, dynamic batch or procedure at hand; it is reported already.
+struct ScopeEnded {};
+// An error has ended everything up to the client's batch.
+struct BatchEnded {};
+
+SqliteConnection& ReadyStore(SqliteConnection& store, bool shared) {
+  PrepareConnection(store, shared);
+  if (!shared) store.Run(Catalog::NewStoreText());
+  return store;
+}
+
+int OpenFlags() { return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX; }
+
+}  // namespace
+
+Engine::Engine(const StoreLocation& location, std::function<DateTime()> clock, int64_t budget)
+    : store_(location.path, OpenFlags()),
+      shared_(location.shared),
+      catalog_(ReadyStore(store_, location.shared), location.shared),
+      budget_(budget) {
+  store_.functions().clock = std::move(clock);
+  RegisterSessionFunctions(store_, *this);
+}
+
+Engine::~Engine() = default;
+
+void Engine::Clear() {
+  cursors_.clear();
+  if (transaction_count_ > 0) RollbackAll();
+  catalog_.Clear();
+  catalog_.Forget();
+  identity = StoredValue();
+  identity_insert.clear();
+  no_count = abort_transaction_on_error = false;
+  row_count = fetch_status = last_error_ = 0;
+  has_result_ = false;
+  result_ = Rows{};
+}
+
+// ---- Entry points ---------------------------------------------------------------------------------
+
+void Engine::Start() {
+  errors_.clear();
+  has_result_ = false;
+  result_ = Rows{};
+  spent_ = 0;
+  if (transaction_count_ > 0) return;
+  catalog_.Forget();
+  catalog_.Refresh();
+}
+
+void Engine::Run(const std::function<void()>& body) {
+  try {
+    Start();
+    body();
+  } catch (const ScopeEnded&) {
+  } catch (const BatchEnded&) {
+  } catch (SqlError& error) {
+    // Nothing of the batch has run.
+    Report(std::move(error));
+  }
+  capture_ = nullptr;
+}
+
+void Engine::RunBatch(std::string_view text) {
+  Run([&] {
+    const auto batch = batches_.Find(text);
+    Frame frame;
+    frame.literals = batch->literals;
+    RunProgram(batch->program, frame);
+  });
+}
+
+void Engine::RunProcedure(std::string_view name, std::vector<CallArgument>& arguments) {
+  Run([&] {
+    try {
+      Call(ObjectName{SplitName(name)}, arguments);
+    } catch (SqlError& error) {
+      Report(std::move(error));
+    }
+  });
+}
+
+RecordsetPtr Engine::TakeResult() {
+  if (!has_result_) return ClosedRecordset();
+  has_result_ = false;
+  return MakeRecordset(std::move(result_));
+}
+
+void Engine::Return(Rows rows) {
+  if (capture_ != nullptr) {
+    capture_->push_back(std::move(rows));
+  } else if (!has_result_) {
+    has_result_ = true;
+    result_ = std::move(rows);
+  }
+}
+
+void Engine::Report(SqlError error) {
+  last_error_ = error.number;
+  if (error.line == 0) error.line = 1;
+  errors_.push_back(std::move(error));
+}
+
+void Engine::Message(int number, int severity, int state, std::string text) {
+  errors_.push_back(SqlError{number, severity, state, 1, std::move(text)});
+}
+
+// ---- Programs -------------------------------------------------------------------------------------
+
+void Engine::RunProgram(const std::shared_ptr<Program>& program, Frame& frame) {
+  frame.variables.resize(program->variables().size());
+  const bool has_tables = !program->table_variables().empty();
+  try {
+    for (const TablePtr& table : program->table_variables()) catalog_.TakeVariable(table);
+    if (!program->prepared) PrepareProgram(*program, frame);
+    Flow flow = Flow::kNext;
+    RunBlock(program->body(), frame, flow);
+  } catch (...) {
+    if (has_tables) catalog_.ReleaseVariables();
+    throw;
+  }
+  if (has_tables) catalog_.ReleaseVariables();
+}
+
+void Engine::PrepareProgram(Program& program, Frame& frame) {
+  for (const auto& instruction : program.body()) instruction->Prepare(*this, frame);
+  program.prepared = true;
+}
+
+void Engine::RunBlock(const std::vector<InstructionPtr>& body, Frame& frame, Flow& flow) {
+  for (const auto& instruction : body) {
+    flow = RunOne(*instruction, frame);
+    if (flow != Flow::kNext) return;
+  }
+}
+
+void Engine::Spend() {
+  if (budget_ == 0 || ++spent_ <= budget_) return;
+  Report(StoreFailure("the batch ran more statements than it may"));
+  throw BatchEnded{};
+}
+
+Flow Engine::RunOne(Instruction& instruction, Frame& frame) {
+  Spend();
+  store_.functions().now.reset();
+  try {
+    const Flow flow = instruction.Execute(*this, frame);
+    if (!instruction.IsControl()) last_error_ = 0;
+    return flow;
+  } catch (SqlError& error) {
+    if (error.line == 0) error.line = instruction.line();
+    AfterError after = WhatFollows(error.number);
+    if (abort_transaction_on_error && error.severity > 10 && after != AfterError::kEndScope) {
+      after = AfterError::kEndTransaction;
+    }
+    // SQLite gives up the whole transaction when it runs out of memory or space.
+    if (transaction_count_ > 0 && !store_.InTransaction()) after = AfterError::kEndTransaction;
+    Report(std::move(error));
+    live_frame = nullptr;
+    switch (after) {
+      case AfterError::kNextStatement:
+        return Flow::kNext;
+      case AfterError::kEndScope:
+        throw ScopeEnded{};
+      case AfterError::kEndTransaction:
+        if (transaction_count_ > 0) RollbackAll();
+        throw BatchEnded{};
+      case AfterError::kEndBatch:
+        break;
+    }
+    throw BatchEnded{};
+  }
+}
+
+void Engine::RunText(std::string_view text) {
+  if (nesting_ >= kMostNested) Raise(217, kMostNested);
+  ++nesting_;
+  catalog_.PushScope();
+  try {
+    const auto batch = batches_.Find(text);
+    Frame frame;
+    frame.literals = batch->literals;
+    RunProgram(batch->program, frame);
+  } catch (const ScopeEnded&) {
+  } catch (SqlError& error) {
+    Report(std::move(error));
+  } catch (...) {
+    catalog_.PopScope();
+    --nesting_;
+    throw;
+  }
+  catalog_.PopScope();
+  --nesting_;
+}
+
+int64_t Engine::Call(const ObjectName& name, std::vector<CallArgument>& arguments) {
+  const CatalogObjectPtr object = catalog_.Find(name);
+  if (!object || !object->procedure) Raise(2812, WrittenName(name));
+  if (nesting_ >= kMostNested) Raise(217, kMostNested);
+  const Procedure& procedure = *object->procedure;
+  if (!procedure.program) procedure.program = Program::FromProcedure(procedure);
+  const auto program = procedure.program;
+  Frame frame;
+  frame.variables.resize(program->variables().size());
+  BindArguments(procedure, arguments, frame);
+  const int transactions = transaction_count_;
+  ++nesting_;
+  catalog_.PushScope();
+  try {
+    RunProgram(program, frame);
+  } catch (const ScopeEnded&) {
+  } catch (SqlError& error) {
+    Report(std::move(error));
+  } catch (...) {
+    catalog_.PopScope();
+    --nesting_;
+    throw;
+  }
+  catalog_.PopScope();
+  --nesting_;
+  if (transaction_count_ != transactions) {
+    Report(MakeError(266, {transactions, transaction_count_}));
+  }
+  for (CallArgument& argument : arguments) {
+    if (!argument.output) continue;
+    for (size_t i = 0; i < procedure.statement->parameters.size(); ++i) {
+      if (!SameName(procedure.statement->parameters[i].name, argument.parameter)) continue;
+      argument.value = TypedValue{program->variables()[i].type, frame.variables[i]};
+    }
+  }
+  return frame.return_value;
+}
+
+void Engine::BindArguments(const Procedure& procedure, std::vector<CallArgument>& arguments,
+                           Frame& frame) {
+  const auto& parameters = procedure.statement->parameters;
+  const auto& variables = procedure.program->variables();
+  if (parameters.empty() && !arguments.empty()) Raise(8146, procedure.name);
+  if (arguments.size() > parameters.size()) Raise(8144, procedure.name);
+  std::vector<bool> given(parameters.size(), false);
+  for (size_t i = 0; i < arguments.size(); ++i) {
+    CallArgument& argument = arguments[i];
+    size_t at = i;
+    if (!argument.parameter.empty()) {
+      at = 0;
+      while (at < parameters.size() && !SameName(parameters[at].name, argument.parameter)) ++at;
+      if (at == parameters.size()) Raise(8145, argument.parameter, procedure.name);
+    }
+    argument.parameter = parameters[at].name;
+    if (given[at]) Raise(8143, argument.parameter);
+    if (argument.is_default) continue;
+    given[at] = true;
+    if (argument.output && !parameters[at].output) Raise(8162, argument.parameter);
+    CheckImplicit(argument.value.type, variables[at].type);
+    frame.variables[at] =
+        ConvertStored(argument.value.value, argument.value.type, variables[at].type);
+  }
+  for (size_t i = 0; i < parameters.size(); ++i) {
+    if (given[i]) continue;
+    if (!parameters[i].default_value) Raise(201, procedure.name, parameters[i].name);
+    const auto& literal = *parameters[i].default_value;
+    const TypedValue value = ConstantValue(literal);
+    frame.variables[i] = ConvertStored(value.value, value.type, variables[i].type);
+  }
+}
+
+// ---- Session values -------------------------------------------------------------------------------
+
+StoredValue Engine::SessionValueOf(SessionValue value, const Frame& frame) const {
+  switch (value) {
+    case SessionValue::kRowCount:
+      return row_count;
+    case SessionValue::kError:
+      return int64_t{last_error_};
+    case SessionValue::kIdentity:
+      return identity;
+    case SessionValue::kScopeIdentity:
+      return frame.scope_identity;
+    case SessionValue::kFetchStatus:
+      return int64_t{fetch_status};
+    case SessionValue::kTransactionCount:
+      return int64_t{transaction_count_};
+    case SessionValue::kVersion:
+      return std::string("Embedded database");
+    case SessionValue::kDatabaseName:
+      return std::string("main");
+    case SessionValue::kServerName:
+      return std::string("embedded");
+    case SessionValue::kUserName:
+      return std::string("dbo");
+    case SessionValue::kProcessId:
+      return int64_t{1};
+    case SessionValue::kProcedureId:
+      return int64_t{0};
+    case SessionValue::kNestLevel:
+      return int64_t{nesting_};
+  }
+  return {};
+}
+
+}  // namespace tavcc::sql

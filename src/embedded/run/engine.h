@@ -1,0 +1,146 @@
+// The engine of one session: its connection to the store, its catalog, its caches, its state, and
+// the running of programs.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "embedded/bind/binder.h"
+#include "embedded/catalog/catalog.h"
+#include "embedded/catalog/sqlite.h"
+#include "embedded/run/batch_cache.h"
+#include "embedded/run/cursor.h"
+#include "embedded/run/program.h"
+#include "embedded/run/recordset.h"
+#include "foundation/connection.h"
+
+namespace tavcc::sql {
+
+struct StoreLocation {
+  std::string path;
+  bool shared = false;  // a file: other processes may be at work on it
+};
+
+// An argument of a procedure call.
+struct CallArgument {
+  std::string parameter;  // with its "@"; empty when by position
+  TypedValue value;
+  bool is_default = false;
+  bool output = false;
+};
+
+class Engine {
+ public:
+  // The store must have been made ready (see store.h). `budget`: statements that one batch may run,
+  // 0 without limit.
+  Engine(const StoreLocation& location, std::function<DateTime()> clock, int64_t budget);
+  Engine(const Engine&) = delete;
+  Engine& operator=(const Engine&) = delete;
+  ~Engine();
+
+  // ---- For the session -------------------------------------------------------------------------
+  // Runs a batch to its end. Errors are listed, not thrown.
+  void RunBatch(std::string_view text);
+  // Calls a procedure; output arguments get their values back.
+  void RunProcedure(std::string_view name, std::vector<CallArgument>& arguments);
+  RecordsetPtr TakeResult();
+  const std::vector<SqlError>& errors() const { return errors_; }
+  // Ends the session's transaction, temporary tables and cursors.
+  void Clear();
+
+  // ---- For instructions ------------------------------------------------------------------------
+  Catalog& catalog() { return catalog_; }
+  SqliteConnection& store() { return store_; }
+  StoredValue SessionValueOf(SessionValue value, const Frame& frame) const;
+  void RunBlock(const std::vector<InstructionPtr>& body, Frame& frame, Flow& flow);
+  Flow RunOne(Instruction& instruction, Frame& frame);
+  // Counts a statement against the budget; ends the batch when it is used up.
+  void Spend();
+  void RunText(std::string_view text);
+  // `arguments` as for RunProcedure. Returns the procedure's RETURN value. Errors: 2812 and those of
+  // the arguments.
+  int64_t Call(const ObjectName& name, std::vector<CallArgument>& arguments);
+  // Takes the rows of a query: the first of a batch are its result.
+  void Return(Rows rows);
+  // The rows of the statements inside are handed to `sink` instead of to the client.
+  void Capture(std::vector<Rows>* sink) { capture_ = sink; }
+  bool capturing() const { return capture_ != nullptr; }
+  void Message(int number, int severity, int state, std::string text);
+  void CountCompiled() { ++compiled_; }
+  // How many statements were compiled so far: for tests and benchmarks.
+  int64_t compiled() const { return compiled_; }
+
+  std::map<std::string, Cursor>& cursors() { return cursors_; }
+
+  // State that statements read and set.
+  int64_t row_count = 0;
+  int fetch_status = 0;
+  StoredValue identity;
+  bool no_count = false, abort_transaction_on_error = false;
+  std::string identity_insert;  // the physical name of the table, empty for none
+  Frame* live_frame = nullptr;  // that s_variable reads
+
+  // ---- Transactions (transaction.cpp) ------------------------------------------------------------
+  int transaction_count() const { return transaction_count_; }
+  void Begin(const std::string& name);
+  void Commit();                           // error 3902
+  void Rollback(const std::string& name);  // error 3903, 6401
+  void Save(const std::string& name);      // error 628
+  bool InTransaction() const { return transaction_count_ > 0; }
+
+ private:
+  friend class StatementGuard;
+  struct SavePoint {
+    std::string name;
+    size_t mark;
+  };
+
+  void Start();
+  void Run(const std::function<void()>& body);
+  void Report(SqlError error);
+  void RunProgram(const std::shared_ptr<Program>& program, Frame& frame);
+  void PrepareProgram(Program& program, Frame& frame);
+  void BindArguments(const Procedure& procedure, std::vector<CallArgument>& arguments, Frame& frame);
+  void RollbackAll();
+
+  SqliteConnection store_;
+  const bool shared_;
+  Catalog catalog_;
+  BatchCache batches_;
+  std::map<std::string, Cursor> cursors_;
+  std::vector<SqlError> errors_;
+  bool has_result_ = false;
+  Rows result_;
+  std::vector<Rows>* capture_ = nullptr;
+  int last_error_ = 0;
+  int transaction_count_ = 0;
+  std::string transaction_name_;
+  std::vector<SavePoint> save_points_;
+  int nesting_ = 0;
+  const int64_t budget_;
+  int64_t spent_ = 0;
+  int64_t compiled_ = 0;
+};
+
+// Makes one statement whole: what it did to store and catalog is undone unless Keep is called.
+class StatementGuard {
+ public:
+  // `store`: whether the store's own file is changed, not only temporary tables.
+  StatementGuard(Engine& engine, bool store);
+  StatementGuard(const StatementGuard&) = delete;
+  StatementGuard& operator=(const StatementGuard&) = delete;
+  ~StatementGuard();
+  void Keep();
+
+ private:
+  Engine& engine_;
+  const bool own_transaction_;
+  const size_t mark_;
+  bool kept_ = false;
+};
+
+}  // namespace tavcc::sql

@@ -1,0 +1,132 @@
+#include "embedded/run/plan.h"
+
+#include <sqlite3.h>
+
+#include "embedded/run/engine.h"
+
+namespace tavcc::sql {
+namespace {
+
+// How many forms of one statement, for literals of different types, are kept at most.
+constexpr size_t kMostPlans = 16;
+
+bool SameLiteral(const TypedValue& known, const TypedValue& current, LiteralUse use) {
+  if (known.type.kind != current.type.kind || known.value.IsNull() != current.value.IsNull()) {
+    return false;
+  }
+  switch (use) {
+    case LiteralUse::kKind:
+      return known.type.precision == current.type.precision &&
+             known.type.scale == current.type.scale;
+    case LiteralUse::kDigits:
+      return known.type == current.type && (known.type.kind != TypeKind::kInt ||
+                                            ConstantAsDecimal(known.value.integer()) ==
+                                                ConstantAsDecimal(current.value.integer()));
+    case LiteralUse::kType:
+      return known.type == current.type;
+    case LiteralUse::kValue:
+      break;
+  }
+  return known.type == current.type && known.value == current.value;
+}
+
+// Text that a column is too short for, with the names of the column that the parameter has.
+[[noreturn]] void RaiseTruncation(const Parameter& parameter, const StoredValue& value) {
+  const std::string cut = value.kind() == StoredValue::Kind::kText
+                              ? value.text().substr(0, static_cast<size_t>(parameter.to.length))
+                              : std::string();
+  Raise(2628, parameter.table, parameter.column, cut);
+}
+
+StoredValue ConvertParameter(const Parameter& parameter, const StoredValue& value,
+                             const SqlType& from) {
+  try {
+    return ConvertStored(value, from, parameter.to, parameter.mode);
+  } catch (const SqlError& error) {
+    if (error.number == 8152 && !parameter.table.empty()) RaiseTruncation(parameter, value);
+    throw;
+  }
+}
+
+}  // namespace
+
+bool Plan::IsFor(std::span<const TypedValue> current) const {
+  for (size_t slot = 0; slot < literals.size(); ++slot) {
+    if (!SameLiteral(literals[slot], current[slot], binding.uses[slot])) return false;
+  }
+  return true;
+}
+
+bool Plan::Stands(const Catalog& catalog) {
+  if (epoch == catalog.epoch()) return true;
+  for (const Dependency& dependency : binding.dependencies) {
+    if (dependency.table ? catalog.FindTable(dependency.name) != dependency.table
+                         : catalog.Find(dependency.name) != dependency.object) {
+      return false;
+    }
+  }
+  epoch = catalog.epoch();
+  return true;
+}
+
+Plan& PlanCache::Find(Engine& engine, const Frame& frame, const Compile& compile) {
+  for (size_t i = plans_.size(); i-- > 0;) {
+    if (!plans_[i]->IsFor(frame.literals)) continue;
+    if (plans_[i]->Stands(engine.catalog())) return *plans_[i];
+    plans_.erase(plans_.begin() + static_cast<ptrdiff_t>(i));
+  }
+  auto plan = std::make_unique<Plan>();
+  plan->literals.assign(frame.literals.begin(), frame.literals.end());
+  compile(*plan);
+  engine.CountCompiled();
+  plan->epoch = engine.catalog().epoch();
+  if (plans_.size() >= kMostPlans) plans_.erase(plans_.begin());
+  plans_.push_back(std::move(plan));
+  return *plans_.back();
+}
+
+PlanRun::PlanRun(Engine& engine, Plan& plan, const Frame& frame, std::span<const StoredValue> row)
+    : engine_(engine), plan_(plan) {
+  if (!plan.statement) plan.statement = engine.store().Prepare(plan.emitted.sql);
+  const auto& parameters = plan.emitted.parameters;
+  plan.converted.resize(parameters.size());
+  for (size_t i = 0; i < parameters.size(); ++i) {
+    const Parameter& parameter = parameters[i];
+    const auto index = static_cast<size_t>(parameter.index);
+    const StoredValue* value = nullptr;
+    SqlType from = parameter.from;
+    switch (parameter.source) {
+      case Parameter::Source::kLiteral:
+        value = &frame.literals[index].value;
+        from = frame.literals[index].type;
+        break;
+      case Parameter::Source::kVariable:
+        value = &frame.variables[index];
+        break;
+      case Parameter::Source::kRow:
+        value = &row[index];
+        break;
+      case Parameter::Source::kSession:
+        plan.converted[i] = engine.SessionValueOf(static_cast<SessionValue>(index), frame);
+        value = &plan.converted[i];
+        break;
+    }
+    if (parameter.convert && !value->IsNull() && !IsSameStored(from, parameter.to)) {
+      plan.converted[i] = ConvertParameter(parameter, *value, from);
+      value = &plan.converted[i];
+    }
+    BindStored(plan.statement.get(), static_cast<int>(i) + 1, *value);
+  }
+}
+
+PlanRun::~PlanRun() { sqlite3_reset(plan_.statement.get()); }
+
+bool PlanRun::Step() { return engine_.store().Step(plan_.statement.get()); }
+
+int PlanRun::ColumnCount() const { return sqlite3_column_count(plan_.statement.get()); }
+
+StoredValue PlanRun::Column(int index) const {
+  return FromSqlite(sqlite3_column_value(plan_.statement.get(), index));
+}
+
+}  // namespace tavcc::sql

@@ -1,0 +1,170 @@
+// Building programs: one pass over the parsed statements, declarations gathered on the way.
+#include "embedded/run/program.h"
+
+#include "embedded/catalog/names.h"
+#include "embedded/run/instructions.h"
+
+namespace tavcc::sql {
+
+class ProgramBuilder {
+ public:
+  explicit ProgramBuilder(const std::shared_ptr<Program>& program, bool procedure)
+      : program_(program), procedure_(procedure) {}
+
+  void Declare(const std::string& name, const SqlType& type) {
+    for (const VariableInfo& known : program_->variables_) {
+      if (SameName(known.name, name)) Raise(134, name);
+    }
+    program_->variables_.push_back({name, type});
+  }
+
+  std::vector<InstructionPtr> BuildAll(const std::vector<StatementPtr>& statements) {
+    std::vector<InstructionPtr> body;
+    for (const auto& statement : statements) body.push_back(Build(*statement));
+    return body;
+  }
+
+  InstructionPtr Build(const Statement& statement) {
+    try {
+      return Make(statement);
+    } catch (SqlError& error) {
+      if (error.line == 0) error.line = statement.line;
+      throw;
+    }
+  }
+
+ private:
+  Visible Now() const { return {&program_->variables_, program_->variables_.size()}; }
+
+  template <class T>
+  static const T& As(const Statement& statement) {
+    return static_cast<const T&>(statement);
+  }
+
+  InstructionPtr Make(const Statement& statement);
+  InstructionPtr MakeFlow(const Statement& statement);
+  InstructionPtr MakeDeclaration(const DeclareStatement& statement);
+
+  std::shared_ptr<Program> program_;
+  const bool procedure_;
+  int loops_ = 0;
+};
+
+InstructionPtr ProgramBuilder::Make(const Statement& statement) {
+  switch (statement.kind) {
+    case Statement::Kind::kSelect:
+      return MakeSelect(As<SelectStatement>(statement), Now());
+    case Statement::Kind::kInsert: {
+      const auto& insert = As<InsertStatement>(statement);
+      return MakeInsert(insert, insert.execute ? Build(*insert.execute) : nullptr, Now());
+    }
+    case Statement::Kind::kUpdate:
+      return MakeUpdate(As<UpdateStatement>(statement), Now());
+    case Statement::Kind::kDelete:
+      return MakeDelete(As<DeleteStatement>(statement), Now());
+    case Statement::Kind::kTruncate:
+      return MakeTruncate(As<TruncateStatement>(statement));
+    case Statement::Kind::kCreateTable:
+      return MakeCreateTable(As<CreateTableStatement>(statement));
+    case Statement::Kind::kCreateIndex:
+      return MakeCreateIndex(As<CreateIndexStatement>(statement));
+    case Statement::Kind::kCreateView:
+      return MakeCreateView(As<CreateViewStatement>(statement));
+    case Statement::Kind::kCreateProcedure:
+      return MakeCreateProcedure(As<CreateProcedureStatement>(statement));
+    case Statement::Kind::kDrop:
+      return MakeDrop(As<DropStatement>(statement));
+    case Statement::Kind::kAlterTableAdd:
+      return MakeAlterTableAdd(As<AlterTableAddStatement>(statement));
+    case Statement::Kind::kSetOption:
+      return MakeSetOption(As<SetOptionStatement>(statement));
+    case Statement::Kind::kTransaction:
+      return MakeTransaction(As<TransactionStatement>(statement));
+    case Statement::Kind::kPrint:
+      return MakePrint(As<PrintStatement>(statement), Now());
+    case Statement::Kind::kRaisError:
+      return MakeRaisError(As<RaisErrorStatement>(statement), Now());
+    case Statement::Kind::kExecuteProcedure:
+      return MakeExecuteProcedure(As<ExecuteProcedureStatement>(statement), Now());
+    case Statement::Kind::kExecuteText:
+      return MakeExecuteText(As<ExecuteTextStatement>(statement), Now());
+    default:
+      return MakeFlow(statement);
+  }
+}
+
+InstructionPtr ProgramBuilder::MakeFlow(const Statement& statement) {
+  switch (statement.kind) {
+    case Statement::Kind::kDeclare:
+      return MakeDeclaration(As<DeclareStatement>(statement));
+    case Statement::Kind::kSetVariable:
+      return MakeSetVariable(As<SetVariableStatement>(statement), Now());
+    case Statement::Kind::kIf: {
+      const auto& branch = As<IfStatement>(statement);
+      const Visible visible = Now();
+      auto then = Build(*branch.then);
+      auto otherwise = branch.otherwise ? Build(*branch.otherwise) : nullptr;
+      return MakeIf(branch, std::move(then), std::move(otherwise), visible);
+    }
+    case Statement::Kind::kWhile: {
+      const auto& loop = As<WhileStatement>(statement);
+      const Visible visible = Now();
+      ++loops_;
+      auto body = Build(*loop.body);
+      --loops_;
+      return MakeWhile(loop, std::move(body), visible);
+    }
+    case Statement::Kind::kBlock:
+      return MakeBlock(statement.line, BuildAll(As<BlockStatement>(statement).statements));
+    case Statement::Kind::kBreak:
+      if (loops_ == 0) Raise(135);
+      return MakeJump(statement.line, Flow::kBreak);
+    case Statement::Kind::kContinue:
+      if (loops_ == 0) Raise(136);
+      return MakeJump(statement.line, Flow::kContinue);
+    case Statement::Kind::kReturn:
+      if (As<ReturnStatement>(statement).value && !procedure_) Raise(178);
+      return MakeReturn(As<ReturnStatement>(statement), Now());
+    case Statement::Kind::kDeclareCursor:
+      return MakeDeclareCursor(As<DeclareCursorStatement>(statement), Now(), program_);
+    case Statement::Kind::kFetch:
+      return MakeFetch(As<FetchStatement>(statement), Now());
+    default:
+      return MakeCursor(As<CursorStatement>(statement));
+  }
+}
+
+InstructionPtr ProgramBuilder::MakeDeclaration(const DeclareStatement& statement) {
+  for (const VariableDefinition& variable : statement.variables) {
+    if (!variable.table) {
+      Declare(variable.name, ResolveTypeName(variable.type));
+      continue;
+    }
+    for (const TablePtr& known : program_->table_variables_) {
+      if (SameName(known->name, variable.name)) Raise(134, variable.name);
+    }
+    program_->table_variables_.push_back(BuildTable(variable.name, *variable.table));
+  }
+  return MakeDeclare(statement, Now());
+}
+
+std::shared_ptr<Program> Program::FromBatch(std::shared_ptr<const Batch> batch) {
+  auto program = std::make_shared<Program>();
+  ProgramBuilder builder(program, /*procedure=*/false);
+  program->body_ = builder.BuildAll(batch->statements);
+  program->source_ = std::move(batch);
+  return program;
+}
+
+std::shared_ptr<Program> Program::FromProcedure(const Procedure& procedure) {
+  auto program = std::make_shared<Program>();
+  ProgramBuilder builder(program, /*procedure=*/true);
+  for (const ParameterDefinition& parameter : procedure.statement->parameters) {
+    builder.Declare(parameter.name, ResolveTypeName(parameter.type));
+  }
+  program->body_ = builder.BuildAll(procedure.statement->body);
+  program->source_ = procedure.text;
+  return program;
+}
+
+}  // namespace tavcc::sql

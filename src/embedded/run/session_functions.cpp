@@ -1,0 +1,153 @@
+#include "embedded/run/session_functions.h"
+
+#include <sqlite3.h>
+
+#include "embedded/catalog/names.h"
+#include "embedded/run/engine.h"
+
+namespace tavcc::sql {
+namespace {
+
+Engine& EngineOf(sqlite3_context* context) {
+  return *static_cast<Engine*>(sqlite3_user_data(context));
+}
+
+void Fail(sqlite3_context* context, SqlError error) {
+  EngineOf(context).store().functions().pending = std::move(error);
+  sqlite3_result_error(context, "statement failed", -1);
+}
+
+void Answer(sqlite3_context* context, const StoredValue& value) {
+  switch (value.kind()) {
+    case StoredValue::Kind::kNull:
+      sqlite3_result_null(context);
+      break;
+    case StoredValue::Kind::kInteger:
+      sqlite3_result_int64(context, value.integer());
+      break;
+    case StoredValue::Kind::kReal:
+      sqlite3_result_double(context, value.real());
+      break;
+    case StoredValue::Kind::kText:
+      sqlite3_result_text64(context, value.text().data(), value.text().size(), SQLITE_TRANSIENT,
+                            SQLITE_UTF8);
+      break;
+    case StoredValue::Kind::kBlob:
+      sqlite3_result_blob64(context, value.blob().data(), value.blob().size(), SQLITE_TRANSIENT);
+      break;
+  }
+}
+
+std::string TextOf(sqlite3_value* value) {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+  return text == nullptr ? std::string()
+                         : std::string(text, static_cast<size_t>(sqlite3_value_bytes(value)));
+}
+
+bool HasType(const Catalog& catalog, const std::string& name, const std::string& type) {
+  const auto object = catalog.Find(ObjectName{SplitName(name)});
+  if (!object) return SameName(type, "U");
+  return SameName(type, object->table ? "U" : object->view ? "V" : "P");
+}
+
+void ObjectId(sqlite3_context* context, int count, sqlite3_value** arguments) {
+  if (sqlite3_value_type(arguments[0]) == SQLITE_NULL) return;
+  const Catalog& catalog = EngineOf(context).catalog();
+  const std::string name = TextOf(arguments[0]);
+  const int64_t id = catalog.ObjectId(name);
+  if (id == 0) return;
+  if (count > 1) {
+    std::string type = TextOf(arguments[1]);
+    while (!type.empty() && type.back() == ' ') type.pop_back();
+    if (!HasType(catalog, name, type)) return;
+  }
+  sqlite3_result_int64(context, id);
+}
+
+void Variable(sqlite3_context* context, int, sqlite3_value** arguments) {
+  const Frame& frame = *EngineOf(context).live_frame;
+  Answer(context, frame.variables[static_cast<size_t>(sqlite3_value_int64(arguments[0]))]);
+}
+
+void NotNull(sqlite3_context* context, int, sqlite3_value** arguments) {
+  if (sqlite3_value_type(arguments[0]) != SQLITE_NULL) {
+    sqlite3_result_value(context, arguments[0]);
+    return;
+  }
+  Fail(context, MakeError(515, {TextOf(arguments[1]), TextOf(arguments[2]), "INSERT"}));
+}
+
+void Top(sqlite3_context* context, int, sqlite3_value** arguments) {
+  if (sqlite3_value_type(arguments[0]) == SQLITE_NULL) return Fail(context, MakeError(1014));
+  const int64_t count = sqlite3_value_int64(arguments[0]);
+  if (count < 0) return Fail(context, MakeError(127));
+  sqlite3_result_int64(context, count);
+}
+
+struct ScalarState {
+  sqlite3_value* value;
+};
+
+void ScalarStep(sqlite3_context* context, int, sqlite3_value** arguments) {
+  auto* state = static_cast<ScalarState*>(sqlite3_aggregate_context(context, sizeof(ScalarState)));
+  if (state == nullptr) return sqlite3_result_error_nomem(context);
+  if (state->value != nullptr) return Fail(context, MakeError(512));
+  state->value = sqlite3_value_dup(arguments[0]);
+}
+
+void ScalarFinal(sqlite3_context* context) {
+  auto* state = static_cast<ScalarState*>(sqlite3_aggregate_context(context, 0));
+  if (state == nullptr || state->value == nullptr) return;
+  sqlite3_result_value(context, state->value);
+  sqlite3_value_free(state->value);
+}
+
+}  // namespace
+
+void RegisterSessionFunctions(SqliteConnection& store, Engine& engine) {
+  sqlite3* const database = store.handle();
+  const auto add = [&](const char* name, int arguments, auto* function) {
+    sqlite3_create_function_v2(database, name, arguments, SQLITE_UTF8, &engine, function, nullptr,
+                               nullptr, nullptr);
+  };
+  add("s_object_id", 1, ObjectId);
+  add("s_object_id", 2, ObjectId);
+  add("s_variable", 1, Variable);
+  add("s_not_null", 3, NotNull);
+  add("s_top", 1, Top);
+  sqlite3_create_function_v2(database, "s_scalar", 1, SQLITE_UTF8, &engine, nullptr, ScalarStep,
+                             ScalarFinal, nullptr);
+}
+
+void PrepareConnection(SqliteConnection& store, bool shared) {
+  sqlite3_busy_timeout(store.handle(), 10'000);
+  store.Run("PRAGMA temp_store=MEMORY");
+  store.Run("PRAGMA cache_size=-65536");
+  if (!shared) store.Run("PRAGMA journal_mode=MEMORY");
+  if (shared) store.Run("PRAGMA synchronous=NORMAL");
+}
+
+TypedValue ConstantValue(const Expression& expression) {
+  if (expression.kind == Expression::Kind::kLiteral) {
+    const auto& literal = static_cast<const LiteralExpression&>(expression);
+    return EvaluateLiteral(literal.form, literal.text);
+  }
+  if (expression.kind == Expression::Kind::kUnary) {
+    const auto& unary = static_cast<const UnaryExpression&>(expression);
+    TypedValue value = ConstantValue(*unary.operand);
+    if (unary.op == UnaryExpression::Operator::kPlus) return value;
+    if (unary.op == UnaryExpression::Operator::kMinus) {
+      if (value.value.kind() == StoredValue::Kind::kInteger) {
+        value.value = StoredValue(-value.value.integer());
+        return value;
+      }
+      if (value.value.kind() == StoredValue::Kind::kReal) {
+        value.value = StoredValue(-value.value.real());
+        return value;
+      }
+    }
+  }
+  RaiseUnsupported("a parameter default of this form");
+}
+
+}  // namespace tavcc::sql
