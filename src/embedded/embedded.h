@@ -21,8 +21,8 @@ struct OpenOptions {
   bool create = true;
   // What GETDATE() answers; the machine's local time when empty.
   std::function<DateTime()> clock;
-  // How many statements one batch may run, so that text that nobody vouches for cannot run for ever;
-  // 0 is no limit.
+  // How many statements one batch may run, so that text that nobody vouches for cannot run for
+  // ever; 0 is no limit.
   int64_t statement_budget = 0;
 };
 

@@ -17,7 +17,9 @@ bool IsIntegerLiteral(const BoundExpression& expression) {
 
 }  // namespace
 
-BoundConditionPtr Binder::BindTest(const Condition& condition) { return Bind(condition, Scope{}); }
+BoundConditionPtr Binder::BindTest(const Condition& condition) {
+  return Bind(condition, Scope{});
+}
 
 BoundConditionPtr Binder::Bind(const Condition& condition, const Scope& scope) {
   switch (condition.kind) {
@@ -71,8 +73,8 @@ BoundConditionPtr Binder::Compare(ComparisonOperator op, BoundExpressionPtr left
   FreeLiteral(*right);
   auto bound = std::make_unique<BoundComparison>();
   bound->op = op;
-  // Exact numbers are compared at their own scales; a whole literal takes the other's scale, so that
-  // SQLite compares two stored values.
+  // Exact numbers are compared at their own scales; a whole literal takes the other's scale, so
+  // that SQLite compares two stored values.
   const bool exact = IsExact(left->type) && IsExact(right->type);
   if (exact && IsScaled(common.kind)) {
     if (IsIntegerLiteral(*left)) left = Convert(std::move(left), right->type);
@@ -116,8 +118,8 @@ BoundConditionPtr Binder::BindInList(const InListCondition& in, const Scope& sco
   auto bound = std::make_unique<BoundInList>();
   bound->negated = in.negated;
   FreeLiteral(*operand);
-  bound->operand = same(operand->type) ? std::move(operand)
-                                       : ConvertImplicitly(std::move(operand), common);
+  bound->operand =
+      same(operand->type) ? std::move(operand) : ConvertImplicitly(std::move(operand), common);
   for (auto& value : values) {
     bound->values.push_back(same(value->type) ? std::move(value)
                                               : ConvertImplicitly(std::move(value), common));
@@ -140,8 +142,8 @@ BoundConditionPtr Binder::BindInQuery(const InQueryCondition& in, const Scope& s
     ConvertColumns(*query, {common});
   }
   auto bound = std::make_unique<BoundInQuery>();
-  bound->operand = same(operand->type) ? std::move(operand)
-                                       : ConvertImplicitly(std::move(operand), common);
+  bound->operand =
+      same(operand->type) ? std::move(operand) : ConvertImplicitly(std::move(operand), common);
   bound->query = std::move(query);
   bound->negated = in.negated;
   return bound;

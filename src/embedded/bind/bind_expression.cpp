@@ -30,8 +30,8 @@ constexpr GlobalRule kGlobals[] = {
     {"@@NESTLEVEL", SessionValue::kNestLevel, kInt},
 };
 
-// Whether the qualifiers of a column name mean this source: its alias alone, or the table's name with
-// the schema that every table has.
+// Whether the qualifiers of a column name mean this source: its alias alone, or the table's name
+// with the schema that every table has.
 bool Qualifies(const ObjectName& name, const BoundSource& source) {
   if (!SameName(name.parts[name.parts.size() - 2], source.alias)) return false;
   if (name.parts.size() < 3) return true;
@@ -67,7 +67,8 @@ const int64_t* ConstantOf(const BoundExpression& expression, int64_t& value) {
 BoundColumn::BoundColumn(const BoundSource& s, int c)
     : BoundExpression(Kind::kColumn, s.columns[static_cast<size_t>(c)].type,
                       s.columns[static_cast<size_t>(c)].nullable),
-      source(&s), column(c) {}
+      source(&s),
+      column(c) {}
 
 BoundSubquery::BoundSubquery(BoundQueryPtr q)
     : BoundExpression(Kind::kSubquery, q->columns.at(0).type, true), query(std::move(q)) {}
@@ -125,8 +126,8 @@ BoundExpressionPtr Binder::BindLiteral(const LiteralExpression& literal) {
   if (!exchangeable) {
     return std::make_unique<BoundLiteral>(EvaluateLiteral(literal.form, literal.text), -1);
   }
-  auto bound = std::make_unique<BoundLiteral>(literals_[static_cast<size_t>(literal.slot)],
-                                              literal.slot);
+  auto bound =
+      std::make_unique<BoundLiteral>(literals_[static_cast<size_t>(literal.slot)], literal.slot);
   if (!IsInteger(bound->type.kind)) Use(*bound, LiteralUse::kType);
   return bound;
 }
@@ -220,10 +221,10 @@ BoundExpressionPtr Binder::BindCase(const CaseExpression& expression, const Scop
   std::vector<BoundCase::When> whens;
   for (const auto& when : expression.whens) {
     // CASE x WHEN v is CASE WHEN x = v, for each v anew.
-    auto condition = when.condition ? Bind(*when.condition, scope)
-                                    : Compare(ComparisonOperator::kEqual,
-                                              Bind(*expression.operand, scope),
-                                              Bind(*when.value, scope));
+    auto condition = when.condition
+                         ? Bind(*when.condition, scope)
+                         : Compare(ComparisonOperator::kEqual, Bind(*expression.operand, scope),
+                                   Bind(*when.value, scope));
     whens.push_back({std::move(condition), Bind(*when.result, scope)});
   }
   auto otherwise = expression.otherwise ? Bind(*expression.otherwise, scope) : nullptr;

@@ -142,8 +142,8 @@ BoundFromPtr Binder::BindJoin(const JoinedTable& join, const Scope* parent, Scop
                 : join.join == JoinedTable::Join::kFull  ? BoundFrom::Join::kFull
                                                          : BoundFrom::Join::kLeft;
   if (join.on) {
-    Scope both{parent, {visible.sources.begin() + static_cast<ptrdiff_t>(first),
-                        visible.sources.end()}};
+    Scope both{parent,
+               {visible.sources.begin() + static_cast<ptrdiff_t>(first), visible.sources.end()}};
     Aggregates none{147, false, false};
     auto* const outer = std::exchange(aggregates_, &none);
     bound->on = Bind(*join.on, both);

@@ -44,8 +44,8 @@ constexpr PartFunction kPartFunctions[] = {
 
 template <class Table>
 const auto* FindByName(const Table& table, std::string_view name) {
-  const auto found = std::ranges::find_if(
-      table, [&](const auto& entry) { return SameName(entry.name, name); });
+  const auto found =
+      std::ranges::find_if(table, [&](const auto& entry) { return SameName(entry.name, name); });
   return found == std::end(table) ? nullptr : &*found;
 }
 
@@ -154,9 +154,8 @@ BoundExpressionPtr Binder::BindAggregate(const FunctionExpression& function, Agg
   bound->distinct = function.distinct;
   // The server computes SUM and AVG of the small whole numbers as int, of real as float.
   const bool adds = aggregate == Aggregate::kSum || aggregate == Aggregate::kAvg;
-  bound->operand =
-      adds && !IsScaled(bound->type.kind) ? Convert(std::move(operand), bound->type)
-                                          : std::move(operand);
+  bound->operand = adds && !IsScaled(bound->type.kind) ? Convert(std::move(operand), bound->type)
+                                                       : std::move(operand);
   return bound;
 }
 
@@ -198,9 +197,9 @@ BoundExpressionPtr Binder::BindNullIf(const FunctionExpression& function, const 
   auto first = Bind(*function.arguments[0], scope);
   if (first->type.kind == TypeKind::kNull) Raise(4151);
   std::vector<BoundCase::When> whens;
-  whens.push_back({Compare(ComparisonOperator::kEqual, std::move(first),
-                           Bind(*function.arguments[1], scope)),
-                   std::make_unique<BoundLiteral>(TypedValue{}, -1)});
+  whens.push_back(
+      {Compare(ComparisonOperator::kEqual, std::move(first), Bind(*function.arguments[1], scope)),
+       std::make_unique<BoundLiteral>(TypedValue{}, -1)});
   return FinishCase(std::move(whens), Bind(*function.arguments[0], scope));
 }
 
@@ -211,13 +210,15 @@ BoundExpressionPtr Binder::BindArgument(char letter, const Expression& argument,
   FreeLiteral(*value);
   switch (letter) {
     case 't':
-      if (from.kind == TypeKind::kNull) return Convert(std::move(value), TextType(TypeKind::kVarChar, 1));
+      if (from.kind == TypeKind::kNull)
+        return Convert(std::move(value), TextType(TypeKind::kVarChar, 1));
       if (IsBinary(from.kind)) {
         Raise(8116, std::string(KindText(from.kind)), static_cast<int64_t>(position) + 1,
               FoldName(rule.name));
       }
-      return IsText(from.kind) ? std::move(value)
-                               : ConvertImplicitly(std::move(value), TextType(TypeKind::kVarChar, 8000));
+      return IsText(from.kind)
+                 ? std::move(value)
+                 : ConvertImplicitly(std::move(value), TextType(TypeKind::kVarChar, 8000));
     case 'i':
       return ConvertImplicitly(std::move(value), kInt);
     case 'f':
@@ -235,9 +236,8 @@ BoundExpressionPtr Binder::BindArgument(char letter, const Expression& argument,
         Use(*value, LiteralUse::kType);
         return Convert(std::move(value), NumberResult(from));
       }
-      return ConvertImplicitly(std::move(value), from.kind == TypeKind::kNull
-                                                     ? kInt
-                                                     : Type(TypeKind::kFloat));
+      return ConvertImplicitly(std::move(value),
+                               from.kind == TypeKind::kNull ? kInt : Type(TypeKind::kFloat));
     default:
       return value;
   }

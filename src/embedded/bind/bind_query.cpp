@@ -36,7 +36,9 @@ void DescribeColumns(BoundQuery& query) {
 
 }  // namespace
 
-BoundQueryPtr Binder::BindQuery(const Query& query) { return BindQuery(query, nullptr); }
+BoundQueryPtr Binder::BindQuery(const Query& query) {
+  return BindQuery(query, nullptr);
+}
 
 BoundQueryPtr Binder::BindQuery(const Query& query, const Scope* parent) {
   auto* const outer = std::exchange(aggregates_, nullptr);
@@ -95,7 +97,8 @@ void Binder::BindItems(const SelectBlock& block, const Scope& scope, BoundSelect
       const SqlType type = variables_[static_cast<size_t>(bound.variable)].type;
       bound.expression = ConvertImplicitly(std::move(bound.expression), type);
     } else {
-      bound.name = item.alias.empty() ? ColumnName(*item.expression, *bound.expression) : item.alias;
+      bound.name =
+          item.alias.empty() ? ColumnName(*item.expression, *bound.expression) : item.alias;
     }
     select.items.push_back(std::move(bound));
   }

@@ -125,8 +125,8 @@ void Binder::ConvertQueryRows(BoundInsert& bound) {
     auto outer = std::make_unique<BoundQuery>();
     outer->select = std::make_unique<BoundSelect>();
     for (size_t i = 0; i < source->columns.size(); ++i) {
-      outer->select->items.push_back(
-          {std::make_unique<BoundColumn>(*source, static_cast<int>(i)), source->columns[i].name, -1});
+      outer->select->items.push_back({std::make_unique<BoundColumn>(*source, static_cast<int>(i)),
+                                      source->columns[i].name, -1});
     }
     outer->columns = source->columns;
     outer->select->from = std::make_unique<BoundFrom>();
@@ -176,16 +176,16 @@ BoundInsert Binder::BindInsertRows(const InsertStatement& insert,
   if (columns.size() != bound.columns.size()) Raise(213);
   auto& row = bound.rows.emplace_back();
   for (size_t i = 0; i < columns.size(); ++i) {
-    auto value = std::make_unique<BoundVariable>(columns[i].type,
-                                                 kRowParameters + static_cast<int>(i), "");
+    auto value =
+        std::make_unique<BoundVariable>(columns[i].type, kRowParameters + static_cast<int>(i), "");
     row.push_back(Assign(*bound.table, bound.columns[i], std::move(value)));
   }
   AddDefaults(bound);
   return bound;
 }
 
-// Binds FROM and finds the target among its sources. Without FROM, or where FROM does not mention the
-// target, the target is a source of its own.
+// Binds FROM and finds the target among its sources. Without FROM, or where FROM does not mention
+// the target, the target is a source of its own.
 template <class StatementType, class Bound>
 Binder::Scope Binder::BindTarget(const StatementType& statement, Bound& bound) {
   Scope scope;

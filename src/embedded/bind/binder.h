@@ -21,8 +21,8 @@ struct VariableInfo {
   SqlType type;
 };
 
-// A name that was looked up, and what it stood for: a statement bound with it is good as long as the
-// name stands for the same.
+// A name that was looked up, and what it stood for: a statement bound with it is good as long as
+// the name stands for the same.
 struct Dependency {
   ObjectName name;
   TablePtr table;           // or

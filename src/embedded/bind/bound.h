@@ -1,4 +1,5 @@
-// The bound tree: what a statement means, with every name looked up and every conversion written out.
+// The bound tree: what a statement means, with every name looked up and every conversion written
+// out.
 //
 // It is distinct from the parsed tree: columns are places in table sources, variables are numbers,
 // every expression has its type, and where two types meet, the conversion is a node of its own.
@@ -52,7 +53,9 @@ struct BoundExpression {
 
 struct BoundLiteral final : BoundExpression {
   BoundLiteral(TypedValue v, int s)
-      : BoundExpression(Kind::kLiteral, v.type, v.value.IsNull()), value(std::move(v.value)), slot(s) {}
+      : BoundExpression(Kind::kLiteral, v.type, v.value.IsNull()),
+        value(std::move(v.value)),
+        slot(s) {}
   StoredValue value;
   int slot;  // of the batch's exchangeable literals; -1 for a constant
 };
@@ -103,7 +106,10 @@ struct BoundUnary final : BoundExpression {
 struct BoundArithmetic final : BoundExpression {
   BoundArithmetic(BinaryOperator o, ArithmeticResult::Way w, const SqlType& t, BoundExpressionPtr l,
                   BoundExpressionPtr r)
-      : BoundExpression(Kind::kArithmetic, t, true), op(o), way(w), left(std::move(l)),
+      : BoundExpression(Kind::kArithmetic, t, true),
+        op(o),
+        way(w),
+        left(std::move(l)),
         right(std::move(r)) {}
   BinaryOperator op;
   ArithmeticResult::Way way;
@@ -156,7 +162,15 @@ struct BoundAggregate final : BoundExpression {
 
 struct BoundCondition {
   enum class Kind : uint8_t {
-    kComparison, kAnd, kOr, kNot, kIsNull, kInList, kInQuery, kLike, kExists,
+    kComparison,
+    kAnd,
+    kOr,
+    kNot,
+    kIsNull,
+    kInList,
+    kInQuery,
+    kLike,
+    kExists,
   };
   explicit BoundCondition(Kind k) : kind(k) {}
   virtual ~BoundCondition() = default;

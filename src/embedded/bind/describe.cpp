@@ -15,9 +15,9 @@ constexpr std::string_view kComparisons[] = {"=", "<>", "<", "<=", ">", ">="};
 constexpr std::string_view kAggregates[] = {"sum", "avg", "min", "max", "count"};
 constexpr std::string_view kSetOperators[] = {"union", "union all", "except", "intersect"};
 constexpr std::string_view kSessionValues[] = {
-    "@@rowcount", "@@error",    "@@identity", "scope_identity", "@@fetch_status", "@@trancount",
-    "@@version",  "db_name",    "server_name", "user_name",     "@@spid",         "@@procid",
-    "@@nestlevel"};
+    "@@rowcount",  "@@error",   "@@identity", "scope_identity", "@@fetch_status",
+    "@@trancount", "@@version", "db_name",    "server_name",    "user_name",
+    "@@spid",      "@@procid",  "@@nestlevel"};
 
 template <class T>
 std::string Word(std::span<const std::string_view> words, T which) {
@@ -128,9 +128,8 @@ std::string Describe(const BoundExpression& expression) {
     case BoundExpression::Kind::kVariable:
       return Typed(static_cast<const BoundVariable&>(expression).name, expression.type);
     case BoundExpression::Kind::kSessionValue:
-      return Typed(
-          Word(kSessionValues, static_cast<const BoundSessionValue&>(expression).which),
-          expression.type);
+      return Typed(Word(kSessionValues, static_cast<const BoundSessionValue&>(expression).which),
+                   expression.type);
     case BoundExpression::Kind::kColumn: {
       const auto& column = static_cast<const BoundColumn&>(expression);
       return Typed(column.source->alias + '.' +
@@ -186,7 +185,8 @@ std::string Describe(const BoundCondition& condition) {
       return DescribeIn(static_cast<const BoundInList&>(condition));
     case BoundCondition::Kind::kInQuery: {
       const auto& in = static_cast<const BoundInQuery&>(condition);
-      return Describe(*in.operand) + (in.negated ? " not in (" : " in (") + Describe(*in.query) + ')';
+      return Describe(*in.operand) + (in.negated ? " not in (" : " in (") + Describe(*in.query) +
+             ')';
     }
     case BoundCondition::Kind::kLike: {
       const auto& like = static_cast<const BoundLike&>(condition);

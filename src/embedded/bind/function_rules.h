@@ -10,21 +10,21 @@ enum class FunctionResult : uint8_t {
   kInt,
   kFloat,
   kDateTime,
-  kFirst,          // the type of the first argument
-  kFirstText,      // varying text as long as the first argument
-  kLongText,       // varying text of 8000 or 4000 characters
-  kChar,           // varchar(1)
-  kNChar,          // nvarchar(1)
-  kNationalName,   // nvarchar(128)
-  kShortText,      // varchar(30)
-  kFirstNumber,    // the type of the first argument, smaller whole numbers made int
-  kDateOfThird,    // DATEADD
+  kFirst,         // the type of the first argument
+  kFirstText,     // varying text as long as the first argument
+  kLongText,      // varying text of 8000 or 4000 characters
+  kChar,          // varchar(1)
+  kNChar,         // nvarchar(1)
+  kNationalName,  // nvarchar(128)
+  kShortText,     // varchar(30)
+  kFirstNumber,   // the type of the first argument, smaller whole numbers made int
+  kDateOfThird,   // DATEADD
 };
 
 // How a call is put into SQLite's text.
 enum class FunctionForm : uint8_t {
-  kPlain,        // name(arguments …)
-  kNumeric,      // the name continues with the kind of the first argument: _int, _decimal, _float
+  kPlain,    // name(arguments …)
+  kNumeric,  // the name continues with the kind of the first argument: _int, _decimal, _float
   kDataLength,
   kDateAdd,
 };

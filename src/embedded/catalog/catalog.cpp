@@ -167,8 +167,8 @@ std::vector<std::string> SplitName(std::string_view text) {
   }
   for (std::string& part : parts) {
     while (!part.empty() && part.back() == ' ') part.pop_back();
-    part.erase(0, part.find_first_not_of(' ') == std::string::npos ? 0
-                                                                   : part.find_first_not_of(' '));
+    part.erase(0,
+               part.find_first_not_of(' ') == std::string::npos ? 0 : part.find_first_not_of(' '));
   }
   return parts;
 }

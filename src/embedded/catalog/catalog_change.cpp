@@ -61,7 +61,8 @@ void Catalog::StoreObject(std::shared_ptr<CatalogObject> object) {
   store_.Step(statement.get());
   if (object->id == 0) object->id = sqlite3_last_insert_rowid(store_.handle());
   BumpVersion();
-  SetObject(FoldName(object->name), std::move(object));
+  const std::string folded = FoldName(object->name);
+  SetObject(folded, std::move(object));
 }
 
 TablePtr Catalog::CreateTable(const TablePtr& definition) {

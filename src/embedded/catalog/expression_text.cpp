@@ -92,8 +92,7 @@ std::string ExpressionText(const Expression& expression) {
 std::shared_ptr<const Expression> ParseExpression(std::string_view text) {
   Batch batch = ParseBatch("SELECT " + std::string(text));
   auto& select = static_cast<SelectStatement&>(*batch.statements.at(0));
-  return std::shared_ptr<const Expression>(
-      std::move(select.query->block->items.at(0).expression));
+  return std::shared_ptr<const Expression>(std::move(select.query->block->items.at(0).expression));
 }
 
 }  // namespace tavcc::sql

@@ -28,8 +28,12 @@ SqlError StoreFailure(std::string message) {
   return SqlError{kStoreFailure, 16, 1, 0, std::move(message)};
 }
 
-std::string QuoteName(std::string_view name) { return Doubled(name, '"'); }
-std::string QuoteText(std::string_view text) { return Doubled(text, '\''); }
+std::string QuoteName(std::string_view name) {
+  return Doubled(name, '"');
+}
+std::string QuoteText(std::string_view text) {
+  return Doubled(text, '\'');
+}
 
 SqliteConnection::SqliteConnection(const std::string& path, int flags) {
   const int code = sqlite3_open_v2(path.c_str(), &handle_, flags, nullptr);
@@ -114,6 +118,8 @@ SqlError SqliteConnection::TakeError(int code) {
   }
 }
 
-bool SqliteConnection::InTransaction() const { return sqlite3_get_autocommit(handle_) == 0; }
+bool SqliteConnection::InTransaction() const {
+  return sqlite3_get_autocommit(handle_) == 0;
+}
 
 }  // namespace tavcc::sql

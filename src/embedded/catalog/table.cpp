@@ -74,7 +74,8 @@ void AddKey(Table& table, Key key) {
     for (const Key& other : table.keys) {
       if (other.kind == Key::Kind::kPrimary) Raise(8110, table.name);
     }
-    for (const int column : key.columns) table.columns[static_cast<size_t>(column)].nullable = false;
+    for (const int column : key.columns)
+      table.columns[static_cast<size_t>(column)].nullable = false;
   }
   if (key.kind == Key::Kind::kUnique || key.kind == Key::Kind::kUniqueIndex) {
     const bool nullable = std::ranges::any_of(key.columns, [&](int column) {
@@ -93,8 +94,8 @@ void AddKeys(Table& table, const TableDefinition& definition) {
     if (column.unique) AddKey(table, {Key::Kind::kUnique, "", {index}});
   }
   for (const KeyDefinition& definition_key : definition.keys) {
-    Key key{definition_key.primary ? Key::Kind::kPrimary : Key::Kind::kUnique,
-            definition_key.name, {}};
+    Key key{
+        definition_key.primary ? Key::Kind::kPrimary : Key::Kind::kUnique, definition_key.name, {}};
     for (const auto& column : definition_key.columns) {
       key.columns.push_back(RequireColumn(table, column));
     }

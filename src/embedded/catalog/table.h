@@ -1,4 +1,5 @@
-// A table of the dialect: its columns with their types, keys and defaults, and where SQLite keeps it.
+// A table of the dialect: its columns with their types, keys and defaults, and where SQLite keeps
+// it.
 #pragma once
 
 #include <cstdint>
@@ -37,9 +38,9 @@ struct Key {
 // Never changed once it is in use: a table with other columns is another Table, so that a statement
 // knows by the pointer whether what it was compiled against still stands.
 struct Table {
-  std::string name;      // as created: "t_Stock", "#Data", "@rows"
-  std::string physical;  // as SQLite's text names it: main."t_Stock", temp."t12"
-  std::string rowid;     // the name under which SQLite's row number can be read
+  std::string name;        // as created: "t_Stock", "#Data", "@rows"
+  std::string physical;    // as SQLite's text names it: main."t_Stock", temp."t12"
+  std::string rowid;       // the name under which SQLite's row number can be read
   std::string definition;  // TableText of this table
   std::vector<Column> columns;
   std::vector<Key> keys;
@@ -61,8 +62,8 @@ using TablePtr = std::shared_ptr<const Table>;
 // ---- Making tables ------------------------------------------------------------------------------
 
 // Checks a definition and gives it its types. Errors: 2705 column twice, 2744 two identity columns,
-// 8110 two primary keys, 1911 a key over a column that is not there, 50001 for what the store cannot
-// keep.
+// 8110 two primary keys, 1911 a key over a column that is not there, 50001 for what the store
+// cannot keep.
 std::shared_ptr<Table> BuildTable(const std::string& name, const TableDefinition& definition);
 
 // A table of these columns, without keys or defaults: what SELECT … INTO makes. Errors: 2705.

@@ -61,7 +61,9 @@ std::string StoredText(const StoredValue& value) {
   }
 }
 
-bool IsUnique(const Key& key) { return key.kind != Key::Kind::kIndex; }
+bool IsUnique(const Key& key) {
+  return key.kind != Key::Kind::kIndex;
+}
 
 }  // namespace
 
@@ -128,8 +130,7 @@ std::string PhysicalIndex(const Table& table, size_t key_index, std::string_view
 
 std::string PhysicalDefinition(const Table& table, std::string_view schema,
                                std::string_view physical) {
-  std::string out =
-      "CREATE TABLE " + std::string(schema) + '.' + QuoteName(physical) + '(';
+  std::string out = "CREATE TABLE " + std::string(schema) + '.' + QuoteName(physical) + '(';
   for (size_t i = 0; i < table.columns.size(); ++i) {
     if (i > 0) out += ',';
     out += PhysicalColumn(table, i);

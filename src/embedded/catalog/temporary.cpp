@@ -18,7 +18,9 @@ std::string PhysicalName(const Table& table) {
 
 }  // namespace
 
-void Catalog::PushScope() { scopes_.push_back(Scope{next_scope_++, {}}); }
+void Catalog::PushScope() {
+  scopes_.push_back(Scope{next_scope_++, {}});
+}
 
 void Catalog::PopScope() {
   ReleaseVariables();
@@ -66,8 +68,8 @@ void Catalog::Empty(const Table& table) {
   sqlite3_reset(statement.get());
   if (table.identity_column < 0) return;
   const int64_t seed = table.columns[static_cast<size_t>(table.identity_column)].identity_seed;
-  store_.Run("UPDATE " + table.physical.substr(0, 5) + "sqlite_sequence SET seq=" + std::to_string(seed - 1) + " WHERE name=" +
-             QuoteText(PhysicalName(table)));
+  store_.Run("UPDATE " + table.physical.substr(0, 5) + "sqlite_sequence SET seq=" +
+             std::to_string(seed - 1) + " WHERE name=" + QuoteText(PhysicalName(table)));
 }
 
 // Drops pooled tables for good while there are too many; never inside a transaction, which could
@@ -131,7 +133,8 @@ void Catalog::ReplaceTemporary(const TablePtr& table, const TablePtr& changed) {
   }
 }
 
-// ---- Table variables: no transaction undoes what is in them ---------------------------------------
+// ---- Table variables: no transaction undoes what is in them
+// ---------------------------------------
 
 TablePtr Catalog::TakeVariable(const TablePtr& definition) {
   Scope& scope = scopes_.back();
@@ -255,6 +258,8 @@ void Catalog::RollBackTo(size_t mark) {
   ++epoch_;
 }
 
-void Catalog::Forget() { undo_.clear(); }
+void Catalog::Forget() {
+  undo_.clear();
+}
 
 }  // namespace tavcc::sql

@@ -13,8 +13,8 @@ bool IsNative(const BoundComparison& comparison) {
   const SqlType& right = comparison.right->type;
   if (!IsScaled(left.kind) && !IsScaled(right.kind)) return true;
   if (StoredScale(left) != StoredScale(right)) return false;
-  const bool equality = comparison.op == ComparisonOperator::kEqual ||
-                        comparison.op == ComparisonOperator::kNotEqual;
+  const bool equality =
+      comparison.op == ComparisonOperator::kEqual || comparison.op == ComparisonOperator::kNotEqual;
   return equality || (AlwaysStoredAsInteger(left) && AlwaysStoredAsInteger(right));
 }
 
@@ -74,8 +74,8 @@ std::string Emitter::Condition(const BoundCondition& condition) {
     }
     case BoundCondition::Kind::kInQuery: {
       const auto& in = static_cast<const BoundInQuery&>(condition);
-      return '(' + Collated(*in.operand) + (in.negated ? " NOT IN (" : " IN (") +
-             Query(*in.query) + "))";
+      return '(' + Collated(*in.operand) + (in.negated ? " NOT IN (" : " IN (") + Query(*in.query) +
+             "))";
     }
     case BoundCondition::Kind::kLike: {
       const auto& like = static_cast<const BoundLike&>(condition);

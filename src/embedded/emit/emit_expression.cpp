@@ -12,11 +12,17 @@
 namespace tavcc::sql {
 namespace {
 
-std::string Number(int64_t value) { return std::to_string(value); }
+std::string Number(int64_t value) {
+  return std::to_string(value);
+}
 
-bool Fits(int from, int to) { return to == SqlType::kMax || (from != SqlType::kMax && from <= to); }
+bool Fits(int from, int to) {
+  return to == SqlType::kMax || (from != SqlType::kMax && from <= to);
+}
 
-bool IsFixedText(TypeKind kind) { return kind == TypeKind::kChar || kind == TypeKind::kNChar; }
+bool IsFixedText(TypeKind kind) {
+  return kind == TypeKind::kChar || kind == TypeKind::kNChar;
+}
 
 // The part of an arithmetic function's name that says what it works on.
 std::string_view KindSuffix(const SqlType& type) {
@@ -44,7 +50,9 @@ std::string_view OperatorName(BinaryOperator op) {
   return kNames[static_cast<size_t>(op)];
 }
 
-bool IsText(const BoundExpression& expression) { return sql::IsText(expression.type.kind); }
+bool IsText(const BoundExpression& expression) {
+  return sql::IsText(expression.type.kind);
+}
 
 bool IsStoredColumn(const BoundExpression& expression) {
   return expression.kind == BoundExpression::Kind::kColumn &&
@@ -122,7 +130,7 @@ std::string Emitter::Expression(const BoundExpression& expression, bool certain)
       return Variable(static_cast<const BoundVariable&>(expression));
     case BoundExpression::Kind::kSessionValue: {
       const auto which = static_cast<const BoundSessionValue&>(expression).which;
-      return Place(Parameter{.source = Parameter::Source::kSession, .index = static_cast<int>(which)});
+      return PlaceOf(Parameter::Source::kSession, static_cast<int>(which));
     }
     case BoundExpression::Kind::kColumn:
       return Column(static_cast<const BoundColumn&>(expression));
@@ -151,7 +159,9 @@ std::string Emitter::Collated(const BoundExpression& expression) {
   return IsText(expression) && !IsStoredColumn(expression) ? text + " COLLATE tsql" : text;
 }
 
-std::string Emitter::Grouping(const BoundExpression& expression) { return Collated(expression); }
+std::string Emitter::Grouping(const BoundExpression& expression) {
+  return Collated(expression);
+}
 
 std::string Emitter::Place(const Parameter& parameter) {
   const auto found = std::ranges::find(parameters_, parameter);
@@ -160,21 +170,29 @@ std::string Emitter::Place(const Parameter& parameter) {
   return '?' + Number(index + 1);
 }
 
+std::string Emitter::PlaceOf(Parameter::Source source, int index) {
+  Parameter parameter;
+  parameter.source = source;
+  parameter.index = index;
+  return Place(parameter);
+}
+
 std::string Emitter::Literal(const BoundLiteral& literal) {
   if (literal.slot < 0) return StoredText(literal.value);
-  return Place(Parameter{.source = Parameter::Source::kLiteral, .index = literal.slot});
+  return PlaceOf(Parameter::Source::kLiteral, literal.slot);
 }
 
 std::string Emitter::Variable(const BoundVariable& variable) {
   if (variable.index >= Binder::kRowParameters) {
-    return Place(Parameter{.source = Parameter::Source::kRow,
-                           .index = variable.index - Binder::kRowParameters});
+    return PlaceOf(Parameter::Source::kRow, variable.index - Binder::kRowParameters);
   }
   if (live_variables_) return "s_variable(" + Number(variable.index) + ')';
-  return Place(Parameter{.source = Parameter::Source::kVariable, .index = variable.index});
+  return PlaceOf(Parameter::Source::kVariable, variable.index);
 }
 
-std::string SourceName(const BoundSource& source) { return 's' + Number(source.id); }
+std::string SourceName(const BoundSource& source) {
+  return 's' + Number(source.id);
+}
 
 std::string Emitter::Column(const BoundColumn& column) {
   const std::string source = SourceName(*column.source) + '.';
@@ -209,14 +227,15 @@ std::string Emitter::Arithmetic(const BoundArithmetic& arithmetic) {
       return Failing(std::string(OperatorName(arithmetic.op)) +
                      std::string(KindSuffix(arithmetic.type)) + '(' + left + ',' + right + ')');
     case Way::kDecimal:
-      return Failing(std::string(OperatorName(arithmetic.op)) + "decimal(" + left + ',' + right + ',' +
+      return Failing(std::string(OperatorName(arithmetic.op)) + "decimal(" + left + ',' + right +
+                     ',' +
                      Number(DecimalShape(StoredScale(arithmetic.left->type),
                                          StoredScale(arithmetic.right->type), arithmetic.type)) +
                      ')');
     case Way::kDateTime: {
       const bool adds = arithmetic.op == BinaryOperator::kAdd;
-      return Failing(std::string(adds ? "t_add_datetime(" : "t_sub_datetime(") + left + ',' + right +
-                     ',' + Number(TypeCode(arithmetic.type)) + ')');
+      return Failing(std::string(adds ? "t_add_datetime(" : "t_sub_datetime(") + left + ',' +
+                     right + ',' + Number(TypeCode(arithmetic.type)) + ')');
     }
     default:
       break;
@@ -324,7 +343,8 @@ std::string Emitter::NumericCall(const BoundCall& call) {
     return Failing(name + "_decimal(" + arguments + ',' + Number(shape) + ')');
   }
   if (name == "t_ceiling" || name == "t_floor") return arguments;
-  if (name == "t_abs") return Failing(name + '_' + std::string(KindSuffix(type)) + '(' + arguments + ')');
+  if (name == "t_abs")
+    return Failing(name + '_' + std::string(KindSuffix(type)) + '(' + arguments + ')');
   if (name == "t_sign") return Failing("t_sign_int(" + arguments + ')');
   const bool power = name == "t_power";
   const SqlType from = Type(power ? TypeKind::kFloat : TypeKind::kBigInt);
@@ -389,7 +409,8 @@ std::string Emitter::Aggregated(const BoundAggregate& aggregate) {
   if (!scaled) return Failing("t_avg_" + std::string(KindSuffix(type)) + '(' + operand + ')');
   const std::string shape = Number(DecimalShape(StoredScale(type), 0, aggregate.type));
   if (!aggregate.distinct) return Failing("t_avg_decimal(" + operand + ',' + shape + ')');
-  return Failing("t_div_decimal(t_sum_decimal(" + operand + "),count(" + operand + ")," + shape + ')');
+  return Failing("t_div_decimal(t_sum_decimal(" + operand + "),count(" + operand + ")," + shape +
+                 ')');
 }
 
 }  // namespace tavcc::sql

@@ -104,7 +104,8 @@ std::string Emitter::SetOperation(const BoundQuery& query) {
   static constexpr std::string_view kWords[] = {" UNION ", " UNION ALL ", " EXCEPT ",
                                                 " INTERSECT "};
   const bool merges = MergesRows(query);
-  // SQLite's operators all bind alike, from left to right: only the left side may go on unbracketed.
+  // SQLite's operators all bind alike, from left to right: only the left side may go on
+  // unbracketed.
   const bool chain = !query.left->select && query.left->order_by.empty();
   const std::string left = chain ? SetOperation(*query.left) : Arm(*query.left, merges);
   return left + std::string(kWords[static_cast<size_t>(query.set_operator)]) +
@@ -125,7 +126,8 @@ std::string Emitter::Arm(const BoundQuery& query, bool distinct_rows) {
 }
 
 std::string Emitter::Source(const BoundSource& source) {
-  const std::string what = source.table ? source.table->physical : '(' + Query(*source.query, true) + ')';
+  const std::string what =
+      source.table ? source.table->physical : '(' + Query(*source.query, true) + ')';
   return what + " AS " + SourceName(source);
 }
 
@@ -135,7 +137,8 @@ std::string Emitter::From(const BoundFrom& from, const BoundCondition* where) {
                                                 " JOIN "};
   std::string right = From(*from.right, where);
   if (!from.right->source) right = '(' + right + ')';
-  std::string out = From(*from.left, where) + std::string(kWords[static_cast<size_t>(from.join)]) + right;
+  std::string out =
+      From(*from.left, where) + std::string(kWords[static_cast<size_t>(from.join)]) + right;
   if (from.on) out += " ON " + Condition(*from.on);
   return out;
 }

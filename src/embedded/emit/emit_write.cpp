@@ -13,17 +13,20 @@ std::string ColumnName(const Table& table, int column) {
   return QuoteName(table.columns[static_cast<size_t>(column)].name);
 }
 
-// A column that is SQLite's row number takes a NULL for "the next number": the server's NOT NULL has
-// to be said in the statement.
+// A column that is SQLite's row number takes a NULL for "the next number": the server's NOT NULL
+// has to be said in the statement.
 std::string Written(const Table& table, int column, const BoundExpression& value,
                     std::string text) {
-  if (column != table.rowid_column || table.columns[static_cast<size_t>(column)].identity) return text;
+  if (column != table.rowid_column || table.columns[static_cast<size_t>(column)].identity)
+    return text;
   if (!value.nullable) return text;
-  return "s_not_null(" + text + ',' + QuoteText(table.columns[static_cast<size_t>(column)].name) + ',' +
-         QuoteText(table.MessageName()) + ')';
+  return "s_not_null(" + text + ',' + QuoteText(table.columns[static_cast<size_t>(column)].name) +
+         ',' + QuoteText(table.MessageName()) + ')';
 }
 
-bool IsAlone(const BoundFrom& from) { return from.source != nullptr; }
+bool IsAlone(const BoundFrom& from) {
+  return from.source != nullptr;
+}
 
 bool OnlyInner(const BoundFrom& from) {
   if (from.source) return true;
@@ -31,14 +34,15 @@ bool OnlyInner(const BoundFrom& from) {
   return OnlyInner(*from.left) && OnlyInner(*from.right);
 }
 
-// Whether an expression looks into the table that the statement changes: then all new values have to
-// be known before the first row is changed.
+// Whether an expression looks into the table that the statement changes: then all new values have
+// to be known before the first row is changed.
 bool Reads(const BoundExpression& expression, const TablePtr& table) {
   bool reads = false;
   ForEachExpression(expression, [&](const BoundExpression& inner) {
     if (inner.kind == BoundExpression::Kind::kSubquery) reads = true;
     if (inner.kind == BoundExpression::Kind::kCase) {
-      ForEachChild(inner, [](const BoundExpression&) {}, [&](const BoundQuery&) { reads = true; });
+      ForEachChild(
+          inner, [](const BoundExpression&) {}, [&](const BoundQuery&) { reads = true; });
     }
   });
   return reads && table != nullptr;
@@ -74,7 +78,8 @@ std::string WriteEmitter::Insert(const BoundInsert& insert) {
   out += ") ";
   if (insert.query) {
     const auto row_number = std::ranges::find(insert.columns, table.rowid_column);
-    if (row_number == insert.columns.end() || insert.explicit_identity) return out + Query(*insert.query);
+    if (row_number == insert.columns.end() || insert.explicit_identity)
+      return out + Query(*insert.query);
     // The guard of the row number stands around the query.
     out += "SELECT ";
     for (size_t i = 0; i < insert.columns.size(); ++i) {
@@ -99,9 +104,9 @@ std::string WriteEmitter::Assignments(const BoundUpdate& update) {
   std::string out;
   for (const auto& assignment : update.assignments) {
     if (!out.empty()) out += ',';
-    out += ColumnName(*update.table, assignment.column) + '=' +
-           Written(*update.table, assignment.column, *assignment.value,
-                   Expression(*assignment.value));
+    out +=
+        ColumnName(*update.table, assignment.column) + '=' +
+        Written(*update.table, assignment.column, *assignment.value, Expression(*assignment.value));
   }
   return out;
 }
@@ -155,13 +160,12 @@ std::string WriteEmitter::UpdateByRowNumber(const BoundUpdate& update) {
 }
 
 std::string WriteEmitter::Update(const BoundUpdate& update) {
-  const bool reads = std::ranges::any_of(update.assignments, [&](const BoundAssignment& assignment) {
-    return Reads(*assignment.value, update.table);
-  });
+  const bool reads = std::ranges::any_of(
+      update.assignments,
+      [&](const BoundAssignment& assignment) { return Reads(*assignment.value, update.table); });
   if (!reads && !update.top) {
     if (IsAlone(*update.from)) return UpdateAlone(update);
-    if (OnlyInner(*update.from) &&
-        MatchesOnce(*update.from, update.where.get(), *update.target)) {
+    if (OnlyInner(*update.from) && MatchesOnce(*update.from, update.where.get(), *update.target)) {
       return UpdateInner(update);
     }
   }
@@ -179,8 +183,8 @@ std::string WriteEmitter::Delete(const BoundDelete& remove) {
                      From(*remove.from, remove.where.get());
   if (remove.where) rows += " WHERE " + Condition(*remove.where);
   if (remove.top) rows += Limit(*remove.top);
-  return "DELETE FROM " + remove.table->physical + " WHERE " + remove.table->rowid + " IN (" + rows +
-         ')';
+  return "DELETE FROM " + remove.table->physical + " WHERE " + remove.table->rowid + " IN (" +
+         rows + ')';
 }
 
 }  // namespace

@@ -44,6 +44,7 @@ class Emitter {
  private:
   std::string Literal(const BoundLiteral& literal);
   std::string Place(const Parameter& parameter);
+  std::string PlaceOf(Parameter::Source source, int index);
   std::string Column(const BoundColumn& column);
   std::string Variable(const BoundVariable& variable);
   std::string Unary(const BoundUnary& unary);

@@ -1,5 +1,5 @@
-// Narrowing: a derived table that groups or gathers a whole table, and is then joined on some of its
-// columns, is computed only for the keys that the other side of the join has. For example
+// Narrowing: a derived table that groups or gathers a whole table, and is then joined on some of
+// its columns, is computed only for the keys that the other side of the join has. For example
 //
 //   FROM #T t LEFT JOIN (SELECT FItemID, SUM(FQty) AS Q FROM T_CC_Inventory GROUP BY FItemID) s
 //     ON t.FItemID = s.FItemID
@@ -8,8 +8,8 @@
 //
 //   … (SELECT … FROM T_CC_Inventory WHERE FItemID IN (SELECT FItemID FROM #T) GROUP BY FItemID) s …
 //
-// Groups with other keys can meet no row, so no answer changes. It is done only where the other side
-// is likely to be small: a temporary table, or a table of which the statement names a key.
+// Groups with other keys can meet no row, so no answer changes. It is done only where the other
+// side is likely to be small: a temporary table, or a table of which the statement names a key.
 #include <algorithm>
 
 #include "embedded/bind/binder.h"
@@ -56,16 +56,16 @@ bool NamesKey(const BoundCondition& condition, const BoundSource& source) {
   if (condition.kind != BoundCondition::Kind::kComparison) return false;
   const auto& comparison = static_cast<const BoundComparison&>(condition);
   if (comparison.op != ComparisonOperator::kEqual || !IsAbout(condition, source)) return false;
-  return (comparison.left->kind == BoundExpression::Kind::kColumn && IsConstant(*comparison.right)) ||
+  return (comparison.left->kind == BoundExpression::Kind::kColumn &&
+          IsConstant(*comparison.right)) ||
          (comparison.right->kind == BoundExpression::Kind::kColumn && IsConstant(*comparison.left));
 }
 
 bool IsSmall(const BoundSource& source, const BoundCondition* where) {
   if (source.table && (source.table->IsTemporary() || source.table->IsVariable())) return true;
   bool named = false;
-  ForEachConjunct(where, [&](const BoundCondition& conjunct) {
-    named = named || NamesKey(conjunct, source);
-  });
+  ForEachConjunct(
+      where, [&](const BoundCondition& conjunct) { named = named || NamesKey(conjunct, source); });
   if (named) return true;
   if (source.table || !source.query->select || !source.query->select->from) return false;
   const BoundSelect& select = *source.query->select;
@@ -128,8 +128,8 @@ bool Emitter::NarrowQuery(const BoundQuery& query, size_t column, const std::str
   if (key == nullptr || !select.from || !IsIn(*select.from, key->source)) return false;
   if (select.grouped) {
     const std::string text = Describe(*key);
-    const bool grouping = std::ranges::any_of(
-        select.group_by, [&](const auto& by) { return Describe(*by) == text; });
+    const bool grouping =
+        std::ranges::any_of(select.group_by, [&](const auto& by) { return Describe(*by) == text; });
     if (!grouping) return false;
   }
   if (key->source->query &&

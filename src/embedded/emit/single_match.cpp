@@ -32,7 +32,8 @@ void TiedColumns(const BoundCondition& condition, const BoundSource& source, con
   for (int i = 0; i < 2; ++i) {
     if (sides[i]->kind != BoundExpression::Kind::kColumn) continue;
     const auto& column = static_cast<const BoundColumn&>(*sides[i]);
-    if (column.source == &source && DependsOnlyOn(*sides[1 - i], known)) columns.insert(column.column);
+    if (column.source == &source && DependsOnlyOn(*sides[1 - i], known))
+      columns.insert(column.column);
   }
 }
 

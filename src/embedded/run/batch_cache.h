@@ -1,7 +1,7 @@
 // The programs of texts that were run before, so that none is compiled twice.
 //
-// Two levels: by the very text, and by the text without the values of its literals. Both are bounded;
-// what was not used for longest goes first.
+// Two levels: by the very text, and by the text without the values of its literals. Both are
+// bounded; what was not used for longest goes first.
 #pragma once
 
 #include <cstdint>

@@ -27,8 +27,10 @@ class IfInstruction final : public Instruction {
  public:
   IfInstruction(const IfStatement& statement, InstructionPtr then, InstructionPtr otherwise,
                 Visible visible)
-      : Instruction(statement.line), condition_(visible, *statement.condition),
-        then_(std::move(then)), otherwise_(std::move(otherwise)) {}
+      : Instruction(statement.line),
+        condition_(visible, *statement.condition),
+        then_(std::move(then)),
+        otherwise_(std::move(otherwise)) {}
   bool IsControl() const override { return true; }
   void Prepare(Engine& engine, Frame& frame) override {
     PrepareDeferred(line(), [&] { condition_.Prepare(engine, frame); });
@@ -36,8 +38,7 @@ class IfInstruction final : public Instruction {
     if (otherwise_) otherwise_->Prepare(engine, frame);
   }
   Flow Execute(Engine& engine, Frame& frame) override {
-    Instruction* branch =
-        condition_.Test(engine, frame) ? then_.get() : otherwise_.get();
+    Instruction* branch = condition_.Test(engine, frame) ? then_.get() : otherwise_.get();
     return branch != nullptr ? engine.RunOne(*branch, frame) : Flow::kNext;
   }
 
@@ -49,7 +50,8 @@ class IfInstruction final : public Instruction {
 class WhileInstruction final : public Instruction {
  public:
   WhileInstruction(const WhileStatement& statement, InstructionPtr body, Visible visible)
-      : Instruction(statement.line), condition_(visible, *statement.condition),
+      : Instruction(statement.line),
+        condition_(visible, *statement.condition),
         body_(std::move(body)) {}
   bool IsControl() const override { return true; }
   void Prepare(Engine& engine, Frame& frame) override {
@@ -87,7 +89,8 @@ class ReturnInstruction final : public Instruction {
  public:
   ReturnInstruction(const ReturnStatement& statement, Visible visible)
       : Instruction(statement.line) {
-    if (statement.value) value_.emplace(visible, *statement.value, SqlType{TypeKind::kInt, 0, 0, 0});
+    if (statement.value)
+      value_.emplace(visible, *statement.value, SqlType{TypeKind::kInt, 0, 0, 0});
   }
   void Prepare(Engine& engine, Frame& frame) override {
     if (!value_) return;

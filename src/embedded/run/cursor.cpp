@@ -18,7 +18,9 @@ class DeclareCursorInstruction final : public Instruction, public CursorQuery {
  public:
   DeclareCursorInstruction(const DeclareCursorStatement& statement, Visible visible,
                            std::weak_ptr<Program> program)
-      : Instruction(statement.line), statement_(statement), visible_(visible),
+      : Instruction(statement.line),
+        statement_(statement),
+        visible_(visible),
         program_(std::move(program)) {}
 
   void Prepare(Engine& engine, Frame& frame) override {

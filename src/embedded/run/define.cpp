@@ -6,7 +6,9 @@
 namespace tavcc::sql {
 namespace {
 
-bool IsTemporary(const ObjectName& name) { return name.last().starts_with('#'); }
+bool IsTemporary(const ObjectName& name) {
+  return name.last().starts_with('#');
+}
 
 // A statement that is one change of the catalog.
 template <class StatementType>
@@ -110,8 +112,9 @@ bool DropOne(Engine& engine, const DropStatement& drop, const ObjectName& name) 
     return table != nullptr;
   }
   const CatalogObjectPtr object = catalog.Find(name);
-  const bool found = object && (drop.what == DropStatement::What::kView ? object->view != nullptr
-                                                                         : object->procedure != nullptr);
+  const bool found =
+      object && (drop.what == DropStatement::What::kView ? object->view != nullptr
+                                                         : object->procedure != nullptr);
   if (found) catalog.DropObject(object);
   return found;
 }

@@ -25,7 +25,9 @@ SqliteConnection& ReadyStore(SqliteConnection& store, bool shared) {
   return store;
 }
 
-int OpenFlags() { return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX; }
+int OpenFlags() {
+  return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
+}
 
 }  // namespace
 
@@ -53,7 +55,8 @@ void Engine::Clear() {
   result_ = Rows{};
 }
 
-// ---- Entry points ---------------------------------------------------------------------------------
+// ---- Entry points
+// ---------------------------------------------------------------------------------
 
 void Engine::Start() {
   errors_.clear();
@@ -122,7 +125,8 @@ void Engine::Message(int number, int severity, int state, std::string text) {
   errors_.push_back(SqlError{number, severity, state, 1, std::move(text)});
 }
 
-// ---- Programs -------------------------------------------------------------------------------------
+// ---- Programs
+// -------------------------------------------------------------------------------------
 
 void Engine::RunProgram(const std::shared_ptr<Program>& program, Frame& frame) {
   frame.variables.resize(program->variables().size());
@@ -281,7 +285,8 @@ void Engine::BindArguments(const Procedure& procedure, std::vector<CallArgument>
   }
 }
 
-// ---- Session values -------------------------------------------------------------------------------
+// ---- Session values
+// -------------------------------------------------------------------------------
 
 StoredValue Engine::SessionValueOf(SessionValue value, const Frame& frame) const {
   switch (value) {

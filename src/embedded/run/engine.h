@@ -61,8 +61,8 @@ class Engine {
   // Counts a statement against the budget; ends the batch when it is used up.
   void Spend();
   void RunText(std::string_view text);
-  // `arguments` as for RunProcedure. Returns the procedure's RETURN value. Errors: 2812 and those of
-  // the arguments.
+  // `arguments` as for RunProcedure. Returns the procedure's RETURN value. Errors: 2812 and those
+  // of the arguments.
   int64_t Call(const ObjectName& name, std::vector<CallArgument>& arguments);
   // Takes the rows of a query: the first of a batch are its result.
   void Return(Rows rows);
@@ -84,7 +84,8 @@ class Engine {
   std::string identity_insert;  // the physical name of the table, empty for none
   Frame* live_frame = nullptr;  // that s_variable reads
 
-  // ---- Transactions (transaction.cpp) ------------------------------------------------------------
+  // ---- Transactions (transaction.cpp)
+  // ------------------------------------------------------------
   int transaction_count() const { return transaction_count_; }
   void Begin(const std::string& name);
   void Commit();                           // error 3902
@@ -104,7 +105,8 @@ class Engine {
   void Report(SqlError error);
   void RunProgram(const std::shared_ptr<Program>& program, Frame& frame);
   void PrepareProgram(Program& program, Frame& frame);
-  void BindArguments(const Procedure& procedure, std::vector<CallArgument>& arguments, Frame& frame);
+  void BindArguments(const Procedure& procedure, std::vector<CallArgument>& arguments,
+                     Frame& frame);
   void RollbackAll();
 
   SqliteConnection store_;

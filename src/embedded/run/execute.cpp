@@ -41,7 +41,8 @@ class ExecuteProcedureInstruction final : public Instruction {
       const ExecuteArgument& argument = statement_.arguments[i];
       CallArgument call{argument.parameter, {}, argument.value == nullptr, argument.output};
       if (variables_[i] != kNone) {
-        call.value = TypedValue{visible_.span()[variables_[i]].type, frame.variables[variables_[i]]};
+        call.value =
+            TypedValue{visible_.span()[variables_[i]].type, frame.variables[variables_[i]]};
       } else if (values_[i]) {
         call.value = values_[i]->Value(engine, frame);
       }

@@ -62,7 +62,8 @@ void PrepareDeferred(int line, Prepare prepare) {
 // query.cpp
 InstructionPtr MakeSelect(const SelectStatement& statement, Visible visible);
 // write.cpp
-InstructionPtr MakeInsert(const InsertStatement& statement, InstructionPtr execute, Visible visible);
+InstructionPtr MakeInsert(const InsertStatement& statement, InstructionPtr execute,
+                          Visible visible);
 InstructionPtr MakeUpdate(const UpdateStatement& statement, Visible visible);
 InstructionPtr MakeDelete(const DeleteStatement& statement, Visible visible);
 // define.cpp

@@ -19,9 +19,9 @@ bool SameLiteral(const TypedValue& known, const TypedValue& current, LiteralUse 
       return known.type.precision == current.type.precision &&
              known.type.scale == current.type.scale;
     case LiteralUse::kDigits:
-      return known.type == current.type && (known.type.kind != TypeKind::kInt ||
-                                            ConstantAsDecimal(known.value.integer()) ==
-                                                ConstantAsDecimal(current.value.integer()));
+      return known.type == current.type &&
+             (known.type.kind != TypeKind::kInt || ConstantAsDecimal(known.value.integer()) ==
+                                                       ConstantAsDecimal(current.value.integer()));
     case LiteralUse::kType:
       return known.type == current.type;
     case LiteralUse::kValue:
@@ -119,11 +119,17 @@ PlanRun::PlanRun(Engine& engine, Plan& plan, const Frame& frame, std::span<const
   }
 }
 
-PlanRun::~PlanRun() { sqlite3_reset(plan_.statement.get()); }
+PlanRun::~PlanRun() {
+  sqlite3_reset(plan_.statement.get());
+}
 
-bool PlanRun::Step() { return engine_.store().Step(plan_.statement.get()); }
+bool PlanRun::Step() {
+  return engine_.store().Step(plan_.statement.get());
+}
 
-int PlanRun::ColumnCount() const { return sqlite3_column_count(plan_.statement.get()); }
+int PlanRun::ColumnCount() const {
+  return sqlite3_column_count(plan_.statement.get());
+}
 
 StoredValue PlanRun::Column(int index) const {
   return FromSqlite(sqlite3_column_value(plan_.statement.get(), index));

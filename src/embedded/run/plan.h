@@ -1,7 +1,7 @@
 // A statement as it is run: bound, emitted, and prepared on the session's connection.
 //
-// A plan is good for a set of literals (those that differ from its own in nothing that the bound tree
-// depends on) and as long as every name in it stands for what it stood for.
+// A plan is good for a set of literals (those that differ from its own in nothing that the bound
+// tree depends on) and as long as every name in it stands for what it stood for.
 #pragma once
 
 #include <functional>
@@ -29,7 +29,7 @@ struct Plan {
   uint64_t epoch = 0;                // of the catalog when the names were last found to stand
 
   Emitted emitted;
-  SqliteStatement statement;  // prepared when it is first run
+  SqliteStatement statement;           // prepared when it is first run
   std::vector<StoredValue> converted;  // parameters that had to be converted, while it runs
 
   std::shared_ptr<const ResultShape> shape;  // of a query
@@ -61,8 +61,7 @@ class PlanCache {
 class PlanRun {
  public:
   // `row`: the values of the row parameters. Errors: those of conversions.
-  PlanRun(Engine& engine, Plan& plan, const Frame& frame,
-          std::span<const StoredValue> row = {});
+  PlanRun(Engine& engine, Plan& plan, const Frame& frame, std::span<const StoredValue> row = {});
   PlanRun(const PlanRun&) = delete;
   PlanRun& operator=(const PlanRun&) = delete;
   ~PlanRun();

@@ -47,7 +47,9 @@ TablePtr TableFor(const std::string& name, const BoundQuery& query) {
 class SelectInstruction final : public Instruction {
  public:
   SelectInstruction(const SelectStatement& statement, Visible visible)
-      : Instruction(statement.line), query_(*statement.query), visible_(visible),
+      : Instruction(statement.line),
+        query_(*statement.query),
+        visible_(visible),
         into_(IntoOf(query_)) {}
 
   void Prepare(Engine& engine, Frame& frame) override {
@@ -141,8 +143,8 @@ void SelectInstruction::Assign(Engine& engine, Frame& frame, Plan& plan) {
 void SelectInstruction::MakeTable(Engine& engine, Frame& frame, Plan& plan) {
   StatementGuard guard(engine, !plan.into->IsTemporary());
   const TablePtr table = engine.catalog().CreateTable(plan.into);
-  Plan& insert = into_plans_.Find(
-      engine, frame, [&](Plan& made) { CompileInto(engine, frame, table, made); });
+  Plan& insert =
+      into_plans_.Find(engine, frame, [&](Plan& made) { CompileInto(engine, frame, table, made); });
   RunWrite(engine, insert, frame);
   guard.Keep();
 }

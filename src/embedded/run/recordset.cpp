@@ -78,8 +78,12 @@ class RowsRecordset final : public Recordset {
 
 }  // namespace
 
-RecordsetPtr MakeRecordset(Rows rows) { return std::make_shared<RowsRecordset>(std::move(rows)); }
+RecordsetPtr MakeRecordset(Rows rows) {
+  return std::make_shared<RowsRecordset>(std::move(rows));
+}
 
-RecordsetPtr ClosedRecordset() { return std::make_shared<RowsRecordset>(Rows{}); }
+RecordsetPtr ClosedRecordset() {
+  return std::make_shared<RowsRecordset>(Rows{});
+}
 
 }  // namespace tavcc::sql

@@ -16,10 +16,10 @@ struct SqlState {
 };
 // The states that the server's providers give these errors; 42000 the others.
 constexpr SqlState kSqlStates[] = {
-    {0, "01000"},    {207, "42S22"},  {208, "42S02"},  {245, "22018"},  {241, "22007"},
-    {242, "22007"},  {515, "23000"},  {1205, "40001"}, {2601, "23000"}, {2627, "23000"},
-    {2628, "22001"}, {2714, "42S01"}, {3701, "42S02"}, {8115, "22003"}, {8134, "22012"},
-    {8152, "22001"},
+    {0, "01000"},    {207, "42S22"},  {208, "42S02"},  {245, "22018"},
+    {241, "22007"},  {242, "22007"},  {515, "23000"},  {1205, "40001"},
+    {2601, "23000"}, {2627, "23000"}, {2628, "22001"}, {2714, "42S01"},
+    {3701, "42S02"}, {8115, "22003"}, {8134, "22012"}, {8152, "22001"},
 };
 
 std::string SqlStateOf(const SqlError& error) {
@@ -61,7 +61,9 @@ RecordsetPtr Session::Execute(std::string_view sql) {
   return engine_->TakeResult();
 }
 
-RecordsetPtr Session::OpenClientRecordset(std::string_view sql) { return Execute(sql); }
+RecordsetPtr Session::OpenClientRecordset(std::string_view sql) {
+  return Execute(sql);
+}
 
 void Session::CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) {
   RequireOpen();

@@ -34,7 +34,8 @@ class Session final : public Connection {
   bool open_ = true;
 };
 
-// The first of the errors that is more than a message, as the caller gets it; null when there is none.
+// The first of the errors that is more than a message, as the caller gets it; null when there is
+// none.
 const SqlError* FirstError(const std::vector<SqlError>& errors);
 
 inline constexpr std::string_view kErrorSource = "embedded database";

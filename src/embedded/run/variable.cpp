@@ -17,7 +17,8 @@ size_t IndexOf(Visible visible, const std::string& name) {
 class SetInstruction final : public Instruction {
  public:
   SetInstruction(int line, Visible visible, const std::string& name, const Expression& value)
-      : Instruction(line), index_(IndexOf(visible, name)),
+      : Instruction(line),
+        index_(IndexOf(visible, name)),
         value_(visible, value, visible.span()[index_].type) {}
   void Prepare(Engine& engine, Frame& frame) override {
     PrepareDeferred(line(), [&] { value_.Prepare(engine, frame); });

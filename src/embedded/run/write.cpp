@@ -7,7 +7,8 @@
 namespace tavcc::sql {
 namespace {
 
-// The key of `table` whose columns SQLite's message lists, e.g. "UNIQUE constraint failed: t.a, t.b".
+// The key of `table` whose columns SQLite's message lists, e.g. "UNIQUE constraint failed: t.a,
+// t.b".
 const Key* KeyOf(const Table& table, std::string_view message) {
   for (const Key& key : table.keys) {
     if (key.kind == Key::Kind::kIndex) continue;
