@@ -7,6 +7,7 @@
 #include <array>
 
 #include "audit/batch_audit.h"
+#include "balances/balance_update.h"
 #include "balances/bill_deletion.h"
 #include "balances/periods.h"
 #include "billtypes/cls_cx.h"
@@ -15,9 +16,14 @@
 #include "billtypes/cls_template.h"
 #include "billtypes/cls_zz.h"
 #include "billtypes/stock_check_bill.h"
+#include "checks/credit.h"
+#include "checks/overdue.h"
 #include "checks/related_bills.h"
 #include "checks/stock_quantity.h"
 #include "checks/verification.h"
+#include "pricing/limit_price.h"
+#include "pricing/negative_price.h"
+#include "pricing/price_lookup.h"
 #include "registry/bind.h"
 #include "registry/class_registry.h"
 
@@ -161,13 +167,14 @@ constexpr Method kPublicSysInfo[] = {
     {"CanCheckGH", 2, 0x60030005, kRelatedBillGate, kBoolean, false, Bind<&CanCheckGH>},
     {"CanCheckFL", 3, 0x60030006, kRelatedBillGate, kBoolean, false, Bind<&CanCheckFL>},
     {"CanCheckGJ", 4, 0x60030007, kRelatedBillGate, kBoolean, false, Bind<&CanCheckGJ>},
-    {"CheckCredit", 5, 0x60030008, kPartnerCheck, kInteger},
+    {"CheckCredit", 5, 0x60030008, kPartnerCheck, kInteger, false, Bind<&CheckCredit>},
     {"CheckItemStockNum", 6, 0x60030009, kStockCheck, kInteger, false, Bind<&CheckItemStockNum>},
-    {"GetLowPrice", 7, 0x6003000A, kPriceLookup, kDouble},
-    {"GetNewPrice", 8, 0x6003000B, kPriceLookup, kDouble},
-    {"CheckLimitPrice", 9, 0x6003000C, kLimitPrice, kInteger},
-    {"SteelCheckLimitPrice", 10, 0x6003000D, kLimitPrice, kInteger},
-    {"CheckNegPrice", 11, 0x6003000E, kNegativePrice, kBoolean},
+    {"GetLowPrice", 7, 0x6003000A, kPriceLookup, kDouble, false, Bind<&GetLowPrice>},
+    {"GetNewPrice", 8, 0x6003000B, kPriceLookup, kDouble, false, Bind<&GetNewPrice>},
+    {"CheckLimitPrice", 9, 0x6003000C, kLimitPrice, kInteger, false, Bind<&CheckLimitPrice>},
+    {"SteelCheckLimitPrice", 10, 0x6003000D, kLimitPrice, kInteger, false,
+     Bind<&SteelCheckLimitPrice>},
+    {"CheckNegPrice", 11, 0x6003000E, kNegativePrice, kBoolean, false, Bind<&CheckNegPrice>},
     {"DateInCurrentPeriod", 12, 0x6003000F, kDateInPeriod, kBoolean, false,
      Bind<&DateInCurrentPeriod>},
     {"DeleteBill", 13, 0x60030010, kGenericDelete, kBoolean, false, Bind<&DeleteBill>},
@@ -175,23 +182,27 @@ constexpr Method kPublicSysInfo[] = {
      Bind<&GetPeriodStartAndEndDate>},
     {"OtherBillCanCheck", 15, 0x60030012, kOtherBillGate, kBoolean, false,
      Bind<&OtherBillCanCheck>},
-    {"ReBuildBal", 16, 0x60030013, kRebuild, kBoolean},
-    {"UpdateBal", 17, 0x60030014, kBalance, kText},
+    {"ReBuildBal", 16, 0x60030013, kRebuild, kBoolean, false, Bind<&ReBuildBal>},
+    {"UpdateBal", 17, 0x60030014, kBalance, kText, false, Bind<&UpdateBal>},
     {"VerifyDataBeforeAudit", 18, 0x60030015, kVerification, kInteger, false,
      Bind<&VerifyDataBeforeAudit>},
     {"VerifyDataBeforeDelete", 19, 0x60030016, kGenericDeleteGate, kBoolean, false,
      Bind<&VerifyDataBeforeDelete>},
     {"WhetherCheckStockNum", 20, 0x60030023, kDirectionAndBill, kInteger, false,
      Bind<&WhetherCheckStockNum>},
-    {"WhetherNeedCheckPrice", 21, 0x60030024, kNeedsCheck, kInteger},
-    {"WhetherNeedCheckCredit", 22, 0x60030025, kNeedsCheck, kInteger},
+    {"WhetherNeedCheckPrice", 21, 0x60030024, kNeedsCheck, kInteger, false,
+     Bind<&WhetherNeedCheckPrice>},
+    {"WhetherNeedCheckCredit", 22, 0x60030025, kNeedsCheck, kInteger, false,
+     Bind<&WhetherNeedCheckCredit>},
     {"WhetherNeedUpdateStockNum", 23, 0x60030026, kDirectionAndBill, kInteger, false,
      Bind<&WhetherNeedUpdateStockNum>},
     {"WhetherBillInvoiceStatus", 24, 0x60030028, kInvoiceStatus, kLong, false,
      Bind<&WhetherBillInvoiceStatus>},
     Property(25),
-    {"CheckUnCheckAmountOutOfDate", 26, 0x6003002B, kPartnerCheck, kInteger},
-    {"WhetherNeedCheckUnCheckAmountOutOfDate", 27, 0x60030039, kNeedsCheck, kInteger},
+    {"CheckUnCheckAmountOutOfDate", 26, 0x6003002B, kPartnerCheck, kInteger, false,
+     Bind<&CheckUnCheckAmountOutOfDate>},
+    {"WhetherNeedCheckUnCheckAmountOutOfDate", 27, 0x60030039, kNeedsCheck, kInteger, false,
+     Bind<&WhetherNeedCheckUnCheckAmountOutOfDate>},
     {"VerifyUnCheckForSelf", 28, 0x6003003C, kVerification, kInteger, false,
      Bind<&VerifyUnCheckForSelf>},
 };
