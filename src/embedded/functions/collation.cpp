@@ -50,14 +50,6 @@ constexpr unsigned char At(std::string_view text, size_t at) {
   return static_cast<unsigned char>(text[at]);
 }
 
-DecodedCharacter FoldedAt(std::string_view text, size_t at) {
-  const unsigned char byte = At(text, at);
-  if (byte < 0x80) return {kAsciiFold[byte], 1};
-  DecodedCharacter character = DecodeAt(text, at);
-  character.code = FoldOf(character.code);
-  return character;
-}
-
 // What is left over of the longer text against the blanks that the shorter one is padded with.
 int CompareWithBlanks(std::string_view rest) {
   for (size_t at = 0; at < rest.size();) {
@@ -96,6 +88,14 @@ uint32_t FoldOf(uint32_t code) {
   if (code >= kFirstFullWidth && code <= kLastFullWidth) code -= kToHalfWidth;
   if (code == kIdeographicBlank) return ' ';
   return LowerOf(code);
+}
+
+DecodedCharacter FoldedAt(std::string_view text, size_t at) {
+  const unsigned char byte = At(text, at);
+  if (byte < 0x80) return {kAsciiFold[byte], 1};
+  DecodedCharacter character = DecodeAt(text, at);
+  character.code = FoldOf(character.code);
+  return character;
 }
 
 size_t MatchAt(std::string_view text, size_t at, std::string_view pattern) {

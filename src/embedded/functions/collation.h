@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "embedded/types/text_units.h"
+
 namespace tavcc::sql::internal {
 
 // The small letter of a capital one (Latin, Greek, Cyrillic), other characters as they are.
@@ -15,6 +17,9 @@ uint32_t LowerOf(uint32_t code);
 uint32_t UpperOf(uint32_t code);
 // What a character counts as in a comparison: half-width and small.
 uint32_t FoldOf(uint32_t code);
+
+// The character at `at`, which is inside the text, folded.
+DecodedCharacter FoldedAt(std::string_view text, size_t at);
 
 // The length in bytes of what matches `pattern` at `at` in `text` by folded characters, or npos.
 // An empty pattern matches nothing, of length 0.

@@ -163,13 +163,25 @@ void GiveWide(Context context, const Wide& value) {
   Return(context, StoreCoefficient(value, &scratch));
 }
 
+// Whether the argument is a 64-bit coefficient whose opposite is one too.
+bool IsSmall(sqlite3_value* value) {
+  return IsIntegerValue(value) && sqlite3_value_int64(value) != std::numeric_limits<int64_t>::min();
+}
+
 void Negate(Context context, int, Arguments arguments) {
+  if (IsSmall(arguments[0])) {
+    return sqlite3_result_int64(context, -sqlite3_value_int64(arguments[0]));
+  }
   Wide value = CoefficientOf(arguments[0]);
   value.Negate();
   GiveWide(context, value);
 }
 
 void Absolute(Context context, int, Arguments arguments) {
+  if (IsSmall(arguments[0])) {
+    const int64_t small = sqlite3_value_int64(arguments[0]);
+    return sqlite3_result_int64(context, small < 0 ? -small : small);
+  }
   Wide value = CoefficientOf(arguments[0]);
   if (value.IsNegative()) value.Negate();
   GiveWide(context, value);

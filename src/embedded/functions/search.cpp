@@ -23,19 +23,21 @@ class Pattern {
   // Whether the element at `at` takes the folded character; *next is where the following one
   // begins.
   bool Takes(size_t at, uint32_t code, size_t* next) const {
-    const DecodedCharacter element = DecodeAt(text_, at);
+    const DecodedCharacter element = FoldedAt(text_, at);
     if (Escaped(at) && at + element.size < text_.size()) {
       const DecodedCharacter literal = DecodeAt(text_, at + element.size);
       *next = at + element.size + literal.size;
       return FoldOf(literal.code) == code;
     }
-    if (element.code == '[') return SetTakes(at, code, next);
+    if (text_[at] == '[') return SetTakes(at, code, next);
     *next = at + element.size;
-    return element.code == '_' || FoldOf(element.code) == code;
+    return element.code == code || text_[at] == '_';
   }
 
  private:
-  bool Escaped(size_t at) const { return escape_ && DecodeAt(text_, at).code == *escape_; }
+  bool Escaped(size_t at) const {
+    return escape_.has_value() && DecodeAt(text_, at).code == *escape_;
+  }
 
   // "[a-z_]", "[^0-9]". A bracket without its end takes nothing.
   bool SetTakes(size_t at, uint32_t code, size_t* next) const {
@@ -86,9 +88,9 @@ bool Matches(std::string_view text, const Pattern& pattern, size_t p) {
       continue;
     }
     if (t < text.size() && p < pattern.size()) {
-      const DecodedCharacter character = DecodeAt(text, t);
+      const DecodedCharacter character = FoldedAt(text, t);
       size_t next = p;
-      if (pattern.Takes(p, FoldOf(character.code), &next)) {
+      if (pattern.Takes(p, character.code, &next)) {
         p = next;
         t += character.size;
         continue;

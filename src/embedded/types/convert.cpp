@@ -326,12 +326,29 @@ bool ConvertToGuid(const Conversion& c) {
   return c.Give(Cell::Text(upper));
 }
 
+namespace {
+
+// Whether the value is stored as values of its type are. Anything else is a fault of whoever says
+// what type it has, and must not turn into another value.
+bool HasStoredForm(const Cell& cell, TypeKind kind) {
+  using Kind = Cell::Kind;
+  if (IsText(kind) || kind == TypeKind::kUniqueIdentifier) return cell.kind == Kind::kText;
+  if (IsBinary(kind)) return cell.kind == Kind::kBlob;
+  if (IsApproximate(kind)) return cell.kind == Kind::kReal;
+  if (IsScaled(kind) && cell.kind == Kind::kBlob) return cell.bytes.size() == Wide::kBlobSize;
+  return cell.kind == Kind::kInteger;
+}
+
+}  // namespace
 }  // namespace internal
 
 bool ConvertCell(const Cell& in, const SqlType& from, const SqlType& to, ConvertMode mode,
                  int style, Scratch* scratch, Cell* out, SqlError* error) {
   const internal::Conversion conversion{in, from, to, mode, style, scratch, out, error};
   if (in.kind == Cell::Kind::kNull || from.kind == TypeKind::kNull) return conversion.Give({});
+  if (!internal::HasStoredForm(in, from.kind)) {
+    return conversion.Fail(kNotSupported, {"a stored form that no " + TypeText(from) + " has"});
+  }
   if (HowConvertible(from, to) == Convertibility::kNever) return conversion.NotAllowed();
   if (IsText(to.kind)) return internal::ConvertToText(conversion);
   if (IsInteger(to.kind)) return internal::ConvertToInteger(conversion);

@@ -15,6 +15,7 @@ namespace tavcc::sql {
 //   235, 236       text to money                      241, 242, 295  text to a date
 //   8115, 220, 232 a number beyond the target         8169  text to uniqueidentifier
 //   8152           text too long for a column         529   no such conversion
+//   50001          a value that is not stored as values of `from` are
 //
 // What is cut and what is rounded is the table "Truncating and rounding results" of the "CAST and
 // CONVERT" page: decimal and float to a whole number are cut, money and dates to one are rounded,

@@ -2,7 +2,6 @@
 #include "embedded/types/date_text.h"
 
 #include <array>
-#include <cstdio>
 #include <optional>
 #include <vector>
 
@@ -369,52 +368,60 @@ Parts Take(int64_t ticks) {
           static_cast<int>(MillisecondsOfTicks(time % kTicksPerSecond))};
 }
 
+// At least `width` digits, with `fill` before them.
+void AppendNumber(int value, size_t width, char fill, std::string* out) {
+  char buffer[12];
+  size_t at = sizeof buffer;
+  do {
+    buffer[--at] = static_cast<char>('0' + value % 10);
+    value /= 10;
+  } while (value != 0);
+  while (sizeof buffer - at < width) buffer[--at] = fill;
+  out->append(buffer + at, sizeof buffer - at);
+}
+
 // One letter of a pattern stands for one part; anything else for itself:
 //   Y year  y its last two digits  M month  N month's short name  D day  d day padded with a blank
 //   H hour  h hour of 12 padded with a blank  m minute  s second  f millisecond  a AM or PM
 //   F millisecond with its point, nothing when it is 0
 void WritePattern(const Parts& p, std::string_view pattern, std::string* out) {
-  const auto number = [out](const char* format, int value) {
-    char buffer[16];
-    out->append(buffer, static_cast<size_t>(std::snprintf(buffer, sizeof buffer, format, value)));
-  };
   for (const char c : pattern) {
     switch (c) {
       case 'Y':
-        number("%04d", p.date.year);
+        AppendNumber(p.date.year, 4, '0', out);
         break;
       case 'y':
-        number("%02d", p.date.year % 100);
+        AppendNumber(p.date.year % 100, 2, '0', out);
         break;
       case 'M':
-        number("%02d", p.date.month);
+        AppendNumber(p.date.month, 2, '0', out);
         break;
       case 'N':
         out->append(MonthName(p.date.month).substr(0, 3));
         break;
       case 'D':
-        number("%02d", p.date.day);
+        AppendNumber(p.date.day, 2, '0', out);
         break;
       case 'd':
-        number("%2d", p.date.day);
+        AppendNumber(p.date.day, 2, ' ', out);
         break;
       case 'H':
-        number("%02d", p.hour);
+        AppendNumber(p.hour, 2, '0', out);
         break;
       case 'h':
-        number("%2d", p.hour % 12 == 0 ? 12 : p.hour % 12);
+        AppendNumber(p.hour % 12 == 0 ? 12 : p.hour % 12, 2, ' ', out);
         break;
       case 'm':
-        number("%02d", p.minute);
+        AppendNumber(p.minute, 2, '0', out);
         break;
       case 's':
-        number("%02d", p.second);
+        AppendNumber(p.second, 2, '0', out);
         break;
       case 'f':
-        number("%03d", p.millisecond);
+        AppendNumber(p.millisecond, 3, '0', out);
         break;
       case 'F':
-        if (p.millisecond != 0) number(".%03d", p.millisecond);
+        if (p.millisecond != 0) AppendNumber(p.millisecond, 3, '0', &out->append("."));
         break;
       case 'a':
         out->append(p.hour < 12 ? "AM" : "PM");

@@ -207,6 +207,8 @@ TEST_F(Arithmetic, ConstantsInBranchesNotTakenDoNotFail) {
   evaluate_.Run("create table t(x)");
   evaluate_.Run("insert into t values(0)");
   EXPECT_EQ(evaluate_.Run("select case when x<>0 then t_div_int(1,0) else 5 end from t"), "5");
+  EXPECT_EQ(evaluate_.Run("select coalesce(x, t_div_int(1,0)) from t"), "0");
+  EXPECT_EQ(evaluate_.Run("select iif(x=1, t_div_int(1,0), 3) from t"), "3");
 }
 
 }  // namespace

@@ -408,6 +408,17 @@ TEST(Convert, NullStaysNull) {
   EXPECT_TRUE(ConvertStored({}, SqlType{}, kDateTime).IsNull());
 }
 
+// A value that is not stored as its type says is refused, never read as another.
+TEST(Convert, WrongStoredForms) {
+  EXPECT_EQ(Convert(int64_t{5}, kVarChar30, kInt),
+            "50001 Not supported by the embedded database: a stored form that no varchar(30) has.");
+  EXPECT_EQ(Convert(std::string("5"), kInt, kVarChar30),
+            "50001 Not supported by the embedded database: a stored form that no int has.");
+  EXPECT_EQ(
+      Convert(Blob{"abc"}, DecimalType(38, 0), kInt),
+      "50001 Not supported by the embedded database: a stored form that no decimal(38,0) has.");
+}
+
 // Of values with a canonical form: equal numbers of one scale are equal bytes.
 TEST(Convert, LargeDecimalsHaveOneForm) {
   const StoredValue at_limit = Decimal38("9223372036854775807", 0);
