@@ -1,12 +1,9 @@
-// Which types meet how: precedence, arithmetic, literals, conversions that nobody wrote.
+// Which types meet how: precedence, arithmetic, conversions that nobody wrote.
 #include "embedded/types/type_rules.h"
 
 #include <algorithm>
 
 #include "embedded/error.h"
-#include "embedded/types/cell.h"
-#include "embedded/types/number_text.h"
-#include "embedded/types/text_units.h"
 
 namespace tavcc::sql {
 namespace {
@@ -73,12 +70,9 @@ Convertibility FromTextOrBinary(const SqlType& from, const SqlType& to) {
   return IsApproximate(to.kind) ? Convertibility::kNever : Convertibility::kImplicit;
 }
 
-Convertibility FromNumber(const SqlType& from, const SqlType& to) {
-  if (to.kind == TypeKind::kDate || to.kind == TypeKind::kUniqueIdentifier) {
-    return Convertibility::kNever;
-  }
-  (void)from;
-  return Convertibility::kImplicit;
+Convertibility FromNumber(const SqlType& to) {
+  const bool never = to.kind == TypeKind::kDate || to.kind == TypeKind::kUniqueIdentifier;
+  return never ? Convertibility::kNever : Convertibility::kImplicit;
 }
 
 Convertibility FromDate(const SqlType& from, const SqlType& to) {
@@ -179,31 +173,6 @@ ArithmeticResult OnNumbers(BinaryOperator op, const SqlType& a, const SqlType& b
   return {Way::kDecimal, DecimalResult(op, left, right), a, b};
 }
 
-SqlType NumberLiteral(std::string_view text, int64_t* value, Wide* coefficient) {
-  int scale = 0;
-  if (ReadDecimal(text, coefficient, &scale) != NumberReading::kOk) Raise(1007, "number", text);
-  // Trailing zeros count: 1.50 has two decimals.
-  const size_t point = text.find('.');
-  scale = point == std::string_view::npos ? 0 : static_cast<int>(text.size() - point - 1);
-  const int digits = coefficient->IsZero() ? 1 : static_cast<int>(coefficient->Digits().size());
-  const int precision = std::max(digits, std::max(scale, 1));
-  if (precision > kMaxPrecision) Raise(1007, "number", text);
-  *value = coefficient->ToInt64().value_or(0);
-  return DecimalType(precision, scale);
-}
-
-TypedValue BinaryLiteral(std::string_view digits) {
-  std::string bytes;
-  const auto value = [](char c) { return c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10; };
-  const size_t odd = digits.size() % 2;
-  for (size_t i = 0; i < digits.size() + odd; i += 2) {
-    const int high = i == 0 && odd != 0 ? 0 : value(digits[i - odd]);
-    bytes.push_back(static_cast<char>(high << 4 | value(digits[i + 1 - odd])));
-  }
-  const int length = std::max(1, static_cast<int>(bytes.size()));
-  return {TextType(TypeKind::kVarBinary, length > 8000 ? SqlType::kMax : length), Blob{bytes}};
-}
-
 }  // namespace
 
 // ---- Groups -------------------------------------------------------------------------------------
@@ -241,53 +210,12 @@ int StoredScale(const SqlType& type) {
   return IsMoney(type.kind) ? kMoneyScale : 0;
 }
 
-// ---- Literals -----------------------------------------------------------------------------------
-
-TypedValue EvaluateLiteral(LiteralExpression::Form form, std::string_view text) {
-  using Form = LiteralExpression::Form;
-  switch (form) {
-    case Form::kNull:
-      return {};
-    case Form::kInteger:
-    case Form::kDecimal: {
-      constexpr int64_t kLargestInt = 2147483647;
-      int64_t value = 0;
-      Wide coefficient;
-      const SqlType type = NumberLiteral(text, &value, &coefficient);
-      const bool fits = coefficient.ToInt64() && value <= kLargestInt;
-      if (form == Form::kInteger && fits) return {Type(TypeKind::kInt), value};
-      Scratch scratch;
-      return {type, ToStored(StoreCoefficient(coefficient, &scratch))};
-    }
-    case Form::kFloat: {
-      double value = 0;
-      if (ReadFloat(text, &value) != NumberReading::kOk) Raise(168, text, 8);
-      return {Type(TypeKind::kFloat), value};
-    }
-    case Form::kText:
-    case Form::kNationalText: {
-      const TypeKind kind = form == Form::kText ? TypeKind::kVarChar : TypeKind::kNVarChar;
-      const int units = std::max(1, static_cast<int>(CountUnits(text)));
-      const int length = units > MaxLength(kind) ? SqlType::kMax : units;
-      return {TextType(kind, length), std::string(text)};
-    }
-    case Form::kBinary:
-      return BinaryLiteral(text);
-  }
-  return {};
-}
-
-SqlType ConstantAsDecimal(int64_t value) {
-  const Wide wide = Wide::FromInt64(value);
-  return DecimalType(static_cast<int>(wide.Digits().size()), 0);
-}
-
 // ---- Conversions that nobody wrote --------------------------------------------------------------
 
 Convertibility HowConvertible(const SqlType& from, const SqlType& to) {
   if (from.kind == to.kind || from.kind == TypeKind::kNull) return Convertibility::kImplicit;
   if (IsText(from.kind) || IsBinary(from.kind)) return FromTextOrBinary(from, to);
-  if (IsNumeric(from.kind)) return FromNumber(from, to);
+  if (IsNumeric(from.kind)) return FromNumber(to);
   if (IsDate(from.kind)) return FromDate(from, to);
   // uniqueidentifier
   if (IsText(to.kind) || IsBinary(to.kind)) return Convertibility::kImplicit;

@@ -1,0 +1,84 @@
+// Type and value of literals.
+#include <algorithm>
+
+#include "embedded/error.h"
+#include "embedded/types/cell.h"
+#include "embedded/types/number_text.h"
+#include "embedded/types/text_units.h"
+#include "embedded/types/type_rules.h"
+
+namespace tavcc::sql {
+namespace {
+
+constexpr int kMaxPrecision = 38;
+constexpr int MaxLength(TypeKind kind) {
+  return IsNationalText(kind) ? 4000 : 8000;
+}
+
+SqlType NumberLiteral(std::string_view text, int64_t* value, Wide* coefficient) {
+  int scale = 0;
+  if (ReadDecimal(text, coefficient, &scale) != NumberReading::kOk) Raise(1007, "number", text);
+  // Trailing zeros count: 1.50 has two decimals.
+  const size_t point = text.find('.');
+  scale = point == std::string_view::npos ? 0 : static_cast<int>(text.size() - point - 1);
+  const int digits = coefficient->IsZero() ? 1 : static_cast<int>(coefficient->Digits().size());
+  const int precision = std::max(digits, std::max(scale, 1));
+  if (precision > kMaxPrecision) Raise(1007, "number", text);
+  *value = coefficient->ToInt64().value_or(0);
+  return DecimalType(precision, scale);
+}
+
+TypedValue BinaryLiteral(std::string_view digits) {
+  std::string bytes;
+  const auto value = [](char c) { return c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10; };
+  const size_t odd = digits.size() % 2;
+  for (size_t i = 0; i < digits.size() + odd; i += 2) {
+    const int high = i == 0 && odd != 0 ? 0 : value(digits[i - odd]);
+    bytes.push_back(static_cast<char>(high << 4 | value(digits[i + 1 - odd])));
+  }
+  const int length = std::max(1, static_cast<int>(bytes.size()));
+  return {TextType(TypeKind::kVarBinary, length > 8000 ? SqlType::kMax : length), Blob{bytes}};
+}
+
+}  // namespace
+
+TypedValue EvaluateLiteral(LiteralExpression::Form form, std::string_view text) {
+  using Form = LiteralExpression::Form;
+  switch (form) {
+    case Form::kNull:
+      return {};
+    case Form::kInteger:
+    case Form::kDecimal: {
+      constexpr int64_t kLargestInt = 2147483647;
+      int64_t value = 0;
+      Wide coefficient;
+      const SqlType type = NumberLiteral(text, &value, &coefficient);
+      const bool fits = coefficient.ToInt64() && value <= kLargestInt;
+      if (form == Form::kInteger && fits) return {Type(TypeKind::kInt), value};
+      Scratch scratch;
+      return {type, ToStored(StoreCoefficient(coefficient, &scratch))};
+    }
+    case Form::kFloat: {
+      double value = 0;
+      if (ReadFloat(text, &value) != NumberReading::kOk) Raise(168, text, 8);
+      return {Type(TypeKind::kFloat), value};
+    }
+    case Form::kText:
+    case Form::kNationalText: {
+      const TypeKind kind = form == Form::kText ? TypeKind::kVarChar : TypeKind::kNVarChar;
+      const int units = std::max(1, static_cast<int>(CountUnits(text)));
+      const int length = units > MaxLength(kind) ? SqlType::kMax : units;
+      return {TextType(kind, length), std::string(text)};
+    }
+    case Form::kBinary:
+      return BinaryLiteral(text);
+  }
+  return {};
+}
+
+SqlType ConstantAsDecimal(int64_t value) {
+  const Wide wide = Wide::FromInt64(value);
+  return DecimalType(static_cast<int>(wide.Digits().size()), 0);
+}
+
+}  // namespace tavcc::sql
