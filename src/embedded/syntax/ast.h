@@ -62,8 +62,9 @@ struct LiteralExpression final : Expression {
   // Digits as written ("007", "1.50", "1e3"), the text without quotes and with doubled quotes made
   // single, or the hexadecimal digits after 0x.
   std::string text;
-  // Which of the batch's literals this is (see Lexer): literals with the same position in texts that
-  // differ in nothing but literal values can share one compiled batch. -1 when it must stay literal.
+  // Which of the batch's literals this is (see Lexer): literals with the same position in texts
+  // that differ in nothing but literal values can share one compiled batch. -1 when it must stay
+  // literal.
   int slot = -1;
 };
 
@@ -91,7 +92,14 @@ struct UnaryExpression final : Expression {
 
 struct BinaryExpression final : Expression {
   enum class Operator : uint8_t {
-    kAdd, kSubtract, kMultiply, kDivide, kModulo, kBitAnd, kBitOr, kBitXor,
+    kAdd,
+    kSubtract,
+    kMultiply,
+    kDivide,
+    kModulo,
+    kBitAnd,
+    kBitOr,
+    kBitXor,
   };
   BinaryExpression() : Expression(Kind::kBinary) {}
   Operator op = Operator::kAdd;
@@ -144,7 +152,16 @@ struct ScalarSubqueryExpression final : Expression {
 
 struct Condition {
   enum class Kind : uint8_t {
-    kComparison, kAnd, kOr, kNot, kIsNull, kBetween, kInList, kInQuery, kLike, kExists,
+    kComparison,
+    kAnd,
+    kOr,
+    kNot,
+    kIsNull,
+    kBetween,
+    kInList,
+    kInQuery,
+    kLike,
+    kExists,
   };
   explicit Condition(Kind k) : kind(k) {}
   virtual ~Condition() = default;
@@ -290,11 +307,36 @@ struct Query {
 
 struct Statement {
   enum class Kind : uint8_t {
-    kSelect, kInsert, kUpdate, kDelete, kTruncate,
-    kCreateTable, kCreateIndex, kCreateView, kCreateProcedure, kDrop, kAlterTableAdd,
-    kDeclare, kSetVariable, kSetOption, kIf, kWhile, kBlock, kBreak, kContinue, kReturn,
-    kDeclareCursor, kOpenCursor, kFetch, kCloseCursor, kDeallocateCursor,
-    kExecuteProcedure, kExecuteText, kTransaction, kPrint, kRaisError,
+    kSelect,
+    kInsert,
+    kUpdate,
+    kDelete,
+    kTruncate,
+    kCreateTable,
+    kCreateIndex,
+    kCreateView,
+    kCreateProcedure,
+    kDrop,
+    kAlterTableAdd,
+    kDeclare,
+    kSetVariable,
+    kSetOption,
+    kIf,
+    kWhile,
+    kBlock,
+    kBreak,
+    kContinue,
+    kReturn,
+    kDeclareCursor,
+    kOpenCursor,
+    kFetch,
+    kCloseCursor,
+    kDeallocateCursor,
+    kExecuteProcedure,
+    kExecuteText,
+    kTransaction,
+    kPrint,
+    kRaisError,
   };
   explicit Statement(Kind k) : kind(k) {}
   virtual ~Statement() = default;
@@ -311,17 +353,18 @@ struct InsertStatement final : Statement {
   InsertStatement() : Statement(Kind::kInsert) {}
   ObjectName table;
   std::vector<std::string> columns;  // empty when not given
-  // One of: rows, query, execute, or none of them for DEFAULT VALUES. A null element of a row is the
-  // word DEFAULT.
+  // One of: rows, query, execute, or none of them for DEFAULT VALUES. A null element of a row is
+  // the word DEFAULT.
   std::vector<std::vector<ExpressionPtr>> rows;
   QueryPtr query;
   StatementPtr execute;
 };
 
 struct Assignment {
-  std::string column;    // empty for SET @v = …
-  std::string variable;  // of SET @v = …; both for SET @v = column = …
-  ExpressionPtr value;   // null for the word DEFAULT
+  std::string column;      // empty for SET @v = …
+  ObjectName column_name;  // the same with what stands before it: SET t.FQty = …; else no parts
+  std::string variable;    // of SET @v = …; both for SET @v = column = …
+  ExpressionPtr value;     // null for the word DEFAULT
 };
 
 struct UpdateStatement final : Statement {
@@ -423,8 +466,8 @@ struct DropStatement final : Statement {
 struct VariableDefinition {
   std::string name;
   TypeName type;
-  ExpressionPtr initial;                   // null when none
-  std::optional<TableDefinition> table;    // DECLARE @t TABLE (…)
+  ExpressionPtr initial;                 // null when none
+  std::optional<TableDefinition> table;  // DECLARE @t TABLE (…)
 };
 
 struct DeclareStatement final : Statement {

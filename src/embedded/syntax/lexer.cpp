@@ -1,0 +1,140 @@
+// Letters beyond ASCII, the check that the text is UTF-8, and the numbering of literals.
+#include "embedded/syntax/lexer.h"
+
+#include <algorithm>
+
+#include "embedded/error.h"
+
+namespace tavcc::sql {
+namespace {
+
+struct CodePoint {
+  char32_t value = 0;
+  size_t bytes = 0;  // 0: not UTF-8
+};
+
+// Decodes one character beyond ASCII. Overlong forms, surrogates and values past U+10FFFF are not
+// UTF-8.
+CodePoint Decode(std::string_view text) {
+  const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
+  const unsigned lead = byte(0);
+  const size_t bytes = lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
+  if (bytes == 0 || text.size() < bytes) return {};
+  char32_t value = lead & (0xFFu >> (bytes + 1));
+  for (size_t i = 1; i < bytes; ++i) {
+    if ((byte(i) & 0xC0) != 0x80) return {};
+    value = (value << 6) | (byte(i) & 0x3Fu);
+  }
+  constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
+  if (value < kLeast[bytes] || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF)) return {};
+  return {value, bytes};
+}
+
+struct Range {
+  char32_t first, last;
+};
+
+// What is no letter beyond ASCII: controls, blanks, punctuation, symbols and private characters.
+// Everything else counts as a letter, whatever its alphabet.
+constexpr Range kNoLetters[] = {
+    {0x80, 0xA9},     {0xAB, 0xB4},     {0xB6, 0xB9},     {0xBB, 0xBF},     {0xD7, 0xD7},
+    {0xF7, 0xF7},     {0x1680, 0x1680}, {0x180E, 0x180E}, {0x2000, 0x206F}, {0x20A0, 0x20CF},
+    {0x2190, 0x2BFF}, {0x3000, 0x3004}, {0x3008, 0x3020}, {0x3030, 0x3030}, {0x303D, 0x303F},
+    {0x30A0, 0x30A0}, {0x30FB, 0x30FB}, {0xE000, 0xF8FF}, {0xFE10, 0xFE6F}, {0xFEFF, 0xFEFF},
+    {0xFF00, 0xFF20}, {0xFF3B, 0xFF40}, {0xFF5B, 0xFF65}, {0xFFE0, 0xFFFF},
+};
+
+bool IsLetter(char32_t value) {
+  return std::none_of(std::begin(kNoLetters), std::end(kNoLetters), [&](const Range& range) {
+    return value >= range.first && value <= range.last;
+  });
+}
+
+int CountLines(std::string_view text) {
+  return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+}
+
+void CheckEncoding(std::string_view text) {
+  for (size_t at = 0; at < text.size();) {
+    if (static_cast<unsigned char>(text[at]) < 0x80) {
+      ++at;
+      continue;
+    }
+    const CodePoint point = Decode(text.substr(at));
+    if (point.bytes == 0)
+      throw SqlError{50001, 15, 1, 1 + CountLines(text.substr(0, at)),
+                     "Not supported by the embedded database: text that is not UTF-8."};
+    at += point.bytes;
+  }
+}
+
+bool IsLiteral(TokenKind kind) {
+  return (kind >= TokenKind::kInteger && kind <= TokenKind::kBinary) || kind == TokenKind::kText ||
+         kind == TokenKind::kNationalText;
+}
+
+}  // namespace
+
+namespace scanning {
+
+size_t WideLetter(std::string_view text) {
+  const CodePoint point = Decode(text);
+  return point.bytes > 0 && IsLetter(point.value) ? point.bytes : 0;
+}
+
+}  // namespace scanning
+
+Lexer::Lexer(std::string_view text) : text_(text), scanner_(text) {
+  CheckEncoding(text);
+  for (size_t i = 0; i <= kLookAhead; ++i) Read(tokens_[i]);
+}
+
+const Token& Lexer::Take() {
+  const Token& taken = tokens_[first_];
+  Read(tokens_[(first_ + kLookAhead + 1) % tokens_.size()]);
+  first_ = (first_ + 1) % tokens_.size();
+  return taken;
+}
+
+void Lexer::Read(Token& token) {
+  const RawToken raw = scanner_.Next();
+  token = Token{};
+  token.kind = raw.kind;
+  token.doubled = raw.doubled;
+  token.begin = raw.begin;
+  token.end = raw.end;
+  token.text = text_.substr(raw.begin, raw.end - raw.begin);
+  line_ += CountLines(text_.substr(line_counted_to_, raw.begin - line_counted_to_));
+  line_counted_to_ = raw.begin;
+  token.line = line_;
+  if (raw.kind == TokenKind::kWord) token.keyword = LookUpKeyword(token.text);
+  if (IsLiteral(raw.kind)) {
+    if (context_.Literal(raw.kind, scanner_.PeekCharacter())) token.slot = slots_++;
+  } else if (raw.kind != TokenKind::kEnd) {
+    context_.Pass(raw.kind, token.keyword, token.text.front());
+  }
+}
+
+std::string_view Inside(const Token& token) {
+  std::string_view text = token.text;
+  if (token.kind == TokenKind::kNationalText) text.remove_prefix(1);
+  if (token.kind == TokenKind::kText || token.kind == TokenKind::kNationalText ||
+      token.kind == TokenKind::kQuotedName)
+    return text.substr(1, text.size() - 2);
+  return text;
+}
+
+std::string Unquote(const Token& token) {
+  const std::string_view inside = Inside(token);
+  if (!token.doubled) return std::string(inside);
+  const char mark = token.text.back();
+  std::string result;
+  result.reserve(inside.size());
+  for (size_t i = 0; i < inside.size(); ++i) {
+    result += inside[i];
+    if (inside[i] == mark) ++i;
+  }
+  return result;
+}
+
+}  // namespace tavcc::sql

@@ -1,0 +1,63 @@
+// The tokens of a batch as the parser wants them: with keywords known, lines counted and literals
+// numbered.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "embedded/syntax/keywords.h"
+#include "embedded/syntax/literal_context.h"
+#include "embedded/syntax/scanner.h"
+
+namespace tavcc::sql {
+
+struct Token {
+  TokenKind kind = TokenKind::kEnd;
+  Keyword keyword = Keyword::kNone;  // of a kWord
+  bool doubled = false;              // see RawToken
+  int line = 1;
+  int slot = -1;  // of a literal that can be exchanged: its number in the batch
+  size_t begin = 0, end = 0;
+  std::string_view text;  // as written
+};
+
+class Lexer {
+ public:
+  // The text must outlive the lexer. Throws SqlError when it is not UTF-8.
+  explicit Lexer(std::string_view text);
+
+  // The token `ahead` places after the current one; `ahead` is at most kLookAhead. Never throws:
+  // an unclosed quotation is a token that the parser refuses when it comes to it.
+  const Token& Peek(size_t ahead = 0) { return tokens_[(first_ + ahead) % tokens_.size()]; }
+
+  // The current token; the next one becomes current. The reference holds until the next Take.
+  const Token& Take();
+
+  std::string_view text() const { return text_; }
+
+  // How many literals were numbered so far, -1 when the batch cannot share its compiled form.
+  int slots() const { return context_.shareable() ? slots_ : -1; }
+
+  static constexpr size_t kLookAhead = 2;
+
+ private:
+  void Read(Token& token);
+
+  std::string_view text_;
+  Scanner scanner_;
+  LiteralContext context_;
+  int line_ = 1;
+  size_t line_counted_to_ = 0;
+  int slots_ = 0;
+  size_t first_ = 0;
+  std::array<Token, kLookAhead + 2> tokens_;  // a ring: the token taken last, then those ahead
+};
+
+// The characters between the marks of a text or a quoted name, doubled closing marks made single.
+std::string Unquote(const Token& token);
+
+// The same without unmaking doubled marks: what error texts show.
+std::string_view Inside(const Token& token);
+
+}  // namespace tavcc::sql

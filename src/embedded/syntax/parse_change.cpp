@@ -1,0 +1,163 @@
+// INSERT, UPDATE, DELETE and TRUNCATE.
+#include "embedded/error.h"
+#include "embedded/syntax/parser_impl.h"
+
+namespace tavcc::sql {
+namespace {
+
+constexpr size_t kMaxRows = 1000;
+
+}  // namespace
+
+// The table that a statement changes, and its hints, which have no effect.
+ObjectName Parser::TakeTarget() {
+  ObjectName name;
+  if (Peek().kind == TokenKind::kVariable)
+    name.parts.push_back(TakeVariable());
+  else if (At(Keyword::kOPENQUERY) || At(Keyword::kOPENROWSET) || At(Keyword::kOPENDATASOURCE))
+    Unsupported(KeywordText(Peek().keyword));
+  else
+    name = TakeObjectName();
+  std::vector<std::string> hints;
+  if (At(Keyword::kWITH) && AtSymbol("(", 1)) {
+    Take();
+    ParseHints(hints);
+  } else if (AtLegacyHints()) {
+    ParseHints(hints);
+  }
+  return name;
+}
+
+void Parser::RefuseOutputClause() {
+  if (AtWord("OUTPUT")) Unsupported("the OUTPUT clause");
+}
+
+ConditionPtr Parser::ParseOptionalWhere() {
+  if (!Accept(Keyword::kWHERE)) return nullptr;
+  if (At(Keyword::kCURRENT) && At(Keyword::kOF, 1)) Unsupported("WHERE CURRENT OF");
+  return ParseCondition();
+}
+
+StatementPtr Parser::ParseInsert() {
+  auto insert = MakeAt<InsertStatement>(Take().line);
+  if (At(Keyword::kTOP)) Unsupported("INSERT TOP");
+  Accept(Keyword::kINTO);
+  insert->table = TakeTarget();
+  if (AtSymbol("(") && !At(Keyword::kSELECT, 1) && !AtSymbol("(", 1)) {
+    Take();
+    do insert->columns.push_back(TakeObjectName().last());
+    while (AcceptSymbol(","));
+    ExpectSymbol(")");
+  }
+  RefuseOutputClause();
+  if (At(Keyword::kVALUES)) {
+    ParseRows(*insert);
+  } else if (Accept(Keyword::kDEFAULT)) {
+    Expect(Keyword::kVALUES);
+  } else if (At(Keyword::kEXEC) || At(Keyword::kEXECUTE)) {
+    insert->execute = ParseExecute();
+  } else {
+    if (!At(Keyword::kSELECT) && !AtSymbol("(")) Unexpected();
+    insert->query = ParseQuery();
+    ParseQueryOption();
+  }
+  return insert;
+}
+
+void Parser::ParseRows(InsertStatement& insert) {
+  Take();
+  do {
+    ExpectSymbol("(");
+    std::vector<ExpressionPtr> row;
+    do row.push_back(Accept(Keyword::kDEFAULT) ? nullptr : ParseExpression());
+    while (AcceptSymbol(","));
+    ExpectSymbol(")");
+    insert.rows.push_back(std::move(row));
+    if (insert.rows.size() > kMaxRows)
+      Fail(
+          10738,
+          "The number of row value expressions in the INSERT statement exceeds the maximum allowed "
+          "number of 1000 row values.");
+  } while (AcceptSymbol(","));
+}
+
+StatementPtr Parser::ParseUpdate() {
+  auto update = MakeAt<UpdateStatement>(Take().line);
+  if (At(Keyword::kSTATISTICS)) Unsupported("UPDATE STATISTICS");
+  update->top = ParseOptionalTop();
+  update->target = TakeTarget();
+  Expect(Keyword::kSET);
+  do update->assignments.push_back(ParseAssignment());
+  while (AcceptSymbol(","));
+  RefuseOutputClause();
+  if (Accept(Keyword::kFROM)) update->from = ParseFromList();
+  update->where = ParseOptionalWhere();
+  ParseQueryOption();
+  return update;
+}
+
+// column = value, @v = value, @v = column = value, and each with an operator such as +=.
+Assignment Parser::ParseAssignment() {
+  Assignment assignment;
+  if (Peek().kind == TokenKind::kVariable) {
+    auto variable = MakeAt<VariableExpression>(Line());
+    assignment.variable = variable->name = TakeVariable();
+    assignment.value = ParseCompound(std::move(variable));
+    if (assignment.value->kind != Expression::Kind::kColumn || !AtSymbol("=")) return assignment;
+    Take();
+    assignment.column_name = std::move(static_cast<ColumnExpression&>(*assignment.value).name);
+  } else {
+    auto column = MakeAt<ColumnExpression>(Line());
+    column->name = TakeObjectName();
+    if (AtSymbol("(")) Unsupported("methods of column types");
+    assignment.column_name = column->name;
+    if (!AtSymbol("=")) {
+      assignment.column = assignment.column_name.last();
+      assignment.value = ParseCompound(std::move(column));
+      return assignment;
+    }
+    Take();
+  }
+  assignment.column = assignment.column_name.last();
+  assignment.value = Accept(Keyword::kDEFAULT) ? nullptr : ParseExpression();
+  return assignment;
+}
+
+// What follows the target of an assignment: "= value", or "+= value" for "= target + value".
+ExpressionPtr Parser::ParseCompound(ExpressionPtr target) {
+  using Operator = BinaryExpression::Operator;
+  if (AcceptSymbol("=")) return ParseExpression();
+  constexpr std::pair<std::string_view, Operator> kOperators[] = {
+      {"+=", Operator::kAdd},    {"-=", Operator::kSubtract}, {"*=", Operator::kMultiply},
+      {"/=", Operator::kDivide}, {"%=", Operator::kModulo},   {"&=", Operator::kBitAnd},
+      {"|=", Operator::kBitOr},  {"^=", Operator::kBitXor},
+  };
+  for (const auto& [symbol, op] : kOperators) {
+    if (!AcceptSymbol(symbol)) continue;
+    const int line = target->line;
+    return Binary(op, std::move(target), ParseExpression(), line);
+  }
+  Unexpected();
+}
+
+StatementPtr Parser::ParseDelete() {
+  auto statement = MakeAt<DeleteStatement>(Take().line);
+  statement->top = ParseOptionalTop();
+  Accept(Keyword::kFROM);
+  statement->target = TakeTarget();
+  RefuseOutputClause();
+  if (Accept(Keyword::kFROM)) statement->from = ParseFromList();
+  statement->where = ParseOptionalWhere();
+  ParseQueryOption();
+  return statement;
+}
+
+StatementPtr Parser::ParseTruncate() {
+  auto truncate = MakeAt<TruncateStatement>(Take().line);
+  Expect(Keyword::kTABLE);
+  truncate->table = TakeObjectName();
+  if (At(Keyword::kWITH) && AtSymbol("(", 1)) Unsupported("TRUNCATE TABLE of partitions");
+  return truncate;
+}
+
+}  // namespace tavcc::sql

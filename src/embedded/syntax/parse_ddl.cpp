@@ -1,0 +1,383 @@
+// CREATE, ALTER TABLE … ADD and DROP.
+#include <charconv>
+
+#include "embedded/error.h"
+#include "embedded/syntax/parser_impl.h"
+
+namespace tavcc::sql {
+
+void Parser::RequireFirstInBatch(std::string_view what) {
+  if (!first_statement_)
+    Fail(111, "'" + std::string(what) + "' must be the first statement in a query batch.");
+}
+
+StatementPtr Parser::ParseCreate() {
+  const size_t begin = Begin();
+  const int line = Take().line;
+  switch (Peek().keyword) {
+    case Keyword::kTABLE:
+      return ParseCreateTable(line);
+    case Keyword::kUNIQUE:
+    case Keyword::kCLUSTERED:
+    case Keyword::kNONCLUSTERED:
+    case Keyword::kINDEX:
+      return ParseCreateIndex(line);
+    case Keyword::kVIEW:
+      RequireFirstInBatch("CREATE VIEW");
+      return ParseCreateView(line);
+    case Keyword::kPROC:
+    case Keyword::kPROCEDURE:
+      RequireFirstInBatch("CREATE/ALTER PROCEDURE");
+      return ParseCreateProcedure(line, begin);
+    case Keyword::kOR:
+      Unsupported("CREATE OR ALTER");
+    default:
+      break;
+  }
+  if (Peek().kind != TokenKind::kWord) Unexpected();
+  Unsupported("CREATE " + std::string(Peek().text));
+}
+
+StatementPtr Parser::ParseCreateTable(int line) {
+  Take();
+  auto create = MakeAt<CreateTableStatement>(line);
+  create->name = TakeObjectName();
+  if (At(Keyword::kAS)) Unsupported("CREATE TABLE AS");
+  create->definition = ParseTableDefinition();
+  if (Accept(Keyword::kON)) TakeName();  // a file group
+  if (At(Keyword::kWITH) && AtSymbol("(", 1)) Unsupported("options of CREATE TABLE");
+  return create;
+}
+
+StatementPtr Parser::ParseCreateIndex(int line) {
+  auto create = MakeAt<CreateIndexStatement>(line);
+  create->unique = Accept(Keyword::kUNIQUE);
+  if (!Accept(Keyword::kCLUSTERED)) Accept(Keyword::kNONCLUSTERED);
+  Expect(Keyword::kINDEX);
+  create->name = TakeName();
+  Expect(Keyword::kON);
+  create->table = TakeObjectName();
+  create->columns = ParseKeyColumns();
+  if (AtWord("INCLUDE")) {
+    Take();
+    TakeNameList();  // columns that are only carried along
+  }
+  if (At(Keyword::kWHERE)) Unsupported("filtered indexes");
+  SkipKeyOptions();
+  return create;
+}
+
+StatementPtr Parser::ParseCreateView(int line) {
+  Take();
+  auto create = MakeAt<CreateViewStatement>(line);
+  create->name = TakeObjectName();
+  if (AtSymbol("(")) create->columns = TakeNameList();
+  if (At(Keyword::kWITH)) Unsupported("options of CREATE VIEW");
+  Expect(Keyword::kAS);
+  const size_t begin = Begin();
+  create->query = ParseQuery();
+  create->text = TextBetween(begin, last_.end);
+  if (At(Keyword::kWITH)) Unsupported("WITH CHECK OPTION");
+  return create;
+}
+
+// The body goes to the end of the batch.
+StatementPtr Parser::ParseCreateProcedure(int line, size_t begin) {
+  Take();
+  auto create = MakeAt<CreateProcedureStatement>(line);
+  create->name = TakeObjectName();
+  if (AtSymbol(";")) Unsupported("numbered procedures");
+  const bool bracketed = AtSymbol("(") && Peek(1).kind == TokenKind::kVariable;
+  if (bracketed) Take();
+  if (Peek().kind == TokenKind::kVariable) do
+      create->parameters.push_back(ParseParameter());
+    while (AcceptSymbol(","));
+  if (bracketed) ExpectSymbol(")");
+  if (Accept(Keyword::kWITH) && !AcceptWord("RECOMPILE"))
+    Unsupported("options of CREATE PROCEDURE other than RECOMPILE");
+  if (At(Keyword::kFOR)) Unsupported("FOR REPLICATION");
+  Expect(Keyword::kAS);
+  if (AtWord("EXTERNAL") || At(Keyword::kEXTERNAL)) Unsupported("external procedures");
+  first_statement_ = false;
+  create->body = ParseStatementsToEnd();
+  if (create->body.empty()) Unexpected();
+  create->text = TextBetween(begin, lexer_.text().size());
+  return create;
+}
+
+ParameterDefinition Parser::ParseParameter() {
+  ParameterDefinition parameter;
+  parameter.name = TakeVariable();
+  Accept(Keyword::kAS);
+  if (At(Keyword::kCURSOR)) Unsupported("cursor parameters");
+  parameter.type = ParseType();
+  if (At(Keyword::kNULL)) Take();  // every parameter takes nulls
+  if (AcceptSymbol("=")) {
+    parameter.default_value = ParseExpression();
+    PinAll(parameter.default_value.get());
+  }
+  parameter.output = AcceptWord("OUTPUT") || AcceptWord("OUT");
+  if (AtWord("READONLY")) Unsupported("table-valued parameters");
+  return parameter;
+}
+
+StatementPtr Parser::ParseDrop() {
+  auto drop = MakeAt<DropStatement>(Take().line);
+  switch (Peek().keyword) {
+    case Keyword::kTABLE:
+      drop->what = DropStatement::What::kTable;
+      break;
+    case Keyword::kVIEW:
+      drop->what = DropStatement::What::kView;
+      break;
+    case Keyword::kPROC:
+    case Keyword::kPROCEDURE:
+      drop->what = DropStatement::What::kProcedure;
+      break;
+    case Keyword::kINDEX:
+      drop->what = DropStatement::What::kIndex;
+      break;
+    default:
+      if (Peek().kind != TokenKind::kWord) Unexpected();
+      Unsupported("DROP " + std::string(Peek().text));
+  }
+  Take();
+  if (Accept(Keyword::kIF)) {
+    Expect(Keyword::kEXISTS);
+    drop->if_exists = true;
+  }
+  if (drop->what == DropStatement::What::kIndex) return ParseDropIndex(std::move(drop));
+  do drop->names.push_back(TakeObjectName());
+  while (AcceptSymbol(","));
+  return drop;
+}
+
+// DROP INDEX name ON table, or the older DROP INDEX table.name.
+StatementPtr Parser::ParseDropIndex(std::unique_ptr<DropStatement> drop) {
+  ObjectName name = TakeObjectName();
+  if (Accept(Keyword::kON)) {
+    if (name.parts.size() > 1) Unexpected();
+    drop->on_table = TakeObjectName();
+  } else {
+    if (name.parts.size() < 2) Unexpected();
+    drop->on_table.parts.assign(name.parts.begin(), name.parts.end() - 1);
+    name.parts.erase(name.parts.begin(), name.parts.end() - 1);
+  }
+  drop->names.push_back(std::move(name));
+  if (AtSymbol(",")) Unsupported("DROP INDEX of several indexes");
+  return drop;
+}
+
+StatementPtr Parser::ParseAlter() {
+  const int line = Take().line;
+  if (!At(Keyword::kTABLE)) {
+    if (Peek().kind != TokenKind::kWord) Unexpected();
+    Unsupported("ALTER " + std::string(Peek().text));
+  }
+  Take();
+  auto alter = MakeAt<AlterTableAddStatement>(line);
+  alter->name = TakeObjectName();
+  if (Accept(Keyword::kWITH) && !Accept(Keyword::kCHECK)) Expect(Keyword::kNOCHECK);
+  if (!Accept(Keyword::kADD)) {
+    if (Peek().kind != TokenKind::kWord) Unexpected();
+    Unsupported("ALTER TABLE " + std::string(Peek().text));
+  }
+  do ParseTableElement(alter->definition);
+  while (AcceptSymbol(","));
+  return alter;
+}
+
+TableDefinition Parser::ParseTableDefinition() {
+  TableDefinition table;
+  ExpectSymbol("(");
+  do ParseTableElement(table);
+  while (AcceptSymbol(","));
+  ExpectSymbol(")");
+  return table;
+}
+
+void Parser::ParseTableElement(TableDefinition& table) {
+  if (Accept(Keyword::kCONSTRAINT)) {
+    std::string name = TakeName();
+    ParseTableConstraint(table, std::move(name));
+    return;
+  }
+  switch (Peek().keyword) {
+    case Keyword::kPRIMARY:
+    case Keyword::kUNIQUE:
+    case Keyword::kCHECK:
+    case Keyword::kFOREIGN:
+    case Keyword::kDEFAULT:
+      ParseTableConstraint(table, {});
+      return;
+    case Keyword::kINDEX:
+      Unsupported("indexes inside CREATE TABLE");
+    default:
+      ParseColumn(table);
+  }
+}
+
+void Parser::ParseTableConstraint(TableDefinition& table, std::string name) {
+  if (At(Keyword::kCHECK)) Unsupported("CHECK constraints");
+  if (At(Keyword::kFOREIGN)) Unsupported("FOREIGN KEY constraints");
+  if (At(Keyword::kDEFAULT)) Unsupported("DEFAULT constraints outside of a column");
+  KeyDefinition key;
+  key.name = std::move(name);
+  key.primary = Accept(Keyword::kPRIMARY);
+  Expect(key.primary ? Keyword::kKEY : Keyword::kUNIQUE);
+  if (!Accept(Keyword::kCLUSTERED)) Accept(Keyword::kNONCLUSTERED);
+  key.columns = ParseKeyColumns();
+  SkipKeyOptions();
+  table.keys.push_back(std::move(key));
+}
+
+// (a, b DESC): the order of a key's columns has no effect on results.
+std::vector<std::string> Parser::ParseKeyColumns() {
+  std::vector<std::string> columns;
+  ExpectSymbol("(");
+  do {
+    columns.push_back(TakeName());
+    if (!Accept(Keyword::kASC)) Accept(Keyword::kDESC);
+  } while (AcceptSymbol(","));
+  ExpectSymbol(")");
+  return columns;
+}
+
+// WITH (FILLFACTOR = 80), ON [PRIMARY]: how the server lays out the data. One option changes what a
+// statement does.
+void Parser::SkipKeyOptions() {
+  if (At(Keyword::kWITH)) {
+    Take();
+    if (Accept(Keyword::kFILLFACTOR)) {
+      ExpectSymbol("=");
+      ParseSignedInteger();
+    } else {
+      SkipBrackets("IGNORE_DUP_KEY");
+    }
+  }
+  if (Accept(Keyword::kON)) TakeName();
+}
+
+void Parser::ParseColumn(TableDefinition& table) {
+  ColumnDefinition column;
+  column.line = Line();
+  column.name = TakeName();
+  if (At(Keyword::kAS)) Unsupported("computed columns");
+  column.type = ParseType();
+  while (ParseColumnOption(column)) {
+  }
+  table.columns.push_back(std::move(column));
+}
+
+// False when no option of a column follows.
+bool Parser::ParseColumnOption(ColumnDefinition& column) {
+  if (Accept(Keyword::kCONSTRAINT)) TakeName();  // the name of the option that follows
+  switch (Peek().keyword) {
+    case Keyword::kNULL:
+      Take();
+      column.nullable = true;
+      return true;
+    case Keyword::kNOT:
+      Take();
+      Expect(Keyword::kNULL);
+      column.nullable = false;
+      return true;
+    case Keyword::kIDENTITY:
+      ParseIdentity(column);
+      return true;
+    case Keyword::kDEFAULT:
+      Take();
+      column.default_value = ParseExpression();
+      PinAll(column.default_value.get());
+      if (At(Keyword::kWITH) && At(Keyword::kVALUES, 1)) Unsupported("DEFAULT … WITH VALUES");
+      return true;
+    case Keyword::kPRIMARY:
+    case Keyword::kUNIQUE:
+      (At(Keyword::kPRIMARY) ? column.primary_key : column.unique) = true;
+      if (Take().keyword == Keyword::kPRIMARY) Expect(Keyword::kKEY);
+      if (!Accept(Keyword::kCLUSTERED)) Accept(Keyword::kNONCLUSTERED);
+      SkipKeyOptions();
+      return true;
+    case Keyword::kCHECK:
+      Unsupported("CHECK constraints");
+    case Keyword::kREFERENCES:
+    case Keyword::kFOREIGN:
+      Unsupported("FOREIGN KEY constraints");
+    case Keyword::kCOLLATE:
+      Unsupported("COLLATE");
+    case Keyword::kROWGUIDCOL:
+      Unsupported("ROWGUIDCOL");
+    default:
+      break;
+  }
+  if (AtWord("SPARSE") || AtWord("FILESTREAM") || AtWord("MASKED") || AtWord("GENERATED"))
+    Unsupported("the column option " + std::string(Peek().text));
+  return false;
+}
+
+// IDENTITY, IDENTITY(seed, increment)
+void Parser::ParseIdentity(ColumnDefinition& column) {
+  Take();
+  column.identity = true;
+  if (AcceptSymbol("(")) {
+    column.identity_seed = ParseSignedInteger();
+    ExpectSymbol(",");
+    column.identity_increment = ParseSignedInteger();
+    ExpectSymbol(")");
+  }
+  if (At(Keyword::kNOT) && At(Keyword::kFOR, 1)) Unsupported("NOT FOR REPLICATION");
+}
+
+int64_t Parser::ParseSignedInteger() {
+  const bool negative = AcceptSymbol("-");
+  if (!negative) AcceptSymbol("+");
+  if (Peek().kind != TokenKind::kInteger) Unexpected();
+  Pin(Peek());
+  const Token token = Take();
+  int64_t value = 0;
+  const char* const end = token.text.data() + token.text.size();
+  if (std::from_chars(token.text.data(), end, value).ec != std::errc()) UnexpectedAt(token);
+  return negative ? -value : value;
+}
+
+// int, decimal(28, 10), nvarchar(max), [varchar](20), double precision
+TypeName Parser::ParseType() {
+  TypeName type;
+  if (Accept(Keyword::kDOUBLE)) {
+    Expect(Keyword::kPRECISION);
+    type.name = "float";
+    return type;
+  }
+  if (At(Keyword::kNATIONAL)) Unsupported("NATIONAL CHARACTER");
+  if (At(Keyword::kCURSOR)) Unsupported("cursor variables");
+  ObjectName name = TakeObjectName();
+  if (name.parts.size() > 1) Unsupported("types with a schema");
+  type.name = name.last();
+  if (At(Keyword::kVARYING)) Unsupported("CHARACTER VARYING");
+  if (AtSymbol("(")) ParseTypeArguments(type);
+  if (At(Keyword::kCOLLATE)) Unsupported("COLLATE");
+  return type;
+}
+
+void Parser::ParseTypeArguments(TypeName& type) {
+  Take();
+  do {
+    if (AcceptWord("MAX")) {
+      type.arguments.push_back(SqlType::kMax);
+      continue;
+    }
+    if (Peek().kind != TokenKind::kInteger) Unexpected();
+    Pin(Peek());
+    const Token token = Take();
+    int value = 0;
+    const char* const end = token.text.data() + token.text.size();
+    const bool fits = std::from_chars(token.text.data(), end, value).ec == std::errc();
+    if (!fits || value > 0x7FFF)
+      Fail(1001, "Length or precision specification " + std::string(token.text.substr(0, 40)) +
+                     " is invalid.");
+    type.arguments.push_back(value);
+  } while (AcceptSymbol(","));
+  ExpectSymbol(")");
+}
+
+}  // namespace tavcc::sql

@@ -1,0 +1,391 @@
+// Values: constants, names, calls, CASE and the operators of arithmetic.
+//
+// The signs rank with addition, below multiplication, as the server's table of operator precedence
+// has it: -a * b is -(a * b), and a / -b * c is a / -(b * c).
+#include "embedded/error.h"
+#include "embedded/syntax/parser_impl.h"
+
+namespace tavcc::sql {
+namespace {
+
+constexpr size_t kMaxPrecision = 38;
+
+using Operator = BinaryExpression::Operator;
+
+std::optional<Operator> SumOperator(std::string_view symbol) {
+  if (symbol.size() != 1) return std::nullopt;
+  switch (symbol.front()) {
+    case '+':
+      return Operator::kAdd;
+    case '-':
+      return Operator::kSubtract;
+    case '&':
+      return Operator::kBitAnd;
+    case '|':
+      return Operator::kBitOr;
+    case '^':
+      return Operator::kBitXor;
+    default:
+      return std::nullopt;
+  }
+}
+
+std::optional<Operator> ProductOperator(std::string_view symbol) {
+  if (symbol == "*") return Operator::kMultiply;
+  if (symbol == "/") return Operator::kDivide;
+  if (symbol == "%") return Operator::kModulo;
+  return std::nullopt;
+}
+
+// How many digits of a number count for its precision: leading zeros do not.
+size_t CountedDigits(std::string_view number) {
+  size_t digits = 0;
+  for (const char c : number)
+    if (c != '.' && (digits > 0 || c != '0')) ++digits;
+  return digits;
+}
+
+bool IsOneOf(std::string_view word, std::initializer_list<std::string_view> upper_words) {
+  for (const std::string_view upper : upper_words) {
+    if (word.size() != upper.size()) continue;
+    size_t same = 0;
+    while (same < word.size() && (word[same] == upper[same] || word[same] - 32 == upper[same]))
+      ++same;
+    if (same == word.size()) return true;
+  }
+  return false;
+}
+
+bool TakesDatePart(const ObjectName& name) {
+  return name.parts.size() == 1 &&
+         IsOneOf(name.last(), {"DATEDIFF", "DATEDIFF_BIG", "DATEADD", "DATEPART", "DATENAME"});
+}
+
+std::string Lower(std::string text) {
+  for (char& c : text)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
+  return text;
+}
+
+}  // namespace
+
+ExpressionPtr Parser::ParseExpression() {
+  return ToExpression(ParseSum());
+}
+
+// A query in brackets is a value here; a condition in brackets is not.
+ExpressionPtr Parser::ToExpression(Parsed parsed) {
+  if (parsed.query) {
+    auto subquery = MakeAt<ScalarSubqueryExpression>(parsed.query->line);
+    subquery->query = std::move(parsed.query);
+    return subquery;
+  }
+  if (!parsed.expression) Unexpected();
+  return std::move(parsed.expression);
+}
+
+ExpressionPtr Parser::Binary(Operator op, ExpressionPtr left, ExpressionPtr right, int line) {
+  auto binary = MakeAt<BinaryExpression>(line);
+  binary->op = op;
+  binary->left = std::move(left);
+  binary->right = std::move(right);
+  return binary;
+}
+
+Parser::Parsed Parser::ParseSum() {
+  Chain chain(*this);
+  Parsed left = ParseProduct();
+  if (left.condition) return left;
+  while (Peek().kind == TokenKind::kSymbol) {
+    const auto op = SumOperator(Peek().text);
+    if (!op) break;
+    Take();
+    ExpressionPtr operand = ToExpression(std::move(left));
+    const int line = operand->line;
+    chain.Deepen();
+    ExpressionPtr right = ToExpression(ParseProduct());
+    left = {Binary(*op, std::move(operand), std::move(right), line), nullptr, nullptr};
+  }
+  return left;
+}
+
+Parser::Parsed Parser::ParseProduct() {
+  Chain chain(*this);
+  Parsed left = ParseFactor();
+  if (left.condition) return left;
+  while (Peek().kind == TokenKind::kSymbol) {
+    const auto op = ProductOperator(Peek().text);
+    if (!op) break;
+    Take();
+    ExpressionPtr operand = ToExpression(std::move(left));
+    const int line = operand->line;
+    chain.Deepen();
+    ExpressionPtr right = ToExpression(ParseFactor());
+    left = {Binary(*op, std::move(operand), std::move(right), line), nullptr, nullptr};
+  }
+  return left;
+}
+
+Parser::Parsed Parser::ParseFactor() {
+  UnaryExpression::Operator op;
+  if (AtSymbol("-"))
+    op = UnaryExpression::Operator::kMinus;
+  else if (AtSymbol("+"))
+    op = UnaryExpression::Operator::kPlus;
+  else if (AtSymbol("~"))
+    op = UnaryExpression::Operator::kBitNot;
+  else
+    return ParsePrimary();
+  Nest nest(*this);
+  auto unary = MakeAt<UnaryExpression>(Take().line);
+  unary->op = op;
+  unary->operand =
+      ToExpression(op == UnaryExpression::Operator::kBitNot ? ParseFactor() : ParseProduct());
+  return {std::move(unary), nullptr, nullptr};
+}
+
+Parser::Parsed Parser::ParsePrimary() {
+  switch (Peek().kind) {
+    case TokenKind::kInteger:
+    case TokenKind::kDecimal:
+    case TokenKind::kFloat:
+    case TokenKind::kBinary:
+    case TokenKind::kText:
+    case TokenKind::kNationalText:
+      return {ParseLiteral(), nullptr, nullptr};
+    case TokenKind::kVariable:
+      return {ParseVariableReference(), nullptr, nullptr};
+    case TokenKind::kQuotedName:
+      return {ParseNameOrCall(), nullptr, nullptr};
+    case TokenKind::kWord:
+      return {IsReserved(Peek().keyword) ? ParseKeywordValue() : ParseNameOrCall(), nullptr,
+              nullptr};
+    default:
+      break;
+  }
+  if (AtSymbol("{")) Unsupported("ODBC escapes");
+  if (!AtSymbol("(")) Unexpected();
+  return ParseBracket();
+}
+
+// (value), (condition) or (query): a query may go on after its bracket, as in ((select …) union …).
+Parser::Parsed Parser::ParseBracket() {
+  Nest nest(*this);
+  ExpectSymbol("(");
+  Parsed inside;
+  if (At(Keyword::kSELECT)) {
+    inside.query = ParseQuery();
+  } else {
+    inside = ParseConditionOrValue();
+    if (inside.query) {
+      inside.query = ContinueQuery(std::move(inside.query));
+      ParseOrderBy(*inside.query);
+    }
+  }
+  ExpectSymbol(")");
+  return inside;
+}
+
+ExpressionPtr Parser::ParseLiteral() {
+  const Token token = Take();
+  auto literal = MakeAt<LiteralExpression>(token.line);
+  literal->slot = token.slot;
+  literal->text = std::string(token.text);
+  switch (token.kind) {
+    case TokenKind::kInteger:
+      literal->form = LiteralExpression::Form::kInteger;
+      break;
+    case TokenKind::kDecimal:
+      literal->form = LiteralExpression::Form::kDecimal;
+      break;
+    case TokenKind::kFloat:
+      literal->form = LiteralExpression::Form::kFloat;
+      if (literal->text.find_last_of("0123456789") != literal->text.size() - 1)
+        literal->text += '0';  // 1e and 1e+ are 1e0
+      return literal;
+    case TokenKind::kBinary:
+      literal->form = LiteralExpression::Form::kBinary;
+      literal->text.erase(0, 2);
+      return literal;
+    default:
+      literal->form = token.kind == TokenKind::kNationalText
+                          ? LiteralExpression::Form::kNationalText
+                          : LiteralExpression::Form::kText;
+      literal->text = Unquote(token);
+      return literal;
+  }
+  if (CountedDigits(token.text) > kMaxPrecision)
+    Fail(1007, "The number '" + std::string(token.text.substr(0, 1000)) +
+                   "' is out of the range for numeric representation (maximum precision 38).");
+  return literal;
+}
+
+ExpressionPtr Parser::ParseVariableReference() {
+  const Token token = Take();
+  if (token.text.starts_with("@@")) {
+    auto variable = MakeAt<GlobalVariableExpression>(token.line);
+    variable->name = std::string(token.text);
+    return variable;
+  }
+  auto variable = MakeAt<VariableExpression>(token.line);
+  variable->name = std::string(token.text);
+  return variable;
+}
+
+// The reserved words that begin a value.
+ExpressionPtr Parser::ParseKeywordValue() {
+  const int line = Line();
+  switch (Peek().keyword) {
+    case Keyword::kNULL:
+      Take();
+      return MakeAt<LiteralExpression>(line);
+    case Keyword::kCASE:
+      return ParseCase();
+    case Keyword::kCONVERT:
+      return ParseConvert();
+    case Keyword::kCOALESCE:
+    case Keyword::kNULLIF:
+    case Keyword::kLEFT:
+    case Keyword::kRIGHT: {
+      if (!AtSymbol("(", 1)) Unexpected();
+      ObjectName name{{Lower(std::string(Take().text))}};
+      return ParseCallOf(std::move(name), line);
+    }
+    case Keyword::kCURRENT_TIMESTAMP:
+    case Keyword::kCURRENT_USER:
+    case Keyword::kSESSION_USER:
+    case Keyword::kSYSTEM_USER:
+    case Keyword::kUSER: {
+      auto call = MakeAt<FunctionExpression>(line);
+      call->name.parts.push_back(Lower(std::string(Take().text)));
+      return call;
+    }
+    case Keyword::kTRY_CONVERT:
+      Unsupported("TRY_CONVERT");
+    case Keyword::kIDENTITY:
+      Unsupported("the IDENTITY function");
+    case Keyword::kIDENTITYCOL:
+    case Keyword::kROWGUIDCOL:
+      Unsupported("IDENTITYCOL and ROWGUIDCOL");
+    case Keyword::kALL:
+    case Keyword::kANY:
+    case Keyword::kSOME:
+      if (AtSymbol("(", 1)) Unsupported("ALL, ANY and SOME");
+      Unexpected();
+    default:
+      Unexpected();
+  }
+}
+
+ExpressionPtr Parser::ParseNameOrCall() {
+  const int line = Line();
+  if (Peek().kind == TokenKind::kWord && AtSymbol("(", 1)) {
+    if (AtWord("CAST")) return ParseCast();
+    if (AtWord("IIF")) return ParseIif();
+    if (AtWord("TRY_CAST") || AtWord("TRY_PARSE") || AtWord("PARSE"))
+      Unsupported("TRY_CAST, PARSE and TRY_PARSE");
+  }
+  ObjectName name = TakeObjectName();
+  if (AtSymbol("::")) Unsupported("static methods of types");
+  if (AtSymbol("(")) return ParseCallOf(std::move(name), line);
+  auto column = MakeAt<ColumnExpression>(line);
+  column->name = std::move(name);
+  return column;
+}
+
+ExpressionPtr Parser::ParseCallOf(ObjectName name, int line) {
+  Nest nest(*this);
+  auto call = MakeAt<FunctionExpression>(line);
+  call->name = std::move(name);
+  ExpectSymbol("(");
+  ParseArguments(*call);
+  ExpectSymbol(")");
+  if (At(Keyword::kOVER)) Unsupported("window functions (OVER)");
+  if (AtWord("WITHIN")) Unsupported("WITHIN GROUP");
+  return call;
+}
+
+void Parser::ParseArguments(FunctionExpression& call) {
+  if (AtSymbol(")")) return;
+  if (AcceptSymbol("*")) {
+    call.star = true;
+    return;
+  }
+  if (TakesDatePart(call.name)) {
+    if (Peek().kind != TokenKind::kWord || IsReserved(Peek().keyword))
+      Fail(1023, "Invalid parameter 1 specified for " + Lower(call.name.last()) + ".");
+    call.date_part = std::string(Take().text);
+    if (!AcceptSymbol(",")) return;
+  } else if (Accept(Keyword::kDISTINCT)) {
+    call.distinct = true;
+  } else {
+    Accept(Keyword::kALL);
+  }
+  do call.arguments.push_back(ParseExpression());
+  while (AcceptSymbol(","));
+}
+
+ExpressionPtr Parser::ParseCase() {
+  Nest nest(*this);
+  auto result = MakeAt<CaseExpression>(Take().line);
+  if (!At(Keyword::kWHEN)) result->operand = ParseExpression();
+  do {
+    Expect(Keyword::kWHEN);
+    CaseExpression::When when;
+    if (result->operand)
+      when.value = ParseExpression();
+    else
+      when.condition = ParseCondition();
+    Expect(Keyword::kTHEN);
+    when.result = ParseExpression();
+    result->whens.push_back(std::move(when));
+  } while (At(Keyword::kWHEN));
+  if (Accept(Keyword::kELSE)) result->otherwise = ParseExpression();
+  Expect(Keyword::kEND);
+  return result;
+}
+
+ExpressionPtr Parser::ParseCast() {
+  Nest nest(*this);
+  auto cast = MakeAt<ConvertExpression>(Take().line);
+  cast->is_cast = true;
+  ExpectSymbol("(");
+  cast->operand = ParseExpression();
+  Expect(Keyword::kAS);
+  cast->type = ParseType();
+  ExpectSymbol(")");
+  return cast;
+}
+
+ExpressionPtr Parser::ParseConvert() {
+  Nest nest(*this);
+  auto convert = MakeAt<ConvertExpression>(Take().line);
+  ExpectSymbol("(");
+  convert->type = ParseType();
+  ExpectSymbol(",");
+  convert->operand = ParseExpression();
+  if (AcceptSymbol(",")) {
+    convert->style = ParseExpression();
+    PinAll(convert->style.get());
+  }
+  ExpectSymbol(")");
+  return convert;
+}
+
+// IIF(condition, a, b) is short for CASE WHEN condition THEN a ELSE b END, on the server too.
+ExpressionPtr Parser::ParseIif() {
+  Nest nest(*this);
+  auto result = MakeAt<CaseExpression>(Take().line);
+  ExpectSymbol("(");
+  CaseExpression::When when;
+  when.condition = ParseCondition();
+  ExpectSymbol(",");
+  when.result = ParseExpression();
+  result->whens.push_back(std::move(when));
+  ExpectSymbol(",");
+  result->otherwise = ParseExpression();
+  ExpectSymbol(")");
+  return result;
+}
+
+}  // namespace tavcc::sql

@@ -1,0 +1,301 @@
+// Variables, SET, cursors and calls of procedures.
+#include "embedded/error.h"
+#include "embedded/syntax/parser_impl.h"
+
+namespace tavcc::sql {
+namespace {
+
+// The options of SET that are ON or OFF.
+constexpr std::string_view kSwitches[] = {
+    "ANSI_DEFAULTS",
+    "ANSI_NULLS",
+    "ANSI_NULL_DFLT_OFF",
+    "ANSI_NULL_DFLT_ON",
+    "ANSI_PADDING",
+    "ANSI_WARNINGS",
+    "ARITHABORT",
+    "ARITHIGNORE",
+    "CONCAT_NULL_YIELDS_NULL",
+    "CURSOR_CLOSE_ON_COMMIT",
+    "FMTONLY",
+    "FORCEPLAN",
+    "IMPLICIT_TRANSACTIONS",
+    "NOCOUNT",
+    "NOEXEC",
+    "NUMERIC_ROUNDABORT",
+    "PARSEONLY",
+    "QUOTED_IDENTIFIER",
+    "REMOTE_PROC_TRANSACTIONS",
+    "SHOWPLAN_ALL",
+    "SHOWPLAN_TEXT",
+    "SHOWPLAN_XML",
+    "XACT_ABORT",
+};
+
+// Those that take a value.
+constexpr std::string_view kValueOptions[] = {
+    "CONTEXT_INFO", "DATEFIRST",    "DATEFORMAT", "DEADLOCK_PRIORITY",
+    "LANGUAGE",     "LOCK_TIMEOUT", "ROWCOUNT",   "QUERY_GOVERNOR_COST_LIMIT",
+    "TEXTSIZE",
+};
+
+template <size_t kCount>
+bool IsIn(const std::string_view (&options)[kCount], std::string_view name) {
+  for (const std::string_view option : options)
+    if (option == name) return true;
+  return false;
+}
+
+std::string Upper(std::string_view text) {
+  std::string upper(text);
+  for (char& c : upper)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
+  return upper;
+}
+
+}  // namespace
+
+// ---- DECLARE and SET ----
+
+StatementPtr Parser::ParseDeclare() {
+  const int line = Take().line;
+  if (AtName()) return ParseDeclareCursor(line);
+  auto declare = MakeAt<DeclareStatement>(line);
+  do declare->variables.push_back(ParseVariableDefinition());
+  while (AcceptSymbol(","));
+  return declare;
+}
+
+VariableDefinition Parser::ParseVariableDefinition() {
+  VariableDefinition variable;
+  variable.name = TakeVariable();
+  Accept(Keyword::kAS);
+  if (Accept(Keyword::kTABLE)) {
+    variable.table = ParseTableDefinition();
+    return variable;
+  }
+  variable.type = ParseType();
+  if (AcceptSymbol("=")) variable.initial = ParseExpression();
+  return variable;
+}
+
+StatementPtr Parser::ParseSet() {
+  const int line = Take().line;
+  return Peek().kind == TokenKind::kVariable ? ParseSetVariable(line) : ParseSetOption(line);
+}
+
+StatementPtr Parser::ParseSetVariable(int line) {
+  auto set = MakeAt<SetVariableStatement>(line);
+  auto variable = MakeAt<VariableExpression>(Line());
+  set->variable = variable->name = TakeVariable();
+  if (AtSymbol(".")) Unsupported("methods and fields of variables");
+  if (AtSymbol("=") && At(Keyword::kCURSOR, 1)) Unsupported("cursor variables");
+  set->value = ParseCompound(std::move(variable));
+  return set;
+}
+
+StatementPtr Parser::ParseSetOption(int line) {
+  auto set = MakeAt<SetOptionStatement>(line);
+  if (Peek().kind != TokenKind::kWord) Unexpected();
+  const Token option = Take();
+  set->name = Upper(option.text);
+  const size_t begin = Begin();
+  if (option.keyword == Keyword::kIDENTITY_INSERT) {
+    TakeObjectName();
+    if (!Accept(Keyword::kOFF)) Expect(Keyword::kON);
+  } else if (option.keyword == Keyword::kTRANSACTION) {
+    ExpectWord("ISOLATION");
+    ExpectWord("LEVEL");
+    set->name = "TRANSACTION ISOLATION LEVEL";
+    const size_t level = Begin();
+    if (Accept(Keyword::kREAD)) {
+      if (!AcceptWord("COMMITTED")) ExpectWord("UNCOMMITTED");
+    } else if (AcceptWord("REPEATABLE")) {
+      Expect(Keyword::kREAD);
+    } else if (!AcceptWord("SNAPSHOT")) {
+      ExpectWord("SERIALIZABLE");
+    }
+    set->value = Upper(TextBetween(level, last_.end));
+    return set;
+  } else if (option.keyword == Keyword::kSTATISTICS) {
+    set->name += " " + Upper(TakeName());
+    set->value = Upper(Peek().text);
+    if (!Accept(Keyword::kOFF)) Expect(Keyword::kON);
+    return set;
+  } else if (IsIn(kValueOptions, set->name)) {
+    if (!AcceptSymbol("-")) AcceptSymbol("+");
+    if (Peek().kind == TokenKind::kEnd || Peek().kind == TokenKind::kSymbol) Unexpected();
+    Pin(Peek());
+    Take();
+  } else if (IsIn(kSwitches, set->name)) {
+    while (AcceptSymbol(",")) {
+      if (!IsIn(kSwitches, Upper(Peek().text))) Unexpected();
+      set->name += "," + Upper(Take().text);
+    }
+    set->value = Upper(Peek().text);
+    if (!Accept(Keyword::kOFF)) Expect(Keyword::kON);
+    return set;
+  } else {
+    if (IsReserved(option.keyword)) UnexpectedAt(option);
+    Fail(195, "'" + std::string(option.text) + "' is not a recognized SET option.");
+  }
+  set->value = TextBetween(begin, last_.end);
+  return set;
+}
+
+// ---- Cursors ----
+
+std::string Parser::TakeCursorName() {
+  if (Peek().kind == TokenKind::kVariable) Unsupported("cursor variables");
+  if (AtWord("GLOBAL") && AtName(1)) Take();
+  return TakeName();
+}
+
+StatementPtr Parser::ParseDeclareCursor(int line) {
+  auto declare = MakeAt<DeclareCursorStatement>(line);
+  declare->name = TakeName();
+  if (!AcceptWord("INSENSITIVE")) AcceptWord("SCROLL");
+  Expect(Keyword::kCURSOR);
+  // The options choose how the server keeps the rows; only FETCH NEXT is supported anyway.
+  while (!At(Keyword::kFOR)) {
+    bool known = false;
+    for (const std::string_view option :
+         {"LOCAL", "GLOBAL", "FORWARD_ONLY", "SCROLL", "STATIC", "KEYSET", "DYNAMIC",
+          "FAST_FORWARD", "READ_ONLY", "SCROLL_LOCKS", "OPTIMISTIC", "TYPE_WARNING"})
+      known = known || AcceptWord(option);
+    if (!known) Unexpected();
+  }
+  Take();
+  if (!At(Keyword::kSELECT) && !AtSymbol("(")) {
+    if (At(Keyword::kWITH)) Unsupported("common table expressions");
+    Unexpected();
+  }
+  declare->query = ParseQuery();
+  if (At(Keyword::kFOR) && At(Keyword::kREAD, 1)) {
+    Take();
+    Take();
+    ExpectWord("ONLY");
+  } else if (At(Keyword::kFOR)) {
+    Unsupported("cursors FOR UPDATE");
+  }
+  return declare;
+}
+
+StatementPtr Parser::ParseCursorStatement(Statement::Kind kind) {
+  auto statement = std::make_unique<CursorStatement>(kind);
+  statement->line = Take().line;
+  if (At(Keyword::kKEY) || AtWord("SYMMETRIC") || AtWord("MASTER")) Unsupported("keys");
+  statement->name = TakeCursorName();
+  return statement;
+}
+
+StatementPtr Parser::ParseFetch() {
+  auto fetch = MakeAt<FetchStatement>(Take().line);
+  for (const std::string_view direction : {"PRIOR", "FIRST", "LAST", "ABSOLUTE", "RELATIVE"})
+    if (AtWord(direction) && !At(Keyword::kINTO, 1)) Unsupported("FETCH " + std::string(direction));
+  if (AtWord("NEXT") && At(Keyword::kFROM, 1)) Take();
+  Accept(Keyword::kFROM);
+  fetch->cursor = TakeCursorName();
+  if (Accept(Keyword::kINTO)) {
+    do fetch->variables.push_back(TakeVariable());
+    while (AcceptSymbol(","));
+  }
+  return fetch;
+}
+
+// ---- Calls ----
+
+StatementPtr Parser::ParseExecute() {
+  const int line = Take().line;
+  if (AtSymbol("(")) return ParseExecuteText(line);
+  if (At(Keyword::kAS)) Unsupported("EXECUTE AS");
+  return ParseCall(line);
+}
+
+// EXEC('text' + @v): only texts and variables may be joined here, as on the server.
+StatementPtr Parser::ParseExecuteText(int line) {
+  auto execute = MakeAt<ExecuteTextStatement>(line);
+  ExpectSymbol("(");
+  const auto part = [&]() -> ExpressionPtr {
+    if (AtText()) return ParseLiteral();
+    if (Peek().kind != TokenKind::kVariable) Unexpected();
+    return ParseVariableReference();
+  };
+  Chain chain(*this);
+  execute->text = part();
+  while (AcceptSymbol("+")) {
+    chain.Deepen();
+    ExpressionPtr left = std::move(execute->text);
+    const int left_line = left->line;
+    execute->text = Binary(BinaryExpression::Operator::kAdd, std::move(left), part(), left_line);
+  }
+  ExpectSymbol(")");
+  if (At(Keyword::kAS) || AtWord("AT")) Unsupported("EXECUTE of a text AS or AT");
+  return execute;
+}
+
+StatementPtr Parser::ParseCall(int line) {
+  auto call = MakeAt<ExecuteProcedureStatement>(line);
+  if (Peek().kind == TokenKind::kVariable && AtSymbol("=", 1)) {
+    call->return_variable = TakeVariable();
+    Take();
+  }
+  if (Peek().kind == TokenKind::kVariable)
+    Unsupported("EXECUTE of a procedure that a variable names");
+  call->name = TakeObjectName();
+  if (AtSymbol(";") && Peek(1).kind == TokenKind::kInteger) Unsupported("numbered procedures");
+  if (AtExecuteArgument()) do
+      call->arguments.push_back(ParseExecuteArgument());
+    while (AcceptSymbol(","));
+  if (At(Keyword::kWITH) && AtWord("RECOMPILE", 1)) {
+    Take();
+    Take();
+  }
+  return call;
+}
+
+bool Parser::AtExecuteArgument() {
+  switch (Peek().kind) {
+    case TokenKind::kEnd:
+      return false;
+    case TokenKind::kWord:
+      return !IsReserved(Peek().keyword) || At(Keyword::kNULL) || At(Keyword::kDEFAULT);
+    case TokenKind::kSymbol:
+      return AtSymbol("-") || AtSymbol("+");
+    default:
+      return true;
+  }
+}
+
+// Constants, variables, DEFAULT, and a bare word, which stands for its own text.
+ExecuteArgument Parser::ParseExecuteArgument() {
+  ExecuteArgument argument;
+  if (Peek().kind == TokenKind::kVariable && AtSymbol("=", 1)) {
+    argument.parameter = TakeVariable();
+    Take();
+  }
+  const Token token(Peek());
+  if (Accept(Keyword::kDEFAULT)) return argument;
+  if (AtName()) {
+    auto literal = MakeAt<LiteralExpression>(token.line);
+    literal->form = LiteralExpression::Form::kNationalText;
+    literal->text = TakeName();
+    argument.value = std::move(literal);
+  } else if (AtSymbol("-") || AtSymbol("+")) {
+    auto unary = MakeAt<UnaryExpression>(token.line);
+    unary->op =
+        Take().text == "-" ? UnaryExpression::Operator::kMinus : UnaryExpression::Operator::kPlus;
+    if (Peek().kind < TokenKind::kInteger || Peek().kind > TokenKind::kFloat) Unexpected();
+    unary->operand = ParseLiteral();
+    argument.value = std::move(unary);
+  } else if (At(Keyword::kNULL) || token.kind == TokenKind::kVariable || AtText() ||
+             (token.kind >= TokenKind::kInteger && token.kind <= TokenKind::kBinary)) {
+    argument.value = ToExpression(ParsePrimary());
+  } else {
+    Unexpected();
+  }
+  argument.output = AcceptWord("OUTPUT") || AcceptWord("OUT");
+  return argument;
+}
+
+}  // namespace tavcc::sql

@@ -1,0 +1,247 @@
+// Statements: how they follow one another, and those that steer.
+#include "embedded/error.h"
+#include "embedded/syntax/parser_impl.h"
+
+namespace tavcc::sql {
+
+void Parser::AcceptSemicolons() {
+  while (AcceptSymbol(";")) {
+  }
+}
+
+std::vector<StatementPtr> Parser::ParseStatementsToEnd() {
+  std::vector<StatementPtr> statements;
+  AcceptSemicolons();
+  while (Peek().kind != TokenKind::kEnd) {
+    statements.push_back(ParseStatement());
+    AcceptSemicolons();
+  }
+  return statements;
+}
+
+// One statement and the semicolons after it.
+StatementPtr Parser::ParseStatement() {
+  Nest nest(*this);
+  StatementPtr statement;
+  if (AtName())
+    statement = ParseWordStatement();
+  else if (Peek().kind == TokenKind::kWord)
+    statement = ParseStatementOf(Peek().keyword);
+  else if (AtSymbol("(") && (At(Keyword::kSELECT, 1) || AtSymbol("(", 1)))
+    statement = ParseStatementOf(Keyword::kSELECT);
+  else
+    Unexpected();
+  first_statement_ = false;
+  AcceptSymbol(";");
+  return statement;
+}
+
+// A statement that begins with no reserved word: at the start of a batch, a procedure's name.
+StatementPtr Parser::ParseWordStatement() {
+  if (AtWord("THROW")) Unsupported("THROW");
+  if (AtSymbol(":", 1)) Unsupported("labels and GOTO");
+  if (AtWord("DISABLE") || AtWord("ENABLE"))
+    if (At(Keyword::kTRIGGER, 1)) Unsupported("triggers");
+  if (!first_statement_) Unexpected();
+  return ParseCall(Line());
+}
+
+StatementPtr Parser::ParseStatementOf(Keyword keyword) {
+  switch (keyword) {
+    case Keyword::kSELECT: {
+      auto select = MakeAt<SelectStatement>(Line());
+      select->query = ParseQuery();
+      ParseQueryOption();
+      return select;
+    }
+    case Keyword::kINSERT:
+      return ParseInsert();
+    case Keyword::kUPDATE:
+      return ParseUpdate();
+    case Keyword::kDELETE:
+      return ParseDelete();
+    case Keyword::kTRUNCATE:
+      return ParseTruncate();
+    case Keyword::kCREATE:
+      return ParseCreate();
+    case Keyword::kDROP:
+      return ParseDrop();
+    case Keyword::kALTER:
+      return ParseAlter();
+    case Keyword::kDECLARE:
+      return ParseDeclare();
+    case Keyword::kSET:
+      return ParseSet();
+    case Keyword::kIF:
+      return ParseIf();
+    case Keyword::kWHILE:
+      return ParseWhile();
+    case Keyword::kBEGIN:
+      return ParseBegin();
+    case Keyword::kBREAK:
+      return MakeAt<BreakStatement>(Take().line);
+    case Keyword::kCONTINUE:
+      return MakeAt<ContinueStatement>(Take().line);
+    case Keyword::kRETURN:
+      return ParseReturn();
+    case Keyword::kOPEN:
+      return ParseCursorStatement(Statement::Kind::kOpenCursor);
+    case Keyword::kCLOSE:
+      return ParseCursorStatement(Statement::Kind::kCloseCursor);
+    case Keyword::kDEALLOCATE:
+      return ParseCursorStatement(Statement::Kind::kDeallocateCursor);
+    case Keyword::kFETCH:
+      return ParseFetch();
+    case Keyword::kEXEC:
+    case Keyword::kEXECUTE:
+      return ParseExecute();
+    case Keyword::kCOMMIT:
+      return ParseTransaction(TransactionStatement::What::kCommit);
+    case Keyword::kROLLBACK:
+      return ParseTransaction(TransactionStatement::What::kRollback);
+    case Keyword::kSAVE:
+      return ParseTransaction(TransactionStatement::What::kSave);
+    case Keyword::kPRINT:
+      return ParsePrint();
+    case Keyword::kRAISERROR:
+      return ParseRaisError();
+    case Keyword::kWITH:
+      Unsupported("common table expressions (WITH)");
+    case Keyword::kGOTO:
+      Unsupported("labels and GOTO");
+    case Keyword::kMERGE:
+    case Keyword::kWAITFOR:
+    case Keyword::kGRANT:
+    case Keyword::kREVOKE:
+    case Keyword::kDENY:
+    case Keyword::kREVERT:
+    case Keyword::kBACKUP:
+    case Keyword::kRESTORE:
+    case Keyword::kBULK:
+    case Keyword::kCHECKPOINT:
+    case Keyword::kDBCC:
+    case Keyword::kKILL:
+    case Keyword::kLOAD:
+    case Keyword::kREADTEXT:
+    case Keyword::kRECONFIGURE:
+    case Keyword::kSETUSER:
+    case Keyword::kSHUTDOWN:
+    case Keyword::kUPDATETEXT:
+    case Keyword::kUSE:
+    case Keyword::kWRITETEXT:
+      Unsupported(KeywordText(keyword));
+    default:
+      Unexpected();
+  }
+}
+
+StatementPtr Parser::ParseBegin() {
+  const int line = Line();
+  if (At(Keyword::kTRAN, 1) || At(Keyword::kTRANSACTION, 1))
+    return ParseTransaction(TransactionStatement::What::kBegin);
+  Take();
+  if (At(Keyword::kDISTRIBUTED)) Unsupported("distributed transactions");
+  if (AtWord("TRY") || AtWord("CATCH")) Unsupported("TRY and CATCH");
+  if (AtWord("DIALOG") || AtWord("CONVERSATION") || AtWord("ATOMIC"))
+    Unsupported("BEGIN " + std::string(Peek().text));
+  auto block = MakeAt<BlockStatement>(line);
+  AcceptSemicolons();
+  do {
+    block->statements.push_back(ParseStatement());
+    AcceptSemicolons();
+  } while (!At(Keyword::kEND));
+  Take();
+  return block;
+}
+
+StatementPtr Parser::ParseIf() {
+  auto statement = MakeAt<IfStatement>(Take().line);
+  statement->condition = ParseCondition();
+  statement->then = ParseStatement();
+  if (Accept(Keyword::kELSE)) statement->otherwise = ParseStatement();
+  return statement;
+}
+
+StatementPtr Parser::ParseWhile() {
+  auto statement = MakeAt<WhileStatement>(Take().line);
+  statement->condition = ParseCondition();
+  statement->body = ParseStatement();
+  return statement;
+}
+
+// Whether a value can begin here, which RETURN needs to know.
+bool Parser::AtValue() {
+  switch (Peek().kind) {
+    case TokenKind::kEnd:
+      return false;
+    case TokenKind::kSymbol:
+      return AtSymbol("(") || AtSymbol("-") || AtSymbol("+") || AtSymbol("~");
+    case TokenKind::kWord:
+      break;
+    default:
+      return true;
+  }
+  switch (Peek().keyword) {
+    case Keyword::kNULL:
+    case Keyword::kCASE:
+    case Keyword::kCONVERT:
+    case Keyword::kCOALESCE:
+    case Keyword::kNULLIF:
+    case Keyword::kLEFT:
+    case Keyword::kRIGHT:
+      return true;
+    default:
+      return !IsReserved(Peek().keyword);
+  }
+}
+
+StatementPtr Parser::ParseReturn() {
+  auto statement = MakeAt<ReturnStatement>(Take().line);
+  if (AtValue()) statement->value = ParseExpression();
+  return statement;
+}
+
+StatementPtr Parser::ParsePrint() {
+  auto print = MakeAt<PrintStatement>(Take().line);
+  print->value = ParseExpression();
+  return print;
+}
+
+StatementPtr Parser::ParseRaisError() {
+  auto raise = MakeAt<RaisErrorStatement>(Take().line);
+  if (!AtSymbol("(")) Unsupported("RAISERROR without brackets");
+  Take();
+  do raise->arguments.push_back(ParseExpression());
+  while (AcceptSymbol(","));
+  ExpectSymbol(")");
+  if (Accept(Keyword::kWITH)) {
+    // Where the message goes besides to the client, and when.
+    do {
+      if (AtWord("SETERROR")) Unsupported("RAISERROR WITH SETERROR");
+      if (!AcceptWord("NOWAIT")) ExpectWord("LOG");
+    } while (AcceptSymbol(","));
+  }
+  return raise;
+}
+
+StatementPtr Parser::ParseTransaction(TransactionStatement::What what) {
+  auto statement = MakeAt<TransactionStatement>(Take().line);
+  statement->what = what;
+  const bool begins =
+      what == TransactionStatement::What::kBegin || what == TransactionStatement::What::kSave;
+  if (!Accept(Keyword::kTRAN) && !Accept(Keyword::kTRANSACTION)) {
+    if (begins) Unexpected();
+    AcceptWord("WORK");
+    return statement;
+  }
+  if (Peek().kind == TokenKind::kVariable)
+    statement->name = TakeVariable();
+  else if (AtName())
+    statement->name = TakeName();
+  else if (what == TransactionStatement::What::kSave)
+    Unexpected();
+  if (At(Keyword::kWITH)) Unsupported("options of transactions");
+  return statement;
+}
+
+}  // namespace tavcc::sql

@@ -1,0 +1,267 @@
+// The parser's entry, its handling of tokens and names, and its errors.
+#include "embedded/syntax/parser.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "embedded/error.h"
+#include "embedded/syntax/parser_impl.h"
+
+namespace tavcc::sql {
+namespace {
+
+constexpr int kSeverity = 15;
+constexpr size_t kMaxNameLength = 128;
+constexpr size_t kMaxNameParts = 4;
+constexpr size_t kMaxShown = 1000;  // bytes of the batch's own text in an error text
+
+size_t CharacterCount(std::string_view text) {
+  return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+  }));
+}
+
+// The text up to `count` characters.
+std::string_view FirstCharacters(std::string_view text, size_t count) {
+  size_t at = 0;
+  for (; at < text.size() && count > 0; --count) do
+      ++at;
+    while (at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80);
+  return text.substr(0, at);
+}
+
+std::string Shown(std::string_view text) {
+  return std::string(FirstCharacters(text, kMaxShown));
+}
+
+bool SameWord(std::string_view word, std::string_view upper) {
+  return word.size() == upper.size() &&
+         std::equal(word.begin(), word.end(), upper.begin(),
+                    [](char a, char b) { return (a >= 'a' && a <= 'z' ? a - 32 : a) == b; });
+}
+
+}  // namespace
+
+Batch ParseBatch(std::string_view text) {
+  return Parser(text).Run();
+}
+
+Batch Parser::Run() {
+  Batch batch;
+  batch.statements = ParseStatementsToEnd();
+  batch.literal_slots = unshareable_ ? -1 : lexer_.slots();
+  return batch;
+}
+
+// ---- Depth ----
+
+void Parser::TooDeep() {
+  Fail(
+      191,
+      "Some part of your SQL statement is nested too deeply. Rewrite the query or break it up into "
+      "smaller queries.");
+}
+
+Parser::Nest::Nest(Parser& parser) : parser_(parser), height_of_siblings_(parser.height_) {
+  if (parser.depth_ >= kMaxNesting) parser.TooDeep();
+  ++parser.depth_;
+  parser.height_ = 0;
+}
+
+Parser::Nest::~Nest() {
+  --parser_.depth_;
+  parser_.height_ = std::max(height_of_siblings_, parser_.height_ + 1);
+}
+
+Parser::Chain::Chain(Parser& parser) : parser_(parser), height_of_siblings_(parser.height_) {
+  parser.height_ = 0;
+}
+
+Parser::Chain::~Chain() {
+  parser_.height_ = std::max(height_of_siblings_, parser_.height_);
+}
+
+void Parser::Chain::Deepen() {
+  if (++parser_.height_ > kMaxChain) parser_.TooDeep();
+}
+
+// ---- Tokens ----
+
+Token Parser::Take() {
+  const TokenKind kind = Peek().kind;
+  if (kind == TokenKind::kUnclosedQuote || kind == TokenKind::kUnclosedComment) Unexpected();
+  last_ = lexer_.Take();
+  return last_;
+}
+
+bool Parser::AtSymbol(std::string_view symbol, size_t ahead) {
+  return Peek(ahead).kind == TokenKind::kSymbol && Peek(ahead).text == symbol;
+}
+
+bool Parser::AtWord(std::string_view upper, size_t ahead) {
+  const Token& token = Peek(ahead);
+  return token.kind == TokenKind::kWord && !IsReserved(token.keyword) &&
+         SameWord(token.text, upper);
+}
+
+bool Parser::AtName(size_t ahead) {
+  const Token& token = Peek(ahead);
+  return token.kind == TokenKind::kQuotedName ||
+         (token.kind == TokenKind::kWord && !IsReserved(token.keyword));
+}
+
+bool Parser::AtText(size_t ahead) {
+  return Peek(ahead).kind == TokenKind::kText || Peek(ahead).kind == TokenKind::kNationalText;
+}
+
+bool Parser::Accept(Keyword keyword) {
+  if (!At(keyword)) return false;
+  Take();
+  return true;
+}
+
+bool Parser::AcceptSymbol(std::string_view symbol) {
+  if (!AtSymbol(symbol)) return false;
+  Take();
+  return true;
+}
+
+bool Parser::AcceptWord(std::string_view upper) {
+  if (!AtWord(upper)) return false;
+  Take();
+  return true;
+}
+
+void Parser::Expect(Keyword keyword) {
+  if (!Accept(keyword)) Unexpected();
+}
+
+void Parser::ExpectSymbol(std::string_view symbol) {
+  if (!AcceptSymbol(symbol)) Unexpected();
+}
+
+void Parser::ExpectWord(std::string_view upper) {
+  if (!AcceptWord(upper)) Unexpected();
+}
+
+std::string Parser::TextBetween(size_t begin, size_t end) const {
+  std::string_view text = lexer_.text().substr(begin, end - begin);
+  const size_t last = text.find_last_not_of(" \t\r\n");
+  return std::string(text.substr(0, last + 1));
+}
+
+std::string Parser::TakeName() {
+  if (!AtName()) Unexpected();
+  std::string name = Unquote(Take());
+  if (name.empty())
+    Fail(1038,
+         "An object or column name is missing or empty. For SELECT INTO statements, verify each "
+         "column has a name. For other statements, look for empty alias names. Aliases defined as "
+         "\"\" or [] are not allowed. Change the alias to a valid name.");
+  if (name.size() > kMaxNameLength && CharacterCount(name) > kMaxNameLength)
+    Fail(103, "The identifier that starts with '" +
+                  std::string(FirstCharacters(name, kMaxNameLength)) +
+                  "' is too long. Maximum length is 128.");
+  return name;
+}
+
+std::string Parser::TakeVariable() {
+  if (Peek().kind != TokenKind::kVariable) Unexpected();
+  if (Peek().text.starts_with("@@")) Unsupported("a variable whose name begins with @@");
+  return std::string(Take().text);
+}
+
+// A part may be left out between two points: tempdb..#T.
+ObjectName Parser::TakeObjectName() {
+  ObjectName name;
+  name.parts.push_back(TakeName());
+  while (AtSymbol(".") && !AtSymbol("*", 1)) {
+    Take();
+    if (AtSymbol("."))
+      name.parts.emplace_back();
+    else
+      name.parts.push_back(TakeName());
+    if (name.parts.size() > kMaxNameParts)
+      Fail(117, "The object name '" + Shown(name.parts.front()) +
+                    "' contains more than the maximum number of prefixes. The maximum is 3.");
+  }
+  return name;
+}
+
+std::vector<std::string> Parser::TakeNameList() {
+  ExpectSymbol("(");
+  std::vector<std::string> names;
+  do names.push_back(TakeName());
+  while (AcceptSymbol(","));
+  ExpectSymbol(")");
+  return names;
+}
+
+void Parser::SkipBrackets(std::string_view refused) {
+  ExpectSymbol("(");
+  for (int open = 1; open > 0;) {
+    if (Peek().kind == TokenKind::kEnd) Unexpected();
+    if (!refused.empty() && AtWord(refused)) Unsupported(refused);
+    const Token token = Take();
+    if (token.kind != TokenKind::kSymbol) continue;
+    if (token.text == "(") ++open;
+    if (token.text == ")") --open;
+  }
+}
+
+void Parser::Pin(const Token& literal) {
+  if (literal.slot >= 0) unshareable_ = true;
+}
+
+// Only literals under signs are looked for: other constants are refused or shared elsewhere.
+void Parser::PinAll(const Expression* expression) {
+  while (expression != nullptr && expression->kind == Expression::Kind::kUnary)
+    expression = static_cast<const UnaryExpression*>(expression)->operand.get();
+  if (expression == nullptr || expression->kind != Expression::Kind::kLiteral) return;
+  if (static_cast<const LiteralExpression*>(expression)->slot >= 0) unshareable_ = true;
+}
+
+// ---- Errors ----
+
+void Parser::Fail(int number, std::string message) {
+  throw SqlError{number, kSeverity, 1, Line(), std::move(message)};
+}
+
+void Parser::Unexpected() {
+  UnexpectedAt(Token(Peek()));
+}
+
+// The server names the token that it cannot use; at the end of the text, the last one there was.
+void Parser::UnexpectedAt(const Token& token) {
+  const auto fail = [&](int number, const std::string& message) {
+    throw SqlError{number, kSeverity, 1, token.line, message};
+  };
+  switch (token.kind) {
+    case TokenKind::kUnclosedQuote: {
+      const size_t mark = token.text.find_first_of("'\"[");
+      fail(105, "Unclosed quotation mark after the character string '" +
+                    Shown(token.text.substr(mark + 1)) + "'.");
+      break;
+    }
+    case TokenKind::kUnclosedComment:
+      fail(113, "Missing end comment mark '*/'.");
+      break;
+    case TokenKind::kMoney:
+      Unsupported("money constants");
+    case TokenKind::kEnd:
+      throw SqlError{102, kSeverity, 1, last_.line,
+                     "Incorrect syntax near '" + Shown(Inside(last_)) + "'."};
+    default:
+      break;
+  }
+  if (IsReserved(token.keyword))
+    fail(156, "Incorrect syntax near the keyword '" + std::string(token.text) + "'.");
+  fail(102, "Incorrect syntax near '" + Shown(Inside(token)) + "'.");
+  std::terminate();  // fail never returns
+}
+
+void Parser::Unsupported(std::string_view construct) {
+  Fail(50001, "Not supported by the embedded database: " + std::string(construct) + ".");
+}
+
+}  // namespace tavcc::sql

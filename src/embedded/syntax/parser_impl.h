@@ -1,0 +1,241 @@
+// The parser's inside: one member function per construct, in the files parse_*.cpp.
+//
+// It is a plain recursive descent. Two things are out of the ordinary. A bracket in a condition may
+// hold a condition, a value or a query, and nothing but its content tells which, so the functions
+// for values and conditions pass a Parsed along that is one of the three. And every recursion
+// passes a Nest, which keeps both the parser's own depth and the depth of the tree within bounds.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "embedded/syntax/ast.h"
+#include "embedded/syntax/lexer.h"
+
+namespace tavcc::sql {
+
+class Parser {
+ public:
+  explicit Parser(std::string_view text) : lexer_(text) {}
+
+  Batch Run();
+
+ private:
+  // What a bracket, or anything that may begin with one, turned out to be. Exactly one is set.
+  struct Parsed {
+    ExpressionPtr expression;
+    ConditionPtr condition;
+    QueryPtr query;
+  };
+
+  // One level of the parser's recursion and of the tree it builds.
+  class Nest {
+   public:
+    explicit Nest(Parser& parser);
+    ~Nest();
+    Nest(const Nest&) = delete;
+    Nest& operator=(const Nest&) = delete;
+
+   private:
+    Parser& parser_;
+    const int height_of_siblings_;
+  };
+
+  // A row of operators, which builds a tree that leans to the left.
+  class Chain {
+   public:
+    explicit Chain(Parser& parser);
+    ~Chain();
+    Chain(const Chain&) = delete;
+    Chain& operator=(const Chain&) = delete;
+    // What was parsed of the row so far becomes the left side of a further operator.
+    void Deepen();
+
+   private:
+    Parser& parser_;
+    const int height_of_siblings_;
+  };
+
+  // ---- Tokens (parser.cpp) ----
+  const Token& Peek(size_t ahead = 0) { return lexer_.Peek(ahead); }
+  Token Take();
+  bool At(Keyword keyword, size_t ahead = 0) { return Peek(ahead).keyword == keyword; }
+  bool AtSymbol(std::string_view symbol, size_t ahead = 0);
+  bool AtWord(std::string_view upper, size_t ahead = 0);  // a word that is not reserved
+  bool AtName(size_t ahead = 0);                          // a bare or quoted name
+  bool AtText(size_t ahead = 0);
+  bool Accept(Keyword keyword);
+  bool AcceptSymbol(std::string_view symbol);
+  bool AcceptWord(std::string_view upper);
+  void Expect(Keyword keyword);
+  void ExpectSymbol(std::string_view symbol);
+  void ExpectWord(std::string_view upper);
+  int Line() { return Peek().line; }
+  size_t Begin() { return Peek().begin; }
+  std::string TextBetween(size_t begin, size_t end) const;
+  std::string TakeName();
+  std::string TakeVariable();
+  ObjectName TakeObjectName();
+  std::vector<std::string> TakeNameList();  // (a, b), the bracket already seen
+  // Takes brackets and all that is in them; the word `refused`, when given, may not be.
+  void SkipBrackets(std::string_view refused = {});
+  // Notes that a literal's value shapes what is compiled.
+  void Pin(const Token& literal);
+  void PinAll(const Expression* expression);
+
+  // ---- Errors (parser.cpp) ----
+  [[noreturn]] void Unexpected();
+  [[noreturn]] void UnexpectedAt(const Token& token);
+  [[noreturn]] void TooDeep();
+  [[noreturn]] void Unsupported(std::string_view construct);
+  [[noreturn]] void Fail(int number, std::string message);
+
+  // ---- Statements (parse_statement.cpp) ----
+  std::vector<StatementPtr> ParseStatementsToEnd();
+  StatementPtr ParseStatement();
+  StatementPtr ParseStatementOf(Keyword keyword);
+  StatementPtr ParseWordStatement();
+  StatementPtr ParseBegin();
+  StatementPtr ParseIf();
+  StatementPtr ParseWhile();
+  StatementPtr ParseReturn();
+  StatementPtr ParsePrint();
+  StatementPtr ParseRaisError();
+  StatementPtr ParseTransaction(TransactionStatement::What what);
+  void AcceptSemicolons();
+  bool AtValue();
+
+  // ---- Variables, cursors, calls (parse_procedural.cpp) ----
+  StatementPtr ParseDeclare();
+  StatementPtr ParseDeclareCursor(int line);
+  VariableDefinition ParseVariableDefinition();
+  StatementPtr ParseSet();
+  StatementPtr ParseSetVariable(int line);
+  StatementPtr ParseSetOption(int line);
+  StatementPtr ParseCursorStatement(Statement::Kind kind);
+  StatementPtr ParseFetch();
+  StatementPtr ParseExecute();
+  StatementPtr ParseExecuteText(int line);
+  StatementPtr ParseCall(int line);
+  ExecuteArgument ParseExecuteArgument();
+  bool AtExecuteArgument();
+  std::string TakeCursorName();
+
+  // ---- Changes of rows (parse_change.cpp) ----
+  StatementPtr ParseInsert();
+  StatementPtr ParseUpdate();
+  StatementPtr ParseDelete();
+  StatementPtr ParseTruncate();
+  void ParseRows(InsertStatement& insert);
+  Assignment ParseAssignment();
+  ExpressionPtr ParseCompound(ExpressionPtr target);
+  ObjectName TakeTarget();
+  void RefuseOutputClause();
+  ConditionPtr ParseOptionalWhere();
+
+  // ---- Definitions (parse_ddl.cpp) ----
+  StatementPtr ParseCreate();
+  StatementPtr ParseCreateTable(int line);
+  StatementPtr ParseCreateIndex(int line);
+  StatementPtr ParseCreateView(int line);
+  StatementPtr ParseCreateProcedure(int line, size_t begin);
+  ParameterDefinition ParseParameter();
+  StatementPtr ParseDrop();
+  StatementPtr ParseDropIndex(std::unique_ptr<DropStatement> drop);
+  StatementPtr ParseAlter();
+  TableDefinition ParseTableDefinition();  // (…), the bracket not yet taken
+  void ParseTableElement(TableDefinition& table);
+  void ParseTableConstraint(TableDefinition& table, std::string name);
+  void ParseColumn(TableDefinition& table);
+  bool ParseColumnOption(ColumnDefinition& column);
+  void ParseIdentity(ColumnDefinition& column);
+  int64_t ParseSignedInteger();
+  std::vector<std::string> ParseKeyColumns();
+  void SkipKeyOptions();
+  TypeName ParseType();
+  void ParseTypeArguments(TypeName& type);
+  void RequireFirstInBatch(std::string_view what);
+
+  // ---- Queries (parse_query.cpp, parse_source.cpp) ----
+  QueryPtr ParseQuery();            // with ORDER BY
+  QueryPtr ParseQueryExpression();  // without
+  QueryPtr ContinueQuery(QueryPtr first);
+  QueryPtr ParseIntersection(QueryPtr first);
+  QueryPtr ParseQueryTerm();
+  QueryPtr ParseSelectBlock();
+  void ParseOrderBy(Query& query);
+  QueryPtr Combine(QueryPtr left, Query::SetOperator op, QueryPtr right);
+  std::optional<TopClause> ParseOptionalTop();
+  SelectItem ParseSelectItem();
+  bool ParseStar(SelectItem& item);
+  void ParseOptionalAlias(SelectItem& item);
+  void ParseGroupBy(SelectBlock& block);
+  void ParseQueryOption();
+  std::vector<TableSourcePtr> ParseFromList();
+  TableSourcePtr ParseTableSource();
+  TableSourcePtr ContinueJoins(TableSourcePtr left, bool until_on);
+  bool ParseJoinWords(JoinedTable::Join& join);
+  TableSourcePtr ParseTablePrimary(bool bracketed);
+  TableSourcePtr ParseBracketedSource(bool bracketed);
+  TableSourcePtr ParseNamedTable();
+  TableSourcePtr FinishDerivedTable(QueryPtr query, int line, bool bracketed);
+  std::string ParseOptionalTableAlias();
+  bool AtLegacyHints();
+  void ParseHints(std::vector<std::string>& hints);
+  void RefuseTableSuffix();
+
+  // ---- Values (parse_expression.cpp) ----
+  ExpressionPtr ParseExpression();
+  Parsed ParseSum();
+  Parsed ParseProduct();
+  Parsed ParseFactor();
+  Parsed ParsePrimary();
+  Parsed ParseBracket();
+  ExpressionPtr ParseLiteral();
+  ExpressionPtr ParseVariableReference();
+  ExpressionPtr ParseKeywordValue();
+  ExpressionPtr ParseNameOrCall();
+  ExpressionPtr ParseCase();
+  ExpressionPtr ParseCast();
+  ExpressionPtr ParseConvert();
+  ExpressionPtr ParseIif();
+  ExpressionPtr ParseCallOf(ObjectName name, int line);
+  void ParseArguments(FunctionExpression& call);
+  ExpressionPtr ToExpression(Parsed parsed);
+  ExpressionPtr Binary(BinaryExpression::Operator op, ExpressionPtr left, ExpressionPtr right,
+                       int line);
+
+  // ---- Conditions (parse_condition.cpp) ----
+  ConditionPtr ParseCondition();
+  Parsed ParseConditionOrValue();
+  Parsed ParseConjunction();
+  Parsed ParseNegation();
+  Parsed ParsePredicate();
+  ConditionPtr ParseExists();
+  bool AtComparison();
+  ComparisonCondition::Operator TakeComparison();
+  ConditionPtr ParseComparison(ExpressionPtr left);
+  ConditionPtr ParseIs(ExpressionPtr operand);
+  ConditionPtr ParseIn(ExpressionPtr operand, bool negated);
+  ConditionPtr ParseBetween(ExpressionPtr operand, bool negated);
+  ConditionPtr ParseLike(ExpressionPtr operand, bool negated);
+  ConditionPtr ToCondition(Parsed parsed);
+
+  Lexer lexer_;
+  Token last_;  // the token taken last
+  bool unshareable_ = false;
+  bool first_statement_ = true;
+  int depth_ = 0;
+  int height_ = 0;  // of the tallest tree parsed on the present level
+};
+
+template <typename Node>
+std::unique_ptr<Node> MakeAt(int line) {
+  auto node = std::make_unique<Node>();
+  node->line = line;
+  return node;
+}
+
+}  // namespace tavcc::sql

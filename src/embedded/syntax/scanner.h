@@ -1,0 +1,245 @@
+// Cuts the text of a batch into tokens: the one place that knows the server's lexical rules.
+//
+// The lexer (for the parser) and the fingerprint (for the cache of compiled batches) both run it,
+// so that they cannot disagree on what a literal is. It allocates nothing and copies nothing.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace tavcc::sql {
+
+enum class TokenKind : uint8_t {
+  kEnd,
+  kWord,           // a bare name or a keyword
+  kQuotedName,     // [x] or "x"; the token's text has the marks
+  kVariable,       // @x and @@x
+  kInteger,        // 007
+  kDecimal,        // 1. .5 1.50
+  kFloat,          // 1e3 1.5E-3 and, as the server reads them, 1e and 1e+
+  kBinary,         // 0x1F
+  kMoney,          // $1.50
+  kText,           // 'x'; the token's text has the quotes
+  kNationalText,   // N'x'; the token's text has the N and the quotes
+  kSymbol,         // an operator or a mark of punctuation: one or two characters
+  kUnclosedQuote,  // a text or quoted name that the batch ends in
+  kUnclosedComment,
+};
+
+struct RawToken {
+  TokenKind kind = TokenKind::kEnd;
+  bool doubled = false;  // a text or quoted name with a doubled closing mark in it
+  size_t begin = 0, end = 0;
+};
+
+namespace scanning {
+
+enum : uint8_t { kBlank = 1, kWordStart = 2, kWordPart = 4, kDigit = 8, kHexDigit = 16 };
+
+inline constexpr std::array<uint8_t, 256> kClasses = [] {
+  std::array<uint8_t, 256> classes{};
+  for (unsigned char c : {' ', '\t', '\n', '\v', '\f', '\r'}) classes[c] = kBlank;
+  for (unsigned c = 'a'; c <= 'z'; ++c) classes[c] = classes[c - 32] = kWordStart | kWordPart;
+  for (unsigned c = '0'; c <= '9'; ++c) classes[c] = kWordPart | kDigit | kHexDigit;
+  for (unsigned c = 'a'; c <= 'f'; ++c) {
+    classes[c] |= kHexDigit;
+    classes[c - 32] |= kHexDigit;
+  }
+  for (unsigned char c : {'_', '#'}) classes[c] = kWordStart | kWordPart;
+  for (unsigned char c : {'@', '$'}) classes[c] = kWordPart;
+  return classes;
+}();
+
+inline uint8_t ClassOf(char c) {
+  return kClasses[static_cast<unsigned char>(c)];
+}
+
+// The number of bytes of the letter beyond ASCII that begins at `text`, 0 when what begins there is
+// no letter (a full-width blank or comma, a symbol, a broken sequence). Defined in lexer.cpp.
+size_t WideLetter(std::string_view text);
+
+}  // namespace scanning
+
+class Scanner {
+ public:
+  explicit Scanner(std::string_view text) : text_(text) {}
+
+  // The next token. After the end, and after an unclosed quotation or comment, always kEnd.
+  RawToken Next() {
+    if (!SkipBlanksAndComments()) return Close(TokenKind::kUnclosedComment, comment_begin_);
+    if (at_ >= text_.size()) return {TokenKind::kEnd, false, text_.size(), text_.size()};
+    const char c = text_[at_];
+    const uint8_t cls = scanning::ClassOf(c);
+    if (cls & scanning::kWordStart) {
+      if ((c == 'N' || c == 'n') && Char(1) == '\'')
+        return Quoted(TokenKind::kNationalText, at_, at_ + 2, '\'');
+      return Word(TokenKind::kWord);
+    }
+    if (cls & scanning::kDigit) return Number();
+    switch (c) {
+      case '\'':
+        return Quoted(TokenKind::kText, at_, at_ + 1, '\'');
+      case '"':
+        return Quoted(TokenKind::kQuotedName, at_, at_ + 1, '"');
+      case '[':
+        return Quoted(TokenKind::kQuotedName, at_, at_ + 1, ']');
+      case '@':
+        return Word(TokenKind::kVariable);
+      case '$':
+        return Money();
+      case '.':
+        return scanning::ClassOf(Char(1)) & scanning::kDigit ? Number() : Symbol();
+      default:
+        break;
+    }
+    if (static_cast<unsigned char>(c) >= 0x80 && scanning::WideLetter(text_.substr(at_)) > 0)
+      return Word(TokenKind::kWord);
+    return Symbol();
+  }
+
+  // The first character of the token that Next would give, 0 at the end; nothing is consumed.
+  char PeekCharacter() {
+    const size_t at = at_;
+    const bool closed = SkipBlanksAndComments();
+    const char c = closed && at_ < text_.size() ? text_[at_] : '\0';
+    at_ = at;
+    return c;
+  }
+
+ private:
+  char Char(size_t ahead) const { return at_ + ahead < text_.size() ? text_[at_ + ahead] : '\0'; }
+
+  RawToken Take(TokenKind kind, size_t end) {
+    const RawToken token{kind, false, at_, end};
+    at_ = end;
+    return token;
+  }
+
+  RawToken Close(TokenKind kind, size_t begin) {
+    at_ = text_.size();
+    return {kind, false, begin, text_.size()};
+  }
+
+  // False when a comment has no end. Comments nest.
+  bool SkipBlanksAndComments() {
+    while (at_ < text_.size()) {
+      const char c = text_[at_];
+      if (scanning::ClassOf(c) & scanning::kBlank) {
+        ++at_;
+      } else if (c == '-' && Char(1) == '-') {
+        const size_t end = text_.find('\n', at_);
+        at_ = end == std::string_view::npos ? text_.size() : end + 1;
+      } else if (c == '/' && Char(1) == '*') {
+        if (!SkipComment()) return false;
+      } else {
+        return true;
+      }
+    }
+    return true;
+  }
+
+  bool SkipComment() {
+    comment_begin_ = at_;
+    size_t open = 0;
+    for (size_t at = at_; at + 1 < text_.size();) {
+      if (text_[at] == '/' && text_[at + 1] == '*') {
+        ++open;
+        at += 2;
+      } else if (text_[at] == '*' && text_[at + 1] == '/') {
+        at += 2;
+        if (--open == 0) {
+          at_ = at;
+          return true;
+        }
+      } else {
+        ++at;
+      }
+    }
+    return false;
+  }
+
+  RawToken Word(TokenKind kind) {
+    size_t end = at_;
+    while (end < text_.size()) {
+      const char c = text_[end];
+      if (scanning::ClassOf(c) & scanning::kWordPart) {
+        ++end;
+        continue;
+      }
+      if (static_cast<unsigned char>(c) < 0x80) break;
+      const size_t wide = scanning::WideLetter(text_.substr(end));
+      if (wide == 0) break;
+      end += wide;
+    }
+    return Take(kind, end);
+  }
+
+  size_t Digits(size_t at) const {
+    while (at < text_.size() && scanning::ClassOf(text_[at]) & scanning::kDigit) ++at;
+    return at;
+  }
+
+  // A number ends where no digit, point or exponent follows: in "5And" a word follows it at once.
+  // The exponent needs no digits: the server reads "1e" and "1e+" as 1, and "0end" as "0e", "nd".
+  RawToken Number() {
+    if (text_[at_] == '0' && (Char(1) == 'x' || Char(1) == 'X')) {
+      size_t end = at_ + 2;
+      while (end < text_.size() && scanning::ClassOf(text_[end]) & scanning::kHexDigit) ++end;
+      return Take(TokenKind::kBinary, end);
+    }
+    TokenKind kind = TokenKind::kInteger;
+    size_t end = Digits(at_);
+    if (end < text_.size() && text_[end] == '.') {
+      kind = TokenKind::kDecimal;
+      end = Digits(end + 1);
+    }
+    if (end < text_.size() && (text_[end] == 'e' || text_[end] == 'E')) {
+      kind = TokenKind::kFloat;
+      ++end;
+      if (end < text_.size() && (text_[end] == '+' || text_[end] == '-')) ++end;
+      end = Digits(end);
+    }
+    return Take(kind, end);
+  }
+
+  RawToken Money() {
+    size_t end = Digits(at_ + 1);
+    if (end < text_.size() && text_[end] == '.') end = Digits(end + 1);
+    return Take(TokenKind::kMoney, end);
+  }
+
+  RawToken Quoted(TokenKind kind, size_t begin, size_t from, char mark) {
+    bool doubled = false;
+    for (size_t at = from;;) {
+      const void* found =
+          at < text_.size() ? std::memchr(text_.data() + at, mark, text_.size() - at) : nullptr;
+      if (found == nullptr) return Close(TokenKind::kUnclosedQuote, begin);
+      const size_t close = static_cast<size_t>(static_cast<const char*>(found) - text_.data());
+      if (close + 1 < text_.size() && text_[close + 1] == mark) {
+        doubled = true;
+        at = close + 2;
+        continue;
+      }
+      at_ = close + 1;
+      return {kind, doubled, begin, at_};
+    }
+  }
+
+  RawToken Symbol() {
+    const char c = text_[at_], next = Char(1);
+    if (next == '=' && std::strchr("+-*/%&|^", c) != nullptr && c != '\0')
+      return Take(TokenKind::kSymbol, at_ + 2);
+    if (static_cast<unsigned char>(c) < 0x80) return Take(TokenKind::kSymbol, at_ + 1);
+    size_t end = at_ + 1;  // one character beyond ASCII, however many bytes it has
+    while (end < text_.size() && (static_cast<unsigned char>(text_[end]) & 0xC0) == 0x80) ++end;
+    return Take(TokenKind::kSymbol, end);
+  }
+
+  std::string_view text_;
+  size_t at_ = 0;
+  size_t comment_begin_ = 0;
+};
+
+}  // namespace tavcc::sql
