@@ -26,11 +26,10 @@ Verdict CheckBeforeUnAudit(Connection& connection, std::string_view head_table, 
 Verdict JudgeAudit(const Recordset& head);
 Verdict JudgeUnAudit(const Recordset& head);
 
-// A gate as a public method: clears the message, then puts the verdict's into it. An error in
-// `check` refuses with its description.
+// A gate as a public method: puts the verdict's message into `message`, the empty one too. An error
+// in `check` refuses with its description.
 template <class Check>
 bool AnswerGate(std::string& message, Check&& check) {
-  message.clear();
   return Trap(
       [&] {
         Verdict verdict = check();
