@@ -12,6 +12,13 @@ namespace {
 // Emptied tables that are kept at most; beyond it they are dropped for good.
 constexpr size_t kPoolSize = 128;
 
+// Tells SQLite's planner that the table is small, which it would otherwise take for a large one:
+// the rows of a bill are to look up the inventory, not the other way round.
+std::string SmallTableText(const std::string& physical) {
+  return "INSERT INTO temp.sqlite_stat1 VALUES(" + QuoteText(physical) +
+         ",NULL,'20');ANALYZE temp.sqlite_schema;";
+}
+
 std::string PhysicalName(const Table& table) {
   return table.physical.substr(6, table.physical.size() - 7);
 }
@@ -99,7 +106,7 @@ TablePtr Catalog::TakeTemporary(const TablePtr& definition) {
     auto made = std::make_shared<Table>(*definition);
     const std::string physical = "t" + std::to_string(next_physical_++);
     made->physical = "temp." + QuoteName(physical);
-    store_.Run(PhysicalDefinition(*made, "temp", physical));
+    store_.Run(PhysicalDefinition(*made, "temp", physical) + SmallTableText(physical));
     table = std::move(made);
   }
   undo_.push_back(Undo{kind, folded, nullptr, table, scope.id});
@@ -144,7 +151,7 @@ TablePtr Catalog::TakeVariable(const TablePtr& definition) {
     auto made = std::make_shared<Table>(*definition);
     const std::string physical = "t" + std::to_string(next_physical_++);
     made->physical = "temp." + QuoteName(physical);
-    store_.Run(PhysicalDefinition(*made, "temp", physical));
+    store_.Run(PhysicalDefinition(*made, "temp", physical) + SmallTableText(physical));
     table = std::move(made);
     undo_.push_back(Undo{Undo::Kind::kMade, FoldName(table->name), nullptr, table, scope.id});
   }

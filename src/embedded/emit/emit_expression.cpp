@@ -5,6 +5,7 @@
 
 #include "embedded/bind/binder.h"
 #include "embedded/bind/function_rules.h"
+#include "embedded/bind/walk.h"
 #include "embedded/catalog/sqlite.h"
 #include "embedded/emit/emitter_impl.h"
 #include "embedded/functions/functions.h"
@@ -57,6 +58,12 @@ bool IsText(const BoundExpression& expression) {
 bool IsStoredColumn(const BoundExpression& expression) {
   return expression.kind == BoundExpression::Kind::kColumn &&
          static_cast<const BoundColumn&>(expression).source->table != nullptr;
+}
+
+bool IsSourceOf(const BoundFrom& from, const BoundSource& source) {
+  bool found = false;
+  ForEachSource(from, [&](const BoundSource& inner) { found = found || &inner == &source; });
+  return found;
 }
 
 std::string Hex(const std::string& bytes) {
@@ -196,8 +203,15 @@ std::string SourceName(const BoundSource& source) {
 
 std::string Emitter::Column(const BoundColumn& column) {
   const std::string source = SourceName(*column.source) + '.';
-  if (!column.source->table) return source + 'c' + Number(column.column);
-  return source + QuoteName(column.source->table->columns[static_cast<size_t>(column.column)].name);
+  std::string text =
+      column.source->table
+          ? source +
+                QuoteName(column.source->table->columns[static_cast<size_t>(column.column)].name)
+          : source + 'c' + Number(column.column);
+  if (carried_from_ == nullptr || !IsSourceOf(*carried_from_, *column.source)) return text;
+  auto found = std::ranges::find(carried_, text);
+  if (found == carried_.end()) found = carried_.insert(found, std::move(text));
+  return "q.k" + Number(found - carried_.begin());
 }
 
 std::string Emitter::Unary(const BoundUnary& unary) {

@@ -73,7 +73,10 @@ std::string Emitter::Order(const BoundQuery& query) {
     out += out.empty() ? " ORDER BY " : ",";
     const std::string direction = order.descending ? " DESC" : "";
     if (!NeedsOrderFunction(order.type)) {
-      out += order.item >= 0 ? std::to_string(order.item + 1) : Expression(*order.expression);
+      out += order.item < 0 ? Expression(*order.expression)
+             : !carried_.empty()
+                 ? Expression(*query.select->items[static_cast<size_t>(order.item)].expression)
+                 : std::to_string(order.item + 1);
       if (IsText(order.type.kind)) out += " COLLATE tsql";
       out += direction;
       continue;
@@ -159,9 +162,33 @@ Emitted EmitQuery(const BoundQuery& query) {
   return emitter.Finish(std::move(sql), false);
 }
 
+// Where the rows are put in order first, what the items need of each row is carried through the
+// sorting, and the items, which read the variables, are computed after it.
+std::string Emitter::OrderedItems(const BoundQuery& query) {
+  const BoundSelect& select = *query.select;
+  if (select.grouped || select.distinct) RaiseUnsupported("an ordered, grouped assigning SELECT");
+  carried_from_ = select.from.get();
+  std::string items;
+  for (const auto& item : select.items) {
+    if (!items.empty()) items += ',';
+    items += Expression(*item.expression);
+  }
+  carried_from_ = nullptr;
+  std::string columns;
+  for (size_t i = 0; i < carried_.size(); ++i) {
+    columns += (i > 0 ? "," : "") + carried_[i] + " AS k" + std::to_string(i);
+  }
+  std::string rows = "SELECT " + (columns.empty() ? "1" : columns) + " FROM " +
+                     From(*select.from, select.where.get());
+  if (select.where) rows += " WHERE " + Condition(*select.where);
+  rows += Order(query);
+  if (select.top) rows += Limit(*select.top);
+  return "WITH q AS MATERIALIZED (" + rows + ") SELECT " + items + " FROM q";
+}
+
 Emitted EmitAssigningQuery(const BoundQuery& query) {
   Emitter emitter(/*live_variables=*/true);
-  std::string sql = emitter.Query(query);
+  std::string sql = query.order_by.empty() ? emitter.Query(query) : emitter.OrderedItems(query);
   return emitter.Finish(std::move(sql), false);
 }
 

@@ -32,6 +32,7 @@ class Emitter {
   std::string Source(const BoundSource& source);
   std::string From(const BoundFrom& from, const BoundCondition* where);
   std::string Scalar(const BoundQuery& query);
+  std::string OrderedItems(const BoundQuery& query);
 
   Emitted Finish(std::string sql, bool changes_rows);
 
@@ -76,6 +77,9 @@ class Emitter {
   const bool live_variables_;
   std::vector<Parameter> parameters_;
   bool raises_ = false;
+  // While set, columns of these sources are taken from a list of carried ones.
+  const BoundFrom* carried_from_ = nullptr;
+  std::vector<std::string> carried_;
   // Conditions to be added to a block's WHERE.
   std::unordered_map<const BoundSelect*, std::string> narrowed_;
 };

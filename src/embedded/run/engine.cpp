@@ -86,7 +86,9 @@ void Engine::RunBatch(std::string_view text) {
     const auto batch = batches_.Find(text);
     Frame frame;
     frame.literals = batch->literals;
+    frame.scope_identity = scope_identity_;
     RunProgram(batch->program, frame);
+    scope_identity_ = std::move(frame.scope_identity);
   });
 }
 

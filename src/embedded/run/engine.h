@@ -119,6 +119,7 @@ class Engine {
   Rows result_;
   std::vector<Rows>* capture_ = nullptr;
   int last_error_ = 0;
+  StoredValue scope_identity_;  // of the session's own batches
   int transaction_count_ = 0;
   std::string transaction_name_;
   std::vector<SavePoint> save_points_;

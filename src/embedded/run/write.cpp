@@ -7,16 +7,19 @@
 namespace tavcc::sql {
 namespace {
 
-// The key of `table` whose columns SQLite's message lists, e.g. "UNIQUE constraint failed: t.a,
-// t.b".
+// The key of `table` that SQLite's message names, by its columns ("UNIQUE constraint failed: t.a,
+// t.b") or, where it is the key of the NULLs, by its index ("… failed: index 't.name.null'").
 const Key* KeyOf(const Table& table, std::string_view message) {
-  for (const Key& key : table.keys) {
+  const std::string physical = table.physical.substr(6, table.physical.size() - 7);
+  for (size_t i = 0; i < table.keys.size(); ++i) {
+    const Key& key = table.keys[i];
     if (key.kind == Key::Kind::kIndex) continue;
+    if (message.ends_with("index '" + PhysicalIndexName(table, i, physical) + ".null'"))
+      return &key;
     std::string listed;
     for (const int column : key.columns) {
       if (!listed.empty()) listed += ", ";
-      listed += table.physical.substr(6, table.physical.size() - 7) + '.' +
-                table.columns[static_cast<size_t>(column)].name;
+      listed += physical + '.' + table.columns[static_cast<size_t>(column)].name;
     }
     if (message.ends_with(": " + listed)) return &key;
   }

@@ -22,7 +22,9 @@ std::string ReadFile(const std::filesystem::path& path) {
   return text.str();
 }
 
-Json ReadCases(const std::string& file) { return Json::parse(ReadFile(file)); }
+Json ReadCases(const std::string& file) {
+  return Json::parse(ReadFile(file));
+}
 
 std::string Joined(const Json& text) {
   if (text.is_string()) return text.get<std::string>();
@@ -63,8 +65,8 @@ std::string CompareRows(const Json& expected, Recordset& rows) {
   bool same = true;
   for (size_t row = 0; !rows.AtEnd(); rows.MoveNext(), ++row) {
     Json& cells = got.emplace_back(Json::array());
-    const bool has = row < expected.size() &&
-                     expected[row].size() == static_cast<size_t>(rows.FieldCount());
+    const bool has =
+        row < expected.size() && expected[row].size() == static_cast<size_t>(rows.FieldCount());
     same = same && has;
     for (int i = 0; i < rows.FieldCount(); ++i) {
       cells.push_back(Shown(rows.Field(i)));
@@ -95,7 +97,8 @@ std::string CompareErrors(const Json& step, const Connection& connection,
   if (!step.contains("errors")) return {};
   Json got = Json::array();
   for (const ConnectionError& entry : connection.Errors()) got.push_back(entry.number);
-  return got == step["errors"] ? "" : "expected errors " + step["errors"].dump() + ", got " + got.dump();
+  return got == step["errors"] ? ""
+                               : "expected errors " + step["errors"].dump() + ", got " + got.dump();
 }
 
 std::string RunStep(const Json& step, Connection& connection) {

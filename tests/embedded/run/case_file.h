@@ -4,10 +4,11 @@
 //     {"sql": "select 1 as a", "columns": ["a"], "rows": [[1]]},
 //     {"sql": ["line one\r\n", "line two"], "error": 208, "message": "Invalid object name 'x'."}]}
 //
-// "schema" makes the tables of the ERP database first. "sql" may be a list of pieces, joined as they
-// stand. A step without "rows" and "error" must pass; "rows" are all rows in their order, a number
-// for any numeric value, a text for texts, dates and decimals to the last digit, null. "errors" lists
-// the numbers of all errors of the batch. "session" is 1 or 2 where a case needs two.
+// "schema" makes the tables of the ERP database first. "sql" may be a list of pieces, joined as
+// they stand. A step without "rows" and "error" must pass; "rows" are all rows in their order, a
+// number for any numeric value, a text for texts, dates and decimals to the last digit, null.
+// "errors" lists the numbers of all errors of the batch. "session" is 1 or 2 where a case needs
+// two.
 #pragma once
 
 #include <string>

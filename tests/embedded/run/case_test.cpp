@@ -8,7 +8,9 @@ namespace {
 
 class Cases : public testing::TestWithParam<CaseName> {};
 
-TEST_P(Cases, GiveTheServersAnswer) { EXPECT_EQ("", RunCase(GetParam())); }
+TEST_P(Cases, GiveTheServersAnswer) {
+  EXPECT_EQ("", RunCase(GetParam()));
+}
 
 std::string TestName(const testing::TestParamInfo<CaseName>& info) {
   std::string out;
@@ -16,7 +18,9 @@ std::string TestName(const testing::TestParamInfo<CaseName>& info) {
   return out + '_' + std::to_string(info.index);
 }
 
-std::ostream& operator<<(std::ostream& out, const CaseName& which) { return out << which.name; }
+std::ostream& operator<<(std::ostream& out, const CaseName& which) {
+  return out << which.name;
+}
 
 INSTANTIATE_TEST_SUITE_P(Run, Cases, testing::ValuesIn(FindCases("run")), TestName);
 INSTANTIATE_TEST_SUITE_P(Corpus, Cases, testing::ValuesIn(FindCases("corpus")), TestName);
