@@ -27,8 +27,8 @@ class StockBill {
   // A bill without a row is not audited; its period decides.
   bool IsAudited() const;
   RecordsetPtr AuditorAndVoucher() const;
-  // Whether the current user made the bill and somebody else has to audit it. The two differ only in
-  // how they look the setting up. Unlike in the generic gate, no setting is no rule.
+  // Whether the current user made the bill and somebody else has to audit it. The two differ only
+  // in how they look the setting up. Unlike in the generic gate, no setting is no rule.
   bool IsOwn() const { return IsOwn(Ask(SingleManBatch())); }
   bool IsOwnByPattern() const { return IsOwn(Ask(SingleManPatternBatch())); }
   bool IsBeforeCurrentPeriod() const;

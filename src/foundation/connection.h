@@ -18,7 +18,7 @@ struct ConnectionError {
   int32_t number = 0;  // the server's number, e.g. 208
   std::string source;
   std::string description;
-  std::string sql_state;  // five characters, or empty where the database has none
+  std::string sql_state;      // five characters, or empty where the database has none
   ObjectPtr entry = nullptr;  // the host's own object for it, where there is one
 };
 

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "foundation/plug_in.h"
-#include "host/schema.h"
 #include "host/erp.h"
+#include "host/schema.h"
 #include "scenario/start_state.h"
 
 namespace tavcc {

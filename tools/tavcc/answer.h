@@ -6,9 +6,9 @@
 #include <span>
 #include <vector>
 
+#include "host/erp.h"
 #include "registry/class_registry.h"
 #include "scenario/embedded_roads.h"
-#include "host/erp.h"
 #include "tavcc/command.h"
 
 namespace tavcc {

@@ -23,7 +23,7 @@ OVERFLOW = "overflow"
 DIVIDE_BY_ZERO = "divide by zero"
 
 
-# ---- Types ----------------------------------------------------------------------------------------
+# ---- Types --------------------------------------------------------------------------------------
 
 def keep_integral(precision, scale, integral):
     """+, -, UNION, %: "scale = min(precision, 38) - max(p1 - s1, p2 - s2)" where places run out."""
@@ -59,7 +59,7 @@ def result_type(op, p1, s1, p2, s2):
     raise ValueError(op)
 
 
-# ---- Numbers --------------------------------------------------------------------------------------
+# ---- Numbers ------------------------------------------------------------------------------------
 
 def at_scale(value, scale, rounding):
     return value.quantize(Decimal(1).scaleb(-scale), rounding=rounding)
@@ -83,7 +83,8 @@ def random_number(rng, precision, scale):
     elif kind < 0.15:
         coefficient = 10 ** rng.randint(0, precision - 1)
     elif kind < 0.20:
-        coefficient = min(2 ** rng.choice((31, 32, 63, 64, 96)) + rng.randint(-1, 1), 10**precision - 1)
+        near = 2 ** rng.choice((31, 32, 63, 64, 96)) + rng.randint(-1, 1)
+        coefficient = min(near, 10**precision - 1)
     else:
         coefficient = rng.randint(0, 10 ** rng.randint(1, precision) - 1)
     if rng.random() < 0.4:
@@ -93,7 +94,8 @@ def random_number(rng, precision, scale):
 
 def random_type(rng):
     if rng.random() < 0.4:  # what the tables of the ERP use
-        return rng.choice(((28, 10), (38, 10), (18, 0), (10, 0), (23, 10), (18, 2), (5, 2), (38, 0)))
+        return rng.choice(((28, 10), (38, 10), (18, 0), (10, 0), (23, 10), (18, 2), (5, 2),
+                           (38, 0)))
     precision = rng.randint(1, 38)
     return precision, rng.randint(0, precision)
 
@@ -178,7 +180,7 @@ def aggregate_case(rng):
             shown(min(values), p, s), shown(max(values), p, s)]
 
 
-# ---- Dates ----------------------------------------------------------------------------------------
+# ---- Dates --------------------------------------------------------------------------------------
 
 def to_tick(moment):
     """The nearest 1/300 s since 1900."""
@@ -199,7 +201,8 @@ def at_tick(moment):
     """The moment as the server keeps it: (whole seconds, milliseconds rounded from the tick)."""
     tick = to_tick(moment)
     seconds, rest = divmod(tick, 300)
-    return BASE + datetime.timedelta(seconds=seconds), (Fraction(rest * 10, 3) + Fraction(1, 2)).__floor__()
+    milliseconds = (Fraction(rest * 10, 3) + Fraction(1, 2)).__floor__()
+    return BASE + datetime.timedelta(seconds=seconds), milliseconds
 
 
 def written(moment):
@@ -241,8 +244,10 @@ def add_months(moment, months):
     year, month = divmod(total, 12)
     if not 1753 <= year <= 9999:
         return None
-    next_month = datetime.date(year + month // 11, month % 11 + 1 if month == 11 else month + 2, 1) \
-        if (year, month) != (9999, 11) else None
+    next_month = None
+    if (year, month) != (9999, 11):
+        next_month = datetime.date(year + month // 11,
+                                   month % 11 + 1 if month == 11 else month + 2, 1)
     last = 31 if next_month is None else (next_month - datetime.timedelta(days=1)).day
     return moment.replace(year=year, month=month + 1, day=min(moment.day, last))
 
@@ -282,8 +287,8 @@ def read_case(rng):
     return ["read", f"{date} {time}", written(moment)]
 
 
-CASES = (arithmetic_case, arithmetic_case, arithmetic_case, compare_case, cast_case, cast_to_int_case,
-         round_case, aggregate_case, difference_case, sum_case, read_case)
+CASES = (arithmetic_case, arithmetic_case, arithmetic_case, compare_case, cast_case,
+         cast_to_int_case, round_case, aggregate_case, difference_case, sum_case, read_case)
 
 
 def main():
