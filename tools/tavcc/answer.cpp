@@ -108,6 +108,7 @@ Answer CallInTransaction(Erp& erp, const ClassDescription& cls, const Method& me
     answer.verdict = VerdictOf(method, error);
   }
   erp.log().SetObserver(nullptr);
+  answer.statements = erp.log().statements();
   if (answer.verdict != Exit::kFailed) transaction.Keep();
   return answer;
 }

@@ -18,11 +18,12 @@ struct Answer {
   Value result;
   std::vector<Value> arguments;  // one per parameter, the in/out ones as the call left them
   std::optional<AutomationError> error;
+  std::vector<LoggedStatement> statements;  // what the call sent
 };
 
 // Calls the method on an object of its own, as a host does for each use. What it wrote is kept when
-// it passed or refused and undone when it failed. `observer` sees each statement that it sends, and
-// the log holds those alone afterwards. Errors: ArgumentError and the like before the
+// it passed or refused and undone when it failed. `observer` sees each statement as it is sent.
+// Errors: ArgumentError and the like before the
 // method ran; what the method itself raises is in the answer.
 Answer CallInTransaction(Erp& erp, const ClassDescription& cls, const Method& method,
                          std::vector<Value> arguments, const StatementObserver& observer = nullptr);

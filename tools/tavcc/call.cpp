@@ -23,7 +23,7 @@ MethodName FindMethodOrFail(const std::string& dotted) {
   }
 }
 
-Json AnswerJson(const Method& method, const Answer& answer, const StatementLog* log) {
+Json AnswerJson(const Method& method, const Answer& answer, bool trace) {
   Json json = {{"verdict", VerdictText(answer.verdict)}};
   if (answer.error) {
     json["error"] = {{"number", answer.error->number()},
@@ -37,9 +37,9 @@ Json AnswerJson(const Method& method, const Answer& answer, const StatementLog* 
     if (!method.parameters[i].in_out) continue;
     json["arguments"][std::string(method.parameters[i].name)] = JsonFromValue(answer.arguments[i]);
   }
-  if (log == nullptr) return json;
+  if (!trace) return json;
   json["statements"] = Json::array();
-  for (const LoggedStatement& statement : log->statements()) {
+  for (const LoggedStatement& statement : answer.statements) {
     json["statements"].push_back(StatementJson(statement));
   }
   return json;
@@ -105,8 +105,7 @@ class CallCommand final : public Command {
     const Answer answer =
         CallInTransaction(*erp, *name.cls, *name.method, std::move(arguments), trace_);
     if (options.json) {
-      const StatementLog* log = options.trace ? &erp->log() : nullptr;
-      fmt::print("{}\n", AnswerJson(*name.method, answer, log).dump(2));
+      fmt::print("{}\n", AnswerJson(*name.method, answer, options.trace).dump(2));
     } else {
       PrintAnswer(name, answer);
     }

@@ -2,7 +2,9 @@
 // with its message and the bill's row before and after.
 #include <fmt/core.h>
 
+#include <cstdio>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "foundation/text.h"
@@ -13,6 +15,7 @@
 #include "tavcc/command.h"
 #include "tavcc/database.h"
 #include "tavcc/output.h"
+#include "tavcc/table.h"
 
 namespace tavcc {
 namespace {
@@ -43,8 +46,8 @@ constexpr Scene kScenes[] = {
      "UPDATE T_CC_ZZCX SET FStatus = 2 WHERE FID = 122", "UnAuditBill", kDisassemblyBill},
     {"Bookkeeping made a voucher from the assembly bill: nothing goes any more.",
      "UPDATE T_CC_ZZCX SET FVoucherID = 77 WHERE FID = 121", "AuditBill", kAssemblyBill},
-    {"The voucher is withdrawn, and the bill is to be deleted. The gate lets it pass, but the\n"
-     "deletion names no existing table: the database's own message comes back, the bill stays.",
+    {"The voucher is withdrawn and the bill is deleted: the statement names no existing table,\n"
+     "    the database's own message comes back, and the bill stays.",
      "UPDATE T_CC_ZZCX SET FVoucherID = 0 WHERE FID = 121", "DeleteBill", kAssemblyBill},
     {"There is no such bill.", "", "AuditBill", kNoBill},
 };
@@ -55,7 +58,8 @@ std::string BillQuery(int32_t bill) {
 }
 
 constexpr std::string_view kBillsQuery =
-    "SELECT b.FID, b.FBillNo, k.FPart, i.FName, s.FName AS FStock, k.FQty"
+    "SELECT b.FID, b.FBillNo, k.FPart, i.FName, s.FName AS FStock,"
+    " CAST(k.FQty AS int) AS FQty"
     " FROM T_CC_ZZCX b INNER JOIN ("
     "SELECT FID, 1 AS FOrder, FIndex, 'product' AS FPart, FItemID, FDCStockID AS FStockID, FQty"
     " FROM T_CC_ZZCX_Entry"
@@ -66,6 +70,20 @@ constexpr std::string_view kBillsQuery =
     " INNER JOIN t_Stock s ON s.FItemID = k.FStockID"
     " ORDER BY b.FID, k.FOrder, k.FIndex";
 
+// The fields of the current row; none where there is no row.
+std::vector<std::string> Cells(const Recordset& row) {
+  std::vector<std::string> cells;
+  for (int i = 0; i < row.FieldCount() && !row.AtEnd(); ++i) {
+    cells.push_back(ValueText(row.Field(i)));
+  }
+  return cells;
+}
+
+std::vector<std::string> Labelled(std::string label, std::vector<std::string> cells) {
+  cells.insert(cells.begin(), std::move(label));
+  return cells;
+}
+
 class Story {
  public:
   Story(Erp& erp, const CommonOptions& options) : erp_(erp), options_(options) {}
@@ -75,11 +93,15 @@ class Story {
  private:
   void ShowCompany();
   void Play(const Scene& scene);
+  void ShowCall(const Scene& scene);
+  void ShowOutcome(const Answer& answer, Recordset& before, Recordset& after);
+  void Record(const Scene& scene, const Answer& answer, Recordset& before, Recordset& after);
   Answer Call(const MethodName& name, int32_t bill);
-  std::string Row(int32_t bill);
+  RecordsetPtr Row(int32_t bill);
 
   Erp& erp_;
   const CommonOptions& options_;
+  int scene_ = 0;
   Json record_ = Json::array();
 };
 
@@ -90,38 +112,60 @@ void Story::Tell() {
 }
 
 void Story::ShowCompany() {
-  fmt::print("An ERP database was made from T-SQL files. It holds these assembly bills:\n\n{}\n",
-             RowsText(*erp_.connection()->Execute(kBillsQuery), "  "));
+  fmt::print(
+      "An ERP database was made from T-SQL files. It holds these assembly bills:\n\n{}\n"
+      "FStatus of a bill: 0 not audited, 1 audited, 2 used by another bill.\n\n",
+      RowsText(*erp_.connection()->Execute(kBillsQuery), "    "));
 }
 
 void Story::Play(const Scene& scene) {
-  const ConnectionPtr connection = erp_.connection();
-  if (*scene.before_sql != '\0') connection->Execute(scene.before_sql);
-  const Json before = JsonFromRows(*connection->Execute(BillQuery(scene.bill)), RowForm::kObjects);
-  const std::string row_before = Row(scene.bill);
+  if (*scene.before_sql != '\0') erp_.connection()->Execute(scene.before_sql);
+  const RecordsetPtr before = Row(scene.bill);
   const MethodName name = FindMethodByName(Cat("cls_CX.", scene.method));
-  if (!options_.json) fmt::print("{}\n\n", scene.title);
+  if (!options_.json) ShowCall(scene);
   const Answer answer = Call(name, scene.bill);
-  const Value& message = answer.arguments.back();
+  const RecordsetPtr after = Row(scene.bill);
   if (options_.json) {
-    record_.push_back({{"title", scene.title},
-                       {"method", Cat("cls_CX.", scene.method)},
-                       {"bill", scene.bill},
-                       {"verdict", VerdictText(answer.verdict)},
-                       {"message", JsonFromValue(message)},
-                       {"before", before},
-                       {"after", JsonFromRows(*erp_.connection()->Execute(BillQuery(scene.bill)),
-                                              RowForm::kObjects)}});
-    return;
-  }
-  const std::string row_after = Row(scene.bill);
-  fmt::print("  cls_CX.{}(lngFID={}): {}  {}\n\n", scene.method, scene.bill,
-             VerdictText(answer.verdict), ValueText(message));
-  if (row_before == row_after) {
-    fmt::print("{}  (unchanged)\n\n\n", row_before);
+    Record(scene, answer, *before, *after);
   } else {
-    fmt::print("  before\n{}  after\n{}\n\n", row_before, row_after);
+    ShowOutcome(answer, *before, *after);
   }
+}
+
+void Story::ShowCall(const Scene& scene) {
+  ++scene_;
+  fmt::print("{:2}. {}\n", scene_, scene.title);
+  fmt::print("    cls_CX.{}(lngFID={}){}", scene.method, scene.bill, options_.trace ? "\n" : "");
+  // What --trace prints belongs between the call and its outcome.
+  std::fflush(stdout);
+}
+
+void Story::ShowOutcome(const Answer& answer, Recordset& before, Recordset& after) {
+  const std::string message = ValueText(answer.arguments.back());
+  fmt::print("{} {}{}{}\n\n", options_.trace ? "   " : " ", VerdictText(answer.verdict),
+             message.empty() ? "" : ": ", message);
+  std::vector<std::string> header = {""};
+  for (int i = 0; i < before.FieldCount(); ++i) header.push_back(before.FieldName(i));
+  Table table(std::move(header));
+  const std::vector<std::string> old_cells = Cells(before);
+  const std::vector<std::string> new_cells = Cells(after);
+  if (old_cells == new_cells) {
+    table.Add(Labelled("unchanged", new_cells));
+  } else {
+    table.Add(Labelled("before", old_cells));
+    table.Add(Labelled("after", new_cells));
+  }
+  if (!new_cells.empty()) fmt::print("{}\n", table.ToText("    "));
+}
+
+void Story::Record(const Scene& scene, const Answer& answer, Recordset& before, Recordset& after) {
+  record_.push_back({{"title", scene.title},
+                     {"method", Cat("cls_CX.", scene.method)},
+                     {"bill", scene.bill},
+                     {"verdict", VerdictText(answer.verdict)},
+                     {"message", JsonFromValue(answer.arguments.back())},
+                     {"before", JsonFromRows(before, RowForm::kObjects)},
+                     {"after", JsonFromRows(after, RowForm::kObjects)}});
 }
 
 Answer Story::Call(const MethodName& name, int32_t bill) {
@@ -135,8 +179,8 @@ Answer Story::Call(const MethodName& name, int32_t bill) {
       options_.trace ? StatementObserver(TraceStatement) : nullptr);
 }
 
-std::string Story::Row(int32_t bill) {
-  return RowsText(*erp_.connection()->Execute(BillQuery(bill)), "    ");
+RecordsetPtr Story::Row(int32_t bill) {
+  return erp_.connection()->Execute(BillQuery(bill));
 }
 
 class DemoCommand final : public Command {

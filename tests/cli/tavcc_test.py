@@ -1,0 +1,407 @@
+#!/usr/bin/env python3
+"""tavcc as its users meet it: answers, errors and exit statuses of the real program.
+
+usage: tavcc_test.py TAVCC [unittest options]
+"""
+
+import hashlib
+import json
+import os
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+TAVCC = ""
+
+PASSED, REFUSED, FAILED = 0, 1, 2
+ASSEMBLY_BILL = 121  # of the sample company, not audited
+
+
+def tavcc(*arguments, stdin=""):
+    return subprocess.run([TAVCC, *map(str, arguments)], input=stdin, capture_output=True,
+                          text=True, timeout=120)
+
+
+def fingerprint(path):
+    with open(path, "rb") as file:
+        return hashlib.sha256(file.read()).hexdigest()
+
+
+class Case(unittest.TestCase):
+    """A folder of its own with a sample database in it, made once and copied for each test."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.TemporaryDirectory()
+        cls.pristine = os.path.join(cls.folder.name, "pristine.db")
+        made = tavcc("init", "--db", cls.pristine, "--sample")
+        if made.returncode != PASSED:
+            raise AssertionError(made.stderr)
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.folder.cleanup()
+
+    def setUp(self):
+        self.db = self.path("erp.db")
+        with open(self.pristine, "rb") as source, open(self.db, "wb") as target:
+            target.write(source.read())
+
+    def path(self, name):
+        return os.path.join(self.folder.name, name)
+
+    def write(self, name, text):
+        with open(self.path(name), "w", encoding="utf-8") as file:
+            file.write(text)
+        return self.path(name)
+
+    def call(self, method, *words):
+        return tavcc("call", method, "--db", self.db, *words)
+
+    def rows(self, batch):
+        answer = tavcc("sql", "--db", self.db, "--json", batch)
+        self.assertEqual(answer.returncode, PASSED, answer.stderr)
+        return json.loads(answer.stdout)["rows"]
+
+    def assert_error(self, answer, text):
+        """One line on standard error that holds the text, nothing on standard output, status 2."""
+        self.assertEqual(answer.returncode, FAILED, answer.stdout + answer.stderr)
+        self.assertEqual(answer.stdout, "")
+        self.assertEqual(answer.stderr.count("\n"), 1, answer.stderr)
+        self.assertTrue(answer.stderr.startswith("tavcc: "), answer.stderr)
+        self.assertIn(text, answer.stderr)
+
+
+class WrongCalls(Case):
+    def assert_refused(self, text, *arguments, stdin=""):
+        before = fingerprint(self.db)
+        self.assert_error(tavcc("call", *arguments, "--db", self.db, stdin=stdin), text)
+        self.assertEqual(fingerprint(self.db), before, "the database was touched")
+
+    def test_names(self):
+        for method, text in (
+                ("cls_CY.AuditBill", 'there is no class "cls_CY"; did you mean cls_CX?'),
+                ("cls_CX.AuditBil", 'cls_CX has no method "AuditBil"; did you mean AuditBill?'),
+                ("AuditBill", '"AuditBill" must have the form CLASS.METHOD'),
+                (".", "there is no class"),
+        ):
+            self.assert_refused(text, method, "lngFID=1")
+
+    def test_arguments(self):
+        for words, text in (
+                (["FID=1"], 'AuditBill has no argument "FID"; did you mean lngFID?'),
+                (["lngFID"], '"lngFID" must have the form name=value'),
+                (["lngFID=1", "lngFID=2", "lngUserID=1"], "argument lngFID: is given twice"),
+                (["lngFID=x", "lngUserID=1"], 'argument lngFID: "x" is no whole number'),
+                (["lngFID=", "lngUserID=1"], 'argument lngFID: "" is no whole number'),
+                (["lngFID=1.5", "lngUserID=1"], 'argument lngFID: "1.5" is no whole number'),
+                (["lngFID=2147483648", "lngUserID=1"],
+                 'argument lngFID: "2147483648" is out of range for I4 (-2147483648 to 2147483647)'),
+                (["lngFID=99999999999999999999", "lngUserID=1"], "is out of range for I4"),
+                (["lngFID=1"], "argument lngUserID (I4) is missing"),
+        ):
+            self.assert_refused(text, "cls_CX.AuditBill", *words)
+
+    def test_argument_types(self):
+        for method, word, text in (
+                ("PublicSysInfo.DateInCurrentPeriod", "dtDate=2026-02-30", "is no date"),
+                ("PublicSysInfo.AuditBill", "CheckType=32768", "is out of range for I2"),
+                ("PublicSysInfo.AuditBill", "BatchCheck=maybe", "is no Boolean"),
+                ("PublicSysInfo.AuditBill", "billVect=[1,", "argument billVect: no JSON at line 1"),
+                ("PublicSysInfo.AuditBill", "billVect={}", "is no JSON array"),
+                ("PublicSysInfo.CheckCredit", "oDict=[]", "is no JSON object"),
+                ("cls_CX.VerifyDataBeforeAudit", "cn=x", "cannot be given on the command line"),
+        ):
+            self.assert_refused(text, method, word)
+
+    def test_json_files(self):
+        for name, text, message in (
+                ("bad.json", '{"lngFID": }', "bad.json: no JSON at line 1, column 12"),
+                ("list.json", "[1]", "list.json: must be an object"),
+                ("twice.json", '{"lngFID": 1, "lngFID": 2}', 'key "lngFID" stands twice'),
+                ("unknown.json", '{"FID": 1}', 'has no argument "FID"'),
+                ("wide.json", '{"lngFID": 3000000000}', "is out of range for I4"),
+                ("text.json", '{"lngFID": "x"}', "is no whole number"),
+                ("fraction.json", '{"lngFID": 1.5}', "is no whole number"),
+                ("object.json", '{"lngFID": {"a": 1}}', "is no I4"),
+        ):
+            self.assert_refused(message, "cls_CX.AuditBill", "--json", self.write(name, text))
+        self.assert_refused("cannot read", "cls_CX.AuditBill", "--json", self.path("missing.json"))
+        self.assert_refused("cannot read", "cls_CX.AuditBill", "--json", self.folder.name)
+        self.assert_refused("standard input: no JSON", "cls_CX.AuditBill", "--json", "-", stdin="{")
+
+
+class WrongDatabases(Case):
+    def test_a_file_that_is_no_database(self):
+        text = self.write("notes.txt", "these are my notes, and no database\n" * 100)
+        before = fingerprint(text)
+        for arguments in (["sql", "select 1"], ["call", "cls_CX.DeleteBill", "lngFID=1"]):
+            answer = tavcc(*arguments, "--db", text)
+            self.assert_error(answer, "notes.txt")
+            self.assertEqual(fingerprint(text), before)
+
+    def test_a_file_that_does_not_exist(self):
+        missing = self.path("missing.db")
+        self.assert_error(tavcc("sql", "--db", missing, "select 1"), "missing.db")
+        self.assertFalse(os.path.exists(missing))
+
+    def test_a_folder(self):
+        self.assert_error(tavcc("sql", "--db", self.folder.name, "select 1"), self.folder.name)
+
+    def test_none_at_all(self):
+        self.assert_error(tavcc("sql", "select 1"), "--db FILE")
+        self.assert_error(tavcc("init"), "--db FILE")
+        self.assert_error(tavcc("call", "cls_CX.DeleteBill", "lngFID=1"), "--db FILE")
+
+
+class WrongCommandLines(unittest.TestCase):
+    def test_each_is_one_line(self):
+        for arguments in ([], ["frobnicate"], ["sql"], ["run"], ["classes", "--frob"],
+                          ["classes", "cls_CY"], ["run", "/nowhere"]):
+            answer = tavcc(*arguments)
+            self.assertEqual(answer.returncode, FAILED, arguments)
+            self.assertEqual(answer.stderr.count("\n"), 1, answer.stderr)
+
+    def test_help_is_no_error(self):
+        for arguments in (["--help"], ["call", "--help"]):
+            answer = tavcc(*arguments)
+            self.assertEqual(answer.returncode, PASSED)
+            self.assertIn("--help", answer.stdout)
+
+
+class Init(Case):
+    def test_leaves_an_existing_file_alone(self):
+        before = fingerprint(self.db)
+        self.assert_error(tavcc("init", "--db", self.db), "exists already")
+        self.assertEqual(fingerprint(self.db), before)
+
+    def test_without_the_sample_there_are_no_bills(self):
+        self.db = self.path("empty.db")
+        self.assertEqual(tavcc("init", "--db", self.db).returncode, PASSED)
+        self.assertEqual(self.rows("select count(*) from T_CC_ZZCX"), [[0]])
+        self.assertEqual(self.rows("select FValue from t_SystemProfile where FKey='CurrentYear'"),
+                         [["2026"]])
+
+    def test_leaves_nothing_behind_where_it_cannot_write(self):
+        answer = tavcc("init", "--db", self.path("no/such/folder.db"))
+        self.assertEqual(answer.returncode, FAILED)
+        self.assertFalse(os.path.exists(self.path("no")))
+
+
+class Calls(Case):
+    def status(self):
+        return self.rows(f"select FStatus, FCheckerID from T_CC_ZZCX where FID={ASSEMBLY_BILL}")
+
+    def test_passed_is_kept(self):
+        answer = self.call("cls_CX.AuditBill", f"lngFID={ASSEMBLY_BILL}", "lngUserID=7")
+        self.assertEqual((answer.returncode, answer.stderr), (PASSED, ""))
+        self.assertIn("cls_CX.AuditBill passed", answer.stdout)
+        self.assertEqual(self.status(), [[1, 7]])
+
+    def test_refused_tells_why(self):
+        answer = self.call("cls_CX.UnAuditBill", f"lngFID={ASSEMBLY_BILL}")
+        self.assertEqual(answer.returncode, REFUSED)
+        self.assertIn("该单据未审核，不能反审核！", answer.stdout)
+        self.assertEqual(self.status(), [[0, 0]])
+
+    def test_names_without_regard_to_case(self):
+        answer = self.call("CLS_cx.auditbill", f"LNGFID={ASSEMBLY_BILL}", "lnguserid=7")
+        self.assertEqual(answer.returncode, PASSED, answer.stderr)
+
+    def test_an_error_of_the_method_fails(self):
+        # A bill without a head row: the read of its fields is an error, not a refusal.
+        answer = self.call("cls_DB.BeforeDel", "nClassID=1040007", "nInterID=999")
+        self.assertEqual(answer.returncode, FAILED, answer.stdout)
+        self.assertIn("3021", answer.stdout)
+
+    def test_json_output(self):
+        answer = self.call("cls_CX.AuditBill", f"lngFID={ASSEMBLY_BILL}", "lngUserID=7", "--json",
+                           "--trace")
+        record = json.loads(answer.stdout)
+        self.assertEqual(record["verdict"], "passed")
+        self.assertIs(record["result"], True)
+        self.assertEqual(record["arguments"], {"strReturnMsg": ""})
+        self.assertEqual([statement["sql"] for statement in record["statements"]], [
+            f"Select FStatus,FVoucherID From T_CC_ZZCX where FID={ASSEMBLY_BILL}",
+            "Update T_CC_ZZCX set FCheckerID=7,FCheckDate=GetDate(),FStatus=1  where FID="
+            f"{ASSEMBLY_BILL}"])
+
+    def test_json_arguments(self):
+        file = self.write("arguments.json", json.dumps({"lngFID": ASSEMBLY_BILL, "lngUserID": 8}))
+        answer = self.call("cls_CX.AuditBill", "--json", file)
+        self.assertEqual(answer.returncode, PASSED, answer.stderr)
+        self.assertEqual(json.loads(answer.stdout)["verdict"], "passed")
+        self.assertEqual(self.status(), [[1, 8]])
+
+    def test_json_arguments_from_standard_input(self):
+        answer = tavcc("call", "cls_CX.AuditBill", "--args", "-", "lngUserID=9", "--db", self.db,
+                       stdin=json.dumps({"lngFID": ASSEMBLY_BILL}))
+        self.assertEqual(answer.returncode, PASSED, answer.stderr)
+        self.assertEqual(self.status(), [[1, 9]])
+
+    def test_trace_goes_to_standard_error(self):
+        answer = self.call("cls_CX.AuditBill", f"lngFID={ASSEMBLY_BILL}", "lngUserID=7", "--trace")
+        self.assertIn("> Select FStatus,FVoucherID From T_CC_ZZCX where FID=", answer.stderr)
+        self.assertRegex(answer.stderr, r"1 row, \d+\.\d+ ms")
+        self.assertNotIn("Select", answer.stdout)
+
+
+class Sql(Case):
+    def test_columns_are_aligned_by_display_width(self):
+        answer = tavcc("sql", "--db", self.db,
+                       "select N'单据' as A, 1 as B union all select N'x', 22 order by B")
+        self.assertEqual(answer.stdout, "A      B\n----  --\n单据   1\nx     22\n")
+
+    def test_json(self):
+        answer = tavcc("sql", "--db", self.db, "--json", "select 1 as A, N'单' as B, null as C")
+        self.assertEqual(json.loads(answer.stdout),
+                         {"columns": ["A", "B", "C"], "rows": [[1, "单", None]]})
+
+    def test_batch_from_standard_input(self):
+        answer = tavcc("sql", "--db", self.db, "-", stdin="declare @n int\nset @n = 5\nselect @n N")
+        self.assertEqual(answer.stdout, "N\n-\n5\n")
+
+    def test_the_database_s_error_is_one_line(self):
+        self.assert_error(tavcc("sql", "--db", self.db, "select * from NoTable"),
+                          "error 208: Invalid object name 'NoTable'.")
+
+    def test_what_is_not_understood_is_refused(self):
+        answer = tavcc("sql", "--db", self.db, "frobnicate the stock")
+        self.assertEqual(answer.returncode, FAILED)
+        self.assertEqual(answer.stdout, "")
+
+
+class Classes(unittest.TestCase):
+    def test_table(self):
+        answer = tavcc("classes", "cls_CX")
+        self.assertEqual(answer.returncode, PASSED)
+        self.assertIn("TavM_CC_PlugIns.cls_CX  (TransMode 3)", answer.stdout)
+        self.assertIn("I4 lngFID, I4 lngUserID, BSTR sDsn, in/out BSTR strReturnMsg", answer.stdout)
+
+    def test_all_ten(self):
+        names = [entry["name"] for entry in json.loads(tavcc("classes", "--json").stdout)]
+        self.assertEqual(len(names), 10)
+        self.assertIn("PublicSysInfo", names)
+
+
+PASSING = """{"name": "audit", "sql": ["insert into T_CC_ZZCX(FID) values(1)"], "steps": [
+  {"call": "cls_CX.AuditBill", "args": {"lngFID": 1, "lngUserID": 2},
+   "expect": {"result": true, "strReturnMsg": ""},
+   "sweep": {"expect": {"result": false, "strReturnMsg": "disk full"}}},
+  {"query": "select FStatus,FCheckerID,FCheckDate from T_CC_ZZCX",
+   "rows": [[1, 2, {"date": "2026-03-15 10:00:00"}]]}]}"""
+
+
+class Run(Case):
+    def test_passing(self):
+        file = self.write("passing.json", PASSING)
+        answer = tavcc("run", file)
+        self.assertEqual((answer.returncode, answer.stdout, answer.stderr),
+                         (PASSED, "1 scenario passed\n", ""))
+
+    def test_failing_prints_the_difference_and_the_sql(self):
+        file = self.write("failing.json", PASSING.replace('"result": true', '"result": false', 1))
+        answer = tavcc("run", file)
+        self.assertEqual((answer.returncode, answer.stdout), (FAILED, "1 of 1 scenarios failed\n"))
+        self.assertIn("step 1: call cls_CX.AuditBill", answer.stderr)
+        self.assertIn("result: expected false, got true", answer.stderr)
+        self.assertIn("Select FStatus,FVoucherID From T_CC_ZZCX where FID=1", answer.stderr)
+
+    def test_malformed_names_file_step_and_key(self):
+        file = self.write("malformed.json", PASSING.replace('"rows"', '"row"'))
+        answer = tavcc("run", file)
+        self.assertEqual(answer.returncode, FAILED)
+        self.assertIn('malformed.json: step 2, key "row": unknown key; did you mean rows?',
+                      answer.stderr)
+
+    def test_a_malformed_file_does_not_keep_the_others_from_running(self):
+        answer = tavcc("run", self.write("m.json", "{"), self.write("p.json", PASSING))
+        self.assertEqual((answer.returncode, answer.stdout), (FAILED, "1 of 2 scenarios failed\n"))
+
+    def test_json(self):
+        answer = tavcc("run", "--json", self.write("passing.json", PASSING))
+        self.assertEqual([entry["passed"] for entry in json.loads(answer.stdout)], [True])
+
+    def test_no_progress_bar_in_a_pipe(self):
+        answer = tavcc("run", self.write("passing.json", PASSING))
+        self.assertNotIn("\x1b", answer.stdout + answer.stderr)
+
+
+class Demo(unittest.TestCase):
+    def test_tells_each_outcome(self):
+        answer = tavcc("demo")
+        self.assertEqual((answer.returncode, answer.stderr), (PASSED, ""))
+        for text in ("该单据已被审核，不能再审核！", "该单据被其他单据关联，不能反审核！",
+                     "该单据已生成凭证，不能审核！", "该单据不存在，不能审核！",
+                     "Invalid object name 'FromT_CC_ZZCX'."):
+            self.assertIn(text, answer.stdout)
+
+    def test_is_the_same_each_time(self):
+        self.assertEqual(tavcc("demo").stdout, tavcc("demo").stdout)
+
+
+class Kills(Case):
+    """A process that is killed in the middle of a batch leaves whole transactions only."""
+
+    ROWS = 7  # of each transaction
+    BATCH = f"""
+        declare @n int
+        declare @i int
+        set @n = 0
+        while @n < 1000000
+        begin
+          begin transaction
+          set @i = 0
+          while @i < {ROWS}
+          begin
+            insert into Ledger(FGroup, FRow) values(@n, @i)
+            set @i = @i + 1
+          end
+          update Total set FCount = FCount + {ROWS}
+          commit transaction
+          set @n = @n + 1
+        end"""
+
+    def test_whole_transactions_only(self):
+        self.rows_of("create table Ledger(FGroup int, FRow int)")
+        self.rows_of("create table Total(FCount int)")
+        self.rows_of("insert into Total(FCount) values(0)")
+        rows_before = 0
+        for wait in (0.15, 0.4, 0.73):
+            process = subprocess.Popen([TAVCC, "sql", "--db", self.db, self.BATCH],
+                                       stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+            time.sleep(wait)
+            process.send_signal(signal.SIGKILL)
+            _, errors = process.communicate(timeout=30)
+            self.assertEqual(process.returncode, -signal.SIGKILL, errors)
+            total = self.rows("select FCount from Total")[0][0]
+            self.assertEqual(self.rows("select count(*) from Ledger"), [[total]])
+            self.assertEqual(total % self.ROWS, 0)
+            rows_before = total
+        self.assertGreater(rows_before, 0, "no transaction was finished before the kills")
+
+    def rows_of(self, batch):
+        answer = tavcc("sql", "--db", self.db, batch)
+        self.assertEqual(answer.returncode, PASSED, answer.stderr)
+
+    def test_a_killed_init_leaves_no_database(self):
+        for wait in (0.005, 0.02, 0.05, 0.1):
+            file = self.path(f"killed{wait}.db")
+            process = subprocess.Popen([TAVCC, "init", "--db", file, "--sample"],
+                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            time.sleep(wait)
+            process.send_signal(signal.SIGKILL)
+            process.communicate(timeout=30)
+            if os.path.exists(file):
+                self.db = file
+                self.assertGreater(self.rows("select count(*) from T_CC_Templet")[0][0], 0)
+            else:
+                self.assertEqual(tavcc("init", "--db", file).returncode, PASSED)
+
+
+if __name__ == "__main__":
+    TAVCC = os.path.abspath(sys.argv.pop(1))
+    unittest.main()
