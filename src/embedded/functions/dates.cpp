@@ -56,8 +56,15 @@ namespace {
 constexpr int64_t kTicksPerMinute = 60 * kTicksPerSecond;
 constexpr int64_t kTicksPerHour = 60 * kTicksPerMinute;
 
+// No date is beyond these; what is nevertheless must not overflow anything.
+int64_t TicksOf(sqlite3_value* value) {
+  constexpr int64_t kBeyondAny = 100000000000000;
+  return std::clamp<int64_t>(sqlite3_value_int64(value), -kBeyondAny, kBeyondAny);
+}
+
 DatePart PartOf(sqlite3_value* value) {
-  return static_cast<DatePart>(sqlite3_value_int(value));
+  constexpr int kLast = static_cast<int>(DatePart::kNanosecond);
+  return static_cast<DatePart>(std::clamp(sqlite3_value_int(value), 0, kLast));
 }
 
 std::string_view WordOf(DatePart part) {
@@ -104,8 +111,7 @@ void Difference(Context context, int, Arguments arguments) {
   const DatePart part = PartOf(arguments[0]);
   if (part == DatePart::kIsoWeek)
     return Fail(context, 9810, {WordOf(part), "datediff", "datetime"});
-  int64_t units = UnitOf(part, sqlite3_value_int64(arguments[2])) -
-                  UnitOf(part, sqlite3_value_int64(arguments[1]));
+  int64_t units = UnitOf(part, TicksOf(arguments[2])) - UnitOf(part, TicksOf(arguments[1]));
   if (part == DatePart::kMicrosecond) units *= 1000;
   // The longest span of years is 2.6e14 ms, and 2.6e20 ns do not fit; but nor do they in an int.
   constexpr int64_t kInt = std::numeric_limits<int32_t>::max();
@@ -164,7 +170,7 @@ bool AddPart(DatePart part, int64_t number, int64_t* ticks) {
 void AddToDate(Context context, int, Arguments arguments) {
   const DatePart part = PartOf(arguments[0]);
   const int64_t number = sqlite3_value_int64(arguments[1]);
-  int64_t ticks = sqlite3_value_int64(arguments[2]);
+  int64_t ticks = TicksOf(arguments[2]);
   const TypeKind kind = TypeFromCode(sqlite3_value_int64(arguments[3])).kind;
   const bool of_day = part >= DatePart::kHour;
   if (part == DatePart::kIsoWeek || (of_day && kind == TypeKind::kDate)) {
@@ -226,12 +232,12 @@ int64_t ValueOf(DatePart part, int64_t ticks) {
 }
 
 void PartNumber(Context context, int, Arguments arguments) {
-  sqlite3_result_int64(context, ValueOf(PartOf(arguments[0]), sqlite3_value_int64(arguments[1])));
+  sqlite3_result_int64(context, ValueOf(PartOf(arguments[0]), TicksOf(arguments[1])));
 }
 
 void PartName(Context context, int, Arguments arguments) {
   const DatePart part = PartOf(arguments[0]);
-  const int64_t value = ValueOf(part, sqlite3_value_int64(arguments[1]));
+  const int64_t value = ValueOf(part, TicksOf(arguments[1]));
   if (part == DatePart::kMonth) return ReturnText(context, MonthName(static_cast<int>(value)));
   if (part == DatePart::kWeekday)
     return ReturnText(context, WeekdayName(static_cast<int>(value) - 1));
@@ -241,8 +247,8 @@ void PartName(Context context, int, Arguments arguments) {
 template <bool subtract>
 void AddTicks(Context context, int, Arguments arguments) {
   const TypeKind kind = TypeFromCode(sqlite3_value_int64(arguments[2])).kind;
-  const int64_t a = sqlite3_value_int64(arguments[0]);
-  const int64_t b = sqlite3_value_int64(arguments[1]);
+  const int64_t a = TicksOf(arguments[0]);
+  const int64_t b = TicksOf(arguments[1]);
   const int64_t ticks = subtract ? a - b : a + b;
   if (!InRangeOf(kind, ticks)) return FailOverflow(context, kind);
   sqlite3_result_int64(context, ticks);

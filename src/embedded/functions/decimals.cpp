@@ -220,9 +220,11 @@ void ToWhole(Context context, int, Arguments arguments) {
 
 void Round(Context context, int, Arguments arguments) {
   const Shape shape(arguments[3]);
-  const int64_t digits = sqlite3_value_int64(arguments[1]);
+  constexpr int64_t kMostDigits = 38;
+  const int64_t digits =
+      std::clamp<int64_t>(sqlite3_value_int64(arguments[1]), -kMostDigits, kMostDigits);
   const bool cut = sqlite3_value_int64(arguments[2]) != 0;
-  const auto drop = static_cast<int>(std::clamp<int64_t>(shape.scale_a - digits, 0, 76));
+  const auto drop = static_cast<int>(std::max<int64_t>(shape.scale_a - digits, 0));
   if (!cut && IsIntegerValue(arguments[0])) {
     int64_t value = sqlite3_value_int64(arguments[0]);
     const bool done = ScaleDown(value, drop, &value) && ScaleUp(value, drop, &value);

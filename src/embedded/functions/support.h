@@ -3,7 +3,7 @@
 
 #include <sqlite3.h>
 
-#include <new>
+#include <exception>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -62,7 +62,7 @@ void Guarded(Context context, int count, Arguments arguments) noexcept {
     function(context, count, arguments);
   } catch (SqlError& error) {
     Fail(context, std::move(error));
-  } catch (const std::bad_alloc&) {
+  } catch (const std::exception&) {  // out of memory, or a text beyond every limit
     sqlite3_result_error_nomem(context);
   }
 }

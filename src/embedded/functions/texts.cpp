@@ -73,7 +73,7 @@ void Length(Context context, int, Arguments arguments) {
 void DataLength(Context context, int, Arguments arguments) {
   const auto units = static_cast<int64_t>(UnitsOf(arguments[0]));
   const bool binary = IsBinaryValue(arguments[0]);
-  sqlite3_result_int64(context, binary ? units : units * sqlite3_value_int64(arguments[1]));
+  sqlite3_result_int64(context, binary ? units : units * sqlite3_value_int(arguments[1]));
 }
 
 void TrimLeft(Context context, int, Arguments arguments) {
@@ -139,7 +139,8 @@ void Replicate(Context context, int count, Arguments arguments) {
   int64_t times = sqlite3_value_int64(arguments[1]);
   if (times < 0) return;
   const auto units = static_cast<int64_t>(CountUnits(text));
-  const int64_t given = count == 3 ? sqlite3_value_int64(arguments[2]) : kMostUnits;
+  const int64_t given =
+      count == 3 ? std::min<int64_t>(sqlite3_value_int64(arguments[2]), kMostUnits) : kMostUnits;
   const int64_t limit =
       given >= 0 ? given
                  : sqlite3_limit(sqlite3_context_db_handle(context), SQLITE_LIMIT_LENGTH, -1) / 4;

@@ -294,7 +294,8 @@ bool ConvertToBinary(const Conversion& c) {
     for (size_t i = width; i-- > 0;) bytes.push_back(static_cast<char>(c.in.integer >> (8 * i)));
     // A number keeps its last bytes, and gets zeros in front.
     if (bounded && bytes.size() > length) bytes.erase(0, bytes.size() - length);
-    if (c.to.kind == TypeKind::kBinary) bytes.insert(0, length - bytes.size(), '\0');
+    const bool pad = c.to.kind == TypeKind::kBinary && bytes.size() < length;
+    if (pad) bytes.insert(0, length - bytes.size(), '\0');
     return c.Give(Cell::Binary(bytes));
   }
   if (!IsBinary(c.from.kind) && !IsText(c.from.kind)) {
@@ -308,7 +309,7 @@ bool ConvertToBinary(const Conversion& c) {
     if (c.mode == ConvertMode::kAssign) return c.Fail(8152, {});
     bytes.resize(length);
   }
-  if (c.to.kind == TypeKind::kBinary) bytes.resize(length, '\0');
+  if (c.to.kind == TypeKind::kBinary && bytes.size() < length) bytes.resize(length, '\0');
   return c.Give(Cell::Binary(bytes));
 }
 
@@ -336,7 +337,8 @@ bool HasStoredForm(const Cell& cell, TypeKind kind) {
   if (IsBinary(kind)) return cell.kind == Kind::kBlob;
   if (IsApproximate(kind)) return cell.kind == Kind::kReal;
   if (IsScaled(kind) && cell.kind == Kind::kBlob) return cell.bytes.size() == Wide::kBlobSize;
-  return cell.kind == Kind::kInteger;
+  if (cell.kind != Kind::kInteger) return false;
+  return !IsDate(kind) || InRangeOf(TypeKind::kDate, cell.integer);
 }
 
 }  // namespace

@@ -76,7 +76,8 @@ bool Wide::FitsDigits(int digits) const {
     }
     return powers;
   }();
-  return CompareMagnitude(*this, kPowers[static_cast<size_t>(digits)]) < 0;
+  const auto index = std::clamp<size_t>(static_cast<size_t>(digits), 0, kPowers.size() - 1);
+  return CompareMagnitude(*this, kPowers[index]) < 0;
 }
 
 void Wide::Trim() {
