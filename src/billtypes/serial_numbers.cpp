@@ -65,7 +65,7 @@ bool IsIn(std::string_view list, int32_t class_type) {
 // How the rows of a bill are recorded. A bill on neither side has no stock.
 struct RowRule {
   Direction direction = kOut;
-  std::string_view stock_column = "";
+  std::string_view stock_column;
 };
 
 Direction DirectionOn(const Side& side, const SavedBill& bill, int32_t class_type) {

@@ -124,9 +124,9 @@ int32_t CheckBill(PlugIn& self, std::string_view sDsn, int32_t lngInterID, int32
       },
       [&](const AutomationError& error) {
         // Where the host cannot even tell its language, the bare description has to do.
-        const std::string description = error.description();
-        return Trap([&] { return FailureMessage(self, frames.failed, bill_no, description); },
-                    [&](const AutomationError&) { return description; });
+        return Trap(
+            [&] { return FailureMessage(self, frames.failed, bill_no, error.description()); },
+            [&](const AutomationError&) { return error.description(); });
       });
   return 0;
 }

@@ -33,7 +33,7 @@ ResourceLoader& LoaderFor(Host& host, std::string_view language) {
 
 std::string LoadResText(Host& host, std::string_view sText, std::string_view sLanguage) {
   const PendingErrorKeeper keeper;
-  const std::string key(Trim(sText));
+  std::string key(Trim(sText));
   return Trap(
       [&] {
         ResourceLoader& loader = LoaderFor(host, sLanguage);
