@@ -99,6 +99,12 @@ HRESULT PutByReference(VARIANT& argument, const Value& value) {
   return S_OK;
 }
 
+// The dispatch result for an argument that does not convert.
+HRESULT ArgumentResult(const AutomationError& error) {
+  const bool overflow = error.number() == static_cast<int32_t>(RuntimeError::kOverflow);
+  return overflow ? DISP_E_OVERFLOW : DISP_E_TYPEMISMATCH;
+}
+
 bool IsNullReference(const VARIANT& argument) {
   return (argument.vt & VT_BYREF) != 0 && argument.byref == nullptr;
 }
@@ -287,7 +293,8 @@ HRESULT AutomationCore::InvokeMethod(const Method& method, DISPPARAMS& parameter
     if (result != nullptr) ToVariant(answer, result);
     return S_OK;
   } catch (const ArgumentError& error) {
-    return mismatch(static_cast<size_t>(error.index()));
+    mismatch(static_cast<size_t>(error.index()));
+    return ArgumentResult(error);
   } catch (const AutomationError&) {
     write_back.Run();
     throw;

@@ -1,5 +1,7 @@
 #include "automation/border/border.h"
 
+#include <optional>
+
 #include "automation/border/variant.h"
 #include "foundation/text.h"
 
@@ -23,6 +25,25 @@ std::string SystemText(HRESULT result) {
     out.pop_back();
   }
   return out.empty() ? Cat("Automation error ", static_cast<int32_t>(result)) : out;
+}
+
+// What automation clients make of the dispatch results for a wrong call.
+std::optional<RuntimeError> DispatchError(HRESULT result) {
+  switch (result) {
+    case DISP_E_TYPEMISMATCH:
+      return RuntimeError::kTypeMismatch;
+    case DISP_E_OVERFLOW:
+      return RuntimeError::kOverflow;
+    case DISP_E_PARAMNOTOPTIONAL:
+      return RuntimeError::kArgumentNotOptional;
+    case DISP_E_BADPARAMCOUNT:
+      return RuntimeError::kWrongNumberOfArguments;
+    case DISP_E_MEMBERNOTFOUND:
+    case DISP_E_UNKNOWNNAME:
+      return RuntimeError::kMemberNotFound;
+    default:
+      return std::nullopt;
+  }
 }
 
 }  // namespace

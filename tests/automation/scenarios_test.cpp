@@ -1,0 +1,26 @@
+// The scenario files, through COM: the same answers as on every other road, and nothing left
+// behind.
+
+#include "automation/fixture.h"
+#include "scenario/runner.h"
+#include "scenario/scenario.h"
+
+namespace tavcc {
+namespace {
+
+TEST_F(AutomationTest, EveryScenarioAnswersAsOnEveryOtherRoad) {
+  const auto files = ScenarioFiles({TAVCC_SCENARIOS});
+  ASSERT_FALSE(files.empty());
+  const auto roads = MakeComRoads();
+  for (const std::string& file : files) {
+    const Scenario scenario = LoadScenario(file);
+    const auto failure = RunScenario(scenario, *roads);
+    EXPECT_FALSE(failure) << DescribeFailure(scenario, *failure);
+    EXPECT_EQ(HostObjectsAlive(), 0) << file;
+    EXPECT_TRUE(ServerIsIdle()) << file;
+  }
+  std::cout << files.size() << " scenarios\n";
+}
+
+}  // namespace
+}  // namespace tavcc
