@@ -19,6 +19,7 @@ Erp::Erp(const sql::OpenOptions& options)
             [this](Connection& session) { Reopen(session); }, &log_) {
   // Another host may have served this thread before.
   ReleaseHostObjects();
+  host_.UseDatabase(dsn_);
 }
 
 Erp::~Erp() {

@@ -30,6 +30,9 @@ class ReferenceHost final : public Host {
   // The readying calls of all contexts so far, in order.
   const std::vector<ReadyCall>& ready_calls() const { return state_->ready_calls; }
   void ClearReadyCalls() { state_->ready_calls.clear(); }
+  // The database that the host works in, e.g. for settings that are asked for without a connection
+  // string, until a context is bound to another one.
+  void UseDatabase(std::string_view sDsn) { state_->current_dsn = sDsn; }
   // The connection that the host hands out for a connection string.
   ConnectionPtr GetConnection(std::string_view sDsn) { return state_->GetConnection(sDsn); }
 

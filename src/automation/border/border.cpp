@@ -80,6 +80,7 @@ void SetThreadError(const AutomationError& error) {
 }
 
 void RaiseFrom(HRESULT result, EXCEPINFO& info) {
+  if (const auto number = DispatchError(result)) throw AutomationError(*number);
   if (result != DISP_E_EXCEPTION)
     throw AutomationError(FromHresult(result), "", SystemText(result));
   if (info.pfnDeferredFillIn != nullptr) info.pfnDeferredFillIn(&info);
