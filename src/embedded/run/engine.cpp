@@ -68,7 +68,8 @@ void Engine::Start() {
   catalog_.Refresh();
 }
 
-void Engine::Run(const std::function<void()>& body) {
+template <class Body>
+void Engine::Run(const Body& body) {
   try {
     Start();
     body();

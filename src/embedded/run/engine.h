@@ -101,7 +101,8 @@ class Engine {
   };
 
   void Start();
-  void Run(const std::function<void()>& body);
+  template <class Body>
+  void Run(const Body& body);
   void Report(SqlError error);
   void RunProgram(const std::shared_ptr<Program>& program, Frame& frame);
   void PrepareProgram(Program& program, Frame& frame);

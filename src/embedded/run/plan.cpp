@@ -69,15 +69,16 @@ bool Plan::Stands(const Catalog& catalog) {
   return true;
 }
 
-Plan& PlanCache::Find(Engine& engine, const Frame& frame, const Compile& compile) {
+Plan* PlanCache::FindGood(Engine& engine, const Frame& frame) {
   for (size_t i = plans_.size(); i-- > 0;) {
     if (!plans_[i]->IsFor(frame.literals)) continue;
-    if (plans_[i]->Stands(engine.catalog())) return *plans_[i];
+    if (plans_[i]->Stands(engine.catalog())) return plans_[i].get();
     plans_.erase(plans_.begin() + static_cast<ptrdiff_t>(i));
   }
-  auto plan = std::make_unique<Plan>();
-  plan->literals.assign(frame.literals.begin(), frame.literals.end());
-  compile(*plan);
+  return nullptr;
+}
+
+Plan& PlanCache::Add(Engine& engine, std::unique_ptr<Plan> plan) {
   engine.CountCompiled();
   plan->epoch = engine.catalog().epoch();
   if (plans_.size() >= kMostPlans) plans_.erase(plans_.begin());

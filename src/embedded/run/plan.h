@@ -4,7 +4,6 @@
 // tree depends on) and as long as every name in it stands for what it stood for.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -47,13 +46,21 @@ struct Plan {
 // The plans of one statement of a program.
 class PlanCache {
  public:
-  using Compile = std::function<void(Plan&)>;
-
-  // The plan for the frame's literals, compiled when there is none that is good.
+  // The plan for the frame's literals, made by compile(Plan&) when there is none that is good.
   // Errors: those of the binder.
-  Plan& Find(Engine& engine, const Frame& frame, const Compile& compile);
+  template <class Compile>
+  Plan& Find(Engine& engine, const Frame& frame, const Compile& compile) {
+    if (Plan* good = FindGood(engine, frame)) return *good;
+    auto plan = std::make_unique<Plan>();
+    plan->literals.assign(frame.literals.begin(), frame.literals.end());
+    compile(*plan);
+    return Add(engine, std::move(plan));
+  }
 
  private:
+  Plan* FindGood(Engine& engine, const Frame& frame);
+  Plan& Add(Engine& engine, std::unique_ptr<Plan> plan);
+
   std::vector<std::unique_ptr<Plan>> plans_;
 };
 

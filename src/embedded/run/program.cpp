@@ -148,8 +148,9 @@ InstructionPtr ProgramBuilder::MakeDeclaration(const DeclareStatement& statement
   return MakeDeclare(statement, Now());
 }
 
-std::shared_ptr<Program> Program::FromBatch(std::shared_ptr<const Batch> batch) {
+std::shared_ptr<Program> Program::FromBatch(std::shared_ptr<const Batch> batch, bool exchangeable) {
   auto program = std::make_shared<Program>();
+  program->exchangeable_ = exchangeable;
   ProgramBuilder builder(program, /*procedure=*/false);
   program->body_ = builder.BuildAll(batch->statements);
   program->source_ = std::move(batch);

@@ -37,14 +37,18 @@ using InstructionPtr = std::unique_ptr<Instruction>;
 
 class Program {
  public:
-  // A batch. Errors: 134 variable declared twice, 137, 135, 136; those of types.
-  static std::shared_ptr<Program> FromBatch(std::shared_ptr<const Batch> batch);
+  // A batch. `exchangeable`: the values of its literals come with each run. Errors: 134 variable
+  // declared twice, 137, 135, 136; those of types.
+  static std::shared_ptr<Program> FromBatch(std::shared_ptr<const Batch> batch,
+                                            bool exchangeable = false);
   // A procedure's body; its parameters are the first variables.
   static std::shared_ptr<Program> FromProcedure(const Procedure& procedure);
 
   const std::vector<VariableInfo>& variables() const { return variables_; }
   const std::vector<TablePtr>& table_variables() const { return table_variables_; }
   const std::vector<InstructionPtr>& body() const { return body_; }
+
+  bool exchangeable() const { return exchangeable_; }
 
   bool prepared = false;  // Prepare was called for all of the body
 
@@ -54,6 +58,7 @@ class Program {
   std::vector<VariableInfo> variables_;
   std::vector<TablePtr> table_variables_;
   std::vector<InstructionPtr> body_;
+  bool exchangeable_ = false;
 };
 
 }  // namespace tavcc::sql

@@ -157,7 +157,7 @@ Rows ReadRows(Engine& engine, Plan& plan, Frame& frame) {
   PlanRun run(engine, plan, frame);
   const int columns = static_cast<int>(plan.shape->types.size());
   while (run.Step()) {
-    ++rows.count;
+    if (rows.count++ == 0) rows.cells.reserve(static_cast<size_t>(columns));
     for (int i = 0; i < columns; ++i) rows.cells.push_back(run.Column(i));
   }
   return rows;
