@@ -39,5 +39,6 @@ std::unique_ptr<Command> MakeCall();
 std::unique_ptr<Command> MakeRun();
 std::unique_ptr<Command> MakeSql();
 std::unique_ptr<Command> MakeClasses();
+std::unique_ptr<Command> MakeCheck();
 
 }  // namespace tavcc

@@ -1,5 +1,5 @@
-// tavcc demo: a company's assembly bills are audited, un-audited and deleted; each outcome is shown
-// with its message and the bill's row before and after.
+// tavcc demo: a company's bills of every kind are audited and un-audited in batches; then its
+// assembly bills one by one, each outcome with its message and the bill's row before and after.
 #include <fmt/core.h>
 
 #include <cstdio>
@@ -14,6 +14,7 @@
 #include "tavcc/answer.h"
 #include "tavcc/command.h"
 #include "tavcc/database.h"
+#include "tavcc/demo_batch.h"
 #include "tavcc/output.h"
 #include "tavcc/table.h"
 
@@ -106,6 +107,8 @@ class Story {
 };
 
 void Story::Tell() {
+  if (!options_.json) fmt::print("An ERP database was made from T-SQL files.\n\n");
+  TellBatchAudit(erp_, options_, record_);
   if (!options_.json) ShowCompany();
   for (const Scene& scene : kScenes) Play(scene);
   if (options_.json) fmt::print("{}\n", record_.dump(2));
@@ -113,7 +116,7 @@ void Story::Tell() {
 
 void Story::ShowCompany() {
   fmt::print(
-      "An ERP database was made from T-SQL files. It holds these assembly bills:\n\n{}\n"
+      "The assembly bills, one by one:\n\n{}\n"
       "FStatus of a bill: 0 not audited, 1 audited, 2 used by another bill.\n\n",
       RowsText(*erp_.connection()->Execute(kBillsQuery), "    "));
 }

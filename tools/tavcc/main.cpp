@@ -26,6 +26,7 @@ constexpr Entry kCommands[] = {
     {"call", "Call one method of one class", MakeCall},
     {"run", "Run scenario files", MakeRun},
     {"sql", "Run a batch and print its rows", MakeSql},
+    {"check", "Compare the stock on hand with the audited bills", MakeCheck},
     {"classes", "Print the method table", MakeClasses},
 };
 

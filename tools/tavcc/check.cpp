@@ -1,0 +1,74 @@
+// tavcc check: does the stock on hand equal the opening stock and the audited bills' lines? Names
+// what differs.
+#include <fmt/core.h>
+
+#include "host/ledger_check.h"
+#include "tavcc/command.h"
+#include "tavcc/database.h"
+#include "tavcc/output.h"
+#include "tavcc/table.h"
+
+namespace tavcc {
+namespace {
+
+std::string Number(const Decimal& number) {
+  return number.Normalized().ToText();
+}
+
+void PrintTable(const std::vector<LedgerDifference>& differences) {
+  Table table({"item", "name", "stock", "batch", "aux", "quantity should be", "is",
+               "value should be", "is"});
+  for (const LedgerDifference& d : differences) {
+    table.Add({d.item_number.empty() ? std::to_string(d.item_id) : d.item_number, d.item_name,
+               d.stock_name.empty() ? std::to_string(d.stock_id) : d.stock_name, d.batch,
+               std::to_string(d.aux_prop_id), Number(d.expected_quantity),
+               Number(d.actual_quantity), Number(d.expected_value), Number(d.actual_value)});
+  }
+  fmt::print("{}", table.ToText());
+}
+
+// Quantities and values are texts, so that no reader rounds them.
+void PrintJson(const std::vector<LedgerDifference>& differences) {
+  Json list = Json::array();
+  for (const LedgerDifference& d : differences) {
+    list.push_back({{"item", d.item_id},
+                    {"item_number", d.item_number},
+                    {"item_name", d.item_name},
+                    {"stock", d.stock_id},
+                    {"stock_name", d.stock_name},
+                    {"batch", d.batch},
+                    {"aux_prop", d.aux_prop_id},
+                    {"expected_quantity", Number(d.expected_quantity)},
+                    {"actual_quantity", Number(d.actual_quantity)},
+                    {"expected_value", Number(d.expected_value)},
+                    {"actual_value", Number(d.actual_value)}});
+  }
+  fmt::print("{}\n", Show(Json{{"differences", std::move(list)}}));
+}
+
+class CheckCommand final : public Command {
+ public:
+  void Describe(CLI::App&) override {}
+
+  Exit Run(const CommonOptions& options) override {
+    const auto erp = OpenDatabase(options);
+    if (options.trace) erp->log().SetObserver(TraceStatement);
+    const auto differences = CheckLedger(*erp->connection());
+    if (options.json) {
+      PrintJson(differences);
+    } else if (differences.empty()) {
+      fmt::print("The stock on hand is the opening stock and the audited bills' lines.\n");
+    } else {
+      PrintTable(differences);
+    }
+    return differences.empty() ? Exit::kPassed : Exit::kRefused;
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeCheck() {
+  return std::make_unique<CheckCommand>();
+}
+
+}  // namespace tavcc
