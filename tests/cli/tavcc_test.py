@@ -343,6 +343,38 @@ class Demo(unittest.TestCase):
         self.assertEqual(tavcc("demo").stdout, tavcc("demo").stdout)
 
 
+    def test_a_batch_is_audited_and_taken_back(self):
+        batch = json.loads(tavcc("demo", "--json").stdout)[0]
+        self.assertEqual((batch["audit"]["SuccessCount"], batch["audit"]["FailCount"]), (22, 10))
+        self.assertEqual((batch["un_audit"]["SuccessCount"], batch["un_audit"]["FailCount"]),
+                         (22, 0))
+        self.assertEqual(batch["audit"]["BillInfo"].count("|"), 32)
+        self.assertNotEqual(batch["stock_before"], batch["stock_after"])
+
+
+class Check(Case):
+    def test_the_sample_company_holds(self):
+        answer = tavcc("check", "--db", self.db)
+        self.assertEqual(answer.returncode, PASSED, answer.stderr)
+        self.assertEqual(json.loads(tavcc("check", "--db", self.db, "--json").stdout),
+                         {"differences": []})
+
+    def test_names_what_differs(self):
+        changed = tavcc("sql", "--db", self.db,
+                        "update T_CC_Inventory set FQty=FQty+0.5,FBal=FBal-2 where FItemID=1007")
+        self.assertEqual(changed.returncode, PASSED, changed.stderr)
+        answer = tavcc("check", "--db", self.db)
+        self.assertEqual(answer.returncode, REFUSED)
+        for word in ("02.002", "电助力车", "主仓库", "6.5", "12600", "12598"):
+            self.assertIn(word, answer.stdout)
+        [difference] = json.loads(tavcc("check", "--db", self.db, "--json").stdout)["differences"]
+        self.assertEqual((difference["expected_quantity"], difference["actual_quantity"]),
+                         ("6", "6.5"))
+
+    def test_without_a_database(self):
+        self.assertEqual(tavcc("check").returncode, FAILED)
+
+
 class Kills(Case):
     """A process that is killed in the middle of a batch leaves whole transactions only."""
 
