@@ -115,7 +115,8 @@ TablePtr Catalog::TakeTemporary(const TablePtr& definition) {
   return table;
 }
 
-void Catalog::DropTemporary(const TablePtr& table) {
+// By value: the caller's reference may be the entry that goes.
+void Catalog::DropTemporary(TablePtr table) {
   const std::string folded = FoldName(table->name);
   for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope) {
     const auto found = scope->tables.find(folded);
