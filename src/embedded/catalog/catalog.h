@@ -123,7 +123,7 @@ class Catalog {
   void RaiseIfTaken(const std::string& name) const;
   TablePtr TakeTemporary(const TablePtr& definition);
   TablePtr FromPool(const TablePtr& definition);
-  void DropTemporary(TablePtr table);
+  void DropTemporary(const TablePtr& table);
   void ReplaceTemporary(const TablePtr& table, const TablePtr& changed);
   void ToPool(const TablePtr& table);
   void ForgetPooled(const TablePtr& table);

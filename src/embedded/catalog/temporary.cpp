@@ -115,16 +115,16 @@ TablePtr Catalog::TakeTemporary(const TablePtr& definition) {
   return table;
 }
 
-// By value: the caller's reference may be the entry that goes.
-void Catalog::DropTemporary(TablePtr table) {
+void Catalog::DropTemporary(const TablePtr& table) {
   const std::string folded = FoldName(table->name);
   for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope) {
     const auto found = scope->tables.find(folded);
     if (found == scope->tables.end()) continue;
-    Empty(*table);
+    const TablePtr dropped = std::move(found->second);  // `table` may refer to the entry that goes
+    Empty(*dropped);
     scope->tables.erase(found);
-    undo_.push_back(Undo{Undo::Kind::kDropped, folded, nullptr, table, scope->id});
-    ToPool(table);
+    undo_.push_back(Undo{Undo::Kind::kDropped, folded, nullptr, dropped, scope->id});
+    ToPool(dropped);
     ++epoch_;
     return;
   }
