@@ -126,7 +126,12 @@ bool NeverFails(const SqlType& from, const SqlType& to, ConvertMode mode) {
     const SqlType decimal = AsDecimal(to);
     return decimal.precision - decimal.scale >= AsDecimal(from).precision;
   }
-  return IsInteger(from.kind) && IsApproximate(to.kind);
+  if (IsScaled(from.kind) && IsScaled(to.kind)) {
+    // Rounding can carry into one more digit.
+    const SqlType a = AsDecimal(from), b = AsDecimal(to);
+    return b.precision - b.scale >= a.precision - a.scale + (b.scale < a.scale ? 1 : 0);
+  }
+  return (IsInteger(from.kind) || IsScaled(from.kind)) && IsApproximate(to.kind);
 }
 
 std::string Emitter::Expression(const BoundExpression& expression, bool certain) {

@@ -60,8 +60,8 @@ void Engine::Clear() {
 
 void Engine::Start() {
   errors_.clear();
+  if (has_result_) result_ = Rows{};
   has_result_ = false;
-  result_ = Rows{};
   spent_ = 0;
   if (transaction_count_ > 0) return;
   catalog_.Forget();

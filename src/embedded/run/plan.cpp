@@ -38,8 +38,36 @@ bool SameLiteral(const TypedValue& known, const TypedValue& current, LiteralUse 
   Raise(2628, parameter.table, parameter.column, cut);
 }
 
+constexpr int64_t kPowersOfTen[] = {1,
+                                    10,
+                                    100,
+                                    1'000,
+                                    10'000,
+                                    100'000,
+                                    1'000'000,
+                                    10'000'000,
+                                    100'000'000,
+                                    1'000'000'000,
+                                    10'000'000'000,
+                                    100'000'000'000,
+                                    1'000'000'000'000};
+
+// The short way of most numbers: a coefficient that takes on zeros and stays within 64 bits.
+bool Rescale(const StoredValue& value, const SqlType& from, const SqlType& to, StoredValue& out) {
+  if (value.kind() != StoredValue::Kind::kInteger || to.kind != TypeKind::kDecimal) return false;
+  if (!IsInteger(from.kind) && !IsScaled(from.kind)) return false;
+  const int up = to.scale - StoredScale(from);
+  if (up < 0 || up >= static_cast<int>(std::size(kPowersOfTen)) || to.precision < 19) return false;
+  int64_t result = 0;
+  if (__builtin_mul_overflow(value.integer(), kPowersOfTen[up], &result)) return false;
+  out = StoredValue(result);
+  return true;
+}
+
 StoredValue ConvertParameter(const Parameter& parameter, const StoredValue& value,
                              const SqlType& from) {
+  StoredValue rescaled;
+  if (Rescale(value, from, parameter.to, rescaled)) return rescaled;
   try {
     return ConvertStored(value, from, parameter.to, parameter.mode);
   } catch (const SqlError& error) {
