@@ -63,7 +63,8 @@ void PrintNamed(std::string_view name, const Value& value) {
     }
     return;
   }
-  fmt::print("  {}  {}\n", Padded(name, kNameWidth), ValueText(value));
+  const std::string text = ValueText(value);
+  fmt::print("  {}\n", text.empty() ? std::string(name) : Padded(name, kNameWidth) + "  " + text);
 }
 
 void PrintAnswer(const MethodName& name, const Answer& answer) {

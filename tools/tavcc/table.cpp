@@ -57,8 +57,10 @@ uint32_t NextCodePoint(std::string_view text, size_t& at) {
   return code;
 }
 
+// "01.001" is an item's number, not a quantity.
 bool IsNumber(const std::string& cell) {
-  return !cell.empty() && cell.find_first_not_of("+-.0123456789") == std::string::npos &&
+  const bool code = cell.size() > 1 && cell[0] == '0' && cell[1] != '.';
+  return !code && !cell.empty() && cell.find_first_not_of("+-.0123456789") == std::string::npos &&
          cell.find_first_of("0123456789") != std::string::npos;
 }
 
