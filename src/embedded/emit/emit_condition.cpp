@@ -1,4 +1,7 @@
 // Conditions as SQLite's text.
+#include <algorithm>
+#include <vector>
+
 #include "embedded/emit/emitter_impl.h"
 #include "embedded/functions/functions.h"
 
@@ -16,6 +19,34 @@ bool IsNative(const BoundComparison& comparison) {
   const bool equality =
       comparison.op == ComparisonOperator::kEqual || comparison.op == ComparisonOperator::kNotEqual;
   return equality || (AlwaysStoredAsInteger(left) && AlwaysStoredAsInteger(right));
+}
+
+const BoundColumn* AsColumn(const BoundExpression& expression) {
+  return expression.kind == BoundExpression::Kind::kColumn
+             ? &static_cast<const BoundColumn&>(expression)
+             : nullptr;
+}
+
+bool AreSame(const BoundExpression& a, const BoundExpression& b) {
+  const BoundColumn* left = AsColumn(a);
+  const BoundColumn* right = AsColumn(b);
+  return left && right && left->source == right->source && left->column == right->column;
+}
+
+// Whether both say the same "column = column".
+bool AreSameJoin(const BoundCondition& a, const BoundCondition& b) {
+  if (a.kind != BoundCondition::Kind::kComparison || b.kind != a.kind) return false;
+  const auto& left = static_cast<const BoundComparison&>(a);
+  const auto& right = static_cast<const BoundComparison&>(b);
+  return left.op == ComparisonOperator::kEqual && right.op == left.op &&
+         AreSame(*left.left, *right.left) && AreSame(*left.right, *right.right);
+}
+
+using Conjuncts = std::vector<const BoundCondition*>;
+
+bool Holds(const Conjuncts& conjuncts, const BoundCondition& join) {
+  return std::ranges::any_of(
+      conjuncts, [&](const BoundCondition* conjunct) { return AreSameJoin(*conjunct, join); });
 }
 
 }  // namespace
@@ -43,20 +74,52 @@ std::string Emitter::Comparison(const BoundComparison& comparison) {
          ',' + std::to_string(shape) + ')' + std::string(op) + "0)";
 }
 
+// (a.x = b.x AND p) OR (a.x = b.x AND q) is a.x = b.x AND (p OR q), also where nulls are met.
+// SQLite finds the index of a join only in the second form.
+std::string Emitter::Disjunction(const BoundLogical& disjunction) {
+  std::vector<Conjuncts> operands;
+  for (const auto& operand : disjunction.operands) {
+    Conjuncts& conjuncts = operands.emplace_back();
+    ForEachConjunct(operand.get(),
+                    [&](const BoundCondition& conjunct) { conjuncts.push_back(&conjunct); });
+  }
+  Conjuncts joins;
+  for (const BoundCondition* conjunct : operands.front()) {
+    if (AreSameJoin(*conjunct, *conjunct) &&
+        std::ranges::all_of(operands, [&](const auto& other) { return Holds(other, *conjunct); })) {
+      joins.push_back(conjunct);
+    }
+  }
+  std::string out = "(";
+  for (const BoundCondition* join : joins) out += Condition(*join) + " AND ";
+  if (!joins.empty()) out += '(';
+  for (const Conjuncts& conjuncts : operands) {
+    if (&conjuncts != &operands.front()) out += " OR ";
+    std::string rest;
+    for (const BoundCondition* conjunct : conjuncts) {
+      if (Holds(joins, *conjunct)) continue;
+      if (!rest.empty()) rest += " AND ";
+      rest += Condition(*conjunct);
+    }
+    out += rest.empty() ? "1" : '(' + rest + ')';
+  }
+  return out + (joins.empty() ? ")" : "))");
+}
+
 std::string Emitter::Condition(const BoundCondition& condition) {
   switch (condition.kind) {
     case BoundCondition::Kind::kComparison:
       return Comparison(static_cast<const BoundComparison&>(condition));
-    case BoundCondition::Kind::kAnd:
-    case BoundCondition::Kind::kOr: {
-      const bool all = condition.kind == BoundCondition::Kind::kAnd;
+    case BoundCondition::Kind::kAnd: {
       std::string out = "(";
       for (const auto& operand : static_cast<const BoundLogical&>(condition).operands) {
-        if (out.size() > 1) out += all ? " AND " : " OR ";
+        if (out.size() > 1) out += " AND ";
         out += Condition(*operand);
       }
       return out + ')';
     }
+    case BoundCondition::Kind::kOr:
+      return Disjunction(static_cast<const BoundLogical&>(condition));
     case BoundCondition::Kind::kNot:
       return "(NOT " + Condition(*static_cast<const BoundNot&>(condition).operand) + ')';
     case BoundCondition::Kind::kIsNull: {

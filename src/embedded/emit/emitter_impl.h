@@ -58,6 +58,7 @@ class Emitter {
   std::string DataLength(const BoundCall& call);
   std::string Case(const BoundCase& expression);
   std::string Aggregated(const BoundAggregate& aggregate);
+  std::string Disjunction(const BoundLogical& disjunction);
   std::string Comparison(const BoundComparison& comparison);
 
   std::string Select(const BoundSelect& select, bool names, bool distinct_rows);
