@@ -32,8 +32,8 @@ constexpr Entry kEntries[] = {
     {"VARCHAR", Keyword::kTypeName},
 };
 
-constexpr size_t kShortest = 2, kLongest = 30;
-constexpr size_t kSlots = 1024;  // a power of two, several times the number of words
+constexpr size_t kShortest = 2, kLongest = 30;  // less than 32: see kLengths
+constexpr size_t kSlots = 1024;                 // a power of two, several times the number of words
 
 constexpr unsigned Upper(char c) {
   const auto byte = static_cast<unsigned char>(c);
@@ -46,6 +46,18 @@ constexpr size_t Hash(std::string_view word) {
   const unsigned second = Upper(word[1]), middle = Upper(word[word.size() / 2]);
   return (word.size() * 131 + first * 31 + second * 17 + middle * 7 + last * 57) & (kSlots - 1);
 }
+
+// For each pair of first letters, the lengths of the keywords that begin so. Most names of columns
+// and tables are told from all keywords by it alone.
+constexpr size_t Pair(std::string_view word) {
+  return (word[0] & 31u) << 5 | (word[1] & 31u);
+}
+
+constexpr auto kLengths = [] {
+  std::array<uint32_t, 1024> lengths{};
+  for (const Entry& entry : kEntries) lengths[Pair(entry.word)] |= 1u << entry.word.size();
+  return lengths;
+}();
 
 constexpr auto kTable = [] {
   std::array<uint8_t, kSlots> table{};  // 1 + index of the entry, 0 for none
@@ -69,6 +81,7 @@ bool SameWord(std::string_view word, std::string_view upper) {
 
 Keyword LookUpKeyword(std::string_view word) {
   if (word.size() < kShortest || word.size() > kLongest) return Keyword::kNone;
+  if ((kLengths[Pair(word)] >> word.size() & 1) == 0) return Keyword::kNone;
   for (size_t at = Hash(word); kTable[at] != 0; at = (at + 1) & (kSlots - 1)) {
     const Entry& entry = kEntries[kTable[at] - 1u];
     if (SameWord(word, entry.word)) return entry.keyword;

@@ -54,6 +54,12 @@ int CountLines(std::string_view text) {
   return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
 }
 
+[[noreturn]] void RaiseBrokenText(int line) {
+  SqlError error = MakeError(kNotSupported, {"text that is not UTF-8"});
+  error.line = line;
+  throw error;
+}
+
 void CheckEncoding(std::string_view text) {
   for (size_t at = 0; at < text.size();) {
     if (static_cast<unsigned char>(text[at]) < 0x80) {
@@ -61,9 +67,7 @@ void CheckEncoding(std::string_view text) {
       continue;
     }
     const CodePoint point = Decode(text.substr(at));
-    if (point.bytes == 0)
-      throw SqlError{50001, 15, 1, 1 + CountLines(text.substr(0, at)),
-                     "Not supported by the embedded database: text that is not UTF-8."};
+    if (point.bytes == 0) RaiseBrokenText(1 + CountLines(text.substr(0, at)));
     at += point.bytes;
   }
 }
@@ -80,6 +84,10 @@ namespace scanning {
 size_t WideLetter(std::string_view text) {
   const CodePoint point = Decode(text);
   return point.bytes > 0 && IsLetter(point.value) ? point.bytes : 0;
+}
+
+size_t CharacterBytes(std::string_view text) {
+  return Decode(text).bytes;
 }
 
 }  // namespace scanning

@@ -1,5 +1,4 @@
 // INSERT, UPDATE, DELETE and TRUNCATE.
-#include "embedded/error.h"
 #include "embedded/syntax/parser_impl.h"
 
 namespace tavcc::sql {
@@ -73,11 +72,7 @@ void Parser::ParseRows(InsertStatement& insert) {
     while (AcceptSymbol(","));
     ExpectSymbol(")");
     insert.rows.push_back(std::move(row));
-    if (insert.rows.size() > kMaxRows)
-      Fail(
-          10738,
-          "The number of row value expressions in the INSERT statement exceeds the maximum allowed "
-          "number of 1000 row values.");
+    if (insert.rows.size() > kMaxRows) Fail(10738, {});
   } while (AcceptSymbol(","));
 }
 

@@ -1,5 +1,4 @@
 // Conditions: comparisons, the predicates, and AND, OR and NOT.
-#include "embedded/error.h"
 #include "embedded/syntax/parser_impl.h"
 
 namespace tavcc::sql {
@@ -14,10 +13,7 @@ ConditionPtr Parser::ToCondition(Parsed parsed) {
   if (parsed.condition) return std::move(parsed.condition);
   const Token near = Peek().kind == TokenKind::kEnd ? last_ : Token(Peek());
   if (near.kind >= TokenKind::kUnclosedQuote) Unexpected();
-  Fail(4145,
-       "An expression of non-boolean type specified in a context where a condition is expected, "
-       "near '" +
-           std::string(Inside(near).substr(0, 1000)) + "'.");
+  Fail(4145, {Shown(Inside(near))});
 }
 
 Parser::Parsed Parser::ParseConditionOrValue() {

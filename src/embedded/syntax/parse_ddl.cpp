@@ -1,14 +1,12 @@
 // CREATE, ALTER TABLE … ADD and DROP.
 #include <charconv>
 
-#include "embedded/error.h"
 #include "embedded/syntax/parser_impl.h"
 
 namespace tavcc::sql {
 
 void Parser::RequireFirstInBatch(std::string_view what) {
-  if (!first_statement_)
-    Fail(111, "'" + std::string(what) + "' must be the first statement in a query batch.");
+  if (!first_statement_) Fail(111, {what});
 }
 
 StatementPtr Parser::ParseCreate() {
@@ -372,9 +370,7 @@ void Parser::ParseTypeArguments(TypeName& type) {
     int value = 0;
     const char* const end = token.text.data() + token.text.size();
     const bool fits = std::from_chars(token.text.data(), end, value).ec == std::errc();
-    if (!fits || value > 0x7FFF)
-      Fail(1001, "Length or precision specification " + std::string(token.text.substr(0, 40)) +
-                     " is invalid.");
+    if (!fits || value > 0x7FFF) Fail(1001, {Line(), token.text.substr(0, 40)});
     type.arguments.push_back(value);
   } while (AcceptSymbol(","));
   ExpectSymbol(")");

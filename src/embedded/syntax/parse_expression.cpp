@@ -2,7 +2,6 @@
 //
 // The signs rank with addition, below multiplication, as the server's table of operator precedence
 // has it: -a * b is -(a * b), and a / -b * c is a / -(b * c).
-#include "embedded/error.h"
 #include "embedded/syntax/parser_impl.h"
 
 namespace tavcc::sql {
@@ -113,6 +112,7 @@ Parser::Parsed Parser::ParseProduct() {
   Chain chain(*this);
   Parsed left = ParseFactor();
   if (left.condition) return left;
+  if (At(Keyword::kCOLLATE)) Unsupported("COLLATE");
   while (Peek().kind == TokenKind::kSymbol) {
     const auto op = ProductOperator(Peek().text);
     if (!op) break;
@@ -214,9 +214,7 @@ ExpressionPtr Parser::ParseLiteral() {
       literal->text = Unquote(token);
       return literal;
   }
-  if (CountedDigits(token.text) > kMaxPrecision)
-    Fail(1007, "The number '" + std::string(token.text.substr(0, 1000)) +
-                   "' is out of the range for numeric representation (maximum precision 38).");
+  if (CountedDigits(token.text) > kMaxPrecision) Fail(1007, {"number", Shown(token.text)});
   return literal;
 }
 
@@ -313,7 +311,7 @@ void Parser::ParseArguments(FunctionExpression& call) {
   }
   if (TakesDatePart(call.name)) {
     if (Peek().kind != TokenKind::kWord || IsReserved(Peek().keyword))
-      Fail(1023, "Invalid parameter 1 specified for " + Lower(call.name.last()) + ".");
+      Fail(1023, {1, Lower(call.name.last())});
     call.date_part = std::string(Take().text);
     if (!AcceptSymbol(",")) return;
   } else if (Accept(Keyword::kDISTINCT)) {

@@ -1,5 +1,4 @@
 // Variables, SET, cursors and calls of procedures.
-#include "embedded/error.h"
 #include "embedded/syntax/parser_impl.h"
 
 namespace tavcc::sql {
@@ -137,7 +136,7 @@ StatementPtr Parser::ParseSetOption(int line) {
     return set;
   } else {
     if (IsReserved(option.keyword)) UnexpectedAt(option);
-    Fail(195, "'" + std::string(option.text) + "' is not a recognized SET option.");
+    Fail(195, {option.text, "SET option"});
   }
   set->value = TextBetween(begin, last_.end);
   return set;

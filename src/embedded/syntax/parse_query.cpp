@@ -1,5 +1,4 @@
 // Queries: SELECT blocks and how they are set together.
-#include "embedded/error.h"
 #include "embedded/syntax/parser_impl.h"
 
 namespace tavcc::sql {

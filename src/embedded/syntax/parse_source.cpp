@@ -1,5 +1,4 @@
 // What a query reads from: tables, derived tables and joins.
-#include "embedded/error.h"
 #include "embedded/syntax/parser_impl.h"
 
 namespace tavcc::sql {

@@ -1,5 +1,4 @@
 // Statements: how they follow one another, and those that steer.
-#include "embedded/error.h"
 #include "embedded/syntax/parser_impl.h"
 
 namespace tavcc::sql {

@@ -4,16 +4,14 @@
 #include <algorithm>
 #include <utility>
 
-#include "embedded/error.h"
 #include "embedded/syntax/parser_impl.h"
 
 namespace tavcc::sql {
 namespace {
 
-constexpr int kSeverity = 15;
 constexpr size_t kMaxNameLength = 128;
 constexpr size_t kMaxNameParts = 4;
-constexpr size_t kMaxShown = 1000;  // bytes of the batch's own text in an error text
+constexpr size_t kMaxShown = 1000;  // characters of the batch's own text in an error text
 
 size_t CharacterCount(std::string_view text) {
   return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
@@ -28,10 +26,6 @@ std::string_view FirstCharacters(std::string_view text, size_t count) {
       ++at;
     while (at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80);
   return text.substr(0, at);
-}
-
-std::string Shown(std::string_view text) {
-  return std::string(FirstCharacters(text, kMaxShown));
 }
 
 bool SameWord(std::string_view word, std::string_view upper) {
@@ -56,10 +50,7 @@ Batch Parser::Run() {
 // ---- Depth ----
 
 void Parser::TooDeep() {
-  Fail(
-      191,
-      "Some part of your SQL statement is nested too deeply. Rewrite the query or break it up into "
-      "smaller queries.");
+  Fail(191, {});
 }
 
 Parser::Nest::Nest(Parser& parser) : parser_(parser), height_of_siblings_(parser.height_) {
@@ -153,15 +144,9 @@ std::string Parser::TextBetween(size_t begin, size_t end) const {
 std::string Parser::TakeName() {
   if (!AtName()) Unexpected();
   std::string name = Unquote(Take());
-  if (name.empty())
-    Fail(1038,
-         "An object or column name is missing or empty. For SELECT INTO statements, verify each "
-         "column has a name. For other statements, look for empty alias names. Aliases defined as "
-         "\"\" or [] are not allowed. Change the alias to a valid name.");
+  if (name.empty()) Fail(1038, {});
   if (name.size() > kMaxNameLength && CharacterCount(name) > kMaxNameLength)
-    Fail(103, "The identifier that starts with '" +
-                  std::string(FirstCharacters(name, kMaxNameLength)) +
-                  "' is too long. Maximum length is 128.");
+    Fail(103, {"identifier", FirstCharacters(name, kMaxNameLength), int{kMaxNameLength}});
   return name;
 }
 
@@ -174,6 +159,7 @@ std::string Parser::TakeVariable() {
 // A part may be left out between two points: tempdb..#T.
 ObjectName Parser::TakeObjectName() {
   ObjectName name;
+  const size_t begin = Begin();
   name.parts.push_back(TakeName());
   while (AtSymbol(".") && !AtSymbol("*", 1)) {
     Take();
@@ -181,10 +167,9 @@ ObjectName Parser::TakeObjectName() {
       name.parts.emplace_back();
     else
       name.parts.push_back(TakeName());
-    if (name.parts.size() > kMaxNameParts)
-      Fail(117, "The object name '" + Shown(name.parts.front()) +
-                    "' contains more than the maximum number of prefixes. The maximum is 3.");
   }
+  if (name.parts.size() > kMaxNameParts)
+    Fail(117, {"object", Shown(TextBetween(begin, last_.end)), int{kMaxNameParts - 1}});
   return name;
 }
 
@@ -223,8 +208,18 @@ void Parser::PinAll(const Expression* expression) {
 
 // ---- Errors ----
 
-void Parser::Fail(int number, std::string message) {
-  throw SqlError{number, kSeverity, 1, Line(), std::move(message)};
+std::string Parser::Shown(std::string_view text) {
+  return std::string(FirstCharacters(text, kMaxShown));
+}
+
+void Parser::Fail(int number, std::initializer_list<ErrorArgument> arguments) {
+  FailAt(Line(), number, arguments);
+}
+
+void Parser::FailAt(int line, int number, std::initializer_list<ErrorArgument> arguments) {
+  SqlError error = MakeError(number, arguments);
+  error.line = line;
+  throw error;
 }
 
 void Parser::Unexpected() {
@@ -233,35 +228,24 @@ void Parser::Unexpected() {
 
 // The server names the token that it cannot use; at the end of the text, the last one there was.
 void Parser::UnexpectedAt(const Token& token) {
-  const auto fail = [&](int number, const std::string& message) {
-    throw SqlError{number, kSeverity, 1, token.line, message};
-  };
   switch (token.kind) {
     case TokenKind::kUnclosedQuote: {
       const size_t mark = token.text.find_first_of("'\"[");
-      fail(105, "Unclosed quotation mark after the character string '" +
-                    Shown(token.text.substr(mark + 1)) + "'.");
-      break;
+      FailAt(token.line, 105, {Shown(token.text.substr(mark + 1))});
     }
     case TokenKind::kUnclosedComment:
-      fail(113, "Missing end comment mark '*/'.");
-      break;
+      FailAt(token.line, 113, {});
     case TokenKind::kMoney:
       Unsupported("money constants");
     case TokenKind::kEnd:
-      throw SqlError{102, kSeverity, 1, last_.line,
-                     "Incorrect syntax near '" + Shown(Inside(last_)) + "'."};
+      FailAt(last_.line, 102, {Shown(Inside(last_))});
     default:
-      break;
+      FailAt(token.line, IsReserved(token.keyword) ? 156 : 102, {Shown(Inside(token))});
   }
-  if (IsReserved(token.keyword))
-    fail(156, "Incorrect syntax near the keyword '" + std::string(token.text) + "'.");
-  fail(102, "Incorrect syntax near '" + Shown(Inside(token)) + "'.");
-  std::terminate();  // fail never returns
 }
 
 void Parser::Unsupported(std::string_view construct) {
-  Fail(50001, "Not supported by the embedded database: " + std::string(construct) + ".");
+  Fail(kNotSupported, {construct});
 }
 
 }  // namespace tavcc::sql

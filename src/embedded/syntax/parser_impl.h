@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "embedded/error.h"
 #include "embedded/syntax/ast.h"
 #include "embedded/syntax/lexer.h"
 
@@ -90,7 +91,11 @@ class Parser {
   [[noreturn]] void UnexpectedAt(const Token& token);
   [[noreturn]] void TooDeep();
   [[noreturn]] void Unsupported(std::string_view construct);
-  [[noreturn]] void Fail(int number, std::string message);
+  // An error of the table in error.cpp, on the line of the current token.
+  [[noreturn]] void Fail(int number, std::initializer_list<ErrorArgument> arguments);
+  [[noreturn]] void FailAt(int line, int number, std::initializer_list<ErrorArgument> arguments);
+  // As much of the batch's own text as an error text repeats.
+  static std::string Shown(std::string_view text);
 
   // ---- Statements (parse_statement.cpp) ----
   std::vector<StatementPtr> ParseStatementsToEnd();

@@ -36,7 +36,14 @@ struct RawToken {
 
 namespace scanning {
 
-enum : uint8_t { kBlank = 1, kWordStart = 2, kWordPart = 4, kDigit = 8, kHexDigit = 16 };
+enum : uint8_t {
+  kBlank = 1,
+  kWordStart = 2,
+  kWordPart = 4,
+  kDigit = 8,
+  kHexDigit = 16,
+  kMark = 32,  // a symbol of its own, whatever follows it
+};
 
 inline constexpr std::array<uint8_t, 256> kClasses = [] {
   std::array<uint8_t, 256> classes{};
@@ -49,6 +56,7 @@ inline constexpr std::array<uint8_t, 256> kClasses = [] {
   }
   for (unsigned char c : {'_', '#'}) classes[c] = kWordStart | kWordPart;
   for (unsigned char c : {'@', '$'}) classes[c] = kWordPart;
+  for (unsigned char c : {'(', ')', ',', ';', '=', '<', '>', '!', '~'}) classes[c] = kMark;
   return classes;
 }();
 
@@ -57,8 +65,11 @@ inline uint8_t ClassOf(char c) {
 }
 
 // The number of bytes of the letter beyond ASCII that begins at `text`, 0 when what begins there is
-// no letter (a full-width blank or comma, a symbol, a broken sequence). Defined in lexer.cpp.
+// no letter (a full-width blank or comma, a symbol, a broken sequence). These are in lexer.cpp.
 size_t WideLetter(std::string_view text);
+
+// The number of bytes of the character beyond ASCII that begins at `text`, 0 when it is broken.
+size_t CharacterBytes(std::string_view text);
 
 }  // namespace scanning
 
@@ -77,6 +88,7 @@ class Scanner {
         return Quoted(TokenKind::kNationalText, at_, at_ + 2, '\'');
       return Word(TokenKind::kWord);
     }
+    if (cls & scanning::kMark) return Take(TokenKind::kSymbol, at_ + 1);
     if (cls & scanning::kDigit) return Number();
     switch (c) {
       case '\'':
@@ -128,6 +140,8 @@ class Scanner {
       const char c = text_[at_];
       if (scanning::ClassOf(c) & scanning::kBlank) {
         ++at_;
+      } else if (scanning::ClassOf(c) != 0) {
+        return true;
       } else if (c == '-' && Char(1) == '-') {
         const size_t end = text_.find('\n', at_);
         at_ = end == std::string_view::npos ? text_.size() : end + 1;
@@ -161,14 +175,11 @@ class Scanner {
   }
 
   RawToken Word(TokenKind kind) {
+    const std::string_view text = text_;
     size_t end = at_;
-    while (end < text_.size()) {
-      const char c = text_[end];
-      if (scanning::ClassOf(c) & scanning::kWordPart) {
-        ++end;
-        continue;
-      }
-      if (static_cast<unsigned char>(c) < 0x80) break;
+    for (;;) {
+      while (end < text.size() && scanning::ClassOf(text[end]) & scanning::kWordPart) ++end;
+      if (end == text.size() || static_cast<unsigned char>(text[end]) < 0x80) break;
       const size_t wide = scanning::WideLetter(text_.substr(end));
       if (wide == 0) break;
       end += wide;

@@ -1,0 +1,188 @@
+// Statements.
+#include "embedded/syntax/print_impl.h"
+
+namespace tavcc::sql {
+
+// ---- Statements that change rows ----
+
+void Printer::AddInsert(const InsertStatement& insert) {
+  Open("insert");
+  Add(insert.table);
+  if (!insert.columns.empty()) Add(insert.columns);
+  for (const auto& row : insert.rows) {
+    Open("row");
+    AddAll(row);
+    Close();
+  }
+  if (insert.query) Add(*insert.query);
+  if (insert.execute) Add(*insert.execute);
+  Close();
+}
+
+void Printer::AddUpdate(const UpdateStatement& update) {
+  Open("update");
+  AddTop(update.top);
+  Add(update.target);
+  for (const Assignment& assignment : update.assignments) {
+    Open("set");
+    if (!assignment.variable.empty()) Word(assignment.variable);
+    if (!assignment.column.empty()) Add(assignment.column_name);
+    Add(assignment.value.get());
+    Close();
+  }
+  AddSources(update.from);
+  AddWhere(update.where);
+  Close();
+}
+
+void Printer::AddDelete(const DeleteStatement& statement) {
+  Open("delete");
+  AddTop(statement.top);
+  Add(statement.target);
+  AddSources(statement.from);
+  AddWhere(statement.where);
+  Close();
+}
+
+// ---- Statements that steer ----
+
+void Printer::AddCall(const ExecuteProcedureStatement& call) {
+  Open("exec");
+  if (!call.return_variable.empty()) Word(call.return_variable + "=");
+  Add(call.name);
+  for (const ExecuteArgument& argument : call.arguments) {
+    const bool bare = argument.parameter.empty() && !argument.output;
+    if (!bare) Open(argument.parameter.empty() ? "argument" : argument.parameter);
+    Add(argument.value.get());
+    if (argument.output) Word("output");
+    if (!bare) Close();
+  }
+  Close();
+}
+
+// False when the statement is of another family.
+bool Printer::AddProcedural(const Statement& statement) {
+  switch (statement.kind) {
+    case Statement::Kind::kBreak:
+      Open("break");
+      break;
+    case Statement::Kind::kContinue:
+      Open("continue");
+      break;
+    case Statement::Kind::kReturn:
+      Open("return");
+      if (As<ReturnStatement>(statement).value) Add(As<ReturnStatement>(statement).value.get());
+      break;
+    case Statement::Kind::kPrint:
+      Open("print");
+      Add(As<PrintStatement>(statement).value.get());
+      break;
+    case Statement::Kind::kRaisError:
+      Open("raiserror");
+      AddAll(As<RaisErrorStatement>(statement).arguments);
+      break;
+    case Statement::Kind::kDeclareCursor:
+      Open("declare-cursor");
+      Word(As<DeclareCursorStatement>(statement).name);
+      Add(*As<DeclareCursorStatement>(statement).query);
+      break;
+    case Statement::Kind::kOpenCursor:
+    case Statement::Kind::kCloseCursor:
+    case Statement::Kind::kDeallocateCursor:
+      Open(statement.kind == Statement::Kind::kOpenCursor    ? "open"
+           : statement.kind == Statement::Kind::kCloseCursor ? "close"
+                                                             : "deallocate");
+      Word(As<CursorStatement>(statement).name);
+      break;
+    case Statement::Kind::kFetch:
+      Open("fetch");
+      Word(As<FetchStatement>(statement).cursor);
+      for (const std::string& variable : As<FetchStatement>(statement).variables) Word(variable);
+      break;
+    case Statement::Kind::kExecuteProcedure:
+      AddCall(As<ExecuteProcedureStatement>(statement));
+      return true;
+    case Statement::Kind::kExecuteText:
+      Open("exec-text");
+      Add(As<ExecuteTextStatement>(statement).text.get());
+      break;
+    case Statement::Kind::kTransaction: {
+      const auto& transaction = As<TransactionStatement>(statement);
+      constexpr std::string_view kWords[] = {"begin", "commit", "rollback", "save"};
+      Open(std::string(kWords[static_cast<size_t>(transaction.what)]) + "-transaction");
+      if (!transaction.name.empty()) Word(transaction.name);
+      break;
+    }
+    case Statement::Kind::kSetVariable:
+      Open("set");
+      Word(As<SetVariableStatement>(statement).variable);
+      Add(As<SetVariableStatement>(statement).value.get());
+      break;
+    case Statement::Kind::kSetOption:
+      Open("set-option");
+      Word(As<SetOptionStatement>(statement).name);
+      Word("[" + As<SetOptionStatement>(statement).value + "]");
+      break;
+    default:
+      return false;
+  }
+  Close();
+  return true;
+}
+
+void Printer::Add(const Statement& statement) {
+  if (AddDefinition(statement) || AddProcedural(statement)) return;
+  switch (statement.kind) {
+    case Statement::Kind::kSelect:
+      Add(*As<SelectStatement>(statement).query);
+      return;
+    case Statement::Kind::kInsert:
+      AddInsert(As<InsertStatement>(statement));
+      return;
+    case Statement::Kind::kUpdate:
+      AddUpdate(As<UpdateStatement>(statement));
+      return;
+    case Statement::Kind::kDelete:
+      AddDelete(As<DeleteStatement>(statement));
+      return;
+    case Statement::Kind::kTruncate:
+      Open("truncate");
+      Add(As<TruncateStatement>(statement).table);
+      break;
+    case Statement::Kind::kIf: {
+      const auto& branch = As<IfStatement>(statement);
+      Open("if");
+      Add(branch.condition.get());
+      Add(*branch.then);
+      if (branch.otherwise) Add(*branch.otherwise);
+      break;
+    }
+    case Statement::Kind::kWhile:
+      Open("while");
+      Add(As<WhileStatement>(statement).condition.get());
+      Add(*As<WhileStatement>(statement).body);
+      break;
+    case Statement::Kind::kBlock:
+      Open("begin");
+      for (const StatementPtr& inner : As<BlockStatement>(statement).statements) Add(*inner);
+      break;
+    default:
+      return;
+  }
+  Close();
+}
+
+void Printer::Add(const std::vector<StatementPtr>& statements) {
+  for (const StatementPtr& statement : statements) {
+    Line();
+    Add(*statement);
+  }
+}
+
+std::string Print(const Batch& batch, PrintSlots slots) {
+  Printer printer(slots);
+  printer.Add(batch.statements);
+  return printer.Take();
+}
+
+}  // namespace tavcc::sql
