@@ -53,6 +53,8 @@ class RunCommand final : public Command {
       return failure ? DescribeFailure(scenario, *failure) : "";
     } catch (const ScenarioError& error) {
       return std::string(error.what()) + "\n";
+    } catch (const std::exception& error) {
+      return file + ": " + error.what() + "\n";
     }
   }
 
