@@ -1,7 +1,7 @@
 // The programs of texts that were run before, so that none is compiled twice.
 //
 // Two levels: by the very text, and by the text without the values of its literals. Both are
-// bounded; what was not used for longest goes first.
+// bounded; of the programs the one that was not used for longest goes first.
 #pragma once
 
 #include <cstdint>
@@ -13,12 +13,13 @@
 #include <vector>
 
 #include "embedded/run/program.h"
+#include "embedded/syntax/fingerprint.h"
 
 namespace tavcc::sql {
 
 struct CachedBatch {
   std::shared_ptr<Program> program;
-  std::vector<TypedValue> literals;
+  std::vector<TypedValue> literals;  // by slot
 };
 
 class BatchCache {
@@ -35,15 +36,21 @@ class BatchCache {
     std::shared_ptr<Program> program;
   };
   struct TextEntry {
+    size_t hash = 0;
     std::string text;
     std::shared_ptr<const CachedBatch> batch;
   };
 
-  std::shared_ptr<Program> FindProgram(std::string_view text, std::string key);
+  std::shared_ptr<const CachedBatch> Make(std::string_view text);
+  std::shared_ptr<Program> FindProgram(const std::string& key);
+  void Keep(const std::string& key, const std::shared_ptr<Program>& program);
 
-  std::vector<TextEntry> texts_{kTexts};  // by hash, the newer of two that meet stays
+  std::vector<TextEntry> texts_{kTexts};  // by hash; of two that meet the newer stays
   std::list<Entry> programs_;             // the one used last first
   std::unordered_map<std::string_view, std::list<Entry>::iterator> by_key_;
+  Fingerprint fingerprint_;
+  std::string scratch_;
+  std::shared_ptr<CachedBatch> spare_;
 };
 
 }  // namespace tavcc::sql
