@@ -2,11 +2,11 @@
 
 # To build every program, the tests included.
 build_packages=(
-  cmake ninja-build g++ libsqlite3-dev nlohmann-json3-dev libcli11-dev libfmt-dev
+  cmake ninja-build g++ libsqlite3-dev unixodbc-dev nlohmann-json3-dev libcli11-dev libfmt-dev
   libgtest-dev libgmock-dev libbenchmark-dev
 )
-# To run the checks that are no C++.
-check_packages=(python3 clang-format)
+# To run the checks: those that are no C++, and those of the ODBC connection.
+check_packages=(python3 clang-format libsqliteodbc)
 # Only for `./test --lint`.
 lint_packages=(clang-tidy)
 
