@@ -74,7 +74,7 @@ class StoreDatabase final : public Database, public std::enable_shared_from_this
   std::shared_ptr<Engine> MakeEngine() const {
     try {
       return std::make_shared<Engine>(StoreLocation{options_.path, !InMemory()}, options_.clock,
-                                      options_.statement_budget);
+                                      options_.budget);
     } catch (const SqlError& error) {
       throw AutomationError(error.number, std::string(kErrorSource),
                             options_.path + ": " + error.message);

@@ -21,9 +21,10 @@ struct OpenOptions {
   bool create = true;
   // What GETDATE() answers; the machine's local time when empty.
   std::function<DateTime()> clock;
-  // How many statements one batch may run, so that text that nobody vouches for cannot run for
-  // ever; 0 is no limit.
-  int64_t statement_budget = 0;
+  // How much work one batch may do, so that text that nobody vouches for cannot run for ever or
+  // fill the memory: about a thousand of the store's own steps are one, and so is each statement.
+  // 0 is no limit.
+  int64_t budget = 0;
 };
 
 class Database {

@@ -46,7 +46,6 @@ BoundConditionPtr Binder::Bind(const Condition& condition, const Scope& scope) {
       const auto& is_null = static_cast<const IsNullCondition&>(condition);
       auto bound = std::make_unique<BoundIsNull>();
       bound->operand = Bind(*is_null.operand, scope);
-      FreeLiteral(*bound->operand);
       bound->negated = is_null.negated;
       return bound;
     }
@@ -69,8 +68,6 @@ BoundConditionPtr Binder::Bind(const Condition& condition, const Scope& scope) {
 BoundConditionPtr Binder::Compare(ComparisonOperator op, BoundExpressionPtr left,
                                   BoundExpressionPtr right) {
   const SqlType common = CommonType(left->type, right->type);
-  FreeLiteral(*left);
-  FreeLiteral(*right);
   auto bound = std::make_unique<BoundComparison>();
   bound->op = op;
   // Exact numbers are compared at their own scales; a whole literal takes the other's scale, so
@@ -79,7 +76,6 @@ BoundConditionPtr Binder::Compare(ComparisonOperator op, BoundExpressionPtr left
   if (exact && IsScaled(common.kind)) {
     if (IsIntegerLiteral(*left)) left = Convert(std::move(left), right->type);
     if (IsIntegerLiteral(*right)) right = Convert(std::move(right), left->type);
-    if (left->type.kind == TypeKind::kDecimal) Use(*left, LiteralUse::kKind);
   } else if (left->type.kind != common.kind || right->type.kind != common.kind) {
     const auto same_kind = [&](const SqlType& type) { return type.kind == common.kind; };
     if (!same_kind(left->type)) left = ConvertImplicitly(std::move(left), common);
@@ -109,7 +105,6 @@ BoundConditionPtr Binder::BindInList(const InListCondition& in, const Scope& sco
   SqlType common = operand->type;
   for (const auto& value : in.values) {
     values.push_back(Bind(*value, scope));
-    FreeLiteral(*values.back());
     common = CommonType(common, values.back()->type);
   }
   const auto same = [&](const SqlType& type) {
@@ -117,7 +112,6 @@ BoundConditionPtr Binder::BindInList(const InListCondition& in, const Scope& sco
   };
   auto bound = std::make_unique<BoundInList>();
   bound->negated = in.negated;
-  FreeLiteral(*operand);
   bound->operand =
       same(operand->type) ? std::move(operand) : ConvertImplicitly(std::move(operand), common);
   for (auto& value : values) {
@@ -133,7 +127,6 @@ BoundConditionPtr Binder::BindInQuery(const InQueryCondition& in, const Scope& s
   if (query->columns.size() != 1) Raise(116);
   const SqlType type = query->columns[0].type;
   const SqlType common = CommonType(operand->type, type);
-  FreeLiteral(*operand);
   const auto same = [&](const SqlType& other) {
     return IsText(common.kind) ? other.kind == common.kind : other == common;
   };
@@ -152,7 +145,6 @@ BoundConditionPtr Binder::BindInQuery(const InQueryCondition& in, const Scope& s
 BoundConditionPtr Binder::BindLike(const LikeCondition& like, const Scope& scope) {
   const auto text = [&](const Expression& expression) {
     auto value = Bind(expression, scope);
-    FreeLiteral(*value);
     return IsText(value->type.kind)
                ? std::move(value)
                : ConvertImplicitly(std::move(value), TextType(TypeKind::kVarChar, 8000));

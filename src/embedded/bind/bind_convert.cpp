@@ -12,7 +12,6 @@ BoundExpressionPtr Binder::Convert(BoundExpressionPtr value, const SqlType& to, 
     value->type = to;
     return value;
   }
-  FreeLiteral(*value);
   auto converted = std::make_unique<BoundConvert>(std::move(value), to);
   converted->mode = mode;
   return converted;
@@ -21,15 +20,6 @@ BoundExpressionPtr Binder::Convert(BoundExpressionPtr value, const SqlType& to, 
 BoundExpressionPtr Binder::ConvertImplicitly(BoundExpressionPtr value, const SqlType& to) {
   if (value->type.kind != TypeKind::kNull) CheckImplicit(value->type, to);
   return Convert(std::move(value), to);
-}
-
-// A conversion takes a literal as it comes: nothing of the tree depends on its length or digits.
-void Binder::FreeLiteral(const BoundExpression& expression) {
-  if (expression.kind != BoundExpression::Kind::kLiteral) return;
-  const auto& literal = static_cast<const BoundLiteral&>(expression);
-  if (literal.slot < 0) return;
-  LiteralUse& use = result_.uses[static_cast<size_t>(literal.slot)];
-  if (use == LiteralUse::kType) use = LiteralUse::kKind;
 }
 
 void Binder::Use(const BoundExpression& expression, LiteralUse use) {

@@ -85,7 +85,7 @@ std::string WrittenName(const ObjectName& name) {
 Binder::Binder(const Catalog& catalog, std::span<const VariableInfo> variables,
                std::span<const TypedValue> literals, BindResult& result)
     : catalog_(catalog), variables_(variables), literals_(literals), result_(result) {
-  result_.uses.resize(literals.size(), LiteralUse::kKind);
+  result_.uses.resize(literals.size(), LiteralUse::kType);
 }
 
 BoundExpressionPtr Binder::BindValue(const Expression& expression,
@@ -126,10 +126,8 @@ BoundExpressionPtr Binder::BindLiteral(const LiteralExpression& literal) {
   if (!exchangeable) {
     return std::make_unique<BoundLiteral>(EvaluateLiteral(literal.form, literal.text), -1);
   }
-  auto bound =
-      std::make_unique<BoundLiteral>(literals_[static_cast<size_t>(literal.slot)], literal.slot);
-  if (!IsInteger(bound->type.kind)) Use(*bound, LiteralUse::kType);
-  return bound;
+  return std::make_unique<BoundLiteral>(literals_[static_cast<size_t>(literal.slot)],
+                                        literal.slot);
 }
 
 BoundExpressionPtr Binder::BindColumn(const ColumnExpression& column, const Scope& scope) {
@@ -204,7 +202,6 @@ BoundExpressionPtr Binder::BindConvert(const ConvertExpression& convert, const S
   CheckExplicit(operand->type, type);
   auto bound = std::make_unique<BoundConvert>(std::move(operand), type);
   bound->explicitly = true;
-  FreeLiteral(*bound->operand);
   if (!convert.style) return bound;
   auto style = Bind(*convert.style, scope);
   int64_t value = 0;

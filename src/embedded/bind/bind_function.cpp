@@ -207,7 +207,6 @@ BoundExpressionPtr Binder::BindArgument(char letter, const Expression& argument,
                                         const FunctionRule& rule, const Scope& scope) {
   auto value = Bind(argument, scope);
   const SqlType from = value->type;
-  FreeLiteral(*value);
   switch (letter) {
     case 't':
       if (from.kind == TypeKind::kNull)
@@ -232,8 +231,6 @@ BoundExpressionPtr Binder::BindArgument(char letter, const Expression& argument,
               FoldName(rule.name));
       }
       if (IsNumeric(from.kind)) {
-        // The result's precision is that of the argument.
-        Use(*value, LiteralUse::kType);
         return Convert(std::move(value), NumberResult(from));
       }
       return ConvertImplicitly(std::move(value),

@@ -29,11 +29,10 @@ struct Dependency {
   CatalogObjectPtr object;  // a view
 };
 
-// How much of an exchangeable literal the bound tree depends on.
+// How much of an exchangeable literal the bound tree depends on, beyond its type.
 enum class LiteralUse : uint8_t {
-  kKind,    // the kind of its type, and of a decimal precision and scale
+  kType,
   kDigits,  // of an int also the number of its digits
-  kType,    // its whole type: also the length of a text
   kValue,
 };
 
@@ -157,9 +156,8 @@ class Binder {
   BoundExpressionPtr ConvertImplicitly(BoundExpressionPtr value, const SqlType& to);
   // Brings the columns of a query to `types`, inside its blocks where that changes nothing else.
   void ConvertColumns(BoundQuery& query, const std::vector<SqlType>& types);
-  // What of a literal itself, or of all literals inside an expression, the tree depends on.
+  // Notes what of the literals inside an expression the tree depends on.
   void Use(const BoundExpression& expression, LiteralUse use);
-  void FreeLiteral(const BoundExpression& expression);
 
   const Catalog& catalog_;
   std::span<const VariableInfo> variables_;

@@ -305,15 +305,10 @@ std::string Emitter::Convert(const BoundConvert& convert, bool certain) {
   const bool simple = (operand.kind == BoundExpression::Kind::kLiteral ||
                        operand.kind == BoundExpression::Kind::kVariable) &&
                       convert.style == kNoStyle && !convert.style_value;
-  SqlType from = operand.type;
+  const SqlType& from = operand.type;
   if (simple && (certain || NeverFails(from, convert.type, convert.mode))) {
     std::string place = ConvertedPlace(convert);
     if (!place.empty()) return place;
-  }
-  // The next literal in this place may be longer.
-  if (operand.kind == BoundExpression::Kind::kLiteral && sql::IsText(from.kind) &&
-      static_cast<const BoundLiteral&>(operand).slot >= 0) {
-    from.length = IsNationalText(from.kind) ? 4000 : 8000;
   }
   const std::string text = Expression(operand);
   if (IsSameStored(from, convert.type)) return text;

@@ -14,6 +14,10 @@ namespace {
 // Procedures and dynamic batches inside one another, as on the server.
 constexpr int kMostNested = 32;
 
+// Of a session with a budget: the longest text, and the steps of SQLite that count as one.
+constexpr int kLongestBudgeted = 1 << 20;
+constexpr int kStepsOfOne = 1000;
+
 // An error has ended the batch, dynamic batch or procedure at hand; it is reported already.
 struct ScopeEnded {};
 // An error has ended everything up to the client's batch.
@@ -38,6 +42,15 @@ Engine::Engine(const StoreLocation& location, std::function<DateTime()> clock, i
       budget_(budget) {
   store_.functions().clock = std::move(clock);
   RegisterSessionFunctions(store_, *this);
+  if (budget_ == 0) return;
+  sqlite3_limit(store_.handle(), SQLITE_LIMIT_LENGTH, kLongestBudgeted);
+  sqlite3_progress_handler(
+      store_.handle(), kStepsOfOne,
+      [](void* engine) {
+        auto& self = *static_cast<Engine*>(engine);
+        return ++self.spent_ > self.budget_ ? 1 : 0;
+      },
+      this);
 }
 
 Engine::~Engine() = default;
@@ -160,7 +173,7 @@ void Engine::RunBlock(const std::vector<InstructionPtr>& body, Frame& frame, Flo
 
 void Engine::Spend() {
   if (budget_ == 0 || ++spent_ <= budget_) return;
-  Report(StoreFailure("the batch ran more statements than it may"));
+  Report(StoreFailure("the batch did more than it may"));
   throw BatchEnded{};
 }
 

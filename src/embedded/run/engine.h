@@ -35,8 +35,7 @@ struct CallArgument {
 
 class Engine {
  public:
-  // The store must have been made ready (see store.h). `budget`: statements that one batch may run,
-  // 0 without limit.
+  // The store must have been made ready (see store.h). `budget`: see OpenOptions.
   Engine(const StoreLocation& location, std::function<DateTime()> clock, int64_t budget);
   Engine(const Engine&) = delete;
   Engine& operator=(const Engine&) = delete;
@@ -58,7 +57,7 @@ class Engine {
   StoredValue SessionValueOf(SessionValue value, const Frame& frame) const;
   void RunBlock(const std::vector<InstructionPtr>& body, Frame& frame, Flow& flow);
   Flow RunOne(Instruction& instruction, Frame& frame);
-  // Counts a statement against the budget; ends the batch when it is used up.
+  // Counts a statement; ends the batch when the budget is used up.
   void Spend();
   void RunText(std::string_view text);
   // `arguments` as for RunProcedure. Returns the procedure's RETURN value. Errors: 2812 and those

@@ -11,23 +11,9 @@ namespace {
 constexpr size_t kMostPlans = 16;
 
 bool SameLiteral(const TypedValue& known, const TypedValue& current, LiteralUse use) {
-  if (known.type.kind != current.type.kind || known.value.IsNull() != current.value.IsNull()) {
-    return false;
-  }
-  switch (use) {
-    case LiteralUse::kKind:
-      return known.type.precision == current.type.precision &&
-             known.type.scale == current.type.scale;
-    case LiteralUse::kDigits:
-      return known.type == current.type &&
-             (known.type.kind != TypeKind::kInt || ConstantAsDecimal(known.value.integer()) ==
-                                                       ConstantAsDecimal(current.value.integer()));
-    case LiteralUse::kType:
-      return known.type == current.type;
-    case LiteralUse::kValue:
-      break;
-  }
-  return known.type == current.type && known.value == current.value;
+  if (use == LiteralUse::kValue) return known.value == current.value;
+  return known.type.kind != TypeKind::kInt ||
+         ConstantAsDecimal(known.value.integer()) == ConstantAsDecimal(current.value.integer());
 }
 
 // Text that a column is too short for, with the names of the column that the parameter has.
@@ -79,7 +65,7 @@ StoredValue ConvertParameter(const Parameter& parameter, const StoredValue& valu
 }  // namespace
 
 bool Plan::IsFor(std::span<const TypedValue> current) const {
-  for (size_t slot = 0; slot < literals.size(); ++slot) {
+  for (const size_t slot : particular) {
     if (!SameLiteral(literals[slot], current[slot], binding.uses[slot])) return false;
   }
   return true;
@@ -109,6 +95,10 @@ Plan* PlanCache::FindGood(Engine& engine, const Frame& frame) {
 Plan& PlanCache::Add(Engine& engine, std::unique_ptr<Plan> plan) {
   engine.CountCompiled();
   plan->epoch = engine.catalog().epoch();
+  for (size_t slot = 0; slot < plan->binding.uses.size(); ++slot) {
+    const LiteralUse use = plan->binding.uses[slot];
+    if (use == LiteralUse::kDigits || use == LiteralUse::kValue) plan->particular.push_back(slot);
+  }
   if (plans_.size() >= kMostPlans) plans_.erase(plans_.begin());
   plans_.push_back(std::move(plan));
   return *plans_.back();

@@ -25,6 +25,8 @@ struct ResultShape {
 struct Plan {
   BindResult binding;
   std::vector<TypedValue> literals;  // those it was compiled with
+  // The slots of which more than the type counts: all literals of a program have the same types.
+  std::vector<size_t> particular;
   uint64_t epoch = 0;                // of the catalog when the names were last found to stand
 
   Emitted emitted;
