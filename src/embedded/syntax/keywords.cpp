@@ -50,7 +50,7 @@ constexpr size_t Hash(std::string_view word) {
 // For each pair of first letters, the lengths of the keywords that begin so. Most names of columns
 // and tables are told from all keywords by it alone.
 constexpr size_t Pair(std::string_view word) {
-  return (word[0] & 31u) << 5 | (word[1] & 31u);
+  return (Upper(word[0]) & 31u) << 5 | (Upper(word[1]) & 31u);
 }
 
 constexpr auto kLengths = [] {

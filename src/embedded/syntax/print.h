@@ -7,13 +7,18 @@
 // Everything of the tree is printed but the lines. Statements stand on lines of their own.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "embedded/syntax/ast.h"
 
 namespace tavcc::sql {
 
-enum class PrintSlots : bool { kNo, kYes };  // kYes: "7#0" for the literal with slot 0
+enum class PrintSlots : uint8_t {
+  kNo,
+  kYes,              // "7#0" for the literal 7 with slot 0
+  kInsteadOfValues,  // "#0" for it: what texts that share a compiled batch have in common
+};
 
 std::string Print(const Batch& batch, PrintSlots slots = PrintSlots::kNo);
 

@@ -34,6 +34,11 @@ void Printer::Add(const TypeName& type) {
 
 void Printer::AddLiteral(const LiteralExpression& literal) {
   using Form = LiteralExpression::Form;
+  const std::string slot = literal.slot < 0 ? "" : "#" + std::to_string(literal.slot);
+  if (slots_ == PrintSlots::kInsteadOfValues && !slot.empty()) {
+    Word(slot);
+    return;
+  }
   switch (literal.form) {
     case Form::kNull:
       Word("null");
@@ -50,7 +55,7 @@ void Printer::AddLiteral(const LiteralExpression& literal) {
     default:
       Word(literal.text);
   }
-  if (slots_ == PrintSlots::kYes && literal.slot >= 0) out_ += "#" + std::to_string(literal.slot);
+  if (slots_ == PrintSlots::kYes) out_ += slot;
 }
 
 void Printer::AddCall(const FunctionExpression& call) {

@@ -47,16 +47,17 @@ enum : uint8_t {
 
 inline constexpr std::array<uint8_t, 256> kClasses = [] {
   std::array<uint8_t, 256> classes{};
-  for (unsigned char c : {' ', '\t', '\n', '\v', '\f', '\r'}) classes[c] = kBlank;
+  constexpr auto at = [](char c) { return static_cast<unsigned char>(c); };
+  for (const char c : {' ', '\t', '\n', '\v', '\f', '\r'}) classes[at(c)] = kBlank;
   for (unsigned c = 'a'; c <= 'z'; ++c) classes[c] = classes[c - 32] = kWordStart | kWordPart;
   for (unsigned c = '0'; c <= '9'; ++c) classes[c] = kWordPart | kDigit | kHexDigit;
   for (unsigned c = 'a'; c <= 'f'; ++c) {
     classes[c] |= kHexDigit;
     classes[c - 32] |= kHexDigit;
   }
-  for (unsigned char c : {'_', '#'}) classes[c] = kWordStart | kWordPart;
-  for (unsigned char c : {'@', '$'}) classes[c] = kWordPart;
-  for (unsigned char c : {'(', ')', ',', ';', '=', '<', '>', '!', '~'}) classes[c] = kMark;
+  for (const char c : {'_', '#'}) classes[at(c)] = kWordStart | kWordPart;
+  for (const char c : {'@', '$'}) classes[at(c)] = kWordPart;
+  for (const char c : {'(', ')', ',', ';', '=', '<', '>', '!', '~'}) classes[at(c)] = kMark;
   return classes;
 }();
 
