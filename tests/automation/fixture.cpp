@@ -1,6 +1,9 @@
 #include "automation/fixture.h"
 
+#include "automation/border/variant.h"
+#include "host/automation/component_objects.h"
 #include "host/automation/dispatch_object.h"
+#include "host/schema.h"
 
 namespace tavcc {
 
@@ -9,6 +12,29 @@ Apartment::Apartment() {
 }
 Apartment::~Apartment() {
   CoUninitialize();
+}
+
+HostedErp::HostedErp() : erp_(sql::OpenOptions{}), dsn_(automation::NewBstr(erp_.dsn())) {
+  erp_.RunScript(SchemaScript());
+  erp_.RunScript(BaseScript());
+  erp_.connection()->Execute(
+      "insert into T_CC_ZZCX(FID,FClassTypeID,FDate) values(1,1040005,'2026-03-10')");
+  host_automation::SetThreadHost(&erp_.host());
+}
+
+HostedErp::~HostedErp() {
+  host_automation::SetThreadHost(nullptr);
+  SysFreeString(dsn_);
+}
+
+automation::ComPtr<IDispatch> CreateByProgID(const wchar_t* prog_id) {
+  CLSID id;
+  automation::ComPtr<IDispatch> object;
+  EXPECT_EQ(CLSIDFromProgID(prog_id, &id), S_OK);
+  EXPECT_EQ(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                             reinterpret_cast<void**>(object.GetAddressOf())),
+            S_OK);
+  return object;
 }
 
 bool ServerIsIdle() {

@@ -5,6 +5,7 @@
 
 #include "automation/border/platform.h"
 #include "automation/com_road.h"
+#include "host/erp.h"
 
 namespace tavcc {
 
@@ -16,6 +17,26 @@ class Apartment {
   Apartment(const Apartment&) = delete;
   Apartment& operator=(const Apartment&) = delete;
 };
+
+// An ERP database in memory, with the schema, the base rows and one open assembly bill (FID 1),
+// whose host serves this thread.
+class HostedErp {
+ public:
+  HostedErp();
+  ~HostedErp();
+  HostedErp(const HostedErp&) = delete;
+  HostedErp& operator=(const HostedErp&) = delete;
+
+  Erp& erp() { return erp_; }
+  BSTR dsn() const { return dsn_; }  // owned by the object
+
+ private:
+  Erp erp_;
+  BSTR dsn_;
+};
+
+// A new object of a registered class. Null, with a failed expectation, when that fails.
+automation::ComPtr<IDispatch> CreateByProgID(const wchar_t* prog_id);
 
 // Whether the loaded server holds nothing any more: its DllCanUnloadNow answers yes.
 bool ServerIsIdle();
