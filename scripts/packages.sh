@@ -7,11 +7,22 @@ build_packages=(
 )
 # To run the checks: those that are no C++, and those of the ODBC connection.
 check_packages=(python3 clang-format libsqliteodbc)
+# To build the automation server for Windows and run it: compilers, the IDL compiler and its headers,
+# Wine, and GoogleTest's sources. SQLite's source comes through npm.
+windows_packages=(
+  g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools libwine-dev wine wine64
+  googletest npm
+)
 # Only for `./test --lint`.
 lint_packages=(clang-tidy)
 
 is_installed() {
   [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+# npm may come from elsewhere than Debian.
+provides() {
+  [ "$1" = npm ] && command -v npm >/dev/null
 }
 
 # ensure_packages NAME…: installs those that are missing and says which; silent when none is.
@@ -22,7 +33,7 @@ ensure_packages() {
     return 0
   fi
   for package in "$@"; do
-    is_installed "$package" || missing+=("$package")
+    is_installed "$package" || provides "$package" || missing+=("$package")
   done
   [ ${#missing[@]} -gt 0 ] || return 0
 
@@ -52,4 +63,15 @@ ensure_packages() {
 # Configures the release preset once; later builds configure again by themselves where needed.
 configure_release() {
   [ -f build/release/build.ninja ] || cmake --preset release >/dev/null
+}
+
+# Builds the automation server, the reference host's module and their tests for Windows; the 32-bit
+# server is built too, to be inspected.
+build_for_windows() {
+  local preset
+  for preset in windows64 windows32; do
+    cmake --preset "$preset" >/dev/null
+  done
+  cmake --build --preset windows64 -j "$(nproc)"
+  cmake --build --preset windows32 -j "$(nproc)" --target TavM_CC_PlugIns
 }

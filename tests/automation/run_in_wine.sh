@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Runs a Windows program under Wine, with the automation server and the reference host registered.
+#
+#   run_in_wine.sh FOLDER PROGRAM [ARGUMENT…]
+#
+# FOLDER is where the Windows build put its programs. Registration and all else that Wine keeps lies
+# beside it, in a folder of its own.
+set -euo pipefail
+folder=$(cd "$1" && pwd)
+shift
+export WINEPREFIX=$folder/../wine WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=
+
+# Programs of several tests start at once: one of them prepares.
+exec 9>"$folder/../wine.lock"
+flock 9
+if [ ! -f "$WINEPREFIX/system.reg" ]; then
+  wineboot -i >/dev/null 2>&1
+  wineserver -w
+fi
+cd "$folder"
+for module in TavReferenceHost.dll TavM_CC_PlugIns.dll; do
+  # 64-bit Wine alone warns that its 32-bit half is missing; only the exit status tells anything.
+  wine regsvr32 /s "$module" >/dev/null 2>&1 || {
+    echo "regsvr32 could not register $folder/$module" >&2
+    exit 1
+  }
+done
+flock -u 9
+exec wine "$@" 2> >(grep -v -E "it looks like wine32 is missing|multiarch needs|failed to open" >&2)
