@@ -16,8 +16,8 @@ using automation::UniqueVariant;
 struct LateCall {
   std::vector<VARIANT> arguments;
   std::vector<const wchar_t*> names;
-  UniqueVariant result;
-  EXCEPINFO info{};
+  UniqueVariant result = {};
+  EXCEPINFO info = {};
   UINT bad_argument = 99;
 
   ~LateCall() {

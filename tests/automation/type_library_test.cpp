@@ -1,8 +1,6 @@
 // The registered type library against the class registry: every function, slot, id, parameter, flag
 // and default.
 
-#include <oleauto.h>
-
 #include "TavM_CC_PlugIns.h"
 #include "automation/border/variant.h"
 #include "automation/fixture.h"
@@ -109,7 +107,9 @@ void CompareMethod(ITypeInfo& info, const FUNCDESC& function, const Method& meth
   EXPECT_EQ(ToUtf8(names[0]), method.name);
   for (size_t i = 0; i < count; ++i) {
     SCOPED_TRACE(std::string(method.parameters[i].name));
-    if (i + 1 < found) EXPECT_EQ(ToUtf8(names[i + 1]), method.parameters[i].name);
+    if (i + 1 < found) {
+      EXPECT_EQ(ToUtf8(names[i + 1]), method.parameters[i].name);
+    }
     CompareParameter(info, function.lprgelemdescParam[i], method.parameters[i]);
   }
   EXPECT_GE(found, count + 1);

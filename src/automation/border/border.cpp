@@ -76,7 +76,10 @@ void SetThreadError(const AutomationError& error) {
   SysFreeString(source);
   SysFreeString(description);
   ComPtr<IErrorInfo> info;
-  if (SUCCEEDED(creator.As(&info))) SetErrorInfo(0, info.Get());
+  if (SUCCEEDED(
+          creator->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(info.GetAddressOf())))) {
+    SetErrorInfo(0, info.Get());
+  }
 }
 
 void RaiseFrom(HRESULT result, EXCEPINFO& info) {

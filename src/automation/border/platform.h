@@ -12,11 +12,51 @@
 #include <ole2.h>
 #include <oleauto.h>
 // clang-format on
-#include <wrl/client.h>
+#include <utility>
 
 namespace tavcc::automation {
 
-using Microsoft::WRL::ComPtr;
+// Owns one reference to a COM object. Our own, since the Attach of mingw-w64's takes a second one.
+template <class T>
+class ComPtr {
+ public:
+  ComPtr() = default;
+  ComPtr(std::nullptr_t) {}
+  explicit ComPtr(T* object) : object_(object) {
+    if (object_ != nullptr) object_->AddRef();
+  }
+  ComPtr(const ComPtr& other) : ComPtr(other.object_) {}
+  ComPtr(ComPtr&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+  ~ComPtr() { Reset(); }
+  ComPtr& operator=(ComPtr other) noexcept {
+    std::swap(object_, other.object_);
+    return *this;
+  }
+
+  T* Get() const { return object_; }
+  T* operator->() const { return object_; }
+  friend bool operator==(const ComPtr& a, std::nullptr_t) { return a.object_ == nullptr; }
+
+  // Takes over the caller's reference.
+  void Attach(T* object) {
+    Reset();
+    object_ = object;
+  }
+  // Hands the reference over to the caller.
+  T* Detach() { return std::exchange(object_, nullptr); }
+  void Reset() {
+    if (T* object = Detach()) object->Release();
+  }
+  // Where a function puts a reference; nothing may be held.
+  T** GetAddressOf() { return &object_; }
+  T** ReleaseAndGetAddressOf() {
+    Reset();
+    return &object_;
+  }
+
+ private:
+  T* object_ = nullptr;
+};
 
 // Owns a VARIANT: empty at first, cleared at the end.
 class UniqueVariant {
