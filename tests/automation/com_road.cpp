@@ -42,8 +42,6 @@ class ComRoad final : public Road {
     erp_.RunScript(SchemaScript());
     erp_.RunScript(BaseScript());
     ApplyStartState(start, erp_.host(), *erp_.connection());
-    host_automation::SetThreadHost(&erp_.host());
-    host_automation::Publish(erp_.host().settings().published);
   }
   ~ComRoad() override {
     objects_.clear();
@@ -57,6 +55,9 @@ class ComRoad final : public Road {
 
   Value Call(const ClassDescription& cls, const Method& method,
              std::vector<Value>& arguments) override {
+    // A sweep opens further roads beside this one: each call is served by its own host.
+    host_automation::SetThreadHost(&erp_.host());
+    host_automation::Publish(erp_.host().settings().published);
     auto& object = objects_[&cls];
     if (object == nullptr) object = Create(cls.name);
     return CallLateBound(*object.Get(), method, arguments);
@@ -116,10 +117,13 @@ Value CallLateBound(IDispatch& object, const Method& method, std::vector<Value>&
   std::vector<UniqueVariant> held(count);
   std::vector<VARIANT> reversed(count);
   for (size_t i = 0; i < count; ++i) {
-    ToVariant(arguments[i], held[i].get());
+    const bool in_out = method.parameters[i].in_out;
+    // What is not given comes back all the same, in a variable of the caller's that is still empty.
+    const bool left_out = in_out && arguments[i].IsMissing();
+    ToVariant(left_out ? Value(Empty{}) : arguments[i], held[i].get());
     VARIANT& argument = reversed[count - 1 - i];
     argument = *held[i];
-    if (!method.parameters[i].in_out || arguments[i].IsMissing()) continue;
+    if (!in_out) continue;
     VariantInit(&argument);
     argument.vt = VT_VARIANT | VT_BYREF;
     argument.pvarVal = held[i].get();
