@@ -29,6 +29,9 @@ std::string AuditAndUnAudit(HostedErp& erp) {
   object->UnAuditBill(1, erp.dsn(), &message, &done);
   messages += ToUtf8(message);
   SysFreeString(message);
+  // What the host writes down of each call is not what is measured here.
+  erp.erp().log().Clear();
+  erp.erp().host().ClearReadyCalls();
   return messages;
 }
 
@@ -64,7 +67,7 @@ TEST_F(AutomationTest, TenThousandCyclesLeaveHandlesAndMemoryFlat) {
   EXPECT_LE(handles_after, handles_before + 2);
   // Address space taken meanwhile: a leak of one object a cycle would be far above a mebibyte.
   constexpr DWORDLONG kMebibyte = 1024 * 1024;
-  EXPECT_LT(before.ullAvailVirtual - after.ullAvailVirtual, 4 * kMebibyte);
+  EXPECT_LT(before.ullAvailVirtual - after.ullAvailVirtual, kMebibyte);
 }
 
 TEST_F(AutomationTest, TwoApartmentsWorkAtOnce) {
