@@ -76,6 +76,8 @@ StatementPtr Parser::ParseCreateView(int line) {
   create->query = ParseQuery();
   create->text = TextBetween(begin, last_.end);
   if (At(Keyword::kWITH)) Unsupported("WITH CHECK OPTION");
+  AcceptSemicolons();
+  if (Peek().kind != TokenKind::kEnd) Unexpected();  // a view is alone in its batch
   return create;
 }
 

@@ -284,7 +284,7 @@ ExpressionPtr Parser::ParseNameOrCall() {
       Unsupported("TRY_CAST, PARSE and TRY_PARSE");
   }
   ObjectName name = TakeObjectName();
-  if (AtSymbol("::")) Unsupported("static methods of types");
+  if (AtSymbol(":") && AtSymbol(":", 1)) Unsupported("static methods of types");
   if (AtSymbol("(")) return ParseCallOf(std::move(name), line);
   auto column = MakeAt<ColumnExpression>(line);
   column->name = std::move(name);

@@ -132,6 +132,10 @@ StatementPtr Parser::ParseSetOption(int line) {
       set->name += "," + Upper(Take().text);
     }
     set->value = Upper(Peek().text);
+    // Then "x" would be a text, and the batch would have been read wrongly.
+    if (At(Keyword::kOFF) && (set->name.find("QUOTED_IDENTIFIER") != std::string::npos ||
+                              set->name.find("ANSI_DEFAULTS") != std::string::npos))
+      Unsupported("QUOTED_IDENTIFIER OFF");
     if (!Accept(Keyword::kOFF)) Expect(Keyword::kON);
     return set;
   } else {

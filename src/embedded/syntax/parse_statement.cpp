@@ -21,6 +21,8 @@ std::vector<StatementPtr> Parser::ParseStatementsToEnd() {
 // One statement and the semicolons after it.
 StatementPtr Parser::ParseStatement() {
   Nest nest(*this);
+  // What stands inside of IF, WHILE or BEGIN is not first any more.
+  if (!AtName() && !At(Keyword::kCREATE)) first_statement_ = false;
   StatementPtr statement;
   if (AtName())
     statement = ParseWordStatement();

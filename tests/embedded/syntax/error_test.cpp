@@ -53,6 +53,8 @@ TEST(SyntaxError, NamesTheTokenInTheWay) {
       {"declare x int", 102, 1, "Incorrect syntax near 'int'."},
       {"select [a b] [c] [d]", 102, 1, "Incorrect syntax near 'd'."},
       {"select 1; p", 102, 1, "Incorrect syntax near 'p'."},
+      {"if 1=1 p", 102, 1, "Incorrect syntax near 'p'."},
+      {"begin p end", 102, 1, "Incorrect syntax near 'p'."},
       {"select a ? b", 102, 1, "Incorrect syntax near '?'."},
       {"select 1 where (1=1) = 1", 102, 1, "Incorrect syntax near '='."},
       {"create table t(a int b int)", 102, 1, "Incorrect syntax near 'b'."},
@@ -153,6 +155,10 @@ TEST(SyntaxError, Limits) {
       {"set nocnt on", 195, 1, "'nocnt' is not a recognized SET option."},
       {"select 1 create view v as select 1", 111, 1,
        "'CREATE VIEW' must be the first statement in a query batch."},
+      {"if 1=1 create view v as select 1 a", 111, 1,
+       "'CREATE VIEW' must be the first statement in a query batch."},
+      {"create view v as select 1 a select 2", 156, 1,
+       "Incorrect syntax near the keyword 'select'."},
       {"select 1\ncreate proc p as select 1", 111, 2,
        "'CREATE/ALTER PROCEDURE' must be the first statement in a query batch."},
   });
@@ -199,6 +205,9 @@ TEST(SyntaxError, ConstructsThatAreNotSupported) {
       {"select {fn now()}", "ODBC escapes"},
       {"select \xff", "text that is not UTF-8"},
       {"use master", "USE"},
+      {"set quoted_identifier off", "QUOTED_IDENTIFIER OFF"},
+      {"set nocount, quoted_identifier off", "QUOTED_IDENTIFIER OFF"},
+      {"select geography::Parse('x')", "static methods of types"},
   };
   for (const Unsupported& row : rows) {
     try {
