@@ -98,52 +98,63 @@ StatementPtr Parser::ParseSetOption(int line) {
   if (Peek().kind != TokenKind::kWord) Unexpected();
   const Token option = Take();
   set->name = Upper(option.text);
-  const size_t begin = Begin();
   if (option.keyword == Keyword::kIDENTITY_INSERT) {
+    const size_t begin = Begin();
     TakeObjectName();
-    if (!Accept(Keyword::kOFF)) Expect(Keyword::kON);
+    TakeOnOrOff();
+    set->value = TextBetween(begin, last_.end);
   } else if (option.keyword == Keyword::kTRANSACTION) {
-    ExpectWord("ISOLATION");
-    ExpectWord("LEVEL");
-    set->name = "TRANSACTION ISOLATION LEVEL";
-    const size_t level = Begin();
-    if (Accept(Keyword::kREAD)) {
-      if (!AcceptWord("COMMITTED")) ExpectWord("UNCOMMITTED");
-    } else if (AcceptWord("REPEATABLE")) {
-      Expect(Keyword::kREAD);
-    } else if (!AcceptWord("SNAPSHOT")) {
-      ExpectWord("SERIALIZABLE");
-    }
-    set->value = Upper(TextBetween(level, last_.end));
-    return set;
+    ParseIsolationLevel(*set);
   } else if (option.keyword == Keyword::kSTATISTICS) {
     set->name += " " + Upper(TakeName());
-    set->value = Upper(Peek().text);
-    if (!Accept(Keyword::kOFF)) Expect(Keyword::kON);
-    return set;
+    set->value = TakeOnOrOff();
   } else if (IsIn(kValueOptions, set->name)) {
+    const size_t begin = Begin();
     if (!AcceptSymbol("-")) AcceptSymbol("+");
     if (Peek().kind == TokenKind::kEnd || Peek().kind == TokenKind::kSymbol) Unexpected();
     Pin(Peek());
     Take();
+    set->value = TextBetween(begin, last_.end);
   } else if (IsIn(kSwitches, set->name)) {
-    while (AcceptSymbol(",")) {
-      if (!IsIn(kSwitches, Upper(Peek().text))) Unexpected();
-      set->name += "," + Upper(Take().text);
-    }
-    set->value = Upper(Peek().text);
-    // Then "x" would be a text, and the batch would have been read wrongly.
-    if (At(Keyword::kOFF) && (set->name.find("QUOTED_IDENTIFIER") != std::string::npos ||
-                              set->name.find("ANSI_DEFAULTS") != std::string::npos))
-      Unsupported("QUOTED_IDENTIFIER OFF");
-    if (!Accept(Keyword::kOFF)) Expect(Keyword::kON);
-    return set;
+    ParseSwitches(*set);
   } else {
     if (IsReserved(option.keyword)) UnexpectedAt(option);
     Fail(195, {option.text, "SET option"});
   }
-  set->value = TextBetween(begin, last_.end);
   return set;
+}
+
+std::string Parser::TakeOnOrOff() {
+  if (!At(Keyword::kON) && !At(Keyword::kOFF)) Unexpected();
+  return Upper(Take().text);
+}
+
+void Parser::ParseIsolationLevel(SetOptionStatement& set) {
+  ExpectWord("ISOLATION");
+  ExpectWord("LEVEL");
+  set.name = "TRANSACTION ISOLATION LEVEL";
+  const size_t begin = Begin();
+  if (Accept(Keyword::kREAD)) {
+    if (!AcceptWord("COMMITTED")) ExpectWord("UNCOMMITTED");
+  } else if (AcceptWord("REPEATABLE")) {
+    Expect(Keyword::kREAD);
+  } else if (!AcceptWord("SNAPSHOT")) {
+    ExpectWord("SERIALIZABLE");
+  }
+  set.value = Upper(TextBetween(begin, last_.end));
+}
+
+// The first switch is taken already; several may be set at once.
+void Parser::ParseSwitches(SetOptionStatement& set) {
+  while (AcceptSymbol(",")) {
+    if (!IsIn(kSwitches, Upper(Peek().text))) Unexpected();
+    set.name += "," + Upper(Take().text);
+  }
+  // Then "x" would be a text, and the batch would have been read wrongly.
+  if (At(Keyword::kOFF) && (set.name.find("QUOTED_IDENTIFIER") != std::string::npos ||
+                            set.name.find("ANSI_DEFAULTS") != std::string::npos))
+    Unsupported("QUOTED_IDENTIFIER OFF");
+  set.value = TakeOnOrOff();
 }
 
 // ---- Cursors ----

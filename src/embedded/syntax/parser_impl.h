@@ -119,6 +119,9 @@ class Parser {
   StatementPtr ParseSet();
   StatementPtr ParseSetVariable(int line);
   StatementPtr ParseSetOption(int line);
+  std::string TakeOnOrOff();
+  void ParseIsolationLevel(SetOptionStatement& set);
+  void ParseSwitches(SetOptionStatement& set);
   StatementPtr ParseCursorStatement(Statement::Kind kind);
   StatementPtr ParseFetch();
   StatementPtr ParseExecute();
