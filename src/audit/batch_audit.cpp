@@ -30,8 +30,8 @@ constexpr int16_t kAllPassed = 1;
 constexpr int16_t kSomeRefused = 0;
 constexpr int16_t kRunEnded = -1;
 
-// Stock of these is counted elsewhere.
-constexpr int32_t kUncheckedType = 3003;
+// Bills of this type are neither held against the stock nor posted.
+constexpr int32_t kStocklessType = 3003;
 
 enum class Course { kPassed, kRefused, kEndsRun };
 
@@ -89,10 +89,10 @@ class BatchAudit {
 };
 
 int16_t BatchAudit::Run(const Vector& bills, Dictionary& dct, BatchResult& result) {
+  result.Start(dct);
   self_.InitObjects(sDsn_);
   self_.db_context().ReadyFirst();
   cn_ = self_.db_context().GetConnection();
-  result.Start(dct);
   calculate_type_ = ToInteger(GetICProfile(host_, "CalculateType", int16_t{0}));
   CreateTempBillTable(*cn_);
 
@@ -152,7 +152,7 @@ Outcome BatchAudit::Audit(const AuditedBill& bill, std::vector<int32_t>& negativ
 Outcome BatchAudit::NegativeStockOutcome(const AuditedBill& bill,
                                          std::vector<int32_t>& negative_items) {
   const Outcome passed = {Course::kPassed, ""};
-  if (bill.bill_type == kUncheckedType) return passed;
+  if (bill.bill_type == kStocklessType) return passed;
   if (!ChecksStock(check_type_, bill.class_type, bill.bill_type)) return passed;
   const bool allow_negative =
       GetFirstValue(
@@ -221,7 +221,7 @@ void BatchAudit::KeepBooks(const AuditedBill& bill) {
 }
 
 bool BatchAudit::PostStock(const AuditedBill& bill, std::string& message) {
-  if (bill.class_type == class_type::kPriceAdjustment || bill.bill_type == kUncheckedType) {
+  if (bill.class_type == class_type::kPriceAdjustment || bill.bill_type == kStocklessType) {
     return true;
   }
   if (!FillTempBill(host_, *cn_, bill.class_type, bill.bill_id, bill.bill_type, check_type_,

@@ -103,9 +103,11 @@ TEST(HostContract, AMissingComponentEndsTheRunWithItsError) {
     company.host().settings().missing_components = {component};
     HostVector bills = OneBill(class_type::kStockBill1080001);
     DictionaryPtr results = std::make_shared<HostDictionary>();
+    results->SetItem("BillInfo", "先前|");
     EXPECT_EQ(Audit(object, bills, results), -1);
     EXPECT_EQ(ToText(results->Item("ErrorMsg")), "ActiveX component can't create object");
-    for (const char* key : {"BillInfo", "SuccessCount", "FailCount", "NegItemID"}) {
+    EXPECT_EQ(ToText(results->Item("BillInfo")), "先前|");
+    for (const char* key : {"SuccessCount", "FailCount", "NegItemID"}) {
       EXPECT_TRUE(results->Lookup(key)) << key;
     }
   }
