@@ -3,32 +3,19 @@
 
 #include <utility>
 
-#include "embedded/catalog/names.h"
 #include "embedded/run/session.h"
 #include "embedded/run/store.h"
+#include "embedded/script.h"
 #include "foundation/error.h"
 
 namespace tavcc::sql {
 namespace {
 
-bool IsGo(std::string_view line) {
-  while (!line.empty() && (line.back() == '\r' || line.back() == ' ' || line.back() == '\t')) {
-    line.remove_suffix(1);
-  }
-  while (!line.empty() && (line.front() == ' ' || line.front() == '\t')) line.remove_prefix(1);
-  return SameName(line, "go");
-}
-
-bool IsBlank(std::string_view text) {
-  return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
-}
-
-void RunOneBatch(Engine& engine, std::string_view batch, int line) {
-  if (IsBlank(batch)) return;
-  engine.RunBatch(batch);
+void RunOneBatch(Engine& engine, const ScriptBatch& batch) {
+  engine.RunBatch(batch.text);
   if (const SqlError* error = FirstError(engine.errors())) {
     throw AutomationError(error->number, std::string(kErrorSource),
-                          std::to_string(line) + ": " + error->message);
+                          std::to_string(batch.line) + ": " + error->message);
   }
 }
 
@@ -54,18 +41,7 @@ class StoreDatabase final : public Database, public std::enable_shared_from_this
 
   void RunScript(std::string_view script) override {
     const auto engine = InMemory() ? memory_ : MakeEngine();
-    size_t batch = 0;
-    int line = 1, batch_line = 1;
-    for (size_t at = 0; at < script.size(); ++line) {
-      const size_t end = std::min(script.find('\n', at), script.size());
-      if (IsGo(script.substr(at, end - at))) {
-        RunOneBatch(*engine, script.substr(batch, at - batch), batch_line);
-        batch = std::min(end + 1, script.size());
-        batch_line = line + 1;
-      }
-      at = end + 1;
-    }
-    RunOneBatch(*engine, script.substr(batch), batch_line);
+    for (const ScriptBatch& batch : SplitScript(script)) RunOneBatch(*engine, batch);
   }
 
  private:

@@ -1,6 +1,11 @@
 #include "host/erp.h"
 
+#include <utility>
+
+#include "embedded/script.h"
+#include "foundation/error.h"
 #include "foundation/host_services.h"
+#include "foundation/text.h"
 
 namespace tavcc {
 namespace {
@@ -12,11 +17,22 @@ constexpr std::string_view kRollback = "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION"
 
 }  // namespace
 
-Erp::Erp(const sql::OpenOptions& options)
-    : database_(sql::Database::Open(options)),
-      dsn_(options.path),
-      host_([this](std::string_view) { return database_->NewSession(); },
-            [this](Connection& session) { Reopen(session); }, &log_) {
+Erp::Opening Erp::OpeningOf(const sql::OpenOptions& options) {
+  const auto database = sql::Database::Open(options);
+  return {[=](std::string_view) { return database->NewSession(); },
+          [=](Connection& session) { database->Reopen(session); }};
+}
+
+Erp::Erp(const sql::OpenOptions& options) : Erp(options.path, OpeningOf(options)) {}
+
+Erp::Erp(std::string dsn, ConnectionOpener open, ConnectionReopener reopen)
+    : Erp(std::move(dsn), Opening{std::move(open), std::move(reopen)}) {}
+
+Erp::Erp(std::string dsn, Opening opening)
+    : dsn_(std::move(dsn)),
+      reopen_(std::move(opening.reopen)),
+      host_(
+          std::move(opening.open), [this](Connection& session) { Reopen(session); }, &log_) {
   // Another host may have served this thread before.
   ReleaseHostObjects();
   host_.UseDatabase(dsn_);
@@ -24,6 +40,18 @@ Erp::Erp(const sql::OpenOptions& options)
 
 Erp::~Erp() {
   ReleaseHostObjects();
+}
+
+void Erp::RunScript(std::string_view script) {
+  const ConnectionPtr session = host_.GetUnloggedConnection(dsn_);
+  for (const sql::ScriptBatch& batch : sql::SplitScript(script)) {
+    try {
+      session->Execute(batch.text);
+    } catch (const AutomationError& error) {
+      throw AutomationError(error.number(), error.source(),
+                            Cat(batch.line, ": ", error.description()));
+    }
+  }
 }
 
 void Erp::BeginTransaction() {
@@ -46,7 +74,7 @@ void Erp::EndTransaction(std::string_view statement) {
 }
 
 void Erp::Reopen(Connection& session) {
-  database_->Reopen(session);
+  reopen_(session);
   if (in_transaction_) session.Execute(kBegin);
 }
 

@@ -14,6 +14,8 @@ class Erp {
  public:
   // On the embedded database. Errors: those of opening it.
   explicit Erp(const sql::OpenOptions& options);
+  // On any database: `dsn` is its name for the rules, who never see how it is opened.
+  Erp(std::string dsn, ConnectionOpener open, ConnectionReopener reopen);
   // Lets go of the host objects that the library keeps for this thread.
   ~Erp();
   Erp(const Erp&) = delete;
@@ -27,7 +29,8 @@ class Erp {
   ConnectionPtr connection() { return host_.GetConnection(dsn_); }
 
   // Runs batches separated by GO. Errors: the first one's, naming the line of its batch.
-  void RunScript(std::string_view script) { database_->RunScript(script); }
+  // Nothing of it is in the log.
+  void RunScript(std::string_view script);
 
   // Opens the host's transaction around what follows. A connection that a rule closes loses what it
   // did so far, as it does on the server; when it is opened again it is in a new transaction.
@@ -36,11 +39,17 @@ class Erp {
   void Rollback();
 
  private:
+  struct Opening {
+    ConnectionOpener open;
+    ConnectionReopener reopen;
+  };
+  static Opening OpeningOf(const sql::OpenOptions& options);
+  Erp(std::string dsn, Opening opening);
   void Reopen(Connection& session);
   void EndTransaction(std::string_view statement);
 
-  std::shared_ptr<sql::Database> database_;
-  std::string dsn_;
+  const std::string dsn_;
+  const ConnectionReopener reopen_;
   StatementLog log_;
   ReferenceHost host_;
   bool in_transaction_ = false;

@@ -35,6 +35,10 @@ class ReferenceHost final : public Host {
   void UseDatabase(std::string_view sDsn) { state_->current_dsn = sDsn; }
   // The connection that the host hands out for a connection string.
   ConnectionPtr GetConnection(std::string_view sDsn) { return state_->GetConnection(sDsn); }
+  // The same session past the log.
+  ConnectionPtr GetUnloggedConnection(std::string_view sDsn) {
+    return state_->GetUnloggedConnection(sDsn);
+  }
 
   std::shared_ptr<DbContext> NewDbContext() override;
   std::unique_ptr<ApplicationConnection> NewApplicationConnection() override;
