@@ -157,6 +157,57 @@ class WrongDatabases(Case):
         self.assert_error(tavcc("call", "cls_CX.DeleteBill", "lngFID=1"), "--db FILE")
 
 
+class Servers(Case):
+    """What can be said of --dsn without a server: its errors, and what they keep to themselves."""
+
+    NO_DRIVER = "Driver=NoSuchDriver;Server=erp;UID=sa;PWD={se;cret}"
+
+    def assert_no_driver(self, answer):
+        self.assert_error(answer, "NoSuchDriver")
+        self.assertIn("PWD=***", answer.stderr)
+        self.assertNotIn("cret", answer.stderr)
+
+    def test_each_command_says_why_it_cannot_connect(self):
+        scenario = self.write("passing.json", PASSING)
+        for arguments in (["init"], ["demo"], ["sql", "select 1"],
+                          ["call", "cls_CX.DeleteBill", "lngFID=1"], ["check"]):
+            self.assert_no_driver(tavcc(*arguments, "--dsn", self.NO_DRIVER))
+        answer = tavcc("run", scenario, "--dsn", self.NO_DRIVER)
+        self.assertEqual(answer.returncode, FAILED)
+        self.assertIn("NoSuchDriver", answer.stderr)
+        self.assertNotIn("cret", answer.stdout + answer.stderr)
+
+    def test_the_string_may_stand_in_a_file_or_in_the_environment(self):
+        file = self.write("erp.dsn", self.NO_DRIVER + "\n")
+        self.assert_no_driver(tavcc("sql", "select 1", "--dsn-file", file))
+        os.environ["TAVCC_DSN"] = self.NO_DRIVER
+        try:
+            self.assert_no_driver(tavcc("sql", "select 1"))
+            self.assertEqual(self.rows("select 1"), [[1]], "--db counts before the environment")
+        finally:
+            del os.environ["TAVCC_DSN"]
+
+    def test_one_database_only(self):
+        self.assert_error(tavcc("sql", "select 1", "--db", self.db, "--dsn", self.NO_DRIVER),
+                          "give only one")
+
+    def test_a_file_without_a_string(self):
+        self.assert_error(tavcc("sql", "select 1", "--dsn-file", self.write("empty.dsn", "\n")),
+                          "empty.dsn")
+        self.assert_error(tavcc("sql", "select 1", "--dsn-file", self.path("none.dsn")), "none.dsn")
+
+    def test_sql_over_a_driver(self):
+        answer = tavcc("sql", "--json", "--dsn", "Driver=SQLite3;Database=" + self.path("x.db"),
+                       "select '单😀' as A, 7 as B, null as C")
+        self.assertEqual(json.loads(answer.stdout),
+                         {"columns": ["A", "B", "C"], "rows": [["单😀", 7, None]]})
+
+    def test_compare_wants_a_server(self):
+        scenario = self.write("passing.json", PASSING)
+        self.assert_error(tavcc("run", "--compare", scenario), "--dsn")
+        self.assert_error(tavcc("run", "--known", scenario, scenario), "--compare")
+
+
 class WrongCommandLines(unittest.TestCase):
     def test_each_is_one_line(self):
         for arguments in ([], ["frobnicate"], ["sql"], ["run"], ["classes", "--frob"],
@@ -436,4 +487,5 @@ class Kills(Case):
 
 if __name__ == "__main__":
     TAVCC = os.path.abspath(sys.argv.pop(1))
+    os.environ.pop("TAVCC_DSN", None)
     unittest.main()

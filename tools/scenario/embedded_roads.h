@@ -1,14 +1,11 @@
 // The road that calls the classes directly, on the embedded database.
 #pragma once
 
-#include <functional>
 #include <memory>
 
-#include "scenario/road.h"
+#include "scenario/erp_road.h"
 
 namespace tavcc {
-
-using StatementObserver = std::function<void(const LoggedStatement&)>;
 
 // Each road has a database of its own, in memory, whose clock stands still at the scenario's `now`.
 // `observer`, where given, sees each statement that a call sends.

@@ -33,6 +33,9 @@ class Road {
   virtual Value Call(const ClassDescription& cls, const Method& method,
                      std::vector<Value>& arguments) = 0;
 
+  // Why the scenario cannot be told to its end here; empty while it can.
+  virtual std::string Obstacle() const { return ""; }
+
   // Forgets the statements sent so far. With a failure, the statement at its position, counted from
   // here, raises its error instead of running.
   virtual void StartLog(const std::optional<InjectedFailure>& failure) = 0;
@@ -46,6 +49,10 @@ class Roads {
   virtual ~Roads() = default;
   // A fresh database in the start state. Errors: AutomationError where its SQL fails.
   virtual std::unique_ptr<Road> Open(const StartState& start) = 0;
+  // Whether the clock stands still at the scenario's `now`.
+  virtual bool FixesClock() const { return true; }
+  // Whether a road stays as it is while another one is used. Where not, opening one ends the last.
+  virtual bool KeepsRoadsApart() const { return true; }
 };
 
 }  // namespace tavcc

@@ -9,29 +9,7 @@
 namespace tavcc {
 namespace {
 
-// What a call came to: its result or its error, its arguments afterwards, and what it sent.
-struct Outcome {
-  Value result;
-  std::vector<Value> arguments;
-  std::optional<AutomationError> error;
-  std::vector<LoggedStatement> sent;
-};
-
 using Differences = std::vector<std::string>;
-
-Outcome Call(Road& road, const Step& step, const std::optional<InjectedFailure>& failure) {
-  Outcome outcome;
-  outcome.arguments =
-      MakeArguments({road.host(), road.dsn(), road.connection()}, *step.method, step.args);
-  road.StartLog(failure);
-  try {
-    outcome.result = road.Call(*step.cls, *step.method, outcome.arguments);
-  } catch (const AutomationError& error) {
-    outcome.error = error;
-  }
-  outcome.sent = road.TakeLog();
-  return outcome;
-}
 
 std::string ShowError(const AutomationError& error) {
   return "error " + std::to_string(error.number()) + " from \"" + error.source() + "\": \"" +
@@ -59,7 +37,7 @@ void CompareErrors(const std::optional<ExpectedError>& expected,
   compare("description", expected->description, actual->description());
 }
 
-void CompareAnswer(const Method& method, const Json& expect, const Outcome& outcome,
+void CompareAnswer(const Method& method, const Json& expect, const CallOutcome& outcome,
                    Differences& differences) {
   for (const auto& [name, expected] : expect.items()) {
     if (name == "result") {
@@ -135,7 +113,8 @@ Differences RunQuery(Road& road, const Step& step) {
 
 class Run {
  public:
-  Run(const Scenario& scenario, Roads& roads) : scenario_(scenario), roads_(roads) {}
+  Run(const Scenario& scenario, Roads& roads, std::vector<std::string>* skipped)
+      : scenario_(scenario), roads_(roads), skipped_(skipped) {}
 
   std::optional<StepFailure> All();
 
@@ -143,13 +122,22 @@ class Run {
   std::optional<StepFailure> RunStep(Road& road, const Step& step);
   std::optional<StepFailure> RunSweeps(const Step& step, int statements);
   std::optional<StepFailure> RunSweep(const Step& step, const Sweep& sweep, int at);
-  std::unique_ptr<Road> RoadBefore(const Step& step);
+  std::unique_ptr<Road> RoadBefore(int number);
+  bool IsSkipped(const Step& step) const { return step.needs_clock && !roads_.FixesClock(); }
+  void Skip(const std::string& line) {
+    if (skipped_ != nullptr) skipped_->push_back(line);
+  }
 
   const Scenario& scenario_;
   Roads& roads_;
+  std::vector<std::string>* skipped_;
 };
 
 std::optional<StepFailure> Run::All() {
+  if (scenario_.needs_clock && !roads_.FixesClock()) {
+    Skip(NeedsClockText(scenario_, 0));
+    return std::nullopt;
+  }
   std::unique_ptr<Road> road;
   try {
     road = roads_.Open(scenario_.start);
@@ -157,8 +145,19 @@ std::optional<StepFailure> Run::All() {
     return StepFailure{0, "the start state", {ShowError(error)}, {}};
   }
   for (const Step& step : scenario_.steps) {
+    if (IsSkipped(step)) {
+      Skip(NeedsClockText(scenario_, step.number));
+      continue;
+    }
     try {
-      if (auto failure = RunStep(*road, step)) return failure;
+      auto failure = RunStep(*road, step);
+      if (const std::string obstacle = road->Obstacle(); !obstacle.empty()) {
+        Skip(scenario_.file + ": from step " + std::to_string(step.number) + " on: " + obstacle);
+        return std::nullopt;
+      }
+      if (failure) return failure;
+      // The sweeps ended this road.
+      if (!step.sweeps.empty() && !roads_.KeepsRoadsApart()) road = RoadBefore(step.number + 1);
     } catch (const JsonError& error) {
       throw ScenarioError(scenario_.file + ": step " + std::to_string(step.number) +
                           ", key \"args\": " + error.what());
@@ -173,7 +172,7 @@ std::optional<StepFailure> Run::RunStep(Road& road, const Step& step) {
     if (differences.empty()) return std::nullopt;
     return StepFailure{step.number, "query " + step.query, std::move(differences), {}};
   }
-  Outcome outcome = Call(road, step, step.fail);
+  CallOutcome outcome = CallStep(road, step, step.fail);
   Differences differences;
   CompareErrors(step.error, outcome.error, differences);
   CompareAnswer(*step.method, step.expect, outcome, differences);
@@ -219,12 +218,13 @@ std::optional<StepFailure> Run::RunSweeps(const Step& step, int statements) {
   return std::nullopt;
 }
 
-std::unique_ptr<Road> Run::RoadBefore(const Step& step) {
+std::unique_ptr<Road> Run::RoadBefore(int number) {
   auto road = roads_.Open(scenario_.start);
   for (const Step& earlier : scenario_.steps) {
-    if (earlier.number >= step.number) break;
+    if (earlier.number >= number) break;
+    if (IsSkipped(earlier)) continue;
     if (earlier.IsCall()) {
-      Call(*road, earlier, earlier.fail);
+      CallStep(*road, earlier, earlier.fail);
     } else {
       RunQuery(*road, earlier);
     }
@@ -233,15 +233,20 @@ std::unique_ptr<Road> Run::RoadBefore(const Step& step) {
 }
 
 std::optional<StepFailure> Run::RunSweep(const Step& step, const Sweep& sweep, int at) {
-  const auto road = RoadBefore(step);
-  Outcome outcome = Call(*road, step, InjectedFailure{at, sweep.failure});
+  const auto road = RoadBefore(step.number);
+  CallOutcome outcome = CallStep(*road, step, InjectedFailure{at, sweep.failure});
   Differences differences;
   CompareErrors(sweep.error, outcome.error, differences);
   CompareAnswer(*step.method, sweep.expect, outcome, differences);
   for (const Step& query : sweep.then) {
+    if (IsSkipped(query)) continue;
     for (const std::string& difference : RunQuery(*road, query)) {
       differences.push_back(query.query + ": " + difference);
     }
+  }
+  if (const std::string obstacle = road->Obstacle(); !obstacle.empty()) {
+    Skip(scenario_.file + ": sweep of step " + std::to_string(step.number) + ": " + obstacle);
+    return std::nullopt;
   }
   if (differences.empty()) return std::nullopt;
   return StepFailure{step.number,
@@ -253,8 +258,28 @@ std::optional<StepFailure> Run::RunSweep(const Step& step, const Sweep& sweep, i
 
 }  // namespace
 
-std::optional<StepFailure> RunScenario(const Scenario& scenario, Roads& roads) {
-  return Run(scenario, roads).All();
+CallOutcome CallStep(Road& road, const Step& step, const std::optional<InjectedFailure>& failure) {
+  CallOutcome outcome;
+  outcome.arguments =
+      MakeArguments({road.host(), road.dsn(), road.connection()}, *step.method, step.args);
+  road.StartLog(failure);
+  try {
+    outcome.result = road.Call(*step.cls, *step.method, outcome.arguments);
+  } catch (const AutomationError& error) {
+    outcome.error = error;
+  }
+  outcome.sent = road.TakeLog();
+  return outcome;
+}
+
+std::optional<StepFailure> RunScenario(const Scenario& scenario, Roads& roads,
+                                       std::vector<std::string>* skipped) {
+  return Run(scenario, roads, skipped).All();
+}
+
+std::string NeedsClockText(const Scenario& scenario, int step) {
+  return scenario.file + (step == 0 ? "" : ": step " + std::to_string(step)) +
+         ": needs a clock that stands still";
 }
 
 std::string ShowStatement(const LoggedStatement& statement) {

@@ -18,8 +18,23 @@ struct StepFailure {
   std::vector<LoggedStatement> sent;  // what the call sent
 };
 
+// What a call came to: its result or its error, its arguments afterwards, and what it sent.
+struct CallOutcome {
+  Value result;
+  std::vector<Value> arguments;
+  std::optional<AutomationError> error;
+  std::vector<LoggedStatement> sent;
+};
+CallOutcome CallStep(Road& road, const Step& step, const std::optional<InjectedFailure>& failure);
+
 // Runs the scenario until its end or its first failing step. Nothing when all came as expected.
-std::optional<StepFailure> RunScenario(const Scenario& scenario, Roads& roads);
+// A step that needs the clock is left out where the roads do not fix it, and the rest of a scenario
+// that meets an obstacle; `skipped`, where given, gets a line for each.
+std::optional<StepFailure> RunScenario(const Scenario& scenario, Roads& roads,
+                                       std::vector<std::string>* skipped = nullptr);
+
+// The line for a step that needs the clock.
+std::string NeedsClockText(const Scenario& scenario, int step);
 
 // The failure as a person reads it: where, the differences, and the SQL that was sent.
 std::string DescribeFailure(const Scenario& scenario, const StepFailure& failure);

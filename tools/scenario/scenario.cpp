@@ -62,6 +62,13 @@ class Section {
     return value->get<int32_t>();
   }
 
+  bool Flag(const char* key) const {
+    const Json* value = Find(key);
+    if (value == nullptr) return false;
+    if (!value->is_boolean()) Fail(key, "must be true or false");
+    return value->get<bool>();
+  }
+
   // The object under the key; an empty one when there is none.
   const Json& Object(const char* key) const {
     static const Json empty = Json::object();
@@ -196,7 +203,8 @@ std::vector<Sweep> ReadSweeps(const Section& section, const Method& method) {
 }
 
 void ReadCall(const Section& section, Step& step) {
-  section.AllowOnly({"note", "call", "args", "expect", "statements", "fail", "error", "sweep"});
+  section.AllowOnly(
+      {"note", "needs_clock", "call", "args", "expect", "statements", "fail", "error", "sweep"});
   try {
     const MethodName name = FindMethodByName(section.Text("call"));
     step.cls = name.cls;
@@ -219,7 +227,7 @@ void ReadCall(const Section& section, Step& step) {
 }
 
 void ReadQuery(const Section& section, Step& step) {
-  section.AllowOnly({"note", "query", "rows", "error"});
+  section.AllowOnly({"note", "needs_clock", "query", "rows", "error"});
   step.query = section.Text("query");
   if (section.Find("rows") == nullptr) return;
   step.rows = section.List("rows");
@@ -235,6 +243,7 @@ Step ReadStep(const Json& json, const std::string& place, int number) {
   Step step;
   step.number = number;
   step.note = section.OptionalText("note").value_or("");
+  step.needs_clock = section.Flag("needs_clock");
   step.error = ReadOptionalError(section);
   if (section.Find("call") != nullptr) {
     ReadCall(section, step);
@@ -302,11 +311,12 @@ Scenario ParseScenario(const std::string& file, std::string_view text) {
     throw ScenarioError(file + ": " + error.what());
   }
   const Section section(json, file);
-  section.AllowOnly({"name", "note", "user", "now", "denied_rights", "published", "resources",
-                     "profile", "sql", "steps"});
+  section.AllowOnly({"name", "note", "needs_clock", "user", "now", "denied_rights", "published",
+                     "resources", "profile", "sql", "steps"});
   Scenario scenario;
   scenario.file = file;
   scenario.name = section.Text("name");
+  scenario.needs_clock = section.Flag("needs_clock");
   scenario.start = ReadStart(section);
   int number = 0;
   for (const Json& step : section.List("steps")) {

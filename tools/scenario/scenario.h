@@ -54,8 +54,9 @@ struct Sweep {
 };
 
 struct Step {
-  int number = 0;    // from 1
-  std::string note;  // says in a failure which case this is
+  int number = 0;            // from 1
+  std::string note;          // says in a failure which case this is
+  bool needs_clock = false;  // depends on the clock standing at `now`
   // A call …
   const ClassDescription* cls = nullptr;
   const Method* method = nullptr;
@@ -76,6 +77,7 @@ struct Step {
 struct Scenario {
   std::string file;
   std::string name;
+  bool needs_clock = false;  // all of it
   StartState start;
   std::vector<Step> steps;
 };

@@ -13,9 +13,11 @@ enum class Exit { kPassed = 0, kRefused = 1, kFailed = 2 };
 
 // What any command may be given.
 struct CommonOptions {
-  std::string db;      // a database file; empty when none was given
-  bool json = false;   // machine-readable output
-  bool trace = false;  // show the statements
+  std::string db;        // a database file; empty when none was given
+  std::string dsn;       // an ODBC connection string; likewise
+  std::string dsn_file;  // a file that holds one; likewise
+  bool json = false;     // machine-readable output
+  bool trace = false;    // show the statements
 };
 
 // Anything that ends a command with exit status 2; what() is the one line for standard error.

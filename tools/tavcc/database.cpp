@@ -1,9 +1,15 @@
 #include "tavcc/database.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
+#include "foundation/error.h"
+#include "foundation/text.h"
 #include "host/schema.h"
+#include "odbc/connection_string.h"
+#include "odbc/odbc.h"
+#include "scenario/json.h"
 
 namespace tavcc {
 namespace {
@@ -16,10 +22,43 @@ void RemoveWithJournals(const std::string& file) {
   for (const char* suffix : {"", "-journal", "-wal", "-shm"}) fs::remove(file + suffix, ignored);
 }
 
+constexpr const char* kDsnVariable = "TAVCC_DSN";
+
+constexpr std::string_view kSchemaQuery =
+    "SELECT TABLE_NAME FROM INFORMATION_SCHEMA.TABLES WHERE TABLE_NAME = N't_SystemProfile'";
+
+std::string FirstLine(const std::string& text) {
+  const std::string line = text.substr(0, text.find_first_of("\r\n"));
+  return std::string(Trim(line));
+}
+
 }  // namespace
 
+std::string OdbcString(const CommonOptions& options) {
+  const int named = !options.db.empty() + !options.dsn.empty() + !options.dsn_file.empty();
+  if (named > 1) throw CommandError("give only one of --db, --dsn and --dsn-file");
+  if (!options.dsn.empty()) return options.dsn;
+  if (!options.dsn_file.empty()) {
+    const std::string text = FirstLine(ReadTextFile(options.dsn_file));
+    if (text.empty()) throw CommandError(options.dsn_file + ": its first line is empty");
+    return text;
+  }
+  const char* environment = std::getenv(kDsnVariable);
+  return named == 0 && environment != nullptr ? environment : "";
+}
+
+std::unique_ptr<Erp> OpenServer(const std::string& connection_string) {
+  const OdbcOptions options{connection_string};
+  auto erp = std::make_unique<Erp>(
+      MaskPassword(connection_string), [=](std::string_view) { return OpenOdbc(options); },
+      ReopenOdbc);
+  erp->connection();
+  return erp;
+}
+
 std::unique_ptr<Erp> OpenDatabase(const CommonOptions& options) {
-  if (options.db.empty()) throw CommandError("which database? give --db FILE");
+  if (const std::string server = OdbcString(options); !server.empty()) return OpenServer(server);
+  if (options.db.empty()) throw CommandError("which database? give --db FILE or --dsn STRING");
   sql::OpenOptions open;
   open.path = options.db;
   open.create = false;
@@ -30,6 +69,24 @@ void FillDatabase(Erp& erp, bool sample) {
   erp.RunScript(SchemaScript());
   erp.RunScript(BaseScript());
   if (sample) erp.RunScript(SampleScript());
+}
+
+void FillServer(Erp& erp, bool sample) {
+  if (!erp.connection()->Execute(kSchemaQuery)->AtEnd()) {
+    throw CommandError("the database holds an ERP schema already; it is left as it is");
+  }
+  erp.BeginTransaction();
+  try {
+    FillDatabase(erp, sample);
+  } catch (...) {
+    try {
+      erp.Rollback();
+    } catch (const AutomationError&) {
+      // The first error is the one to tell; the server undoes what is left open.
+    }
+    throw;
+  }
+  erp.Commit();
 }
 
 void MakeDatabase(const std::string& file, bool sample) {

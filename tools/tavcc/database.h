@@ -9,7 +9,15 @@
 
 namespace tavcc {
 
-// The database of --db. Errors: CommandError when none was given; those of opening it.
+// The connection string of --dsn or --dsn-file, or, where no database is named, of the
+// environment's TAVCC_DSN; empty when there is none. Errors: CommandError when more than one
+// database is named, or the file cannot be read or holds nothing.
+std::string OdbcString(const CommonOptions& options);
+
+// The database on a server, connected. Errors: those of connecting.
+std::unique_ptr<Erp> OpenServer(const std::string& connection_string);
+
+// The named database. Errors: CommandError when none is named; those of opening it.
 std::unique_ptr<Erp> OpenDatabase(const CommonOptions& options);
 
 // The ERP schema and its base rows, and the sample company where asked for.
@@ -18,5 +26,9 @@ void FillDatabase(Erp& erp, bool sample);
 // Makes a database file, whole or not at all: it gets its name when it is complete. Errors:
 // CommandError when there is a file of that name, which is left as it is, or none can be made.
 void MakeDatabase(const std::string& file, bool sample);
+
+// Makes the schema in a database on a server, whole or not at all. Errors: CommandError when it has
+// one already, which is left as it is; the database's.
+void FillServer(Erp& erp, bool sample);
 
 }  // namespace tavcc

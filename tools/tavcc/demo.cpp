@@ -191,6 +191,12 @@ class DemoCommand final : public Command {
   void Describe(CLI::App&) override {}
 
   Exit Run(const CommonOptions& options) override {
+    if (const std::string server = OdbcString(options); !server.empty()) {
+      const auto erp = OpenServer(server);
+      FillServer(*erp, true);
+      Story(*erp, options).Tell();
+      return Exit::kPassed;
+    }
     if (!options.db.empty()) MakeDatabase(options.db, true);
     sql::OpenOptions open;
     if (!options.db.empty()) open.path = options.db;

@@ -15,12 +15,21 @@ class InitCommand final : public Command {
   }
 
   Exit Run(const CommonOptions& options) override {
-    if (options.db.empty()) throw CommandError("which file is to be made? give --db FILE");
-    MakeDatabase(options.db, sample_);
-    if (options.json) {
-      fmt::print("{}\n", Show({{"database", options.db}, {"sample", sample_}}));
+    std::string name = options.db;
+    if (const std::string server = OdbcString(options); !server.empty()) {
+      const auto erp = OpenServer(server);
+      FillServer(*erp, sample_);
+      name = erp->dsn();
     } else {
-      fmt::print("{} holds a new ERP database{}\n", options.db,
+      if (options.db.empty()) {
+        throw CommandError("which database is to be made? give --db FILE or --dsn STRING");
+      }
+      MakeDatabase(options.db, sample_);
+    }
+    if (options.json) {
+      fmt::print("{}\n", Show({{"database", name}, {"sample", sample_}}));
+    } else {
+      fmt::print("{} holds a new ERP database{}\n", name,
                  sample_ ? " with the sample company" : "");
     }
     return Exit::kPassed;

@@ -68,6 +68,12 @@ int Run(int argc, const char* const* argv) {
   for (const Entry& entry : kCommands) {
     CLI::App* sub = app.add_subcommand(entry.name, entry.summary);
     sub->add_option("--db", options.db, "Database file")->type_name("FILE");
+    sub->add_option("--dsn", options.dsn, "ODBC connection string of a database on a server")
+        ->type_name("STRING");
+    sub->add_option("--dsn-file", options.dsn_file,
+                    "File that holds the connection string; where none is given, the environment's "
+                    "TAVCC_DSN counts")
+        ->type_name("FILE");
     sub->add_flag("--json", options.json, "Print JSON");
     sub->add_flag("--trace", options.trace, "Show each statement, its rows and its time");
     commands.emplace_back(sub, entry.make());

@@ -1,10 +1,15 @@
 // tavcc run: runs scenario files.
 #include <fmt/core.h>
 
+#include "odbc/connection_string.h"
+#include "odbc/odbc.h"
+#include "scenario/compare_roads.h"
 #include "scenario/embedded_roads.h"
+#include "scenario/prepared_roads.h"
 #include "scenario/runner.h"
 #include "scenario/scenario.h"
 #include "tavcc/command.h"
+#include "tavcc/database.h"
 #include "tavcc/output.h"
 #include "tavcc/progress.h"
 
@@ -15,12 +20,19 @@ class RunCommand final : public Command {
  public:
   void Describe(CLI::App& app) override {
     app.add_option("SCENARIO", paths_, "Scenario files, or folders of them")->required();
+    app.add_flag("--compare", compare_,
+                 "Run them on the embedded database and on the server, and print what differs");
+    app.add_option("--known", known_file_, "Differences that the server is known for")
+        ->type_name("FILE");
   }
 
   Exit Run(const CommonOptions& options) override {
     const std::vector<std::string> files = ScenarioFiles(paths_);
-    const auto roads =
-        MakeEmbeddedRoads(options.trace ? StatementObserver(TraceStatement) : nullptr);
+    if (!known_file_.empty()) {
+      if (!compare_) throw CommandError("--known goes with --compare");
+      known_ = ParseKnownDifferences(known_file_, ReadTextFile(known_file_));
+    }
+    const auto roads = OpenRoads(options);
     Json report = Json::array();
     size_t failed = 0;
     {
@@ -31,34 +43,72 @@ class RunCommand final : public Command {
         failed += failure.empty() ? 0 : 1;
         report.push_back({{"file", files[i]}, {"passed", failure.empty()}});
         if (!failure.empty()) report.back()["failure"] = failure;
-        if (!failure.empty() && !options.json) fmt::print(stderr, "FAILED {}", failure);
+        if (!failure.empty() && !options.json) {
+          fmt::print(stderr, "{} {}", compare_ ? "DIFFERS" : "FAILED", failure);
+        }
       }
     }
     if (options.json) {
       fmt::print("{}\n", report.dump(2));
-    } else if (failed == 0) {
-      fmt::print("{} scenario{} passed\n", files.size(), files.size() == 1 ? "" : "s");
     } else {
-      fmt::print("{} of {} scenarios failed\n", failed, files.size());
+      PrintSummary(files.size(), failed);
     }
     return failed == 0 ? Exit::kPassed : Exit::kFailed;
   }
 
  private:
+  // What --compare sets beside the server is always the embedded database.
+  std::unique_ptr<Roads> OpenRoads(const CommonOptions& options) {
+    const StatementObserver trace = options.trace ? StatementObserver(TraceStatement) : nullptr;
+    if (compare_) embedded_ = MakeEmbeddedRoads();
+    const std::string server = OdbcString(options);
+    if (server.empty()) {
+      if (compare_) throw CommandError("--compare wants a server: give --dsn STRING");
+      return MakeEmbeddedRoads(trace);
+    }
+    const OdbcOptions odbc{server};
+    return MakePreparedRoads(
+        OnSqlServer(
+            MaskPassword(server), [=](std::string_view) { return OpenOdbc(odbc); }, ReopenOdbc),
+        trace);
+  }
+
   // What is wrong with the file or came out otherwise than it says; empty when nothing.
-  static std::string RunFile(const std::string& file, Roads& roads) {
+  std::string RunFile(const std::string& file, Roads& roads) {
     try {
       const Scenario scenario = LoadScenario(file);
-      const auto failure = RunScenario(scenario, roads);
+      if (compare_) {
+        return DescribeDifferences(scenario, CompareRoads(scenario, *embedded_, roads, &skipped_),
+                                   known_);
+      }
+      const auto failure = RunScenario(scenario, roads, &skipped_);
       return failure ? DescribeFailure(scenario, *failure) : "";
     } catch (const ScenarioError& error) {
       return std::string(error.what()) + "\n";
-    } catch (const std::exception& error) {
-      return file + ": " + error.what() + "\n";
+    }
+  }
+
+  void PrintSummary(size_t files, size_t failed) const {
+    if (failed == 0) {
+      fmt::print("{} scenario{} {}\n", files, files == 1 ? "" : "s",
+                 compare_ ? "compared without a difference" : "passed");
+    } else {
+      fmt::print("{} of {} scenarios {}\n", failed, files, compare_ ? "differ" : "failed");
+    }
+    for (const std::string& line : skipped_) fmt::print("skipped: {}\n", line);
+    for (const KnownDifference& known : known_) {
+      if (!known.met) {
+        fmt::print("known, but did not occur: {}, line {}\n", known_file_, known.line);
+      }
     }
   }
 
   std::vector<std::string> paths_;
+  bool compare_ = false;
+  std::string known_file_;
+  std::vector<KnownDifference> known_;
+  std::unique_ptr<Roads> embedded_;
+  std::vector<std::string> skipped_;
 };
 
 }  // namespace

@@ -1,0 +1,104 @@
+// Comparing two roads: what is a difference, and which are known.
+#include "scenario/compare_roads.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "scenario/embedded_roads.h"
+
+namespace tavcc {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+// Roads whose database starts with one more statement.
+class ChangedRoads final : public Roads {
+ public:
+  explicit ChangedRoads(std::string sql) : sql_(std::move(sql)), roads_(MakeEmbeddedRoads()) {}
+  std::unique_ptr<Road> Open(const StartState& start) override {
+    StartState changed = start;
+    changed.sql.push_back(sql_);
+    return roads_->Open(changed);
+  }
+  bool FixesClock() const override { return fixes_clock; }
+
+  bool fixes_clock = true;
+
+ private:
+  const std::string sql_;
+  const std::unique_ptr<Roads> roads_;
+};
+
+Scenario AuditOfOneBill() {
+  return ParseScenario("folder/audit.json", R"json({
+    "name": "audit", "sql": ["insert into T_CC_ZZCX(FID) values(1)"], "steps": [
+      {"call": "cls_CX.AuditBill", "args": {"lngFID": 1, "lngUserID": 2}},
+      {"query": "select FStatus from T_CC_ZZCX"},
+      {"needs_clock": true, "query": "select FCheckDate from T_CC_ZZCX"}]})json");
+}
+
+TEST(CompareRoads, TheSameIsNoDifference) {
+  const auto first = MakeEmbeddedRoads();
+  const auto second = MakeEmbeddedRoads();
+  EXPECT_THAT(CompareRoads(AuditOfOneBill(), *first, *second), IsEmpty());
+}
+
+TEST(CompareRoads, NamesResultMessageStatementsAndRows) {
+  const auto first = MakeEmbeddedRoads();
+  ChangedRoads second("update T_CC_ZZCX set FVoucherID=7");
+  const auto differences = CompareRoads(AuditOfOneBill(), *first, second);
+  ASSERT_EQ(differences.size(), 5u);
+  EXPECT_EQ(differences[0].text, "result: true / false");
+  EXPECT_THAT(differences[1].text, HasSubstr("strReturnMsg: \"\" / \"该单据已生成凭证"));
+  EXPECT_THAT(differences[2].text, HasSubstr("statement 2: \"Update T_CC_ZZCX set"));
+  EXPECT_THAT(differences[2].text, HasSubstr(" / none"));
+  EXPECT_EQ(differences[3].text, R"(rows: [{"FStatus":1}] / [{"FStatus":0}])");
+  EXPECT_EQ(differences[3].step, 2);
+  EXPECT_THAT(differences[4].text, HasSubstr("FCheckDate"));
+}
+
+TEST(CompareRoads, WhatNeedsTheClockIsLeftOutWhereItRuns) {
+  const auto first = MakeEmbeddedRoads();
+  ChangedRoads second("update T_CC_ZZCX set FVoucherID=7");
+  second.fixes_clock = false;
+  std::vector<std::string> skipped;
+  EXPECT_EQ(CompareRoads(AuditOfOneBill(), *first, second, &skipped).size(), 4u);
+  ASSERT_EQ(skipped.size(), 1u);
+  EXPECT_THAT(skipped[0], HasSubstr("step 3"));
+}
+
+TEST(CompareRoads, AStartThatFailsIsADifference) {
+  const auto first = MakeEmbeddedRoads();
+  ChangedRoads second("update NoTable set A=1");
+  const auto differences = CompareRoads(AuditOfOneBill(), *first, second);
+  ASSERT_EQ(differences.size(), 1u);
+  EXPECT_EQ(differences[0].step, 0);
+  EXPECT_THAT(differences[0].text, HasSubstr("208"));
+}
+
+TEST(KnownDifferences, AreLeftOutAndMarked) {
+  auto known = ParseKnownDifferences("known.txt",
+                                     "# this server\n\n"
+                                     "audit.json | 1 | result: | it answers otherwise\n"
+                                     "* | 2 | rows: | it counts otherwise\n"
+                                     "audit.json | 3 | * | never\n");
+  const std::string text = DescribeDifferences(
+      AuditOfOneBill(), {{1, "result: true / false"}, {1, "error: a / b"}, {2, "rows: 1 / 2"}},
+      known);
+  EXPECT_EQ(text, "folder/audit.json: audit\n  step 1: error: a / b\n");
+  EXPECT_TRUE(known[0].met);
+  EXPECT_TRUE(known[1].met);
+  EXPECT_FALSE(known[2].met);
+  EXPECT_EQ(known[2].line, 5);
+}
+
+TEST(KnownDifferences, EachHasAReason) {
+  for (const char* line :
+       {"audit.json | 1 | result:", "audit.json | 1 | result: | ", "x", "| | |"}) {
+    EXPECT_THROW(ParseKnownDifferences("known.txt", line), ScenarioError) << line;
+  }
+}
+
+}  // namespace
+}  // namespace tavcc

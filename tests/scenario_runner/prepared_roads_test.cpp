@@ -1,0 +1,94 @@
+// All scenarios as a server runs them: on one prepared database, each in a transaction that is
+// rolled back, and with a clock that nobody set.
+#include "scenario/prepared_roads.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "embedded/embedded.h"
+#include "foundation/error.h"
+#include "host/schema.h"
+#include "scenario/runner.h"
+
+namespace tavcc {
+namespace {
+
+// Neither in the year of the periods nor in that of the bills.
+constexpr std::string_view kOtherMoment = "2031-08-09 11:12:13";
+
+// The one that a scenario looks for after its connection was closed.
+constexpr const char* kDropTemporaryTable =
+    "if object_id('tempdb..#Mine') is not null drop table #Mine";
+
+std::vector<std::string> AllScenarios() {
+  return ScenarioFiles({TAVCC_SOURCE_DIR "/tests/scenarios"});
+}
+
+void ExpectAllPass(Roads& roads, std::vector<std::string>& skipped) {
+  for (const std::string& file : AllScenarios()) {
+    const Scenario scenario = LoadScenario(file);
+    const auto failure = RunScenario(scenario, roads, &skipped);
+    if (failure) ADD_FAILURE() << DescribeFailure(scenario, *failure);
+  }
+}
+
+class Prepared {
+ public:
+  Prepared() {
+    sql::OpenOptions options;
+    options.clock = [] { return *DateTime::Parse(kOtherMoment); };
+    database_ = sql::Database::Open(options);
+    database_->RunScript(SchemaScript());
+    database_->RunScript(BaseScript());
+  }
+
+  PreparedDatabase Access() {
+    return {"prepared", [this](std::string_view) { return database_->NewSession(); },
+            [this](Connection& session) { database_->Reopen(session); }, "", kDropTemporaryTable};
+  }
+  sql::Database& database() { return *database_; }
+
+ private:
+  std::shared_ptr<sql::Database> database_;
+};
+
+TEST(PreparedRoads, RunEveryScenarioAndLeaveNothingBehind) {
+  Prepared prepared;
+  std::vector<std::string> skipped;
+  {
+    const auto roads = MakePreparedRoads(prepared.Access());
+    ExpectAllPass(*roads, skipped);
+  }
+  EXPECT_GT(skipped.size(), 0u);
+  EXPECT_LT(skipped.size(), AllScenarios().size() / 10) << "marks are for what needs the clock";
+  const auto session = prepared.database().NewSession();
+  for (const char* table : {"T_CC_StockBill", "T_CC_ZZCX", "t_Organization", "T_CC_Inventory"}) {
+    EXPECT_EQ(session->Execute(std::string("select count(*) from ") + table)->Field(0),
+              Value(int32_t{0}))
+        << table;
+  }
+}
+
+TEST(PreparedRoads, RefuseADatabaseWithBills) {
+  Prepared prepared;
+  prepared.database().RunScript("insert into T_CC_StockBill(FID) values(1)");
+  const auto roads = MakePreparedRoads(prepared.Access());
+  EXPECT_THROW(roads->Open(StartState()), AutomationError);
+}
+
+TEST(PreparedRoads, AnErrorThatEndsTheTransactionIsAnObstacle) {
+  Prepared prepared;
+  const auto roads = MakePreparedRoads(prepared.Access());
+  const auto road = roads->Open(StartState());
+  EXPECT_THROW(road->connection()->Execute("select * from NoTable"), AutomationError);
+  EXPECT_EQ(road->Obstacle(), "");
+  EXPECT_THROW(road->connection()->Execute("rollback transaction select * from NoTable"),
+               AutomationError);
+  EXPECT_THAT(road->Obstacle(), ::testing::HasSubstr("ended the transaction"));
+  road->connection()->Execute("insert into T_CC_StockBill(FID) values(1)");
+  EXPECT_TRUE(
+      roads->Open(StartState())->connection()->Execute("select * from T_CC_StockBill")->AtEnd());
+}
+
+}  // namespace
+}  // namespace tavcc

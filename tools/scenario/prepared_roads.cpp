@@ -1,0 +1,168 @@
+#include "scenario/prepared_roads.h"
+
+#include <utility>
+
+#include "foundation/error.h"
+#include "scenario/start_state.h"
+
+namespace tavcc {
+namespace {
+
+constexpr std::string_view kBegin = "BEGIN TRANSACTION";
+constexpr std::string_view kRollback = "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION";
+constexpr std::string_view kBills = "SELECT COUNT(*) FROM T_CC_StockBill";
+constexpr std::string_view kTransactions = "SELECT @@TRANCOUNT";
+
+// A column that never gave a number gives the one it is set to, not the next: it is left alone.
+constexpr const char* kResetIdentities =
+    "DECLARE @sql nvarchar(max)\r\n"
+    "SET @sql = N''\r\n"
+    "SELECT @sql = @sql + N'DBCC CHECKIDENT(''' + OBJECT_SCHEMA_NAME(object_id) + N'.' +"
+    " OBJECT_NAME(object_id) + N''', RESEED, 0) WITH NO_INFOMSGS;'"
+    " FROM sys.identity_columns"
+    " WHERE last_value IS NOT NULL AND OBJECTPROPERTY(object_id, 'IsUserTable') = 1\r\n"
+    "EXEC(@sql)";
+
+// The server pads the names of temporary tables with underscores.
+constexpr const char* kDropTemporaryTables =
+    "DECLARE @sql nvarchar(max)\r\n"
+    "SET @sql = N''\r\n"
+    "SELECT @sql = @sql + N'DROP TABLE ' + LEFT(name, CHARINDEX('___', name) - 1) + N';'"
+    " FROM tempdb.sys.tables WHERE name LIKE '#%[_][_][_]%'"
+    " AND OBJECT_ID('tempdb..' + LEFT(name, CHARINDEX('___', name) - 1)) = object_id\r\n"
+    "EXEC(@sql)";
+
+// The session of all roads, as one of them sees it.
+class ScenarioSession final : public Connection {
+ public:
+  ScenarioSession(ConnectionPtr session, const PreparedDatabase& database)
+      : session_(std::move(session)), database_(database) {}
+
+  RecordsetPtr Execute(std::string_view sql) override {
+    return Guarded([&] { return session_->Execute(sql); });
+  }
+  RecordsetPtr OpenClientRecordset(std::string_view sql) override {
+    return Guarded([&] { return session_->OpenClientRecordset(sql); });
+  }
+  void CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) override {
+    Guarded([&] {
+      session_->CallProcedure(name, parameters);
+      return RecordsetPtr();
+    });
+  }
+  std::vector<ConnectionError> Errors() const override { return errors_; }
+  int State() const override { return closed_ ? kStateClosed : session_->State(); }
+  void Close() override { closed_ = true; }
+
+  void Reopen() {
+    closed_ = false;
+    if (!database_.at_reopening.empty()) session_->Execute(database_.at_reopening);
+  }
+  const std::string& obstacle() const { return obstacle_; }
+
+ private:
+  template <class Run>
+  RecordsetPtr Guarded(Run run) {
+    if (closed_) throw AutomationError(RuntimeError::kObjectClosed);
+    errors_.clear();
+    try {
+      RecordsetPtr rows = run();
+      errors_ = session_->Errors();
+      return rows;
+    } catch (const AutomationError&) {
+      errors_ = session_->Errors();
+      KeepInTransaction();
+      throw;
+    }
+  }
+
+  void KeepInTransaction() {
+    if (session_->State() == kStateClosed) {
+      obstacle_ = "the connection was lost";
+      return;
+    }
+    if (session_->Execute(kTransactions)->Field(0) != Value(int32_t{0})) return;
+    session_->Execute(kBegin);
+    obstacle_ = "an error of the server ended the transaction in which the scenario runs";
+  }
+
+  const ConnectionPtr session_;
+  const PreparedDatabase& database_;
+  bool closed_ = false;
+  std::string obstacle_;
+  std::vector<ConnectionError> errors_;
+};
+
+class PreparedRoad final : public ErpRoad {
+ public:
+  PreparedRoad(const StartState& start, std::shared_ptr<ScenarioSession> session,
+               const std::string& dsn, StatementObserver observer)
+      : ErpRoad(std::make_unique<Erp>(
+                    dsn, [=](std::string_view) { return session; },
+                    [=](Connection&) { session->Reopen(); }),
+                std::move(observer)),
+        session_(session) {
+    ApplyStartState(start, erp().host(), *erp().connection());
+  }
+
+  std::string Obstacle() const override { return session_->obstacle(); }
+
+ private:
+  const std::shared_ptr<ScenarioSession> session_;
+};
+
+class PreparedRoads final : public Roads {
+ public:
+  PreparedRoads(PreparedDatabase database, StatementObserver observer)
+      : database_(std::move(database)), observer_(std::move(observer)) {}
+
+  // One road at a time: the next one rolls back what the last one did.
+  std::unique_ptr<Road> Open(const StartState& start) override {
+    RequireSession();
+    session_->Execute(kRollback);
+    session_->Execute(kBegin);
+    if (!database_.at_start.empty()) session_->Execute(database_.at_start);
+    return std::make_unique<PreparedRoad>(
+        start, std::make_shared<ScenarioSession>(session_, database_), database_.dsn, observer_);
+  }
+  bool FixesClock() const override { return false; }
+  bool KeepsRoadsApart() const override { return false; }
+
+  ~PreparedRoads() override {
+    // What is not rolled back here goes with the session.
+    try {
+      if (session_ != nullptr) session_->Execute(kRollback);
+    } catch (const AutomationError&) {
+    }
+  }
+
+ private:
+  void RequireSession() {
+    if (session_ == nullptr) {
+      session_ = database_.open(database_.dsn);
+      if (session_->Execute(kBills)->Field(0) == Value(int32_t{0})) return;
+      session_ = nullptr;
+      throw AutomationError(RuntimeError::kInvalidProcedureCall,
+                            "the database holds bills; scenarios want one that was made by tavcc "
+                            "init without --sample");
+    }
+    if (session_->State() == Connection::kStateClosed) database_.reopen(*session_);
+  }
+
+  const PreparedDatabase database_;
+  const StatementObserver observer_;
+  ConnectionPtr session_;
+};
+
+}  // namespace
+
+PreparedDatabase OnSqlServer(std::string dsn, ConnectionOpener open, ConnectionReopener reopen) {
+  return {std::move(dsn), std::move(open), std::move(reopen), kResetIdentities,
+          kDropTemporaryTables};
+}
+
+std::unique_ptr<Roads> MakePreparedRoads(PreparedDatabase database, StatementObserver observer) {
+  return std::make_unique<PreparedRoads>(std::move(database), std::move(observer));
+}
+
+}  // namespace tavcc

@@ -1,0 +1,34 @@
+// Roads over one database that was prepared beforehand: each is a transaction that is rolled back.
+//
+// This is how scenarios run on a server. The clock there runs. A connection that a rule closes
+// stays open underneath, since the scenario's start would go with it; its temporary tables go.
+// Where an error of the server ends the transaction, what the scenario did so far is gone: the road
+// then has an obstacle, and a new transaction keeps the database clean.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "scenario/erp_road.h"
+
+namespace tavcc {
+
+struct PreparedDatabase {
+  std::string dsn;  // its name for the rules
+  ConnectionOpener open;
+  ConnectionReopener reopen;
+  // Batches run at the start of each road, and when a connection that a rule closed is opened
+  // again.
+  std::string at_start;
+  std::string at_reopening;
+};
+
+// The batches for SQL Server: identity columns start at 1 again; temporary tables go.
+PreparedDatabase OnSqlServer(std::string dsn, ConnectionOpener open, ConnectionReopener reopen);
+
+// The database holds the schema and the base rows and no bill. Errors of Open, beside the
+// database's: AutomationError 5 where it holds bills, and is then left as it is.
+std::unique_ptr<Roads> MakePreparedRoads(PreparedDatabase database,
+                                         StatementObserver observer = nullptr);
+
+}  // namespace tavcc
