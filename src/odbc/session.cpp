@@ -140,10 +140,6 @@ void Session::Prepare(Statement& statement) {
   // Drivers without a timeout refuse it, which changes nothing.
   SQLSetStmtAttr(statement.get(), SQL_ATTR_QUERY_TIMEOUT,
                  NumberAttribute(static_cast<SQLULEN>(options_.query_seconds)), 0);
-  // With an array of states, FreeTDS reports a failed first statement as a warning with the error
-  // in its diagnostics. The driver manager would otherwise take the batch as ended, and closing it
-  // would cancel the statements behind.
-  SQLSetStmtAttr(statement.get(), SQL_ATTR_PARAM_STATUS_PTR, &parameter_status_, 0);
 }
 
 SQLRETURN Session::Send(const Statement& statement, std::string_view sql) {
@@ -197,10 +193,16 @@ Rows Session::Run(std::string_view sql, Keep keep) {
 }
 
 void Session::RaiseFirstError() {
-  const auto first =
+  auto first =
       std::ranges::find_if(errors_, [](const ConnectionError& e) { return e.number != 0; });
-  if (first == errors_.end()) return;
-  if (lost_ || IsDead()) {
+  // A driver may tell of the loss by a message alone, or not at all.
+  const bool gone = lost_ || IsDead();
+  if (first == errors_.end() && !gone) return;
+  if (first == errors_.end()) {
+    const std::string text = errors_.empty() ? "no reason given" : errors_.back().description;
+    first = errors_.insert(errors_.end(), {kDriverError, std::string(kErrorSource), text, "08S01"});
+  }
+  if (gone) {
     first->description = Cat("the connection to the database was lost: ", first->description);
     Close();
   }

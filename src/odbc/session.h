@@ -62,7 +62,6 @@ class Session final : public Connection {
   Encoding encoding_ = Encoding::kWide;
   bool open_ = false;
   bool lost_ = false;  // the batch under way met the end of the connection
-  SQLUSMALLINT parameter_status_ = 0;
   std::vector<ConnectionError> errors_;
 };
 
