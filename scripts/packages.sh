@@ -8,8 +8,7 @@ build_packages=(
 # To run the checks: those that are no C++, and those of the ODBC connection.
 check_packages=(python3 clang-format libsqliteodbc)
 # To build the automation server for Windows and run it: compilers, the IDL compiler and its
-# headers,
-# Wine, and GoogleTest's sources. SQLite's source comes through npm.
+# headers, Wine, and GoogleTest's sources. SQLite's source comes through npm.
 windows_packages=(
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools libwine-dev wine wine64
   googletest npm
