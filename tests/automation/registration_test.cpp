@@ -67,6 +67,27 @@ TEST(Registration, UnregisteringLeavesNoKeyBehindAndRegisteringBringsAllBack) {
   EXPECT_EQ(server.Call("DllRegisterServer"), S_OK);
 }
 
+// With the manifest beside the server a client needs no registry entry of it at all.
+TEST_F(AutomationTest, TheManifestCreatesClassesWithoutRegistration) {
+  HostedErp erp;
+  const Server server;
+  ASSERT_EQ(server.Call("DllUnregisterServer"), S_OK);
+  ACTCTXW description{};
+  description.cbSize = sizeof description;
+  description.lpSource = L"TavM_CC_PlugIns.manifest";
+  const HANDLE context = CreateActCtxW(&description);
+  EXPECT_NE(context, INVALID_HANDLE_VALUE);
+  ULONG_PTR cookie = 0;
+  EXPECT_TRUE(ActivateActCtx(context, &cookie));
+  const auto object = CreateByProgID(L"TavM_CC_PlugIns.cls_CX");
+  EXPECT_TRUE(object.Get() != nullptr);
+  DeactivateActCtx(0, cookie);
+  ReleaseActCtx(context);
+  CLSID id;
+  EXPECT_NE(CLSIDFromProgID(L"TavM_CC_PlugIns.cls_CX", &id), S_OK);
+  EXPECT_EQ(server.Call("DllRegisterServer"), S_OK);
+}
+
 TEST(Registration, AnUnknownClassHasNoFactory) {
   const Apartment apartment;
   const HMODULE module = LoadLibraryW(L"TavM_CC_PlugIns.dll");
