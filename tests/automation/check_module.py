@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Inspects the automation server as a file: machine, exports, what it needs beside it, type library.
+"""Inspects the automation server as a file: machine, exports, what it needs, type library.
 
 usage: check_module.py OBJDUMP MACHINE MODULE   (MACHINE: x86-64 or i386)
 """

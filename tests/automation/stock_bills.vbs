@@ -1,4 +1,5 @@
-' What a host's script does: creates the library's classes by ProgID and works on the sample company.
+' What a host's script does: creates the library's classes by ProgID and works on the sample
+' company.
 ' Output is UTF-8, through the reference host, since Wine's own console drops Chinese.
 Option Explicit
 Dim out, host, plug_in, info, dsn, message

@@ -220,7 +220,8 @@ def check_dead_sources(root, build, files, texts, findings):
 
 
 def is_windows_only(path):
-    return path.startswith(("src/automation/", "src/host/automation/", "tests/automation/"))
+    return path.startswith(("src/automation/", "src/host/automation/", "tests/automation/",
+                            "bench/automation/"))
 
 
 def is_linked(path, documents):

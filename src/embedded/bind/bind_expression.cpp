@@ -126,8 +126,7 @@ BoundExpressionPtr Binder::BindLiteral(const LiteralExpression& literal) {
   if (!exchangeable) {
     return std::make_unique<BoundLiteral>(EvaluateLiteral(literal.form, literal.text), -1);
   }
-  return std::make_unique<BoundLiteral>(literals_[static_cast<size_t>(literal.slot)],
-                                        literal.slot);
+  return std::make_unique<BoundLiteral>(literals_[static_cast<size_t>(literal.slot)], literal.slot);
 }
 
 BoundExpressionPtr Binder::BindColumn(const ColumnExpression& column, const Scope& scope) {

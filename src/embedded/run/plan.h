@@ -27,7 +27,7 @@ struct Plan {
   std::vector<TypedValue> literals;  // those it was compiled with
   // The slots of which more than the type counts: all literals of a program have the same types.
   std::vector<size_t> particular;
-  uint64_t epoch = 0;                // of the catalog when the names were last found to stand
+  uint64_t epoch = 0;  // of the catalog when the names were last found to stand
 
   Emitted emitted;
   SqliteStatement statement;           // prepared when it is first run
