@@ -97,6 +97,9 @@ SqlType ResultType(const FunctionRule& rule, const std::vector<BoundExpressionPt
       return TextType(TypeKind::kVarChar, 30);
     case FunctionResult::kFirstNumber:
       return NumberResult(first);
+    case FunctionResult::kWholeNumber:
+      return first.kind == TypeKind::kDecimal ? DecimalType(first.precision, 0)
+                                              : NumberResult(first);
     case FunctionResult::kDateOfThird:
       return arguments[1]->type;
   }

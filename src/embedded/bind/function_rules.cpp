@@ -15,7 +15,7 @@ constexpr auto kRules = std::to_array<FunctionRule>({
     // name          arguments  result         form         SQLite's function
     {"ABS",          "n",       kFirstNumber,  kNumeric,    "t_abs"},
     {"ASCII",        "t",       kInt,          kPlain,      "t_ascii"},
-    {"CEILING",      "n",       kFirstNumber,  kNumeric,    "t_ceiling"},
+    {"CEILING",      "n",       kWholeNumber,  kNumeric,    "t_ceiling"},
     {"CHAR",         "i",       kChar,         kPlain,      "t_char"},
     {"CHARINDEX",    "tt|i",    kInt,          kPlain,      "t_charindex"},
     {"DATALENGTH",   "a",       kInt,          kDataLength, "t_datalength"},
@@ -24,7 +24,7 @@ constexpr auto kRules = std::to_array<FunctionRule>({
     {"DATENAME",     "pd",      kShortText,    kPlain,      "t_datename"},
     {"DATEPART",     "pd",      kInt,          kPlain,      "t_datepart"},
     {"EXP",          "f",       kFloat,        kPlain,      "t_exp"},
-    {"FLOOR",        "n",       kFirstNumber,  kNumeric,    "t_floor"},
+    {"FLOOR",        "n",       kWholeNumber,  kNumeric,    "t_floor"},
     {"GETDATE",      "",        kDateTime,     kPlain,      "t_getdate"},
     {"CURRENT_TIMESTAMP", "",   kDateTime,     kPlain,      "t_getdate"},
     {"ISDATE",       "t",       kInt,          kPlain,      "t_isdate"},

@@ -18,6 +18,7 @@ enum class FunctionResult : uint8_t {
   kNationalName,  // nvarchar(128)
   kShortText,     // varchar(30)
   kFirstNumber,   // the type of the first argument, smaller whole numbers made int
+  kWholeNumber,   // the same, decimals without their scale
   kDateOfThird,   // DATEADD
 };
 

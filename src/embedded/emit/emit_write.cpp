@@ -60,12 +60,15 @@ class WriteEmitter : public Emitter {
   std::string Insert(const BoundInsert& insert);
   std::string Update(const BoundUpdate& update);
   std::string Delete(const BoundDelete& remove);
+  size_t rows_at() const { return rows_at_; }
 
  private:
   std::string UpdateAlone(const BoundUpdate& update);
   std::string UpdateInner(const BoundUpdate& update);
   std::string UpdateByRowNumber(const BoundUpdate& update);
   std::string Assignments(const BoundUpdate& update);
+
+  size_t rows_at_ = 0;
 };
 
 std::string WriteEmitter::Insert(const BoundInsert& insert) {
@@ -76,6 +79,7 @@ std::string WriteEmitter::Insert(const BoundInsert& insert) {
     out += (i == 0 ? '(' : ',') + ColumnName(table, insert.columns[i]);
   }
   out += ") ";
+  rows_at_ = out.size();
   if (insert.query) {
     const auto row_number = std::ranges::find(insert.columns, table.rowid_column);
     if (row_number == insert.columns.end() || insert.explicit_identity)
@@ -192,8 +196,12 @@ std::string WriteEmitter::Delete(const BoundDelete& remove) {
 Emitted EmitInsert(const BoundInsert& insert) {
   WriteEmitter emitter;
   std::string sql = emitter.Insert(insert);
+  const size_t rows = insert.columns.empty() ? std::string::npos : emitter.rows_at();
   // A single row is computed before it is written.
-  return emitter.Finish(std::move(sql), insert.query != nullptr || insert.rows.size() > 1);
+  Emitted emitted =
+      emitter.Finish(std::move(sql), insert.query != nullptr || insert.rows.size() > 1);
+  emitted.rows_at = rows;
+  return emitted;
 }
 
 Emitted EmitUpdate(const BoundUpdate& update) {

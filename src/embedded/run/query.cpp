@@ -113,7 +113,9 @@ void SelectInstruction::CompileInto(Engine& engine, const Frame& frame, const Ta
                                     Plan& plan) {
   Binder binder(engine.catalog(), visible_.span(), frame.literals, plan.binding);
   plan.table = table;
-  plan.emitted = EmitInsert(binder.BindInsertInto(table, binder.BindQuery(query_)));
+  const BoundInsert bound = binder.BindInsertInto(table, binder.BindQuery(query_));
+  plan.columns = bound.columns;
+  plan.emitted = EmitInsert(bound);
   plan.binding.dependencies.push_back(Dependency{*into_, table, nullptr});
 }
 

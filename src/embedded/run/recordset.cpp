@@ -1,6 +1,7 @@
 #include "embedded/run/recordset.h"
 
 #include "embedded/catalog/names.h"
+#include "embedded/error.h"
 #include "foundation/error.h"
 
 namespace tavcc::sql {
@@ -44,8 +45,12 @@ class RowsRecordset final : public Recordset {
     RequireField(index);
     RequireRow();
     const size_t column = static_cast<size_t>(index);
-    return ToValue(rows_.cells[row_ * rows_.shape->types.size() + column],
-                   rows_.shape->types[column]);
+    try {
+      return ToValue(rows_.cells[row_ * rows_.shape->types.size() + column],
+                     rows_.shape->types[column]);
+    } catch (const SqlError& error) {
+      throw AutomationError(error.number, "embedded database", error.message);
+    }
   }
   Value Field(std::string_view name) const override {
     RequireOpen();

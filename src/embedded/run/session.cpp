@@ -68,8 +68,12 @@ RecordsetPtr Session::OpenClientRecordset(std::string_view sql) {
 void Session::CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) {
   RequireOpen();
   std::vector<CallArgument> arguments;
-  for (const ProcedureParameter& parameter : parameters) {
-    arguments.push_back({parameter.name, FromValue(parameter.value), false, parameter.output});
+  try {
+    for (const ProcedureParameter& parameter : parameters) {
+      arguments.push_back({parameter.name, FromValue(parameter.value), false, parameter.output});
+    }
+  } catch (const SqlError& error) {
+    throw AutomationError(error.number, std::string(kErrorSource), error.message);
   }
   engine_->RunProcedure(name, arguments);
   RaiseFirst();

@@ -1,6 +1,9 @@
 // INSERT, UPDATE, DELETE.
 #include <sqlite3.h>
 
+#include <functional>
+
+#include "embedded/run/duplicate_key.h"
 #include "embedded/run/engine.h"
 #include "embedded/run/instructions.h"
 
@@ -27,7 +30,8 @@ const Key* KeyOf(const Table& table, std::string_view message) {
 }
 
 // The server's error for a row that SQLite refused.
-SqlError RefusedRow(const SqlError& error, const Table& table, std::string_view verb) {
+SqlError RefusedRow(const SqlError& error, const Table& table, std::string_view verb,
+                    const std::function<std::string(const Key&)>& value) {
   if (error.number == kNullRefused) {
     for (const Column& column : table.columns) {
       if (error.message.ends_with('.' + column.name)) {
@@ -37,12 +41,14 @@ SqlError RefusedRow(const SqlError& error, const Table& table, std::string_view 
     return error;
   }
   const Key* key = KeyOf(table, error.message);
+  const std::string duplicate = key ? value(*key) : std::string("(…)");
   const std::string name = key && !key->name.empty() ? key->name : "PK_" + table.name;
   if (key && key->kind == Key::Kind::kUniqueIndex) {
-    return MakeError(2601, {table.MessageName(), key->name, "(…)"});
+    return MakeError(2601, {table.MessageName(), key->name, duplicate});
   }
   const bool unique = key && key->kind == Key::Kind::kUnique;
-  return MakeError(2627, {unique ? "UNIQUE KEY" : "PRIMARY KEY", name, table.MessageName(), "(…)"});
+  return MakeError(2627,
+                   {unique ? "UNIQUE KEY" : "PRIMARY KEY", name, table.MessageName(), duplicate});
 }
 
 class WriteInstruction : public Instruction {
@@ -103,6 +109,7 @@ class InsertInstruction final : public WriteInstruction {
   void Compile(Binder& binder, Engine&, Plan& plan) override {
     const BoundInsert bound = binder.BindInsert(statement_, with_identity_);
     plan.table = bound.table;
+    plan.columns = bound.columns;
     plan.emitted = EmitInsert(bound);
   }
 
@@ -145,6 +152,7 @@ class InsertExecuteInstruction final : public Instruction {
     Binder binder(engine.catalog(), {}, {}, plan.binding);
     const BoundInsert bound = binder.BindInsertRows(statement_, columns, false);
     plan.table = bound.table;
+    plan.columns = bound.columns;
     plan.emitted = EmitInsert(bound);
     for (size_t row = 0; row < rows.count; ++row) {
       RunWrite(engine, plan, frame,
@@ -206,7 +214,9 @@ void RunWrite(Engine& engine, Plan& plan, Frame& frame, std::span<const StoredVa
       engine.store().RunCached("RELEASE change");
     }
     if (error.number != kNullRefused && error.number != kDuplicateRefused) throw;
-    throw RefusedRow(error, *plan.table, plan.updates ? "UPDATE" : "INSERT");
+    throw RefusedRow(error, *plan.table, plan.updates ? "UPDATE" : "INSERT", [&](const Key& key) {
+      return plan.updates ? std::string("(…)") : DuplicateKey(engine, plan, frame, row, key);
+    });
   }
   if (guarded) engine.store().RunCached("RELEASE change");
   engine.row_count = sqlite3_changes(engine.store().handle());

@@ -1,0 +1,90 @@
+#include "embedded/run/duplicate_key.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+
+#include "embedded/run/engine.h"
+
+namespace tavcc::sql {
+namespace {
+
+using KeyValue = std::vector<StoredValue>;
+
+const Column& ColumnOf(const Table& table, int column) {
+  return table.columns[static_cast<size_t>(column)];
+}
+
+KeyValue KeyOfRow(const PlanRun& rows, const Plan& insert, const Key& key) {
+  KeyValue out;
+  for (const int column : key.columns) {
+    const auto at = std::ranges::find(insert.columns, column);
+    out.push_back(at != insert.columns.end()
+                      ? rows.Column(static_cast<int>(at - insert.columns.begin()))
+                      : ColumnOf(*insert.table, column).constant_default.value_or(StoredValue()));
+  }
+  return out;
+}
+
+bool Same(const KeyValue& a, const KeyValue& b, const Table& table, const Key& key) {
+  for (size_t i = 0; i < a.size(); ++i) {
+    if (a[i].IsNull() || b[i].IsNull()) {
+      if (a[i].IsNull() != b[i].IsNull()) return false;
+    } else if (CompareStored(a[i], b[i], ColumnOf(table, key.columns[i]).type) != 0) {
+      return false;
+    }
+  }
+  return true;
+}
+
+std::string Shown(const KeyValue& value, const Table& table, const Key& key) {
+  std::string out = "(";
+  for (size_t i = 0; i < value.size(); ++i) {
+    if (i > 0) out += ", ";
+    out +=
+        value[i].IsNull() ? "<NULL>" : DisplayText(value[i], ColumnOf(table, key.columns[i]).type);
+  }
+  return out + ')';
+}
+
+std::string LookUpText(const Table& table, const Key& key) {
+  std::string out = "SELECT 1 FROM " + table.physical;
+  for (size_t i = 0; i < key.columns.size(); ++i) {
+    out += (i == 0 ? " WHERE " : " AND ") + QuoteName(ColumnOf(table, key.columns[i]).name) +
+           " IS ?" + std::to_string(i + 1);
+  }
+  return out;
+}
+
+bool IsTaken(Engine& engine, sqlite3_stmt* look_up, const KeyValue& value) {
+  for (size_t i = 0; i < value.size(); ++i) {
+    BindStored(look_up, static_cast<int>(i) + 1, value[i]);
+  }
+  const bool taken = engine.store().Step(look_up);
+  sqlite3_reset(look_up);
+  return taken;
+}
+
+}  // namespace
+
+std::string DuplicateKey(Engine& engine, const Plan& insert, const Frame& frame,
+                         std::span<const StoredValue> row, const Key& key) {
+  const Table& table = *insert.table;
+  if (insert.emitted.rows_at == std::string::npos) return "(…)";
+  Plan plan;
+  plan.emitted.sql = insert.emitted.sql.substr(insert.emitted.rows_at);
+  plan.emitted.parameters = insert.emitted.parameters;
+  const SqliteStatement look_up = engine.store().Prepare(LookUpText(table, key));
+  std::vector<KeyValue> before;
+  PlanRun rows(engine, plan, frame, row);
+  while (rows.Step()) {
+    KeyValue value = KeyOfRow(rows, insert, key);
+    const bool repeated = std::ranges::any_of(
+        before, [&](const KeyValue& other) { return Same(value, other, table, key); });
+    if (repeated || IsTaken(engine, look_up.get(), value)) return Shown(value, table, key);
+    before.push_back(std::move(value));
+  }
+  return "(…)";
+}
+
+}  // namespace tavcc::sql
