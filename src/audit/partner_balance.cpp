@@ -29,8 +29,8 @@ std::vector<Decimal> PrepaymentAmounts(Connection& connection, int32_t bill_id) 
   const RecordsetPtr rows = connection.Execute(
       Cat(" Select FSourceClassTypeID2,FCurCheckAmount from ICCheckInfo where fid=", bill_id));
   for (; !rows->AtEnd(); rows->MoveNext()) {
-    Decimal amount = DecimalOrZero(rows->Field("FCurCheckAmount"));
-    if (!amount.IsZero()) amounts.push_back(std::move(amount));
+    const Decimal amount = DecimalOrZero(rows->Field("FCurCheckAmount"));
+    if (!amount.IsZero()) amounts.push_back(amount);
   }
   return amounts;
 }

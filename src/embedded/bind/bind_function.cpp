@@ -262,7 +262,7 @@ BoundExpressionPtr Binder::BindCall(const FunctionExpression& function, const Fu
     Raise(189, FoldName(rule.name), static_cast<int64_t>(least), static_cast<int64_t>(all.size()));
   }
   std::vector<BoundExpressionPtr> arguments;
-  bool nullable = rule.arguments.empty() ? false : true;
+  bool nullable = !rule.arguments.empty();
   for (size_t i = 0; i < function.arguments.size(); ++i) {
     arguments.push_back(BindArgument(all[i], *function.arguments[i], i, rule, scope));
   }

@@ -144,7 +144,7 @@ class Binder {
   void ConvertQueryRows(BoundInsert& bound);
   void AddDefaults(BoundInsert& bound);
   BoundExpressionPtr BindDefault(const Column& column);
-  BoundExpressionPtr Assign(const Table& table, int column, BoundExpressionPtr value);
+  BoundExpressionPtr Assign(const Table& table, int index, BoundExpressionPtr value);
   template <class Statement, class Bound>
   Scope BindTarget(const Statement& statement, Bound& bound);
 

@@ -60,7 +60,7 @@ class Catalog {
   CatalogObjectPtr Find(const ObjectName& name) const;  // of the store only
   TablePtr FindTable(const ObjectName& name) const;     // also "#temporary" and "@variable"
   // OBJECT_ID of a name in one text; 0 when there is none.
-  int64_t ObjectId(std::string_view name) const;
+  int64_t ObjectId(std::string_view text) const;
 
   // Grows with every change of what a name stands for: while it stands still, nothing that was
   // looked up needs to be looked up again.
