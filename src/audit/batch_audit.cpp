@@ -151,7 +151,7 @@ Outcome BatchAudit::Audit(const AuditedBill& bill, std::vector<int32_t>& negativ
 
 Outcome BatchAudit::NegativeStockOutcome(const AuditedBill& bill,
                                          std::vector<int32_t>& negative_items) {
-  const Outcome passed = {Course::kPassed, ""};
+  Outcome passed = {Course::kPassed, ""};
   if (bill.bill_type == kStocklessType) return passed;
   if (!ChecksStock(check_type_, bill.class_type, bill.bill_type)) return passed;
   const bool allow_negative =
