@@ -1,5 +1,7 @@
 #include "automation/automation_object.h"
 
+#include <utility>
+
 #include "automation/border/border.h"
 #include "automation/border/module.h"
 #include "automation/border/variant.h"
@@ -14,10 +16,9 @@ namespace tavcc::automation {
 
 namespace {
 
-ComHost& ThreadHost() {
-  thread_local ComHost host;
-  return host;
-}
+// One host a thread, made with its first object and gone with its last. A bare pointer: see
+// trap.cpp.
+thread_local ComHost* thread_host = nullptr;
 
 // The objects of this thread. When the last one goes, the host objects that the thread keeps go
 // with it: a thread that ends, or a library that is unloaded, holds nothing of the host's.
@@ -25,11 +26,14 @@ thread_local long thread_objects = 0;
 
 void CountObject() {
   ObjectCreated();
-  ++thread_objects;
+  if (thread_objects++ == 0) thread_host = new ComHost;
 }
 
 void DiscountObject() {
-  if (--thread_objects == 0) ReleaseHostObjects();
+  if (--thread_objects == 0) {
+    ReleaseHostObjects();
+    delete std::exchange(thread_host, nullptr);
+  }
   ObjectReleased();
 }
 
@@ -187,7 +191,7 @@ AutomationCore::AutomationCore(const ClassDescription& cls, const IID& interface
     : class_(cls), interface_id_(interface_id) {
   CountObject();
   try {
-    object_ = std::make_unique<PlugIn>(ThreadHost());
+    object_ = std::make_unique<PlugIn>(*thread_host);
   } catch (...) {
     DiscountObject();
     throw;

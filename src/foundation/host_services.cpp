@@ -1,6 +1,7 @@
 #include "foundation/host_services.h"
 
 #include <array>
+#include <utility>
 
 #include "foundation/conversions.h"
 #include "foundation/error.h"
@@ -19,9 +20,13 @@ struct HostCache {
   std::array<std::shared_ptr<void>, 2> others;
 };
 
+// A bare pointer: a thread's end runs no destructor that could still find its storage (see
+// trap.cpp). Who ends a thread releases the host objects before.
+thread_local HostCache* thread_cache = nullptr;
+
 HostCache& ThreadCache() {
-  thread_local HostCache cache;
-  return cache;
+  if (thread_cache == nullptr) thread_cache = new HostCache;
+  return *thread_cache;
 }
 
 }  // namespace
@@ -126,11 +131,13 @@ std::shared_ptr<ResourceLoader>& CachedResourceLoader() {
 }
 
 void ReleaseHostObjects() {
-  HostCache& cache = ThreadCache();
+  if (thread_cache == nullptr) return;
+  HostCache& cache = *thread_cache;
   cache.gl_data.reset();
   cache.system_profile.reset();
   cache.resource_loader.reset();
   for (auto& other : cache.others) other.reset();
+  delete std::exchange(thread_cache, nullptr);
 }
 
 }  // namespace tavcc

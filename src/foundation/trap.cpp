@@ -5,10 +5,12 @@
 namespace tavcc {
 
 namespace {
-thread_local std::optional<AutomationError> pending_error;
+// A bare pointer, as everything is that a thread keeps: on Windows, mingw-w64 frees a thread's
+// storage before it would run destructors.
+thread_local const AutomationError* pending_error = nullptr;
 }  // namespace
 
-const std::optional<AutomationError>& PendingError() {
+const AutomationError* PendingError() {
   return pending_error;
 }
 
@@ -35,7 +37,7 @@ AutomationError CurrentError() {
 
 PendingErrorScope::PendingErrorScope(AutomationError error)
     : error_(std::move(error)), before_(pending_error) {
-  pending_error = error_;
+  pending_error = &error_;
 }
 PendingErrorScope::~PendingErrorScope() {
   pending_error = before_;

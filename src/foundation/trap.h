@@ -1,7 +1,6 @@
 // The trap of the public methods: one translator from exceptions to a method's failure value.
 #pragma once
 
-#include <optional>
 #include <utility>
 
 #include "foundation/error.h"
@@ -11,7 +10,8 @@ namespace tavcc {
 // The error that is being handled on this thread, as automation's Err object holds it: set while a
 // public method's trap runs its failure part, absent otherwise. What is called from there may raise
 // and trap errors of its own; PendingErrorKeeper puts the record back.
-const std::optional<AutomationError>& PendingError();
+// Null when there is none; the record lives as long as the trap's failure part.
+const AutomationError* PendingError();
 
 // Saves the thread's pending error and restores it at the end of its scope.
 class PendingErrorKeeper {
@@ -22,7 +22,7 @@ class PendingErrorKeeper {
   PendingErrorKeeper& operator=(const PendingErrorKeeper&) = delete;
 
  private:
-  std::optional<AutomationError> kept_;
+  const AutomationError* kept_;
 };
 
 namespace internal {
@@ -41,7 +41,7 @@ class PendingErrorScope {
 
  private:
   AutomationError error_;
-  std::optional<AutomationError> before_;
+  const AutomationError* before_;
 };
 }  // namespace internal
 

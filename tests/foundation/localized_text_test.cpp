@@ -151,20 +151,20 @@ TEST_F(LocalizedText, LeavesThePendingErrorAsItWas) {
     const bool told = Trap([]() -> bool { throw AutomationError(3265, "rows", "no such field"); },
                            [&](const AutomationError&) {
                              LoadResText(host_, text, "CHS");
-                             EXPECT_TRUE(PendingError().has_value()) << text;
+                             EXPECT_NE(PendingError(), nullptr) << text;
                              EXPECT_EQ(PendingError()->number(), 3265) << text;
                              EXPECT_EQ(PendingError()->source(), "rows") << text;
                              EXPECT_EQ(PendingError()->description(), "no such field") << text;
                              return true;
                            });
     EXPECT_TRUE(told);
-    EXPECT_FALSE(PendingError().has_value());
+    EXPECT_EQ(PendingError(), nullptr);
   }
 }
 
 TEST_F(LocalizedText, AFailureInsideLeavesNoPendingErrorWhereThereWasNone) {
   LoadResText(host_, "broken", "CHS");
-  EXPECT_FALSE(PendingError().has_value());
+  EXPECT_EQ(PendingError(), nullptr);
 }
 
 }  // namespace

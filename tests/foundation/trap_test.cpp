@@ -10,7 +10,7 @@ namespace {
 
 TEST(Trap, GivesTheBodysResultWhenNothingIsRaised) {
   EXPECT_EQ(Trap([] { return 1; }, [](const AutomationError&) { return -1; }), 1);
-  EXPECT_FALSE(PendingError());
+  EXPECT_EQ(PendingError(), nullptr);
 }
 
 TEST(Trap, KeepsTheErrorPendingForTheFailurePartOnly) {
@@ -21,7 +21,7 @@ TEST(Trap, KeepsTheErrorPendingForTheFailurePartOnly) {
                             return -1;
                           });
   EXPECT_EQ(result, -1);
-  EXPECT_FALSE(PendingError());
+  EXPECT_EQ(PendingError(), nullptr);
 }
 
 TEST(Trap, TranslatesOtherExceptions) {
@@ -55,7 +55,7 @@ TEST(Trap, LetsAnErrorOfTheFailurePartThrough) {
   EXPECT_THROW(Trap([]() -> int { throw AutomationError(1, "", "a"); },
                     [](const AutomationError&) -> int { throw AutomationError(2, "", "b"); }),
                AutomationError);
-  EXPECT_FALSE(PendingError());
+  EXPECT_EQ(PendingError(), nullptr);
 }
 
 }  // namespace

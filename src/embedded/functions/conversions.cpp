@@ -30,8 +30,7 @@ void FailNaming(Context context, Arguments arguments, const Code& code) {
 }
 
 void ConvertWith(Context context, int count, Arguments arguments, const Code& code) {
-  // Kept between calls, so that texts of usual length need no allocation.
-  static thread_local Scratch scratch;
+  Scratch& scratch = SessionOf(context).scratch;
   Cell out;
   SqlError error;
   const Cell in = CellOf(arguments[0]);

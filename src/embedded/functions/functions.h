@@ -110,6 +110,7 @@
 #include <string_view>
 
 #include "embedded/error.h"
+#include "embedded/types/cell.h"
 #include "embedded/types/sql_type.h"
 #include "embedded/types/stored_value.h"
 #include "foundation/date_time.h"
@@ -127,6 +128,8 @@ struct FunctionSession {
   // Set by a function before it fails the step: the server's error for it, which the session takes
   // when sqlite3_step answers SQLITE_ERROR. Line 0.
   std::optional<SqlError> pending;
+  // Where conversions form their texts; kept, so that texts of usual length need no allocation.
+  Scratch scratch;
 
   DateTime Now();
 };

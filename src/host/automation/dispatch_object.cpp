@@ -1,7 +1,7 @@
 #include "host/automation/dispatch_object.h"
 
 #include <atomic>
-#include <optional>
+#include <utility>
 
 #include "automation/border/border.h"
 #include "automation/border/module.h"
@@ -27,12 +27,13 @@ struct OrderedFailure {
   int calls_left;
   AutomationError error;
 };
-thread_local std::optional<OrderedFailure> failure;
+// A bare pointer: see foundation/trap.cpp.
+thread_local OrderedFailure* failure = nullptr;
 
 void RaiseOrderedFailure() {
-  if (!failure || --failure->calls_left > 0) return;
+  if (failure == nullptr || --failure->calls_left > 0) return;
   const AutomationError error = failure->error;
-  failure.reset();
+  CancelFailure();
   throw error;
 }
 
@@ -159,12 +160,13 @@ long LivingDispatchObjects() {
 }
 
 void FailMemberCallAt(int k, AutomationError error) {
-  failure = {k, std::move(error)};
+  CancelFailure();
+  failure = new OrderedFailure{k, std::move(error)};
 }
 
 bool CancelFailure() {
-  const bool left = failure.has_value();
-  failure.reset();
+  const bool left = failure != nullptr;
+  delete std::exchange(failure, nullptr);
   return left;
 }
 
