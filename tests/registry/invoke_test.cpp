@@ -99,6 +99,18 @@ TEST_F(Invocation, ANullReferenceIsErrorNinetyOneWhereItIsUsed) {
   EXPECT_EQ(arguments[2], Value("m!"));
 }
 
+TEST_F(Invocation, AMethodWithoutABodySaysSo) {
+  constexpr Method kBodiless = {"Later", 0, 1, {}, ArgumentType::kText};
+  std::vector<Value> none;
+  try {
+    Invoke(kClass, kBodiless, object_, none);
+    FAIL() << "nothing was raised";
+  } catch (const AutomationError& error) {
+    EXPECT_EQ(error.number(), 438);
+    EXPECT_EQ(error.description(), "Test.Later is not built yet");
+  }
+}
+
 TEST_F(Invocation, TransModeIsThePropertyOfEveryClass) {
   for (const ClassDescription& cls : Classes()) {
     const Method* property = FindMethod(cls, "transmode");
