@@ -29,10 +29,20 @@ SqlError StoreFailure(std::string message) {
 }
 
 std::string QuoteName(std::string_view name) {
+  if (name.find('\0') != std::string_view::npos) RaiseUnsupported("a name with a zero character");
   return Doubled(name, '"');
 }
+
+// SQLite's text ends at a zero character, so a literal cannot hold one.
 std::string QuoteText(std::string_view text) {
-  return Doubled(text, '\'');
+  if (text.find('\0') == std::string_view::npos) return Doubled(text, '\'');
+  static constexpr char kDigits[] = "0123456789abcdef";
+  std::string out = "(CAST(x'";
+  for (const char c : text) {
+    out += kDigits[static_cast<unsigned char>(c) >> 4];
+    out += kDigits[static_cast<unsigned char>(c) & 15];
+  }
+  return out + "' AS TEXT))";
 }
 
 SqliteConnection::SqliteConnection(const std::string& path, int flags) {

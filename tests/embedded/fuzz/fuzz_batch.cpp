@@ -1,10 +1,11 @@
-// The promises of the front end, checked on any text.
+// The promises of the front end, checked on any text; then the text is run.
 #include "embedded/fuzz/fuzz_batch.h"
 
 #include <stdexcept>
 #include <string>
 
 #include "embedded/error.h"
+#include "embedded/fuzz/fuzz_engine.h"
 #include "embedded/syntax/fingerprint.h"
 #include "embedded/syntax/parser.h"
 #include "embedded/syntax/print.h"
@@ -68,6 +69,7 @@ void FuzzBatch(std::string_view text) {
     return;
   }
   Print(batch);
+  RunOnEngine(text);
   if (!shared) return;
   Require(batch.literal_slots <= static_cast<int>(fingerprint.literals.size()),
           "the parser sees no literal that the fingerprint does not see");

@@ -1,0 +1,101 @@
+// What is compiled once and never again, what is not read, and what does not grow.
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "embedded/embedded.h"
+#include "embedded/run/session.h"
+
+namespace tavcc::sql {
+namespace {
+
+class Compiled : public testing::Test {
+ protected:
+  void Run(const std::string& sql) { session_->Execute(sql); }
+  int64_t Count() { return dynamic_cast<Session&>(*session_).engine().compiled(); }
+  sqlite3* Handle() { return dynamic_cast<Session&>(*session_).engine().store().handle(); }
+
+  // How many statements are compiled while `sql` runs.
+  int64_t CompiledBy(const std::string& sql) {
+    const int64_t before = Count();
+    Run(sql);
+    return Count() - before;
+  }
+
+  std::shared_ptr<Database> database_ = Database::Open(OpenOptions{});
+  ConnectionPtr session_ = database_->NewSession();
+};
+
+TEST_F(Compiled, OtherValuesAreNoOtherStatement) {
+  Run("create table t (a int not null primary key, b nvarchar(10), q decimal(28,10))");
+  EXPECT_LT(0, CompiledBy("insert into t values (1,'aa',1.5)"));
+  EXPECT_EQ(0, CompiledBy("insert into t values (2,'bb',2.5)"));
+  EXPECT_LT(0, CompiledBy("select b from t where a=1 and q>0"));
+  EXPECT_EQ(0, CompiledBy("select b from t where a=777 and q>1"));
+  EXPECT_LT(0, CompiledBy("update t set q=q+(100.01) where a=1"));
+  EXPECT_EQ(0, CompiledBy("update t set q=q+(999.99) where a=12"));
+}
+
+TEST_F(Compiled, ATemporaryTableMadeAgainKeepsItsStatements) {
+  const std::string drop = "if object_id('tempdb.dbo.#t') is not null drop table #t";
+  const std::string make = "create table #t (a int not null default(0), b varchar(5))";
+  const std::string use = "insert into #t (a) values (1) select a from #t where a=1";
+  for (const auto& sql : {drop, make, use, drop, make, use}) Run(sql);
+  for (int round = 0; round < 3; ++round) {
+    for (const auto& sql : {drop, make, use}) EXPECT_EQ(0, CompiledBy(sql)) << sql;
+  }
+  Run(drop);
+  Run("create table #t (a int, c int)");
+  EXPECT_LT(0, CompiledBy("insert into #t (a) values (1) select a from #t where a=1"));
+}
+
+TEST_F(Compiled, AGroupedTableIsNarrowedToTheKeysItIsJoinedOn) {
+  Run("create table inv (item int, stock int, qty decimal(28,10))");
+  Run("create index ix on inv (item, stock)");
+  Run("create table #t (item int, qty decimal(28,10))");
+  for (int i = 0; i < 2000; ++i) {
+    Run("insert into inv values (" + std::to_string(i) + ",1," + std::to_string(i) + ")");
+  }
+  Run("insert into #t values (7,1),(1999,5),(5000,1)");
+  const char kQuery[] =
+      "select t.item, s.q from (select item, sum(qty) as q from inv group by item) s "
+      "right outer join #t t on s.item=t.item order by t.item";
+  Run(kQuery);
+  int steps = 0;
+  sqlite3_progress_handler(
+      Handle(), 100, [](void* count) { return ++*static_cast<int*>(count), 0; }, &steps);
+  const RecordsetPtr rows = session_->Execute(kQuery);
+  sqlite3_progress_handler(Handle(), 0, nullptr, nullptr);
+  // Reading all of it takes some ten steps a row.
+  EXPECT_LT(steps, 20);
+  EXPECT_EQ(3, rows->RecordCount());
+  EXPECT_EQ("7.0000000000", rows->Field("q").decimal().ToText());
+}
+
+size_t ResidentPages() {
+  std::ifstream file("/proc/self/statm");
+  size_t all = 0, resident = 0;
+  file >> all >> resident;
+  return resident;
+}
+
+TEST_F(Compiled, MemoryStaysFlat) {
+  Run("create table t (a int not null primary key, q decimal(28,10))");
+  Run("insert into t values (1,0)");
+  const auto round = [&](int i) {
+    Run("update t set q=q+1 where a=" + std::to_string(i % 2));
+    Run("select q as c" + std::to_string(i) + " from t");
+    Run("create table #n" + std::to_string(i % 700) + " (a int) drop table #n" +
+        std::to_string(i % 700));
+  };
+  for (int i = 0; i < 2000; ++i) round(i);
+  const size_t before = ResidentPages();
+  for (int i = 2000; i < 8000; ++i) round(i);
+  EXPECT_LT(ResidentPages(), before + 1500);  // of 4 KiB: the bounded caches are full by now
+}
+
+}  // namespace
+}  // namespace tavcc::sql
