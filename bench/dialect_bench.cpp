@@ -191,6 +191,53 @@ void ByHandInsert(benchmark::State& state) {
 }
 BENCHMARK(ByHandInsert);
 
+// ---- A batch of ten statements, as the rules send them
+// ---------------------------------------------
+
+void DialectBatch(benchmark::State& state) {
+  const Dialect dialect = FilledDialect();
+  dialect.Run("begin tran");
+  int id = 0;
+  for (auto _ : state) {
+    id = id % (kRows - 10) + 1;
+    std::string sql = "set nocount on declare @q decimal(28,10) ";
+    for (int i = 0; i < 5; ++i) {
+      const std::string row = std::to_string(id + i);
+      sql += "select @q=qty from t where id=" + row + " update t set qty=@q where id=" + row + " ";
+    }
+    dialect.Run(sql);
+  }
+  dialect.Run("rollback");
+}
+BENCHMARK(DialectBatch);
+
+void ByHandBatch(benchmark::State& state) {
+  ByHand by_hand;
+  FillByHand(by_hand);
+  by_hand.Run("begin");
+  sqlite3_stmt* const select = by_hand.Prepare("select qty from t where id=?1");
+  sqlite3_stmt* const update = by_hand.Prepare("update t set qty=?2 where id=?1");
+  int id = 0;
+  for (auto _ : state) {
+    id = id % (kRows - 10) + 1;
+    for (int i = 0; i < 5; ++i) {
+      sqlite3_bind_int64(select, 1, id + i);
+      sqlite3_step(select);
+      const int64_t quantity = sqlite3_column_int64(select, 0);
+      sqlite3_step(select);
+      sqlite3_reset(select);
+      sqlite3_bind_int64(update, 1, id + i);
+      sqlite3_bind_int64(update, 2, quantity);
+      sqlite3_step(update);
+      sqlite3_reset(update);
+    }
+  }
+  sqlite3_finalize(select);
+  sqlite3_finalize(update);
+  by_hand.Run("rollback");
+}
+BENCHMARK(ByHandBatch);
+
 // ---- Inventory posting
 // ----------------------------------------------------------------------------
 
