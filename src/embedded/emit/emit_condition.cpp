@@ -106,6 +106,19 @@ std::string Emitter::Disjunction(const BoundLogical& disjunction) {
   return out + (joins.empty() ? ")" : "))");
 }
 
+// Where any of them is nchar or nvarchar, all are, and then trailing blanks of the text count.
+std::string Emitter::Like(const BoundLike& like) {
+  const auto is_national = [](const BoundExpression& text) {
+    return IsNationalText(text.type.kind);
+  };
+  const bool national = is_national(*like.operand) || is_national(*like.pattern) ||
+                        (like.escape && is_national(*like.escape));
+  raises_ = raises_ || like.escape != nullptr;
+  return std::string(like.negated ? "(NOT " : "(") + (national ? "t_like(" : "t_like_char(") +
+         Expression(*like.operand) + ',' + Expression(*like.pattern) +
+         (like.escape ? ',' + Expression(*like.escape) : std::string()) + "))";
+}
+
 std::string Emitter::Condition(const BoundCondition& condition) {
   switch (condition.kind) {
     case BoundCondition::Kind::kComparison:
@@ -140,13 +153,8 @@ std::string Emitter::Condition(const BoundCondition& condition) {
       return '(' + Collated(*in.operand) + (in.negated ? " NOT IN (" : " IN (") + Query(*in.query) +
              "))";
     }
-    case BoundCondition::Kind::kLike: {
-      const auto& like = static_cast<const BoundLike&>(condition);
-      raises_ = raises_ || like.escape != nullptr;
-      return std::string(like.negated ? "(NOT t_like(" : "(t_like(") + Expression(*like.operand) +
-             ',' + Expression(*like.pattern) +
-             (like.escape ? ',' + Expression(*like.escape) : std::string()) + "))";
-    }
+    case BoundCondition::Kind::kLike:
+      return Like(static_cast<const BoundLike&>(condition));
     case BoundCondition::Kind::kExists:
       break;
   }

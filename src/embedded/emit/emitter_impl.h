@@ -60,6 +60,7 @@ class Emitter {
   std::string Aggregated(const BoundAggregate& aggregate);
   std::string Disjunction(const BoundLogical& disjunction);
   std::string Comparison(const BoundComparison& comparison);
+  std::string Like(const BoundLike& like);
 
   std::string Select(const BoundSelect& select, bool names, bool distinct_rows);
   std::string SetOperation(const BoundQuery& query);
