@@ -26,4 +26,12 @@ for module in TavReferenceHost.dll TavM_CC_PlugIns.dll; do
   }
 done
 flock -u 9
+# Windows' own programs, such as cscript, are taken in the modules' width: where Wine has both, the
+# 32-bit ones stand in a folder of their own.
+narrow=$WINEPREFIX/drive_c/windows/syswow64
+if [[ $folder == *windows32* && -f $narrow/$1.exe ]]; then
+  program="C:\\windows\\syswow64\\$1.exe"
+  shift
+  set -- "$program" "$@"
+fi
 exec wine "$@" 2> >(grep -v -E "it looks like wine32 is missing|multiarch needs|failed to open" >&2)
