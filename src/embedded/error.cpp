@@ -192,6 +192,7 @@ constexpr auto kErrors = std::to_array<ErrorDefinition>({
     {8162, 16, 2, "The formal parameter \"%.*ls\" was not declared as an OUTPUT parameter, but the actual parameter passed in requested output.", kNextStatement},
     {8164, 16, 1, "An INSERT EXEC statement cannot be nested.", kNextStatement},
     {8169, 16, 2, "Conversion failed when converting from a character string to uniqueidentifier.", kEndTransaction},
+    {8632, 17, 2, "Internal error: An expression services limit has been reached. Please look for potentially complex expressions in your query, and try to simplify them.", kEndScope},
     {9810, 16, 1, "The datepart %.*ls is not supported by date function %.*ls for data type %.*ls.", kEndScope},
     {10738, 15, 1, "The number of row value expressions in the INSERT statement exceeds the maximum allowed number of 1000 row values.", kEndScope},
     {16905, 16, 1, "The cursor is already open.", kNextStatement},

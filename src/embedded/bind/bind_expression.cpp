@@ -95,6 +95,7 @@ BoundExpressionPtr Binder::BindValue(const Expression& expression,
 }
 
 BoundExpressionPtr Binder::Bind(const Expression& expression, const Scope& scope) {
+  if (++bound_ > kMostExpressions) Raise(8632);
   switch (expression.kind) {
     case Expression::Kind::kLiteral:
       return BindLiteral(static_cast<const LiteralExpression&>(expression));

@@ -66,6 +66,10 @@ class Binder {
   TablePtr RequireTable(const ObjectName& name, int number = 208);
   int FindVariable(std::string_view name) const;  // error 137
 
+  // What stands for several of its operands (CASE x WHEN …, BETWEEN, COALESCE) binds them several
+  // times: inside one another they would multiply without end.
+  static constexpr int kMostExpressions = 250'000;
+
   static constexpr int kRowParameters = 1'000'000;  // variables from here on are row parameters
 
  private:
@@ -166,6 +170,7 @@ class Binder {
   Aggregates* aggregates_ = nullptr;
   int next_source_ = 1;
   int views_ = 0;  // how deep in views
+  int bound_ = 0;  // expressions so far
 };
 
 // The name as the statement wrote it: "dbo.t_Stock".

@@ -18,6 +18,32 @@ std::string Doubled(std::string_view text, char quote) {
   return out;
 }
 
+// The limits of SQLite that a statement can pass, by how their texts begin, and what the dialect
+// says of them.
+struct Limit {
+  std::string_view text;
+  int number;
+  std::string_view construct;  // of kNotSupported
+};
+constexpr Limit kLimits[] = {
+    {"parser stack overflow", 191, {}},
+    {"Expression tree is too large", 191, {}},
+    {"too many terms in compound SELECT", 191, {}},
+    {"too many SQL variables", 8632, {}},
+    {"variable number must be", 8632, {}},
+    {"too many arguments on function", 8632, {}},
+    {"at most 64 tables in a join", kNotSupported, "a join of more than 64 tables"},
+    {"too many FROM clause terms", kNotSupported, "a join of more than 64 tables"},
+    {"too many columns", kNotSupported, "a query of more than 2000 columns"},
+};
+
+SqlError FailureOf(std::string_view text) {
+  for (const Limit& limit : kLimits) {
+    if (text.starts_with(limit.text)) return MakeError(limit.number, {limit.construct});
+  }
+  return StoreFailure(std::string(text));
+}
+
 }  // namespace
 
 void SqliteStatement::Finalize::operator()(sqlite3_stmt* statement) const {
@@ -128,7 +154,7 @@ SqlError SqliteConnection::TakeError(int code) {
     case SQLITE_NOMEM:
       return StoreFailure("out of memory");
     default:
-      return StoreFailure(sqlite3_errmsg(handle_));
+      return FailureOf(sqlite3_errmsg(handle_));
   }
 }
 

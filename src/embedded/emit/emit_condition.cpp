@@ -93,17 +93,16 @@ std::string Emitter::Disjunction(const BoundLogical& disjunction) {
   std::string out = "(";
   for (const BoundCondition* join : joins) out += Condition(*join) + " AND ";
   if (!joins.empty()) out += '(';
+  std::vector<std::string> alternatives;
   for (const Conjuncts& conjuncts : operands) {
-    if (&conjuncts != &operands.front()) out += " OR ";
-    std::string rest;
+    std::vector<std::string> rest;
     for (const BoundCondition* conjunct : conjuncts) {
-      if (Holds(joins, *conjunct)) continue;
-      if (!rest.empty()) rest += " AND ";
-      rest += Condition(*conjunct);
+      if (!Holds(joins, *conjunct)) rest.push_back(Condition(*conjunct));
     }
-    out += rest.empty() ? "1" : '(' + rest + ')';
+    const std::string all = Joined(rest, " AND ");
+    alternatives.push_back(rest.empty() ? "1" : rest.size() == 1 ? all : '(' + all + ')');
   }
-  return out + (joins.empty() ? ")" : "))");
+  return out + Joined(alternatives, " OR ") + (joins.empty() ? ")" : "))");
 }
 
 // Where any of them is nchar or nvarchar, all are, and then trailing blanks of the text count.
@@ -119,22 +118,33 @@ std::string Emitter::Like(const BoundLike& like) {
          (like.escape ? ',' + Expression(*like.escape) : std::string()) + "))";
 }
 
+// NOT NOT x is x, also where x is unknown.
+std::string Emitter::Negation(const BoundCondition& operand) {
+  if (operand.kind == BoundCondition::Kind::kNot) {
+    return Condition(*static_cast<const BoundNot&>(operand).operand);
+  }
+  return "(NOT " + Condition(operand) + ')';
+}
+
 std::string Emitter::Condition(const BoundCondition& condition) {
+  return Apart([&] { return Test(condition); });
+}
+
+std::string Emitter::Test(const BoundCondition& condition) {
   switch (condition.kind) {
     case BoundCondition::Kind::kComparison:
       return Comparison(static_cast<const BoundComparison&>(condition));
     case BoundCondition::Kind::kAnd: {
-      std::string out = "(";
+      std::vector<std::string> operands;
       for (const auto& operand : static_cast<const BoundLogical&>(condition).operands) {
-        if (out.size() > 1) out += " AND ";
-        out += Condition(*operand);
+        operands.push_back(Condition(*operand));
       }
-      return out + ')';
+      return '(' + Joined(operands, " AND ") + ')';
     }
     case BoundCondition::Kind::kOr:
       return Disjunction(static_cast<const BoundLogical&>(condition));
     case BoundCondition::Kind::kNot:
-      return "(NOT " + Condition(*static_cast<const BoundNot&>(condition).operand) + ')';
+      return Negation(*static_cast<const BoundNot&>(condition).operand);
     case BoundCondition::Kind::kIsNull: {
       const auto& is_null = static_cast<const BoundIsNull&>(condition);
       return '(' + Expression(*is_null.operand) + (is_null.negated ? " IS NOT NULL)" : " IS NULL)");
@@ -150,15 +160,15 @@ std::string Emitter::Condition(const BoundCondition& condition) {
     }
     case BoundCondition::Kind::kInQuery: {
       const auto& in = static_cast<const BoundInQuery&>(condition);
-      return '(' + Collated(*in.operand) + (in.negated ? " NOT IN (" : " IN (") + Query(*in.query) +
-             "))";
+      return '(' + Collated(*in.operand) + (in.negated ? " NOT IN (" : " IN (") +
+             Subquery(*in.query) + "))";
     }
     case BoundCondition::Kind::kLike:
       return Like(static_cast<const BoundLike&>(condition));
     case BoundCondition::Kind::kExists:
       break;
   }
-  return "EXISTS(" + Query(*static_cast<const BoundExists&>(condition).query) + ')';
+  return "EXISTS(" + Subquery(*static_cast<const BoundExists&>(condition).query) + ')';
 }
 
 }  // namespace tavcc::sql

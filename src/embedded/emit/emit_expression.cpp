@@ -134,7 +134,7 @@ bool NeverFails(const SqlType& from, const SqlType& to, ConvertMode mode) {
   return (IsInteger(from.kind) || IsScaled(from.kind)) && IsApproximate(to.kind);
 }
 
-std::string Emitter::Expression(const BoundExpression& expression, bool certain) {
+std::string Emitter::Plain(const BoundExpression& expression, bool certain) {
   switch (expression.kind) {
     case BoundExpression::Kind::kLiteral:
       return Literal(static_cast<const BoundLiteral&>(expression));
@@ -389,19 +389,22 @@ std::string Emitter::DataLength(const BoundCall& call) {
 }
 
 std::string Emitter::Case(const BoundCase& expression) {
-  std::string out = "(CASE";
+  const auto result = [&](const BoundExpression& value) {
+    return Apart([&] { return Expression(value); });
+  };
+  std::string out = "CASE";
   for (const auto& when : expression.whens) {
-    out += " WHEN " + Condition(*when.condition) + " THEN " + Expression(*when.result);
+    out += " WHEN " + Condition(*when.condition) + " THEN " + result(*when.result);
   }
-  if (expression.otherwise) out += " ELSE " + Expression(*expression.otherwise);
-  return out + " END)";
+  if (expression.otherwise) out += " ELSE " + result(*expression.otherwise);
+  return out + " END";
 }
 
 std::string Emitter::Aggregated(const BoundAggregate& aggregate) {
   if (!aggregate.operand) return "count(*)";
   const SqlType& type = aggregate.operand->type;
   const std::string distinct = aggregate.distinct ? "DISTINCT " : "";
-  const std::string operand = distinct + Collated(*aggregate.operand);
+  const std::string operand = distinct + Apart([&] { return Collated(*aggregate.operand); });
   const bool scaled = IsScaled(type.kind);
   switch (aggregate.aggregate) {
     case Aggregate::kCount:

@@ -129,8 +129,7 @@ std::string Emitter::Arm(const BoundQuery& query, bool distinct_rows) {
 }
 
 std::string Emitter::Source(const BoundSource& source) {
-  const std::string what =
-      source.table ? source.table->physical : '(' + Query(*source.query, true) + ')';
+  const std::string what = source.table ? source.table->physical : Derived(*source.query);
   return what + " AS " + SourceName(source);
 }
 
@@ -148,11 +147,12 @@ std::string Emitter::From(const BoundFrom& from, const BoundCondition* where) {
 
 // More than one row is the server's error 512, which SQLite does not know.
 std::string Emitter::Scalar(const BoundQuery& query) {
-  if (IsSingleRow(query)) return '(' + Query(query) + ')';
-  return Failing("(SELECT s_scalar(c0) FROM (" + Query(query, true) + "))");
+  if (IsSingleRow(query)) return '(' + Subquery(query) + ')';
+  return Failing("(SELECT s_scalar(c0) FROM (" + Subquery(query, true) + "))");
 }
 
 Emitted Emitter::Finish(std::string sql, bool changes_rows) {
+  sql.insert(0, TakenOut());
   return Emitted{std::move(sql), std::move(parameters_), changes_rows && raises_};
 }
 

@@ -63,6 +63,7 @@ class WriteEmitter : public Emitter {
   size_t rows_at() const { return rows_at_; }
 
  private:
+  std::string InsertedRows(const BoundInsert& insert);
   std::string UpdateAlone(const BoundUpdate& update);
   std::string UpdateInner(const BoundUpdate& update);
   std::string UpdateByRowNumber(const BoundUpdate& update);
@@ -80,18 +81,24 @@ std::string WriteEmitter::Insert(const BoundInsert& insert) {
   }
   out += ") ";
   rows_at_ = out.size();
+  return out + InsertedRows(insert);
+}
+
+std::string WriteEmitter::InsertedRows(const BoundInsert& insert) {
+  const Table& table = *insert.table;
+  std::string out;
   if (insert.query) {
     const auto row_number = std::ranges::find(insert.columns, table.rowid_column);
     if (row_number == insert.columns.end() || insert.explicit_identity)
-      return out + Query(*insert.query);
+      return Subquery(*insert.query);
     // The guard of the row number stands around the query.
-    out += "SELECT ";
+    out = "SELECT ";
     for (size_t i = 0; i < insert.columns.size(); ++i) {
       const std::string name = 'c' + std::to_string(i);
       if (i > 0) out += ',';
       out += Written(table, insert.columns[i], *insert.query->select->items[i].expression, name);
     }
-    return out + " FROM (" + Query(*insert.query, true) + ')';
+    return out + " FROM (" + Subquery(*insert.query, true) + ')';
   }
   for (const auto& row : insert.rows) {
     out += &row == &insert.rows.front() ? "VALUES(" : ",(";

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -29,6 +30,8 @@ class Emitter {
 
   // emit_query.cpp
   std::string Query(const BoundQuery& query, bool names = false);
+  // A query inside an expression or a condition.
+  std::string Subquery(const BoundQuery& query, bool names = false);
   std::string Source(const BoundSource& source);
   std::string From(const BoundFrom& from, const BoundCondition* where);
   std::string Scalar(const BoundQuery& query);
@@ -37,12 +40,31 @@ class Emitter {
   Emitted Finish(std::string sql, bool changes_rows);
 
  protected:
+  // shallow.cpp: "WITH … " of the derived tables that were taken out since the last call, or
+  // nothing.
+  std::string TakenOut();
   std::string Limit(const BoundExpression& top);
   // narrow.cpp: adds conditions to grouped derived tables, so that they are computed only for the
   // keys on which they are joined.
   void Narrow(const BoundFrom& from, const BoundCondition* where);
 
  private:
+  // shallow.cpp
+  std::string Whole(const BoundExpression& expression, bool certain);
+  std::string Kept(std::string text);
+  std::string AfterSteps(std::string text);
+  std::string Derived(const BoundQuery& query);
+  // What `emit` emits is computed at a time of its own: a branch, a row of another query.
+  template <class Emit>
+  std::string Apart(const Emit& emit) {
+    const bool inside = inside_value_;
+    inside_value_ = false;
+    std::string text = emit();
+    inside_value_ = inside;
+    return text;
+  }
+
+  std::string Plain(const BoundExpression& expression, bool certain);
   std::string Literal(const BoundLiteral& literal);
   std::string Place(const Parameter& parameter);
   std::string PlaceOf(Parameter::Source source, int index);
@@ -61,6 +83,8 @@ class Emitter {
   std::string Disjunction(const BoundLogical& disjunction);
   std::string Comparison(const BoundComparison& comparison);
   std::string Like(const BoundLike& like);
+  std::string Test(const BoundCondition& condition);
+  std::string Negation(const BoundCondition& operand);
 
   std::string Select(const BoundSelect& select, bool names, bool distinct_rows);
   std::string SetOperation(const BoundQuery& query);
@@ -77,6 +101,16 @@ class Emitter {
   }
 
   const bool live_variables_;
+  // shallow.cpp: whether a value is being emitted, how deep its parts are so far, and those that
+  // are computed before it.
+  bool inside_value_ = false;
+  int height_ = 0;
+  std::vector<std::string> steps_;
+  int kept_ = 0;
+  // The derived tables around the present place, and those that were taken out.
+  int derived_ = 0;
+  std::vector<std::string> taken_out_;
+  int named_ = 0;
   std::vector<Parameter> parameters_;
   bool raises_ = false;
   // While set, columns of these sources are taken from a list of carried ones.
@@ -85,6 +119,9 @@ class Emitter {
   // Conditions to be added to a block's WHERE.
   std::unordered_map<const BoundSelect*, std::string> narrowed_;
 };
+
+// The conditions with `word`, " AND " or " OR ", between them.
+std::string Joined(std::span<const std::string> conditions, std::string_view word);
 
 // The operands of an AND, or the condition itself.
 void ForEachConjunct(const BoundCondition* condition,

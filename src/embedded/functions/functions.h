@@ -101,13 +101,20 @@
 //   t_datepart(part, d)  t_datename(part, d)
 //   t_add_datetime(a, b, code)  t_sub_datetime   code = TypeCode(result); 8115 beyond it
 //
+// Steps: what is too deep to be written as one value (see emit/shallow.cpp)
+//   t_keep(place, x)                        keeps x, which may be NULL; NULL
+//   t_kept(place)                           what was kept there last
+//   t_last(…)                               its last argument, the others having been computed before
+//
 // clang-format on
 #pragma once
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "embedded/error.h"
 #include "embedded/types/cell.h"
@@ -116,8 +123,13 @@
 #include "foundation/date_time.h"
 
 struct sqlite3;
+struct sqlite3_value;
 
 namespace tavcc::sql {
+
+struct FreeValue {
+  void operator()(sqlite3_value* value) const;
+};
 
 // What the functions of one connection share with their session.
 struct FunctionSession {
@@ -130,6 +142,8 @@ struct FunctionSession {
   std::optional<SqlError> pending;
   // Where conversions form their texts; kept, so that texts of usual length need no allocation.
   Scratch scratch;
+  // What t_keep keeps.
+  std::vector<std::unique_ptr<sqlite3_value, FreeValue>> kept;
 
   DateTime Now();
 };

@@ -85,7 +85,7 @@ void RegisterFunctions(sqlite3* database, FunctionSession* session) {
   using namespace internal;
   for (const auto entries :
        {IntegerFunctions(), FloatFunctions(), DecimalFunctions(), ConversionFunctions(),
-        TextFunctions(), SearchFunctions(), DateFunctions()}) {
+        TextFunctions(), SearchFunctions(), DateFunctions(), StepFunctions()}) {
     RegisterScalars(database, session, entries);
   }
   for (const AggregateEntry& entry : AggregateFunctions()) {

@@ -94,6 +94,7 @@ std::span<const ScalarEntry> ConversionFunctions();
 std::span<const ScalarEntry> TextFunctions();
 std::span<const ScalarEntry> SearchFunctions();
 std::span<const ScalarEntry> DateFunctions();
+std::span<const ScalarEntry> StepFunctions();
 std::span<const AggregateEntry> AggregateFunctions();
 
 }  // namespace tavcc::sql::internal

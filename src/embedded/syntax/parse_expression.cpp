@@ -242,13 +242,13 @@ ExpressionPtr Parser::ParseKeywordValue() {
     case Keyword::kCONVERT:
       return ParseConvert();
     case Keyword::kCOALESCE:
-    case Keyword::kNULLIF:
-    case Keyword::kLEFT:
-    case Keyword::kRIGHT: {
-      if (!AtSymbol("(", 1)) Unexpected();
-      ObjectName name{{Lower(std::string(Take().text))}};
-      return ParseCallOf(std::move(name), line);
+    case Keyword::kNULLIF: {
+      CaseNest nest(*this);
+      return ParseKeywordCall();
     }
+    case Keyword::kLEFT:
+    case Keyword::kRIGHT:
+      return ParseKeywordCall();
     case Keyword::kCURRENT_TIMESTAMP:
     case Keyword::kCURRENT_USER:
     case Keyword::kSESSION_USER:
@@ -273,6 +273,13 @@ ExpressionPtr Parser::ParseKeywordValue() {
     default:
       Unexpected();
   }
+}
+
+ExpressionPtr Parser::ParseKeywordCall() {
+  if (!AtSymbol("(", 1)) Unexpected();
+  const int line = Line();
+  ObjectName name{{Lower(std::string(Take().text))}};
+  return ParseCallOf(std::move(name), line);
 }
 
 ExpressionPtr Parser::ParseNameOrCall() {
@@ -324,7 +331,7 @@ void Parser::ParseArguments(FunctionExpression& call) {
 }
 
 ExpressionPtr Parser::ParseCase() {
-  Nest nest(*this);
+  CaseNest nest(*this);
   auto result = MakeAt<CaseExpression>(Take().line);
   if (!At(Keyword::kWHEN)) result->operand = ParseExpression();
   do {
@@ -372,7 +379,7 @@ ExpressionPtr Parser::ParseConvert() {
 
 // IIF(condition, a, b) is short for CASE WHEN condition THEN a ELSE b END, on the server too.
 ExpressionPtr Parser::ParseIif() {
-  Nest nest(*this);
+  CaseNest nest(*this);
   auto result = MakeAt<CaseExpression>(Take().line);
   ExpectSymbol("(");
   CaseExpression::When when;

@@ -64,6 +64,15 @@ Parser::Nest::~Nest() {
   parser_.height_ = std::max(height_of_siblings_, parser_.height_ + 1);
 }
 
+Parser::CaseNest::CaseNest(Parser& parser) : parser_(parser), nest_(parser) {
+  if (parser.cases_ >= kMaxCaseNesting) parser.Fail(125, {kMaxCaseNesting});
+  ++parser.cases_;
+}
+
+Parser::CaseNest::~CaseNest() {
+  --parser_.cases_;
+}
+
 Parser::Chain::Chain(Parser& parser) : parser_(parser), height_of_siblings_(parser.height_) {
   parser.height_ = 0;
 }

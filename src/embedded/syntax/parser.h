@@ -15,13 +15,16 @@ inline constexpr int kMaxNesting = 128;
 // together, so that plain recursion may walk and destroy it.
 inline constexpr int kMaxChain = 500;
 
+// CASE expressions in one another, and what stands for one: IIF, COALESCE, NULLIF.
+inline constexpr int kMaxCaseNesting = 10;
+
 // Parses one batch (UTF-8, any line ends). Looks nothing up: unknown tables, columns, variables and
 // functions are the binder's.
 //
 // Throws SqlError with the number, severity and text of the server: 102 and 156 for a syntax error,
-// 105 and 113 for an unclosed quotation or comment, 191 for too deep a nesting, and so on. The
-// number 50001 is our own: a construct of the server's language that this database does not have,
-// which the text names. A batch that throws has no tree: nothing of it may run.
+// 105 and 113 for an unclosed quotation or comment, 125 and 191 for too deep a nesting, and so on.
+// The number 50001 is our own: a construct of the server's language that this database does not
+// have, which the text names. A batch that throws has no tree: nothing of it may run.
 Batch ParseBatch(std::string_view text);
 
 }  // namespace tavcc::sql

@@ -44,6 +44,19 @@ class Parser {
     const int height_of_siblings_;
   };
 
+  // One level of CASE.
+  class CaseNest {
+   public:
+    explicit CaseNest(Parser& parser);
+    ~CaseNest();
+    CaseNest(const CaseNest&) = delete;
+    CaseNest& operator=(const CaseNest&) = delete;
+
+   private:
+    Parser& parser_;
+    const Nest nest_;
+  };
+
   // A row of operators, which builds a tree that leans to the left.
   class Chain {
    public:
@@ -204,6 +217,7 @@ class Parser {
   ExpressionPtr ParseLiteral();
   ExpressionPtr ParseVariableReference();
   ExpressionPtr ParseKeywordValue();
+  ExpressionPtr ParseKeywordCall();
   ExpressionPtr ParseNameOrCall();
   ExpressionPtr ParseCase();
   ExpressionPtr ParseCast();
@@ -236,6 +250,7 @@ class Parser {
   bool unshareable_ = false;
   bool first_statement_ = true;
   int depth_ = 0;
+  int cases_ = 0;   // around the present place
   int height_ = 0;  // of the tallest tree parsed on the present level
 };
 
