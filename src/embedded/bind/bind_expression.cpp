@@ -85,7 +85,7 @@ std::string WrittenName(const ObjectName& name) {
 Binder::Binder(const Catalog& catalog, std::span<const VariableInfo> variables,
                std::span<const TypedValue> literals, BindResult& result)
     : catalog_(catalog), variables_(variables), literals_(literals), result_(result) {
-  result_.uses.resize(literals.size(), LiteralUse::kType);
+  result_.uses.resize(literals.size(), LiteralUse::kKind);
 }
 
 BoundExpressionPtr Binder::BindValue(const Expression& expression,
@@ -127,7 +127,9 @@ BoundExpressionPtr Binder::BindLiteral(const LiteralExpression& literal) {
   if (!exchangeable) {
     return std::make_unique<BoundLiteral>(EvaluateLiteral(literal.form, literal.text), -1);
   }
-  return std::make_unique<BoundLiteral>(literals_[static_cast<size_t>(literal.slot)], literal.slot);
+  const auto slot = static_cast<size_t>(literal.slot);
+  result_.uses[slot] = std::max(result_.uses[slot], LiteralUse::kType);
+  return std::make_unique<BoundLiteral>(literals_[slot], literal.slot);
 }
 
 BoundExpressionPtr Binder::BindColumn(const ColumnExpression& column, const Scope& scope) {

@@ -29,9 +29,10 @@ struct Dependency {
   CatalogObjectPtr object;  // a view
 };
 
-// How much of an exchangeable literal the bound tree depends on, beyond its type.
+// How much of an exchangeable literal the bound tree depends on, beyond its kind (see Fingerprint).
 enum class LiteralUse : uint8_t {
-  kType,
+  kKind,
+  kType,    // its length, or precision and scale
   kDigits,  // of an int also the number of its digits
   kValue,
 };

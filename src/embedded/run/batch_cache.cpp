@@ -1,5 +1,8 @@
 #include "embedded/run/batch_cache.h"
 
+#include <algorithm>
+#include <cstring>
+
 #include "embedded/syntax/parser.h"
 
 namespace tavcc::sql {
@@ -8,27 +11,24 @@ namespace {
 // Longer texts are compiled anew each time: they are scripts, not statements.
 constexpr size_t kLongestCached = 64 * 1024;
 
-// The short way of most literals: a few digits, with or without a point, not led by a zero.
-bool EvaluatePlainNumber(LiteralExpression::Form form, std::string_view text, TypedValue& out) {
-  const bool decimal = form == LiteralExpression::Form::kDecimal;
-  if ((!decimal && form != LiteralExpression::Form::kInteger) || text.size() > (decimal ? 18 : 9) ||
-      text.empty() || text[0] == '0') {
-    return false;
-  }
+// The short way of most literals: an int of up to 9 digits, a decimal of up to 17 that is not led
+// by a zero.
+bool EvaluatePlainNumber(const FingerprintLiteral& literal, TypedValue& out) {
+  const std::string_view text = literal.text;
+  const bool decimal = literal.form == LiteralExpression::Form::kDecimal;
+  if (decimal ? text.size() > 18 || text[0] < '1' : text.size() > 9) return false;
   int64_t value = 0;
-  int digits = 0, scale = -1;
-  for (const char c : text) {
-    if (c == '.' && scale < 0) {
-      scale = 0;
+  size_t point = 0;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '.') {
+      point = i;
       continue;
     }
-    if (c < '0' || c > '9') return false;
-    value = value * 10 + (c - '0');
-    ++digits;
-    if (scale >= 0) ++scale;
+    value = value * 10 + (text[i] - '0');
   }
-  if (decimal != (scale >= 0) || text[0] == '.') return false;
-  out.type = decimal ? DecimalType(digits, scale) : Type(TypeKind::kInt);
+  const auto digits = static_cast<int>(text.size());
+  out.type = decimal ? DecimalType(digits - 1, digits - 1 - static_cast<int>(point))
+                     : Type(TypeKind::kInt);
   out.value = StoredValue(value);
   return true;
 }
@@ -36,68 +36,85 @@ bool EvaluatePlainNumber(LiteralExpression::Form form, std::string_view text, Ty
 }  // namespace
 
 std::shared_ptr<const CachedBatch> BatchCache::Find(std::string_view text) {
-  if (text.size() > kLongestCached) {
-    auto batch = std::make_shared<CachedBatch>();
-    batch->program = Program::FromBatch(std::make_shared<const Batch>(ParseBatch(text)));
-    return batch;
-  }
-  const size_t hash = std::hash<std::string_view>()(text);
-  TextEntry& entry = texts_[hash % kTexts];
-  if (entry.batch && entry.hash == hash && entry.text == text) return entry.batch;
-  auto batch = Make(text);
-  // A text is worth a copy when it comes a second time; most texts with an id in them do not.
-  if (entry.hash == hash) {
-    entry.text = text;
-    entry.batch = batch;
-  } else {
-    entry.hash = hash;
-    entry.batch.reset();
-  }
-  return batch;
-}
-
-std::shared_ptr<const CachedBatch> BatchCache::Make(std::string_view text) {
   // The last batch's memory is used again, unless somebody still holds it.
   if (!spare_ || spare_.use_count() > 1) spare_ = std::make_shared<CachedBatch>();
   const std::shared_ptr<CachedBatch> batch = spare_;
-  batch->literals.clear();
-  const bool shareable = ComputeFingerprint(text, fingerprint_);
-  if (!shareable) fingerprint_.key = text;
-  batch->program = FindProgram(fingerprint_.key);
-  bool exchangeable = shareable;
-  if (!batch->program) {
-    auto parsed = std::make_shared<const Batch>(ParseBatch(text));
-    exchangeable =
-        shareable && parsed->literal_slots == static_cast<int>(fingerprint_.literals.size());
-    batch->program = Program::FromBatch(std::move(parsed), exchangeable);
-    // What cannot be shared is found again by its very text alone.
-    if (shareable && !exchangeable) fingerprint_.key = text;
-    Keep(fingerprint_.key, batch->program);
+  if (text.size() > kLongestCached) {
+    batch->program = Program::FromBatch(std::make_shared<const Batch>(ParseBatch(text)));
+    batch->literals.clear();
+    return batch;
   }
-  if (!batch->program->exchangeable()) return batch;
-  batch->literals.reserve(fingerprint_.literals.size());
-  for (const FingerprintLiteral& literal : fingerprint_.literals) {
-    TypedValue& value = batch->literals.emplace_back();
-    if (EvaluatePlainNumber(literal.form, literal.text, value)) continue;
-    value = EvaluateLiteral(literal.form, LiteralText(literal, scratch_));
-  }
+  const Entry* entry = Look(text);
+  batch->program = (entry ? *entry : Compile(text)).program;
+  Evaluate(batch->literals);
   return batch;
 }
 
-std::shared_ptr<Program> BatchCache::FindProgram(const std::string& key) {
-  const auto found = by_key_.find(key);
-  if (found == by_key_.end()) return nullptr;
-  programs_.splice(programs_.begin(), programs_, found->second);
-  return programs_.front().program;
+const BatchCache::Entry* BatchCache::Look(std::string_view text) {
+  Entry* found = text.size() < kPrefix ? nullptr : LookIn(BucketOf(text), text);
+  if (!found) found = LookIn(buckets_.back(), text);
+  if (found) found->used = ++clock_;
+  return found;
 }
 
-void BatchCache::Keep(const std::string& key, const std::shared_ptr<Program>& program) {
-  if (by_key_.contains(key)) return;
-  programs_.push_front(Entry{key, program});
-  by_key_[programs_.front().key] = programs_.begin();
-  if (programs_.size() <= kPrograms) return;
-  by_key_.erase(programs_.back().key);
-  programs_.pop_back();
+BatchCache::Entry* BatchCache::LookIn(Bucket& bucket, std::string_view text) {
+  for (auto& entry : bucket) {
+    if (!entry->fingerprint.Matches(text, literals_)) continue;
+    std::swap(entry, bucket.front());  // what was used last is looked at first
+    return bucket.front().get();
+  }
+  return nullptr;
+}
+
+BatchCache::Bucket& BatchCache::BucketOf(std::string_view beginning) {
+  if (beginning.size() < kPrefix) return buckets_.back();
+  uint64_t words[2];
+  static_assert(sizeof words == kPrefix);
+  std::memcpy(words, beginning.data(), sizeof words);
+  const uint64_t mixed = (words[0] ^ (words[1] * 0x9e3779b97f4a7c15)) * 0xbf58476d1ce4e5b9;
+  return buckets_[mixed >> 56 & (kBuckets - 1)];
+}
+
+const BatchCache::Entry& BatchCache::Compile(std::string_view text) {
+  auto entry = std::make_unique<Entry>(Entry{Fingerprint(text), nullptr, ++clock_});
+  auto parsed = std::make_shared<const Batch>(ParseBatch(text));
+  Fingerprint& fingerprint = entry->fingerprint;
+  const bool exchangeable =
+      fingerprint.shareable() && parsed->literal_slots == static_cast<int>(fingerprint.literals());
+  if (!exchangeable) fingerprint.Pin();
+  entry->program = Program::FromBatch(std::move(parsed), exchangeable);
+  fingerprint.Matches(text, literals_);
+  if (++count_ > kMostPrograms) DropOldest();
+  return *BucketOf(fingerprint.Beginning()).emplace_back(std::move(entry));
+}
+
+void BatchCache::DropOldest() {
+  Bucket* oldest = nullptr;
+  size_t place = 0;
+  for (Bucket& bucket : buckets_) {
+    for (size_t i = 0; i < bucket.size(); ++i) {
+      if (oldest && bucket[i]->used >= (*oldest)[place]->used) continue;
+      oldest = &bucket;
+      place = i;
+    }
+  }
+  oldest->erase(oldest->begin() + static_cast<ptrdiff_t>(place));
+  --count_;
+}
+
+void BatchCache::Evaluate(std::vector<TypedValue>& values) {
+  using Form = LiteralExpression::Form;
+  values.resize(literals_.size());
+  for (size_t i = 0; i < literals_.size(); ++i) {
+    const FingerprintLiteral& literal = literals_[i];
+    TypedValue& value = values[i];
+    if (literal.form == Form::kText || literal.form == Form::kNationalText) {
+      value.type = TextLiteralType(literal.form, literal.units);
+      value.value.SetText(LiteralText(literal, scratch_));
+    } else if (literal.form == Form::kFloat || !EvaluatePlainNumber(literal, value)) {
+      value = EvaluateLiteral(literal.form, literal.text);
+    }
+  }
 }
 
 }  // namespace tavcc::sql

@@ -1,15 +1,12 @@
-// The programs of texts that were run before, so that none is compiled twice.
-//
-// Two levels: by the very text, and by the text without the values of its literals. Both are
-// bounded; of the programs the one that was not used for longest goes first.
+// The programs of texts that were run before, so that none is compiled twice: a text is looked up
+// by its form (see Fingerprint). Of the programs the one that was not used for longest goes first.
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <list>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "embedded/run/program.h"
@@ -28,27 +25,28 @@ class BatchCache {
   std::shared_ptr<const CachedBatch> Find(std::string_view text);
 
  private:
-  static constexpr size_t kTexts = 256;
-  static constexpr size_t kPrograms = 512;
+  static constexpr size_t kMostPrograms = 512;
+  static constexpr size_t kBuckets = 256;  // a power of two
+  static constexpr size_t kPrefix = 16;    // bytes of a form's beginning that choose its bucket
 
   struct Entry {
-    std::string key;
+    Fingerprint fingerprint;
     std::shared_ptr<Program> program;
+    uint64_t used = 0;
   };
-  struct TextEntry {
-    size_t hash = 0;
-    std::string text;
-    std::shared_ptr<const CachedBatch> batch;
-  };
+  using Bucket = std::vector<std::unique_ptr<Entry>>;
 
-  std::shared_ptr<const CachedBatch> Make(std::string_view text);
-  std::shared_ptr<Program> FindProgram(const std::string& key);
-  void Keep(const std::string& key, const std::shared_ptr<Program>& program);
+  const Entry* Look(std::string_view text);
+  Entry* LookIn(Bucket& bucket, std::string_view text);
+  const Entry& Compile(std::string_view text);
+  Bucket& BucketOf(std::string_view beginning);
+  void DropOldest();
+  void Evaluate(std::vector<TypedValue>& values);
 
-  std::vector<TextEntry> texts_{kTexts};  // by hash; of two that meet the newer stays
-  std::list<Entry> programs_;             // the one used last first
-  std::unordered_map<std::string_view, std::list<Entry>::iterator> by_key_;
-  Fingerprint fingerprint_;
+  std::array<Bucket, kBuckets + 1> buckets_;  // the last one is for forms with a short beginning
+  size_t count_ = 0;
+  uint64_t clock_ = 0;
+  std::vector<FingerprintLiteral> literals_;  // of the text at hand
   std::string scratch_;
   std::shared_ptr<CachedBatch> spare_;
 };

@@ -11,8 +11,9 @@ namespace {
 constexpr size_t kMostPlans = 16;
 
 bool SameLiteral(const TypedValue& known, const TypedValue& current, LiteralUse use) {
+  if (known.type != current.type) return false;
   if (use == LiteralUse::kValue) return known.value == current.value;
-  return known.type.kind != TypeKind::kInt ||
+  return use == LiteralUse::kType || known.type.kind != TypeKind::kInt ||
          ConstantAsDecimal(known.value.integer()) == ConstantAsDecimal(current.value.integer());
 }
 
@@ -97,7 +98,9 @@ Plan& PlanCache::Add(Engine& engine, std::unique_ptr<Plan> plan) {
   plan->epoch = engine.catalog().epoch();
   for (size_t slot = 0; slot < plan->binding.uses.size(); ++slot) {
     const LiteralUse use = plan->binding.uses[slot];
-    if (use == LiteralUse::kDigits || use == LiteralUse::kValue) plan->particular.push_back(slot);
+    const TypeKind kind = plan->literals[slot].type.kind;
+    const bool one_type = kind == TypeKind::kInt || kind == TypeKind::kFloat;
+    if (use > (one_type ? LiteralUse::kType : LiteralUse::kKind)) plan->particular.push_back(slot);
   }
   if (plans_.size() >= kMostPlans) plans_.erase(plans_.begin());
   plans_.push_back(std::move(plan));

@@ -25,7 +25,7 @@ struct ResultShape {
 struct Plan {
   BindResult binding;
   std::vector<TypedValue> literals;  // those it was compiled with
-  // The slots of which more than the type counts: all literals of a program have the same types.
+  // The slots of which more than the kind counts, which is the same for all runs of a program.
   std::vector<size_t> particular;
   uint64_t epoch = 0;  // of the catalog when the names were last found to stand
 

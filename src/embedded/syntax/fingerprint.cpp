@@ -1,76 +1,68 @@
-// One pass over the tokens: what is no exchangeable literal is copied, what is one leaves a mark.
+// The form is a text that was met with the places of its literals: what lies between them is
+// compared as bytes.
 //
-// A mark begins with a control character, which cannot begin a token, and has a fixed length for
-// its kind, so a key can be read in one way only.
+// That is enough to know that the tokens are the same. A token ends where the next character cannot
+// belong to it, and what that next character is changes only at the border to a literal: a literal
+// is read anew by the scanner's own rules, must be of the same kind, and begins with a character of
+// the same sort, so that it neither joins what stands before it nor takes what stands behind it.
 #include "embedded/syntax/fingerprint.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "embedded/syntax/literal_context.h"
-#include "embedded/syntax/scanner.h"
 
 namespace tavcc::sql {
 namespace {
 
 using Form = LiteralExpression::Form;
 
-enum Mark : char { kInt = 1, kWideInteger, kDecimalMark, kFloatMark, kTextMark, kNationalMark };
-
 constexpr size_t kMaxPrecision = 38;
-constexpr size_t kLongestText = 8000, kLongestNational = 4000;
-constexpr size_t kMostLineEnds = 255;
-
-void Append(std::string& key, Mark mark) {
-  key.push_back(mark);
-}
-
-void Append(std::string& key, Mark mark, size_t small) {
-  key.push_back(mark);
-  key.push_back(static_cast<char>(small));
-}
 
 std::string_view WithoutLeadingZeros(std::string_view digits) {
   digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size()));
   return digits;
 }
 
-bool MarkInteger(std::string_view number, std::string& key) {
+bool IsWide(std::string_view number) {
   constexpr std::string_view kLargestInt = "2147483647";
+  if (number.size() < kLargestInt.size()) return false;
   const std::string_view digits = WithoutLeadingZeros(number);
-  if (digits.size() < kLargestInt.size() ||
-      (digits.size() == kLargestInt.size() && digits <= kLargestInt)) {
-    Append(key, kInt);
-    return true;
-  }
-  Append(key, kWideInteger, digits.size());
-  return digits.size() <= kMaxPrecision;
+  return digits.size() > kLargestInt.size() ||
+         (digits.size() == kLargestInt.size() && digits > kLargestInt);
 }
 
 // The precision of 0.05 is 2, of 1.50 is 3: digits without leading zeros, but all after the point.
-bool MarkDecimal(std::string_view number, std::string& key) {
-  const size_t point = number.find('.');
-  const size_t scale = number.size() - point - 1;
-  const size_t whole = WithoutLeadingZeros(number.substr(0, point)).size();
-  Append(key, kDecimalMark, std::max<size_t>(whole + scale, 1));
-  key.push_back(static_cast<char>(scale));
-  return whole + scale <= kMaxPrecision;
-}
-
-// "1e" is a number to the server and to the parser, but to nobody else.
-bool MarkFloat(std::string_view number, std::string& key) {
-  Append(key, kFloatMark);
-  return scanning::ClassOf(number.back()) & scanning::kDigit;
+bool IsTooPrecise(std::string_view number) {
+  if (number.size() <= kMaxPrecision) return false;
+  const size_t point = std::min(number.find('.'), number.size());
+  const size_t scale = number.size() - std::min(point + 1, number.size());
+  return WithoutLeadingZeros(number.substr(0, point)).size() + scale > kMaxPrecision;
 }
 
 struct TextShape {
   size_t units = 0;  // of UTF-16
-  size_t line_ends = 0;
+  uint32_t line_ends = 0;
   bool well_formed = true;
 };
+
+// Whether the eight bytes at `text` are ASCII, and none of them a line end.
+bool ArePlain(const char* text) {
+  constexpr uint64_t kOnes = 0x0101010101010101, kHighBits = 0x8080808080808080;
+  uint64_t bytes = 0;
+  std::memcpy(&bytes, text, sizeof bytes);
+  const uint64_t other = bytes ^ (kOnes * '\n');
+  return ((bytes | ((other - kOnes) & ~other)) & kHighBits) == 0;
+}
 
 TextShape Measure(std::string_view text) {
   TextShape shape;
   for (size_t i = 0; i < text.size();) {
+    if (i + 8 <= text.size() && ArePlain(text.data() + i)) {
+      shape.units += 8;
+      i += 8;
+      continue;
+    }
     const auto byte = static_cast<unsigned char>(text[i]);
     if (byte < 0x80) {
       shape.line_ends += byte == '\n';
@@ -89,45 +81,37 @@ TextShape Measure(std::string_view text) {
   return shape;
 }
 
-bool MarkText(const FingerprintLiteral& literal, std::string& key) {
-  const bool national = literal.form == Form::kNationalText;
-  const TextShape shape = Measure(literal.text);
-  size_t units = shape.units;
-  if (literal.doubled)
-    units -= static_cast<size_t>(std::count(literal.text.begin(), literal.text.end(), '\'')) / 2;
-  const size_t longest = national ? kLongestNational : kLongestText;
-  units = std::clamp<size_t>(units, 1, longest + 1);
-  Append(key, national ? kNationalMark : kTextMark, units >> 8);
-  key.push_back(static_cast<char>(units & 0xFF));
-  key.push_back(static_cast<char>(shape.line_ends));
-  return shape.well_formed && shape.line_ends <= kMostLineEnds;
-}
-
-FingerprintLiteral LiteralOf(const RawToken& token, std::string_view written) {
-  switch (token.kind) {
+Form FormOf(TokenKind kind) {
+  switch (kind) {
     case TokenKind::kInteger:
-      return {Form::kInteger, false, written};
+      return Form::kInteger;
     case TokenKind::kDecimal:
-      return {Form::kDecimal, false, written};
+      return Form::kDecimal;
     case TokenKind::kFloat:
-      return {Form::kFloat, false, written};
+      return Form::kFloat;
     case TokenKind::kText:
-      return {Form::kText, token.doubled, written.substr(1, written.size() - 2)};
+      return Form::kText;
     default:
-      return {Form::kNationalText, token.doubled, written.substr(2, written.size() - 3)};
+      return Form::kNationalText;
   }
 }
 
-bool AppendMark(const FingerprintLiteral& literal, std::string& key) {
-  switch (literal.form) {
-    case Form::kInteger:
-      return MarkInteger(literal.text, key);
-    case Form::kDecimal:
-      return MarkDecimal(literal.text, key);
-    case Form::kFloat:
-      return MarkFloat(literal.text, key);
-    default:
-      return MarkText(literal, key);
+// The literal that stands at `at`, when it is of this kind.
+scanning::Extent ReadLiteral(TokenKind kind, std::string_view text, size_t at) {
+  constexpr scanning::Extent kNone{};
+  const auto is = [&](size_t place, char c) { return place < text.size() && text[place] == c; };
+  switch (kind) {
+    case TokenKind::kText:
+      return is(at, '\'') ? scanning::ReadQuoted(kind, text, at + 1, '\'') : kNone;
+    case TokenKind::kNationalText:
+      return (is(at, 'N') || is(at, 'n')) && is(at + 1, '\'')
+                 ? scanning::ReadQuoted(kind, text, at + 2, '\'')
+                 : kNone;
+    default: {
+      const size_t digit = is(at, '.') ? at + 1 : at;
+      const bool number = digit < text.size() && scanning::ClassOf(text[digit]) & scanning::kDigit;
+      return number ? scanning::ReadNumber(text, at) : kNone;
+    }
   }
 }
 
@@ -137,18 +121,26 @@ bool IsPrintable(char c) {
 
 }  // namespace
 
-bool ComputeFingerprint(std::string_view text, Fingerprint& fingerprint) {
-  fingerprint.key.clear();
-  fingerprint.literals.clear();
+Fingerprint::Fingerprint(std::string_view text) : text_(text), shareable_(ReadPlaces(text)) {
+  if (!shareable_) Pin();
+}
+
+void Fingerprint::Pin() {
+  places_.clear();
+}
+
+std::string_view Fingerprint::Beginning() const {
+  return std::string_view(text_).substr(0, places_.empty() ? text_.size() : places_[0].begin);
+}
+
+bool Fingerprint::ReadPlaces(std::string_view text) {
   Scanner scanner(text);
   LiteralContext context;
-  size_t copied = 0;
   for (;;) {
     const RawToken token = scanner.Next();
     const std::string_view written = text.substr(token.begin, token.end - token.begin);
     switch (token.kind) {
       case TokenKind::kEnd:
-        fingerprint.key.append(text, copied);
         return context.shareable();
       case TokenKind::kWord:
         context.Pass(token.kind, LookUpKeyword(written), 0);
@@ -167,14 +159,67 @@ bool ComputeFingerprint(std::string_view text, Fingerprint& fingerprint) {
         return false;
       default: {
         if (!context.Literal(token.kind, scanner.PeekCharacter())) break;
-        fingerprint.key.append(text, copied, token.begin - copied);
-        copied = token.end;
-        const FingerprintLiteral& literal =
-            fingerprint.literals.emplace_back(LiteralOf(token, written));
-        if (!AppendMark(literal, fingerprint.key)) return false;
+        Place& place = places_.emplace_back();
+        place.begin = token.begin;
+        place.end = token.end;
+        FingerprintLiteral literal;
+        const scanning::Extent extent{token.kind, token.doubled, token.end};
+        if (!Read(extent, text, token.begin, place.kind, literal)) return false;
       }
     }
   }
+}
+
+// False when the literal cannot be exchanged: it is no value, or the parser will refuse it.
+bool Fingerprint::Read(const scanning::Extent& extent, std::string_view text, size_t begin,
+                       Kind& kind, FingerprintLiteral& literal) {
+  kind = Kind{extent.kind, false, text[begin] == '.', 0};
+  literal.form = FormOf(extent.kind);
+  literal.doubled = extent.doubled;
+  literal.text = text.substr(begin, extent.end - begin);
+  switch (extent.kind) {
+    case TokenKind::kInteger:
+      kind.wide = IsWide(literal.text);
+      return !IsTooPrecise(literal.text);
+    case TokenKind::kDecimal:
+      return !IsTooPrecise(literal.text);
+    case TokenKind::kFloat:  // "1e" is a number to the server and to the parser, but to nobody else
+      return scanning::ClassOf(literal.text.back()) & scanning::kDigit;
+    default:
+      break;
+  }
+  const size_t quote = extent.kind == TokenKind::kNationalText ? 2 : 1;
+  literal.text = literal.text.substr(quote, literal.text.size() - quote - 1);
+  const TextShape shape = Measure(literal.text);
+  kind.line_ends = shape.line_ends;
+  literal.units = shape.units;
+  if (literal.doubled)
+    literal.units -=
+        static_cast<size_t>(std::count(literal.text.begin(), literal.text.end(), '\'')) / 2;
+  return shape.well_formed;
+}
+
+bool Fingerprint::Matches(std::string_view text, std::vector<FingerprintLiteral>& literals) const {
+  literals.resize(places_.size());
+  size_t at = 0, known = 0;
+  for (size_t i = 0; i < places_.size(); ++i) {
+    const Place& place = places_[i];
+    const size_t between = place.begin - known;
+    if (text.size() - at <= between ||
+        std::memcmp(text.data() + at, text_.data() + known, between) != 0) {
+      return false;
+    }
+    at += between;
+    const scanning::Extent extent = ReadLiteral(place.kind.token, text, at);
+    Kind kind;
+    if (extent.kind != place.kind.token || !Read(extent, text, at, kind, literals[i]) ||
+        kind != place.kind) {
+      return false;
+    }
+    at = extent.end;
+    known = place.end;
+  }
+  return text.substr(at) == std::string_view(text_).substr(known);
 }
 
 std::string_view LiteralText(const FingerprintLiteral& literal, std::string& scratch) {

@@ -1,7 +1,8 @@
 // Cuts the text of a batch into tokens: the one place that knows the server's lexical rules.
 //
 // The lexer (for the parser) and the fingerprint (for the cache of compiled batches) both run it,
-// so that they cannot disagree on what a literal is. It allocates nothing and copies nothing.
+// so that they cannot disagree on what a literal is. It allocates nothing and copies nothing. How
+// numbers and quotations are read stands apart, for whoever knows where one begins.
 #pragma once
 
 #include <array>
@@ -63,6 +64,59 @@ inline constexpr std::array<uint8_t, 256> kClasses = [] {
 
 inline uint8_t ClassOf(char c) {
   return kClasses[static_cast<unsigned char>(c)];
+}
+
+struct Extent {
+  TokenKind kind = TokenKind::kEnd;
+  bool doubled = false;  // see RawToken
+  size_t end = 0;
+};
+
+inline size_t DigitsEnd(std::string_view text, size_t at) {
+  while (at < text.size() && ClassOf(text[at]) & kDigit) ++at;
+  return at;
+}
+
+// The number that begins at `at` with a digit, or with a point and a digit. It ends where no digit,
+// point or exponent follows: in "5And" a word follows it at once. The exponent needs no digits: the
+// server reads "1e" and "1e+" as 1, and "0end" as "0e", "nd".
+inline Extent ReadNumber(std::string_view text, size_t at) {
+  const auto is = [&](size_t place, char lower) {
+    return place < text.size() && (text[place] | 0x20) == lower;
+  };
+  if (text[at] == '0' && is(at + 1, 'x')) {
+    size_t end = at + 2;
+    while (end < text.size() && ClassOf(text[end]) & kHexDigit) ++end;
+    return {TokenKind::kBinary, false, end};
+  }
+  TokenKind kind = TokenKind::kInteger;
+  size_t end = DigitsEnd(text, at);
+  if (end < text.size() && text[end] == '.') {
+    kind = TokenKind::kDecimal;
+    end = DigitsEnd(text, end + 1);
+  }
+  if (is(end, 'e')) {
+    kind = TokenKind::kFloat;
+    ++end;
+    if (end < text.size() && (text[end] == '+' || text[end] == '-')) ++end;
+    end = DigitsEnd(text, end);
+  }
+  return {kind, false, end};
+}
+
+// The quotation whose first character behind the opening mark is at `at`: kUnclosedQuote, or `kind`
+// up to the closing `mark`. Doubled, the mark is a character of the quotation.
+inline Extent ReadQuoted(TokenKind kind, std::string_view text, size_t at, char mark) {
+  bool doubled = false;
+  for (;;) {
+    const void* found =
+        at < text.size() ? std::memchr(text.data() + at, mark, text.size() - at) : nullptr;
+    if (found == nullptr) return {TokenKind::kUnclosedQuote, false, text.size()};
+    const size_t close = static_cast<size_t>(static_cast<const char*>(found) - text.data());
+    if (close + 1 >= text.size() || text[close + 1] != mark) return {kind, doubled, close + 1};
+    doubled = true;
+    at = close + 2;
+  }
 }
 
 // The number of bytes of the letter beyond ASCII that begins at `text`, 0 when what begins there is
@@ -188,55 +242,21 @@ class Scanner {
     return Take(kind, end);
   }
 
-  size_t Digits(size_t at) const {
-    while (at < text_.size() && scanning::ClassOf(text_[at]) & scanning::kDigit) ++at;
-    return at;
-  }
-
-  // A number ends where no digit, point or exponent follows: in "5And" a word follows it at once.
-  // The exponent needs no digits: the server reads "1e" and "1e+" as 1, and "0end" as "0e", "nd".
   RawToken Number() {
-    if (text_[at_] == '0' && (Char(1) == 'x' || Char(1) == 'X')) {
-      size_t end = at_ + 2;
-      while (end < text_.size() && scanning::ClassOf(text_[end]) & scanning::kHexDigit) ++end;
-      return Take(TokenKind::kBinary, end);
-    }
-    TokenKind kind = TokenKind::kInteger;
-    size_t end = Digits(at_);
-    if (end < text_.size() && text_[end] == '.') {
-      kind = TokenKind::kDecimal;
-      end = Digits(end + 1);
-    }
-    if (end < text_.size() && (text_[end] == 'e' || text_[end] == 'E')) {
-      kind = TokenKind::kFloat;
-      ++end;
-      if (end < text_.size() && (text_[end] == '+' || text_[end] == '-')) ++end;
-      end = Digits(end);
-    }
-    return Take(kind, end);
+    const scanning::Extent number = scanning::ReadNumber(text_, at_);
+    return Take(number.kind, number.end);
   }
 
   RawToken Money() {
-    size_t end = Digits(at_ + 1);
-    if (end < text_.size() && text_[end] == '.') end = Digits(end + 1);
+    size_t end = scanning::DigitsEnd(text_, at_ + 1);
+    if (end < text_.size() && text_[end] == '.') end = scanning::DigitsEnd(text_, end + 1);
     return Take(TokenKind::kMoney, end);
   }
 
   RawToken Quoted(TokenKind kind, size_t begin, size_t from, char mark) {
-    bool doubled = false;
-    for (size_t at = from;;) {
-      const void* found =
-          at < text_.size() ? std::memchr(text_.data() + at, mark, text_.size() - at) : nullptr;
-      if (found == nullptr) return Close(TokenKind::kUnclosedQuote, begin);
-      const size_t close = static_cast<size_t>(static_cast<const char*>(found) - text_.data());
-      if (close + 1 < text_.size() && text_[close + 1] == mark) {
-        doubled = true;
-        at = close + 2;
-        continue;
-      }
-      at_ = close + 1;
-      return {kind, doubled, begin, at_};
-    }
+    const scanning::Extent quoted = scanning::ReadQuoted(kind, text_, from, mark);
+    at_ = quoted.end;
+    return {quoted.kind, quoted.doubled, begin, at_};
   }
 
   RawToken Symbol() {

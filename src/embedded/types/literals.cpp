@@ -64,16 +64,19 @@ TypedValue EvaluateLiteral(LiteralExpression::Form form, std::string_view text) 
       return {Type(TypeKind::kFloat), value};
     }
     case Form::kText:
-    case Form::kNationalText: {
-      const TypeKind kind = form == Form::kText ? TypeKind::kVarChar : TypeKind::kNVarChar;
-      const int units = std::max(1, static_cast<int>(CountUnits(text)));
-      const int length = units > MaxLength(kind) ? SqlType::kMax : units;
-      return {TextType(kind, length), std::string(text)};
-    }
+    case Form::kNationalText:
+      return {TextLiteralType(form, CountUnits(text)), std::string(text)};
     case Form::kBinary:
       return BinaryLiteral(text);
   }
   return {};
+}
+
+SqlType TextLiteralType(LiteralExpression::Form form, size_t units) {
+  const TypeKind kind =
+      form == LiteralExpression::Form::kText ? TypeKind::kVarChar : TypeKind::kNVarChar;
+  const int length = static_cast<int>(std::clamp<size_t>(units, 1, 1 << 20));
+  return TextType(kind, length > MaxLength(kind) ? SqlType::kMax : length);
 }
 
 SqlType ConstantAsDecimal(int64_t value) {

@@ -53,6 +53,15 @@ class StoredValue {
   const std::string& text() const { return std::get<std::string>(storage_); }
   const std::string& blob() const { return std::get<Blob>(storage_).bytes; }
 
+  // Becomes this text, in the memory of its former one where it has been text before.
+  void SetText(std::string_view text) {
+    if (auto* known = std::get_if<std::string>(&storage_)) {
+      known->assign(text);
+    } else {
+      storage_.emplace<std::string>(text);
+    }
+  }
+
   friend bool operator==(const StoredValue&, const StoredValue&) = default;
 
  private:

@@ -99,6 +99,8 @@ constexpr SqlType TextType(TypeKind kind, int length) {
 // float, 'abc' varchar(3), '' varchar(1), N'…' nvarchar, 0x… varbinary. Errors: 1007 for a number
 // of more than 38 digits, 168 for a float out of range.
 TypedValue EvaluateLiteral(LiteralExpression::Form form, std::string_view text);
+// The type of a text literal (kText or kNationalText) of so many UTF-16 units.
+SqlType TextLiteralType(LiteralExpression::Form form, size_t units);
 
 // The type of an int constant where it meets a decimal in arithmetic: decimal(digits, 0), at least
 // 1 digit. A constant is a literal, also with a sign, not a column or a variable.

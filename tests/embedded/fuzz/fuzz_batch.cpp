@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "embedded/error.h"
 #include "embedded/fuzz/fuzz_engine.h"
@@ -27,9 +28,9 @@ void CheckError(const SqlError& error) {
 }
 
 // The text with other values for its exchangeable numbers and texts, of the same types.
-std::string Exchanged(std::string_view text, const Fingerprint& fingerprint) {
+std::string Exchanged(std::string_view text, const std::vector<FingerprintLiteral>& literals) {
   std::string result(text);
-  for (const FingerprintLiteral& literal : fingerprint.literals) {
+  for (const FingerprintLiteral& literal : literals) {
     const auto at = static_cast<size_t>(literal.text.data() - text.data());
     const bool number = literal.form == LiteralExpression::Form::kInteger ||
                         literal.form == LiteralExpression::Form::kDecimal;
@@ -42,25 +43,26 @@ std::string Exchanged(std::string_view text, const Fingerprint& fingerprint) {
   return result;
 }
 
-// A text with the same key compiles to the same, whatever the values of its literals.
+// A text of the same form compiles to the same, whatever the values of its literals.
 void CheckSharing(std::string_view text, const Batch& batch, const Fingerprint& fingerprint) {
-  if (static_cast<size_t>(batch.literal_slots) != fingerprint.literals.size()) return;
-  const std::string other = Exchanged(text, fingerprint);
-  Fingerprint others;
-  if (!ComputeFingerprint(other, others) || others.key != fingerprint.key) return;
-  Require(others.literals.size() == fingerprint.literals.size(), "one key, one row of literals");
+  std::vector<FingerprintLiteral> literals;
+  Require(fingerprint.Matches(text, literals), "a text has its own form");
+  if (static_cast<size_t>(batch.literal_slots) != literals.size()) return;
+  const std::string other = Exchanged(text, literals);
+  const bool alike = fingerprint.Matches(other, literals);
+  Require(Fingerprint(other).Matches(text, literals) == alike, "a form is mutual");
+  if (!alike) return;
   const Batch others_batch = ParseBatch(other);
-  Require(others_batch.literal_slots == batch.literal_slots, "one key, one number of slots");
+  Require(others_batch.literal_slots == batch.literal_slots, "one form, one number of slots");
   Require(Print(others_batch, PrintSlots::kInsteadOfValues) ==
               Print(batch, PrintSlots::kInsteadOfValues),
-          "one key, one tree");
+          "one form, one tree");
 }
 
 }  // namespace
 
 void FuzzBatch(std::string_view text) {
-  Fingerprint fingerprint;
-  const bool shared = ComputeFingerprint(text, fingerprint);
+  const Fingerprint fingerprint(text);
   Batch batch;
   try {
     batch = ParseBatch(text);
@@ -70,8 +72,8 @@ void FuzzBatch(std::string_view text) {
   }
   Print(batch);
   RunOnEngine(text);
-  if (!shared) return;
-  Require(batch.literal_slots <= static_cast<int>(fingerprint.literals.size()),
+  if (!fingerprint.shareable()) return;
+  Require(batch.literal_slots <= static_cast<int>(fingerprint.literals()),
           "the parser sees no literal that the fingerprint does not see");
   CheckSharing(text, batch, fingerprint);
 }

@@ -57,22 +57,23 @@ std::string Printed(const FingerprintLiteral& literal, size_t slot) {
 
 TEST(Statements, FingerprintAgreesWithTheParser) {
   size_t shared = 0, literals = 0;
-  Fingerprint fingerprint;
+  std::vector<FingerprintLiteral> values;
   for (const std::string& text : AllBatches()) {
     const Batch batch = ParseBatch(text);
-    ASSERT_EQ(ComputeFingerprint(text, fingerprint), batch.literal_slots >= 0) << text;
+    const Fingerprint fingerprint(text);
+    ASSERT_EQ(fingerprint.shareable(), batch.literal_slots >= 0) << text;
     if (batch.literal_slots < 0) continue;
     ++shared;
-    ASSERT_EQ(fingerprint.literals.size(), static_cast<size_t>(batch.literal_slots)) << text;
+    ASSERT_TRUE(fingerprint.Matches(text, values)) << text;
+    ASSERT_EQ(values.size(), static_cast<size_t>(batch.literal_slots)) << text;
     const std::string tree = Print(batch, PrintSlots::kYes);
     size_t at = 0;
-    for (size_t i = 0; i < fingerprint.literals.size(); ++i, ++literals) {
-      const std::string printed = Printed(fingerprint.literals[i], i);
+    for (size_t i = 0; i < values.size(); ++i, ++literals) {
+      const std::string printed = Printed(values[i], i);
       at = tree.find(printed);
       EXPECT_NE(at, std::string::npos) << printed << "\n" << tree;
     }
-    EXPECT_EQ(tree.find("#" + std::to_string(fingerprint.literals.size()) + ")"),
-              std::string::npos);
+    EXPECT_EQ(tree.find("#" + std::to_string(values.size()) + ")"), std::string::npos);
   }
   EXPECT_GT(shared, 100u);
   EXPECT_GT(literals, 300u);
@@ -80,9 +81,8 @@ TEST(Statements, FingerprintAgreesWithTheParser) {
 
 // The statements proper never need compiling twice.
 TEST(Statements, AllCanShareTheirCompiledForm) {
-  Fingerprint fingerprint;
   for (const std::string& text : Batches("tests/embedded/syntax/statements.sql"))
-    EXPECT_TRUE(ComputeFingerprint(text, fingerprint)) << text;
+    EXPECT_TRUE(Fingerprint(text).shareable()) << text;
 }
 
 }  // namespace
