@@ -260,52 +260,22 @@ class cls_ZZ final : public AutomationObject<_cls_ZZ> {
     return Call(8, sDsn, dctClassType, vctClassTypeEntry, dctTableInfo, dctData, dctLink, result);
   }
 };
-class CheckProfit final : public AutomationObject<_CheckProfit> {
+// Stock-check gain and loss and the price adjustment: three interfaces with the same methods.
+template <class Interface>
+class CheckAndSave final : public AutomationObject<Interface> {
  public:
-  using AutomationObject::AutomationObject;
+  using AutomationObject<Interface>::AutomationObject;
   HRESULT STDMETHODCALLTYPE CheckBill(BSTR sDsn, long lngInterID, long CheckDir, BSTR* strReturnMsg,
                                       IDispatch* dctData, IDispatch* dctClassType,
                                       long* result) noexcept override {
-    return Call(0, sDsn, lngInterID, CheckDir, strReturnMsg, dctData, dctClassType, result);
+    return this->Call(0, sDsn, lngInterID, CheckDir, strReturnMsg, dctData, dctClassType, result);
   }
   HRESULT STDMETHODCALLTYPE SaveNote(BSTR sDsn, long lngInterID, IDispatch* vctEntryNotes,
                                      VARIANT_BOOL* result) noexcept override {
-    return Call(1, sDsn, lngInterID, vctEntryNotes, result);
+    return this->Call(1, sDsn, lngInterID, vctEntryNotes, result);
   }
   HRESULT STDMETHODCALLTYPE get_TransMode(TransactionMode* result) noexcept override {
-    return Call(2, result);
-  }
-};
-class CheckLoss final : public AutomationObject<_CheckLoss> {
- public:
-  using AutomationObject::AutomationObject;
-  HRESULT STDMETHODCALLTYPE CheckBill(BSTR sDsn, long lngInterID, long CheckDir, BSTR* strReturnMsg,
-                                      IDispatch* dctData, IDispatch* dctClassType,
-                                      long* result) noexcept override {
-    return Call(0, sDsn, lngInterID, CheckDir, strReturnMsg, dctData, dctClassType, result);
-  }
-  HRESULT STDMETHODCALLTYPE SaveNote(BSTR sDsn, long lngInterID, IDispatch* vctEntryNotes,
-                                     VARIANT_BOOL* result) noexcept override {
-    return Call(1, sDsn, lngInterID, vctEntryNotes, result);
-  }
-  HRESULT STDMETHODCALLTYPE get_TransMode(TransactionMode* result) noexcept override {
-    return Call(2, result);
-  }
-};
-class AdjustPrice final : public AutomationObject<_AdjustPrice> {
- public:
-  using AutomationObject::AutomationObject;
-  HRESULT STDMETHODCALLTYPE CheckBill(BSTR sDsn, long lngInterID, long CheckDir, BSTR* strReturnMsg,
-                                      IDispatch* dctData, IDispatch* dctClassType,
-                                      long* result) noexcept override {
-    return Call(0, sDsn, lngInterID, CheckDir, strReturnMsg, dctData, dctClassType, result);
-  }
-  HRESULT STDMETHODCALLTYPE SaveNote(BSTR sDsn, long lngInterID, IDispatch* vctEntryNotes,
-                                     VARIANT_BOOL* result) noexcept override {
-    return Call(1, sDsn, lngInterID, vctEntryNotes, result);
-  }
-  HRESULT STDMETHODCALLTYPE get_TransMode(TransactionMode* result) noexcept override {
-    return Call(2, result);
+    return this->Call(2, result);
   }
 };
 class cls_Template final : public AutomationObject<_cls_Template> {
@@ -387,15 +357,15 @@ constexpr CreatableClass kClasses[] = {
      }},
     {"CheckProfit", CLSID_CheckProfit,
      [](REFIID wanted, void** object) {
-       return Create<CheckProfit>("CheckProfit", IID__CheckProfit, wanted, object);
+       return Create<CheckAndSave<_CheckProfit>>("CheckProfit", IID__CheckProfit, wanted, object);
      }},
     {"CheckLoss", CLSID_CheckLoss,
      [](REFIID wanted, void** object) {
-       return Create<CheckLoss>("CheckLoss", IID__CheckLoss, wanted, object);
+       return Create<CheckAndSave<_CheckLoss>>("CheckLoss", IID__CheckLoss, wanted, object);
      }},
     {"AdjustPrice", CLSID_AdjustPrice,
      [](REFIID wanted, void** object) {
-       return Create<AdjustPrice>("AdjustPrice", IID__AdjustPrice, wanted, object);
+       return Create<CheckAndSave<_AdjustPrice>>("AdjustPrice", IID__AdjustPrice, wanted, object);
      }},
     {"cls_Template", CLSID_cls_Template,
      [](REFIID wanted, void** object) {

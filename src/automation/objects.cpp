@@ -187,16 +187,6 @@ Value WrapObject(IDispatch* object) {
   return Make<OpaqueObject>(object);
 }
 
-Value WrapUnknown(IUnknown* object) {
-  if (object == nullptr) return ObjectPtr();
-  ComPtr<IDispatch> dispatch;
-  if (FAILED(object->QueryInterface(IID_IDispatch,
-                                    reinterpret_cast<void**>(dispatch.GetAddressOf())))) {
-    throw AutomationError(RuntimeError::kTypeMismatch);
-  }
-  return WrapObject(dispatch.Get());
-}
-
 IDispatch* UnwrapObject(const ObjectPtr& object) {
   if (object == nullptr) return nullptr;
   const auto* adapter = dynamic_cast<const Adapter*>(object.get());

@@ -103,6 +103,17 @@ void PutDecimal(Decimal value, VARIANT* out) {
   out->vt = VT_DECIMAL;  // last: it shares its place with the decimal's reserved word
 }
 
+// As WrapObject; an object without late binding is error 13.
+Value WrapUnknown(IUnknown* object) {
+  if (object == nullptr) return ObjectPtr();
+  ComPtr<IDispatch> dispatch;
+  if (FAILED(object->QueryInterface(IID_IDispatch,
+                                    reinterpret_cast<void**>(dispatch.GetAddressOf())))) {
+    throw AutomationError(RuntimeError::kTypeMismatch);
+  }
+  return WrapObject(dispatch.Get());
+}
+
 }  // namespace
 
 std::string ToUtf8(BSTR text) {

@@ -17,17 +17,15 @@ BSTR NewBstr(std::string_view utf8);
 // The value of a VARIANT, by reference or not. The integers of more than 32 bits, and unsigned ones
 // that do not fit, become decimals, as do currencies; an error code DISP_E_PARAMNOTFOUND is an
 // omitted argument. Objects cross by WrapObject.
-// Errors: 13 with a text that names the type for arrays (binary included) and everything else that
-// an automation value cannot be.
+// Errors: 13 for an object without late binding, and with a text that names the type for arrays
+// (binary included) and everything else that an automation value cannot be.
 Value FromVariant(const VARIANT& variant);
 
 // How objects cross is the module's own: the automation server adapts the host's objects to ports,
-// the reference host puts its ports before automation. Each module defines these three.
+// the reference host puts its ports before automation. Each module defines these two.
 //
 // The value of an object reference; a null reference stays one.
 Value WrapObject(IDispatch* object);
-// As WrapObject; an object without late binding is error 13.
-Value WrapUnknown(IUnknown* object);
 // The reference behind a value's object, which the caller releases; null for null. Errors: 13 for
 // an object that has no face outside the module.
 IDispatch* UnwrapObject(const ObjectPtr& object);

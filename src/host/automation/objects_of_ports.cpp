@@ -61,16 +61,6 @@ Value WrapObject(IDispatch* object) {
   return Value(std::make_shared<ForeignObject>(object));
 }
 
-Value WrapUnknown(IUnknown* object) {
-  if (object == nullptr) return ObjectPtr();
-  ComPtr<IDispatch> dispatch;
-  if (FAILED(object->QueryInterface(IID_IDispatch,
-                                    reinterpret_cast<void**>(dispatch.GetAddressOf())))) {
-    throw AutomationError(RuntimeError::kTypeMismatch);
-  }
-  return WrapObject(dispatch.Get());
-}
-
 IDispatch* UnwrapObject(const ObjectPtr& object) {
   if (object == nullptr) return nullptr;
   if (const auto foreign = std::dynamic_pointer_cast<ForeignObject>(object)) {
