@@ -6,7 +6,7 @@ build_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
 )
 # To run the checks: those that are no C++, and those of the ODBC connection.
-check_packages=(python3 clang-format libsqliteodbc)
+check_packages=(python3 clang-format libsqliteodbc tdsodbc)
 # To build the automation server for Windows and run it: compilers, the IDL compiler and its
 # headers, Wine, and GoogleTest's sources. SQLite's source comes through npm.
 windows_packages=(

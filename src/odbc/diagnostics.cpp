@@ -57,8 +57,13 @@ std::string WithoutPrefixes(std::string text) {
 }
 
 std::vector<Diagnostic> ReadDiagnostics(SQLSMALLINT kind, SQLHANDLE handle, Encoding encoding) {
-  return encoding == Encoding::kWide ? ReadAll<SQLWCHAR>(kind, handle, SQLGetDiagRecW)
+  return encoding == Encoding::kWide ? ReadDiagnostics(kind, handle, &SQLGetDiagRecW)
                                      : ReadAll<SQLCHAR>(kind, handle, SQLGetDiagRec);
+}
+
+std::vector<Diagnostic> ReadDiagnostics(SQLSMALLINT kind, SQLHANDLE handle,
+                                        decltype(&SQLGetDiagRecW) read_record) {
+  return ReadAll<SQLWCHAR>(kind, handle, read_record);
 }
 
 }  // namespace tavcc::odbc

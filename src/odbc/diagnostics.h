@@ -26,6 +26,10 @@ struct Diagnostic {
 // All records of the handle, in the order of the driver.
 std::vector<Diagnostic> ReadDiagnostics(SQLSMALLINT kind, SQLHANDLE handle, Encoding encoding);
 
+// The same, asked of a driver's own function.
+std::vector<Diagnostic> ReadDiagnostics(SQLSMALLINT kind, SQLHANDLE handle,
+                                        decltype(&SQLGetDiagRecW) read_record);
+
 template <class Handle>
 std::vector<Diagnostic> ReadDiagnostics(const Handle& handle, Encoding encoding) {
   return ReadDiagnostics(Handle::kind(), handle.get(), encoding);

@@ -26,10 +26,6 @@ inline constexpr int32_t kDriverError = -2147467259;
 // Connects. Errors: AutomationError with the server's or the driver's first error, led by what the
 // connection string names, its password masked.
 //
-// unixODBC takes a batch as ended when its first statement fails: errors behind it are then not
-// seen, and the driver may cancel the statements behind it. Errors of later statements are all
-// seen.
-//
 // Beside the port's contract: informational messages are in Errors() with number 0. A timeout is an
 // error and leaves the session open where the driver could cancel the batch. A connection that is
 // lost in the middle is an error that says so, and the session is then closed. A procedure is

@@ -8,6 +8,7 @@
 #include "foundation/error.h"
 #include "foundation/text.h"
 #include "odbc/connection_string.h"
+#include "odbc/driver_statement.h"
 #include "odbc/fetch.h"
 #include "odbc/procedure_batch.h"
 #include "odbc/text.h"
@@ -29,6 +30,12 @@ const Diagnostic* FirstError(const std::vector<Diagnostic>& diagnostics) {
       std::ranges::find_if(diagnostics, [](const Diagnostic& d) { return !d.IsMessage(); });
   if (found != diagnostics.end()) return &*found;
   return diagnostics.empty() ? nullptr : &diagnostics.front();
+}
+
+// Behind an error of the server there may be more results, behind one of the driver there is
+// nothing.
+bool ServerSpoke(const std::vector<Diagnostic>& diagnostics) {
+  return std::ranges::any_of(diagnostics, [](const Diagnostic& d) { return d.number != 0; });
 }
 
 }  // namespace
@@ -163,11 +170,8 @@ Session::Outcome Session::Walk(const Statement& statement, SQLRETURN result, Kee
     if (!Note(said)) break;
     // An update of no rows begins with "no data"; later it is the end.
     if (result == SQL_NO_DATA && !first) break;
-    const bool server_spoke =
-        std::ranges::any_of(said, [](const Diagnostic& d) { return d.number != 0; });
-    // Behind an error of the server there may be more results, behind one of the driver there is
-    // nothing.
-    if (result != SQL_NO_DATA && !SQL_SUCCEEDED(result) && !server_spoke) break;
+    if (result != SQL_NO_DATA && !SQL_SUCCEEDED(result) && !ServerSpoke(said)) break;
+    if (first && result == SQL_ERROR && WalkBehindError(statement)) break;
     const bool wanted = keep == Keep::kLast || !outcome.rows.IsResult();
     if (!SQL_SUCCEEDED(result) || !wanted) continue;
     Fetched fetched = FetchRows(statement, encoding_);
@@ -176,6 +180,17 @@ Session::Outcome Session::Walk(const Statement& statement, SQLRETURN result, Kee
     if (!Note(fetched.diagnostics)) break;
   }
   return outcome;
+}
+
+bool Session::WalkBehindError(const Statement& statement) {
+  const auto driver = DriverStatement::Find(link_, statement);
+  if (!driver) return false;
+  for (;;) {
+    const SQLRETURN result = driver->MoreResults();
+    const auto said = driver->Diagnostics();
+    if (!Note(said) || result == SQL_NO_DATA) return true;
+    if (!SQL_SUCCEEDED(result) && !ServerSpoke(said)) return true;
+  }
 }
 
 Rows Session::Run(std::string_view sql, Keep keep) {

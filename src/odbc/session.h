@@ -43,6 +43,9 @@ class Session final : public Connection {
   Rows Run(std::string_view sql, Keep keep);
   // Goes through the results of a statement, from that of its execution on.
   Outcome Walk(const Statement& statement, SQLRETURN result, Keep keep);
+  // Goes through what is left of a batch whose first result was an error; its rows are nobody's.
+  // False where the driver cannot be asked.
+  bool WalkBehindError(const Statement& statement);
   void Prepare(Statement& statement);
   SQLRETURN Send(const Statement& statement, std::string_view sql);
   // Whether wide text comes through the driver unharmed.

@@ -13,14 +13,14 @@ constexpr std::string_view kRollback = "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION"
 constexpr std::string_view kBills = "SELECT COUNT(*) FROM T_CC_StockBill";
 constexpr std::string_view kTransactions = "SELECT @@TRANCOUNT";
 
-// A column that never gave a number gives the one it is set to, not the next: it is left alone.
+// Truncating starts the numbers again, at the seed (SQL Server documentation, TRUNCATE TABLE), and is
+// undone with all else; DBCC CHECKIDENT numbers otherwise where no number was ever given.
 constexpr const char* kResetIdentities =
     "DECLARE @sql nvarchar(max)\r\n"
     "SET @sql = N''\r\n"
-    "SELECT @sql = @sql + N'DBCC CHECKIDENT(''' + OBJECT_SCHEMA_NAME(object_id) + N'.' +"
-    " OBJECT_NAME(object_id) + N''', RESEED, 0) WITH NO_INFOMSGS;'"
-    " FROM sys.identity_columns"
-    " WHERE last_value IS NOT NULL AND OBJECTPROPERTY(object_id, 'IsUserTable') = 1\r\n"
+    "SELECT @sql = @sql + N'TRUNCATE TABLE ' + OBJECT_SCHEMA_NAME(object_id) + N'.' +"
+    " OBJECT_NAME(object_id) + N';'"
+    " FROM sys.identity_columns WHERE OBJECTPROPERTY(object_id, 'IsUserTable') = 1\r\n"
     "EXEC(@sql)";
 
 // The server pads the names of temporary tables with underscores.
