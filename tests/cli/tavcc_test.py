@@ -8,6 +8,7 @@ import hashlib
 import json
 import os
 import signal
+import socket
 import subprocess
 import sys
 import tempfile
@@ -201,6 +202,23 @@ class Servers(Case):
                        "select '单😀' as A, 7 as B, null as C")
         self.assertEqual(json.loads(answer.stdout),
                          {"columns": ["A", "B", "C"], "rows": [["单😀", 7, None]]})
+
+    def test_a_login_that_is_never_answered_is_given_up(self):
+        with socket.create_server(("127.0.0.1", 0)) as silent:
+            target = (f"Driver=FreeTDS;Server=127.0.0.1;Port={silent.getsockname()[1]};"
+                      "UID=sa;PWD={se;cret};TDS_Version=7.4")
+            started = time.monotonic()
+            answer = tavcc("sql", "select 1", "--dsn", target, "--login-timeout", 1)
+            if "Can't open lib" in answer.stderr:
+                self.skipTest("the driver of package tdsodbc is missing")
+            self.assert_error(answer, "Timeout expired")
+            self.assertLess(time.monotonic() - started, 10)
+            self.assertNotIn("cret", answer.stderr)
+
+    def test_a_timeout_is_a_number_of_seconds(self):
+        for option in ("--login-timeout", "--query-timeout"):
+            for value in ("-1", "x", "1.5"):
+                self.assert_error(tavcc("sql", "select 1", "--db", self.db, option, value), option)
 
     def test_compare_wants_a_server(self):
         scenario = self.write("passing.json", PASSING)

@@ -13,8 +13,8 @@ constexpr std::string_view kRollback = "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION"
 constexpr std::string_view kBills = "SELECT COUNT(*) FROM T_CC_StockBill";
 constexpr std::string_view kTransactions = "SELECT @@TRANCOUNT";
 
-// Truncating starts the numbers again, at the seed (SQL Server documentation, TRUNCATE TABLE), and is
-// undone with all else; DBCC CHECKIDENT numbers otherwise where no number was ever given.
+// Truncating starts the numbers again at the seed (SQL Server documentation, TRUNCATE TABLE) and is
+// undone with all else. DBCC CHECKIDENT numbers otherwise where no number was ever given.
 constexpr const char* kResetIdentities =
     "DECLARE @sql nvarchar(max)\r\n"
     "SET @sql = N''\r\n"

@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "odbc/odbc.h"
+
 namespace tavcc {
 
 // Exit statuses.
@@ -16,8 +18,11 @@ struct CommonOptions {
   std::string db;        // a database file; empty when none was given
   std::string dsn;       // an ODBC connection string; likewise
   std::string dsn_file;  // a file that holds one; likewise
-  bool json = false;     // machine-readable output
-  bool trace = false;    // show the statements
+  // How long a server is waited for; 0 waits for ever.
+  int login_seconds = OdbcOptions().login_seconds;
+  int query_seconds = OdbcOptions().query_seconds;
+  bool json = false;   // machine-readable output
+  bool trace = false;  // show the statements
 };
 
 // Anything that ends a command with exit status 2; what() is the one line for standard error.

@@ -3,12 +3,12 @@
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "foundation/error.h"
 #include "foundation/text.h"
 #include "host/schema.h"
 #include "odbc/connection_string.h"
-#include "odbc/odbc.h"
 #include "scenario/json.h"
 
 namespace tavcc {
@@ -32,9 +32,7 @@ std::string FirstLine(const std::string& text) {
   return std::string(Trim(line));
 }
 
-}  // namespace
-
-std::string OdbcString(const CommonOptions& options) {
+std::string ConnectionString(const CommonOptions& options) {
   const int named = !options.db.empty() + !options.dsn.empty() + !options.dsn_file.empty();
   if (named > 1) throw CommandError("give only one of --db, --dsn and --dsn-file");
   if (!options.dsn.empty()) return options.dsn;
@@ -47,17 +45,24 @@ std::string OdbcString(const CommonOptions& options) {
   return named == 0 && environment != nullptr ? environment : "";
 }
 
-std::unique_ptr<Erp> OpenServer(const std::string& connection_string) {
-  const OdbcOptions options{connection_string};
+}  // namespace
+
+std::optional<OdbcOptions> ServerOf(const CommonOptions& options) {
+  std::string text = ConnectionString(options);
+  if (text.empty()) return std::nullopt;
+  return OdbcOptions{std::move(text), options.login_seconds, options.query_seconds};
+}
+
+std::unique_ptr<Erp> OpenServer(const OdbcOptions& server) {
   auto erp = std::make_unique<Erp>(
-      MaskPassword(connection_string), [=](std::string_view) { return OpenOdbc(options); },
+      MaskPassword(server.connection_string), [=](std::string_view) { return OpenOdbc(server); },
       ReopenOdbc);
   erp->connection();
   return erp;
 }
 
 std::unique_ptr<Erp> OpenDatabase(const CommonOptions& options) {
-  if (const std::string server = OdbcString(options); !server.empty()) return OpenServer(server);
+  if (const auto server = ServerOf(options)) return OpenServer(*server);
   if (options.db.empty()) throw CommandError("which database? give --db FILE or --dsn STRING");
   sql::OpenOptions open;
   open.path = options.db;

@@ -2,20 +2,22 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "host/erp.h"
+#include "odbc/odbc.h"
 #include "tavcc/command.h"
 
 namespace tavcc {
 
-// The connection string of --dsn or --dsn-file, or, where no database is named, of the
-// environment's TAVCC_DSN; empty when there is none. Errors: CommandError when more than one
-// database is named, or the file cannot be read or holds nothing.
-std::string OdbcString(const CommonOptions& options);
+// The server of --dsn or --dsn-file, or, where no database is named, of the environment's
+// TAVCC_DSN; nothing when there is none. Errors: CommandError when more than one database is named,
+// or the file cannot be read or holds nothing.
+std::optional<OdbcOptions> ServerOf(const CommonOptions& options);
 
 // The database on a server, connected. Errors: those of connecting.
-std::unique_ptr<Erp> OpenServer(const std::string& connection_string);
+std::unique_ptr<Erp> OpenServer(const OdbcOptions& server);
 
 // The named database. Errors: CommandError when none is named; those of opening it.
 std::unique_ptr<Erp> OpenDatabase(const CommonOptions& options);

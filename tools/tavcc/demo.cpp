@@ -191,8 +191,8 @@ class DemoCommand final : public Command {
   void Describe(CLI::App&) override {}
 
   Exit Run(const CommonOptions& options) override {
-    if (const std::string server = OdbcString(options); !server.empty()) {
-      const auto erp = OpenServer(server);
+    if (const auto server = ServerOf(options)) {
+      const auto erp = OpenServer(*server);
       FillServer(*erp, true);
       Story(*erp, options).Tell();
       return Exit::kPassed;

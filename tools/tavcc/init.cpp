@@ -16,8 +16,8 @@ class InitCommand final : public Command {
 
   Exit Run(const CommonOptions& options) override {
     std::string name = options.db;
-    if (const std::string server = OdbcString(options); !server.empty()) {
-      const auto erp = OpenServer(server);
+    if (const auto server = ServerOf(options)) {
+      const auto erp = OpenServer(*server);
       FillServer(*erp, sample_);
       name = erp->dsn();
     } else {

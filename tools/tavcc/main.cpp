@@ -56,8 +56,18 @@ int Fail(const std::string& text) {
   return static_cast<int>(Exit::kFailed);
 }
 
+// A month; no one waits longer on purpose.
+constexpr int kMostSeconds = 31 * 24 * 60 * 60;
+
 std::string DescribeError(const AutomationError& error) {
   return fmt::format("error {}: {}", error.number(), error.description());
+}
+
+void AddSeconds(CLI::App& app, const char* name, int& seconds, const char* what) {
+  app.add_option(name, seconds, std::string(what) + "; 0 waits for ever")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0, kMostSeconds))
+      ->capture_default_str();
 }
 
 int Run(int argc, const char* const* argv) {
@@ -74,6 +84,10 @@ int Run(int argc, const char* const* argv) {
                     "File that holds the connection string; where none is given, the environment's "
                     "TAVCC_DSN counts")
         ->type_name("FILE");
+    AddSeconds(*sub, "--login-timeout", options.login_seconds,
+               "How long connecting to a server may take");
+    AddSeconds(*sub, "--query-timeout", options.query_seconds,
+               "How long a batch may take on a server");
     sub->add_flag("--json", options.json, "Print JSON");
     sub->add_flag("--trace", options.trace, "Show each statement, its rows and its time");
     commands.emplace_back(sub, entry.make());

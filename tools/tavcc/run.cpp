@@ -61,15 +61,15 @@ class RunCommand final : public Command {
   std::unique_ptr<Roads> OpenRoads(const CommonOptions& options) {
     const StatementObserver trace = options.trace ? StatementObserver(TraceStatement) : nullptr;
     if (compare_) embedded_ = MakeEmbeddedRoads();
-    const std::string server = OdbcString(options);
-    if (server.empty()) {
+    const auto server = ServerOf(options);
+    if (!server) {
       if (compare_) throw CommandError("--compare wants a server: give --dsn STRING");
       return MakeEmbeddedRoads(trace);
     }
-    const OdbcOptions odbc{server};
     return MakePreparedRoads(
         OnSqlServer(
-            MaskPassword(server), [=](std::string_view) { return OpenOdbc(odbc); }, ReopenOdbc),
+            MaskPassword(server->connection_string),
+            [odbc = *server](std::string_view) { return OpenOdbc(odbc); }, ReopenOdbc),
         trace);
   }
 
