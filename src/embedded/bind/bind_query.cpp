@@ -9,10 +9,9 @@
 namespace tavcc::sql {
 namespace {
 
-std::string ColumnName(const Expression& expression, const BoundExpression& bound) {
+std::string ColumnName(const Expression& expression) {
   if (expression.kind != Expression::Kind::kColumn) return {};
-  const auto& column = static_cast<const BoundColumn&>(bound);
-  return column.source->columns[static_cast<size_t>(column.column)].name;
+  return static_cast<const ColumnExpression&>(expression).name.last();
 }
 
 bool IsIdentity(const BoundExpression& expression) {
@@ -97,8 +96,7 @@ void Binder::BindItems(const SelectBlock& block, const Scope& scope, BoundSelect
       const SqlType type = variables_[static_cast<size_t>(bound.variable)].type;
       bound.expression = ConvertImplicitly(std::move(bound.expression), type);
     } else {
-      bound.name =
-          item.alias.empty() ? ColumnName(*item.expression, *bound.expression) : item.alias;
+      bound.name = item.alias.empty() ? ColumnName(*item.expression) : item.alias;
     }
     select.items.push_back(std::move(bound));
   }
