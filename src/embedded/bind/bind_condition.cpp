@@ -61,7 +61,7 @@ BoundConditionPtr Binder::Bind(const Condition& condition, const Scope& scope) {
       break;
   }
   auto bound = std::make_unique<BoundExists>();
-  bound->query = BindQuery(*static_cast<const ExistsCondition&>(condition).query, &scope);
+  bound->query = BindInner(*static_cast<const ExistsCondition&>(condition).query, &scope);
   return bound;
 }
 
@@ -123,7 +123,7 @@ BoundConditionPtr Binder::BindInList(const InListCondition& in, const Scope& sco
 
 BoundConditionPtr Binder::BindInQuery(const InQueryCondition& in, const Scope& scope) {
   auto operand = Bind(*in.operand, scope);
-  auto query = BindQuery(*in.query, &scope);
+  auto query = BindInner(*in.query, &scope);
   if (query->columns.size() != 1) Raise(116);
   const SqlType type = query->columns[0].type;
   const SqlType common = CommonType(operand->type, type);

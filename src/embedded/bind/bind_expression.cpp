@@ -250,7 +250,7 @@ BoundExpressionPtr Binder::FinishCase(std::vector<BoundCase::When> whens,
 
 BoundExpressionPtr Binder::BindScalarSubquery(const Query& query, const Scope& scope) {
   if (aggregates_ != nullptr && aggregates_->inside) Raise(130);
-  auto bound = BindQuery(query, &scope);
+  auto bound = BindInner(query, &scope);
   if (bound->columns.size() != 1) Raise(116);
   return std::make_unique<BoundSubquery>(std::move(bound));
 }

@@ -40,7 +40,24 @@ void NameColumns(BoundSource& source, const std::vector<std::string>& names) {
   }
 }
 
+// Two sources of one name, by whether the names were given to them.
+[[noreturn]] void RaiseSameName(const BoundSource& first, const BoundSource& second) {
+  if (first.correlated && second.correlated) Raise(1011, second.alias);
+  if (!first.correlated && !second.correlated) Raise(1013, first.alias, second.alias);
+  const BoundSource& named = first.correlated ? first : second;
+  const BoundSource& bare = first.correlated ? second : first;
+  Raise(1012, named.alias, bare.alias);
+}
+
 }  // namespace
+
+void Binder::CheckView(const CreateViewStatement& view) {
+  const auto query = BindInner(*view.query, nullptr);
+  if (!view.columns.empty()) return;
+  for (size_t i = 0; i < query->columns.size(); ++i) {
+    if (query->columns[i].name.empty()) Raise(4511, static_cast<int64_t>(i) + 1);
+  }
+}
 
 TablePtr Binder::RequireTable(const ObjectName& name, int number) {
   TablePtr table = catalog_.FindTable(name);
@@ -78,10 +95,10 @@ BoundFromPtr Binder::BindSource(const TableSource& source, const Scope* parent, 
                   ? BindNamed(static_cast<const NamedTable&>(source))
                   : BindDerived(static_cast<const DerivedTable&>(source), parent);
   from->source->id = next_source_++;
+  from->source->correlated = source.kind != TableSource::Kind::kNamed ||
+                             !static_cast<const NamedTable&>(source).alias.empty();
   for (const BoundSource* other : visible.sources) {
-    if (SameName(other->alias, from->source->alias)) {
-      Raise(1013, other->alias, from->source->alias);
-    }
+    if (SameName(other->alias, from->source->alias)) RaiseSameName(*other, *from->source);
   }
   visible.sources.push_back(from->source.get());
   return from;
@@ -114,7 +131,7 @@ BoundFromPtr Binder::BindView(const View& view, const std::string& alias) {
   auto* const aggregates = std::exchange(aggregates_, nullptr);
   auto source = std::make_unique<BoundSource>();
   source->alias = alias;
-  source->query = BindQuery(*view.statement->query, nullptr);
+  source->query = BindInner(*view.statement->query, nullptr);
   variables_ = variables;
   aggregates_ = aggregates;
   --views_;
@@ -126,7 +143,7 @@ BoundFromPtr Binder::BindView(const View& view, const std::string& alias) {
 BoundFromPtr Binder::BindDerived(const DerivedTable& derived, const Scope* parent) {
   auto source = std::make_unique<BoundSource>();
   source->alias = derived.alias;
-  source->query = BindQuery(*derived.query, parent);
+  source->query = BindInner(*derived.query, parent);
   source->columns = source->query->columns;
   NameColumns(*source, derived.columns);
   return Single(std::move(source));

@@ -188,6 +188,13 @@ BoundExpressionPtr Binder::BindCoalesce(const FunctionExpression& function, cons
     whens.push_back({std::move(condition), Bind(*function.arguments[i], scope)});
   }
   auto otherwise = Bind(*function.arguments.back(), scope);
+  const auto is_null = [](const BoundExpression& value) {
+    return value.type.kind == TypeKind::kNull;
+  };
+  if (is_null(*otherwise) &&
+      std::ranges::all_of(whens, [&](const auto& when) { return is_null(*when.result); })) {
+    Raise(4127);
+  }
   const bool nullable = otherwise->nullable;
   auto bound = FinishCase(std::move(whens), std::move(otherwise));
   bound->nullable = nullable;
@@ -211,6 +218,12 @@ BoundExpressionPtr Binder::BindArgument(char letter, const Expression& argument,
   auto value = Bind(argument, scope);
   const SqlType from = value->type;
   switch (letter) {
+    case 'c':
+      if (!IsText(from.kind) && from.kind != TypeKind::kNull) {
+        Raise(8116, std::string(KindText(from.kind)), static_cast<int64_t>(position) + 1,
+              FoldName(rule.name));
+      }
+      [[fallthrough]];
     case 't':
       if (from.kind == TypeKind::kNull)
         return Convert(std::move(value), TextType(TypeKind::kVarChar, 1));
@@ -243,6 +256,19 @@ BoundExpressionPtr Binder::BindArgument(char letter, const Expression& argument,
   }
 }
 
+namespace {
+
+// A date has no hours; only DATEDIFF takes them to be 0.
+void CheckDatePart(const FunctionRule& rule, const std::vector<BoundExpressionPtr>& arguments,
+                   int date_part) {
+  if (date_part >= static_cast<int>(DatePart::kHour) && rule.name != "DATEDIFF" &&
+      arguments.back()->type.kind == TypeKind::kDate) {
+    Raise(9810, DatePartWord(static_cast<DatePart>(date_part)), FoldName(rule.name), "date");
+  }
+}
+
+}  // namespace
+
 BoundExpressionPtr Binder::BindCall(const FunctionExpression& function, const FunctionRule& rule,
                                     const Scope& scope) {
   std::string_view letters = rule.arguments;
@@ -266,6 +292,7 @@ BoundExpressionPtr Binder::BindCall(const FunctionExpression& function, const Fu
   for (size_t i = 0; i < function.arguments.size(); ++i) {
     arguments.push_back(BindArgument(all[i], *function.arguments[i], i, rule, scope));
   }
+  CheckDatePart(rule, arguments, date_part);
   auto call = std::make_unique<BoundCall>(rule, ResultType(rule, arguments));
   call->nullable = nullable;
   call->arguments = std::move(arguments);

@@ -25,6 +25,33 @@ SqlType ResultType(const SqlType& type) {
   return type.kind == TypeKind::kNull ? Type(TypeKind::kInt) : type;
 }
 
+void RequireOwnColumn(const BoundExpression& key, const std::vector<const BoundSource*>& sources) {
+  bool own = false;
+  ForEachExpression(key, [&](const BoundExpression& inner) {
+    if (inner.kind != BoundExpression::Kind::kColumn) return;
+    const auto& column = static_cast<const BoundColumn&>(inner);
+    own = own || std::ranges::find(sources, column.source) != sources.end();
+  });
+  if (!own) Raise(164);
+}
+
+bool HasInto(const Query& query) {
+  if (query.block) return query.block->into.has_value();
+  return HasInto(*query.left) || HasInto(*query.right);
+}
+
+bool AreSame(const BoundOrder& a, const BoundOrder& b) {
+  if (a.item >= 0 || b.item >= 0) return a.item == b.item;
+  return Describe(*a.expression) == Describe(*b.expression);
+}
+
+void AddOrder(std::vector<BoundOrder>& order_by, BoundOrder order) {
+  for (const BoundOrder& other : order_by) {
+    if (AreSame(other, order)) Raise(169);
+  }
+  order_by.push_back(std::move(order));
+}
+
 void DescribeColumns(BoundQuery& query) {
   for (auto& item : query.select->items) {
     item.expression->type = ResultType(item.expression->type);
@@ -46,6 +73,12 @@ BoundQueryPtr Binder::BindQuery(const Query& query, const Scope* parent) {
   return bound;
 }
 
+// A query whose rows are the input of another: their order means something only with TOP.
+BoundQueryPtr Binder::BindInner(const Query& query, const Scope* parent) {
+  if (!query.order_by.empty() && !(query.block && query.block->top)) Raise(1033);
+  return BindQuery(query, parent);
+}
+
 BoundQueryPtr Binder::BindBlock(const Query& query, const Scope* parent) {
   const SelectBlock& block = *query.block;
   auto bound = std::make_unique<BoundQuery>();
@@ -60,7 +93,10 @@ BoundQueryPtr Binder::BindBlock(const Query& query, const Scope* parent) {
   aggregates.refusal = 147;
   if (block.where) select.where = Bind(*block.where, scope);
   aggregates.refusal = 144;
-  for (const auto& key : block.group_by) select.group_by.push_back(Bind(*key, scope));
+  for (const auto& key : block.group_by) {
+    select.group_by.push_back(Bind(*key, scope));
+    RequireOwnColumn(*select.group_by.back(), scope.sources);
+  }
   aggregates.refusal = 0;
   BindItems(block, scope, select);
   if (block.having) select.having = Bind(*block.having, scope);
@@ -119,10 +155,11 @@ void Binder::BindStar(const SelectItem& item, const Scope& scope, BoundSelect& s
 }
 
 // The item that a whole number in ORDER BY means, from 0; -1 when the expression is no such number.
-int Binder::OrderOrdinal(const Expression& expression, size_t items) {
+int Binder::OrderOrdinal(const Expression& expression, size_t position, size_t items) {
   if (expression.kind != Expression::Kind::kLiteral) return -1;
   const auto& literal = static_cast<const LiteralExpression&>(expression);
-  if (literal.form != LiteralExpression::Form::kInteger) Raise(408, 1);
+  if (literal.form != LiteralExpression::Form::kInteger)
+    Raise(408, static_cast<int64_t>(position) + 1);
   const auto bound = BindLiteral(literal);
   Use(*bound, LiteralUse::kValue);
   const StoredValue& value = static_cast<const BoundLiteral&>(*bound).value;
@@ -138,7 +175,7 @@ void Binder::BindOrder(const Query& query, const Scope& scope, BoundQuery& bound
   for (const OrderItem& item : query.order_by) {
     BoundOrder order;
     order.descending = item.descending;
-    order.item = OrderOrdinal(*item.expression, select.items.size());
+    order.item = OrderOrdinal(*item.expression, bound.order_by.size(), select.items.size());
     if (order.item < 0 && item.expression->kind == Expression::Kind::kColumn) {
       const auto& name = static_cast<const ColumnExpression&>(*item.expression).name;
       for (size_t i = 0; name.parts.size() == 1 && i < select.items.size(); ++i) {
@@ -158,11 +195,12 @@ void Binder::BindOrder(const Query& query, const Scope& scope, BoundQuery& bound
     order.type = order.item >= 0 ? select.items[static_cast<size_t>(order.item)].expression->type
                                  : order.expression->type;
     if (order.item >= 0) order.expression.reset();
-    bound.order_by.push_back(std::move(order));
+    AddOrder(bound.order_by, std::move(order));
   }
 }
 
 BoundQueryPtr Binder::BindSetOperation(const Query& query, const Scope* parent) {
+  if (HasInto(*query.right)) Raise(196);
   auto bound = std::make_unique<BoundQuery>();
   bound->set_operator = query.set_operator;
   bound->left = BindQuery(*query.left, parent);
@@ -186,7 +224,7 @@ void Binder::BindSetOrder(const Query& query, BoundQuery& bound) {
   for (const OrderItem& item : query.order_by) {
     BoundOrder order;
     order.descending = item.descending;
-    order.item = OrderOrdinal(*item.expression, bound.columns.size());
+    order.item = OrderOrdinal(*item.expression, bound.order_by.size(), bound.columns.size());
     if (order.item < 0 && item.expression->kind == Expression::Kind::kColumn) {
       const auto& name = static_cast<const ColumnExpression&>(*item.expression).name;
       for (size_t i = 0; i < bound.columns.size(); ++i) {
@@ -196,7 +234,7 @@ void Binder::BindSetOrder(const Query& query, BoundQuery& bound) {
     }
     if (order.item < 0) Raise(104);
     order.type = bound.columns[static_cast<size_t>(order.item)].type;
-    bound.order_by.push_back(std::move(order));
+    AddOrder(bound.order_by, std::move(order));
   }
 }
 
@@ -209,7 +247,7 @@ void Binder::CheckGrouping(const BoundSelect& select, const Scope& scope,
     if (key->kind != BoundExpression::Kind::kColumn) Use(*key, LiteralUse::kValue);
   }
   const bool has_keys = !keys.empty();
-  int number = has_keys ? 8120 : 8118;
+  int number = 8120;
   const ExpressionVisitor check = [&](const BoundExpression& expression) {
     if (expression.kind == BoundExpression::Kind::kAggregate) return;
     if (expression.kind == BoundExpression::Kind::kColumn) {
@@ -232,9 +270,9 @@ void Binder::CheckGrouping(const BoundSelect& select, const Scope& scope,
     });
   };
   for (const auto& item : select.items) check(*item.expression);
-  number = has_keys ? 8121 : 8119;
+  number = 8121;
   if (select.having) ForEachChild(*select.having, check, [](const BoundQuery&) {});
-  number = has_keys ? 8127 : 8126;
+  number = 8127;
   for (const auto& order : order_by) {
     if (order.expression) check(*order.expression);
   }

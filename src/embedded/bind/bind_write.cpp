@@ -29,6 +29,13 @@ const BoundSource* FindTarget(const BoundFrom& from, const ObjectName& target,
   return by_alias != nullptr ? by_alias : by_table;
 }
 
+// Of an INSERT without a column list: values for all columns, the identity column too, are an error
+// of their own.
+[[noreturn]] void RaiseWrongCount(const Table& table, size_t values) {
+  if (table.identity_column >= 0 && values == table.columns.size()) Raise(8101, table.name);
+  Raise(213);
+}
+
 }  // namespace
 
 BoundExpressionPtr Binder::BindDefault(const Column& column) {
@@ -65,7 +72,12 @@ void Binder::BindInsertColumns(const InsertStatement& insert, bool identity_inse
     if (column == table.identity_column && !identity_insert) Raise(544, table.name);
     bound.columns.push_back(column);
   }
-  if (!insert.columns.empty()) return;
+  if (!insert.columns.empty()) {
+    if (identity_insert && !Contains(bound.columns, table.identity_column)) {
+      Raise(545, table.name);
+    }
+    return;
+  }
   if (identity_insert && table.identity_column >= 0) Raise(8101, table.name);
   for (int i = 0; i < static_cast<int>(table.columns.size()); ++i) {
     if (i != table.identity_column) bound.columns.push_back(i);
@@ -83,7 +95,7 @@ BoundInsert Binder::BindInsert(const InsertStatement& insert, bool identity_inse
   bound.explicit_identity = Contains(bound.columns, bound.table->identity_column);
   if (insert.query) {
     bound.query = BindQuery(*insert.query);
-    ConvertQueryRows(bound);
+    ConvertQueryRows(bound, insert.columns.empty());
   } else {
     BindInsertValues(insert, bound);
   }
@@ -94,7 +106,7 @@ BoundInsert Binder::BindInsert(const InsertStatement& insert, bool identity_inse
 void Binder::BindInsertValues(const InsertStatement& insert, BoundInsert& bound) {
   for (const auto& row : insert.rows) {
     if (row.size() != bound.columns.size()) {
-      if (insert.columns.empty()) Raise(213);
+      if (insert.columns.empty()) RaiseWrongCount(*bound.table, row.size());
       Raise(row.size() < bound.columns.size() ? 109 : 110);
     }
     auto& values = bound.rows.emplace_back();
@@ -109,9 +121,10 @@ void Binder::BindInsertValues(const InsertStatement& insert, BoundInsert& bound)
 
 // Brings the query's columns to the types of the columns that they fill. Where the query puts rows
 // together by their values (DISTINCT, UNION), that happens before the conversion, not after it.
-void Binder::ConvertQueryRows(BoundInsert& bound) {
+void Binder::ConvertQueryRows(BoundInsert& bound, bool all_columns) {
   const auto& columns = bound.query->columns;
   if (columns.size() != bound.columns.size()) {
+    if (all_columns) RaiseWrongCount(*bound.table, columns.size());
     Raise(columns.size() < bound.columns.size() ? 120 : 121);
   }
   if (bound.query->select && bound.query->select->items[0].variable >= 0) Raise(199);
@@ -211,7 +224,7 @@ Binder::Scope Binder::BindTarget(const StatementType& statement, Bound& bound) {
     if (const auto object = catalog_.Find(statement.target); object && object->view) {
       RaiseUnsupported("changing rows through a view");
     }
-    Raise(4406, statement.target.last());
+    Raise(4421, statement.target.last());
   }
   bound.table = bound.target->table;
   bound.top = BindTop(statement.top);

@@ -50,6 +50,8 @@ class Binder {
          std::span<const TypedValue> literals, BindResult& result);
 
   BoundQueryPtr BindQuery(const Query& query);
+  // The query of a view that is to be made. Errors: also 4511, a column without a name.
+  void CheckView(const CreateViewStatement& view);
   BoundInsert BindInsert(const InsertStatement& insert, bool identity_insert);
   // An INSERT of `query`'s rows into all columns of a table that was made from its columns.
   BoundInsert BindInsertInto(const TablePtr& table, BoundQueryPtr query);
@@ -132,13 +134,14 @@ class Binder {
 
   // bind_query.cpp
   BoundQueryPtr BindQuery(const Query& query, const Scope* parent);
+  BoundQueryPtr BindInner(const Query& query, const Scope* parent);
   BoundQueryPtr BindBlock(const Query& query, const Scope* parent);
   BoundQueryPtr BindSetOperation(const Query& query, const Scope* parent);
   void BindItems(const SelectBlock& block, const Scope& scope, BoundSelect& select);
   void BindStar(const SelectItem& item, const Scope& scope, BoundSelect& select);
   void BindOrder(const Query& query, const Scope& scope, BoundQuery& bound);
   void BindSetOrder(const Query& query, BoundQuery& bound);
-  int OrderOrdinal(const Expression& expression, size_t items);
+  int OrderOrdinal(const Expression& expression, size_t position, size_t items);
   BoundExpressionPtr BindTop(const std::optional<TopClause>& top);
   void CheckGrouping(const BoundSelect& select, const Scope& scope,
                      const std::vector<BoundOrder>& order_by);
@@ -146,7 +149,7 @@ class Binder {
   // bind_write.cpp
   void BindInsertColumns(const InsertStatement& insert, bool identity_insert, BoundInsert& bound);
   void BindInsertValues(const InsertStatement& insert, BoundInsert& bound);
-  void ConvertQueryRows(BoundInsert& bound);
+  void ConvertQueryRows(BoundInsert& bound, bool all_columns);
   void AddDefaults(BoundInsert& bound);
   BoundExpressionPtr BindDefault(const Column& column);
   BoundExpressionPtr Assign(const Table& table, int index, BoundExpressionPtr value);

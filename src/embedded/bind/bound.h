@@ -239,9 +239,10 @@ struct SourceColumn {
 
 // One table or derived table in a FROM clause.
 struct BoundSource {
-  int id = 0;         // of the statement: the emitted alias is "s" and the id
-  std::string alias;  // under which its columns are qualified
-  TablePtr table;     // or
+  int id = 0;               // of the statement: the emitted alias is "s" and the id
+  std::string alias;        // under which its columns are qualified
+  bool correlated = false;  // whether the statement gave it that name
+  TablePtr table;           // or
   BoundQueryPtr query;
   std::vector<SourceColumn> columns;
 };

@@ -50,7 +50,7 @@ constexpr auto kRules = std::to_array<FunctionRule>({
     {"SQRT",         "f",       kFloat,        kPlain,      "t_sqrt"},
     {"STR",          "f|ii",    kShortText,    kPlain,      "t_str"},
     {"STUFF",        "tiit",    kLongText,     kPlain,      "t_stuff"},
-    {"SUBSTRING",    "tii",     kFirstText,    kPlain,      "t_substring"},
+    {"SUBSTRING",    "cii",     kFirstText,    kPlain,      "t_substring"},
     {"UNICODE",      "t",       kInt,          kPlain,      "t_unicode"},
     {"UPPER",        "t",       kFirstText,    kPlain,      "t_upper"},
 });

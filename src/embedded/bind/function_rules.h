@@ -32,8 +32,8 @@ enum class FunctionForm : uint8_t {
 
 struct FunctionRule {
   std::string_view name;
-  // One letter for each argument, the optional ones after "|": p a date part, t text, i int, b
-  // bigint, f float, d datetime, n a number, a anything.
+  // One letter for each argument, the optional ones after "|": p a date part, t text, c text that
+  // is text already, i int, b bigint, f float, d datetime, n a number, a anything.
   std::string_view arguments;
   FunctionResult result;
   FunctionForm form;

@@ -21,10 +21,10 @@ std::string CreateViewText(const CreateViewStatement& view) {
   return "CREATE VIEW " + BracketName(view.name.last()) + columns + " AS " + view.text;
 }
 
-void RequireOwnSchema(const ObjectName& name) {
+void RequireOwnSchema(const ObjectName& name, std::string_view statement) {
   if (name.parts.size() == 1) return;
   const std::string& schema = name.parts[name.parts.size() - 2];
-  if (name.parts.size() > 2) Raise(166, "CREATE");
+  if (name.parts.size() > 2) Raise(166, statement);
   if (!schema.empty() && !SameName(schema, "dbo")) Raise(2760, schema);
 }
 
@@ -104,7 +104,7 @@ TablePtr Catalog::AddColumns(const TablePtr& table, std::shared_ptr<Table> chang
 
 void Catalog::CreateIndex(const TablePtr& table, const CreateIndexStatement& index) {
   for (const Key& key : table->keys) {
-    if (SameName(key.name, index.name)) Raise(1913, index.name, table->name);
+    if (SameName(key.name, index.name)) Raise(1913, index.name, "table", table->MessageName());
   }
   auto changed = std::make_shared<Table>(*table);
   AddIndex(*changed, index);
@@ -126,14 +126,14 @@ void Catalog::DropIndex(const TablePtr& table, std::string_view index) {
 }
 
 void Catalog::CreateView(const CreateViewStatement& view) {
-  RequireOwnSchema(view.name);
+  RequireOwnSchema(view.name, "CREATE VIEW");
   RaiseIfTaken(view.name.last());
   const std::string text = CreateViewText(view);
   StoreObject(std::make_shared<CatalogObject>(*ReadObject(0, view.name.last(), text)));
 }
 
 void Catalog::CreateProcedure(const CreateProcedureStatement& procedure) {
-  RequireOwnSchema(procedure.name);
+  RequireOwnSchema(procedure.name, "CREATE/ALTER PROCEDURE");
   RaiseIfTaken(procedure.name.last());
   StoreObject(
       std::make_shared<CatalogObject>(*ReadObject(0, procedure.name.last(), procedure.text)));

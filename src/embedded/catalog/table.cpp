@@ -49,13 +49,23 @@ void SetDefault(Column& column, const Expression& expression) {
   }
 }
 
-Column BuildColumn(const ColumnDefinition& definition) {
+bool MayBeIdentity(const SqlType& type) {
+  return (IsInteger(type.kind) && type.kind != TypeKind::kBit) ||
+         (type.kind == TypeKind::kDecimal && type.scale == 0);
+}
+
+Column BuildColumn(const ColumnDefinition& definition, size_t index, const std::string& table) {
   Column column;
   column.name = definition.name;
-  column.type = ResolveTypeName(definition.type);
+  column.type = ResolveTypeName(definition.type, TypeNameUse::kDeclaration,
+                                {static_cast<int>(index) + 1, definition.line, definition.name});
   column.nullable = definition.nullable.value_or(!definition.primary_key) && !definition.identity;
   column.identity = definition.identity;
   column.identity_seed = definition.identity_seed;
+  if (definition.primary_key && definition.unique) Raise(8151, definition.name, table);
+  if (definition.identity && !MayBeIdentity(column.type)) Raise(2749, definition.name);
+  if (definition.identity && definition.nullable == true) Raise(8147, definition.name, table);
+  if (definition.primary_key && definition.nullable == true) Raise(8111, table);
   if (definition.identity && definition.identity_increment != 1) {
     RaiseUnsupported("an identity increment other than 1");
   }
@@ -98,6 +108,10 @@ void AddKeys(Table& table, const TableDefinition& definition) {
         definition_key.primary ? Key::Kind::kPrimary : Key::Kind::kUnique, definition_key.name, {}};
     for (const auto& column : definition_key.columns) {
       key.columns.push_back(RequireColumn(table, column));
+      const auto index = static_cast<size_t>(key.columns.back());
+      const bool nullable =
+          index < definition.columns.size() && definition.columns[index].nullable == true;
+      if (definition_key.primary && nullable) Raise(8111, table.name);
     }
     AddKey(table, std::move(key));
   }
@@ -145,7 +159,7 @@ std::shared_ptr<Table> BuildTable(const std::string& name, const TableDefinition
       if (table->identity_column >= 0) Raise(2744, name);
       table->identity_column = static_cast<int>(table->columns.size());
     }
-    table->columns.push_back(BuildColumn(column));
+    table->columns.push_back(BuildColumn(column, table->columns.size(), name));
   }
   AddKeys(*table, definition);
   ChooseRowNumber(*table);

@@ -13,7 +13,7 @@ struct Code {
       : from(TypeFromCode(code & 0xfffff)),
         to(TypeFromCode(code >> 20 & 0xfffff)),
         mode(static_cast<ConvertMode>(code >> 40 & 1)),
-        style(static_cast<int>(code >> 41 & 0xff)) {}
+        style(static_cast<int>(code >> 41 & 0xffff)) {}
   SqlType from, to;
   ConvertMode mode;
   int style;

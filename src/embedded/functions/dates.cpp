@@ -50,6 +50,10 @@ std::optional<DatePart> ParseDatePart(std::string_view word) {
   return std::nullopt;
 }
 
+std::string_view DatePartWord(DatePart part) {
+  return std::ranges::find(kPartWords, part, &PartWord::part)->word;
+}
+
 namespace internal {
 namespace {
 
@@ -65,10 +69,6 @@ int64_t TicksOf(sqlite3_value* value) {
 DatePart PartOf(sqlite3_value* value) {
   constexpr int kLast = static_cast<int>(DatePart::kNanosecond);
   return static_cast<DatePart>(std::clamp(sqlite3_value_int(value), 0, kLast));
-}
-
-std::string_view WordOf(DatePart part) {
-  return std::ranges::find(kPartWords, part, &PartWord::part)->word;
 }
 
 int64_t MonthsOf(int64_t ticks) {
@@ -110,7 +110,7 @@ int64_t UnitOf(DatePart part, int64_t ticks) {
 void Difference(Context context, int, Arguments arguments) {
   const DatePart part = PartOf(arguments[0]);
   if (part == DatePart::kIsoWeek)
-    return Fail(context, 9810, {WordOf(part), "datediff", "datetime"});
+    return Fail(context, 9810, {DatePartWord(part), "datediff", "datetime"});
   int64_t units = UnitOf(part, TicksOf(arguments[2])) - UnitOf(part, TicksOf(arguments[1]));
   if (part == DatePart::kMicrosecond) units *= 1000;
   // The longest span of years is 2.6e14 ms, and 2.6e20 ns do not fit; but nor do they in an int.
@@ -174,7 +174,7 @@ void AddToDate(Context context, int, Arguments arguments) {
   const TypeKind kind = TypeFromCode(sqlite3_value_int64(arguments[3])).kind;
   const bool of_day = part >= DatePart::kHour;
   if (part == DatePart::kIsoWeek || (of_day && kind == TypeKind::kDate)) {
-    return Fail(context, 9810, {WordOf(part), "dateadd", KindText(kind)});
+    return Fail(context, 9810, {DatePartWord(part), "dateadd", KindText(kind)});
   }
   const bool is_int = number == static_cast<int32_t>(number);
   const bool added = is_int && AddPart(part, number, &ticks);

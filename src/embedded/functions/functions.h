@@ -180,6 +180,8 @@ enum class DatePart : uint8_t {
 // The part of a word with all its abbreviations ("yy", "yyyy", "year" …), in any case; nothing for
 // another word (error 155: "'%.*ls' is not a recognized %ls option." with the function's name).
 std::optional<DatePart> ParseDatePart(std::string_view word);
+// Its full word: "hour".
+std::string_view DatePartWord(DatePart part);
 
 // ---- Codes
 // ----------------------------------------------------------------------------------------
@@ -201,7 +203,7 @@ constexpr SqlType TypeFromCode(int64_t code) {
 constexpr int64_t ConversionCode(const SqlType& from, const SqlType& to,
                                  ConvertMode mode = ConvertMode::kCast, int style = kNoStyle) {
   return TypeCode(from) | (TypeCode(to) << 20) | (static_cast<int64_t>(mode) << 40) |
-         (static_cast<int64_t>(style & 0xff) << 41);
+         (static_cast<int64_t>(style & 0xffff) << 41);
 }
 
 // `result` is a decimal or a money type.

@@ -1,5 +1,6 @@
 // CREATE, ALTER, DROP, TRUNCATE.
 #include "embedded/catalog/names.h"
+#include "embedded/run/duplicate_key.h"
 #include "embedded/run/engine.h"
 #include "embedded/run/instructions.h"
 
@@ -83,10 +84,18 @@ void AddColumns(Engine& engine, const AlterTableAddStatement& statement) {
 
 void CreateIndex(Engine& engine, const CreateIndexStatement& statement) {
   const TablePtr table = RequireTable(engine, statement.table, 1088);
-  engine.catalog().CreateIndex(table, statement);
+  try {
+    engine.catalog().CreateIndex(table, statement);
+  } catch (const SqlError& error) {
+    if (error.number != kDuplicateRefused) throw;
+    Raise(1505, table->MessageName(), statement.name,
+          RepeatedKey(engine, *table, statement.columns));
+  }
 }
 
 void CreateView(Engine& engine, const CreateViewStatement& statement) {
+  BindResult unused;
+  Binder(engine.catalog(), {}, {}, unused).CheckView(statement);
   engine.catalog().CreateView(statement);
 }
 
@@ -99,6 +108,16 @@ std::string_view KindWord(DropStatement::What what) {
   return kWords[static_cast<size_t>(what)];
 }
 
+std::string Verb(DropStatement::What what) {
+  static constexpr std::string_view kWords[] = {"TABLE", "VIEW", "PROCEDURE", "INDEX"};
+  return std::string(kWords[static_cast<size_t>(what)]);
+}
+
+DropStatement::What KindOf(const CatalogObject& object) {
+  if (object.view) return DropStatement::What::kView;
+  return object.procedure ? DropStatement::What::kProcedure : DropStatement::What::kTable;
+}
+
 bool DropOne(Engine& engine, const DropStatement& drop, const ObjectName& name) {
   Catalog& catalog = engine.catalog();
   if (drop.what == DropStatement::What::kIndex) {
@@ -109,14 +128,17 @@ bool DropOne(Engine& engine, const DropStatement& drop, const ObjectName& name) 
   if (drop.what == DropStatement::What::kTable) {
     const TablePtr table = catalog.FindTable(name);
     if (table && !table->IsVariable()) catalog.DropTable(table);
-    return table != nullptr;
+    if (table) return true;
   }
   const CatalogObjectPtr object = catalog.Find(name);
-  const bool found =
-      object && (drop.what == DropStatement::What::kView ? object->view != nullptr
-                                                         : object->procedure != nullptr);
-  if (found) catalog.DropObject(object);
-  return found;
+  if (!object) return false;
+  if (KindOf(*object) != drop.what) {
+    const std::string written = WrittenName(name);
+    Raise(3705, Verb(drop.what), written, written, KindWord(KindOf(*object)),
+          "DROP " + Verb(KindOf(*object)));
+  }
+  catalog.DropObject(object);
+  return true;
 }
 
 void Drop(Engine& engine, const DropStatement& drop) {

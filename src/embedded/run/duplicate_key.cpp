@@ -67,6 +67,24 @@ bool IsTaken(Engine& engine, sqlite3_stmt* look_up, const KeyValue& value) {
 
 }  // namespace
 
+std::string RepeatedKey(Engine& engine, const Table& table,
+                        const std::vector<std::string>& columns) {
+  Key key;
+  std::string names;
+  for (const std::string& column : columns) {
+    key.columns.push_back(table.FindColumn(column));
+    names += (names.empty() ? "" : ",") + QuoteName(ColumnOf(table, key.columns.back()).name);
+  }
+  const SqliteStatement repeated = engine.store().Prepare(
+      "SELECT " + names + " FROM " + table.physical + " GROUP BY " + names + " HAVING count(*)>1");
+  KeyValue value;
+  if (!engine.store().Step(repeated.get())) return "(…)";
+  for (size_t i = 0; i < columns.size(); ++i) {
+    value.push_back(FromSqlite(sqlite3_column_value(repeated.get(), static_cast<int>(i))));
+  }
+  return Shown(value, table, key);
+}
+
 std::string DuplicateKey(Engine& engine, const Plan& insert, const Frame& frame,
                          std::span<const StoredValue> row, const Key& key) {
   const Table& table = *insert.table;

@@ -1,5 +1,5 @@
-// Which key value it was that an INSERT found taken: SQLite names the key, the server's errors 2601
-// and 2627 the value.
+// Which key value it was that was taken: SQLite names the key, the server's errors 2601, 2627 and
+// 1505 the value.
 #pragma once
 
 #include <span>
@@ -13,5 +13,9 @@ namespace tavcc::sql {
 // row before it. The table must be as it was before the INSERT.
 std::string DuplicateKey(Engine& engine, const Plan& insert, const Frame& frame,
                          std::span<const StoredValue> row, const Key& key);
+
+// "(7, abc)": a value that several rows of the table have in these columns.
+std::string RepeatedKey(Engine& engine, const Table& table,
+                        const std::vector<std::string>& columns);
 
 }  // namespace tavcc::sql

@@ -81,6 +81,7 @@ class Engine {
   StoredValue identity;
   bool no_count = false, abort_transaction_on_error = false;
   std::string identity_insert;  // the physical name of the table, empty for none
+  std::string identity_insert_name;
   Frame* live_frame = nullptr;  // that s_variable reads
 
   // ---- Transactions (transaction.cpp)

@@ -137,7 +137,8 @@ InstructionPtr ProgramBuilder::MakeFlow(const Statement& statement) {
 InstructionPtr ProgramBuilder::MakeDeclaration(const DeclareStatement& statement) {
   for (const VariableDefinition& variable : statement.variables) {
     if (!variable.table) {
-      Declare(variable.name, ResolveTypeName(variable.type));
+      Declare(variable.name, ResolveTypeName(variable.type, TypeNameUse::kDeclaration,
+                                             {1, statement.line, variable.name}));
       continue;
     }
     for (const TablePtr& known : program_->table_variables_) {
@@ -160,8 +161,11 @@ std::shared_ptr<Program> Program::FromBatch(std::shared_ptr<const Batch> batch, 
 std::shared_ptr<Program> Program::FromProcedure(const Procedure& procedure) {
   auto program = std::make_shared<Program>();
   ProgramBuilder builder(program, /*procedure=*/true);
+  int ordinal = 0;
   for (const ParameterDefinition& parameter : procedure.statement->parameters) {
-    builder.Declare(parameter.name, ResolveTypeName(parameter.type));
+    builder.Declare(parameter.name,
+                    ResolveTypeName(parameter.type, TypeNameUse::kDeclaration,
+                                    {++ordinal, procedure.statement->line, parameter.name}));
   }
   program->body_ = builder.BuildAll(procedure.statement->body);
   program->source_ = procedure.text;

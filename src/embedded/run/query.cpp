@@ -50,7 +50,12 @@ class SelectInstruction final : public Instruction {
       : Instruction(statement.line),
         query_(*statement.query),
         visible_(visible),
-        into_(IntoOf(query_)) {}
+        into_(IntoOf(query_)) {
+    if (into_ == nullptr || !query_.block) return;
+    for (const SelectItem& item : query_.block->items) {
+      if (item.form == SelectItem::Form::kAssignment) Raise(194);
+    }
+  }
 
   void Prepare(Engine& engine, Frame& frame) override {
     PrepareDeferred(line(), [&] { Find(engine, frame); });

@@ -64,9 +64,10 @@ class SetOptionInstruction final : public Instruction {
     if (!table) Raise(208, WrittenName(name));
     if (table->identity_column < 0) Raise(8106, table->name);
     if (on && !engine.identity_insert.empty() && engine.identity_insert != table->physical) {
-      Raise(8107, "main", "dbo", engine.identity_insert, table->name);
+      Raise(8107, "main", "dbo", engine.identity_insert_name, table->name);
     }
     engine.identity_insert = on ? table->physical : std::string();
+    engine.identity_insert_name = on ? table->name : std::string();
   }
 
   const SetOptionStatement& statement_;

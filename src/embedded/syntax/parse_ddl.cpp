@@ -263,6 +263,7 @@ void Parser::ParseColumn(TableDefinition& table) {
   column.line = Line();
   column.name = TakeName();
   if (At(Keyword::kAS)) Unsupported("computed columns");
+  if (AtSymbol(",") || AtSymbol(")")) Fail(173, {column.name});
   column.type = ParseType();
   while (ParseColumnOption(column)) {
   }

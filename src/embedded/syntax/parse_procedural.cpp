@@ -261,11 +261,22 @@ StatementPtr Parser::ParseCall(int line) {
   if (AtExecuteArgument()) do
       call->arguments.push_back(ParseExecuteArgument());
     while (AcceptSymbol(","));
+  RequireNamesToTheEnd(*call);
   if (At(Keyword::kWITH) && AtWord("RECOMPILE", 1)) {
     Take();
     Take();
   }
   return call;
+}
+
+void Parser::RequireNamesToTheEnd(const ExecuteProcedureStatement& call) {
+  bool named = false;
+  for (size_t i = 0; i < call.arguments.size(); ++i) {
+    if (named && call.arguments[i].parameter.empty()) {
+      FailAt(call.line, 119, {static_cast<int64_t>(i) + 1});
+    }
+    named = !call.arguments[i].parameter.empty();
+  }
 }
 
 bool Parser::AtExecuteArgument() {

@@ -141,6 +141,7 @@ class Parser {
   StatementPtr ParseExecuteText(int line);
   StatementPtr ParseCall(int line);
   ExecuteArgument ParseExecuteArgument();
+  void RequireNamesToTheEnd(const ExecuteProcedureStatement& call);
   bool AtExecuteArgument();
   std::string TakeCursorName();
 

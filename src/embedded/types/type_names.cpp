@@ -88,10 +88,12 @@ constexpr bool MayBeMax(TypeKind kind) {
 [[noreturn]] void RaiseTooLong(const NamedType& type, int length, TypeNameUse use,
                                const TypePlace& place) {
   const int limit = IsWide(type.kind) ? 4000 : 8000;
-  if (use == TypeNameUse::kCast || place.column.empty()) {
+  if (use == TypeNameUse::kCast) {
     Raise(131, length, IsWide(type.kind) ? "convert specification" : "type", type.name, limit);
   }
+  const bool is_variable = place.column.starts_with('@');
   if (IsWide(type.kind)) Raise(2717, length, "parameter", place.column, limit);
+  if (is_variable) Raise(131, length, "type", type.name, limit);
   Raise(131, length, "column", place.column, limit);
 }
 

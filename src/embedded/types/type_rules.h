@@ -23,7 +23,7 @@ enum class TypeNameUse : uint8_t { kDeclaration, kCast };
 struct TypePlace {
   int ordinal = 1;          // of the column, parameter or variable in its list, from 1
   int line = 1;             // of the batch
-  std::string_view column;  // its name; empty in CAST
+  std::string_view column;  // its name, of a variable with its "@"; empty in CAST
 };
 
 // The type of a name as written: "int", "dec(28,10)", "nvarchar(max)", "text" (varchar(max)),

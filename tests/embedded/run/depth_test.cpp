@@ -263,6 +263,9 @@ TEST(Depth, WhatIsTooWideIsNamed) {
   }
   EXPECT_EQ(Answer(joins),
             "50001 Not supported by the embedded database: a join of more than 64 tables.");
+  EXPECT_EQ(Answer("insert into t (a) values (1)" + Repeat(",(1)", 1000)),
+            "10738 The number of row value expressions in the INSERT statement exceeds the maximum "
+            "allowed number of 1000 row values.");
   EXPECT_EQ(Answer("select 1" + Repeat(",1", 2500)),
             "50001 Not supported by the embedded database: a query of more than 2000 columns.");
 }

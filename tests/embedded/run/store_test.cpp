@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "embedded/embedded.h"
+#include "embedded/run/session.h"
 #include "foundation/conversions.h"
 #include "foundation/error.h"
 
@@ -167,6 +168,30 @@ TEST_F(Store, AKilledProcessLeavesWholeTransactions) {
     EXPECT_EQ(0, Number(*Open("db")->NewSession(), "select count(*)%7 from t"));
   }
   EXPECT_LT(0, Number(*Open("db")->NewSession(), "select count(*) from t"));
+}
+
+// "MSSQLSERVER_1205": the statement that cannot have its lock is the victim, and with it all of its
+// transaction.
+TEST_F(Store, ALockThatIsNotLetGo) {
+  const auto database = Open("locked");
+  const ConnectionPtr holder = database->NewSession();
+  const ConnectionPtr other = database->NewSession();
+  holder->Execute("create table t (a int)");
+  sqlite3_busy_timeout(dynamic_cast<Session&>(*other).engine().store().handle(), 20);
+  holder->Execute("begin transaction insert into t values (1)");
+  try {
+    other->Execute("insert into t values (2)");
+    FAIL();
+  } catch (const AutomationError& error) {
+    EXPECT_EQ(error.number(), 1205);
+    EXPECT_EQ(
+        error.description(),
+        "Transaction (Process ID 1) was deadlocked on lock resources with another process and "
+        "has been chosen as the deadlock victim. Rerun the transaction.");
+  }
+  holder->Execute("commit transaction");
+  other->Execute("insert into t values (3)");
+  EXPECT_EQ(Number(*other, "select count(*) from t"), 2);
 }
 
 }  // namespace

@@ -278,8 +278,8 @@ TEST(Parse, CursorsAndCalls) {
       {"declare c insensitive cursor local fast_forward for select 1 for read only fetch c",
        "(declare-cursor c (select 1))\n(fetch c)"},
       {"exec sp_x", "(exec sp_x)"},
-      {"sp_x 1, 'a', @b output, @c = 2, default, null, -3, word",
-       "(exec sp_x 1 'a' (argument @b output) (@c 2) default null (- 3) N'word')"},
+      {"sp_x 1, 'a', @b output, default, null, -3, word, @c = 2",
+       "(exec sp_x 1 'a' (argument @b output) default null (- 3) N'word' (@c 2))"},
       {"Exec sp_GetLastCost @S,@I,@B,@Price Output If IsNull(@Price,0)<=0 Insert Into #T "
        "Values(@I)",
        "(exec sp_GetLastCost @S @I @B (argument @Price output))\n"
