@@ -1,6 +1,7 @@
 // Queries as SQLite's text.
 #include "embedded/catalog/sqlite.h"
 #include "embedded/emit/emitter_impl.h"
+#include "embedded/emit/single_match.h"
 
 namespace tavcc::sql {
 namespace {
@@ -11,6 +12,7 @@ bool IsSingleRow(const BoundQuery& query) {
   const BoundSelect& select = *query.select;
   if (select.grouped && select.group_by.empty()) return true;
   if (!select.from) return true;
+  if (select.group_by.empty() && IsOneRow(*select.from, select.where.get())) return true;
   if (!select.top || select.top->kind != BoundExpression::Kind::kLiteral) return false;
   const auto& top = static_cast<const BoundLiteral&>(*select.top);
   return top.slot < 0 && top.value.integer() <= 1;
@@ -159,7 +161,9 @@ Emitted Emitter::Finish(std::string sql, bool changes_rows) {
 Emitted EmitQuery(const BoundQuery& query) {
   Emitter emitter;
   std::string sql = emitter.Query(query);
-  return emitter.Finish(std::move(sql), false);
+  Emitted emitted = emitter.Finish(std::move(sql), false);
+  emitted.single_row = IsSingleRow(query);
+  return emitted;
 }
 
 // Where the rows are put in order first, what the items need of each row is carried through the

@@ -29,6 +29,8 @@ struct Emitted {
   // Whether the statement can fail half-way, after it has changed rows, by one of the dialect's own
   // functions: SQLite does not undo that by itself inside a transaction.
   bool fails_midway = false;
+  // Whether a query gives one row at most: behind it nothing needs to be looked for.
+  bool single_row = false;
   // Of an INSERT: where in `sql` the query begins that computes its rows, with the same parameters.
   size_t rows_at = std::string::npos;
 };

@@ -101,4 +101,13 @@ bool MatchesOnce(const BoundFrom& from, const BoundCondition* where, const Bound
   return true;
 }
 
+bool IsOneRow(const BoundFrom& from, const BoundCondition* where) {
+  if (!from.source) return false;
+  std::set<int> columns;
+  ForEachConjunct(where, [&](const BoundCondition& conjunct) {
+    TiedColumns(conjunct, *from.source, Sources{}, columns);
+  });
+  return HasKeyIn(*from.source, columns);
+}
+
 }  // namespace tavcc::sql

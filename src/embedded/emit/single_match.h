@@ -9,4 +9,8 @@ namespace tavcc::sql {
 // that is tied already. False when that cannot be told.
 bool MatchesOnce(const BoundFrom& from, const BoundCondition* where, const BoundSource& target);
 
+// True when `from` is one source and the condition ties one of its keys to values: it gives one row
+// at most. False when that cannot be told.
+bool IsOneRow(const BoundFrom& from, const BoundCondition* where);
+
 }  // namespace tavcc::sql

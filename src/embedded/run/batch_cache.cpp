@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "embedded/syntax/parser.h"
 
@@ -11,59 +12,48 @@ namespace {
 // Longer texts are compiled anew each time: they are scripts, not statements.
 constexpr size_t kLongestCached = 64 * 1024;
 
-// The short way of most literals: an int of up to 9 digits, a decimal of up to 17 that is not led
-// by a zero.
-bool EvaluatePlainNumber(const FingerprintLiteral& literal, TypedValue& out) {
-  const std::string_view text = literal.text;
-  const bool decimal = literal.form == LiteralExpression::Form::kDecimal;
-  if (decimal ? text.size() > 18 || text[0] < '1' : text.size() > 9) return false;
-  int64_t value = 0;
-  size_t point = 0;
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == '.') {
-      point = i;
-      continue;
-    }
-    value = value * 10 + (text[i] - '0');
-  }
-  const auto digits = static_cast<int>(text.size());
-  out.type = decimal ? DecimalType(digits - 1, digits - 1 - static_cast<int>(point))
-                     : Type(TypeKind::kInt);
-  out.value = StoredValue(value);
-  return true;
-}
-
 }  // namespace
 
-std::shared_ptr<const CachedBatch> BatchCache::Find(std::string_view text) {
-  // The last batch's memory is used again, unless somebody still holds it.
-  if (!spare_ || spare_.use_count() > 1) spare_ = std::make_shared<CachedBatch>();
-  const std::shared_ptr<CachedBatch> batch = spare_;
+void BatchCache::Find(std::string_view text, CachedBatch& batch) {
   if (text.size() > kLongestCached) {
-    batch->program = Program::FromBatch(std::make_shared<const Batch>(ParseBatch(text)));
-    batch->literals.clear();
-    return batch;
+    batch.program = Program::FromBatch(std::make_shared<const Batch>(ParseBatch(text)));
+    batch.literals.clear();
+    return;
   }
-  const Entry* entry = Look(text);
-  batch->program = (entry ? *entry : Compile(text)).program;
-  Evaluate(batch->literals);
-  return batch;
+  const Entry* known = Look(text);
+  const Entry& entry = known ? *known : Compile(text);
+  if (batch.program != entry.program) batch.program = entry.program;
+  Evaluate(batch.literals);
 }
 
 const BatchCache::Entry* BatchCache::Look(std::string_view text) {
-  Entry* found = text.size() < kPrefix ? nullptr : LookIn(BucketOf(text), text);
-  if (!found) found = LookIn(buckets_.back(), text);
-  if (found) found->used = ++clock_;
-  return found;
+  const Entry* found = text.size() < kPrefix ? nullptr : LookIn(BucketOf(text), text);
+  return found ? found : LookIn(buckets_.back(), text);
 }
 
-BatchCache::Entry* BatchCache::LookIn(Bucket& bucket, std::string_view text) {
-  for (auto& entry : bucket) {
-    if (!entry->fingerprint.Matches(text, literals_)) continue;
-    std::swap(entry, bucket.front());  // what was used last is looked at first
-    return bucket.front().get();
+const BatchCache::Entry* BatchCache::LookIn(Bucket& bucket, std::string_view text) {
+  for (Candidate& candidate : bucket) {
+    if (!MayBe(candidate, text) || !candidate.entry->fingerprint.Matches(text, literals_)) continue;
+    // What was used last is looked at first.
+    if (&candidate != &bucket.front()) std::swap(candidate, bucket.front());
+    const Entries::iterator entry = bucket.front().entry;
+    if (entry != entries_.begin()) entries_.splice(entries_.begin(), entries_, entry);
+    return &*entry;
   }
   return nullptr;
+}
+
+// The last bytes before the first literal tell most forms apart that begin alike.
+uint64_t BatchCache::TailOf(std::string_view beginning) {
+  uint64_t tail = 0;
+  if (beginning.size() < sizeof tail) return tail;
+  std::memcpy(&tail, beginning.data() + beginning.size() - sizeof tail, sizeof tail);
+  return tail;
+}
+
+bool BatchCache::MayBe(const Candidate& candidate, std::string_view text) {
+  return text.size() >= candidate.beginning &&
+         TailOf(text.substr(0, candidate.beginning)) == candidate.tail;
 }
 
 BatchCache::Bucket& BatchCache::BucketOf(std::string_view beginning) {
@@ -76,44 +66,44 @@ BatchCache::Bucket& BatchCache::BucketOf(std::string_view beginning) {
 }
 
 const BatchCache::Entry& BatchCache::Compile(std::string_view text) {
-  auto entry = std::make_unique<Entry>(Entry{Fingerprint(text), nullptr, ++clock_});
+  Entry entry{Fingerprint(text), nullptr};
   auto parsed = std::make_shared<const Batch>(ParseBatch(text));
-  Fingerprint& fingerprint = entry->fingerprint;
-  const bool exchangeable =
-      fingerprint.shareable() && parsed->literal_slots == static_cast<int>(fingerprint.literals());
-  if (!exchangeable) fingerprint.Pin();
-  entry->program = Program::FromBatch(std::move(parsed), exchangeable);
-  fingerprint.Matches(text, literals_);
-  if (++count_ > kMostPrograms) DropOldest();
-  return *BucketOf(fingerprint.Beginning()).emplace_back(std::move(entry));
+  const bool exchangeable = entry.fingerprint.shareable() &&
+                            parsed->literal_slots == static_cast<int>(entry.fingerprint.literals());
+  if (!exchangeable) entry.fingerprint.Pin();
+  entry.program = Program::FromBatch(std::move(parsed), exchangeable);
+  entry.fingerprint.Matches(text, literals_);
+  if (entries_.size() >= kMostPrograms) DropOldest();
+  entries_.push_front(std::move(entry));
+  const std::string_view beginning = entries_.front().fingerprint.Beginning();
+  BucketOf(beginning).push_back({TailOf(beginning), beginning.size(), entries_.begin()});
+  return entries_.front();
 }
 
 void BatchCache::DropOldest() {
-  Bucket* oldest = nullptr;
-  size_t place = 0;
-  for (Bucket& bucket : buckets_) {
-    for (size_t i = 0; i < bucket.size(); ++i) {
-      if (oldest && bucket[i]->used >= (*oldest)[place]->used) continue;
-      oldest = &bucket;
-      place = i;
-    }
-  }
-  oldest->erase(oldest->begin() + static_cast<ptrdiff_t>(place));
-  --count_;
+  const Entries::iterator oldest = std::prev(entries_.end());
+  std::erase_if(BucketOf(oldest->fingerprint.Beginning()),
+                [&](const Candidate& candidate) { return candidate.entry == oldest; });
+  entries_.erase(oldest);
 }
 
 void BatchCache::Evaluate(std::vector<TypedValue>& values) {
   using Form = LiteralExpression::Form;
-  values.resize(literals_.size());
-  for (size_t i = 0; i < literals_.size(); ++i) {
-    const FingerprintLiteral& literal = literals_[i];
-    TypedValue& value = values[i];
-    if (literal.form == Form::kText || literal.form == Form::kNationalText) {
-      value.type = TextLiteralType(literal.form, literal.units);
-      value.value.SetText(LiteralText(literal, scratch_));
-    } else if (literal.form == Form::kFloat || !EvaluatePlainNumber(literal, value)) {
-      value = EvaluateLiteral(literal.form, literal.text);
+  if (values.size() != literals_.size()) values.resize(literals_.size());
+  TypedValue* value = values.data();
+  for (const FingerprintLiteral& literal : literals_) {
+    if (literal.plain) {
+      value->type = literal.form == Form::kInteger
+                        ? Type(TypeKind::kInt)
+                        : DecimalType(std::max(literal.digits, 1), literal.scale);
+      value->value.SetInteger(literal.number);
+    } else if (literal.form == Form::kText || literal.form == Form::kNationalText) {
+      value->type = TextLiteralType(literal.form, literal.units);
+      value->value.SetText(literal.doubled ? LiteralText(literal, scratch_) : literal.text);
+    } else {
+      *value = EvaluateLiteral(literal.form, literal.text);
     }
+    ++value;
   }
 }
 

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -21,8 +22,9 @@ struct CachedBatch {
 
 class BatchCache {
  public:
-  // The batch's program and its literals' values. Errors: those of the parser and of Program.
-  std::shared_ptr<const CachedBatch> Find(std::string_view text);
+  // Sets the text's program and its literals' values in `batch`, whose memory is used again.
+  // Errors: those of the parser and of Program.
+  void Find(std::string_view text, CachedBatch& batch);
 
  private:
   static constexpr size_t kMostPrograms = 512;
@@ -32,23 +34,28 @@ class BatchCache {
   struct Entry {
     Fingerprint fingerprint;
     std::shared_ptr<Program> program;
-    uint64_t used = 0;
   };
-  using Bucket = std::vector<std::unique_ptr<Entry>>;
+  using Entries = std::list<Entry>;
+  struct Candidate {
+    uint64_t tail = 0;     // see TailOf
+    size_t beginning = 0;  // bytes before the first literal
+    Entries::iterator entry;
+  };
+  using Bucket = std::vector<Candidate>;
 
   const Entry* Look(std::string_view text);
-  Entry* LookIn(Bucket& bucket, std::string_view text);
+  const Entry* LookIn(Bucket& bucket, std::string_view text);
   const Entry& Compile(std::string_view text);
+  static uint64_t TailOf(std::string_view beginning);
+  static bool MayBe(const Candidate& candidate, std::string_view text);
   Bucket& BucketOf(std::string_view beginning);
   void DropOldest();
   void Evaluate(std::vector<TypedValue>& values);
 
   std::array<Bucket, kBuckets + 1> buckets_;  // the last one is for forms with a short beginning
-  size_t count_ = 0;
-  uint64_t clock_ = 0;
+  Entries entries_;                           // the one used last first
   std::vector<FingerprintLiteral> literals_;  // of the text at hand
   std::string scratch_;
-  std::shared_ptr<CachedBatch> spare_;
 };
 
 }  // namespace tavcc::sql

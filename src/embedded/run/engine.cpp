@@ -60,12 +60,13 @@ void Engine::Clear() {
   if (transaction_count_ > 0) RollbackAll();
   catalog_.Clear();
   catalog_.Forget();
-  identity = StoredValue();
+  identity.reset();
   identity_insert.clear();
   no_count = abort_transaction_on_error = false;
   row_count = fetch_status = last_error_ = 0;
   has_result_ = false;
   result_ = Rows{};
+  recordsets_.Forget();
 }
 
 // ---- Entry points
@@ -97,12 +98,12 @@ void Engine::Run(const Body& body) {
 
 void Engine::RunBatch(std::string_view text) {
   Run([&] {
-    const auto batch = batches_.Find(text);
+    batches_.Find(text, batch_);
     Frame frame;
-    frame.literals = batch->literals;
+    frame.literals = batch_.literals;
     frame.scope_identity = scope_identity_;
-    RunProgram(batch->program, frame);
-    scope_identity_ = std::move(frame.scope_identity);
+    RunProgram(batch_.program, frame);
+    scope_identity_ = frame.scope_identity;
   });
 }
 
@@ -117,9 +118,9 @@ void Engine::RunProcedure(std::string_view name, std::vector<CallArgument>& argu
 }
 
 RecordsetPtr Engine::TakeResult() {
-  if (!has_result_) return ClosedRecordset();
+  if (!has_result_) return closed_;
   has_result_ = false;
-  return MakeRecordset(std::move(result_));
+  return recordsets_.Make(std::move(result_));
 }
 
 void Engine::Return(Rows rows) {
@@ -214,10 +215,11 @@ void Engine::RunText(std::string_view text) {
   ++nesting_;
   catalog_.PushScope();
   try {
-    const auto batch = batches_.Find(text);
+    CachedBatch batch;
+    batches_.Find(text, batch);
     Frame frame;
-    frame.literals = batch->literals;
-    RunProgram(batch->program, frame);
+    frame.literals = batch.literals;
+    RunProgram(batch.program, frame);
   } catch (const ScopeEnded&) {
   } catch (SqlError& error) {
     Report(std::move(error));
@@ -311,9 +313,9 @@ StoredValue Engine::SessionValueOf(SessionValue value, const Frame& frame) const
     case SessionValue::kError:
       return int64_t{last_error_};
     case SessionValue::kIdentity:
-      return identity;
+      return identity ? StoredValue(*identity) : StoredValue();
     case SessionValue::kScopeIdentity:
-      return frame.scope_identity;
+      return frame.scope_identity ? StoredValue(*frame.scope_identity) : StoredValue();
     case SessionValue::kFetchStatus:
       return int64_t{fetch_status};
     case SessionValue::kTransactionCount:

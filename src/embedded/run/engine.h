@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -65,6 +66,7 @@ class Engine {
   int64_t Call(const ObjectName& name, std::vector<CallArgument>& arguments);
   // Takes the rows of a query: the first of a batch are its result.
   void Return(Rows rows);
+  RecordsetMaker& recordsets() { return recordsets_; }
   // The rows of the statements inside are handed to `sink` instead of to the client.
   void Capture(std::vector<Rows>* sink) { capture_ = sink; }
   bool capturing() const { return capture_ != nullptr; }
@@ -78,7 +80,7 @@ class Engine {
   // State that statements read and set.
   int64_t row_count = 0;
   int fetch_status = 0;
-  StoredValue identity;
+  std::optional<int64_t> identity;
   bool no_count = false, abort_transaction_on_error = false;
   std::string identity_insert;  // the physical name of the table, empty for none
   std::string identity_insert_name;
@@ -114,13 +116,16 @@ class Engine {
   const bool shared_;
   Catalog catalog_;
   BatchCache batches_;
+  CachedBatch batch_;  // the client's, while it runs and until the next one
   std::map<std::string, Cursor> cursors_;
   std::vector<SqlError> errors_;
   bool has_result_ = false;
   Rows result_;
+  RecordsetMaker recordsets_;
+  const RecordsetPtr closed_ = ClosedRecordset();
   std::vector<Rows>* capture_ = nullptr;
   int last_error_ = 0;
-  StoredValue scope_identity_;  // of the session's own batches
+  std::optional<int64_t> scope_identity_;  // of the session's own batches
   int transaction_count_ = 0;
   std::string transaction_name_;
   std::vector<SavePoint> save_points_;

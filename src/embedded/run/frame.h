@@ -1,6 +1,7 @@
 // What a running batch, procedure or dynamic batch has of its own.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -12,7 +13,7 @@ struct Frame {
   std::vector<StoredValue> variables;    // by the program's numbers; parameters come first
   std::span<const TypedValue> literals;  // of the batch's text, by slot
   int64_t return_value = 0;
-  StoredValue scope_identity;
+  std::optional<int64_t> scope_identity;
 };
 
 }  // namespace tavcc::sql

@@ -40,21 +40,16 @@ constexpr int64_t kPowersOfTen[] = {1,
                                     1'000'000'000'000};
 
 // The short way of most numbers: a coefficient that takes on zeros and stays within 64 bits.
-bool Rescale(const StoredValue& value, const SqlType& from, const SqlType& to, StoredValue& out) {
+bool Rescale(const StoredValue& value, const SqlType& from, const SqlType& to, int64_t& out) {
   if (value.kind() != StoredValue::Kind::kInteger || to.kind != TypeKind::kDecimal) return false;
-  if (!IsInteger(from.kind) && !IsScaled(from.kind)) return false;
-  const int up = to.scale - StoredScale(from);
+  if (!IsInteger(from.kind) && from.kind != TypeKind::kDecimal) return false;
+  const int up = to.scale - from.scale;
   if (up < 0 || up >= static_cast<int>(std::size(kPowersOfTen)) || to.precision < 19) return false;
-  int64_t result = 0;
-  if (__builtin_mul_overflow(value.integer(), kPowersOfTen[up], &result)) return false;
-  out = StoredValue(result);
-  return true;
+  return !__builtin_mul_overflow(value.integer(), kPowersOfTen[up], &out);
 }
 
 StoredValue ConvertParameter(const Parameter& parameter, const StoredValue& value,
                              const SqlType& from) {
-  StoredValue rescaled;
-  if (Rescale(value, from, parameter.to, rescaled)) return rescaled;
   try {
     return ConvertStored(value, from, parameter.to, parameter.mode);
   } catch (const SqlError& error) {
@@ -109,18 +104,23 @@ Plan& PlanCache::Add(Engine& engine, std::unique_ptr<Plan> plan) {
 
 PlanRun::PlanRun(Engine& engine, Plan& plan, const Frame& frame, std::span<const StoredValue> row)
     : engine_(engine), plan_(plan) {
-  if (!plan.statement) plan.statement = engine.store().Prepare(plan.emitted.sql);
-  const auto& parameters = plan.emitted.parameters;
-  plan.converted.resize(parameters.size());
-  for (size_t i = 0; i < parameters.size(); ++i) {
-    const Parameter& parameter = parameters[i];
+  if (!plan.statement) {
+    plan.statement = engine.store().Prepare(plan.emitted.sql);
+    plan.converted.resize(plan.emitted.parameters.size());
+  }
+  sqlite3_stmt* const statement = plan.statement.get();
+  StoredValue* next = plan.converted.data();
+  int place = 0;
+  for (const Parameter& parameter : plan.emitted.parameters) {
+    StoredValue& converted = *next++;
+    ++place;
     const auto index = static_cast<size_t>(parameter.index);
     const StoredValue* value = nullptr;
-    SqlType from = parameter.from;
+    const SqlType* from = &parameter.from;
     switch (parameter.source) {
       case Parameter::Source::kLiteral:
         value = &frame.literals[index].value;
-        from = frame.literals[index].type;
+        from = &frame.literals[index].type;
         break;
       case Parameter::Source::kVariable:
         value = &frame.variables[index];
@@ -129,15 +129,22 @@ PlanRun::PlanRun(Engine& engine, Plan& plan, const Frame& frame, std::span<const
         value = &row[index];
         break;
       case Parameter::Source::kSession:
-        plan.converted[i] = engine.SessionValueOf(static_cast<SessionValue>(index), frame);
-        value = &plan.converted[i];
+        converted = engine.SessionValueOf(static_cast<SessionValue>(index), frame);
+        value = &converted;
         break;
     }
-    if (parameter.convert && !value->IsNull() && !IsSameStored(from, parameter.to)) {
-      plan.converted[i] = ConvertParameter(parameter, *value, from);
-      value = &plan.converted[i];
+    if (parameter.convert && !value->IsNull()) {
+      int64_t rescaled = 0;
+      if (Rescale(*value, *from, parameter.to, rescaled)) {
+        sqlite3_bind_int64(statement, place, rescaled);
+        continue;
+      }
+      if (!IsSameStored(*from, parameter.to)) {
+        converted = ConvertParameter(parameter, *value, *from);
+        value = &converted;
+      }
     }
-    BindStored(plan.statement.get(), static_cast<int>(i) + 1, *value);
+    BindStored(statement, place, *value);
   }
 }
 
@@ -155,6 +162,10 @@ int PlanRun::ColumnCount() const {
 
 StoredValue PlanRun::Column(int index) const {
   return FromSqlite(sqlite3_column_value(plan_.statement.get(), index));
+}
+
+void PlanRun::Read(int index, StoredValue& out) const {
+  ReadSqlite(sqlite3_column_value(plan_.statement.get(), index), out);
 }
 
 }  // namespace tavcc::sql

@@ -32,6 +32,7 @@ struct Plan {
   Emitted emitted;
   SqliteStatement statement;           // prepared when it is first run
   std::vector<StoredValue> converted;  // parameters that had to be converted, while it runs
+  std::vector<StoredValue> row;        // of SELECT @v = …: the row read last, while it runs
 
   std::shared_ptr<const ResultShape> shape;  // of a query
   std::vector<int> targets;                  // of SELECT @v = …: variables by item
@@ -79,6 +80,7 @@ class PlanRun {
   bool Step();
   int ColumnCount() const;
   StoredValue Column(int index) const;
+  void Read(int index, StoredValue& out) const;  // the same, in the memory of `out`
 
  private:
   Engine& engine_;

@@ -125,24 +125,27 @@ void SelectInstruction::CompileInto(Engine& engine, const Frame& frame, const Ta
 }
 
 void SelectInstruction::Assign(Engine& engine, Frame& frame, Plan& plan) {
-  std::vector<StoredValue> last;
   int64_t count = 0;
+  plan.row.resize(plan.targets.size());
+  const auto target = [&](size_t i) -> StoredValue& {
+    return frame.variables[static_cast<size_t>(plan.targets[i])];
+  };
   {
     PlanRun run(engine, plan, frame);
     if (plan.live) engine.live_frame = &frame;
     while (run.Step()) {
       ++count;
-      last.clear();
-      for (size_t i = 0; i < plan.targets.size(); ++i) {
-        last.push_back(run.Column(static_cast<int>(i)));
-        if (plan.live) frame.variables[static_cast<size_t>(plan.targets[i])] = last.back();
+      for (size_t i = 0; i < plan.row.size(); ++i) {
+        run.Read(static_cast<int>(i), plan.row[i]);
+        if (plan.live) target(i) = plan.row[i];
       }
+      if (plan.emitted.single_row) break;
     }
     engine.live_frame = nullptr;
   }
   // Parameters point into the variables while the statement runs.
-  for (size_t i = 0; i < last.size(); ++i) {
-    frame.variables[static_cast<size_t>(plan.targets[i])] = std::move(last[i]);
+  if (count > 0) {
+    for (size_t i = 0; i < plan.row.size(); ++i) std::swap(target(i), plan.row[i]);
   }
   engine.row_count = count;
 }
@@ -159,13 +162,13 @@ void SelectInstruction::MakeTable(Engine& engine, Frame& frame, Plan& plan) {
 }  // namespace
 
 Rows ReadRows(Engine& engine, Plan& plan, Frame& frame) {
-  Rows rows;
-  rows.shape = plan.shape;
+  Rows rows{plan.shape, engine.recordsets().TakeCells(), 0};
   PlanRun run(engine, plan, frame);
   const int columns = static_cast<int>(plan.shape->types.size());
   while (run.Step()) {
     if (rows.count++ == 0) rows.cells.reserve(static_cast<size_t>(columns));
-    for (int i = 0; i < columns; ++i) rows.cells.push_back(run.Column(i));
+    for (int i = 0; i < columns; ++i) run.Read(i, rows.cells.emplace_back());
+    if (plan.emitted.single_row) break;
   }
   return rows;
 }

@@ -1,5 +1,7 @@
 #include "embedded/run/recordset.h"
 
+#include <atomic>
+
 #include "embedded/catalog/names.h"
 #include "embedded/error.h"
 #include "foundation/error.h"
@@ -7,9 +9,20 @@
 namespace tavcc::sql {
 namespace {
 
+// Beyond this many values memory is not kept.
+constexpr size_t kMostKept = 1024;
+
+}  // namespace
+
 class RowsRecordset final : public Recordset {
  public:
   explicit RowsRecordset(Rows rows) : rows_(std::move(rows)) {}
+
+  void Become(Rows rows) {
+    rows_ = std::move(rows);
+    row_ = 0;
+  }
+  std::vector<StoredValue> TakeCells() { return std::move(rows_.cells); }
 
   bool IsOpen() const override { return rows_.shape != nullptr; }
   bool AtEnd() const override {
@@ -60,7 +73,9 @@ class RowsRecordset final : public Recordset {
     throw AutomationError(RuntimeError::kItemNotInCollection);
   }
   void Detach() override {}
-  void Close() override { rows_ = Rows{}; }
+  void Close() override {
+    if (IsOpen()) rows_ = Rows{};
+  }
 
  private:
   void RequireOpen() const {
@@ -81,10 +96,35 @@ class RowsRecordset final : public Recordset {
   size_t row_ = 0;
 };
 
-}  // namespace
+RecordsetMaker::RecordsetMaker() = default;
+RecordsetMaker::~RecordsetMaker() = default;
 
-RecordsetPtr MakeRecordset(Rows rows) {
-  return std::make_shared<RowsRecordset>(std::move(rows));
+// What another thread did with the recordset before it let go of it is seen from here on.
+bool RecordsetMaker::IsFree() const {
+  if (last_.use_count() != 1) return false;
+  std::atomic_thread_fence(std::memory_order_acquire);
+  return true;
+}
+
+RecordsetPtr RecordsetMaker::Make(Rows rows) {
+  if (IsFree()) {
+    last_->Become(std::move(rows));
+  } else {
+    last_ = std::make_shared<RowsRecordset>(std::move(rows));
+  }
+  return last_;
+}
+
+std::vector<StoredValue> RecordsetMaker::TakeCells() {
+  if (!IsFree()) return {};
+  std::vector<StoredValue> cells = last_->TakeCells();
+  if (cells.capacity() > kMostKept) return {};
+  cells.clear();
+  return cells;
+}
+
+void RecordsetMaker::Forget() {
+  last_.reset();
 }
 
 RecordsetPtr ClosedRecordset() {

@@ -15,8 +15,21 @@ struct Rows {
   size_t count = 0;
 };
 
-RecordsetPtr MakeRecordset(Rows rows);
-// The recordset of a batch that returned no rows.
+// Makes recordsets. One that nobody holds any more is made again of the next rows, in its memory.
+class RecordsetMaker {
+ public:
+  RecordsetMaker();
+  ~RecordsetMaker();
+  RecordsetPtr Make(Rows rows);
+  // No values, but the memory for some.
+  std::vector<StoredValue> TakeCells();
+  void Forget();  // gives the memory back
+
+ private:
+  bool IsFree() const;
+  std::shared_ptr<class RowsRecordset> last_;
+};
+// The recordset of a batch that returned no rows. It stays as it is, so it may be handed out again.
 RecordsetPtr ClosedRecordset();
 
 }  // namespace tavcc::sql

@@ -221,10 +221,10 @@ void RunWrite(Engine& engine, Plan& plan, Frame& frame, std::span<const StoredVa
   if (guarded) engine.store().RunCached("RELEASE change");
   engine.row_count = sqlite3_changes(engine.store().handle());
   if (plan.updates || !plan.table) return;
-  const bool numbered = plan.table->identity_column >= 0 && engine.row_count > 0;
-  engine.identity = numbered
-                        ? StoredValue(int64_t{sqlite3_last_insert_rowid(engine.store().handle())})
-                        : StoredValue();
+  engine.identity.reset();
+  if (plan.table->identity_column >= 0 && engine.row_count > 0) {
+    engine.identity = sqlite3_last_insert_rowid(engine.store().handle());
+  }
   frame.scope_identity = engine.identity;
 }
 

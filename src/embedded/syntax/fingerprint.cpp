@@ -8,6 +8,7 @@
 #include "embedded/syntax/fingerprint.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "embedded/syntax/literal_context.h"
@@ -46,23 +47,43 @@ struct TextShape {
   bool well_formed = true;
 };
 
-// Whether the eight bytes at `text` are ASCII, and none of them a line end.
-bool ArePlain(const char* text) {
+constexpr bool IsPlain(char c) {
+  return static_cast<unsigned char>(c) < 0x80 && c != '\n' && c != '\'';
+}
+
+// How many of the eight bytes at `text` are plain, up to the first that is not.
+size_t PlainBytes(const char* text) {
   constexpr uint64_t kOnes = 0x0101010101010101, kHighBits = 0x8080808080808080;
   uint64_t bytes = 0;
   std::memcpy(&bytes, text, sizeof bytes);
-  const uint64_t other = bytes ^ (kOnes * '\n');
-  return ((bytes | ((other - kOnes) & ~other)) & kHighBits) == 0;
+  if constexpr (std::endian::native == std::endian::big) bytes = __builtin_bswap64(bytes);
+  // Sets the high bit of the first byte that is `c`, and perhaps of bytes behind it.
+  const auto is = [&](char c) {
+    const uint64_t other = bytes ^ (kOnes * static_cast<unsigned char>(c));
+    return (other - kOnes) & ~other;
+  };
+  const uint64_t others = (bytes | is('\n') | is('\'')) & kHighBits;
+  return static_cast<size_t>(std::countr_zero(others)) / 8;
+}
+
+// Where in `text` from `at` on the characters end that count for one unit and nothing else.
+size_t PlainEnd(std::string_view text, size_t at) {
+  while (at + 8 <= text.size()) {
+    const size_t plain = PlainBytes(text.data() + at);
+    at += plain;
+    if (plain < 8) return at;
+  }
+  while (at < text.size() && IsPlain(text[at])) ++at;
+  return at;
 }
 
 TextShape Measure(std::string_view text) {
   TextShape shape;
   for (size_t i = 0; i < text.size();) {
-    if (i + 8 <= text.size() && ArePlain(text.data() + i)) {
-      shape.units += 8;
-      i += 8;
-      continue;
-    }
+    const size_t plain = PlainEnd(text, i);
+    shape.units += plain - i;
+    i = plain;
+    if (i == text.size()) break;
     const auto byte = static_cast<unsigned char>(text[i]);
     if (byte < 0x80) {
       shape.line_ends += byte == '\n';
@@ -113,6 +134,62 @@ scanning::Extent ReadLiteral(TokenKind kind, std::string_view text, size_t at) {
       return number ? scanning::ReadNumber(text, at) : kNone;
     }
   }
+}
+
+// The short way of most numbers. Returns where the number ends, 0 when it is another one.
+template <bool decimal>
+size_t ReadPlainNumber(std::string_view text, size_t at, FingerprintLiteral& literal) {
+  const char* const begin = text.data() + at;
+  const char* const most = begin + std::min<size_t>(text.size() - at, decimal ? 18 : 9);
+  const char* end = begin;
+  uint64_t number = 0;
+  const auto take_digits = [&] {
+    for (; end < most; ++end) {
+      const unsigned digit = static_cast<unsigned char>(*end) - unsigned{'0'};
+      if (digit > 9) return;
+      number = number * 10 + digit;
+    }
+  };
+  take_digits();
+  if (end == begin) return 0;
+  const auto whole = static_cast<int>(end - begin);
+  if (decimal) {
+    if (end == most || *end != '.') return 0;
+    ++end;
+    take_digits();
+  }
+  const auto all = static_cast<int>(end - begin);
+  if (at + static_cast<size_t>(all) < text.size()) {
+    const unsigned char next = static_cast<unsigned char>(*end);
+    if (scanning::ClassOf(*end) & scanning::kDigit || next == '.' || (next | 0x20) == 'e' ||
+        (next | 0x20) == 'x') {
+      return 0;
+    }
+  }
+  const bool led_by_zero = *begin == '0';
+  literal.form = decimal ? Form::kDecimal : Form::kInteger;
+  literal.plain = !decimal || !led_by_zero || whole == 1;
+  literal.number = static_cast<int64_t>(number);
+  if (decimal) {
+    literal.scale = all - whole - 1;
+    literal.digits = all - 1 - (led_by_zero ? 1 : 0);
+  }
+  literal.text = text.substr(at, static_cast<size_t>(all));
+  return at + static_cast<size_t>(all);
+}
+
+// The same of a text without doubled quotes, line ends and characters beyond ASCII.
+size_t ReadPlainText(std::string_view text, size_t at, FingerprintLiteral& literal) {
+  if (text[at] != '\'') return 0;
+  const size_t end = PlainEnd(text, at + 1);
+  if (end >= text.size() || text[end] != '\'') return 0;
+  if (end + 1 < text.size() && text[end + 1] == '\'') return 0;
+  literal.form = Form::kText;
+  literal.doubled = false;
+  literal.plain = false;
+  literal.units = end - at - 1;
+  literal.text = text.substr(at + 1, literal.units);
+  return end + 1;
 }
 
 bool IsPrintable(char c) {
@@ -175,6 +252,7 @@ bool Fingerprint::Read(const scanning::Extent& extent, std::string_view text, si
                        Kind& kind, FingerprintLiteral& literal) {
   kind = Kind{extent.kind, false, text[begin] == '.', 0};
   literal.form = FormOf(extent.kind);
+  literal.plain = false;
   literal.doubled = extent.doubled;
   literal.text = text.substr(begin, extent.end - begin);
   switch (extent.kind) {
@@ -199,25 +277,44 @@ bool Fingerprint::Read(const scanning::Extent& extent, std::string_view text, si
   return shape.well_formed;
 }
 
+size_t Fingerprint::ReadPlain(const Kind& kind, std::string_view text, size_t at,
+                              FingerprintLiteral& literal) {
+  switch (kind.token) {
+    case TokenKind::kInteger:
+      return kind.wide ? 0 : ReadPlainNumber<false>(text, at, literal);
+    case TokenKind::kDecimal:
+      return kind.pointed ? 0 : ReadPlainNumber<true>(text, at, literal);
+    case TokenKind::kText:
+      return kind.line_ends == 0 ? ReadPlainText(text, at, literal) : 0;
+    default:
+      return 0;
+  }
+}
+
 bool Fingerprint::Matches(std::string_view text, std::vector<FingerprintLiteral>& literals) const {
-  literals.resize(places_.size());
+  if (literals.size() != places_.size()) literals.resize(places_.size());
+  FingerprintLiteral* literal = literals.data();
   size_t at = 0, known = 0;
-  for (size_t i = 0; i < places_.size(); ++i) {
-    const Place& place = places_[i];
+  for (const Place& place : places_) {
     const size_t between = place.begin - known;
     if (text.size() - at <= between ||
         std::memcmp(text.data() + at, text_.data() + known, between) != 0) {
       return false;
     }
     at += between;
+    known = place.end;
+    if (const size_t end = ReadPlain(place.kind, text, at, *literal); end > 0) {
+      at = end;
+      ++literal;
+      continue;
+    }
     const scanning::Extent extent = ReadLiteral(place.kind.token, text, at);
     Kind kind;
-    if (extent.kind != place.kind.token || !Read(extent, text, at, kind, literals[i]) ||
+    if (extent.kind != place.kind.token || !Read(extent, text, at, kind, *literal++) ||
         kind != place.kind) {
       return false;
     }
     at = extent.end;
-    known = place.end;
   }
   return text.substr(at) == std::string_view(text_).substr(known);
 }

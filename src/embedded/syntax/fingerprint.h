@@ -28,6 +28,11 @@ struct FingerprintLiteral {
   bool doubled = false;   // a text with doubled quotes in it
   size_t units = 0;       // of a text: its length in UTF-16
   std::string_view text;  // the number as written, or what stands between the quotes
+  // Of a plain number, an int or a decimal of a few digits: its digits as one number; of a decimal
+  // also how many there are without a zero in front, and how many stand behind the point.
+  bool plain = false;
+  int64_t number = 0;
+  int digits = 0, scale = 0;
 };
 
 class Fingerprint {
@@ -73,6 +78,9 @@ class Fingerprint {
 
   static bool Read(const scanning::Extent& extent, std::string_view text, size_t begin, Kind& kind,
                    FingerprintLiteral& literal);
+  // The short way of most literals: where one of this kind ends, 0 when it takes the long one.
+  static size_t ReadPlain(const Kind& kind, std::string_view text, size_t at,
+                          FingerprintLiteral& literal);
   bool ReadPlaces(std::string_view text);
 
   std::string text_;

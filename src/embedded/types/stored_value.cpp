@@ -44,6 +44,21 @@ StoredValue FromSqlite(sqlite3_value* value) {
   return ToStored(CellOf(value));
 }
 
+void ReadSqlite(sqlite3_value* value, StoredValue& out) {
+  switch (sqlite3_value_type(value)) {
+    case SQLITE_INTEGER:
+      out.SetInteger(sqlite3_value_int64(value));
+      return;
+    case SQLITE_TEXT: {
+      const void* text = sqlite3_value_text(value);
+      out.SetText(View(text, sqlite3_value_bytes(value)));
+      return;
+    }
+    default:
+      out = FromSqlite(value);
+  }
+}
+
 void BindStored(sqlite3_stmt* statement, int index, const StoredValue& value) {
   switch (value.kind()) {
     case StoredValue::Kind::kNull:

@@ -53,6 +53,13 @@ class StoredValue {
   const std::string& text() const { return std::get<std::string>(storage_); }
   const std::string& blob() const { return std::get<Blob>(storage_).bytes; }
 
+  void SetInteger(int64_t value) {
+    if (auto* known = std::get_if<int64_t>(&storage_)) {
+      *known = value;
+    } else {
+      storage_.emplace<int64_t>(value);
+    }
+  }
   // Becomes this text, in the memory of its former one where it has been text before.
   void SetText(std::string_view text) {
     if (auto* known = std::get_if<std::string>(&storage_)) {
@@ -70,6 +77,8 @@ class StoredValue {
 
 // What a column of the current row, or an argument of a function, holds.
 StoredValue FromSqlite(sqlite3_value* value);
+// The same into `out`, whose memory is used again.
+void ReadSqlite(sqlite3_value* value, StoredValue& out);
 // Binds to parameter `index` (from 1). The value must outlive the binding: nothing is copied.
 void BindStored(sqlite3_stmt* statement, int index, const StoredValue& value);
 

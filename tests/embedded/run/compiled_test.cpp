@@ -39,6 +39,35 @@ TEST_F(Compiled, OtherValuesAreNoOtherStatement) {
   EXPECT_EQ(0, CompiledBy("update t set q=q+(999.99) where a=12"));
 }
 
+// Of more programs than are kept, those go that were not used for longest.
+TEST_F(Compiled, WhatIsUsedStays) {
+  Run("create table t (a int not null primary key)");
+  const std::string used = "select a from t where a=5";
+  const std::string unused = "select a as unused from t where a=5";
+  Run(unused);
+  Run(used);
+  for (int i = 0; i < 600; ++i) {
+    Run("select a as c" + std::to_string(i) + " from t");
+    EXPECT_EQ(0, CompiledBy(used)) << i;
+  }
+  EXPECT_EQ(1, CompiledBy(unused));
+}
+
+// The memory of a recordset is used again for the next rows, but not while somebody holds it.
+TEST_F(Compiled, ARecordsetThatIsHeldStaysAsItIs) {
+  Run("create table t (a int not null primary key, b nvarchar(40))");
+  Run("insert into t values (1,'one, in more letters than fit'),(2,'two')");
+  const RecordsetPtr held = session_->Execute("select a,b from t where a=1");
+  const auto* first = session_->Execute("select b from t where a=2").get();
+  const RecordsetPtr next = session_->Execute("select b,a from t where a=2");
+  EXPECT_EQ(first, next.get());
+  EXPECT_NE(held.get(), next.get());
+  EXPECT_EQ(1, held->Field("a").long_integer());
+  EXPECT_EQ("one, in more letters than fit", held->Field("b").text());
+  EXPECT_EQ("two", next->Field(0).text());
+  EXPECT_EQ(2, next->Field(1).long_integer());
+}
+
 TEST_F(Compiled, ATemporaryTableMadeAgainKeepsItsStatements) {
   const std::string drop = "if object_id('tempdb.dbo.#t') is not null drop table #t";
   const std::string make = "create table #t (a int not null default(0), b varchar(5))";
