@@ -238,7 +238,13 @@ BoundUpdate Binder::BindUpdate(const UpdateStatement& update) {
   aggregates_ = &aggregates;
   std::vector<int> columns;
   for (const Assignment& assignment : update.assignments) {
-    if (!assignment.variable.empty()) RaiseUnsupported("SET @variable = … in an UPDATE");
+    const int variable = assignment.variable.empty() ? -1 : FindVariable(assignment.variable);
+    const SqlType type = variable < 0 ? SqlType{} : variables_[static_cast<size_t>(variable)].type;
+    if (assignment.column.empty()) {
+      auto value = ConvertImplicitly(Bind(*assignment.value, scope), type);
+      bound.assignments.push_back({-1, std::move(value), variable, type});
+      continue;
+    }
     const int index = bound.table->FindColumn(assignment.column);
     if (index < 0) Raise(207, assignment.column);
     if (Contains(columns, index)) Raise(264, assignment.column);
@@ -246,7 +252,9 @@ BoundUpdate Binder::BindUpdate(const UpdateStatement& update) {
     columns.push_back(index);
     const Column& column = bound.table->columns[static_cast<size_t>(index)];
     auto value = assignment.value ? Bind(*assignment.value, scope) : BindDefault(column);
-    bound.assignments.push_back({index, Assign(*bound.table, index, std::move(value))});
+    if (variable >= 0) CheckImplicit(column.type, type);
+    bound.assignments.push_back(
+        {index, Assign(*bound.table, index, std::move(value)), variable, type});
   }
   aggregates.refusal = 147;
   if (update.where) bound.where = Bind(*update.where, scope);

@@ -293,8 +293,10 @@ struct BoundQuery {
 
 // How a row is written: one value for each written column, converted to its type.
 struct BoundAssignment {
-  int column;
+  int column;  // -1 where only a variable is set
   BoundExpressionPtr value;
+  int variable = -1;  // of SET @v = …, which takes the value as `variable_type`
+  SqlType variable_type;
 };
 
 struct BoundInsert {

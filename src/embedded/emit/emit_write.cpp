@@ -5,6 +5,7 @@
 #include "embedded/catalog/sqlite.h"
 #include "embedded/emit/emitter_impl.h"
 #include "embedded/emit/single_match.h"
+#include "embedded/functions/functions.h"
 
 namespace tavcc::sql {
 namespace {
@@ -57,8 +58,10 @@ void CollectConditions(const BoundFrom& from, std::vector<const BoundCondition*>
 
 class WriteEmitter : public Emitter {
  public:
+  using Emitter::Emitter;
   std::string Insert(const BoundInsert& insert);
   std::string Update(const BoundUpdate& update);
+  std::string UpdatedRows(const BoundUpdate& update);
   std::string Delete(const BoundDelete& remove);
   size_t rows_at() const { return rows_at_; }
 
@@ -68,6 +71,7 @@ class WriteEmitter : public Emitter {
   std::string UpdateInner(const BoundUpdate& update);
   std::string UpdateByRowNumber(const BoundUpdate& update);
   std::string Assignments(const BoundUpdate& update);
+  std::string MatchedRows(const BoundUpdate& update, const std::string& row);
 
   size_t rows_at_ = 0;
 };
@@ -162,10 +166,7 @@ std::string WriteEmitter::UpdateByRowNumber(const BoundUpdate& update) {
     assignments += ColumnName(*update.table, assignment.column) + '=' +
                    Written(*update.table, assignment.column, *assignment.value, "q." + name);
   }
-  values += " FROM " + From(*update.from, update.where.get());
-  if (update.where) values += " WHERE " + Condition(*update.where);
-  if (!MatchesOnce(*update.from, update.where.get(), *update.target)) values += " GROUP BY " + row;
-  if (update.top) values += Limit(*update.top);
+  values += MatchedRows(update, row);
   return "UPDATE " + update.table->physical + " AS u SET " + assignments + " FROM (" + values +
          ") AS q WHERE q.r=u." + update.table->rowid;
 }
@@ -181,6 +182,33 @@ std::string WriteEmitter::Update(const BoundUpdate& update) {
     }
   }
   return UpdateByRowNumber(update);
+}
+
+// What an UPDATE joins, and which rows of it count: each row of the target once.
+std::string WriteEmitter::MatchedRows(const BoundUpdate& update, const std::string& row) {
+  std::string out = " FROM " + From(*update.from, update.where.get());
+  if (update.where) out += " WHERE " + Condition(*update.where);
+  if (!MatchesOnce(*update.from, update.where.get(), *update.target)) out += " GROUP BY " + row;
+  if (update.top) out += Limit(*update.top);
+  return out;
+}
+
+std::string WriteEmitter::UpdatedRows(const BoundUpdate& update) {
+  Narrow(*update.from, update.where.get());
+  const std::string row = SourceName(*update.target) + '.' + update.table->rowid;
+  std::string out = "SELECT " + row;
+  for (const auto& assignment : update.assignments) {
+    const std::string value = Expression(*assignment.value);
+    out += ',';
+    if (assignment.variable < 0) {
+      out += value;
+      continue;
+    }
+    out += "s_assign(" + std::to_string(assignment.variable) + ',' + value + ',' +
+           std::to_string(TypeCode(assignment.value->type)) + ',' +
+           std::to_string(TypeCode(assignment.variable_type)) + ')';
+  }
+  return out + MatchedRows(update, row);
 }
 
 std::string WriteEmitter::Delete(const BoundDelete& remove) {
@@ -215,6 +243,12 @@ Emitted EmitUpdate(const BoundUpdate& update) {
   WriteEmitter emitter;
   std::string sql = emitter.Update(update);
   return emitter.Finish(std::move(sql), true);
+}
+
+Emitted EmitUpdatedRows(const BoundUpdate& update) {
+  WriteEmitter emitter(/*live_variables=*/true);
+  std::string sql = emitter.UpdatedRows(update);
+  return emitter.Finish(std::move(sql), false);
 }
 
 Emitted EmitDelete(const BoundDelete& remove) {

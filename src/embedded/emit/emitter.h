@@ -41,6 +41,9 @@ Emitted EmitQuery(const BoundQuery& query);
 Emitted EmitAssigningQuery(const BoundQuery& query);
 Emitted EmitInsert(const BoundInsert& insert);
 Emitted EmitUpdate(const BoundUpdate& update);
+// The rows that an UPDATE would write: the row's number, then for each assignment its value, in
+// their order. Variables are set and read as the rows are made.
+Emitted EmitUpdatedRows(const BoundUpdate& update);
 Emitted EmitDelete(const BoundDelete& remove);
 // One row: the values, then the condition as 1, 0 or NULL.
 Emitted EmitValues(const BoundValues& values);

@@ -65,7 +65,54 @@ bool IsTaken(Engine& engine, sqlite3_stmt* look_up, const KeyValue& value) {
   return taken;
 }
 
+// The key of `table` that SQLite's message names, by its columns ("UNIQUE constraint failed: t.a,
+// t.b") or, where it is the key of the NULLs, by its index ("… failed: index 't.name.null'").
+const Key* KeyOf(const Table& table, std::string_view message) {
+  const std::string physical = table.physical.substr(6, table.physical.size() - 7);
+  for (size_t i = 0; i < table.keys.size(); ++i) {
+    const Key& key = table.keys[i];
+    if (key.kind == Key::Kind::kIndex) continue;
+    if (message.ends_with("index '" + PhysicalIndexName(table, i, physical) + ".null'"))
+      return &key;
+    std::string listed;
+    for (const int column : key.columns) {
+      if (!listed.empty()) listed += ", ";
+      listed += physical + '.' + table.columns[static_cast<size_t>(column)].name;
+    }
+    if (message.ends_with(": " + listed)) return &key;
+  }
+  return nullptr;
+}
+
 }  // namespace
+
+std::string KeyText(const Table& table, const Key& key, std::span<const StoredValue> row) {
+  KeyValue value;
+  for (const int column : key.columns) value.push_back(row[static_cast<size_t>(column) + 1]);
+  return Shown(value, table, key);
+}
+
+SqlError RefusedRow(const SqlError& error, const Table& table, std::string_view verb,
+                    const std::function<std::string(const Key&)>& value) {
+  if (error.number != kNullRefused && error.number != kDuplicateRefused) return error;
+  if (error.number == kNullRefused) {
+    for (const Column& column : table.columns) {
+      if (error.message.ends_with('.' + column.name)) {
+        return MakeError(515, {column.name, table.MessageName(), verb});
+      }
+    }
+    return error;
+  }
+  const Key* key = KeyOf(table, error.message);
+  const std::string duplicate = key ? value(*key) : std::string("(…)");
+  const std::string name = key && !key->name.empty() ? key->name : "PK_" + table.name;
+  if (key && key->kind == Key::Kind::kUniqueIndex) {
+    return MakeError(2601, {table.MessageName(), key->name, duplicate});
+  }
+  const bool unique = key && key->kind == Key::Kind::kUnique;
+  return MakeError(2627,
+                   {unique ? "UNIQUE KEY" : "PRIMARY KEY", name, table.MessageName(), duplicate});
+}
 
 std::string RepeatedKey(Engine& engine, const Table& table,
                         const std::vector<std::string>& columns) {

@@ -2,12 +2,22 @@
 // 1505 the value.
 #pragma once
 
+#include <functional>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "embedded/run/plan.h"
 
 namespace tavcc::sql {
+
+// The server's error for a row that SQLite refused: 515, 2601 or 2627, with the statement's `verb`
+// and what `value` says of the key that was taken. Another error is given back as it is.
+SqlError RefusedRow(const SqlError& error, const Table& table, std::string_view verb,
+                    const std::function<std::string(const Key&)>& value);
+
+// "(7, abc)": what a row, its number before its columns, has as its key.
+std::string KeyText(const Table& table, const Key& key, std::span<const StoredValue> row);
 
 // "(7, abc)": the first of the rows that the plan would insert whose key is in the table, or in a
 // row before it. The table must be as it was before the INSERT.

@@ -38,7 +38,8 @@ struct Plan {
   std::vector<int> targets;                  // of SELECT @v = …: variables by item
   bool live = false;                         // its rows read the variables that they assign
   TablePtr table;                            // of INSERT, UPDATE, DELETE
-  std::vector<int> columns;                  // of INSERT: those that it writes, in their order
+  std::vector<int> columns;                  // of INSERT: those that it writes, in their order;
+                                             // of an UPDATE in steps: see there
   TablePtr into;                             // of SELECT … INTO: the table to be made
   bool updates = false;                      // UPDATE or DELETE, not INSERT
 

@@ -72,6 +72,21 @@ void Variable(sqlite3_context* context, int, sqlite3_value** arguments) {
   Answer(context, frame.variables[static_cast<size_t>(sqlite3_value_int64(arguments[0]))]);
 }
 
+// s_assign(variable, value, type of the value, type of the variable): the value as it came.
+void Assign(sqlite3_context* context, int, sqlite3_value** arguments) {
+  Frame& frame = *EngineOf(context).live_frame;
+  const auto index = static_cast<size_t>(sqlite3_value_int64(arguments[0]));
+  const SqlType from = TypeFromCode(sqlite3_value_int64(arguments[2]));
+  const SqlType to = TypeFromCode(sqlite3_value_int64(arguments[3]));
+  try {
+    const StoredValue value = FromSqlite(arguments[1]);
+    frame.variables[index] = value.IsNull() ? value : ConvertStored(value, from, to);
+  } catch (SqlError& error) {
+    return Fail(context, std::move(error));
+  }
+  sqlite3_result_value(context, arguments[1]);
+}
+
 void NotNull(sqlite3_context* context, int, sqlite3_value** arguments) {
   if (sqlite3_value_type(arguments[0]) != SQLITE_NULL) {
     sqlite3_result_value(context, arguments[0]);
@@ -116,6 +131,7 @@ void RegisterSessionFunctions(SqliteConnection& store, Engine& engine) {
   add("s_object_id", 1, ObjectId);
   add("s_object_id", 2, ObjectId);
   add("s_variable", 1, Variable);
+  add("s_assign", 4, Assign);
   add("s_not_null", 3, NotNull);
   add("s_top", 1, Top);
   sqlite3_create_function_v2(database, "s_scalar", 1, SQLITE_UTF8, &engine, nullptr, ScalarStep,

@@ -1,55 +1,15 @@
 // INSERT, UPDATE, DELETE.
 #include <sqlite3.h>
 
-#include <functional>
+#include <algorithm>
 
 #include "embedded/run/duplicate_key.h"
 #include "embedded/run/engine.h"
 #include "embedded/run/instructions.h"
+#include "embedded/run/update_steps.h"
 
 namespace tavcc::sql {
 namespace {
-
-// The key of `table` that SQLite's message names, by its columns ("UNIQUE constraint failed: t.a,
-// t.b") or, where it is the key of the NULLs, by its index ("… failed: index 't.name.null'").
-const Key* KeyOf(const Table& table, std::string_view message) {
-  const std::string physical = table.physical.substr(6, table.physical.size() - 7);
-  for (size_t i = 0; i < table.keys.size(); ++i) {
-    const Key& key = table.keys[i];
-    if (key.kind == Key::Kind::kIndex) continue;
-    if (message.ends_with("index '" + PhysicalIndexName(table, i, physical) + ".null'"))
-      return &key;
-    std::string listed;
-    for (const int column : key.columns) {
-      if (!listed.empty()) listed += ", ";
-      listed += physical + '.' + table.columns[static_cast<size_t>(column)].name;
-    }
-    if (message.ends_with(": " + listed)) return &key;
-  }
-  return nullptr;
-}
-
-// The server's error for a row that SQLite refused.
-SqlError RefusedRow(const SqlError& error, const Table& table, std::string_view verb,
-                    const std::function<std::string(const Key&)>& value) {
-  if (error.number == kNullRefused) {
-    for (const Column& column : table.columns) {
-      if (error.message.ends_with('.' + column.name)) {
-        return MakeError(515, {column.name, table.MessageName(), verb});
-      }
-    }
-    return error;
-  }
-  const Key* key = KeyOf(table, error.message);
-  const std::string duplicate = key ? value(*key) : std::string("(…)");
-  const std::string name = key && !key->name.empty() ? key->name : "PK_" + table.name;
-  if (key && key->kind == Key::Kind::kUniqueIndex) {
-    return MakeError(2601, {table.MessageName(), key->name, duplicate});
-  }
-  const bool unique = key && key->kind == Key::Kind::kUnique;
-  return MakeError(2627,
-                   {unique ? "UNIQUE KEY" : "PRIMARY KEY", name, table.MessageName(), duplicate});
-}
 
 class WriteInstruction : public Instruction {
  public:
@@ -168,7 +128,28 @@ class InsertExecuteInstruction final : public Instruction {
 class UpdateInstruction final : public WriteInstruction {
  public:
   UpdateInstruction(const UpdateStatement& statement, Visible visible)
-      : WriteInstruction(statement.line, visible), statement_(statement) {}
+      : WriteInstruction(statement.line, visible),
+        statement_(statement),
+        sets_variables_(std::ranges::any_of(
+            statement.assignments,
+            [](const Assignment& assignment) { return !assignment.variable.empty(); })) {}
+
+  void Prepare(Engine& engine, Frame& frame) override {
+    if (!sets_variables_) return WriteInstruction::Prepare(engine, frame);
+    PrepareDeferred(line(), [&] { FindSteps(engine, frame); });
+  }
+
+  Flow Execute(Engine& engine, Frame& frame) override {
+    if (!sets_variables_) {
+      try {
+        return WriteInstruction::Execute(engine, frame);
+      } catch (const SqlError& error) {
+        if (error.number != kDuplicateRefused) throw;
+      }
+    }
+    UpdateInSteps(engine, FindSteps(engine, frame), frame);
+    return Flow::kNext;
+  }
 
  protected:
   void Compile(Binder& binder, Engine&, Plan& plan) override {
@@ -179,7 +160,19 @@ class UpdateInstruction final : public WriteInstruction {
   }
 
  private:
+  Plan& FindSteps(Engine& engine, const Frame& frame) {
+    return steps_.Find(engine, frame, [&](Plan& plan) {
+      Binder binder(engine.catalog(), visible(), frame.literals, plan.binding);
+      const BoundUpdate bound = binder.BindUpdate(statement_);
+      plan.table = bound.table;
+      for (const auto& assignment : bound.assignments) plan.columns.push_back(assignment.column);
+      plan.emitted = EmitUpdatedRows(bound);
+    });
+  }
+
   const UpdateStatement& statement_;
+  const bool sets_variables_;
+  PlanCache steps_;
 };
 
 class DeleteInstruction final : public WriteInstruction {
@@ -213,10 +206,10 @@ void RunWrite(Engine& engine, Plan& plan, Frame& frame, std::span<const StoredVa
       engine.store().RunCached("ROLLBACK TO change");
       engine.store().RunCached("RELEASE change");
     }
-    if (error.number != kNullRefused && error.number != kDuplicateRefused) throw;
-    throw RefusedRow(error, *plan.table, plan.updates ? "UPDATE" : "INSERT", [&](const Key& key) {
-      return plan.updates ? std::string("(…)") : DuplicateKey(engine, plan, frame, row, key);
-    });
+    // An UPDATE is tried again in steps: see there.
+    if (plan.updates && error.number == kDuplicateRefused) throw;
+    throw RefusedRow(error, *plan.table, plan.updates ? "UPDATE" : "INSERT",
+                     [&](const Key& key) { return DuplicateKey(engine, plan, frame, row, key); });
   }
   if (guarded) engine.store().RunCached("RELEASE change");
   engine.row_count = sqlite3_changes(engine.store().handle());
