@@ -127,6 +127,7 @@ constexpr auto kErrors = std::to_array<ErrorDefinition>({
     {2744, 16, 2, "Multiple identity columns specified for table '%.*ls'. Only one identity column per table is allowed.", kEndScope},
     {2749, 16, 2, "Identity column '%.*ls' must be of data type int, bigint, smallint, tinyint, or decimal or numeric with a scale of 0, unencrypted, and constrained to be nonnullable.", kEndScope},
     {2750, 16, 1, "Column or parameter #%d: Specified column precision %d is greater than the maximum precision of %d.", kEndScope},
+    {2753, 16, 2, "Identity column '%.*ls' contains invalid INCREMENT.", kEndScope},
     {2760, 16, 1, "The specified schema name \"%.*ls\" either does not exist or you do not have permission to use it.", kEndScope},
     {2787, 16, 1, "Invalid format specification: '%.*ls'.", kNextStatement},
     {2812, 16, 62, "Could not find stored procedure '%.*ls'.", kNextStatement},

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "embedded/bind/binder.h"
+#include "embedded/bind/function_rules.h"
 #include "embedded/bind/walk.h"
 #include "embedded/catalog/names.h"
 
@@ -39,6 +40,13 @@ const BoundSource* FindTarget(const BoundFrom& from, const ObjectName& target,
 }  // namespace
 
 BoundExpressionPtr Binder::BindDefault(const Column& column) {
+  if (column.identity) {
+    static constexpr FunctionRule kNext{"IDENTITY", "", FunctionResult::kFirst,
+                                        FunctionForm::kPlain, "s_next"};
+    auto next = std::make_unique<BoundCall>(kNext, column.type);
+    next->nullable = false;
+    return next;
+  }
   if (!column.default_value) {
     return std::make_unique<BoundLiteral>(TypedValue{column.type, StoredValue()}, -1);
   }
@@ -159,7 +167,8 @@ void Binder::AddDefaults(BoundInsert& bound) {
   if (bound.rows.empty() && !bound.query && bound.columns.empty()) bound.rows.emplace_back();
   for (int i = 0; i < static_cast<int>(bound.table->columns.size()); ++i) {
     const Column& column = bound.table->columns[static_cast<size_t>(i)];
-    if (Contains(bound.columns, i) || column.identity) continue;
+    if (Contains(bound.columns, i)) continue;
+    if (column.identity && !bound.table->draws_identity) continue;
     const bool needed = column.default_value && !column.constant_default;
     const bool row_number = i == bound.table->rowid_column;
     if (!needed && !row_number) continue;

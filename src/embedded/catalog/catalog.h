@@ -93,11 +93,17 @@ class Catalog {
   TablePtr TakeVariable(const TablePtr& definition);
   void ReleaseVariables();  // of the innermost scope
 
+  // ---- Identity values (numbers.cpp) -----------------------------------------------------------
+  // The last value that was given out.
+  int64_t Number(const Table& table) const;
+  void SetNumber(const Table& table, int64_t number);
+
   // ---- Transactions ----------------------------------------------------------------------------
   // A point to which RollBackTo leads back; the store's own rollback stands on either side:
-  // SaveVariables before it, RollBackTo after it.
+  // SaveVariables and SaveNumbers before it, RollBackTo after it.
   size_t Mark() const { return undo_.size(); }
   void SaveVariables();
+  void SaveNumbers();
   void RollBackTo(size_t mark);
   void Forget();  // the transaction was committed
 
@@ -133,6 +139,9 @@ class Catalog {
   void UndoOne(const Undo& undo, std::vector<TablePtr>& vanished);
   void RestoreVariables(const std::vector<TablePtr>& vanished);
   void BumpVersion();
+  std::unordered_map<std::string, int64_t> ReadNumbers() const;
+  void RestoreNumbers();
+  void KeepNumber(const Table& table, const std::unordered_map<std::string, int64_t>& now);
 
   SqliteConnection& store_;
   const bool shared_;
@@ -143,6 +152,7 @@ class Catalog {
   std::unordered_map<std::string, SqliteStatement> empty_statements_;
   std::vector<Undo> undo_;
   std::vector<std::pair<TablePtr, SavedRows>> saved_variables_;
+  std::unordered_map<std::string, int64_t> numbers_;  // by physical name, before a rollback
   SqliteStatement data_version_;
   int64_t seen_data_version_ = -1, seen_version_ = -1;
   uint64_t epoch_ = 1, next_scope_ = 1, next_physical_ = 1;

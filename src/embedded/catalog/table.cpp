@@ -62,13 +62,12 @@ Column BuildColumn(const ColumnDefinition& definition, size_t index, const std::
   column.nullable = definition.nullable.value_or(!definition.primary_key) && !definition.identity;
   column.identity = definition.identity;
   column.identity_seed = definition.identity_seed;
+  column.identity_increment = definition.identity_increment;
   if (definition.primary_key && definition.unique) Raise(8151, definition.name, table);
   if (definition.identity && !MayBeIdentity(column.type)) Raise(2749, definition.name);
+  if (definition.identity && definition.identity_increment == 0) Raise(2753, definition.name);
   if (definition.identity && definition.nullable == true) Raise(8147, definition.name, table);
   if (definition.primary_key && definition.nullable == true) Raise(8111, table);
-  if (definition.identity && definition.identity_increment != 1) {
-    RaiseUnsupported("an identity increment other than 1");
-  }
   if (definition.default_value) SetDefault(column, *definition.default_value);
   return column;
 }
@@ -119,6 +118,10 @@ void AddKeys(Table& table, const TableDefinition& definition) {
 
 void ChooseRowNumber(Table& table) {
   table.rowid_column = table.identity_column;
+  if (table.identity_column >= 0) {
+    const Column& column = table.columns[static_cast<size_t>(table.identity_column)];
+    table.draws_identity = column.identity_increment != 1 || column.identity_seed < 1;
+  }
   if (table.rowid_column < 0) {
     for (const Key& key : table.keys) {
       if (key.kind == Key::Kind::kPrimary && key.columns.size() == 1 &&

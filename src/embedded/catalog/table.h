@@ -20,7 +20,7 @@ struct Column {
   SqlType type;
   bool nullable = true;
   bool identity = false;
-  int64_t identity_seed = 1;
+  int64_t identity_seed = 1, identity_increment = 1;
   // What an INSERT that leaves the column out writes. A constant stands in SQLite's own definition,
   // in the stored form of `type`; anything else is bound anew in each statement.
   std::shared_ptr<const Expression> default_value;  // null when there is none
@@ -48,6 +48,8 @@ struct Table {
   // The column that is SQLite's row number: the identity column, or a primary key of one whole
   // number. -1 when there is none.
   int rowid_column = -1;
+  // Whether the statements write the identity values: SQLite itself only counts up from 1.
+  bool draws_identity = false;
 
   // -1 when there is no such column.
   int FindColumn(std::string_view column) const;
@@ -71,6 +73,9 @@ std::shared_ptr<Table> TableOfColumns(const std::string& name, std::vector<Colum
 
 // Adds `index` to the table's keys. Errors: 1911; 50001 for a unique index over nullable columns.
 void AddIndex(Table& table, const CreateIndexStatement& index);
+
+// The identity value before the first one. The table must have an identity column.
+int64_t NumberBeforeFirst(const Table& table);
 
 // The statement that makes the same table again: what the catalog keeps, and the key under which
 // emptied temporary tables are kept for reuse.

@@ -20,7 +20,10 @@ std::string ColumnList(const Table& table, const Key& key, std::string (*quote)(
 
 std::string ColumnText(const Column& column) {
   std::string out = BracketName(column.name) + ' ' + TypeText(column.type);
-  if (column.identity) out += " IDENTITY(" + std::to_string(column.identity_seed) + ",1)";
+  if (column.identity) {
+    out += " IDENTITY(" + std::to_string(column.identity_seed) + ',' +
+           std::to_string(column.identity_increment) + ')';
+  }
   out += column.nullable ? " NULL" : " NOT NULL";
   if (column.default_value) out += " DEFAULT(" + column.default_text + ')';
   return out;
@@ -66,6 +69,11 @@ bool IsUnique(const Key& key) {
 }
 
 }  // namespace
+
+int64_t NumberBeforeFirst(const Table& table) {
+  const Column& column = table.columns[static_cast<size_t>(table.identity_column)];
+  return column.identity_seed - column.identity_increment;
+}
 
 std::string TableText(const Table& table) {
   std::string out = "CREATE TABLE " + BracketName(table.name) + '(';
@@ -138,10 +146,10 @@ std::string PhysicalDefinition(const Table& table, std::string_view schema,
   out += ");";
   for (size_t i = 0; i < table.keys.size(); ++i) out += PhysicalIndex(table, i, schema, physical);
   if (table.identity_column >= 0) {
-    const int64_t seed = table.columns[static_cast<size_t>(table.identity_column)].identity_seed;
-    if (seed != 1) {
+    const int64_t before = NumberBeforeFirst(table);
+    if (before != 0) {
       out += "INSERT INTO " + std::string(schema) + ".sqlite_sequence(name,seq) VALUES(" +
-             QuoteText(physical) + ',' + std::to_string(seed - 1) + ");";
+             QuoteText(physical) + ',' + std::to_string(before) + ");";
     }
   }
   return out;

@@ -74,9 +74,9 @@ void Catalog::Empty(const Table& table) {
   store_.Step(statement.get());
   sqlite3_reset(statement.get());
   if (table.identity_column < 0) return;
-  const int64_t seed = table.columns[static_cast<size_t>(table.identity_column)].identity_seed;
-  store_.Run("UPDATE " + table.physical.substr(0, 5) + "sqlite_sequence SET seq=" +
-             std::to_string(seed - 1) + " WHERE name=" + QuoteText(PhysicalName(table)));
+  store_.Run("UPDATE " + table.physical.substr(0, 5) +
+             "sqlite_sequence SET seq=" + std::to_string(NumberBeforeFirst(table)) +
+             " WHERE name=" + QuoteText(PhysicalName(table)));
 }
 
 // Drops pooled tables for good while there are too many; never inside a transaction, which could
@@ -262,6 +262,7 @@ void Catalog::RollBackTo(size_t mark) {
   for (const auto& [definition, tables] : pool_) {
     for (const TablePtr& table : tables) Empty(*table);
   }
+  RestoreNumbers();
   if (shared_) seen_version_ = seen_data_version_ = -1;
   ++epoch_;
 }

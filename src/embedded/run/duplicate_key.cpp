@@ -105,11 +105,12 @@ SqlError RefusedRow(const SqlError& error, const Table& table, std::string_view 
   }
   const Key* key = KeyOf(table, error.message);
   const std::string duplicate = key ? value(*key) : std::string("(…)");
-  const std::string name = key && !key->name.empty() ? key->name : "PK_" + table.name;
   if (key && key->kind == Key::Kind::kUniqueIndex) {
     return MakeError(2601, {table.MessageName(), key->name, duplicate});
   }
   const bool unique = key && key->kind == Key::Kind::kUnique;
+  const std::string name =
+      key && !key->name.empty() ? key->name : (unique ? "UQ_" : "PK_") + table.name;
   return MakeError(2627,
                    {unique ? "UNIQUE KEY" : "PRIMARY KEY", name, table.MessageName(), duplicate});
 }
@@ -133,7 +134,7 @@ std::string RepeatedKey(Engine& engine, const Table& table,
 }
 
 std::string DuplicateKey(Engine& engine, const Plan& insert, const Frame& frame,
-                         std::span<const StoredValue> row, const Key& key) {
+                         std::span<const StoredValue> row, const Key& key, int64_t* refused) {
   const Table& table = *insert.table;
   if (insert.emitted.rows_at == std::string::npos) return "(…)";
   Plan plan;
@@ -146,7 +147,10 @@ std::string DuplicateKey(Engine& engine, const Plan& insert, const Frame& frame,
     KeyValue value = KeyOfRow(rows, insert, key);
     const bool repeated = std::ranges::any_of(
         before, [&](const KeyValue& other) { return Same(value, other, table, key); });
-    if (repeated || IsTaken(engine, look_up.get(), value)) return Shown(value, table, key);
+    if (repeated || IsTaken(engine, look_up.get(), value)) {
+      *refused = std::ssize(before) + 1;
+      return Shown(value, table, key);
+    }
     before.push_back(std::move(value));
   }
   return "(…)";

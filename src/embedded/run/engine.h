@@ -85,6 +85,12 @@ class Engine {
   std::string identity_insert;  // the physical name of the table, empty for none
   std::string identity_insert_name;
   Frame* live_frame = nullptr;  // that s_variable reads
+  // What s_next counts on from in the statement at hand.
+  struct Counter {
+    int64_t last = 0, step = 0;
+    SqlType type;
+  };
+  Counter next_number;
 
   // ---- Transactions (transaction.cpp)
   // ------------------------------------------------------------

@@ -41,6 +41,7 @@ struct Plan {
   std::vector<int> columns;                  // of INSERT: those that it writes, in their order;
                                              // of an UPDATE in steps: see there
   TablePtr into;                             // of SELECT … INTO: the table to be made
+  bool draws_numbers = false;                // of INSERT: it writes the identity values itself
   bool updates = false;                      // UPDATE or DELETE, not INSERT
 
   bool IsFor(std::span<const TypedValue> current) const;

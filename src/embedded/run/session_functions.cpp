@@ -87,6 +87,20 @@ void Assign(sqlite3_context* context, int, sqlite3_value** arguments) {
   sqlite3_result_value(context, arguments[1]);
 }
 
+void Next(sqlite3_context* context, int, sqlite3_value**) {
+  Engine& engine = EngineOf(context);
+  int64_t number = 0;
+  try {
+    if (__builtin_add_overflow(engine.next_number.last, engine.next_number.step, &number))
+      Raise(8115);
+    ConvertStored(StoredValue(number), Type(TypeKind::kBigInt), engine.next_number.type);
+  } catch (const SqlError&) {
+    return Fail(context, MakeError(8115, {"IDENTITY", KindText(engine.next_number.type.kind)}));
+  }
+  engine.next_number.last = number;
+  sqlite3_result_int64(context, number);
+}
+
 void NotNull(sqlite3_context* context, int, sqlite3_value** arguments) {
   if (sqlite3_value_type(arguments[0]) != SQLITE_NULL) {
     sqlite3_result_value(context, arguments[0]);
@@ -132,6 +146,7 @@ void RegisterSessionFunctions(SqliteConnection& store, Engine& engine) {
   add("s_object_id", 2, ObjectId);
   add("s_variable", 1, Variable);
   add("s_assign", 4, Assign);
+  add("s_next", 0, Next);
   add("s_not_null", 3, NotNull);
   add("s_top", 1, Top);
   sqlite3_create_function_v2(database, "s_scalar", 1, SQLITE_UTF8, &engine, nullptr, ScalarStep,

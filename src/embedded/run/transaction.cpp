@@ -27,6 +27,7 @@ void Engine::Commit() {
 void Engine::RollbackAll() {
   if (store_.InTransaction()) {
     catalog_.SaveVariables();
+    catalog_.SaveNumbers();
     store_.RunCached("ROLLBACK");
   }
   catalog_.RollBackTo(0);
@@ -43,6 +44,7 @@ void Engine::Rollback(const std::string& name) {
   for (size_t i = save_points_.size(); i-- > 0;) {
     if (!SameName(save_points_[i].name, name)) continue;
     catalog_.SaveVariables();
+    catalog_.SaveNumbers();
     store_.Run("ROLLBACK TO \"save." + std::to_string(i) + '"');
     catalog_.RollBackTo(save_points_[i].mark);
     save_points_.resize(i + 1);
@@ -78,6 +80,7 @@ void StatementGuard::Keep() {
 StatementGuard::~StatementGuard() {
   if (kept_ || !engine_.store_.InTransaction()) return;
   try {
+    engine_.catalog_.SaveNumbers();
     if (own_transaction_) {
       engine_.store_.RunCached("ROLLBACK");
     } else {

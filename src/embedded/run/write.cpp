@@ -11,6 +11,46 @@
 namespace tavcc::sql {
 namespace {
 
+void BeginNumbers(Engine& engine, const Table& table) {
+  const Column& column = table.columns[static_cast<size_t>(table.identity_column)];
+  engine.next_number.last = engine.catalog().Number(table);
+  engine.next_number.step = column.identity_increment;
+  engine.next_number.type = column.type;
+}
+
+// The next value goes on from one that the statement itself has said, where that is further on.
+void KeepExplicitNumber(Engine& engine, const Table& table) {
+  const int64_t written = *engine.identity;
+  const int64_t last = engine.catalog().Number(table);
+  const Column& column = table.columns[static_cast<size_t>(table.identity_column)];
+  if (column.identity_increment > 0 ? written > last : written < last) {
+    engine.catalog().SetNumber(table, written);
+  }
+}
+
+// The error of an INSERT that failed. The identity values of its rows up to the one that was
+// refused are used up.
+SqlError RefusedInsert(Engine& engine, const Plan& plan, const Frame& frame,
+                       std::span<const StoredValue> row, const SqlError& error) {
+  if (!plan.table) return error;
+  const int64_t drawn = engine.next_number.last;
+  // The rows are looked through once more, with the same identity values.
+  if (plan.draws_numbers) BeginNumbers(engine, *plan.table);
+  int64_t refused = 1;
+  SqlError out = RefusedRow(error, *plan.table, "INSERT", [&](const Key& key) {
+    return DuplicateKey(engine, plan, frame, row, key, &refused);
+  });
+  const bool constraint = error.number == kDuplicateRefused || error.number == kNullRefused;
+  const int identity = plan.table->identity_column;
+  if (plan.draws_numbers) {
+    engine.catalog().SetNumber(*plan.table, drawn);
+  } else if (constraint && identity >= 0 &&
+             std::ranges::find(plan.columns, identity) == plan.columns.end()) {
+    engine.catalog().SetNumber(*plan.table, engine.catalog().Number(*plan.table) + refused);
+  }
+  return out;
+}
+
 class WriteInstruction : public Instruction {
  public:
   WriteInstruction(int line, Visible visible) : Instruction(line), visible_(visible) {}
@@ -70,6 +110,7 @@ class InsertInstruction final : public WriteInstruction {
     const BoundInsert bound = binder.BindInsert(statement_, with_identity_);
     plan.table = bound.table;
     plan.columns = bound.columns;
+    plan.draws_numbers = bound.table->draws_identity && !bound.explicit_identity;
     plan.emitted = EmitInsert(bound);
   }
 
@@ -113,6 +154,7 @@ class InsertExecuteInstruction final : public Instruction {
     const BoundInsert bound = binder.BindInsertRows(statement_, columns, false);
     plan.table = bound.table;
     plan.columns = bound.columns;
+    plan.draws_numbers = bound.table->draws_identity && !bound.explicit_identity;
     plan.emitted = EmitInsert(bound);
     for (size_t row = 0; row < rows.count; ++row) {
       RunWrite(engine, plan, frame,
@@ -196,6 +238,7 @@ class DeleteInstruction final : public WriteInstruction {
 void RunWrite(Engine& engine, Plan& plan, Frame& frame, std::span<const StoredValue> row) {
   // Outside a transaction SQLite undoes a failed statement as the transaction that it is.
   const bool guarded = plan.emitted.fails_midway && engine.store().InTransaction();
+  if (plan.draws_numbers) BeginNumbers(engine, *plan.table);
   if (guarded) engine.store().RunCached("SAVEPOINT change");
   try {
     PlanRun run(engine, plan, frame, row);
@@ -206,10 +249,10 @@ void RunWrite(Engine& engine, Plan& plan, Frame& frame, std::span<const StoredVa
       engine.store().RunCached("ROLLBACK TO change");
       engine.store().RunCached("RELEASE change");
     }
-    // An UPDATE is tried again in steps: see there.
-    if (plan.updates && error.number == kDuplicateRefused) throw;
-    throw RefusedRow(error, *plan.table, plan.updates ? "UPDATE" : "INSERT",
-                     [&](const Key& key) { return DuplicateKey(engine, plan, frame, row, key); });
+    if (!plan.updates) throw RefusedInsert(engine, plan, frame, row, error);
+    // An UPDATE whose keys collide is tried again in steps: see there.
+    if (error.number != kNullRefused) throw;
+    throw RefusedRow(error, *plan.table, "UPDATE", [](const Key&) { return std::string(); });
   }
   if (guarded) engine.store().RunCached("RELEASE change");
   engine.row_count = sqlite3_changes(engine.store().handle());
@@ -217,6 +260,11 @@ void RunWrite(Engine& engine, Plan& plan, Frame& frame, std::span<const StoredVa
   engine.identity.reset();
   if (plan.table->identity_column >= 0 && engine.row_count > 0) {
     engine.identity = sqlite3_last_insert_rowid(engine.store().handle());
+  }
+  if (plan.draws_numbers) {
+    engine.catalog().SetNumber(*plan.table, engine.next_number.last);
+  } else if (engine.identity && plan.table->draws_identity) {
+    KeepExplicitNumber(engine, *plan.table);
   }
   frame.scope_identity = engine.identity;
 }
