@@ -88,7 +88,7 @@ BoundQueryPtr Binder::BindBlock(const Query& query, const Scope* parent) {
   Aggregates aggregates;
   select.from = BindFrom(block.from, parent, scope);
   select.distinct = block.distinct;
-  select.top = BindTop(block.top);
+  select.top = BindTop(block.top, !query.order_by.empty());
   aggregates_ = &aggregates;
   aggregates.refusal = 147;
   if (block.where) select.where = Bind(*block.where, scope);
@@ -108,13 +108,17 @@ BoundQueryPtr Binder::BindBlock(const Query& query, const Scope* parent) {
   return bound;
 }
 
-BoundExpressionPtr Binder::BindTop(const std::optional<TopClause>& top) {
-  if (!top) return nullptr;
-  if (top->percent) RaiseUnsupported("TOP … PERCENT");
-  if (top->with_ties) RaiseUnsupported("TOP … WITH TIES");
+BoundTop Binder::BindTop(const std::optional<TopClause>& top, bool ordered) {
+  if (!top) return {};
+  if (top->with_ties && !ordered) Raise(1062);
   auto count = BindValue(*top->count);
-  if (!IsInteger(count->type.kind)) Raise(1060);
-  return Convert(std::move(count), Type(TypeKind::kBigInt));
+  if (top->percent) {
+    count = ConvertImplicitly(std::move(count), Type(TypeKind::kFloat));
+  } else {
+    if (!IsInteger(count->type.kind)) Raise(1060);
+    count = Convert(std::move(count), Type(TypeKind::kBigInt));
+  }
+  return {std::move(count), top->percent, top->with_ties};
 }
 
 void Binder::BindItems(const SelectBlock& block, const Scope& scope, BoundSelect& select) {

@@ -236,7 +236,7 @@ Binder::Scope Binder::BindTarget(const StatementType& statement, Bound& bound) {
     Raise(4421, statement.target.last());
   }
   bound.table = bound.target->table;
-  bound.top = BindTop(statement.top);
+  bound.top = BindTop(statement.top, /*ordered=*/false);
   return scope;
 }
 

@@ -142,7 +142,7 @@ class Binder {
   void BindOrder(const Query& query, const Scope& scope, BoundQuery& bound);
   void BindSetOrder(const Query& query, BoundQuery& bound);
   int OrderOrdinal(const Expression& expression, size_t position, size_t items);
-  BoundExpressionPtr BindTop(const std::optional<TopClause>& top);
+  BoundTop BindTop(const std::optional<TopClause>& top, bool ordered);
   void CheckGrouping(const BoundSelect& select, const Scope& scope,
                      const std::vector<BoundOrder>& order_by);
 

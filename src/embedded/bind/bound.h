@@ -262,9 +262,18 @@ struct BoundItem {
   int variable = -1;  // of SELECT @v = …
 };
 
+// TOP n [PERCENT] [WITH TIES]
+struct BoundTop {
+  BoundExpressionPtr count;  // null when there is no TOP; bigint, or float for PERCENT
+  bool percent = false;
+  bool with_ties = false;
+
+  explicit operator bool() const { return count != nullptr; }
+};
+
 struct BoundSelect {
   bool distinct = false;
-  BoundExpressionPtr top;  // null when none
+  BoundTop top;
   std::vector<BoundItem> items;
   BoundFromPtr from;  // null when none
   BoundConditionPtr where;
@@ -310,7 +319,7 @@ struct BoundInsert {
 
 struct BoundUpdate {
   TablePtr table;
-  BoundExpressionPtr top;
+  BoundTop top;
   std::vector<BoundAssignment> assignments;
   // The target is one of the sources of `from`.
   BoundFromPtr from;
@@ -320,7 +329,7 @@ struct BoundUpdate {
 
 struct BoundDelete {
   TablePtr table;
-  BoundExpressionPtr top;
+  BoundTop top;
   BoundFromPtr from;
   const BoundSource* target = nullptr;
   BoundConditionPtr where;

@@ -77,7 +77,10 @@ std::string DescribeFrom(const BoundFrom& from) {
 std::string DescribeSelect(const BoundSelect& select) {
   std::string out = "select ";
   if (select.distinct) out += "distinct ";
-  if (select.top) out += "top " + Describe(*select.top) + ' ';
+  if (select.top) {
+    out += "top " + Describe(*select.top.count) + (select.top.percent ? " percent " : " ") +
+           (select.top.with_ties ? "with ties " : "");
+  }
   for (size_t i = 0; i < select.items.size(); ++i) {
     const BoundItem& item = select.items[i];
     if (i > 0) out += ", ";

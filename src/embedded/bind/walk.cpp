@@ -15,7 +15,7 @@ void VisitCase(const BoundCase& expression, const ExpressionVisitor& visit,
 }
 
 void VisitSelect(const BoundSelect& select, const ExpressionVisitor& visit) {
-  if (select.top) ForEachExpression(*select.top, visit);
+  if (select.top) ForEachExpression(*select.top.count, visit);
   for (const auto& item : select.items) ForEachExpression(*item.expression, visit);
   if (select.from) ForEachExpression(*select.from, visit);
   if (select.where) ForEachExpression(*select.where, visit);

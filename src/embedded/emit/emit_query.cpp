@@ -13,14 +13,10 @@ bool IsSingleRow(const BoundQuery& query) {
   if (select.grouped && select.group_by.empty()) return true;
   if (!select.from) return true;
   if (select.group_by.empty() && IsOneRow(*select.from, select.where.get())) return true;
-  if (!select.top || select.top->kind != BoundExpression::Kind::kLiteral) return false;
-  const auto& top = static_cast<const BoundLiteral&>(*select.top);
+  if (!select.top || select.top.percent || select.top.with_ties) return false;
+  if (select.top.count->kind != BoundExpression::Kind::kLiteral) return false;
+  const auto& top = static_cast<const BoundLiteral&>(*select.top.count);
   return top.slot < 0 && top.value.integer() <= 1;
-}
-
-// Whether the order of the rows by this value is not SQLite's order of what is stored.
-bool NeedsOrderFunction(const SqlType& type) {
-  return IsScaled(type.kind) && !AlwaysStoredAsInteger(type);
 }
 
 bool MergesRows(const BoundQuery& query) {
@@ -31,8 +27,9 @@ bool MergesRows(const BoundQuery& query) {
 
 std::string Emitter::Query(const BoundQuery& query, bool names) {
   if (query.select) {
+    if (query.select->top.percent || query.select->top.with_ties) return Ranked(query);
     std::string out = Select(*query.select, names, query.select->distinct) + Order(query);
-    if (query.select->top) out += Limit(*query.select->top);
+    if (query.select->top) out += Limit(*query.select->top.count);
     return out;
   }
   std::string out = SetOperation(query);
@@ -42,7 +39,8 @@ std::string Emitter::Query(const BoundQuery& query, bool names) {
   return out + Order(query);
 }
 
-std::string Emitter::Select(const BoundSelect& select, bool names, bool distinct_rows) {
+std::string Emitter::Select(const BoundSelect& select, bool names, bool distinct_rows,
+                            const std::string& more) {
   // Narrowing adds conditions to blocks further in, so it comes before any of them is emitted.
   if (select.from) Narrow(*select.from, select.where.get());
   std::string out = select.distinct ? "SELECT DISTINCT " : "SELECT ";
@@ -52,6 +50,7 @@ std::string Emitter::Select(const BoundSelect& select, bool names, bool distinct
     out += distinct_rows ? Grouping(item) : Expression(item);
     if (names) out += " AS c" + std::to_string(i);
   }
+  out += more;
   if (select.from) out += " FROM " + From(*select.from, select.where.get());
   std::string where = select.where ? Condition(*select.where) : std::string();
   if (const auto narrowed = narrowed_.find(&select); narrowed != narrowed_.end()) {
@@ -171,6 +170,9 @@ Emitted EmitQuery(const BoundQuery& query) {
 std::string Emitter::OrderedItems(const BoundQuery& query) {
   const BoundSelect& select = *query.select;
   if (select.grouped || select.distinct) RaiseUnsupported("an ordered, grouped assigning SELECT");
+  if (select.top.percent || select.top.with_ties) {
+    RaiseUnsupported("PERCENT and WITH TIES in an ordered assigning SELECT");
+  }
   carried_from_ = select.from.get();
   std::string items;
   for (const auto& item : select.items) {
@@ -186,7 +188,7 @@ std::string Emitter::OrderedItems(const BoundQuery& query) {
                      From(*select.from, select.where.get());
   if (select.where) rows += " WHERE " + Condition(*select.where);
   rows += Order(query);
-  if (select.top) rows += Limit(*select.top);
+  if (select.top) rows += Limit(*select.top.count);
   return "WITH q AS MATERIALIZED (" + rows + ") SELECT " + items + " FROM q";
 }
 

@@ -189,7 +189,7 @@ std::string WriteEmitter::MatchedRows(const BoundUpdate& update, const std::stri
   std::string out = " FROM " + From(*update.from, update.where.get());
   if (update.where) out += " WHERE " + Condition(*update.where);
   if (!MatchesOnce(*update.from, update.where.get(), *update.target)) out += " GROUP BY " + row;
-  if (update.top) out += Limit(*update.top);
+  if (update.top) out += LimitOf(update.top, "SELECT 1" + out);
   return out;
 }
 
@@ -221,7 +221,7 @@ std::string WriteEmitter::Delete(const BoundDelete& remove) {
   std::string rows = "SELECT " + SourceName(*remove.target) + '.' + remove.table->rowid + " FROM " +
                      From(*remove.from, remove.where.get());
   if (remove.where) rows += " WHERE " + Condition(*remove.where);
-  if (remove.top) rows += Limit(*remove.top);
+  if (remove.top) rows += LimitOf(remove.top, rows);
   return "DELETE FROM " + remove.table->physical + " WHERE " + remove.table->rowid + " IN (" +
          rows + ')';
 }

@@ -43,7 +43,9 @@ class Emitter {
   // shallow.cpp: "WITH … " of the derived tables that were taken out since the last call, or
   // nothing.
   std::string TakenOut();
-  std::string Limit(const BoundExpression& top);
+  std::string Limit(const BoundExpression& count);
+  // emit_top.cpp: `rows` is the query that is to be cut.
+  std::string LimitOf(const BoundTop& top, const std::string& rows);
   // narrow.cpp: adds conditions to grouped derived tables, so that they are computed only for the
   // keys on which they are joined.
   void Narrow(const BoundFrom& from, const BoundCondition* where);
@@ -86,7 +88,11 @@ class Emitter {
   std::string Test(const BoundCondition& condition);
   std::string Negation(const BoundCondition& operand);
 
-  std::string Select(const BoundSelect& select, bool names, bool distinct_rows);
+  // `more`: further items, each after a comma.
+  std::string Select(const BoundSelect& select, bool names, bool distinct_rows,
+                     const std::string& more = {});
+  // emit_top.cpp
+  std::string Ranked(const BoundQuery& query);
   std::string SetOperation(const BoundQuery& query);
   std::string Arm(const BoundQuery& query, bool distinct_rows);
   std::string Order(const BoundQuery& query);
@@ -126,6 +132,9 @@ std::string Joined(std::span<const std::string> conditions, std::string_view wor
 // The operands of an AND, or the condition itself.
 void ForEachConjunct(const BoundCondition* condition,
                      const std::function<void(const BoundCondition&)>& visit);
+
+// Whether the order of the rows by this value is not SQLite's order of what is stored.
+bool NeedsOrderFunction(const SqlType& type);
 
 std::string SourceName(const BoundSource& source);
 

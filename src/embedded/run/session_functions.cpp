@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <cmath>
+
 #include "embedded/catalog/names.h"
 #include "embedded/run/engine.h"
 
@@ -116,6 +118,15 @@ void Top(sqlite3_context* context, int, sqlite3_value** arguments) {
   sqlite3_result_int64(context, count);
 }
 
+// s_percent(rows, percent): how many rows that is, rounded up.
+void Percent(sqlite3_context* context, int, sqlite3_value** arguments) {
+  if (sqlite3_value_type(arguments[1]) == SQLITE_NULL) return Fail(context, MakeError(1014));
+  const double percent = sqlite3_value_double(arguments[1]);
+  if (percent < 0 || percent > 100) return Fail(context, MakeError(1031));
+  const double rows = sqlite3_value_double(arguments[0]);
+  sqlite3_result_int64(context, static_cast<int64_t>(std::ceil(rows * percent / 100)));
+}
+
 struct ScalarState {
   sqlite3_value* value;
 };
@@ -149,6 +160,7 @@ void RegisterSessionFunctions(SqliteConnection& store, Engine& engine) {
   add("s_next", 0, Next);
   add("s_not_null", 3, NotNull);
   add("s_top", 1, Top);
+  add("s_percent", 2, Percent);
   sqlite3_create_function_v2(database, "s_scalar", 1, SQLITE_UTF8, &engine, nullptr, ScalarStep,
                              ScalarFinal, nullptr);
 }

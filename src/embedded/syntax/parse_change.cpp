@@ -80,6 +80,7 @@ StatementPtr Parser::ParseUpdate() {
   auto update = MakeAt<UpdateStatement>(Take().line);
   if (At(Keyword::kSTATISTICS)) Unsupported("UPDATE STATISTICS");
   update->top = ParseOptionalTop();
+  if (update->top && update->top->with_ties) Fail(156, {"WITH"});
   update->target = TakeTarget();
   Expect(Keyword::kSET);
   do update->assignments.push_back(ParseAssignment());
@@ -138,6 +139,7 @@ ExpressionPtr Parser::ParseCompound(ExpressionPtr target) {
 StatementPtr Parser::ParseDelete() {
   auto statement = MakeAt<DeleteStatement>(Take().line);
   statement->top = ParseOptionalTop();
+  if (statement->top && statement->top->with_ties) Fail(156, {"WITH"});
   Accept(Keyword::kFROM);
   statement->target = TakeTarget();
   RefuseOutputClause();
