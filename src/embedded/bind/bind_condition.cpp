@@ -11,10 +11,6 @@ bool IsExact(const SqlType& type) {
   return IsInteger(type.kind) || IsScaled(type.kind);
 }
 
-bool IsIntegerLiteral(const BoundExpression& expression) {
-  return expression.kind == BoundExpression::Kind::kLiteral && IsInteger(expression.type.kind);
-}
-
 }  // namespace
 
 BoundConditionPtr Binder::BindTest(const Condition& condition) {
@@ -67,15 +63,16 @@ BoundConditionPtr Binder::Bind(const Condition& condition, const Scope& scope) {
 
 BoundConditionPtr Binder::Compare(ComparisonOperator op, BoundExpressionPtr left,
                                   BoundExpressionPtr right) {
+  left = LoosenCompared(std::move(left), right->type);
+  right = LoosenCompared(std::move(right), left->type);
   const SqlType common = CommonType(left->type, right->type);
   auto bound = std::make_unique<BoundComparison>();
   bound->op = op;
-  // Exact numbers are compared at their own scales; a whole literal takes the other's scale, so
-  // that SQLite compares two stored values.
+  // Exact numbers are compared at their own scales.
   const bool exact = IsExact(left->type) && IsExact(right->type);
   if (exact && IsScaled(common.kind)) {
-    if (IsIntegerLiteral(*left)) left = Convert(std::move(left), right->type);
-    if (IsIntegerLiteral(*right)) right = Convert(std::move(right), left->type);
+    left = ScaleCompared(std::move(left), right->type);
+    right = ScaleCompared(std::move(right), left->type);
   } else if (left->type.kind != common.kind || right->type.kind != common.kind) {
     const auto same_kind = [&](const SqlType& type) { return type.kind == common.kind; };
     if (!same_kind(left->type)) left = ConvertImplicitly(std::move(left), common);
@@ -105,6 +102,7 @@ BoundConditionPtr Binder::BindInList(const InListCondition& in, const Scope& sco
   SqlType common = operand->type;
   for (const auto& value : in.values) {
     values.push_back(Bind(*value, scope));
+    LoosenText(*values.back());
     common = CommonType(common, values.back()->type);
   }
   const auto same = [&](const SqlType& type) {
@@ -145,6 +143,7 @@ BoundConditionPtr Binder::BindInQuery(const InQueryCondition& in, const Scope& s
 BoundConditionPtr Binder::BindLike(const LikeCondition& like, const Scope& scope) {
   const auto text = [&](const Expression& expression) {
     auto value = Bind(expression, scope);
+    LoosenText(*value);
     return IsText(value->type.kind)
                ? std::move(value)
                : ConvertImplicitly(std::move(value), TextType(TypeKind::kVarChar, 8000));

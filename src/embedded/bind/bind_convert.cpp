@@ -3,8 +3,111 @@
 
 #include "embedded/bind/binder.h"
 #include "embedded/bind/walk.h"
+#include "embedded/types/stored_form.h"
 
 namespace tavcc::sql {
+namespace {
+
+// Texts of this length are of one type in all comparisons, plain or national.
+constexpr int kLongestLoose = 4000;
+
+// The literal that `value` is, also below a sign, when it can be exchanged and its type has a
+// length, or a precision and a scale. Null when it is none.
+BoundLiteral* LiteralOfManyTypes(BoundExpression& value) {
+  if (value.kind == BoundExpression::Kind::kUnary) {
+    auto& unary = static_cast<BoundUnary&>(value);
+    if (unary.type.kind != TypeKind::kDecimal) return nullptr;
+    return LiteralOfManyTypes(*unary.operand);
+  }
+  if (value.kind != BoundExpression::Kind::kLiteral) return nullptr;
+  auto& literal = static_cast<BoundLiteral&>(value);
+  const bool many = literal.type.kind == TypeKind::kDecimal || IsText(literal.type.kind);
+  return literal.slot >= 0 && many ? &literal : nullptr;
+}
+
+// The type in which a number literal is compared with exact numbers of type `other`: of the same
+// scale, so that SQLite compares two stored values, and with room for the literal where `other` has
+// none.
+SqlType ComparedType(const SqlType& literal, const SqlType& other) {
+  constexpr int kStoredAsInteger = 18, kMost = 38;
+  const int scale = StoredScale(other);
+  if (!IsMoney(other.kind) && NeverFails(literal, other, ConvertMode::kCast)) return other;
+  const SqlType small = DecimalType(kStoredAsInteger, std::min(scale, kStoredAsInteger));
+  const bool fits = AlwaysStoredAsInteger(other) && NeverFails(literal, small, ConvertMode::kCast);
+  return fits ? small : DecimalType(kMost, scale);
+}
+
+BoundExpressionPtr Converted(BoundExpressionPtr value, const SqlType& to, ConvertMode mode) {
+  if (value->kind == BoundExpression::Kind::kUnary) {
+    auto& unary = static_cast<BoundUnary&>(*value);
+    unary.operand = Converted(std::move(unary.operand), to, mode);
+    unary.type = to;
+    return value;
+  }
+  // Also where the types are the same: the next literal's may be another.
+  auto converted = std::make_unique<BoundConvert>(std::move(value), to);
+  converted->mode = mode;
+  return converted;
+}
+
+}  // namespace
+
+bool LiteralFit::Includes(const SqlType& type) const {
+  return type == known ||
+         (NeverFails(type, to, mode) && (!lossless || type.scale <= StoredScale(to)));
+}
+
+BoundExpressionPtr Binder::ConvertLiteral(BoundExpressionPtr value, const SqlType& to, Place place,
+                                          ConvertMode mode) {
+  const BoundLiteral* literal = LiteralOfManyTypes(*value);
+  if (literal == nullptr) return value;
+  const bool bare = literal == value.get();
+  if (!bare && to.kind != TypeKind::kDecimal) return value;
+  if (HowConvertible(literal->type, to) != Convertibility::kImplicit) return value;
+  const auto slot = static_cast<size_t>(literal->slot);
+  if (place != kValueAlone || !bare) {
+    if (!NeverFails(literal->type, to, mode)) return value;
+    result_.fits.push_back({slot, to, mode, false, literal->type});
+  }
+  --result_.exact[slot];
+  return Converted(std::move(value), to, mode);
+}
+
+BoundExpressionPtr Binder::LoosenCompared(BoundExpressionPtr value, const SqlType& other) {
+  const BoundLiteral* literal = LiteralOfManyTypes(*value);
+  if (literal == nullptr) return value;
+  if (IsText(literal->type.kind)) {
+    LoosenText(*value);
+    return value;
+  }
+  if (IsApproximate(other.kind)) return ConvertLiteral(std::move(value), other, kAmongRows);
+  if (!IsScaled(other.kind)) return value;
+  const LiteralFit fit{static_cast<size_t>(literal->slot), ComparedType(literal->type, other),
+                       ConvertMode::kCast, true, SqlType{}};
+  if (!fit.Includes(literal->type)) return value;
+  result_.fits.push_back(fit);
+  --result_.exact[fit.slot];
+  return Converted(std::move(value), fit.to, fit.mode);
+}
+
+// Money is of higher precedence than int, so the int has to fit; a decimal gets the digits it
+// lacks.
+BoundExpressionPtr Binder::ScaleCompared(BoundExpressionPtr value, const SqlType& other) {
+  if (value->kind != BoundExpression::Kind::kLiteral || !IsInteger(value->type.kind)) return value;
+  const SqlType type = IsMoney(other.kind) ? other : ComparedType(value->type, other);
+  const bool fits = IsMoney(other.kind) || NeverFails(value->type, type, ConvertMode::kCast);
+  return fits ? Convert(std::move(value), type) : std::move(value);
+}
+
+void Binder::LoosenText(BoundExpression& value) {
+  BoundLiteral* literal = LiteralOfManyTypes(value);
+  if (literal == nullptr || !IsText(literal->type.kind)) return;
+  if (literal->type.length == SqlType::kMax || literal->type.length > kLongestLoose) return;
+  const auto slot = static_cast<size_t>(literal->slot);
+  literal->type.length = kLongestLoose;
+  result_.fits.push_back({slot, literal->type, ConvertMode::kAssign, false, SqlType{}});
+  --result_.exact[slot];
+}
 
 BoundExpressionPtr Binder::Convert(BoundExpressionPtr value, const SqlType& to, ConvertMode mode) {
   if (value->type == to) return value;

@@ -86,12 +86,14 @@ Binder::Binder(const Catalog& catalog, std::span<const VariableInfo> variables,
                std::span<const TypedValue> literals, BindResult& result)
     : catalog_(catalog), variables_(variables), literals_(literals), result_(result) {
   result_.uses.resize(literals.size(), LiteralUse::kKind);
+  result_.exact.resize(literals.size());
 }
 
 BoundExpressionPtr Binder::BindValue(const Expression& expression,
                                      const std::optional<SqlType>& type) {
   auto value = Bind(expression, Scope{});
-  return type ? ConvertImplicitly(std::move(value), *type) : std::move(value);
+  if (!type) return value;
+  return ConvertImplicitly(ConvertLiteral(std::move(value), *type, kValueAlone), *type);
 }
 
 BoundExpressionPtr Binder::Bind(const Expression& expression, const Scope& scope) {
@@ -128,7 +130,7 @@ BoundExpressionPtr Binder::BindLiteral(const LiteralExpression& literal) {
     return std::make_unique<BoundLiteral>(EvaluateLiteral(literal.form, literal.text), -1);
   }
   const auto slot = static_cast<size_t>(literal.slot);
-  result_.uses[slot] = std::max(result_.uses[slot], LiteralUse::kType);
+  ++result_.exact[slot];
   return std::make_unique<BoundLiteral>(literals_[slot], literal.slot);
 }
 

@@ -134,6 +134,7 @@ void Binder::BindItems(const SelectBlock& block, const Scope& scope, BoundSelect
       ++assignments;
       bound.variable = FindVariable(item.variable);
       const SqlType type = variables_[static_cast<size_t>(bound.variable)].type;
+      bound.expression = ConvertLiteral(std::move(bound.expression), type, kAmongRows);
       bound.expression = ConvertImplicitly(std::move(bound.expression), type);
     } else {
       bound.name = item.alias.empty() ? ColumnName(*item.expression) : item.alias;

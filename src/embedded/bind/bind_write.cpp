@@ -56,8 +56,10 @@ BoundExpressionPtr Binder::BindDefault(const Column& column) {
   return value;
 }
 
-BoundExpressionPtr Binder::Assign(const Table& table, int index, BoundExpressionPtr value) {
+BoundExpressionPtr Binder::Assign(const Table& table, int index, BoundExpressionPtr value,
+                                  Place place) {
   const Column& column = table.columns[static_cast<size_t>(index)];
+  value = ConvertLiteral(std::move(value), column.type, place, ConvertMode::kAssign);
   if (value->type.kind != TypeKind::kNull) CheckImplicit(value->type, column.type);
   value = Convert(std::move(value), column.type, ConvertMode::kAssign);
   if (value->kind == BoundExpression::Kind::kConvert) {
@@ -122,7 +124,7 @@ void Binder::BindInsertValues(const InsertStatement& insert, BoundInsert& bound)
       const int column = bound.columns[i];
       auto value = row[i] ? BindValue(*row[i])
                           : BindDefault(bound.table->columns[static_cast<size_t>(column)]);
-      values.push_back(Assign(*bound.table, column, std::move(value)));
+      values.push_back(Assign(*bound.table, column, std::move(value), kValueAlone));
     }
   }
 }

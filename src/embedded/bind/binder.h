@@ -37,9 +37,23 @@ enum class LiteralUse : uint8_t {
   kValue,
 };
 
+// The bound tree is good for another literal in this slot if its type, too, converts to `to` and
+// never fails; `lossless`: nor loses decimals.
+struct LiteralFit {
+  size_t slot = 0;
+  SqlType to;
+  ConvertMode mode = ConvertMode::kCast;
+  bool lossless = false;
+  SqlType known;  // a type that was found to do so
+
+  bool Includes(const SqlType& type) const;
+};
+
 struct BindResult {
   std::vector<Dependency> dependencies;
   std::vector<LiteralUse> uses;  // by slot
+  std::vector<int> exact;        // by slot: the places where the very type of the literal counts
+  std::vector<LiteralFit> fits;
 };
 
 class Binder {
@@ -79,6 +93,11 @@ class Binder {
   struct Scope {
     const Scope* parent = nullptr;
     std::vector<const BoundSource*> sources;
+  };
+  // Where in a statement a value stands.
+  enum Place : uint8_t {
+    kAmongRows,   // it may be computed for no row, or after others were changed
+    kValueAlone,  // it is computed first of all (see Emitter::Expression, `certain`)
   };
   // What the block at hand makes of aggregates.
   struct Aggregates {
@@ -152,7 +171,8 @@ class Binder {
   void ConvertQueryRows(BoundInsert& bound, bool all_columns);
   void AddDefaults(BoundInsert& bound);
   BoundExpressionPtr BindDefault(const Column& column);
-  BoundExpressionPtr Assign(const Table& table, int index, BoundExpressionPtr value);
+  BoundExpressionPtr Assign(const Table& table, int index, BoundExpressionPtr value,
+                            Place place = kAmongRows);
   template <class Statement, class Bound>
   Scope BindTarget(const Statement& statement, Bound& bound);
 
@@ -164,6 +184,18 @@ class Binder {
   BoundExpressionPtr ConvertImplicitly(BoundExpressionPtr value, const SqlType& to);
   // Brings the columns of a query to `types`, inside its blocks where that changes nothing else.
   void ConvertColumns(BoundQuery& query, const std::vector<SqlType>& types);
+  // When `value` is a literal, also with a sign, that becomes a value of `to`: writes the
+  // conversion out such that the tree is good for literals of other lengths, precisions and scales.
+  // Otherwise, and where that cannot be, leaves it as it is.
+  BoundExpressionPtr ConvertLiteral(BoundExpressionPtr value, const SqlType& to, Place place,
+                                    ConvertMode mode = ConvertMode::kCast);
+  // The same for a literal that is compared with a value of type `other`.
+  BoundExpressionPtr LoosenCompared(BoundExpressionPtr value, const SqlType& other);
+  // The same for a text of which nothing but its characters counts.
+  void LoosenText(BoundExpression& value);
+  // A whole literal beside a decimal or money takes its scale, so that SQLite compares two stored
+  // values.
+  BoundExpressionPtr ScaleCompared(BoundExpressionPtr value, const SqlType& other);
   // Notes what of the literals inside an expression the tree depends on.
   void Use(const BoundExpression& expression, LiteralUse use);
 

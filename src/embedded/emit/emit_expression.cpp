@@ -9,20 +9,13 @@
 #include "embedded/catalog/sqlite.h"
 #include "embedded/emit/emitter_impl.h"
 #include "embedded/functions/functions.h"
+#include "embedded/types/stored_form.h"
 
 namespace tavcc::sql {
 namespace {
 
 std::string Number(int64_t value) {
   return std::to_string(value);
-}
-
-bool Fits(int from, int to) {
-  return to == SqlType::kMax || (from != SqlType::kMax && from <= to);
-}
-
-bool IsFixedText(TypeKind kind) {
-  return kind == TypeKind::kChar || kind == TypeKind::kNChar;
 }
 
 // The part of an arithmetic function's name that says what it works on.
@@ -95,44 +88,6 @@ std::string StoredText(const StoredValue& value) {
 }
 
 }  // namespace
-
-bool IsSameStored(const SqlType& from, const SqlType& to) {
-  if (from == to) return true;
-  if (IsInteger(from.kind)) {
-    if (IsInteger(to.kind)) return to.kind >= from.kind && to.kind != TypeKind::kBit;
-    return to.kind == TypeKind::kDecimal && to.scale == 0 &&
-           to.precision >= AsDecimal(from).precision;
-  }
-  if (IsScaled(from.kind)) {
-    if (from.kind == TypeKind::kSmallMoney && to.kind == TypeKind::kMoney) return true;
-    return to.kind == TypeKind::kDecimal && to.scale == StoredScale(from) &&
-           to.precision >= AsDecimal(from).precision;
-  }
-  if (sql::IsText(from.kind)) {
-    if (!sql::IsText(to.kind) || IsFixedText(to.kind)) return false;
-    return Fits(from.length, to.length) && (IsNationalText(to.kind) || !IsNationalText(from.kind));
-  }
-  if (from.kind == TypeKind::kReal) return to.kind == TypeKind::kFloat;
-  if (from.kind == TypeKind::kDate || from.kind == TypeKind::kSmallDateTime) {
-    return to.kind == TypeKind::kDateTime;
-  }
-  return false;
-}
-
-bool NeverFails(const SqlType& from, const SqlType& to, ConvertMode mode) {
-  if (IsSameStored(from, to)) return true;
-  if (sql::IsText(from.kind)) return sql::IsText(to.kind) && mode == ConvertMode::kCast;
-  if (IsInteger(from.kind) && IsScaled(to.kind)) {
-    const SqlType decimal = AsDecimal(to);
-    return decimal.precision - decimal.scale >= AsDecimal(from).precision;
-  }
-  if (IsScaled(from.kind) && IsScaled(to.kind)) {
-    // Rounding can carry into one more digit.
-    const SqlType a = AsDecimal(from), b = AsDecimal(to);
-    return b.precision - b.scale >= a.precision - a.scale + (b.scale < a.scale ? 1 : 0);
-  }
-  return (IsInteger(from.kind) || IsScaled(from.kind)) && IsApproximate(to.kind);
-}
 
 std::string Emitter::Plain(const BoundExpression& expression, bool certain) {
   switch (expression.kind) {

@@ -48,9 +48,4 @@ Emitted EmitDelete(const BoundDelete& remove);
 // One row: the values, then the condition as 1, 0 or NULL.
 Emitted EmitValues(const BoundValues& values);
 
-// Whether a value of `from` is stored the same way as `to`, whatever it is.
-bool IsSameStored(const SqlType& from, const SqlType& to);
-// Whether no value of `from` fails to convert to `to`.
-bool NeverFails(const SqlType& from, const SqlType& to, ConvertMode mode);
-
 }  // namespace tavcc::sql

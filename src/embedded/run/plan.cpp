@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include "embedded/run/engine.h"
+#include "embedded/types/stored_form.h"
 
 namespace tavcc::sql {
 namespace {
@@ -64,6 +65,9 @@ bool Plan::IsFor(std::span<const TypedValue> current) const {
   for (const size_t slot : particular) {
     if (!SameLiteral(literals[slot], current[slot], binding.uses[slot])) return false;
   }
+  for (const LiteralFit& fit : binding.fits) {
+    if (!fit.Includes(current[fit.slot].type)) return false;
+  }
   return true;
 }
 
@@ -92,7 +96,8 @@ Plan& PlanCache::Add(Engine& engine, std::unique_ptr<Plan> plan) {
   engine.CountCompiled();
   plan->epoch = engine.catalog().epoch();
   for (size_t slot = 0; slot < plan->binding.uses.size(); ++slot) {
-    const LiteralUse use = plan->binding.uses[slot];
+    LiteralUse& use = plan->binding.uses[slot];
+    if (plan->binding.exact[slot] > 0) use = std::max(use, LiteralUse::kType);
     const TypeKind kind = plan->literals[slot].type.kind;
     const bool one_type = kind == TypeKind::kInt || kind == TypeKind::kFloat;
     if (use > (one_type ? LiteralUse::kType : LiteralUse::kKind)) plan->particular.push_back(slot);

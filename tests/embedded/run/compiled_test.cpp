@@ -39,6 +39,43 @@ TEST_F(Compiled, OtherValuesAreNoOtherStatement) {
   EXPECT_EQ(0, CompiledBy("update t set q=q+(999.99) where a=12"));
 }
 
+// Length, precision and scale of a literal count only where the answer depends on them.
+TEST_F(Compiled, OtherLengthsAreNoOtherStatementEither) {
+  Run("create table t (a int not null primary key, b nvarchar(40), c char(8), q decimal(28,10), "
+      "p decimal(5,2), f float)");
+  const std::pair<const char*, const char*> rows[] = {
+      {"insert into t values (1,'a','b',1.5,1.25,2.5)",
+       "insert into t values (2,'longer than one','bcd',12.345,100.1,30.25)"},
+      {"insert into t values (3,'a','b',-1.5,1.25,2.5)",
+       "insert into t values (4,'bc','',-1.505,999.99,0.125)"},
+      {"select a from t where p=1.5", "select a from t where p=10.25"},
+      {"update t set c='x' where a=1", "update t set c='xyz' where a=2"},
+      {"update t set b='x',q=1.5,p=2.5 where a=1", "update t set b='xyz',q=100.25,p=7. where a=2"},
+      {"update t set q=q,p=-2.5 where a=1", "update t set q=q,p=-10.25 where a=2"},
+      {"select a from t where b='x' and c=N'b'", "select a from t where b='xyz' and c=N'bcd'"},
+      {"select a from t where b like 'x%'", "select a from t where b like '%letters%'"},
+      {"select a from t where b in ('x','y')", "select a from t where b in ('xyz','')"},
+      {"select a from t where q=1.5 or p<-2.5", "select a from t where q=100.25 or p<-10.2"},
+      {"select a from t where f>1.5 and q between 0.5 and 100.0",
+       "select a from t where f>2.25 and q between 0.125 and 9.99"},
+      {"select a from t where q>3000000000", "select a from t where q>30000000000"},
+      {"delete t where b='nobody'", "delete t where b='nobody at all'"},
+      {"declare @b nvarchar(9), @q decimal(9,2) set @b='a' select @q=1.5",
+       "declare @b nvarchar(9), @q decimal(9,2) set @b='abc' select @q=12.345"},
+  };
+  for (const auto& [first, second] : rows) {
+    EXPECT_LT(0, CompiledBy(first)) << first;
+    EXPECT_EQ(0, CompiledBy(second)) << second;
+  }
+  // A text that the column is too short for, and decimals beyond the column's, take another way.
+  EXPECT_LT(0, CompiledBy("update t set c='123456789' where a=9"));
+  EXPECT_LT(0, CompiledBy("select a from t where p=1.125"));
+  // The type of a result is that of its literal.
+  Run("select 'abc' as x, 1.5 as y");
+  EXPECT_LT(0, CompiledBy("select 'abcd' as x, 1.5 as y"));
+  EXPECT_LT(0, CompiledBy("select 'abc' as x, 1.50 as y"));
+}
+
 // Of more programs than are kept, those go that were not used for longest.
 TEST_F(Compiled, WhatIsUsedStays) {
   Run("create table t (a int not null primary key)");
