@@ -65,8 +65,10 @@ const int64_t* ConstantOf(const BoundExpression& expression, int64_t& value) {
 }  // namespace
 
 BoundColumn::BoundColumn(const BoundSource& s, int c)
-    : BoundExpression(Kind::kColumn, s.columns[static_cast<size_t>(c)].type,
-                      s.columns[static_cast<size_t>(c)].nullable),
+    : BoundExpression(
+          Kind::kColumn,
+          c == kRowNumber ? sql::Type(TypeKind::kBigInt) : s.columns[static_cast<size_t>(c)].type,
+          c == kRowNumber || s.columns[static_cast<size_t>(c)].nullable),
       source(&s),
       column(c) {}
 

@@ -131,6 +131,7 @@ BoundFromPtr Binder::BindView(const View& view, const std::string& alias) {
   auto* const aggregates = std::exchange(aggregates_, nullptr);
   auto source = std::make_unique<BoundSource>();
   source->alias = alias;
+  source->is_view = true;
   source->query = BindInner(*view.statement->query, nullptr);
   variables_ = variables;
   aggregates_ = aggregates;

@@ -72,17 +72,25 @@ BoundExpressionPtr Binder::Assign(const Table& table, int index, BoundExpression
   return value;
 }
 
-void Binder::BindInsertColumns(const InsertStatement& insert, bool identity_insert,
+TablePtr Binder::BindInsertTarget(const InsertStatement& insert, std::vector<std::string>& names) {
+  if (!catalog_.FindTable(insert.table)) {
+    const CatalogObjectPtr object = catalog_.Find(insert.table);
+    if (object && object->view) return BindViewColumns(insert.table, object, names);
+  }
+  return RequireTable(insert.table);
+}
+
+void Binder::BindInsertColumns(const std::vector<std::string>& names, bool identity_insert,
                                BoundInsert& bound) {
   const Table& table = *bound.table;
-  for (const std::string& name : insert.columns) {
+  for (const std::string& name : names) {
     const int column = table.FindColumn(name);
     if (column < 0) Raise(207, name);
     if (Contains(bound.columns, column)) Raise(264, name);
     if (column == table.identity_column && !identity_insert) Raise(544, table.name);
     bound.columns.push_back(column);
   }
-  if (!insert.columns.empty()) {
+  if (!names.empty()) {
     if (identity_insert && !Contains(bound.columns, table.identity_column)) {
       Raise(545, table.name);
     }
@@ -96,12 +104,13 @@ void Binder::BindInsertColumns(const InsertStatement& insert, bool identity_inse
 
 BoundInsert Binder::BindInsert(const InsertStatement& insert, bool identity_insert) {
   BoundInsert bound;
-  bound.table = RequireTable(insert.table);
+  std::vector<std::string> names = insert.columns;
+  bound.table = BindInsertTarget(insert, names);
   if (insert.rows.empty() && !insert.query) {
     AddDefaults(bound);
     return bound;
   }
-  BindInsertColumns(insert, identity_insert, bound);
+  BindInsertColumns(names, identity_insert, bound);
   bound.explicit_identity = Contains(bound.columns, bound.table->identity_column);
   if (insert.query) {
     bound.query = BindQuery(*insert.query);
@@ -195,8 +204,9 @@ BoundInsert Binder::BindInsertInto(const TablePtr& table, BoundQueryPtr query) {
 BoundInsert Binder::BindInsertRows(const InsertStatement& insert,
                                    std::span<const SourceColumn> columns, bool identity_insert) {
   BoundInsert bound;
-  bound.table = RequireTable(insert.table);
-  BindInsertColumns(insert, identity_insert, bound);
+  std::vector<std::string> names = insert.columns;
+  bound.table = BindInsertTarget(insert, names);
+  BindInsertColumns(names, identity_insert, bound);
   if (columns.size() != bound.columns.size()) Raise(213);
   auto& row = bound.rows.emplace_back();
   for (size_t i = 0; i < columns.size(); ++i) {
@@ -217,7 +227,9 @@ Binder::Scope Binder::BindTarget(const StatementType& statement, Bound& bound) {
   TablePtr table = catalog_.FindTable(statement.target);
   if (bound.from) bound.target = FindTarget(*bound.from, statement.target, table);
   if (bound.target == nullptr) {
-    auto own = BindTable(RequireTable(statement.target), statement.target.last());
+    NamedTable named;
+    named.name = statement.target;
+    auto own = BindNamed(named);
     own->source->id = next_source_++;
     bound.target = own->source.get();
     scope.sources.push_back(own->source.get());
@@ -231,12 +243,6 @@ Binder::Scope Binder::BindTarget(const StatementType& statement, Bound& bound) {
       bound.from = std::move(own);
     }
   }
-  if (!bound.target->table) {
-    if (const auto object = catalog_.Find(statement.target); object && object->view) {
-      RaiseUnsupported("changing rows through a view");
-    }
-    Raise(4421, statement.target.last());
-  }
   bound.table = bound.target->table;
   bound.top = BindTop(statement.top, /*ordered=*/false);
   return scope;
@@ -245,6 +251,18 @@ Binder::Scope Binder::BindTarget(const StatementType& statement, Bound& bound) {
 BoundUpdate Binder::BindUpdate(const UpdateStatement& update) {
   BoundUpdate bound;
   const Scope scope = BindTarget(update, bound);
+  std::vector<std::string> names;
+  for (const Assignment& assignment : update.assignments) {
+    if (!assignment.column.empty()) names.push_back(assignment.column);
+  }
+  if (!bound.table) {
+    auto& target = const_cast<BoundSource&>(*bound.target);
+    const auto columns_of_base = BaseColumns(target, names, bound.table, bound.row_column);
+    for (size_t i = 0; i < names.size(); ++i) {
+      names[i] = bound.table->columns[static_cast<size_t>(columns_of_base[i])].name;
+    }
+  }
+  size_t next_name = 0;
   Aggregates aggregates{157, false, false};
   aggregates_ = &aggregates;
   std::vector<int> columns;
@@ -256,7 +274,7 @@ BoundUpdate Binder::BindUpdate(const UpdateStatement& update) {
       bound.assignments.push_back({-1, std::move(value), variable, type});
       continue;
     }
-    const int index = bound.table->FindColumn(assignment.column);
+    const int index = bound.table->FindColumn(names[next_name++]);
     if (index < 0) Raise(207, assignment.column);
     if (Contains(columns, index)) Raise(264, assignment.column);
     if (index == bound.table->identity_column) Raise(8102, assignment.column);
@@ -276,6 +294,9 @@ BoundUpdate Binder::BindUpdate(const UpdateStatement& update) {
 BoundDelete Binder::BindDelete(const DeleteStatement& remove) {
   BoundDelete bound;
   const Scope scope = BindTarget(remove, bound);
+  if (!bound.table) {
+    BaseColumns(const_cast<BoundSource&>(*bound.target), {}, bound.table, bound.row_column);
+  }
   Aggregates aggregates{147, false, false};
   aggregates_ = &aggregates;
   if (remove.where) bound.where = Bind(*remove.where, scope);

@@ -166,13 +166,25 @@ class Binder {
                      const std::vector<BoundOrder>& order_by);
 
   // bind_write.cpp
-  void BindInsertColumns(const InsertStatement& insert, bool identity_insert, BoundInsert& bound);
+  void BindInsertColumns(const std::vector<std::string>& names, bool identity_insert,
+                         BoundInsert& bound);
   void BindInsertValues(const InsertStatement& insert, BoundInsert& bound);
   void ConvertQueryRows(BoundInsert& bound, bool all_columns);
   void AddDefaults(BoundInsert& bound);
   BoundExpressionPtr BindDefault(const Column& column);
   BoundExpressionPtr Assign(const Table& table, int index, BoundExpressionPtr value,
                             Place place = kAmongRows);
+  // bind_view_write.cpp
+  // The base table of columns of a view or derived table, and their places in it; without names the
+  // one table that its rows come from. The target gets a column with the number of the table's row.
+  // Errors: 207, 4403, 4405, 4406, 4426; of a derived table 4417, 4418, 4420, 4421.
+  std::vector<int> BaseColumns(BoundSource& target, const std::vector<std::string>& names,
+                               TablePtr& table, int& row_column);
+  // The base table of a view that rows are inserted into; the names, all of the view's where there
+  // are none, become those of its columns. Errors: the same.
+  TablePtr BindViewColumns(const ObjectName& name, const CatalogObjectPtr& object,
+                           std::vector<std::string>& names);
+  TablePtr BindInsertTarget(const InsertStatement& insert, std::vector<std::string>& names);
   template <class Statement, class Bound>
   Scope BindTarget(const Statement& statement, Bound& bound);
 

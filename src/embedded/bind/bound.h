@@ -91,6 +91,8 @@ struct BoundSessionValue final : BoundExpression {
 };
 
 struct BoundColumn final : BoundExpression {
+  // In place of a column: the number of the row in its table.
+  static constexpr int kRowNumber = -1;
   BoundColumn(const BoundSource& s, int column);
   const BoundSource* source;
   int column;
@@ -239,8 +241,9 @@ struct SourceColumn {
 
 // One table or derived table in a FROM clause.
 struct BoundSource {
-  int id = 0;               // of the statement: the emitted alias is "s" and the id
-  std::string alias;        // under which its columns are qualified
+  int id = 0;         // of the statement: the emitted alias is "s" and the id
+  std::string alias;  // under which its columns are qualified
+  bool is_view = false;
   bool correlated = false;  // whether the statement gave it that name
   TablePtr table;           // or
   BoundQueryPtr query;
@@ -324,6 +327,8 @@ struct BoundUpdate {
   // The target is one of the sources of `from`.
   BoundFromPtr from;
   const BoundSource* target = nullptr;
+  // Where the target is a view or a derived table: its column with the number of the table's row.
+  int row_column = -1;
   BoundConditionPtr where;
 };
 
@@ -332,6 +337,8 @@ struct BoundDelete {
   BoundTop top;
   BoundFromPtr from;
   const BoundSource* target = nullptr;
+  // Where the target is a view or a derived table: its column with the number of the table's row.
+  int row_column = -1;
   BoundConditionPtr where;
 };
 

@@ -135,6 +135,7 @@ std::string Describe(const BoundExpression& expression) {
                    expression.type);
     case BoundExpression::Kind::kColumn: {
       const auto& column = static_cast<const BoundColumn&>(expression);
+      if (column.column == BoundColumn::kRowNumber) return column.source->alias + ".row";
       return Typed(column.source->alias + '.' +
                        column.source->columns[static_cast<size_t>(column.column)].name,
                    column.type);

@@ -163,6 +163,7 @@ std::string SourceName(const BoundSource& source) {
 
 std::string Emitter::Column(const BoundColumn& column) {
   const std::string source = SourceName(*column.source) + '.';
+  if (column.column == BoundColumn::kRowNumber) return source + column.source->table->rowid;
   std::string text =
       column.source->table
           ? source +

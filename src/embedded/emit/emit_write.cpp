@@ -56,6 +56,13 @@ void CollectConditions(const BoundFrom& from, std::vector<const BoundCondition*>
   if (from.on) conditions.push_back(from.on.get());
 }
 
+// The number of the row that is changed.
+template <class Change>
+std::string RowOf(const Change& change) {
+  return SourceName(*change.target) + '.' +
+         (change.row_column < 0 ? change.table->rowid : 'c' + std::to_string(change.row_column));
+}
+
 class WriteEmitter : public Emitter {
  public:
   using Emitter::Emitter;
@@ -155,7 +162,7 @@ std::string WriteEmitter::UpdateInner(const BoundUpdate& update) {
 // All new values first, by row number; of several matches of one row the first counts.
 std::string WriteEmitter::UpdateByRowNumber(const BoundUpdate& update) {
   Narrow(*update.from, update.where.get());
-  const std::string row = SourceName(*update.target) + '.' + update.table->rowid;
+  const std::string row = RowOf(update);
   std::string values = "SELECT " + row + " AS r";
   std::string assignments;
   for (size_t i = 0; i < update.assignments.size(); ++i) {
@@ -175,7 +182,7 @@ std::string WriteEmitter::Update(const BoundUpdate& update) {
   const bool reads = std::ranges::any_of(
       update.assignments,
       [&](const BoundAssignment& assignment) { return Reads(*assignment.value, update.table); });
-  if (!reads && !update.top) {
+  if (!reads && !update.top && update.row_column < 0) {
     if (IsAlone(*update.from)) return UpdateAlone(update);
     if (OnlyInner(*update.from) && MatchesOnce(*update.from, update.where.get(), *update.target)) {
       return UpdateInner(update);
@@ -188,14 +195,19 @@ std::string WriteEmitter::Update(const BoundUpdate& update) {
 std::string WriteEmitter::MatchedRows(const BoundUpdate& update, const std::string& row) {
   std::string out = " FROM " + From(*update.from, update.where.get());
   if (update.where) out += " WHERE " + Condition(*update.where);
-  if (!MatchesOnce(*update.from, update.where.get(), *update.target)) out += " GROUP BY " + row;
+  // A view may show a row several times, or, where it joins, none.
+  const bool through_view = update.row_column >= 0;
+  if (through_view) out += (update.where ? " AND " : " WHERE ") + row + " IS NOT NULL";
+  if (through_view || !MatchesOnce(*update.from, update.where.get(), *update.target)) {
+    out += " GROUP BY " + row;
+  }
   if (update.top) out += LimitOf(update.top, "SELECT 1" + out);
   return out;
 }
 
 std::string WriteEmitter::UpdatedRows(const BoundUpdate& update) {
   Narrow(*update.from, update.where.get());
-  const std::string row = SourceName(*update.target) + '.' + update.table->rowid;
+  const std::string row = RowOf(update);
   std::string out = "SELECT " + row;
   for (const auto& assignment : update.assignments) {
     const std::string value = Expression(*assignment.value);
@@ -212,14 +224,13 @@ std::string WriteEmitter::UpdatedRows(const BoundUpdate& update) {
 }
 
 std::string WriteEmitter::Delete(const BoundDelete& remove) {
-  if (IsAlone(*remove.from) && !remove.top) {
+  if (IsAlone(*remove.from) && !remove.top && remove.row_column < 0) {
     std::string out = "DELETE FROM " + Source(*remove.target);
     if (remove.where) out += " WHERE " + Condition(*remove.where);
     return out;
   }
   Narrow(*remove.from, remove.where.get());
-  std::string rows = "SELECT " + SourceName(*remove.target) + '.' + remove.table->rowid + " FROM " +
-                     From(*remove.from, remove.where.get());
+  std::string rows = "SELECT " + RowOf(remove) + " FROM " + From(*remove.from, remove.where.get());
   if (remove.where) rows += " WHERE " + Condition(*remove.where);
   if (remove.top) rows += LimitOf(remove.top, rows);
   return "DELETE FROM " + remove.table->physical + " WHERE " + remove.table->rowid + " IN (" +
