@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "scenario/embedded_roads.h"
+#include "scenario/known_differences.h"
 
 namespace tavcc {
 namespace {
@@ -53,19 +54,19 @@ TEST(CompareRoads, NamesResultMessageStatementsAndRows) {
   EXPECT_THAT(differences[1].text, HasSubstr("strReturnMsg: \"\" / \"该单据已生成凭证"));
   EXPECT_THAT(differences[2].text, HasSubstr("statement 2: \"Update T_CC_ZZCX set"));
   EXPECT_THAT(differences[2].text, HasSubstr(" / none"));
-  EXPECT_EQ(differences[3].text, R"(rows: [{"FStatus":1}] / [{"FStatus":0}])");
+  EXPECT_EQ(differences[3].text, "rows: [[1]] / [[0]]");
   EXPECT_EQ(differences[3].step, 2);
-  EXPECT_THAT(differences[4].text, HasSubstr("FCheckDate"));
+  EXPECT_EQ(differences[4].text, R"(rows: [[{"date":"2026-03-15 10:00:00"}]] / [[null]])");
 }
 
 TEST(CompareRoads, WhatNeedsTheClockIsLeftOutWhereItRuns) {
   const auto first = MakeEmbeddedRoads();
   ChangedRoads second("update T_CC_ZZCX set FVoucherID=7");
   second.fixes_clock = false;
-  std::vector<std::string> skipped;
+  Skipped skipped;
   EXPECT_EQ(CompareRoads(AuditOfOneBill(), *first, second, &skipped).size(), 4u);
-  ASSERT_EQ(skipped.size(), 1u);
-  EXPECT_THAT(skipped[0], HasSubstr("step 3"));
+  ASSERT_EQ(skipped.for_clock.size(), 1u);
+  EXPECT_THAT(skipped.for_clock[0], HasSubstr("step 3"));
 }
 
 TEST(CompareRoads, AStartThatFailsIsADifference) {
@@ -75,6 +76,36 @@ TEST(CompareRoads, AStartThatFailsIsADifference) {
   ASSERT_EQ(differences.size(), 1u);
   EXPECT_EQ(differences[0].step, 0);
   EXPECT_THAT(differences[0].text, HasSubstr("208"));
+}
+
+TEST(CompareRoads, NamesColumnsThatAreCalledOtherwise) {
+  const Scenario scenario = ParseScenario("folder/names.json", R"json({
+    "name": "names", "steps": [{"query": "select * from #t"}]})json");
+  ChangedRoads first("select 1 as A into #t");
+  ChangedRoads second("select 1 as B into #t");
+  const auto differences = CompareRoads(scenario, first, second);
+  ASSERT_EQ(differences.size(), 1u);
+  EXPECT_EQ(differences[0].text, R"(columns of rows: ["A"] / ["B"])");
+}
+
+TEST(CompareRoads, SweepsAreComparedWithEachStatementFailing) {
+  const Scenario scenario = ParseScenario("folder/sweep.json", R"json({
+    "name": "sweep", "sql": ["insert into T_CC_ZZCX(FID) values(1)"], "steps": [
+      {"call": "cls_CX.AuditBill", "args": {"lngFID": 1, "lngUserID": 2},
+       "sweep": {"then": [{"query": "select FID from T_CC_ZZCX where FStatus=0"}]}},
+      {"query": "select a.FID from T_CC_ZZCX a, T_CC_ZZCX b where b.FStatus=1"}]})json");
+  const auto first = MakeEmbeddedRoads();
+  const auto same = MakeEmbeddedRoads();
+  EXPECT_THAT(CompareRoads(scenario, *first, *same), IsEmpty());
+  ChangedRoads second("insert into T_CC_ZZCX(FID) values(9)");
+  const auto differences = CompareRoads(scenario, *first, second);
+  ASSERT_EQ(differences.size(), 3u);
+  EXPECT_EQ(differences[0].text, "statement 1 failing, rows: [[1]] / [[1],[9]]");
+  EXPECT_EQ(differences[1].text, "statement 2 failing, rows: [[1]] / [[1],[9]]");
+  EXPECT_EQ(differences[1].step, 1);
+  // Behind the sweep the bill is audited.
+  EXPECT_EQ(differences[2].text, "rows: [[1]] / [[1],[9]]");
+  EXPECT_EQ(differences[2].step, 2);
 }
 
 TEST(KnownDifferences, AreLeftOutAndMarked) {

@@ -4,37 +4,41 @@
 #include <optional>
 
 #include "foundation/text.h"
-#include "scenario/runner.h"
 #include "scenario/values.h"
 
 namespace tavcc {
 namespace {
-
-constexpr std::string_view kAny = "*";
-constexpr size_t kKnownFields = 4;
 
 std::string ErrorText(const std::optional<AutomationError>& error) {
   if (!error) return "none";
   return std::to_string(error->number()) + " \"" + error->description() + "\"";
 }
 
-class Comparison {
+// The statement with its error; how many rows it had shows in what came of them.
+std::string StatementText(const std::vector<LoggedStatement>& sent, size_t i) {
+  if (i >= sent.size()) return "none";
+  const std::string text = Show(ShowStatement(sent[i]));
+  return sent[i].error ? text + " -> error " + ErrorText(sent[i].error) : text;
+}
+
+// An open recordset; null for all else.
+Recordset* RowsOf(const Value& value) {
+  auto* const rows = value.IsObject() ? dynamic_cast<Recordset*>(value.object().get()) : nullptr;
+  return rows != nullptr && rows->IsOpen() ? rows : nullptr;
+}
+
+std::string ColumnsText(const Recordset& rows) {
+  Json names = Json::array();
+  for (int i = 0; i < rows.FieldCount(); ++i) names.push_back(rows.FieldName(i));
+  return Show(names);
+}
+
+// Where two answers to the same question differ.
+class Answers {
  public:
-  explicit Comparison(std::vector<RoadDifference>& differences) : differences_(differences) {}
-
-  void Step(const tavcc::Step& step, Road& first, Road& second) {
-    step_ = step.number;
-    if (step.IsCall()) {
-      Calls(*step.method, CallStep(first, step, step.fail), CallStep(second, step, step.fail));
-    } else {
-      Texts("rows", Rows(first, step.query), Rows(second, step.query));
-    }
-  }
-
- private:
-  void Texts(const std::string& what, const std::string& first, const std::string& second) {
-    if (first != second) differences_.push_back({step_, what + ": " + first + " / " + second});
-  }
+  // `place` leads each difference.
+  Answers(int step, std::string place, std::vector<RoadDifference>& differences)
+      : step_(step), place_(std::move(place)), differences_(differences) {}
 
   void Calls(const Method& method, const CallOutcome& first, const CallOutcome& second) {
     Texts("error", ErrorText(first.error), ErrorText(second.error));
@@ -44,125 +48,160 @@ class Comparison {
       Values(std::string(method.parameters[i].name), first.arguments[i], second.arguments[i]);
     }
     for (size_t i = 0; i < std::max(first.sent.size(), second.sent.size()); ++i) {
-      Texts("statement " + std::to_string(i + 1), Statement(first.sent, i),
-            Statement(second.sent, i));
+      Texts("statement " + std::to_string(i + 1), StatementText(first.sent, i),
+            StatementText(second.sent, i));
     }
   }
 
-  // 7 and 7.0 are the same here, as they are for a caller.
+  void Queries(const std::string& query, Road& first, Road& second) {
+    std::optional<AutomationError> errors[2];
+    const Value rows[] = {Ask(first, query, errors[0]), Ask(second, query, errors[1])};
+    Texts("error", ErrorText(errors[0]), ErrorText(errors[1]));
+    if (!errors[0] && !errors[1]) Values("rows", rows[0], rows[1]);
+  }
+
+  void Texts(const std::string& what, const std::string& first, const std::string& second) {
+    if (first == second) return;
+    differences_.push_back({step_, Cat(place_, what, ": ", first, " / ", second)});
+  }
+
+ private:
+  static Value Ask(Road& road, const std::string& query, std::optional<AutomationError>& error) {
+    try {
+      return road.connection()->Execute(query);
+    } catch (const AutomationError& raised) {
+      error = raised;
+      return Null{};
+    }
+  }
+
+  // 7 and 7.0 are the same here, as they are for a caller. What columns are called is a difference
+  // of its own.
   void Values(const std::string& what, const Value& first, const Value& second) {
-    const Json a = JsonFromValue(first);
-    const Json b = JsonFromValue(second);
+    Recordset* const rows = RowsOf(first);
+    Recordset* const others = RowsOf(second);
+    const bool both = rows != nullptr && others != nullptr;
+    if (both) Texts("columns of " + what, ColumnsText(*rows), ColumnsText(*others));
+    const Json a = both ? JsonFromRows(*rows, RowForm::kArrays) : JsonFromValue(first);
+    const Json b = both ? JsonFromRows(*others, RowForm::kArrays) : JsonFromValue(second);
     if (a != b) Texts(what, Show(a), Show(b));
   }
 
-  // The statement with its error; how many rows it had shows in what came of them.
-  static std::string Statement(const std::vector<LoggedStatement>& sent, size_t i) {
-    if (i >= sent.size()) return "none";
-    const std::string text = Show(ShowStatement(sent[i]));
-    return sent[i].error ? text + " -> error " + ErrorText(sent[i].error) : text;
-  }
-
-  static std::string Rows(Road& road, const std::string& query) {
-    try {
-      const RecordsetPtr rows = road.connection()->Execute(query);
-      return rows->IsOpen() ? Show(JsonFromRows(*rows, RowForm::kObjects)) : "none";
-    } catch (const AutomationError& error) {
-      return "error " + ErrorText(error);
-    }
-  }
-
+  const int step_;
+  const std::string place_;
   std::vector<RoadDifference>& differences_;
-  int step_ = 0;
 };
 
-std::unique_ptr<Road> OpenRoad(const Scenario& scenario, Roads& roads, std::string& error) {
-  try {
-    return roads.Open(scenario.start);
-  } catch (const AutomationError& raised) {
-    error = ErrorText(raised);
-    return nullptr;
+class Comparison {
+ public:
+  Comparison(const Scenario& scenario, Roads& first, Roads& second, Skipped* skipped)
+      : scenario_(scenario),
+        first_(first),
+        second_(second),
+        clock_(first.FixesClock() && second.FixesClock()),
+        skipped_(skipped) {}
+
+  std::vector<RoadDifference> All();
+
+ private:
+  // Two roads before a step; false where one cannot be opened, which is a difference of its own.
+  bool OpenRoads(int step);
+  // How many statements the step sent on the first road.
+  int CompareStep(const Step& step);
+  void CompareSweep(const Step& step, const Sweep& sweep, int at);
+  // Forgets the differences since `before`, and tells, where a road has an obstacle.
+  bool MeetsObstacle(size_t before, const std::string& what);
+  bool IsSkipped(const Step& step) const { return step.needs_clock && !clock_; }
+  void SkipForClock(int step) {
+    if (skipped_ != nullptr) skipped_->for_clock.push_back(NeedsClockText(scenario_, step));
   }
+
+  const Scenario& scenario_;
+  Roads& first_;
+  Roads& second_;
+  const bool clock_;
+  Skipped* const skipped_;
+  std::unique_ptr<Road> road_, other_;
+  std::vector<RoadDifference> differences_;
+};
+
+std::vector<RoadDifference> Comparison::All() {
+  if (scenario_.needs_clock && !clock_) {
+    SkipForClock(0);
+    return {};
+  }
+  if (!OpenRoads(1)) return differences_;
+  for (const Step& step : scenario_.steps) {
+    if (IsSkipped(step)) {
+      SkipForClock(step.number);
+      continue;
+    }
+    const size_t before = differences_.size();
+    const int statements = CompareStep(step);
+    if (MeetsObstacle(before, "from step " + std::to_string(step.number) + " on")) break;
+    for (int at = 1; at <= statements; ++at) {
+      if (const Sweep* sweep = SweepFor(step, at)) CompareSweep(step, *sweep, at);
+    }
+    // The sweeps took the roads.
+    if (!step.sweeps.empty() && !OpenRoads(step.number + 1)) break;
+  }
+  return differences_;
+}
+
+bool Comparison::OpenRoads(int step) {
+  const auto open = [&](Roads& roads, std::unique_ptr<Road>& road) -> std::string {
+    try {
+      road = nullptr;
+      road = RoadBefore(scenario_, step, roads, clock_);
+      return "none";
+    } catch (const AutomationError& raised) {
+      return ErrorText(raised);
+    }
+  };
+  const std::string error = open(first_, road_);
+  Answers(0, "", differences_).Texts("start", error, open(second_, other_));
+  return road_ != nullptr && other_ != nullptr;
+}
+
+int Comparison::CompareStep(const Step& step) {
+  Answers answers(step.number, "", differences_);
+  if (!step.IsCall()) {
+    answers.Queries(step.query, *road_, *other_);
+    return 0;
+  }
+  const CallOutcome outcome = CallStep(*road_, step, step.fail);
+  answers.Calls(*step.method, outcome, CallStep(*other_, step, step.fail));
+  return static_cast<int>(outcome.sent.size());
+}
+
+void Comparison::CompareSweep(const Step& step, const Sweep& sweep, int at) {
+  if (!OpenRoads(step.number)) return;
+  const size_t before = differences_.size();
+  const std::string place = "statement " + std::to_string(at) + " failing, ";
+  Answers answers(step.number, place, differences_);
+  const InjectedFailure failure{at, sweep.failure};
+  const CallOutcome outcome = CallStep(*road_, step, failure);
+  answers.Calls(*step.method, outcome, CallStep(*other_, step, failure));
+  for (const Step& query : sweep.then) {
+    if (!IsSkipped(query)) answers.Queries(query.query, *road_, *other_);
+  }
+  MeetsObstacle(before, "sweep of step " + std::to_string(step.number));
+}
+
+bool Comparison::MeetsObstacle(size_t before, const std::string& what) {
+  const std::string obstacle = road_->Obstacle() + other_->Obstacle();
+  if (obstacle.empty()) return false;
+  differences_.resize(before);
+  const std::string line = scenario_.file + ": " + what + ": " + obstacle;
+  if (skipped_ != nullptr) skipped_->for_obstacle.push_back(line);
+  return true;
 }
 
 }  // namespace
 
 std::vector<RoadDifference> CompareRoads(const Scenario& scenario, Roads& first, Roads& second,
-                                         std::vector<std::string>* skipped) {
-  std::vector<RoadDifference> differences;
-  const auto skip = [&](const std::string& line) {
-    if (skipped != nullptr) skipped->push_back(line);
-  };
-  const bool clock = first.FixesClock() && second.FixesClock();
-  if (scenario.needs_clock && !clock) return skip(NeedsClockText(scenario, 0)), differences;
-  std::string first_error, second_error;
-  const auto road = OpenRoad(scenario, first, first_error);
-  const auto other = OpenRoad(scenario, second, second_error);
-  if (first_error != second_error) {
-    differences.push_back({0, "start: " + first_error + " / " + second_error});
-  }
-  if (road == nullptr || other == nullptr) return differences;
-  Comparison comparison(differences);
-  for (const Step& step : scenario.steps) {
-    if (step.needs_clock && !clock) {
-      skip(NeedsClockText(scenario, step.number));
-      continue;
-    }
-    const size_t before = differences.size();
-    comparison.Step(step, *road, *other);
-    const std::string obstacle = road->Obstacle() + other->Obstacle();
-    if (obstacle.empty()) continue;
-    differences.resize(before);
-    skip(scenario.file + ": from step " + std::to_string(step.number) + " on: " + obstacle);
-    break;
-  }
-  return differences;
-}
-
-std::vector<KnownDifference> ParseKnownDifferences(const std::string& file, std::string_view text) {
-  std::vector<KnownDifference> known;
-  int number = 0;
-  for (size_t at = 0; at < text.size();) {
-    const size_t end = std::min(text.find('\n', at), text.size());
-    std::string_view line = Trim(text.substr(at, end - at));
-    if (line.ends_with('\r')) line = Trim(line.substr(0, line.size() - 1));
-    at = end + 1;
-    ++number;
-    if (line.empty() || line.front() == '#') continue;
-    std::vector<std::string> fields;
-    for (size_t i = 1; i < kKnownFields; ++i) {
-      const size_t bar = std::min(line.find(" | "), line.size());
-      fields.emplace_back(Trim(line.substr(0, bar)));
-      line.remove_prefix(std::min(bar + 3, line.size()));
-    }
-    fields.emplace_back(Trim(line));
-    if (std::ranges::any_of(fields, &std::string::empty)) {
-      throw ScenarioError(file + ": line " + std::to_string(number) +
-                          ": must have the form FILE | STEP | TEXT | REASON");
-    }
-    known.push_back({number, fields[0], fields[1], fields[2], fields[3]});
-  }
-  return known;
-}
-
-std::string DescribeDifferences(const Scenario& scenario,
-                                const std::vector<RoadDifference>& differences,
-                                std::vector<KnownDifference>& known) {
-  std::string text;
-  for (const RoadDifference& difference : differences) {
-    const auto fits = [&](const KnownDifference& one) {
-      return (one.file == kAny || scenario.file.ends_with(one.file)) &&
-             (one.step == kAny || one.step == std::to_string(difference.step)) &&
-             (one.text == kAny || difference.text.find(one.text) != std::string::npos);
-    };
-    const auto found = std::ranges::find_if(known, fits);
-    if (found != known.end()) {
-      found->met = true;
-      continue;
-    }
-    text += "  step " + std::to_string(difference.step) + ": " + difference.text + "\n";
-  }
-  return text.empty() ? "" : scenario.file + ": " + scenario.name + "\n" + text;
+                                         Skipped* skipped) {
+  return Comparison(scenario, first, second, skipped).All();
 }
 
 }  // namespace tavcc

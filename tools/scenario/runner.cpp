@@ -113,7 +113,7 @@ Differences RunQuery(Road& road, const Step& step) {
 
 class Run {
  public:
-  Run(const Scenario& scenario, Roads& roads, std::vector<std::string>* skipped)
+  Run(const Scenario& scenario, Roads& roads, Skipped* skipped)
       : scenario_(scenario), roads_(roads), skipped_(skipped) {}
 
   std::optional<StepFailure> All();
@@ -122,20 +122,23 @@ class Run {
   std::optional<StepFailure> RunStep(Road& road, const Step& step);
   std::optional<StepFailure> RunSweeps(const Step& step, int statements);
   std::optional<StepFailure> RunSweep(const Step& step, const Sweep& sweep, int at);
-  std::unique_ptr<Road> RoadBefore(int number);
   bool IsSkipped(const Step& step) const { return step.needs_clock && !roads_.FixesClock(); }
-  void Skip(const std::string& line) {
-    if (skipped_ != nullptr) skipped_->push_back(line);
+  void SkipForClock(int step) {
+    if (skipped_ != nullptr) skipped_->for_clock.push_back(NeedsClockText(scenario_, step));
+  }
+  void SkipForObstacle(const std::string& what, const std::string& obstacle) {
+    const std::string line = scenario_.file + ": " + what + ": " + obstacle;
+    if (skipped_ != nullptr) skipped_->for_obstacle.push_back(line);
   }
 
   const Scenario& scenario_;
   Roads& roads_;
-  std::vector<std::string>* skipped_;
+  Skipped* skipped_;
 };
 
 std::optional<StepFailure> Run::All() {
   if (scenario_.needs_clock && !roads_.FixesClock()) {
-    Skip(NeedsClockText(scenario_, 0));
+    SkipForClock(0);
     return std::nullopt;
   }
   std::unique_ptr<Road> road;
@@ -146,18 +149,20 @@ std::optional<StepFailure> Run::All() {
   }
   for (const Step& step : scenario_.steps) {
     if (IsSkipped(step)) {
-      Skip(NeedsClockText(scenario_, step.number));
+      SkipForClock(step.number);
       continue;
     }
     try {
       auto failure = RunStep(*road, step);
       if (const std::string obstacle = road->Obstacle(); !obstacle.empty()) {
-        Skip(scenario_.file + ": from step " + std::to_string(step.number) + " on: " + obstacle);
+        SkipForObstacle("from step " + std::to_string(step.number) + " on", obstacle);
         return std::nullopt;
       }
       if (failure) return failure;
       // The sweeps ended this road.
-      if (!step.sweeps.empty() && !roads_.KeepsRoadsApart()) road = RoadBefore(step.number + 1);
+      if (!step.sweeps.empty() && !roads_.KeepsRoadsApart()) {
+        road = RoadBefore(scenario_, step.number + 1, roads_, roads_.FixesClock());
+      }
     } catch (const JsonError& error) {
       throw ScenarioError(scenario_.file + ": step " + std::to_string(step.number) +
                           ", key \"args\": " + error.what());
@@ -191,9 +196,6 @@ std::optional<StepFailure> Run::RunStep(Road& road, const Step& step) {
 }
 
 std::optional<StepFailure> Run::RunSweeps(const Step& step, int statements) {
-  const auto names = [](const Sweep& sweep, int at) {
-    return std::find(sweep.at.begin(), sweep.at.end(), at) != sweep.at.end();
-  };
   if (statements == 0) {
     return StepFailure{step.number, "sweep", {"the call sends no statement that could fail"}, {}};
   }
@@ -208,32 +210,15 @@ std::optional<StepFailure> Run::RunSweeps(const Step& step, int statements) {
     }
   }
   for (int at = 1; at <= statements; ++at) {
-    const Sweep* chosen = nullptr;
-    for (const Sweep& sweep : step.sweeps) {
-      if (names(sweep, at) || (sweep.at.empty() && chosen == nullptr)) chosen = &sweep;
-    }
+    const Sweep* const chosen = SweepFor(step, at);
     if (chosen == nullptr) continue;
     if (auto failure = RunSweep(step, *chosen, at)) return failure;
   }
   return std::nullopt;
 }
 
-std::unique_ptr<Road> Run::RoadBefore(int number) {
-  auto road = roads_.Open(scenario_.start);
-  for (const Step& earlier : scenario_.steps) {
-    if (earlier.number >= number) break;
-    if (IsSkipped(earlier)) continue;
-    if (earlier.IsCall()) {
-      CallStep(*road, earlier, earlier.fail);
-    } else {
-      RunQuery(*road, earlier);
-    }
-  }
-  return road;
-}
-
 std::optional<StepFailure> Run::RunSweep(const Step& step, const Sweep& sweep, int at) {
-  const auto road = RoadBefore(step.number);
+  const auto road = RoadBefore(scenario_, step.number, roads_, roads_.FixesClock());
   CallOutcome outcome = CallStep(*road, step, InjectedFailure{at, sweep.failure});
   Differences differences;
   CompareErrors(sweep.error, outcome.error, differences);
@@ -245,7 +230,7 @@ std::optional<StepFailure> Run::RunSweep(const Step& step, const Sweep& sweep, i
     }
   }
   if (const std::string obstacle = road->Obstacle(); !obstacle.empty()) {
-    Skip(scenario_.file + ": sweep of step " + std::to_string(step.number) + ": " + obstacle);
+    SkipForObstacle("sweep of step " + std::to_string(step.number), obstacle);
     return std::nullopt;
   }
   if (differences.empty()) return std::nullopt;
@@ -272,9 +257,31 @@ CallOutcome CallStep(Road& road, const Step& step, const std::optional<InjectedF
   return outcome;
 }
 
-std::optional<StepFailure> RunScenario(const Scenario& scenario, Roads& roads,
-                                       std::vector<std::string>* skipped) {
+std::optional<StepFailure> RunScenario(const Scenario& scenario, Roads& roads, Skipped* skipped) {
   return Run(scenario, roads, skipped).All();
+}
+
+std::unique_ptr<Road> RoadBefore(const Scenario& scenario, int number, Roads& roads, bool fixed) {
+  auto road = roads.Open(scenario.start);
+  for (const Step& earlier : scenario.steps) {
+    if (earlier.number >= number) break;
+    if (earlier.needs_clock && !fixed) continue;
+    if (earlier.IsCall()) {
+      CallStep(*road, earlier, earlier.fail);
+    } else {
+      RunQuery(*road, earlier);
+    }
+  }
+  return road;
+}
+
+const Sweep* SweepFor(const Step& step, int at) {
+  const Sweep* chosen = nullptr;
+  for (const Sweep& sweep : step.sweeps) {
+    if (std::ranges::find(sweep.at, at) != sweep.at.end()) return &sweep;
+    if (sweep.at.empty() && chosen == nullptr) chosen = &sweep;
+  }
+  return chosen;
 }
 
 std::string NeedsClockText(const Scenario& scenario, int step) {

@@ -27,11 +27,24 @@ struct CallOutcome {
 };
 CallOutcome CallStep(Road& road, const Step& step, const std::optional<InjectedFailure>& failure);
 
+// What of a scenario was left out, a line for each.
+struct Skipped {
+  std::vector<std::string> for_clock;     // steps that need a clock that stands still
+  std::vector<std::string> for_obstacle;  // the rest of a scenario behind an obstacle, or a sweep
+};
+
 // Runs the scenario until its end or its first failing step. Nothing when all came as expected.
 // A step that needs the clock is left out where the roads do not fix it, and the rest of a scenario
-// that meets an obstacle; `skipped`, where given, gets a line for each.
+// that meets an obstacle; `skipped`, where given, is told of each.
 std::optional<StepFailure> RunScenario(const Scenario& scenario, Roads& roads,
-                                       std::vector<std::string>* skipped = nullptr);
+                                       Skipped* skipped = nullptr);
+
+// A fresh road on which the steps before `number` were taken, those that need the clock only where
+// it is `fixed`. Errors: those of Open.
+std::unique_ptr<Road> RoadBefore(const Scenario& scenario, int number, Roads& roads, bool fixed);
+
+// The sweep of the step that its statement `at` is for; null when there is none.
+const Sweep* SweepFor(const Step& step, int at);
 
 // The line for a step that needs the clock.
 std::string NeedsClockText(const Scenario& scenario, int step);

@@ -5,6 +5,7 @@
 #include "odbc/odbc.h"
 #include "scenario/compare_roads.h"
 #include "scenario/embedded_roads.h"
+#include "scenario/known_differences.h"
 #include "scenario/prepared_roads.h"
 #include "scenario/runner.h"
 #include "scenario/scenario.h"
@@ -95,7 +96,9 @@ class RunCommand final : public Command {
     } else {
       fmt::print("{} of {} scenarios {}\n", failed, files, compare_ ? "differ" : "failed");
     }
-    for (const std::string& line : skipped_) fmt::print("skipped: {}\n", line);
+    for (const auto* lines : {&skipped_.for_clock, &skipped_.for_obstacle}) {
+      for (const std::string& line : *lines) fmt::print("skipped: {}\n", line);
+    }
     for (const KnownDifference& known : known_) {
       if (!known.met) {
         fmt::print("known, but did not occur: {}, line {}\n", known_file_, known.line);
@@ -108,7 +111,7 @@ class RunCommand final : public Command {
   std::string known_file_;
   std::vector<KnownDifference> known_;
   std::unique_ptr<Roads> embedded_;
-  std::vector<std::string> skipped_;
+  Skipped skipped_;
 };
 
 }  // namespace
