@@ -224,6 +224,7 @@ class Servers(Case):
         scenario = self.write("passing.json", PASSING)
         self.assert_error(tavcc("run", "--compare", scenario), "--dsn")
         self.assert_error(tavcc("run", "--known", scenario, scenario), "--compare")
+        self.assert_error(tavcc("run", "--own-database", scenario), "--dsn")
 
 
 class WrongCommandLines(unittest.TestCase):

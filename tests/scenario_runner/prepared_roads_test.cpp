@@ -16,10 +16,6 @@ namespace {
 // Neither in the year of the periods nor in that of the bills.
 constexpr std::string_view kOtherMoment = "2031-08-09 11:12:13";
 
-// The one that a scenario looks for after its connection was closed.
-constexpr const char* kDropTemporaryTable =
-    "if object_id('tempdb..#Mine') is not null drop table #Mine";
-
 std::vector<std::string> AllScenarios() {
   return ScenarioFiles({TAVCC_SOURCE_DIR "/tests/scenarios"});
 }
@@ -44,7 +40,7 @@ class Prepared {
 
   PreparedDatabase Access() {
     return {"prepared", [this](std::string_view) { return database_->NewSession(); },
-            [this](Connection& session) { database_->Reopen(session); }, "", kDropTemporaryTable};
+            [this](Connection& session) { database_->Reopen(session); }, ""};
   }
   sql::Database& database() { return *database_; }
 

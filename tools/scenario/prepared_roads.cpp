@@ -1,8 +1,12 @@
 #include "scenario/prepared_roads.h"
 
+#include <algorithm>
+#include <cctype>
+#include <set>
 #include <utility>
 
 #include "foundation/error.h"
+#include "foundation/text.h"
 #include "scenario/start_state.h"
 
 namespace tavcc {
@@ -18,30 +22,40 @@ constexpr std::string_view kTransactions = "SELECT @@TRANCOUNT";
 constexpr const char* kResetIdentities =
     "DECLARE @sql nvarchar(max)\r\n"
     "SET @sql = N''\r\n"
-    "SELECT @sql = @sql + N'TRUNCATE TABLE ' + OBJECT_SCHEMA_NAME(object_id) + N'.' +"
-    " OBJECT_NAME(object_id) + N';'"
-    " FROM sys.identity_columns WHERE OBJECTPROPERTY(object_id, 'IsUserTable') = 1\r\n"
+    "SELECT @sql = @sql + N'TRUNCATE TABLE [' + s.name + N'].[' + t.name + N'];'"
+    " FROM sys.identity_columns c INNER JOIN sys.tables t ON t.object_id = c.object_id"
+    " INNER JOIN sys.schemas s ON s.schema_id = t.schema_id\r\n"
     "EXEC(@sql)";
 
-// The server pads the names of temporary tables with underscores.
-constexpr const char* kDropTemporaryTables =
-    "DECLARE @sql nvarchar(max)\r\n"
-    "SET @sql = N''\r\n"
-    "SELECT @sql = @sql + N'DROP TABLE ' + LEFT(name, CHARINDEX('___', name) - 1) + N';'"
-    " FROM tempdb.sys.tables WHERE name LIKE '#%[_][_][_]%'"
-    " AND OBJECT_ID('tempdb..' + LEFT(name, CHARINDEX('___', name) - 1)) = object_id\r\n"
-    "EXEC(@sql)";
+// The names of temporary tables that a batch has; also those that it has within a text or a
+// comment.
+std::set<std::string> TemporaryNames(std::string_view sql) {
+  const auto belongs = [](char c) {
+    return c == '#' || c == '_' || c == '@' || c == '$' || std::isalnum(static_cast<uint8_t>(c)) ||
+           static_cast<uint8_t>(c) >= 0x80;
+  };
+  std::set<std::string> names;
+  for (size_t at = 0; (at = sql.find('#', at)) != std::string_view::npos;) {
+    const auto end =
+        std::find_if_not(sql.begin() + static_cast<std::ptrdiff_t>(at), sql.end(), belongs);
+    const auto size = static_cast<size_t>(end - sql.begin()) - at;
+    if (size > 1) names.emplace(sql.substr(at, size));
+    at += size;
+  }
+  return names;
+}
 
 // The session of all roads, as one of them sees it.
 class ScenarioSession final : public Connection {
  public:
-  ScenarioSession(ConnectionPtr session, const PreparedDatabase& database)
-      : session_(std::move(session)), database_(database) {}
+  explicit ScenarioSession(ConnectionPtr session) : session_(std::move(session)) {}
 
   RecordsetPtr Execute(std::string_view sql) override {
+    temporary_.merge(TemporaryNames(sql));
     return Guarded([&] { return session_->Execute(sql); });
   }
   RecordsetPtr OpenClientRecordset(std::string_view sql) override {
+    temporary_.merge(TemporaryNames(sql));
     return Guarded([&] { return session_->OpenClientRecordset(sql); });
   }
   void CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) override {
@@ -56,7 +70,10 @@ class ScenarioSession final : public Connection {
 
   void Reopen() {
     closed_ = false;
-    if (!database_.at_reopening.empty()) session_->Execute(database_.at_reopening);
+    for (const std::string& name : std::exchange(temporary_, {})) {
+      session_->Execute(
+          Cat("IF OBJECT_ID('tempdb..", name, "') IS NOT NULL DROP TABLE [", name, "]"));
+    }
   }
   const std::string& obstacle() const { return obstacle_; }
 
@@ -87,8 +104,9 @@ class ScenarioSession final : public Connection {
   }
 
   const ConnectionPtr session_;
-  const PreparedDatabase& database_;
   bool closed_ = false;
+  // Of the temporary tables that may be there. A server need not list them.
+  std::set<std::string> temporary_;
   std::string obstacle_;
   std::vector<ConnectionError> errors_;
 };
@@ -122,8 +140,8 @@ class PreparedRoads final : public Roads {
     session_->Execute(kRollback);
     session_->Execute(kBegin);
     if (!database_.at_start.empty()) session_->Execute(database_.at_start);
-    return std::make_unique<PreparedRoad>(
-        start, std::make_shared<ScenarioSession>(session_, database_), database_.dsn, observer_);
+    return std::make_unique<PreparedRoad>(start, std::make_shared<ScenarioSession>(session_),
+                                          database_.dsn, observer_);
   }
   bool FixesClock() const override { return false; }
   bool KeepsRoadsApart() const override { return false; }
@@ -157,8 +175,7 @@ class PreparedRoads final : public Roads {
 }  // namespace
 
 PreparedDatabase OnSqlServer(std::string dsn, ConnectionOpener open, ConnectionReopener reopen) {
-  return {std::move(dsn), std::move(open), std::move(reopen), kResetIdentities,
-          kDropTemporaryTables};
+  return {std::move(dsn), std::move(open), std::move(reopen), kResetIdentities};
 }
 
 std::unique_ptr<Roads> MakePreparedRoads(PreparedDatabase database, StatementObserver observer) {

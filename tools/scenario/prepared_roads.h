@@ -17,13 +17,10 @@ struct PreparedDatabase {
   std::string dsn;  // its name for the rules
   ConnectionOpener open;
   ConnectionReopener reopen;
-  // Batches run at the start of each road, and when a connection that a rule closed is opened
-  // again.
-  std::string at_start;
-  std::string at_reopening;
+  std::string at_start;  // a batch run at the start of each road
 };
 
-// The batches for SQL Server: identity columns start at 1 again; temporary tables go.
+// The batch for SQL Server: identity columns start at 1 again.
 PreparedDatabase OnSqlServer(std::string dsn, ConnectionOpener open, ConnectionReopener reopen);
 
 // The database holds the schema and the base rows and no bill. Errors of Open, beside the

@@ -55,20 +55,22 @@ constexpr std::string_view kBalances =
     " FROM t_Organization"
     " UNION ALL "
     "SELECT FName, FCurReceAmount, FCurPrepAmount, FPrepCheckAmount, FUnPrepCheckAmount"
-    " FROM t_Supplier";
+    " FROM t_Supplier"
+    " ORDER BY FName, FCurReceAmount, FCurPrepAmount";
 
-// With the two above, all that an audit changes and an un-audit brings back.
+// With the two above, all that an audit changes and an un-audit brings back. Without an order of
+// all of it, a server may give the same rows in another one.
 constexpr std::string_view kStates =
     "SELECT FID, FStatus, FCheckerID FROM T_CC_StockBill"
     " UNION ALL SELECT FID, FStatus, FCheckerID FROM T_CC_ZZCX"
     " UNION ALL SELECT FID, FStatus, FCheckerID FROM t_CG_Order"
     " UNION ALL SELECT FID, FStatus, FCheckerID FROM t_XS_Order"
-    " ORDER BY FID";
+    " ORDER BY FID, FStatus, FCheckerID";
 constexpr std::string_view kOrderQuantities =
     "SELECT FID, FEntryID, FCgOrderQty, FBaseCgOrderQty, FInTotalQty FROM t_CG_OrderEntry"
     " UNION ALL "
     "SELECT FID, FEntryID, FXSOrderQty, FBaseXSOrderQty, FInTotalQty FROM t_XS_OrderEntry"
-    " ORDER BY FID, FEntryID";
+    " ORDER BY FID, FEntryID, FCgOrderQty, FInTotalQty";
 
 // What lies in stock: name, stock, batch and property of the item; quantity; value.
 struct StockRow {

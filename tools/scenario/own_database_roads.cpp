@@ -1,0 +1,86 @@
+#include "scenario/own_database_roads.h"
+
+#include <utility>
+
+#include "foundation/error.h"
+#include "foundation/text.h"
+#include "host/schema.h"
+#include "scenario/start_state.h"
+
+namespace tavcc {
+namespace {
+
+constexpr std::string_view kRollback = "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION";
+constexpr std::string_view kLeave = "USE master";
+
+class OwnDatabaseRoad final : public ErpRoad {
+ public:
+  OwnDatabaseRoad(const StartState& start, const ConnectionPtr& session, const std::string& use,
+                  const DatabaseServer& server, StatementObserver observer)
+      : ErpRoad(std::make_unique<Erp>(
+                    server.dsn, [=](std::string_view) { return session; },
+                    [use, reopen = server.reopen](Connection& closed) {
+                      reopen(closed);
+                      closed.Execute(use);
+                    }),
+                std::move(observer)) {
+    erp().RunScript(SchemaScript());
+    erp().RunScript(BaseScript());
+    ApplyStartState(start, erp().host(), *erp().connection());
+  }
+};
+
+class OwnDatabaseRoads final : public Roads {
+ public:
+  OwnDatabaseRoads(DatabaseServer server, StatementObserver observer)
+      : server_(std::move(server)),
+        use_(Cat("USE [", server_.new_database, "]")),
+        observer_(std::move(observer)) {}
+
+  ~OwnDatabaseRoads() override {
+    try {
+      Drop();
+    } catch (const AutomationError&) {
+      // It stays; its name says whose it is.
+    }
+  }
+
+  std::unique_ptr<Road> Open(const StartState& start) override {
+    Drop();
+    if (session_ == nullptr) session_ = server_.open(server_.dsn);
+    session_->Execute(Cat("CREATE DATABASE [", server_.new_database, "]"));
+    made_ = true;
+    session_->Execute(use_);
+    return std::make_unique<OwnDatabaseRoad>(start, session_, use_, server_, observer_);
+  }
+  bool FixesClock() const override { return false; }
+  bool KeepsRoadsApart() const override { return false; }
+
+ private:
+  void Drop() {
+    if (!made_) return;
+    if (session_->State() == Connection::kStateOpen) {
+      // The server may take its time to notice that a session has gone.
+      session_->Execute(kRollback);
+      session_->Execute(kLeave);
+      session_->Close();
+    }
+    server_.reopen(*session_);  // without the scenario's temporary tables
+    session_->Execute(Cat("DROP DATABASE [", server_.new_database, "]"));
+    made_ = false;
+  }
+
+  const DatabaseServer server_;
+  const std::string use_;
+  const StatementObserver observer_;
+  ConnectionPtr session_;
+  bool made_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Roads> MakeOwnDatabaseRoads(DatabaseServer server, StatementObserver observer) {
+  return std::make_unique<OwnDatabaseRoads>(std::move(server), std::move(observer));
+}
+
+}  // namespace tavcc
