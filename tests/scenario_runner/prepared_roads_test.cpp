@@ -16,6 +16,9 @@ namespace {
 // Neither in the year of the periods nor in that of the bills.
 constexpr std::string_view kOtherMoment = "2031-08-09 11:12:13";
 
+// Numbers that were given are not taken back with a transaction.
+constexpr const char* kResetIdentities = "truncate table t_SerialNumList";
+
 std::vector<std::string> AllScenarios() {
   return ScenarioFiles({TAVCC_SOURCE_DIR "/tests/scenarios"});
 }
@@ -40,7 +43,7 @@ class Prepared {
 
   PreparedDatabase Access() {
     return {"prepared", [this](std::string_view) { return database_->NewSession(); },
-            [this](Connection& session) { database_->Reopen(session); }, ""};
+            [this](Connection& session) { database_->Reopen(session); }, kResetIdentities};
   }
   sql::Database& database() { return *database_; }
 
