@@ -291,8 +291,9 @@ BoundUpdate Binder::BindUpdate(const UpdateStatement& update) {
   return bound;
 }
 
-BoundDelete Binder::BindDelete(const DeleteStatement& remove) {
+BoundDelete Binder::BindDelete(const DeleteStatement& remove, const InsertStatement* rows) {
   BoundDelete bound;
+  rows_ = rows;
   const Scope scope = BindTarget(remove, bound);
   if (!bound.table) {
     BaseColumns(const_cast<BoundSource&>(*bound.target), {}, bound.table, bound.row_column);
@@ -301,6 +302,7 @@ BoundDelete Binder::BindDelete(const DeleteStatement& remove) {
   aggregates_ = &aggregates;
   if (remove.where) bound.where = Bind(*remove.where, scope);
   aggregates_ = nullptr;
+  rows_ = nullptr;
   return bound;
 }
 

@@ -99,12 +99,14 @@ void AddKeys(Table& table, const TableDefinition& definition) {
   for (size_t i = 0; i < definition.columns.size(); ++i) {
     const ColumnDefinition& column = definition.columns[i];
     const int index = static_cast<int>(i);
-    if (column.primary_key) AddKey(table, {Key::Kind::kPrimary, "", {index}});
-    if (column.unique) AddKey(table, {Key::Kind::kUnique, "", {index}});
+    if (column.primary_key) AddKey(table, {Key::Kind::kPrimary, "", {index}, {}});
+    if (column.unique) AddKey(table, {Key::Kind::kUnique, "", {index}, {}});
   }
   for (const KeyDefinition& definition_key : definition.keys) {
-    Key key{
-        definition_key.primary ? Key::Kind::kPrimary : Key::Kind::kUnique, definition_key.name, {}};
+    Key key{definition_key.primary ? Key::Kind::kPrimary : Key::Kind::kUnique,
+            definition_key.name,
+            {},
+            {}};
     for (const auto& column : definition_key.columns) {
       key.columns.push_back(RequireColumn(table, column));
       const auto index = static_cast<size_t>(key.columns.back());
@@ -114,6 +116,47 @@ void AddKeys(Table& table, const TableDefinition& definition) {
     }
     AddKey(table, std::move(key));
   }
+}
+
+int FilterColumn(const Table& table, const Expression& expression) {
+  if (expression.kind != Expression::Kind::kColumn) {
+    RaiseUnsupported("a filter of an index other than columns compared with constants");
+  }
+  return RequireColumn(table, static_cast<const ColumnExpression&>(expression).name.last());
+}
+
+// The conditions of an index's filter, as the server takes them: a column on the left, a constant
+// on the right (CREATE INDEX, "filter_predicate"). Its lists of constants are not built.
+void AddFilter(const Table& table, const Condition& condition, std::vector<KeyFilter>& filter) {
+  if (condition.kind == Condition::Kind::kAnd) {
+    for (const auto& operand : static_cast<const LogicalCondition&>(condition).operands) {
+      AddFilter(table, *operand, filter);
+    }
+    return;
+  }
+  KeyFilter added;
+  if (condition.kind == Condition::Kind::kIsNull) {
+    const auto& is_null = static_cast<const IsNullCondition&>(condition);
+    added.kind = is_null.negated ? KeyFilter::Kind::kNotNull : KeyFilter::Kind::kNull;
+    added.column = FilterColumn(table, *is_null.operand);
+    filter.push_back(std::move(added));
+    return;
+  }
+  if (condition.kind != Condition::Kind::kComparison) {
+    RaiseUnsupported("a filter of an index other than columns compared with constants");
+  }
+  const auto& comparison = static_cast<const ComparisonCondition&>(condition);
+  added.column = FilterColumn(table, *comparison.left);
+  added.op = comparison.op;
+  const auto constant = ConstantOf(*comparison.right);
+  if (!constant || constant->value.IsNull()) {
+    RaiseUnsupported("a filter of an index other than columns compared with constants");
+  }
+  const SqlType& type = table.columns[static_cast<size_t>(added.column)].type;
+  CheckImplicit(constant->type, type);
+  added.constant = ConvertStored(constant->value, constant->type, type);
+  added.text = ExpressionText(*comparison.right);
+  filter.push_back(std::move(added));
 }
 
 void ChooseRowNumber(Table& table) {
@@ -184,8 +227,12 @@ std::shared_ptr<Table> TableOfColumns(const std::string& name, std::vector<Colum
 }
 
 void AddIndex(Table& table, const CreateIndexStatement& index) {
-  Key key{index.unique ? Key::Kind::kUniqueIndex : Key::Kind::kIndex, index.name, {}};
+  Key key{index.unique ? Key::Kind::kUniqueIndex : Key::Kind::kIndex, index.name, {}, {}};
   for (const auto& column : index.columns) key.columns.push_back(RequireColumn(table, column));
+  if (index.filter) {
+    if (index.unique) RaiseUnsupported("a unique index with a filter");
+    AddFilter(table, *index.filter, key.filter);
+  }
   AddKey(table, std::move(key));
   table.definition = TableText(table);
 }

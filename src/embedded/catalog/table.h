@@ -28,11 +28,22 @@ struct Column {
   std::optional<StoredValue> constant_default;
 };
 
+// One condition of an index that holds only some rows: column and constant.
+struct KeyFilter {
+  enum class Kind : uint8_t { kComparison, kNull, kNotNull };
+  Kind kind = Kind::kComparison;
+  int column = 0;
+  ComparisonCondition::Operator op = ComparisonCondition::Operator::kEqual;
+  StoredValue constant;  // of the column's type
+  std::string text;      // the constant as T-SQL
+};
+
 struct Key {
   enum class Kind : uint8_t { kPrimary, kUnique, kUniqueIndex, kIndex };
   Kind kind = Kind::kIndex;
   std::string name;
   std::vector<int> columns;
+  std::vector<KeyFilter> filter;  // of kIndex; all of them hold for its rows, none: all rows
 };
 
 // Never changed once it is in use: a table with other columns is another Table, so that a statement
@@ -71,7 +82,8 @@ std::shared_ptr<Table> BuildTable(const std::string& name, const TableDefinition
 // A table of these columns, without keys or defaults: what SELECT … INTO makes. Errors: 2705.
 std::shared_ptr<Table> TableOfColumns(const std::string& name, std::vector<Column> columns);
 
-// Adds `index` to the table's keys. Errors: 1911; 50001 for a unique index over nullable columns.
+// Adds `index` to the table's keys. Errors: 1911; 50001 for a unique index over nullable columns,
+// and for a filter that is more than columns compared with constants.
 void AddIndex(Table& table, const CreateIndexStatement& index);
 
 // The identity value before the first one. The table must have an identity column.
@@ -85,6 +97,8 @@ std::string TableText(const Table& table);
 std::string PhysicalDefinition(const Table& table, std::string_view schema,
                                std::string_view physical);
 std::string PhysicalColumn(const Table& table, size_t index);
+// The filter of a key as SQLite's condition; every column's name has `prefix` ("s1.") before it.
+std::string PhysicalFilter(const Table& table, const Key& key, std::string_view prefix);
 std::string PhysicalIndexName(const Table& table, size_t key, std::string_view physical);
 // Empty for a key that SQLite's row number is.
 std::string PhysicalIndex(const Table& table, size_t key, std::string_view schema,

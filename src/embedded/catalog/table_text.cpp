@@ -64,6 +64,27 @@ std::string StoredText(const StoredValue& value) {
   }
 }
 
+constexpr std::string_view kOperators[] = {"=", "<>", "<", "<=", ">", ">="};
+
+// The conditions of a filter, the constants in one of two ways of writing them.
+template <class Constant>
+std::string FilterConditions(const Table& table, const Key& key, std::string_view prefix,
+                             std::string (*quote)(std::string_view), const Constant& constant) {
+  std::string out;
+  for (const KeyFilter& filter : key.filter) {
+    if (!out.empty()) out += " AND ";
+    out += prefix;
+    out += quote(table.columns[static_cast<size_t>(filter.column)].name);
+    if (filter.kind == KeyFilter::Kind::kComparison) {
+      out += kOperators[static_cast<size_t>(filter.op)];
+      out += constant(filter);
+    } else {
+      out += filter.kind == KeyFilter::Kind::kNull ? " IS NULL" : " IS NOT NULL";
+    }
+  }
+  return out;
+}
+
 bool IsUnique(const Key& key) {
   return key.kind != Key::Kind::kIndex;
 }
@@ -92,6 +113,10 @@ std::string TableText(const Table& table) {
     } else {
       indexes += std::string("\nCREATE ") + (IsUnique(key) ? "UNIQUE " : "") + "INDEX " +
                  BracketName(key.name) + " ON " + BracketName(table.name) + '(' + columns + ')';
+      if (!key.filter.empty()) {
+        indexes += " WHERE " + FilterConditions(table, key, "", BracketName,
+                                                [](const KeyFilter& f) { return f.text; });
+      }
     }
   }
   return out + ')' + indexes;
@@ -107,6 +132,11 @@ std::string PhysicalColumn(const Table& table, size_t index) {
   if (!column.nullable) out += " NOT NULL";
   if (column.constant_default) out += " DEFAULT " + StoredText(*column.constant_default);
   return out;
+}
+
+std::string PhysicalFilter(const Table& table, const Key& key, std::string_view prefix) {
+  return FilterConditions(table, key, prefix, QuoteName,
+                          [](const KeyFilter& filter) { return StoredText(filter.constant); });
 }
 
 // Keys with a name go by it, the others by their columns: neither changes when another key goes.
@@ -127,7 +157,8 @@ std::string PhysicalIndex(const Table& table, size_t key_index, std::string_view
   const std::string columns = ColumnList(table, key, QuoteName);
   std::string out = std::string("CREATE ") + (IsUnique(key) ? "UNIQUE " : "") + "INDEX " +
                     std::string(schema) + '.' + QuoteName(name) + " ON " + QuoteName(physical) +
-                    '(' + columns + ");";
+                    '(' + columns + ')' +
+                    (key.filter.empty() ? "" : " WHERE " + PhysicalFilter(table, key, "")) + ';';
   // The server takes two NULLs of a unique column for equal, SQLite does not.
   if (IsUnique(key) && table.columns[static_cast<size_t>(key.columns[0])].nullable) {
     out += "CREATE UNIQUE INDEX " + std::string(schema) + '.' + QuoteName(name + ".null") + " ON " +

@@ -162,6 +162,9 @@ std::string SourceName(const BoundSource& source) {
 }
 
 std::string Emitter::Column(const BoundColumn& column) {
+  if (const auto shown = shown_.find(column.source); shown != shown_.end()) {
+    return Expression(*shown->second->items[static_cast<size_t>(column.column)].expression);
+  }
   const std::string source = SourceName(*column.source) + '.';
   if (column.column == BoundColumn::kRowNumber) return source + column.source->table->rowid;
   std::string text =

@@ -52,11 +52,13 @@ std::string Emitter::Select(const BoundSelect& select, bool names, bool distinct
   }
   out += more;
   if (select.from) out += " FROM " + From(*select.from, select.where.get());
-  std::string where = select.where ? Condition(*select.where) : std::string();
-  if (const auto narrowed = narrowed_.find(&select); narrowed != narrowed_.end()) {
-    where = where.empty() ? narrowed->second : narrowed->second + " AND " + where;
+  const auto narrowed = narrowed_.find(&select);
+  const std::string found = narrowed != narrowed_.end() ? narrowed->second : std::string();
+  if (select.from) {
+    out += Where(*select.from, select.where.get(), found);
+  } else if (select.where) {
+    out += " WHERE " + Condition(*select.where);
   }
-  if (!where.empty()) out += " WHERE " + where;
   for (size_t i = 0; i < select.group_by.size(); ++i) {
     out += (i == 0 ? " GROUP BY " : ",") + Grouping(*select.group_by[i]);
   }
@@ -66,6 +68,18 @@ std::string Emitter::Select(const BoundSelect& select, bool names, bool distinct
     out += " HAVING " + Condition(*select.having);
   }
   return out;
+}
+
+std::string Emitter::Where(const BoundFrom& from, const BoundCondition* where, std::string found) {
+  std::string out = std::move(found);
+  const auto add = [&](const std::string& condition) {
+    if (condition.empty()) return;
+    if (!out.empty()) out += " AND ";
+    out += condition;
+  };
+  if (where != nullptr) add(Condition(*where));
+  add(IndexFilters(from, where));
+  return out.empty() ? out : " WHERE " + out;
 }
 
 std::string Emitter::Order(const BoundQuery& query) {
@@ -154,7 +168,8 @@ std::string Emitter::Scalar(const BoundQuery& query) {
 
 Emitted Emitter::Finish(std::string sql, bool changes_rows) {
   sql.insert(0, TakenOut());
-  return Emitted{std::move(sql), std::move(parameters_), changes_rows && raises_};
+  return Emitted{std::move(sql), std::move(parameters_), std::move(settled_),
+                 changes_rows && raises_};
 }
 
 Emitted EmitQuery(const BoundQuery& query) {
@@ -186,8 +201,7 @@ std::string Emitter::OrderedItems(const BoundQuery& query) {
   }
   std::string rows = "SELECT " + (columns.empty() ? "1" : columns) + " FROM " +
                      From(*select.from, select.where.get());
-  if (select.where) rows += " WHERE " + Condition(*select.where);
-  rows += Order(query);
+  rows += Where(*select.from, select.where.get()) + Order(query);
   if (select.top) rows += Limit(*select.top.count);
   return "WITH q AS MATERIALIZED (" + rows + ") SELECT " + items + " FROM q";
 }

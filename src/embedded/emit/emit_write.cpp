@@ -3,6 +3,7 @@
 
 #include "embedded/bind/walk.h"
 #include "embedded/catalog/sqlite.h"
+#include "embedded/emit/anti_join.h"
 #include "embedded/emit/emitter_impl.h"
 #include "embedded/emit/single_match.h"
 #include "embedded/functions/functions.h"
@@ -134,9 +135,8 @@ std::string WriteEmitter::Assignments(const BoundUpdate& update) {
 }
 
 std::string WriteEmitter::UpdateAlone(const BoundUpdate& update) {
-  std::string out = "UPDATE " + Source(*update.target) + " SET " + Assignments(update);
-  if (update.where) out += " WHERE " + Condition(*update.where);
-  return out;
+  return "UPDATE " + Source(*update.target) + " SET " + Assignments(update) +
+         Where(*update.from, update.where.get());
 }
 
 // Each row of the target is met once at most: SQLite's own UPDATE … FROM.
@@ -193,11 +193,11 @@ std::string WriteEmitter::Update(const BoundUpdate& update) {
 
 // What an UPDATE joins, and which rows of it count: each row of the target once.
 std::string WriteEmitter::MatchedRows(const BoundUpdate& update, const std::string& row) {
-  std::string out = " FROM " + From(*update.from, update.where.get());
-  if (update.where) out += " WHERE " + Condition(*update.where);
   // A view may show a row several times, or, where it joins, none.
   const bool through_view = update.row_column >= 0;
-  if (through_view) out += (update.where ? " AND " : " WHERE ") + row + " IS NOT NULL";
+  std::string out =
+      " FROM " + From(*update.from, update.where.get()) +
+      Where(*update.from, update.where.get(), through_view ? row + " IS NOT NULL" : std::string());
   if (through_view || !MatchesOnce(*update.from, update.where.get(), *update.target)) {
     out += " GROUP BY " + row;
   }
@@ -225,13 +225,16 @@ std::string WriteEmitter::UpdatedRows(const BoundUpdate& update) {
 
 std::string WriteEmitter::Delete(const BoundDelete& remove) {
   if (IsAlone(*remove.from) && !remove.top && remove.row_column < 0) {
-    std::string out = "DELETE FROM " + Source(*remove.target);
-    if (remove.where) out += " WHERE " + Condition(*remove.where);
-    return out;
+    return "DELETE FROM " + Source(*remove.target) + Where(*remove.from, remove.where.get());
   }
-  Narrow(*remove.from, remove.where.get());
-  std::string rows = "SELECT " + RowOf(remove) + " FROM " + From(*remove.from, remove.where.get());
-  if (remove.where) rows += " WHERE " + Condition(*remove.where);
+  std::string rows = "SELECT " + RowOf(remove) + " FROM ";
+  const BoundSource* missed = FindAntiJoined(*remove.from, remove.where.get());
+  if (missed != nullptr && missed != remove.target) {
+    rows += AntiJoin(*remove.from, remove.where.get());
+  } else {
+    Narrow(*remove.from, remove.where.get());
+    rows += From(*remove.from, remove.where.get()) + Where(*remove.from, remove.where.get());
+  }
   if (remove.top) rows += LimitOf(remove.top, rows);
   return "DELETE FROM " + remove.table->physical + " WHERE " + remove.table->rowid + " IN (" +
          rows + ')';

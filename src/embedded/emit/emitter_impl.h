@@ -31,7 +31,9 @@ class Emitter {
   // emit_query.cpp
   std::string Query(const BoundQuery& query, bool names = false);
   // A query inside an expression or a condition.
-  std::string Subquery(const BoundQuery& query, bool names = false);
+  std::string Subquery(const BoundQuery& query, bool names = false) {
+    return Within([&] { return Query(query, names); });
+  }
   std::string Source(const BoundSource& source);
   std::string From(const BoundFrom& from, const BoundCondition* where);
   std::string Scalar(const BoundQuery& query);
@@ -49,6 +51,13 @@ class Emitter {
   // narrow.cpp: adds conditions to grouped derived tables, so that they are computed only for the
   // keys on which they are joined.
   void Narrow(const BoundFrom& from, const BoundCondition* where);
+  // filtered_index.cpp: the filters of indexes that follow from the conditions, joined by AND;
+  // empty when there are none.
+  std::string IndexFilters(const BoundFrom& from, const BoundCondition* where);
+  // anti_join.cpp: FROM and WHERE of a statement for which FindAntiJoined finds a table.
+  std::string AntiJoin(const BoundFrom& from, const BoundCondition* where);
+  // " WHERE …" of the conditions, those that were found out and the filters; empty for none.
+  std::string Where(const BoundFrom& from, const BoundCondition* where, std::string found = {});
 
  private:
   // shallow.cpp
@@ -56,6 +65,8 @@ class Emitter {
   std::string Kept(std::string text);
   std::string AfterSteps(std::string text);
   std::string Derived(const BoundQuery& query);
+  // The text of a query inside an expression or a condition, which `query` emits.
+  std::string Within(const std::function<std::string()>& query);
   // What `emit` emits is computed at a time of its own: a branch, a row of another query.
   template <class Emit>
   std::string Apart(const Emit& emit) {
@@ -97,6 +108,11 @@ class Emitter {
   std::string Arm(const BoundQuery& query, bool distinct_rows);
   std::string Order(const BoundQuery& query);
 
+  void AddNoMatch(const BoundQuery& query, const BoundSource& source, const BoundCondition& on,
+                  std::vector<std::string>& conditions);
+  std::string MatchIn(const BoundSelect& select, const BoundCondition& on);
+  bool FilterFollows(const Key& key, const BoundSource& source, const BoundCondition* where,
+                     std::vector<int>& literals);
   bool NarrowQuery(const BoundQuery& query, size_t column, const std::string& keys);
   std::string KeysOf(const BoundColumn& column, const BoundCondition* where);
 
@@ -118,10 +134,13 @@ class Emitter {
   std::vector<std::string> taken_out_;
   int named_ = 0;
   std::vector<Parameter> parameters_;
+  std::vector<int> settled_;
   bool raises_ = false;
   // While set, columns of these sources are taken from a list of carried ones.
   const BoundFrom* carried_from_ = nullptr;
   std::vector<std::string> carried_;
+  // Derived tables of which a column is written as the item of a block, not by its name.
+  std::unordered_map<const BoundSource*, const BoundSelect*> shown_;
   // Conditions to be added to a block's WHERE.
   std::unordered_map<const BoundSelect*, std::string> narrowed_;
 };

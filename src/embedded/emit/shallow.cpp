@@ -81,10 +81,10 @@ std::string Emitter::TakenOut() {
 }
 
 // What is taken out of it may speak of the query around it, so that it stays within.
-std::string Emitter::Subquery(const BoundQuery& query, bool names) {
+std::string Emitter::Within(const std::function<std::string()>& query) {
   std::vector<std::string> outer = std::exchange(taken_out_, {});
   const int derived = std::exchange(derived_, 0);
-  std::string text = Apart([&] { return Query(query, names); });
+  std::string text = Apart(query);
   text.insert(0, TakenOut());
   taken_out_ = std::move(outer);
   derived_ = derived;

@@ -66,6 +66,16 @@ InstructionPtr MakeInsert(const InsertStatement& statement, InstructionPtr execu
                           Visible visible);
 InstructionPtr MakeUpdate(const UpdateStatement& statement, Visible visible);
 InstructionPtr MakeDelete(const DeleteStatement& statement, Visible visible);
+// read_once.cpp
+// Whether `first` fills a table variable that `second` alone reads. `table_variables`: those that
+// the statements of the program name. Both must stand in the program's body itself, one right after
+// the other, so that neither can run without the other or twice.
+bool IsReadOnce(const Statement& first, const Statement& second,
+                const std::vector<std::string>& table_variables);
+// The two statements; `insert` and `remove` are their own instructions.
+InstructionPtr MakeReadOnce(const InsertStatement& insert_statement, InstructionPtr insert,
+                            const DeleteStatement& delete_statement, InstructionPtr remove,
+                            Visible visible);
 // define.cpp
 InstructionPtr MakeCreateTable(const CreateTableStatement& statement);
 InstructionPtr MakeAlterTableAdd(const AlterTableAddStatement& statement);

@@ -24,6 +24,23 @@ class ProgramBuilder {
     return body;
   }
 
+  // The statements of the program itself, not of one of its blocks.
+  std::vector<InstructionPtr> BuildBody(const std::vector<StatementPtr>& statements,
+                                        const std::vector<std::string>& table_variables) {
+    std::vector<InstructionPtr> body;
+    for (size_t i = 0; i < statements.size(); ++i) {
+      const Statement& statement = *statements[i];
+      body.push_back(Build(statement));
+      if (i + 1 == statements.size()) break;
+      const Statement& next = *statements[i + 1];
+      if (!IsReadOnce(statement, next, table_variables)) continue;
+      body.back() = MakeReadOnce(As<InsertStatement>(statement), std::move(body.back()),
+                                 As<DeleteStatement>(next), Build(next), Now());
+      ++i;
+    }
+    return body;
+  }
+
   InstructionPtr Build(const Statement& statement) {
     try {
       return Make(statement);
@@ -153,7 +170,7 @@ std::shared_ptr<Program> Program::FromBatch(std::shared_ptr<const Batch> batch, 
   auto program = std::make_shared<Program>();
   program->exchangeable_ = exchangeable;
   ProgramBuilder builder(program, /*procedure=*/false);
-  program->body_ = builder.BuildAll(batch->statements);
+  program->body_ = builder.BuildBody(batch->statements, batch->table_variables);
   program->source_ = std::move(batch);
   return program;
 }
@@ -167,7 +184,7 @@ std::shared_ptr<Program> Program::FromProcedure(const Procedure& procedure) {
                     ResolveTypeName(parameter.type, TypeNameUse::kDeclaration,
                                     {++ordinal, procedure.statement->line, parameter.name}));
   }
-  program->body_ = builder.BuildAll(procedure.statement->body);
+  program->body_ = builder.BuildBody(procedure.statement->body, procedure.text->table_variables);
   program->source_ = procedure.text;
   return program;
 }

@@ -423,6 +423,7 @@ struct CreateIndexStatement final : Statement {
   ObjectName table;
   bool unique = false;
   std::vector<std::string> columns;
+  ConditionPtr filter;  // null for an index of all rows
 };
 
 struct AlterTableAddStatement final : Statement {
@@ -575,6 +576,8 @@ struct RaisErrorStatement final : Statement {
 struct Batch {
   std::vector<StatementPtr> statements;
   int literal_slots = 0;  // how many literals can be exchanged without compiling anew
+  // The table variables that statements read or write, each as often as one is named.
+  std::vector<std::string> table_variables;
 };
 
 }  // namespace tavcc::sql

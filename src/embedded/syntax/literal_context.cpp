@@ -62,6 +62,12 @@ constexpr bool IsIndexWord(Keyword keyword) {
          keyword == Keyword::kNONCLUSTERED || keyword == Keyword::kINDEX;
 }
 
+// What may stand in CREATE INDEX before its filter.
+constexpr bool IsBeforeFilter(Keyword keyword) {
+  return IsIndexWord(keyword) || keyword == Keyword::kON || keyword == Keyword::kASC ||
+         keyword == Keyword::kDESC;
+}
+
 }  // namespace
 
 void LiteralContext::Pass(TokenKind kind, Keyword keyword, char symbol) {
@@ -89,6 +95,8 @@ void LiteralContext::Pass(TokenKind kind, Keyword keyword, char symbol) {
 void LiteralContext::PassKeyword(Keyword keyword) {
   if (depth_ == list_depth_ && !IsInsideList(keyword)) list_depth_ = kNever;
   if (after_create_ && keyword != Keyword::kTABLE && !IsIndexWord(keyword)) pin_rest_ = true;
+  if (in_index_ && keyword == Keyword::kWHERE) pin_rest_ = true;
+  in_index_ = (in_index_ && IsBeforeFilter(keyword)) || (after_create_ && IsIndexWord(keyword));
   after_create_ = keyword == Keyword::kCREATE;
   if (keyword == Keyword::kALTER) pin_rest_ = true;
   table_ = keyword == Keyword::kTABLE ? Table::kName : Table::kNone;

@@ -3,9 +3,10 @@
 //
 // Most can: "where FID=7" and "where FID=8" are one compiled batch. Some are part of what the batch
 // says and stay in its key: TOP counts, the arguments of types, the styles of CONVERT, ordinals of
-// ORDER BY, whatever stands in a table definition, view or procedure, texts that are column
-// aliases, and binary constants. An expression with a literal in a GROUP BY or ORDER BY list must
-// be found again in the select list, so a batch that has one cannot share at all.
+// ORDER BY, whatever stands in a table definition, view or procedure, the filter of an index and
+// what follows it, texts that are column aliases, and binary constants. An expression with a
+// literal in a GROUP BY or ORDER BY list must be found again in the select list, so a batch that
+// has one cannot share at all.
 //
 // The decision needs nothing but the tokens seen so far (and one character ahead), because the
 // fingerprint makes it without a parser. The lexer asks the same class, and the parser checks it.
@@ -66,6 +67,7 @@ class LiteralContext {
   bool in_call_ = false;  // of a procedure: its arguments follow its name without brackets
   bool pin_rest_ = false;
   bool after_create_ = false;
+  bool in_index_ = false;  // after CREATE INDEX, before its filter
   bool shareable_ = true;
   int depth_ = 0;
   int pinned_depth_ = kNever;  // all literals in brackets at this depth or deeper stay

@@ -10,13 +10,9 @@ constexpr size_t kMaxRows = 1000;
 
 // The table that a statement changes, and its hints, which have no effect.
 ObjectName Parser::TakeTarget() {
-  ObjectName name;
-  if (Peek().kind == TokenKind::kVariable)
-    name.parts.push_back(TakeVariable());
-  else if (At(Keyword::kOPENQUERY) || At(Keyword::kOPENROWSET) || At(Keyword::kOPENDATASOURCE))
+  if (At(Keyword::kOPENQUERY) || At(Keyword::kOPENROWSET) || At(Keyword::kOPENDATASOURCE))
     Unsupported(KeywordText(Peek().keyword));
-  else
-    name = TakeObjectName();
+  ObjectName name = TakeTableName();
   std::vector<std::string> hints;
   if (At(Keyword::kWITH) && AtSymbol("(", 1)) {
     Take();

@@ -60,7 +60,10 @@ StatementPtr Parser::ParseCreateIndex(int line) {
     Take();
     TakeNameList();  // columns that are only carried along
   }
-  if (At(Keyword::kWHERE)) Unsupported("filtered indexes");
+  if (Accept(Keyword::kWHERE)) {
+    create->filter = ParseCondition();
+    PinAll(*create->filter);
+  }
   SkipKeyOptions();
   return create;
 }

@@ -152,10 +152,7 @@ TableSourcePtr Parser::FinishDerivedTable(QueryPtr query, int line, bool bracket
 
 TableSourcePtr Parser::ParseNamedTable() {
   auto table = MakeAt<NamedTable>(Line());
-  if (Peek().kind == TokenKind::kVariable)
-    table->name.parts.push_back(TakeVariable());
-  else
-    table->name = TakeObjectName();
+  table->name = TakeTableName();
   if (AtLegacyHints()) ParseHints(table->hints);
   table->alias = ParseOptionalTableAlias();
   if (At(Keyword::kWITH) && AtSymbol("(", 1)) {

@@ -44,6 +44,7 @@ Batch Parser::Run() {
   Batch batch;
   batch.statements = ParseStatementsToEnd();
   batch.literal_slots = unshareable_ ? -1 : lexer_.slots();
+  batch.table_variables = std::move(table_variables_);
   return batch;
 }
 
@@ -182,6 +183,16 @@ ObjectName Parser::TakeObjectName() {
   return name;
 }
 
+ObjectName Parser::TakeTableName() {
+  ObjectName name;
+  if (Peek().kind == TokenKind::kVariable)
+    name.parts.push_back(TakeVariable());
+  else
+    name = TakeObjectName();
+  if (name.last().starts_with('@')) table_variables_.push_back(name.last());
+  return name;
+}
+
 std::vector<std::string> Parser::TakeNameList() {
   ExpectSymbol("(");
   std::vector<std::string> names;
@@ -213,6 +224,18 @@ void Parser::PinAll(const Expression* expression) {
     expression = static_cast<const UnaryExpression*>(expression)->operand.get();
   if (expression == nullptr || expression->kind != Expression::Kind::kLiteral) return;
   if (static_cast<const LiteralExpression*>(expression)->slot >= 0) unshareable_ = true;
+}
+
+// Conditions that an index may have: comparisons, and several of them.
+void Parser::PinAll(const Condition& filter) {
+  if (filter.kind == Condition::Kind::kAnd) {
+    for (const auto& operand : static_cast<const LogicalCondition&>(filter).operands) {
+      PinAll(*operand);
+    }
+  } else if (filter.kind == Condition::Kind::kComparison) {
+    PinAll(static_cast<const ComparisonCondition&>(filter).left.get());
+    PinAll(static_cast<const ComparisonCondition&>(filter).right.get());
+  }
 }
 
 // ---- Errors ----

@@ -93,11 +93,13 @@ class Parser {
   std::string TakeVariable();
   ObjectName TakeObjectName();
   std::vector<std::string> TakeNameList();  // (a, b), the bracket already seen
+  ObjectName TakeTableName();               // also of a table variable
   // Takes brackets and all that is in them; the word `refused`, when given, may not be.
   void SkipBrackets(std::string_view refused = {});
   // Notes that a literal's value shapes what is compiled.
   void Pin(const Token& literal);
   void PinAll(const Expression* expression);
+  void PinAll(const Condition& filter);
 
   // ---- Errors (parser.cpp) ----
   [[noreturn]] void Unexpected();
@@ -249,6 +251,7 @@ class Parser {
   Lexer lexer_;
   Token last_;  // the token taken last
   bool unshareable_ = false;
+  std::vector<std::string> table_variables_;
   bool first_statement_ = true;
   int depth_ = 0;
   int cases_ = 0;   // around the present place

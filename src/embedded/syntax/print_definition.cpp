@@ -84,6 +84,7 @@ bool Printer::AddDefinition(const Statement& statement) {
       Word(create.name);
       Add(create.table);
       Add(create.columns);
+      if (create.filter) Add(create.filter.get());
       Close();
       return true;
     }

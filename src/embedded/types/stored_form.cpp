@@ -30,7 +30,7 @@ bool IsSameStored(const SqlType& from, const SqlType& to) {
   }
   if (IsText(from.kind)) {
     if (!IsText(to.kind) || IsFixedText(to.kind)) return false;
-    return Fits(from.length, to.length) && (IsNationalText(to.kind) || !IsNationalText(from.kind));
+    return Fits(from.length, to.length);
   }
   if (from.kind == TypeKind::kReal) return to.kind == TypeKind::kFloat;
   if (from.kind == TypeKind::kDate || from.kind == TypeKind::kSmallDateTime) {

@@ -223,6 +223,8 @@ TEST(Parse, Definitions) {
       {"create unique nonclustered index ix on t(a, b desc) with (fillfactor=80)",
        "(create-unique-index ix t (a b))"},
       {"create index ix on t(a) include (b)", "(create-index ix t (a))"},
+      {"create index ix on t(a) where ([b]>=(-1.5) and c is not null) with (fillfactor=80)",
+       "(create-index ix t (a) (and (>= b (- 1.5)) (is-not-null c)))"},
       {"create view v(x) as select a from t", "(create-view v (x) (select a (from t)))"},
       {"create procedure p @a int, @b varchar(20)='x', @c decimal(28,10) output as "
        "select @c=1 return 0",

@@ -1,0 +1,203 @@
+// Filtered indexes: an index with a filter holds few rows, but SQLite looks into it only when the
+// statement says the filter in the very words of the index. For example, with an index on T WHERE
+// Q >= -1 AND Q <= 1,
+//
+//   SELECT … FROM T WHERE abs(Q) <= 0.5
+//
+// is emitted as
+//
+//   SELECT … FROM T WHERE abs(Q) <= 0.5 AND Q >= -1 AND Q <= 1
+//
+// The words that are added hold for each row for which the statement's own conditions hold, so that
+// no answer changes. What follows from the conditions is read off exact numbers in their stored
+// form; the literals that it depends on are reported, since the text is then good for them alone.
+#include <algorithm>
+#include <limits>
+#include <optional>
+
+#include "embedded/bind/function_rules.h"
+#include "embedded/bind/walk.h"
+#include "embedded/emit/emitter_impl.h"
+#include "embedded/types/wide.h"
+
+namespace tavcc::sql {
+namespace {
+
+using Op = ComparisonOperator;
+
+constexpr int64_t kLowest = std::numeric_limits<int64_t>::min();
+constexpr int64_t kHighest = std::numeric_limits<int64_t>::max();
+
+// What is known of a column's stored value whenever the conditions hold: it is no null, from `low`
+// to `high`, and perhaps not 0.
+struct Known {
+  bool any = false;
+  int64_t low = kLowest, high = kHighest;
+  bool not_zero = false;
+
+  // Whether SQLite stores it as a whole number and so compares it as one. A decimal of many digits
+  // may be a BLOB (see stored_value.h), unless it is known to lie between two whole numbers.
+  bool IsWhole(const SqlType& type) const {
+    return AlwaysStoredAsInteger(type) || (low != kLowest && high != kHighest);
+  }
+};
+
+const BoundColumn* AsColumn(const BoundExpression& expression) {
+  return expression.kind == BoundExpression::Kind::kColumn
+             ? &static_cast<const BoundColumn&>(expression)
+             : nullptr;
+}
+
+bool IsExact(const SqlType& type) {
+  return IsInteger(type.kind) || IsScaled(type.kind);
+}
+
+// The operand of ABS; null when the expression is something else.
+const BoundExpression* AbsoluteOf(const BoundExpression& expression) {
+  if (expression.kind != BoundExpression::Kind::kCall) return nullptr;
+  const auto& call = static_cast<const BoundCall&>(expression);
+  return call.rule->emitted == "t_abs" ? call.arguments[0].get() : nullptr;
+}
+
+// The literal in `expression`, also where the binder gave it the scale of what it is compared with.
+const BoundLiteral* AsLiteral(const BoundExpression& expression) {
+  const BoundExpression* inner = &expression;
+  if (inner->kind == BoundExpression::Kind::kConvert) {
+    const auto& convert = static_cast<const BoundConvert&>(expression);
+    const bool exact = IsExact(convert.type) && IsExact(convert.operand->type) &&
+                       StoredScale(convert.type) >= StoredScale(convert.operand->type);
+    if (!exact) return nullptr;
+    inner = convert.operand.get();
+  }
+  return inner->kind == BoundExpression::Kind::kLiteral ? static_cast<const BoundLiteral*>(inner)
+                                                        : nullptr;
+}
+
+// The literal's value as a column of `type` stores it; nothing when it has more decimals.
+std::optional<int64_t> AtScaleOf(const BoundLiteral& literal, const SqlType& type) {
+  if (!IsExact(literal.type) || literal.value.kind() != StoredValue::Kind::kInteger) return {};
+  const int up = StoredScale(type) - StoredScale(literal.type);
+  if (up < 0) return {};
+  Wide value = Wide::FromInt64(literal.value.integer());
+  value.MultiplyByPowerOf10(up);
+  return value.ToInt64();
+}
+
+void LearnRange(Known& known, Op op, int64_t value) {
+  if (op == Op::kNotEqual) {
+    known.not_zero = known.not_zero || value == 0;
+    return;
+  }
+  if (op == Op::kEqual || op == Op::kGreaterEqual) known.low = std::max(known.low, value);
+  if (op == Op::kEqual || op == Op::kLessEqual) known.high = std::min(known.high, value);
+  // Strictly greater or less is said without the strictness where there is no next number.
+  if (op == Op::kGreater) known.low = std::max(known.low, value < kHighest ? value + 1 : value);
+  if (op == Op::kLess) known.high = std::min(known.high, value > kLowest ? value - 1 : value);
+}
+
+// |x| compared with a value that is not negative.
+void LearnAbsolute(Known& known, Op op, int64_t value) {
+  if (op == Op::kLess || op == Op::kLessEqual || op == Op::kEqual) {
+    LearnRange(known, Op::kGreaterEqual, -value);
+    LearnRange(known, Op::kLessEqual, value);
+  }
+  const bool above = op == Op::kGreater || ((op == Op::kGreaterEqual || op == Op::kEqual) && value);
+  if (above || (op == Op::kNotEqual && value == 0)) known.not_zero = true;
+}
+
+Op Mirrored(Op op) {
+  switch (op) {
+    case Op::kLess:
+      return Op::kGreater;
+    case Op::kLessEqual:
+      return Op::kGreaterEqual;
+    case Op::kGreater:
+      return Op::kLess;
+    case Op::kGreaterEqual:
+      return Op::kLessEqual;
+    default:
+      return op;
+  }
+}
+
+// Adds what a condition says of the column; the slot of the literal that it says it by, -1 for a
+// constant, nothing when it says nothing.
+std::optional<int> Learn(Known& known, const BoundCondition& condition, const BoundSource& source,
+                         int column) {
+  if (condition.kind != BoundCondition::Kind::kComparison) return {};
+  const auto& comparison = static_cast<const BoundComparison&>(condition);
+  const BoundLiteral* literal = AsLiteral(*comparison.right);
+  const bool mirrored = literal == nullptr;
+  if (mirrored) literal = AsLiteral(*comparison.left);
+  if (literal == nullptr) return {};
+  const BoundExpression& other = mirrored ? *comparison.right : *comparison.left;
+  const BoundExpression* absolute = AbsoluteOf(other);
+  const BoundColumn* about = AsColumn(absolute != nullptr ? *absolute : other);
+  if (about == nullptr || about->source != &source || about->column != column) return {};
+  if (!IsExact(about->type)) return {};
+  const auto value = AtScaleOf(*literal, about->type);
+  if (!value || (absolute != nullptr && *value < 0)) return {};
+  const Op op = mirrored ? Mirrored(comparison.op) : comparison.op;
+  known.any = true;
+  if (absolute != nullptr) {
+    LearnAbsolute(known, op, *value);
+  } else {
+    LearnRange(known, op, *value);
+  }
+  return literal->slot;
+}
+
+bool Follows(const KeyFilter& filter, const Known& known, const SqlType& type) {
+  if (!known.any || filter.kind == KeyFilter::Kind::kNull) return false;
+  if (filter.kind == KeyFilter::Kind::kNotNull) return true;
+  if (filter.constant.kind() != StoredValue::Kind::kInteger) return false;
+  const int64_t value = filter.constant.integer();
+  if (filter.op == Op::kNotEqual && value == 0 && known.not_zero) return true;
+  if (!known.IsWhole(type)) return false;
+  switch (filter.op) {
+    case Op::kEqual:
+      return known.low == value && known.high == value;
+    case Op::kNotEqual:
+      return known.low > value || known.high < value;
+    case Op::kLess:
+      return known.high < value;
+    case Op::kLessEqual:
+      return known.high <= value;
+    case Op::kGreater:
+      return known.low > value;
+    default:
+      return known.low >= value;
+  }
+}
+
+}  // namespace
+
+// Whether the filter follows from the conditions; adds the literals that this depends on.
+bool Emitter::FilterFollows(const Key& key, const BoundSource& source, const BoundCondition* where,
+                            std::vector<int>& literals) {
+  return std::ranges::all_of(key.filter, [&](const KeyFilter& filter) {
+    Known known;
+    ForEachConjunct(where, [&](const BoundCondition& conjunct) {
+      const auto slot = Learn(known, conjunct, source, filter.column);
+      if (slot && *slot >= 0) literals.push_back(*slot);
+    });
+    return Follows(filter, known, source.columns[static_cast<size_t>(filter.column)].type);
+  });
+}
+
+std::string Emitter::IndexFilters(const BoundFrom& from, const BoundCondition* where) {
+  std::string out;
+  ForEachSource(from, [&](const BoundSource& source) {
+    if (!source.table) return;
+    for (const Key& key : source.table->keys) {
+      std::vector<int> literals;
+      if (key.filter.empty() || !FilterFollows(key, source, where, literals)) continue;
+      if (!out.empty()) out += " AND ";
+      out += PhysicalFilter(*source.table, key, SourceName(source) + '.');
+      settled_.insert(settled_.end(), literals.begin(), literals.end());
+    }
+  });
+  return out;
+}
+
+}  // namespace tavcc::sql
