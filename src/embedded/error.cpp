@@ -110,6 +110,7 @@ constexpr auto kErrors = std::to_array<ErrorDefinition>({
     {1031, 15, 1, "Percent values must be between 0 and 100.", kNextStatement},
     {1033, 15, 1, "The ORDER BY clause is invalid in views, inline functions, derived tables, subqueries, and common table expressions, unless TOP, OFFSET or FOR XML is also specified.", kEndScope},
     {1038, 15, 4, "An object or column name is missing or empty. For SELECT INTO statements, verify each column has a name. For other statements, look for empty alias names. Aliases defined as \"\" or [] are not allowed. Change the alias to a valid name.", kEndScope},
+    {1048, 15, 1, "Conflicting cursor options %.*ls and %.*ls.", kEndScope},
     {1060, 15, 1, "The number of rows provided for a TOP or FETCH clauses row count parameter must be an integer.", kEndScope},
     {1062, 16, 1, "The TOP N WITH TIES clause is not allowed without a corresponding ORDER BY clause.", kEndScope},
     {1087, 15, 2, "Must declare the table variable \"%.*ls\".", kEndScope},
@@ -189,10 +190,15 @@ constexpr auto kErrors = std::to_array<ErrorDefinition>({
     {9810, 16, 1, "The datepart %.*ls is not supported by date function %.*ls for data type %.*ls.", kEndScope},
     {10738, 15, 1, "The number of row value expressions in the INSERT statement exceeds the maximum allowed number of 1000 row values.", kEndScope},
     {16905, 16, 1, "The cursor is already open.", kNextStatement},
+    {16911, 16, 1, "%hs: The fetch type %hs cannot be used with forward only cursors.", kNextStatement},
     {16915, 16, 1, "A cursor with the name '%.*ls' already exists.", kNextStatement},
     {16916, 16, 1, "A cursor with the name '%.*ls' does not exist.", kNextStatement},
     {16917, 16, 2, "Cursor is not open.", kNextStatement},
     {16924, 16, 1, "Cursorfetch: The number of variables declared in the INTO list must match that of selected columns.", kNextStatement},
+    {16925, 16, 1, "The fetch type %hs cannot be used with dynamic cursors.", kNextStatement},
+    {16929, 16, 1, "The cursor is READ ONLY.", kNextStatement},
+    {16931, 16, 1, "There are no rows in the current fetch buffer.", kNextStatement},
+    {16933, 16, 1, "The cursor does not include the table being modified or the table is not updatable through the cursor.", kNextStatement},
     // Our own.
     {kNotSupported, 16, 1, "Not supported by the embedded database: %s.", kEndScope},
 });

@@ -30,6 +30,17 @@ const BoundSource* FindTarget(const BoundFrom& from, const ObjectName& target,
   return by_alias != nullptr ? by_alias : by_table;
 }
 
+// The row whose number is the row parameter.
+template <class Change>
+BoundConditionPtr IsRow(const Change& change) {
+  auto is_row = std::make_unique<BoundComparison>();
+  is_row->left = std::make_unique<BoundColumn>(
+      *change.target, change.row_column < 0 ? BoundColumn::kRowNumber : change.row_column);
+  is_row->right =
+      std::make_unique<BoundVariable>(Type(TypeKind::kBigInt), Binder::kRowParameters, "");
+  return is_row;
+}
+
 // Of an INSERT without a column list: values for all columns, the identity column too, are an error
 // of their own.
 [[noreturn]] void RaiseWrongCount(const Table& table, size_t values) {
@@ -287,6 +298,7 @@ BoundUpdate Binder::BindUpdate(const UpdateStatement& update) {
   }
   aggregates.refusal = 147;
   if (update.where) bound.where = Bind(*update.where, scope);
+  if (!update.current_of.empty()) bound.where = IsRow(bound);
   aggregates_ = nullptr;
   return bound;
 }
@@ -301,6 +313,7 @@ BoundDelete Binder::BindDelete(const DeleteStatement& remove, const InsertStatem
   Aggregates aggregates{147, false, false};
   aggregates_ = &aggregates;
   if (remove.where) bound.where = Bind(*remove.where, scope);
+  if (!remove.current_of.empty()) bound.where = IsRow(bound);
   aggregates_ = nullptr;
   rows_ = nullptr;
   return bound;

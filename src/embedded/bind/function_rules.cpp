@@ -18,6 +18,7 @@ constexpr auto kRules = std::to_array<FunctionRule>({
     {"CEILING",      "n",       kWholeNumber,  kNumeric,    "t_ceiling"},
     {"CHAR",         "i",       kChar,         kPlain,      "t_char"},
     {"CHARINDEX",    "tt|i",    kInt,          kPlain,      "t_charindex"},
+    {"CURSOR_STATUS", "tt",     kInt,          kPlain,      "s_cursor_status"},
     {"DATALENGTH",   "a",       kInt,          kDataLength, "t_datalength"},
     {"DATEADD",      "pid",     kDateOfThird,  kDateAdd,    "t_dateadd"},
     {"DATEDIFF",     "pdd",     kInt,          kPlain,      "t_datediff"},

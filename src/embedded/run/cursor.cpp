@@ -1,5 +1,8 @@
-// DECLARE CURSOR, OPEN, FETCH, CLOSE, DEALLOCATE.
+// OPEN, FETCH, CLOSE, DEALLOCATE, and the place of a cursor.
 #include "embedded/run/cursor.h"
+
+#include <algorithm>
+#include <limits>
 
 #include "embedded/catalog/names.h"
 #include "embedded/run/engine.h"
@@ -8,63 +11,48 @@
 namespace tavcc::sql {
 namespace {
 
+using Direction = FetchStatement::Direction;
+
+constexpr int64_t kBeforeAll = std::numeric_limits<int64_t>::min();
+constexpr int64_t kBehindAll = std::numeric_limits<int64_t>::max();
+
+// @@FETCH_STATUS
+constexpr int kFetched = 0, kNoRow = -1, kGone = -2;
+
 Cursor& RequireCursor(Engine& engine, const std::string& name) {
   const auto found = engine.cursors().find(FoldName(name));
   if (found == engine.cursors().end()) Raise(16916, name);
   return found->second;
 }
 
-class DeclareCursorInstruction final : public Instruction, public CursorQuery {
- public:
-  DeclareCursorInstruction(const DeclareCursorStatement& statement, Visible visible,
-                           std::weak_ptr<Program> program)
-      : Instruction(statement.line),
-        statement_(statement),
-        visible_(visible),
-        program_(std::move(program)) {}
-
-  void Prepare(Engine& engine, Frame& frame) override {
-    PrepareDeferred(line(), [&] { Find(engine, frame); });
+void Open(Engine& engine, Cursor& cursor) {
+  if (cursor.open) Raise(16905);
+  cursor.sight = cursor.query->SightOf(engine, cursor.frame);
+  cursor.place = 0;
+  cursor.current.clear();
+  cursor.tables.clear();
+  if (cursor.sight != CursorSight::kStatic) {
+    cursor.tables = cursor.query->Tables(engine, cursor.frame);
   }
-
-  Flow Execute(Engine& engine, Frame& frame) override {
-    const std::string folded = FoldName(statement_.name);
-    if (engine.cursors().contains(folded)) Raise(16915, statement_.name);
-    Find(engine, frame);
-    Cursor& cursor = engine.cursors()[folded];
-    cursor.program = program_.lock();
-    cursor.query = this;
-    // The query sees the variables as they are now, whenever it is opened.
-    cursor.literals.assign(frame.literals.begin(), frame.literals.end());
-    cursor.frame.variables = frame.variables;
-    cursor.frame.literals = cursor.literals;
-    return Flow::kNext;
+  if (cursor.sight == CursorSight::kStatic) {
+    cursor.rows = cursor.query->All(engine, cursor.frame);
+    cursor.count = static_cast<int64_t>(cursor.rows.count);
+  } else if (cursor.IsStepping()) {
+    cursor.place = kBeforeAll;
+  } else {
+    cursor.keys = cursor.query->Keys(engine, cursor.frame);
+    cursor.count = std::ssize(cursor.keys);
   }
+  cursor.open = true;
+}
 
-  Rows Open(Engine& engine, Frame& frame) override {
-    return ReadRows(engine, Find(engine, frame), frame);
-  }
-
- private:
-  Plan& Find(Engine& engine, const Frame& frame) {
-    return plans_.Find(engine, frame, [&](Plan& plan) {
-      Binder binder(engine.catalog(), visible_.span(), frame.literals, plan.binding);
-      const BoundQueryPtr query = binder.BindQuery(*statement_.query);
-      auto shape = std::make_shared<ResultShape>();
-      for (const SourceColumn& column : query->columns) {
-        shape->names.push_back(column.name);
-        shape->types.push_back(column.type);
-      }
-      plan.shape = std::move(shape);
-      plan.emitted = EmitQuery(*query);
-    });
-  }
-
-  const DeclareCursorStatement& statement_;
-  const Visible visible_;
-  const std::weak_ptr<Program> program_;
-  PlanCache plans_;
-};
+void Close(Cursor& cursor) {
+  if (!cursor.open) Raise(16917);
+  cursor.open = false;
+  cursor.rows = Rows{};
+  cursor.keys.clear();
+  cursor.current.clear();
+}
 
 class CursorInstruction final : public Instruction {
  public:
@@ -74,15 +62,10 @@ class CursorInstruction final : public Instruction {
     Cursor& cursor = RequireCursor(engine, statement_.name);
     switch (statement_.kind) {
       case Statement::Kind::kOpenCursor:
-        if (cursor.open) Raise(16905);
-        cursor.rows = cursor.query->Open(engine, cursor.frame);
-        cursor.next = 0;
-        cursor.open = true;
+        Open(engine, cursor);
         break;
       case Statement::Kind::kCloseCursor:
-        if (!cursor.open) Raise(16917);
-        cursor.open = false;
-        cursor.rows = Rows{};
+        Close(cursor);
         break;
       default:
         engine.cursors().erase(FoldName(statement_.name));
@@ -95,10 +78,90 @@ class CursorInstruction final : public Instruction {
   const CursorStatement& statement_;
 };
 
+void RequireDirection(const Cursor& cursor, Direction direction) {
+  static constexpr std::string_view kWords[] = {"next", "prior",    "first",
+                                                "last", "absolute", "relative"};
+  if (direction == Direction::kAbsolute && cursor.sight == CursorSight::kDynamic) {
+    Raise(16925, "Absolute");
+  }
+  if (direction == Direction::kNext || cursor.scroll) return;
+  Raise(16911, "fetch", kWords[static_cast<size_t>(direction)]);
+}
+
+// The place that a FETCH leads to among rows that can be counted.
+int64_t PlaceOf(const Cursor& cursor, Direction direction, int64_t offset) {
+  switch (direction) {
+    case Direction::kNext:
+      return cursor.place + 1;
+    case Direction::kPrior:
+      return cursor.place - 1;
+    case Direction::kFirst:
+      return 1;
+    case Direction::kLast:
+      return cursor.count;
+    case Direction::kRelative:
+      return cursor.place + offset;
+    case Direction::kAbsolute:
+      break;
+  }
+  return offset >= 0 ? offset : cursor.count + 1 + offset;
+}
+
+Rows RowAt(const Cursor& cursor, int64_t place) {
+  const size_t columns = cursor.rows.shape->types.size();
+  const auto first = cursor.rows.cells.begin() + (place - 1) * static_cast<int64_t>(columns);
+  return Rows{cursor.rows.shape, {first, first + static_cast<int64_t>(columns)}, 1};
+}
+
+// The row that a FETCH leads to, none where there is none, and @@FETCH_STATUS.
+Rows FetchCounted(Engine& engine, Cursor& cursor, Direction direction, int64_t offset,
+                  int& status) {
+  int64_t place = PlaceOf(cursor, direction, offset);
+  const bool back = place < cursor.place || direction == Direction::kLast;
+  for (;; place += back ? -1 : 1) {
+    cursor.place = std::clamp<int64_t>(place, 0, cursor.count + 1);
+    cursor.current.clear();
+    status = kNoRow;
+    if (place < 1 || place > cursor.count) return {};
+    status = kFetched;
+    if (cursor.sight == CursorSight::kStatic) return RowAt(cursor, place);
+    const CursorKey& key = cursor.keys[static_cast<size_t>(place - 1)];
+    Rows row = cursor.query->Read(engine, cursor.frame, cursor.sight, key);
+    if (row.count > 0) cursor.current = key;
+    if (row.count > 0 || cursor.sight == CursorSight::kKeyset) {
+      if (row.count == 0) status = kGone;
+      return row;
+    }
+  }
+}
+
+Rows FetchStepping(Engine& engine, Cursor& cursor, Direction direction, int64_t offset,
+                   int& status) {
+  if (direction == Direction::kFirst) cursor.place = kBeforeAll;
+  if (direction == Direction::kLast) cursor.place = kBehindAll;
+  int64_t steps = direction == Direction::kRelative ? offset : 1;
+  if (direction == Direction::kPrior || direction == Direction::kLast) steps = -1;
+  Rows row;
+  if (steps == 0 && !cursor.current.empty()) {
+    row = cursor.query->Read(engine, cursor.frame, cursor.sight, cursor.current);
+  }
+  for (; steps != 0; steps += steps > 0 ? -1 : 1) {
+    row = cursor.query->Step(engine, cursor.frame, steps > 0, cursor.place);
+    if (row.count > 0) continue;
+    cursor.place = steps > 0 ? kBehindAll : kBeforeAll;
+    break;
+  }
+  status = row.count > 0 ? kFetched : kNoRow;
+  cursor.current.clear();
+  if (row.count > 0) cursor.current.emplace_back(cursor.place);
+  return row;
+}
+
 class FetchInstruction final : public Instruction {
  public:
   FetchInstruction(const FetchStatement& statement, Visible visible)
       : Instruction(statement.line), statement_(statement) {
+    if (statement.offset) offset_.emplace(visible, *statement.offset, Type(TypeKind::kInt));
     const auto variables = visible.span();
     for (const std::string& name : statement.variables) {
       size_t at = 0;
@@ -112,36 +175,50 @@ class FetchInstruction final : public Instruction {
   Flow Execute(Engine& engine, Frame& frame) override {
     Cursor& cursor = RequireCursor(engine, statement_.cursor);
     if (!cursor.open) Raise(16917);
-    const auto& types = cursor.rows.shape->types;
-    if (!targets_.empty() && targets_.size() != types.size()) Raise(16924);
-    const bool found = cursor.next < cursor.rows.count;
-    engine.fetch_status = found ? 0 : -1;
-    engine.row_count = found ? 1 : 0;
-    const auto row = std::span(cursor.rows.cells)
-                         .subspan(found ? cursor.next * types.size() : 0, found ? types.size() : 0);
-    if (found) ++cursor.next;
+    RequireDirection(cursor, statement_.direction);
+    const auto shape = Shape(engine, cursor);
+    if (!targets_.empty() && targets_.size() != shape->types.size()) Raise(16924);
+    const StoredValue offset = offset_ ? offset_->Value(engine, frame).value : StoredValue();
+    const int64_t by = offset.IsNull() ? 0 : offset.integer();
+    Rows row = cursor.IsStepping()
+                   ? FetchStepping(engine, cursor, statement_.direction, by, engine.fetch_status)
+                   : FetchCounted(engine, cursor, statement_.direction, by, engine.fetch_status);
+    engine.row_count = static_cast<int64_t>(row.count);
     if (targets_.empty()) {
-      engine.Return(Rows{cursor.rows.shape, {row.begin(), row.end()}, found ? size_t{1} : 0});
+      row.shape = shape;
+      engine.Return(std::move(row));
       return Flow::kNext;
     }
-    for (size_t i = 0; i < row.size(); ++i) {
-      CheckImplicit(types[i], types_[i]);
-      frame.variables[targets_[i]] = ConvertStored(row[i], types[i], types_[i]);
+    for (size_t i = 0; i < row.cells.size(); ++i) {
+      CheckImplicit(shape->types[i], types_[i]);
+      frame.variables[targets_[i]] = ConvertStored(row.cells[i], shape->types[i], types_[i]);
     }
     return Flow::kNext;
   }
 
  private:
+  static std::shared_ptr<const ResultShape> Shape(Engine& engine, Cursor& cursor) {
+    if (!cursor.rows.shape) cursor.rows.shape = cursor.query->Shape(engine, cursor.frame);
+    return cursor.rows.shape;
+  }
+
   const FetchStatement& statement_;
+  std::optional<Evaluation> offset_;
   std::vector<size_t> targets_;
   std::vector<SqlType> types_;
 };
 
 }  // namespace
 
-InstructionPtr MakeDeclareCursor(const DeclareCursorStatement& statement, Visible visible,
-                                 std::weak_ptr<Program> program) {
-  return std::make_unique<DeclareCursorInstruction>(statement, visible, std::move(program));
+StoredValue CurrentRow(Engine& engine, const std::string& name, const TablePtr& table) {
+  const Cursor& cursor = RequireCursor(engine, name);
+  if (!cursor.open) Raise(16917);
+  if (cursor.read_only || cursor.sight == CursorSight::kStatic) Raise(16929);
+  if (cursor.current.empty()) Raise(16931);
+  for (size_t i = 0; i < cursor.tables.size(); ++i) {
+    if (cursor.tables[i] == table) return cursor.current[i];
+  }
+  Raise(16933);
 }
 
 InstructionPtr MakeCursor(const CursorStatement& statement) {

@@ -155,9 +155,16 @@ void Engine::RunProgram(const std::shared_ptr<Program>& program, Frame& frame) {
     RunBlock(program->body(), frame, flow);
   } catch (...) {
     if (has_tables) catalog_.ReleaseVariables();
+    EndLocalCursors(frame);
     throw;
   }
   if (has_tables) catalog_.ReleaseVariables();
+  EndLocalCursors(frame);
+}
+
+void Engine::EndLocalCursors(const Frame& frame) {
+  if (cursors_.empty()) return;
+  std::erase_if(cursors_, [&](const auto& entry) { return entry.second.owner == &frame; });
 }
 
 void Engine::PrepareProgram(Program& program, Frame& frame) {

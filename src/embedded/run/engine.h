@@ -114,6 +114,7 @@ class Engine {
   void Report(SqlError error);
   void RunProgram(const std::shared_ptr<Program>& program, Frame& frame);
   void PrepareProgram(Program& program, Frame& frame);
+  void EndLocalCursors(const Frame& frame);
   void BindArguments(const Procedure& procedure, std::vector<CallArgument>& arguments,
                      Frame& frame);
   void RollbackAll();

@@ -69,6 +69,17 @@ void ObjectId(sqlite3_context* context, int count, sqlite3_value** arguments) {
   sqlite3_result_int64(context, id);
 }
 
+// s_cursor_status(scope, name)
+void CursorStatus(sqlite3_context* context, int, sqlite3_value** arguments) {
+  const auto& cursors = EngineOf(context).cursors();
+  const auto found = cursors.find(FoldName(TextOf(arguments[1])));
+  if (found == cursors.end()) return sqlite3_result_int(context, -3);
+  const Cursor& cursor = found->second;
+  if (!cursor.open) return sqlite3_result_int(context, -1);
+  const bool any = cursor.sight == CursorSight::kDynamic || cursor.count > 0;
+  sqlite3_result_int(context, any ? 1 : 0);
+}
+
 void Variable(sqlite3_context* context, int, sqlite3_value** arguments) {
   const Frame& frame = *EngineOf(context).live_frame;
   Answer(context, frame.variables[static_cast<size_t>(sqlite3_value_int64(arguments[0]))]);
@@ -155,6 +166,7 @@ void RegisterSessionFunctions(SqliteConnection& store, Engine& engine) {
   };
   add("s_object_id", 1, ObjectId);
   add("s_object_id", 2, ObjectId);
+  add("s_cursor_status", 2, CursorStatus);
   add("s_variable", 1, Variable);
   add("s_assign", 4, Assign);
   add("s_next", 0, Next);

@@ -38,9 +38,10 @@ class RowStatement {
   SqliteStatement statement_;
 };
 
-std::vector<Row> NewValues(Engine& engine, Plan& plan, Frame& frame) {
+std::vector<Row> NewValues(Engine& engine, Plan& plan, Frame& frame,
+                           std::span<const StoredValue> parameters) {
   std::vector<Row> rows;
-  PlanRun run(engine, plan, frame);
+  PlanRun run(engine, plan, frame, parameters);
   engine.live_frame = &frame;
   while (run.Step()) {
     Row& row = rows.emplace_back();
@@ -101,11 +102,11 @@ void Exchange(Engine& engine, const Plan& plan, const std::vector<Row>& rows) {
 
 }  // namespace
 
-void UpdateInSteps(Engine& engine, Plan& plan, Frame& frame) {
+void UpdateInSteps(Engine& engine, Plan& plan, Frame& frame, std::span<const StoredValue> row) {
   StatementGuard guard(engine, true);
   const std::vector<StoredValue> before = frame.variables;
   try {
-    const std::vector<Row> rows = NewValues(engine, plan, frame);
+    const std::vector<Row> rows = NewValues(engine, plan, frame, row);
     const bool any = std::ranges::any_of(plan.columns, [](int column) { return column >= 0; });
     if (any) Exchange(engine, plan, rows);
     guard.Keep();

@@ -63,6 +63,13 @@ class WriteInstruction : public Instruction {
     return Flow::kNext;
   }
 
+  // WHERE CURRENT OF: the number of the cursor's row is the statement's parameter.
+  void RunAtCursor(Engine& engine, Frame& frame, const std::string& cursor) {
+    Plan& plan = Find(engine, frame);
+    const StoredValue row = CurrentRow(engine, cursor, plan.table);
+    RunWrite(engine, plan, frame, std::span(&row, 1));
+  }
+
  protected:
   virtual void Compile(Binder& binder, Engine& engine, Plan& plan) = 0;
 
@@ -182,14 +189,20 @@ class UpdateInstruction final : public WriteInstruction {
   }
 
   Flow Execute(Engine& engine, Frame& frame) override {
+    const std::string& cursor = statement_.current_of;
     if (!sets_variables_) {
       try {
-        return WriteInstruction::Execute(engine, frame);
+        if (cursor.empty()) return WriteInstruction::Execute(engine, frame);
+        RunAtCursor(engine, frame, cursor);
+        return Flow::kNext;
       } catch (const SqlError& error) {
         if (error.number != kDuplicateRefused) throw;
       }
     }
-    UpdateInSteps(engine, FindSteps(engine, frame), frame);
+    Plan& steps = FindSteps(engine, frame);
+    const StoredValue row =
+        cursor.empty() ? StoredValue() : CurrentRow(engine, cursor, steps.table);
+    UpdateInSteps(engine, steps, frame, std::span(&row, 1));
     return Flow::kNext;
   }
 
@@ -222,9 +235,16 @@ class DeleteInstruction final : public WriteInstruction {
   DeleteInstruction(const DeleteStatement& statement, Visible visible)
       : WriteInstruction(statement.line, visible), statement_(statement) {}
 
+  Flow Execute(Engine& engine, Frame& frame) override {
+    if (statement_.current_of.empty()) return WriteInstruction::Execute(engine, frame);
+    RunAtCursor(engine, frame, statement_.current_of);
+    return Flow::kNext;
+  }
+
  protected:
   void Compile(Binder& binder, Engine&, Plan& plan) override {
     const BoundDelete bound = binder.BindDelete(statement_);
+    plan.table = bound.table;
     plan.updates = true;
     plan.emitted = EmitDelete(bound);
   }

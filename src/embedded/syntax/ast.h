@@ -374,6 +374,7 @@ struct UpdateStatement final : Statement {
   std::vector<Assignment> assignments;
   std::vector<TableSourcePtr> from;
   ConditionPtr where;
+  std::string current_of;  // the cursor of WHERE CURRENT OF; then there is no `where`
 };
 
 struct DeleteStatement final : Statement {
@@ -382,6 +383,7 @@ struct DeleteStatement final : Statement {
   std::optional<TopClause> top;
   std::vector<TableSourcePtr> from;  // the second FROM
   ConditionPtr where;
+  std::string current_of;
 };
 
 struct TruncateStatement final : Statement {
@@ -520,9 +522,15 @@ struct ReturnStatement final : Statement {
 };
 
 struct DeclareCursorStatement final : Statement {
+  // What it shows of later changes, as far as the statement says so.
+  enum class Sight : uint8_t { kUnsaid, kStatic, kKeyset, kDynamic };
   DeclareCursorStatement() : Statement(Kind::kDeclareCursor) {}
   std::string name;
   QueryPtr query;
+  Sight sight = Sight::kUnsaid;
+  bool scroll = false;  // any FETCH, not only NEXT
+  bool read_only = false;
+  bool local = false;
 };
 
 // OPEN, CLOSE, DEALLOCATE name
@@ -533,7 +541,10 @@ struct CursorStatement final : Statement {
 
 struct FetchStatement final : Statement {
   FetchStatement() : Statement(Kind::kFetch) {}
-  std::string cursor;                  // only NEXT is supported
+  enum class Direction : uint8_t { kNext, kPrior, kFirst, kLast, kAbsolute, kRelative };
+  Direction direction = Direction::kNext;
+  ExpressionPtr offset;  // of kAbsolute and kRelative
+  std::string cursor;
   std::vector<std::string> variables;  // INTO; empty returns the row to the client
 };
 

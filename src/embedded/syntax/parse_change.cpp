@@ -27,9 +27,14 @@ void Parser::RefuseOutputClause() {
   if (AtWord("OUTPUT")) Unsupported("the OUTPUT clause");
 }
 
-ConditionPtr Parser::ParseOptionalWhere() {
+ConditionPtr Parser::ParseOptionalWhere(std::string& current_of) {
   if (!Accept(Keyword::kWHERE)) return nullptr;
-  if (At(Keyword::kCURRENT) && At(Keyword::kOF, 1)) Unsupported("WHERE CURRENT OF");
+  if (At(Keyword::kCURRENT) && At(Keyword::kOF, 1)) {
+    Take();
+    Take();
+    current_of = TakeCursorName();
+    return nullptr;
+  }
   return ParseCondition();
 }
 
@@ -83,7 +88,7 @@ StatementPtr Parser::ParseUpdate() {
   while (AcceptSymbol(","));
   RefuseOutputClause();
   if (Accept(Keyword::kFROM)) update->from = ParseFromList();
-  update->where = ParseOptionalWhere();
+  update->where = ParseOptionalWhere(update->current_of);
   ParseQueryOption();
   return update;
 }
@@ -140,7 +145,7 @@ StatementPtr Parser::ParseDelete() {
   statement->target = TakeTarget();
   RefuseOutputClause();
   if (Accept(Keyword::kFROM)) statement->from = ParseFromList();
-  statement->where = ParseOptionalWhere();
+  statement->where = ParseOptionalWhere(statement->current_of);
   ParseQueryOption();
   return statement;
 }

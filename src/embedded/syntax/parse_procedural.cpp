@@ -168,18 +168,12 @@ std::string Parser::TakeCursorName() {
 StatementPtr Parser::ParseDeclareCursor(int line) {
   auto declare = MakeAt<DeclareCursorStatement>(line);
   declare->name = TakeName();
-  if (!AcceptWord("INSENSITIVE")) AcceptWord("SCROLL");
+  // The options before the word CURSOR are those of the standard.
+  if (AcceptWord("INSENSITIVE")) declare->sight = DeclareCursorStatement::Sight::kStatic;
+  declare->scroll = AcceptWord("SCROLL");
   Expect(Keyword::kCURSOR);
-  // The options choose how the server keeps the rows; only FETCH NEXT is supported anyway.
-  while (!At(Keyword::kFOR)) {
-    bool known = false;
-    for (const std::string_view option :
-         {"LOCAL", "GLOBAL", "FORWARD_ONLY", "SCROLL", "STATIC", "KEYSET", "DYNAMIC",
-          "FAST_FORWARD", "READ_ONLY", "SCROLL_LOCKS", "OPTIMISTIC", "TYPE_WARNING"})
-      known = known || AcceptWord(option);
-    if (!known) Unexpected();
-  }
-  Take();
+  ParseCursorOptions(*declare);
+  Expect(Keyword::kFOR);
   if (!At(Keyword::kSELECT) && !AtSymbol("(")) {
     if (At(Keyword::kWITH)) Unsupported("common table expressions");
     Unexpected();
@@ -189,10 +183,45 @@ StatementPtr Parser::ParseDeclareCursor(int line) {
     Take();
     Take();
     ExpectWord("ONLY");
-  } else if (At(Keyword::kFOR)) {
-    Unsupported("cursors FOR UPDATE");
+    declare->read_only = true;
+  } else if (Accept(Keyword::kFOR)) {
+    Expect(Keyword::kUPDATE);
+    if (Accept(Keyword::kOF)) do
+        TakeName();
+      while (AcceptSymbol(","));
   }
   return declare;
+}
+
+// The server's own options. Those that say how rows are locked have no effect here.
+void Parser::ParseCursorOptions(DeclareCursorStatement& declare) {
+  using Sight = DeclareCursorStatement::Sight;
+  bool forward_only = false;
+  while (!At(Keyword::kFOR)) {
+    if (AcceptWord("LOCAL")) {
+      declare.local = true;
+    } else if (AcceptWord("STATIC")) {
+      declare.sight = Sight::kStatic;
+    } else if (AcceptWord("KEYSET")) {
+      declare.sight = Sight::kKeyset;
+    } else if (AcceptWord("DYNAMIC")) {
+      declare.sight = Sight::kDynamic;
+    } else if (AcceptWord("READ_ONLY")) {
+      declare.read_only = true;
+    } else if (AcceptWord("SCROLL")) {
+      declare.scroll = true;
+    } else if (AcceptWord("FORWARD_ONLY")) {
+      forward_only = true;
+    } else if (AcceptWord("FAST_FORWARD")) {
+      forward_only = declare.read_only = true;
+    } else if (!AcceptWord("GLOBAL") && !AcceptWord("SCROLL_LOCKS") && !AcceptWord("OPTIMISTIC") &&
+               !AcceptWord("TYPE_WARNING")) {
+      Unexpected();
+    }
+  }
+  if (forward_only && declare.scroll) Fail(1048, {"SCROLL", "FORWARD_ONLY"});
+  const bool standard = last_.keyword == Keyword::kCURSOR;
+  if (declare.sight != Sight::kUnsaid && !forward_only && !standard) declare.scroll = true;
 }
 
 StatementPtr Parser::ParseCursorStatement(Statement::Kind kind) {
@@ -203,11 +232,33 @@ StatementPtr Parser::ParseCursorStatement(Statement::Kind kind) {
   return statement;
 }
 
+// A cursor may bear the name of a direction: FETCH NEXT INTO @a reads from a cursor called NEXT.
+void Parser::ParseFetchDirection(FetchStatement& fetch) {
+  using Direction = FetchStatement::Direction;
+  if (AtWord("ABSOLUTE") || AtWord("RELATIVE")) {
+    if (At(Keyword::kINTO, 1)) return;
+    fetch.direction = AtWord("ABSOLUTE") ? Direction::kAbsolute : Direction::kRelative;
+    Take();
+    fetch.offset = ToExpression(ParseFactor());
+    return;
+  }
+  constexpr std::pair<std::string_view, Direction> kDirections[] = {
+      {"NEXT", Direction::kNext},
+      {"PRIOR", Direction::kPrior},
+      {"FIRST", Direction::kFirst},
+      {"LAST", Direction::kLast},
+  };
+  for (const auto& [word, direction] : kDirections) {
+    if (!AtWord(word) || !(At(Keyword::kFROM, 1) || AtName(1))) continue;
+    Take();
+    fetch.direction = direction;
+    return;
+  }
+}
+
 StatementPtr Parser::ParseFetch() {
   auto fetch = MakeAt<FetchStatement>(Take().line);
-  for (const std::string_view direction : {"PRIOR", "FIRST", "LAST", "ABSOLUTE", "RELATIVE"})
-    if (AtWord(direction) && !At(Keyword::kINTO, 1)) Unsupported("FETCH " + std::string(direction));
-  if (AtWord("NEXT") && At(Keyword::kFROM, 1)) Take();
+  ParseFetchDirection(*fetch);
   Accept(Keyword::kFROM);
   fetch->cursor = TakeCursorName();
   if (Accept(Keyword::kINTO)) {

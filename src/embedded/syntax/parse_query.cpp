@@ -70,7 +70,7 @@ QueryPtr Parser::ParseSelectBlock() {
   while (AcceptSymbol(","));
   if (Accept(Keyword::kINTO)) block.into = TakeObjectName();
   if (Accept(Keyword::kFROM)) block.from = ParseFromList();
-  block.where = ParseOptionalWhere();
+  if (Accept(Keyword::kWHERE)) block.where = ParseCondition();
   if (At(Keyword::kGROUP)) ParseGroupBy(block);
   if (Accept(Keyword::kHAVING)) block.having = ParseCondition();
   if (AtWord("WINDOW") && AtName(1)) Unsupported("the WINDOW clause");

@@ -130,6 +130,8 @@ class Parser {
   // ---- Variables, cursors, calls (parse_procedural.cpp) ----
   StatementPtr ParseDeclare();
   StatementPtr ParseDeclareCursor(int line);
+  void ParseCursorOptions(DeclareCursorStatement& declare);
+  void ParseFetchDirection(FetchStatement& fetch);
   VariableDefinition ParseVariableDefinition();
   StatementPtr ParseSet();
   StatementPtr ParseSetVariable(int line);
@@ -157,7 +159,7 @@ class Parser {
   ExpressionPtr ParseCompound(ExpressionPtr target);
   ObjectName TakeTarget();
   void RefuseOutputClause();
-  ConditionPtr ParseOptionalWhere();
+  ConditionPtr ParseOptionalWhere(std::string& current_of);
 
   // ---- Definitions (parse_ddl.cpp) ----
   StatementPtr ParseCreate();
