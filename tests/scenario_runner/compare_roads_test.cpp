@@ -88,6 +88,18 @@ TEST(CompareRoads, NamesColumnsThatAreCalledOtherwise) {
   EXPECT_EQ(differences[0].text, R"(columns of rows: ["A"] / ["B"])");
 }
 
+TEST(CompareRoads, MomentsAreComparedToTheMillisecond) {
+  const Scenario scenario = ParseScenario("folder/moments.json", R"json({
+    "name": "moments", "steps": [{"query": "select * from #t"}]})json");
+  ChangedRoads first("select cast('2026-03-15 00:00:00.003' as datetime) as A into #t");
+  ChangedRoads second("select cast('2026-03-15 00:00:00.007' as datetime) as A into #t");
+  const auto differences = CompareRoads(scenario, first, second);
+  ASSERT_EQ(differences.size(), 1u);
+  EXPECT_EQ(
+      differences[0].text,
+      R"(rows: [[{"date":"2026-03-15 00:00:00.003"}]] / [[{"date":"2026-03-15 00:00:00.007"}]])");
+}
+
 TEST(CompareRoads, SweepsAreComparedWithEachStatementFailing) {
   const Scenario scenario = ParseScenario("folder/sweep.json", R"json({
     "name": "sweep", "sql": ["insert into T_CC_ZZCX(FID) values(1)"], "steps": [

@@ -6,7 +6,7 @@
 //   1.5                      double
 //   "text"                   text
 //   null                     Null
-//   {"date": "2026-03-01"}   date (with a time: "2026-03-01 10:00:00")
+//   {"date": "2026-03-01"}   date (with a time: "2026-03-01 10:00:00" or "… 10:00:00.003")
 //   {"decimal": "1.50"}      decimal, exactly
 //   {"integer": 7}           16-bit integer
 //   {"empty": true}          Empty
