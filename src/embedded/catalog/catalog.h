@@ -92,6 +92,9 @@ class Catalog {
   void Clear();     // drops all of them, of every scope but the session's also the scope
   TablePtr TakeVariable(const TablePtr& definition);
   void ReleaseVariables();  // of the innermost scope
+  // Drops emptied tables for good when there are too many of them. To be called where no
+  // transaction is open, which could bring them back.
+  void TrimPool();
 
   // ---- Identity values (numbers.cpp) -----------------------------------------------------------
   // The last value that was given out.
@@ -134,7 +137,6 @@ class Catalog {
   void ToPool(const TablePtr& table);
   void ForgetPooled(const TablePtr& table);
   void Empty(const Table& table);
-  void TrimPool();
   Scope* FindScope(uint64_t id);
   void UndoOne(const Undo& undo, std::vector<TablePtr>& vanished);
   void RestoreVariables(const std::vector<TablePtr>& vanished);

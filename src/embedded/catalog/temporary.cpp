@@ -79,10 +79,8 @@ void Catalog::Empty(const Table& table) {
              " WHERE name=" + QuoteText(PhysicalName(table)));
 }
 
-// Drops pooled tables for good while there are too many; never inside a transaction, which could
-// bring them back.
 void Catalog::TrimPool() {
-  if (pooled_ <= kPoolSize || store_.InTransaction()) return;
+  if (pool_.size() <= kPoolSize && pooled_ <= kPoolSize) return;
   for (auto& [definition, tables] : pool_) {
     for (const TablePtr& table : tables) {
       empty_statements_.erase(table->physical);
@@ -102,7 +100,6 @@ TablePtr Catalog::TakeTemporary(const TablePtr& definition) {
   TablePtr table = FromPool(definition);
   const auto kind = table ? Undo::Kind::kTaken : Undo::Kind::kMade;
   if (!table) {
-    TrimPool();
     auto made = std::make_shared<Table>(*definition);
     const std::string physical = "t" + std::to_string(next_physical_++);
     made->physical = "temp." + QuoteName(physical);
@@ -148,7 +145,6 @@ TablePtr Catalog::TakeVariable(const TablePtr& definition) {
   Scope& scope = scopes_.back();
   TablePtr table = FromPool(definition);
   if (!table) {
-    TrimPool();
     auto made = std::make_shared<Table>(*definition);
     const std::string physical = "t" + std::to_string(next_physical_++);
     made->physical = "temp." + QuoteName(physical);

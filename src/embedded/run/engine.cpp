@@ -80,6 +80,7 @@ void Engine::Start() {
   if (transaction_count_ > 0) return;
   catalog_.Forget();
   catalog_.Refresh();
+  catalog_.TrimPool();
 }
 
 template <class Body>

@@ -1,9 +1,7 @@
-// What is compiled once and never again, what is not read, and what does not grow.
+// What is compiled once and never again, and what is not read.
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "embedded/embedded.h"
@@ -139,28 +137,6 @@ TEST_F(Compiled, AGroupedTableIsNarrowedToTheKeysItIsJoinedOn) {
   EXPECT_LT(steps, 20);
   EXPECT_EQ(3, rows->RecordCount());
   EXPECT_EQ("7.0000000000", rows->Field("q").decimal().ToText());
-}
-
-size_t ResidentPages() {
-  std::ifstream file("/proc/self/statm");
-  size_t all = 0, resident = 0;
-  file >> all >> resident;
-  return resident;
-}
-
-TEST_F(Compiled, MemoryStaysFlat) {
-  Run("create table t (a int not null primary key, q decimal(28,10))");
-  Run("insert into t values (1,0)");
-  const auto round = [&](int i) {
-    Run("update t set q=q+1 where a=" + std::to_string(i % 2));
-    Run("select q as c" + std::to_string(i) + " from t");
-    Run("create table #n" + std::to_string(i % 700) + " (a int) drop table #n" +
-        std::to_string(i % 700));
-  };
-  for (int i = 0; i < 2000; ++i) round(i);
-  const size_t before = ResidentPages();
-  for (int i = 2000; i < 8000; ++i) round(i);
-  EXPECT_LT(ResidentPages(), before + 1500);  // of 4 KiB: the bounded caches are full by now
 }
 
 }  // namespace
