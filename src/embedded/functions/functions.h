@@ -5,9 +5,9 @@
 // functions at the end of this header; every other argument is in the stored form of its type (see
 // types/stored_value.h). NULL in any argument gives NULL unless stated otherwise.
 //
-// SQLite computes a call of constants once, when a statement begins, unless it stands in a branch
-// of CASE, COALESCE, IIF, AND or OR that is not reached: an error in it is then raised also where
-// no row would have needed it.
+// SQLite computes a call of constants once in a statement, when it is first needed: where no row
+// needs it, an error in it is not raised. Only conditions that no row has a part in are tried before
+// the rows are read.
 //
 // Types are static: the emitter knows every operand's type and puts what a function needs to know
 // into its name or its code. An operand in the wrong stored form is a fault of the emitter's.
