@@ -253,7 +253,7 @@ bool ConvertToScaled(const Conversion& c) {
   if (IsText(c.from.kind)) return TextToScaled(c);
   if (IsApproximate(c.from.kind)) return FloatToScaled(c);
   if (IsDate(c.from.kind)) return DateToScaled(c);
-  return c.Fail(kNotSupported, {"conversion of binary to " + TypeText(c.to)});
+  return BinaryToScaled(c);
 }
 
 bool ConvertToFloat(const Conversion& c) {
@@ -279,38 +279,6 @@ bool ConvertToFloat(const Conversion& c) {
       break;
   }
   return GiveFloat(c, value);
-}
-
-bool ConvertToBinary(const Conversion& c) {
-  std::string& bytes = c.scratch->text;
-  const auto length = static_cast<size_t>(std::max(c.to.length, 0));
-  const bool bounded = c.to.length != SqlType::kMax;
-  if (IsInteger(c.from.kind)) {
-    const size_t width = c.from.kind == TypeKind::kBigInt     ? 8
-                         : c.from.kind == TypeKind::kInt      ? 4
-                         : c.from.kind == TypeKind::kSmallInt ? 2
-                                                              : 1;
-    bytes.clear();
-    for (size_t i = width; i-- > 0;) bytes.push_back(static_cast<char>(c.in.integer >> (8 * i)));
-    // A number keeps its last bytes, and gets zeros in front.
-    if (bounded && bytes.size() > length) bytes.erase(0, bytes.size() - length);
-    const bool pad = c.to.kind == TypeKind::kBinary && bytes.size() < length;
-    if (pad) bytes.insert(0, length - bytes.size(), '\0');
-    return c.Give(Cell::Binary(bytes));
-  }
-  if (!IsBinary(c.from.kind) && !IsText(c.from.kind)) {
-    return c.Fail(kNotSupported, {"conversion of " + TypeText(c.from) + " to binary"});
-  }
-  if (IsText(c.from.kind) && (IsNationalText(c.from.kind) || c.style != 0)) {
-    return c.Fail(kNotSupported, {"conversion of " + TypeText(c.from) + " to binary"});
-  }
-  bytes.assign(c.in.bytes);
-  if (bounded && bytes.size() > length) {
-    if (c.mode == ConvertMode::kAssign) return c.Fail(8152, {});
-    bytes.resize(length);
-  }
-  if (c.to.kind == TypeKind::kBinary && bytes.size() < length) bytes.resize(length, '\0');
-  return c.Give(Cell::Binary(bytes));
 }
 
 bool ConvertToGuid(const Conversion& c) {

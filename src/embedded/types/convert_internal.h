@@ -40,4 +40,10 @@ bool ConvertToDate(const Conversion& c);
 bool ConvertToBinary(const Conversion& c);
 bool ConvertToGuid(const Conversion& c);
 
+// From binary (convert_binary.cpp).
+bool BinaryToScaled(const Conversion& c);
+bool BinaryToDate(const Conversion& c);
+// The text of UTF-16 units, the lower byte first.
+std::string Utf8Of(std::string_view bytes);
+
 }  // namespace tavcc::sql::internal

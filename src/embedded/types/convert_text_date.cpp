@@ -11,6 +11,17 @@
 namespace tavcc::sql::internal {
 namespace {
 
+// The calendar of styles 130 and 131. Its leap years are those of the "Kuwaiti algorithm", of which
+// there is no description to go by.
+constexpr bool IsHijri(int style) {
+  return style == 130 || style == 131;
+}
+
+bool RefuseHijri(const Conversion& c) {
+  return c.Fail(kNotSupported,
+                {"style " + std::to_string(c.style) + " of CONVERT (the Hijri calendar)"});
+}
+
 bool IsFixed(TypeKind kind) {
   return kind == TypeKind::kChar || kind == TypeKind::kNChar;
 }
@@ -89,6 +100,7 @@ std::string Hexadecimal(std::string_view bytes, bool prefix) {
 bool DateToText(const Conversion& c) {
   std::string& text = c.scratch->text;
   text.clear();
+  if (IsHijri(c.style)) return RefuseHijri(c);
   if (!WriteDate(c.in.integer, c.style, c.from.kind == TypeKind::kDate, &text)) {
     return c.Fail(281, {c.style, KindText(c.from.kind)});
   }
@@ -122,6 +134,7 @@ bool OutOfRange(const Conversion& c) {
 
 bool TextToDate(const Conversion& c) {
   int64_t ticks = 0;
+  if (IsHijri(c.style)) return RefuseHijri(c);
   const DateReading reading = ReadDate(c.in.bytes, c.style, &ticks);
   const bool small = c.to.kind == TypeKind::kSmallDateTime;
   if (reading == DateReading::kNoDate) return c.Fail(small ? 295 : 241, {});
@@ -164,10 +177,8 @@ bool ConvertToText(const Conversion& c) {
   if (IsDate(c.from.kind)) return DateToText(c);
   if (c.from.kind == TypeKind::kUniqueIdentifier) return GuidToText(c);
   if (c.style == 0) {
-    if (IsNationalText(c.to.kind)) {
-      return c.Fail(kNotSupported, {"conversion of binary to " + TypeText(c.to)});
-    }
-    return GiveText(c, c.in.bytes);
+    if (IsNationalText(c.to.kind)) text = Utf8Of(c.in.bytes);
+    return GiveText(c, IsNationalText(c.to.kind) ? std::string_view(text) : c.in.bytes);
   }
   text = Hexadecimal(c.in.bytes, c.style == 1);
   return GiveText(c, text);
@@ -181,9 +192,7 @@ bool ConvertToDate(const Conversion& c) {
   if (IsText(c.from.kind)) return TextToDate(c);
   if (IsInteger(c.from.kind)) return GiveDays(c, static_cast<double>(c.in.integer));
   if (IsApproximate(c.from.kind)) return GiveDays(c, c.in.real);
-  if (!IsScaled(c.from.kind)) {
-    return c.Fail(kNotSupported, {"conversion of binary to " + TypeText(c.to)});
-  }
+  if (!IsScaled(c.from.kind)) return BinaryToDate(c);
   Wide value = CoefficientOf(c.in);
   const int scale = StoredScale(c.from);
   Wide ticks = Wide::Multiply(value, Wide::FromInt64(kTicksPerDay));
