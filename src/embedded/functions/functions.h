@@ -6,8 +6,8 @@
 // types/stored_value.h). NULL in any argument gives NULL unless stated otherwise.
 //
 // SQLite computes a call of constants once in a statement, when it is first needed: where no row
-// needs it, an error in it is not raised. Only conditions that no row has a part in are tried before
-// the rows are read.
+// needs it, an error in it is not raised. Only conditions that no row has a part in are tried
+// before the rows are read.
 //
 // Types are static: the emitter knows every operand's type and puts what a function needs to know
 // into its name or its code. An operand in the wrong stored form is a fault of the emitter's.
