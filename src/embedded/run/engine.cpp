@@ -124,7 +124,7 @@ RecordsetPtr Engine::TakeResult() {
   return recordsets_.Make(std::move(result_));
 }
 
-void Engine::Return(Rows rows) {
+void Engine::Return(Rows&& rows) {
   if (capture_ != nullptr) {
     capture_->push_back(std::move(rows));
   } else if (!has_result_) {

@@ -65,7 +65,7 @@ class Engine {
   // of the arguments.
   int64_t Call(const ObjectName& name, std::vector<CallArgument>& arguments);
   // Takes the rows of a query: the first of a batch are its result.
-  void Return(Rows rows);
+  void Return(Rows&& rows);
   RecordsetMaker& recordsets() { return recordsets_; }
   // The rows of the statements inside are handed to `sink` instead of to the client.
   void Capture(std::vector<Rows>* sink) { capture_ = sink; }

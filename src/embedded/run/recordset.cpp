@@ -18,7 +18,7 @@ class RowsRecordset final : public Recordset {
  public:
   explicit RowsRecordset(Rows rows) : rows_(std::move(rows)) {}
 
-  void Become(Rows rows) {
+  void Become(Rows&& rows) {
     rows_ = std::move(rows);
     row_ = 0;
   }
@@ -106,7 +106,7 @@ bool RecordsetMaker::IsFree() const {
   return true;
 }
 
-RecordsetPtr RecordsetMaker::Make(Rows rows) {
+RecordsetPtr RecordsetMaker::Make(Rows&& rows) {
   if (IsFree()) {
     last_->Become(std::move(rows));
   } else {

@@ -20,7 +20,7 @@ class RecordsetMaker {
  public:
   RecordsetMaker();
   ~RecordsetMaker();
-  RecordsetPtr Make(Rows rows);
+  RecordsetPtr Make(Rows&& rows);
   // No values, but the memory for some.
   std::vector<StoredValue> TakeCells();
   void Forget();  // gives the memory back
