@@ -182,6 +182,9 @@ void PrepareConnection(SqliteConnection& store, bool shared) {
   // SQLite's Bloom filters (3.38 to 3.40) take texts of different lengths for different, although
   // our collation ignores trailing blanks: rows would be lost from joins.
   sqlite3_test_control(SQLITE_TESTCTRL_OPTIMIZATIONS, store.handle(), kBloomFilters);
+  // Without it SQLite compares the values of parameters with the filters of indexes, and compiles
+  // the statement again for each new value.
+  sqlite3_db_config(store.handle(), SQLITE_DBCONFIG_ENABLE_QPSG, 1, nullptr);
   store.Run("PRAGMA temp_store=MEMORY");
   // Makes the planner's own table of the temporary ones.
   store.Run("ANALYZE temp");

@@ -139,5 +139,25 @@ TEST_F(Compiled, AGroupedTableIsNarrowedToTheKeysItIsJoinedOn) {
   EXPECT_EQ("7.0000000000", rows->Field("q").decimal().ToText());
 }
 
+TEST_F(Compiled, SqliteDoesNotCompileAgainForTheFilterOfAnIndex) {
+  Run("create table t (a int, q decimal(28,10))");
+  Run("create index ix on t (a) where q=0");
+  const auto round = [&](int i) {
+    Run("select a from t where q=" + std::to_string(i % 2));
+    Run("select a from t where q=0 and a=" + std::to_string(i));
+  };
+  const auto compiled_again = [&] {
+    int count = 0;
+    for (sqlite3_stmt* one = nullptr; (one = sqlite3_next_stmt(Handle(), one)) != nullptr;) {
+      count += sqlite3_stmt_status(one, SQLITE_STMTSTATUS_REPREPARE, 0);
+    }
+    return count;
+  };
+  round(0);
+  const int before = compiled_again();
+  for (int i = 1; i < 6; ++i) round(i);
+  EXPECT_EQ(before, compiled_again());
+}
+
 }  // namespace
 }  // namespace tavcc::sql
