@@ -9,6 +9,11 @@
 --   * No foreign keys: heads are deleted before their entries.
 --   * Entry tables are indexed by bill, not keyed by row: a bill's rows are renumbered while it is
 --     being saved.
+--   * Indexes of T_CC_Inventory have filters. SQL Server wants certain settings of whoever makes
+--     such an index or changes its table (CREATE INDEX, "Required SET options for filtered
+--     indexes"): ADO and ODBC connections have them, sqlcmd lacks the one that is set here.
+SET QUOTED_IDENTIFIER ON
+GO
 
 -- System settings, each a text under a category and a key.
 CREATE TABLE t_SystemProfile (
@@ -314,7 +319,8 @@ CREATE INDEX IX_StockBillEntry_Bill ON T_CC_StockBillEntry (FID, FEntryID)
 GO
 CREATE INDEX IX_StockBillEntry_Source ON T_CC_StockBillEntry (FClassID_SRC, FID_SRC)
 GO
-CREATE INDEX IX_StockBillEntry_Item ON T_CC_StockBillEntry (FItemID)
+CREATE INDEX IX_StockBillEntry_Item ON T_CC_StockBillEntry
+  (FItemID, FDCStockID, FAuxPropID, FBatchNo, FID)
 GO
 
 -- Assembly (1040005) and disassembly (1040006) bills.
@@ -363,7 +369,8 @@ CREATE TABLE T_CC_ZZCX_Entry (
 GO
 CREATE INDEX IX_ZZCX_Entry_Bill ON T_CC_ZZCX_Entry (FID, FEntryID)
 GO
-CREATE INDEX IX_ZZCX_Entry_Item ON T_CC_ZZCX_Entry (FItemID)
+CREATE INDEX IX_ZZCX_Entry_Item ON T_CC_ZZCX_Entry
+  (FItemID, FDCStockID, FAuxPropID, FBatchNo, FID)
 GO
 
 -- Their components: taken from FSCStockID, or won back into it.
@@ -396,7 +403,8 @@ CREATE TABLE T_CC_ZZCX_Entry2 (
 GO
 CREATE INDEX IX_ZZCX_Entry2_Bill ON T_CC_ZZCX_Entry2 (FID, FEntryID)
 GO
-CREATE INDEX IX_ZZCX_Entry2_Item ON T_CC_ZZCX_Entry2 (FItemID)
+CREATE INDEX IX_ZZCX_Entry2_Item ON T_CC_ZZCX_Entry2
+  (FItemID, FSCStockID, FAuxPropID, FBatchNo, FID)
 GO
 
 -- Purchase orders (1020001). Orders make no vouchers and have no voucher column.
