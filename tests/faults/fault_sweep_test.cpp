@@ -1,0 +1,201 @@
+// Every statement of every call of every scenario fails once with each kind of failure. Each time
+// the method keeps the promise of contracts.json; and when the host has rolled its transaction back
+// and calls again, the answer and the whole database are those of a call that never met a failure:
+// nothing stays behind in the objects, in their caches or in the connection.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <regex>
+
+#include "faults/contracts.h"
+#include "host/schema.h"
+#include "scenario/embedded_roads.h"
+#include "scenario/runner.h"
+#include "scenario/values.h"
+
+namespace tavcc::faults {
+namespace {
+
+const std::string kTests = std::string(TAVCC_SOURCE_DIR) + "/tests";
+
+// An error in the middle of a batch, a lost deadlock, a connection that broke.
+const AutomationError kFailures[] = {
+    {50000, "Microsoft OLE DB Provider for SQL Server", "disk full"},
+    {1205, "Microsoft OLE DB Provider for SQL Server",
+     "Transaction (Process ID 52) was deadlocked on lock resources with another process and has "
+     "been chosen as the deadlock victim. Rerun the transaction."},
+    {-2147467259, "Microsoft OLE DB Provider for SQL Server", "Communication link failure"},
+};
+
+const Json& Contracts() {
+  static const Json contracts = ReadContracts(kTests + "/faults/contracts.json");
+  return contracts;
+}
+
+const std::vector<std::string>& Tables() {
+  static const std::vector<std::string> tables = [] {
+    std::vector<std::string> names;
+    const std::string schema(SchemaScript());
+    const std::regex create("create table (\\w+)", std::regex::icase);
+    for (auto at = std::sregex_iterator(schema.begin(), schema.end(), create);
+         at != std::sregex_iterator(); ++at) {
+      names.push_back((*at)[1]);
+    }
+    return names;
+  }();
+  return tables;
+}
+
+// All rows of all tables. Rows are sorted, and the numbers that the database deals out itself are
+// left out: those that a failed call drew are gone for good.
+std::string Contents(Connection& connection) {
+  std::string contents;
+  for (const std::string& table : Tables()) {
+    // Some scenarios drop a table.
+    const Value id = connection.Execute("select object_id('" + table + "')")->Field(0);
+    if (id.kind() == Value::Kind::kNull) continue;
+    const RecordsetPtr rows = connection.Execute("select * from " + table);
+    std::vector<std::string> lines;
+    for (Json& row : JsonFromRows(*rows, RowForm::kObjects)) {
+      if (table == "t_SerialNumList") row.erase("FID");
+      lines.push_back(row.dump());
+    }
+    std::ranges::sort(lines);
+    for (const std::string& line : lines) contents += table + line + "\n";
+  }
+  return contents;
+}
+
+// What a call answers, without what it sent: a second call may find things in its caches.
+std::string Answer(const Method& method, const CallOutcome& outcome) {
+  if (outcome.error) {
+    return std::to_string(outcome.error->number()) + outcome.error->source() +
+           outcome.error->description();
+  }
+  std::string answer = Show(JsonFromValue(outcome.result));
+  for (size_t i = 0; i < method.parameters.size(); ++i) {
+    if (method.parameters[i].in_out) answer += "\n" + Show(JsonFromValue(outcome.arguments[i]));
+  }
+  return answer;
+}
+
+// One step of a scenario, in a transaction of the host's on a database in the step's start state.
+class Sweep {
+ public:
+  Sweep(const Scenario& scenario, const Step& step) : scenario_(scenario), step_(step) {}
+
+  // Makes each statement fail in each way. Returns how many failures there were.
+  int Run();
+
+ private:
+  struct Ended {
+    CallOutcome outcome;
+    std::string contents;
+  };
+  std::unique_ptr<Road> Open();
+  // Calls in a transaction, which is rolled back afterwards.
+  Ended CallAndRollBack(Road& road, const std::optional<InjectedFailure>& failure);
+  void FailAt(int at, const AutomationError& failure);
+  std::string Place(int at, const std::string& statement) const;
+
+  const Scenario& scenario_;
+  const Step& step_;
+  const std::unique_ptr<Roads> roads_ = MakeEmbeddedRoads();
+  std::unique_ptr<Road> road_;
+  Ended clean_;
+};
+
+std::unique_ptr<Road> Sweep::Open() {
+  auto road = roads_->Open(scenario_.start);
+  for (const Step& earlier : scenario_.steps) {
+    if (earlier.number >= step_.number) break;
+    if (earlier.IsCall()) {
+      CallStep(*road, earlier, earlier.fail);
+      continue;
+    }
+    try {
+      road->connection()->Execute(earlier.query);
+    } catch (const AutomationError&) {
+      // Some queries of scenarios fail on purpose.
+    }
+  }
+  return road;
+}
+
+Sweep::Ended Sweep::CallAndRollBack(Road& road, const std::optional<InjectedFailure>& failure) {
+  road.connection()->Execute("BEGIN TRANSACTION");
+  Ended ended{CallStep(road, step_, failure), {}};
+  ended.contents = Contents(*road.connection());
+  road.connection()->Execute("IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION");
+  return ended;
+}
+
+std::string Sweep::Place(int at, const std::string& statement) const {
+  return scenario_.file + ", step " + std::to_string(step_.number) + ", statement " +
+         std::to_string(at) + " of " + std::string(step_.cls->name) + "." +
+         std::string(step_.method->name) + ":\n  " + statement;
+}
+
+void Sweep::FailAt(int at, const AutomationError& failure) {
+  const std::string method = std::string(step_.cls->name) + "." + std::string(step_.method->name);
+  const CallOutcome failed = CallAndRollBack(*road_, InjectedFailure{at, failure}).outcome;
+  ASSERT_GE(failed.sent.size(), static_cast<size_t>(at)) << Place(at, "not sent again");
+  const std::string statement = ShowStatement(failed.sent[static_cast<size_t>(at) - 1]);
+  const Json* promise = PromiseFor(Contracts(), method, statement, step_.args);
+  ASSERT_NE(promise, nullptr) << method << " has no promise for " << statement;
+  std::vector<std::string> differences;
+  CompareWithPromise(*promise, *step_.method, failure, failed, differences);
+  for (const std::string& difference : differences) {
+    ADD_FAILURE() << Place(at, statement) << "\n  " << difference;
+  }
+  const Ended again = CallAndRollBack(*road_, std::nullopt);
+  EXPECT_EQ(Answer(*step_.method, again.outcome), Answer(*step_.method, clean_.outcome))
+      << Place(at, statement);
+  EXPECT_EQ(again.contents, clean_.contents) << Place(at, statement);
+}
+
+int Sweep::Run() {
+  road_ = Open();
+  clean_ = CallAndRollBack(*road_, std::nullopt);
+  const int statements = static_cast<int>(clean_.outcome.sent.size());
+  for (int at = 1; at <= statements; ++at) {
+    for (const AutomationError& failure : kFailures) {
+      FailAt(at, failure);
+      if (::testing::Test::HasFatalFailure()) return 0;
+    }
+  }
+  return statements * static_cast<int>(std::size(kFailures));
+}
+
+class FaultSweep : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(FaultSweep, EveryFailureKeepsItsPromiseAndLeavesNothingBehind) {
+  int failures = 0;
+  for (const std::string& file : ScenarioFiles({kTests + "/scenarios/" + GetParam()})) {
+    Scenario scenario = LoadScenario(file);
+    // The promises speak the language of the source.
+    scenario.start.resources.clear();
+    for (const Step& step : scenario.steps) {
+      if (step.IsCall() && !step.fail) failures += Sweep(scenario, step).Run();
+    }
+  }
+  std::cout << failures << " failures\n";
+  EXPECT_GT(failures, 0);
+}
+
+std::vector<std::string> Areas() {
+  std::vector<std::string> areas;
+  for (const auto& entry : std::filesystem::directory_iterator(kTests + "/scenarios")) {
+    if (entry.is_directory()) areas.push_back(entry.path().filename().string());
+  }
+  std::ranges::sort(areas);
+  return areas;
+}
+
+INSTANTIATE_TEST_SUITE_P(Areas, FaultSweep, ::testing::ValuesIn(Areas()),
+                         [](const auto& area) { return area.param; });
+
+}  // namespace
+}  // namespace tavcc::faults
