@@ -185,13 +185,13 @@ CREATE TABLE T_CC_Inventory (
 GO
 CREATE INDEX IX_Inventory_Item ON T_CC_Inventory (FItemID, FStockID)
 GO
--- What the clean-up after un-auditing looks for: emptied rows with all that decides whether they
--- may go, and emptied rows with a second quantity left over.
-CREATE INDEX IX_Inventory_Emptied ON T_CC_Inventory (FBal, FItemID, FStockID, FAuxPropID, FBatchNo)
-  WHERE FQty = 0
-GO
+-- What the clean-up after un-auditing looks for: emptied rows with a second quantity left over, and
+-- emptied rows with all that decides whether they may go.
 CREATE INDEX IX_Inventory_SecondLeft ON T_CC_Inventory (FItemID)
   WHERE FSecQty <> 0 AND FQty >= -0.000000001 AND FQty <= 0.000000001
+GO
+CREATE INDEX IX_Inventory_Emptied ON T_CC_Inventory (FBal, FItemID, FStockID, FAuxPropID, FBatchNo)
+  WHERE FQty = 0
 GO
 
 -- Opening stock: what was on hand, and worth how much, before the first bill. Same key and texts as
