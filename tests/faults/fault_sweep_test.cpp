@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
-#include <regex>
 
 #include "faults/contracts.h"
 #include "host/schema.h"
@@ -36,12 +35,12 @@ const Json& Contracts() {
 
 const std::vector<std::string>& Tables() {
   static const std::vector<std::string> tables = [] {
+    constexpr std::string_view kCreate = "\nCREATE TABLE ";
     std::vector<std::string> names;
-    const std::string schema(SchemaScript());
-    const std::regex create("create table (\\w+)", std::regex::icase);
-    for (auto at = std::sregex_iterator(schema.begin(), schema.end(), create);
-         at != std::sregex_iterator(); ++at) {
-      names.push_back((*at)[1]);
+    const std::string_view schema = SchemaScript();
+    for (size_t at = 0; (at = schema.find(kCreate, at)) != schema.npos;) {
+      at += kCreate.size();
+      names.emplace_back(schema.substr(at, schema.find_first_of(" (", at) - at));
     }
     return names;
   }();

@@ -37,6 +37,16 @@ constexpr Limit kLimits[] = {
     {"too many columns", kNotSupported, "a query of more than 2000 columns"},
 };
 
+std::string QuoteBytes(std::string_view bytes) {
+  static constexpr char kDigits[] = "0123456789abcdef";
+  std::string out = "x'";
+  for (const char c : bytes) {
+    out += kDigits[static_cast<unsigned char>(c) >> 4];
+    out += kDigits[static_cast<unsigned char>(c) & 15];
+  }
+  return out + '\'';
+}
+
 SqlError FailureOf(std::string_view text) {
   for (const Limit& limit : kLimits) {
     if (text.starts_with(limit.text)) return MakeError(limit.number, {limit.construct});
@@ -62,13 +72,25 @@ std::string QuoteName(std::string_view name) {
 // SQLite's text ends at a zero character, so a literal cannot hold one.
 std::string QuoteText(std::string_view text) {
   if (text.find('\0') == std::string_view::npos) return Doubled(text, '\'');
-  static constexpr char kDigits[] = "0123456789abcdef";
-  std::string out = "(CAST(x'";
-  for (const char c : text) {
-    out += kDigits[static_cast<unsigned char>(c) >> 4];
-    out += kDigits[static_cast<unsigned char>(c) & 15];
+  return "(CAST(" + QuoteBytes(text) + " AS TEXT))";
+}
+
+std::string QuoteValue(const StoredValue& value) {
+  switch (value.kind()) {
+    case StoredValue::Kind::kNull:
+      return "NULL";
+    case StoredValue::Kind::kInteger:
+      return std::to_string(value.integer());
+    case StoredValue::Kind::kReal: {
+      char buffer[40];
+      snprintf(buffer, sizeof buffer, "%.17e", value.real());
+      return buffer;
+    }
+    case StoredValue::Kind::kText:
+      return QuoteText(value.text());
+    default:
+      return QuoteBytes(value.blob());
   }
-  return out + "' AS TEXT))";
 }
 
 SqliteConnection::SqliteConnection(const std::string& path, int flags) {

@@ -80,5 +80,7 @@ SqlError StoreFailure(std::string message);
 std::string QuoteName(std::string_view name);
 // `text` as a literal of SQLite.
 std::string QuoteText(std::string_view text);
+// A stored value as a literal of SQLite.
+std::string QuoteValue(const StoredValue& value);
 
 }  // namespace tavcc::sql

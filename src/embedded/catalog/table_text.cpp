@@ -36,34 +36,6 @@ std::string_view StorageClass(const SqlType& type) {
   return "INTEGER";
 }
 
-std::string HexText(const std::string& bytes) {
-  static constexpr char kDigits[] = "0123456789ABCDEF";
-  std::string out = "x'";
-  for (const char c : bytes) {
-    out += kDigits[static_cast<unsigned char>(c) >> 4];
-    out += kDigits[static_cast<unsigned char>(c) & 15];
-  }
-  return out + '\'';
-}
-
-std::string StoredText(const StoredValue& value) {
-  switch (value.kind()) {
-    case StoredValue::Kind::kNull:
-      return "NULL";
-    case StoredValue::Kind::kInteger:
-      return std::to_string(value.integer());
-    case StoredValue::Kind::kReal: {
-      char buffer[40];
-      snprintf(buffer, sizeof buffer, "%.17e", value.real());
-      return buffer;
-    }
-    case StoredValue::Kind::kText:
-      return QuoteText(value.text());
-    default:
-      return HexText(value.blob());
-  }
-}
-
 constexpr std::string_view kOperators[] = {"=", "<>", "<", "<=", ">", ">="};
 
 // The conditions of a filter, the constants in one of two ways of writing them.
@@ -130,13 +102,13 @@ std::string PhysicalColumn(const Table& table, size_t index) {
   }
   out += StorageClass(column.type);
   if (!column.nullable) out += " NOT NULL";
-  if (column.constant_default) out += " DEFAULT " + StoredText(*column.constant_default);
+  if (column.constant_default) out += " DEFAULT " + QuoteValue(*column.constant_default);
   return out;
 }
 
 std::string PhysicalFilter(const Table& table, const Key& key, std::string_view prefix) {
   return FilterConditions(table, key, prefix, QuoteName,
-                          [](const KeyFilter& filter) { return StoredText(filter.constant); });
+                          [](const KeyFilter& filter) { return QuoteValue(filter.constant); });
 }
 
 // Keys with a name go by it, the others by their columns: neither changes when another key goes.

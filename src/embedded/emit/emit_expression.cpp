@@ -59,34 +59,6 @@ bool IsSourceOf(const BoundFrom& from, const BoundSource& source) {
   return found;
 }
 
-std::string Hex(const std::string& bytes) {
-  static constexpr char kDigits[] = "0123456789abcdef";
-  std::string out = "x'";
-  for (const char c : bytes) {
-    out += kDigits[static_cast<unsigned char>(c) >> 4];
-    out += kDigits[static_cast<unsigned char>(c) & 15];
-  }
-  return out + '\'';
-}
-
-std::string StoredText(const StoredValue& value) {
-  switch (value.kind()) {
-    case StoredValue::Kind::kNull:
-      return "NULL";
-    case StoredValue::Kind::kInteger:
-      return Number(value.integer());
-    case StoredValue::Kind::kReal: {
-      char buffer[40];
-      snprintf(buffer, sizeof buffer, "%.17e", value.real());
-      return buffer;
-    }
-    case StoredValue::Kind::kText:
-      return QuoteText(value.text());
-    default:
-      return Hex(value.blob());
-  }
-}
-
 }  // namespace
 
 std::string Emitter::Plain(const BoundExpression& expression, bool certain) {
@@ -145,7 +117,7 @@ std::string Emitter::PlaceOf(Parameter::Source source, int index) {
 }
 
 std::string Emitter::Literal(const BoundLiteral& literal) {
-  if (literal.slot < 0) return StoredText(literal.value);
+  if (literal.slot < 0) return QuoteValue(literal.value);
   return PlaceOf(Parameter::Source::kLiteral, literal.slot);
 }
 
