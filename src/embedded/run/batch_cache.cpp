@@ -62,7 +62,7 @@ BatchCache::Bucket& BatchCache::BucketOf(std::string_view beginning) {
   static_assert(sizeof words == kPrefix);
   std::memcpy(words, beginning.data(), sizeof words);
   const uint64_t mixed = (words[0] ^ (words[1] * 0x9e3779b97f4a7c15)) * 0xbf58476d1ce4e5b9;
-  return buckets_[mixed >> 56 & (kBuckets - 1)];
+  return buckets_[static_cast<size_t>(mixed >> 56) & (kBuckets - 1)];
 }
 
 const BatchCache::Entry& BatchCache::Compile(std::string_view text) {

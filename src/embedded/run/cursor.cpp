@@ -109,8 +109,8 @@ int64_t PlaceOf(const Cursor& cursor, Direction direction, int64_t offset) {
 
 Rows RowAt(const Cursor& cursor, int64_t place) {
   const size_t columns = cursor.rows.shape->types.size();
-  const auto first = cursor.rows.cells.begin() + (place - 1) * static_cast<int64_t>(columns);
-  return Rows{cursor.rows.shape, {first, first + static_cast<int64_t>(columns)}, 1};
+  const StoredValue* first = cursor.rows.cells.data() + static_cast<size_t>(place - 1) * columns;
+  return Rows{cursor.rows.shape, {first, first + columns}, 1};
 }
 
 // The row that a FETCH leads to, none where there is none, and @@FETCH_STATUS.
