@@ -82,14 +82,13 @@ TablePtr Catalog::CreateTable(const TablePtr& definition) {
 TablePtr Catalog::AddColumns(const TablePtr& table, std::shared_ptr<Table> changed) {
   const bool temporary = table->IsTemporary();
   const std::string schema = temporary ? "temp" : "main";
-  const std::string physical = table->physical.substr(6, table->physical.size() - 7);
   changed->physical = table->physical;
   changed->definition = TableText(*changed);
   for (size_t i = table->columns.size(); i < changed->columns.size(); ++i) {
     store_.Run("ALTER TABLE " + table->physical + " ADD COLUMN " + PhysicalColumn(*changed, i));
   }
   for (size_t i = table->keys.size(); i < changed->keys.size(); ++i) {
-    store_.Run(PhysicalIndex(*changed, i, schema, physical));
+    store_.Run(PhysicalIndex(*changed, i, schema, table->PhysicalName()));
   }
   if (temporary) {
     ReplaceTemporary(table, changed);
@@ -114,9 +113,8 @@ void Catalog::CreateIndex(const TablePtr& table, const CreateIndexStatement& ind
 void Catalog::DropIndex(const TablePtr& table, std::string_view index) {
   for (size_t i = 0; i < table->keys.size(); ++i) {
     if (table->keys[i].kind != Key::Kind::kIndex || !SameName(table->keys[i].name, index)) continue;
-    const std::string physical = table->physical.substr(6, table->physical.size() - 7);
-    store_.Run("DROP INDEX " + table->physical.substr(0, 5) +
-               QuoteName(PhysicalIndexName(*table, i, physical)));
+    store_.Run("DROP INDEX " + std::string(table->PhysicalSchema()) +
+               QuoteName(PhysicalIndexName(*table, i, table->PhysicalName())));
     auto changed = std::make_shared<Table>(*table);
     changed->keys.erase(changed->keys.begin() + static_cast<ptrdiff_t>(i));
     AddColumns(table, std::move(changed));

@@ -9,34 +9,17 @@
 #include "embedded/catalog/catalog.h"
 
 namespace tavcc::sql {
-namespace {
-
-std::string Schema(const Table& table) {
-  return table.physical.substr(0, 5);
-}
-
-std::string PhysicalName(const Table& table) {
-  return table.physical.substr(6, table.physical.size() - 7);
-}
-
-bool IsLater(int64_t number, int64_t than, const Table& table) {
-  const bool up = table.columns[static_cast<size_t>(table.identity_column)].identity_increment > 0;
-  return up ? number > than : number < than;
-}
-
-}  // namespace
-
 int64_t Catalog::Number(const Table& table) const {
   const SqliteStatement select =
-      store_.Prepare("SELECT seq FROM " + Schema(table) +
-                     "sqlite_sequence WHERE name=" + QuoteText(PhysicalName(table)));
+      store_.Prepare("SELECT seq FROM " + std::string(table.PhysicalSchema()) +
+                     "sqlite_sequence WHERE name=" + QuoteText(table.PhysicalName()));
   return store_.Step(select.get()) ? sqlite3_column_int64(select.get(), 0)
                                    : NumberBeforeFirst(table);
 }
 
 void Catalog::SetNumber(const Table& table, int64_t number) {
-  const std::string name = QuoteText(PhysicalName(table));
-  const std::string sequence = Schema(table) + "sqlite_sequence";
+  const std::string name = QuoteText(table.PhysicalName());
+  const std::string sequence = std::string(table.PhysicalSchema()) + "sqlite_sequence";
   store_.Run("UPDATE " + sequence + " SET seq=" + std::to_string(number) + " WHERE name=" + name);
   if (sqlite3_changes(store_.handle()) > 0) return;
   store_.Run("INSERT INTO " + sequence + "(name,seq) VALUES(" + name + ',' +
@@ -69,7 +52,7 @@ void Catalog::KeepNumber(const Table& table, const std::unordered_map<std::strin
   if (before == numbers_.end()) return;
   const auto after = now.find(table.physical);
   const int64_t number = after == now.end() ? NumberBeforeFirst(table) : after->second;
-  if (IsLater(before->second, number, table)) SetNumber(table, before->second);
+  if (table.IsLaterIdentity(before->second, number)) SetNumber(table, before->second);
 }
 
 void Catalog::RestoreNumbers() {

@@ -196,6 +196,21 @@ std::string Table::MessageName() const {
   return (IsTemporary() ? "tempdb.dbo." : "dbo.") + name;
 }
 
+std::string_view Table::PhysicalSchema() const {
+  constexpr size_t kLength = 5;
+  return std::string_view(physical).substr(0, kLength);
+}
+
+std::string_view Table::PhysicalName() const {
+  const std::string_view quoted = std::string_view(physical).substr(PhysicalSchema().size());
+  return quoted.substr(1, quoted.size() - 2);
+}
+
+bool Table::IsLaterIdentity(int64_t value, int64_t than) const {
+  const Column& column = columns[static_cast<size_t>(identity_column)];
+  return column.identity_increment > 0 ? value > than : value < than;
+}
+
 std::shared_ptr<Table> BuildTable(const std::string& name, const TableDefinition& definition) {
   auto table = std::make_shared<Table>();
   table->name = name;

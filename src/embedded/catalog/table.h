@@ -68,6 +68,11 @@ struct Table {
   bool IsVariable() const { return name.front() == '@'; }
   // "dbo.t_Stock", "tempdb.dbo.#Data" or "@rows", as messages name the table.
   std::string MessageName() const;
+  // The two parts of `physical`: "main." or "temp.", and the name without its quotes.
+  std::string_view PhysicalSchema() const;
+  std::string_view PhysicalName() const;
+  // Whether an identity value comes behind another one, in the direction in which they run.
+  bool IsLaterIdentity(int64_t value, int64_t than) const;
 };
 
 using TablePtr = std::shared_ptr<const Table>;

@@ -19,10 +19,6 @@ std::string SmallTableText(const std::string& physical) {
          ",NULL,'20');ANALYZE temp.sqlite_schema;";
 }
 
-std::string PhysicalName(const Table& table) {
-  return table.physical.substr(6, table.physical.size() - 7);
-}
-
 }  // namespace
 
 void Catalog::PushScope() {
@@ -73,10 +69,7 @@ void Catalog::Empty(const Table& table) {
   if (!statement) statement = store_.Prepare("DELETE FROM " + table.physical);
   store_.Step(statement.get());
   sqlite3_reset(statement.get());
-  if (table.identity_column < 0) return;
-  store_.Run("UPDATE " + table.physical.substr(0, 5) +
-             "sqlite_sequence SET seq=" + std::to_string(NumberBeforeFirst(table)) +
-             " WHERE name=" + QuoteText(PhysicalName(table)));
+  if (table.identity_column >= 0) SetNumber(table, NumberBeforeFirst(table));
 }
 
 void Catalog::TrimPool() {
@@ -192,7 +185,7 @@ void Catalog::SaveVariables() {
 void Catalog::RestoreVariables(const std::vector<TablePtr>& vanished) {
   for (const auto& [table, rows] : saved_variables_) {
     if (std::ranges::find(vanished, table) != vanished.end()) {
-      store_.Run(PhysicalDefinition(*table, "temp", PhysicalName(*table)));
+      store_.Run(PhysicalDefinition(*table, "temp", table->PhysicalName()));
     } else {
       Empty(*table);
     }

@@ -27,9 +27,8 @@ namespace tavcc::sql {
 namespace {
 
 const BoundColumn* ColumnOf(const BoundExpression& expression, const BoundSource& source) {
-  if (expression.kind != BoundExpression::Kind::kColumn) return nullptr;
-  const auto& column = static_cast<const BoundColumn&>(expression);
-  return column.source == &source ? &column : nullptr;
+  const BoundColumn* column = AsColumn(expression);
+  return column != nullptr && column->source == &source ? column : nullptr;
 }
 
 template <class Tree>

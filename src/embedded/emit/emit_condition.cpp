@@ -21,12 +21,6 @@ bool IsNative(const BoundComparison& comparison) {
   return equality || (AlwaysStoredAsInteger(left) && AlwaysStoredAsInteger(right));
 }
 
-const BoundColumn* AsColumn(const BoundExpression& expression) {
-  return expression.kind == BoundExpression::Kind::kColumn
-             ? &static_cast<const BoundColumn&>(expression)
-             : nullptr;
-}
-
 bool AreSame(const BoundExpression& a, const BoundExpression& b) {
   const BoundColumn* left = AsColumn(a);
   const BoundColumn* right = AsColumn(b);
@@ -50,6 +44,12 @@ bool Holds(const Conjuncts& conjuncts, const BoundCondition& join) {
 }
 
 }  // namespace
+
+const BoundColumn* AsColumn(const BoundExpression& expression) {
+  return expression.kind == BoundExpression::Kind::kColumn
+             ? &static_cast<const BoundColumn&>(expression)
+             : nullptr;
+}
 
 void ForEachConjunct(const BoundCondition* condition,
                      const std::function<void(const BoundCondition&)>& visit) {

@@ -148,6 +148,9 @@ class Emitter {
 // The conditions with `word`, " AND " or " OR ", between them.
 std::string Joined(std::span<const std::string> conditions, std::string_view word);
 
+// The column that the expression is; null when it is anything else.
+const BoundColumn* AsColumn(const BoundExpression& expression);
+
 // The operands of an AND, or the condition itself.
 void ForEachConjunct(const BoundCondition* condition,
                      const std::function<void(const BoundCondition&)>& visit);

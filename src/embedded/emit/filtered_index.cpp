@@ -42,12 +42,6 @@ struct Known {
   }
 };
 
-const BoundColumn* AsColumn(const BoundExpression& expression) {
-  return expression.kind == BoundExpression::Kind::kColumn
-             ? &static_cast<const BoundColumn&>(expression)
-             : nullptr;
-}
-
 bool IsExact(const SqlType& type) {
   return IsInteger(type.kind) || IsScaled(type.kind);
 }

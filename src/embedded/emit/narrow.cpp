@@ -88,12 +88,6 @@ bool IsIn(const BoundFrom& from, const BoundSource* source) {
   return found;
 }
 
-const BoundColumn* AsColumn(const BoundExpression& expression) {
-  return expression.kind == BoundExpression::Kind::kColumn
-             ? &static_cast<const BoundColumn&>(expression)
-             : nullptr;
-}
-
 }  // namespace
 
 // The keys that the other side has in `column`, as a query; empty when there may be many.

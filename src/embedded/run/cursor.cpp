@@ -30,11 +30,9 @@ void Open(Engine& engine, Cursor& cursor) {
   cursor.sight = cursor.query->SightOf(engine, cursor.frame);
   cursor.place = 0;
   cursor.current.clear();
-  cursor.tables.clear();
-  if (cursor.sight != CursorSight::kStatic) {
-    cursor.tables = cursor.query->Tables(engine, cursor.frame);
-  }
-  if (cursor.sight == CursorSight::kStatic) {
+  const bool is_static = cursor.sight == CursorSight::kStatic;
+  cursor.tables = is_static ? std::vector<TablePtr>() : cursor.query->Tables(engine, cursor.frame);
+  if (is_static) {
     cursor.rows = cursor.query->All(engine, cursor.frame);
     cursor.count = static_cast<int64_t>(cursor.rows.count);
   } else if (cursor.IsStepping()) {

@@ -68,7 +68,7 @@ bool IsTaken(Engine& engine, sqlite3_stmt* look_up, const KeyValue& value) {
 // The key of `table` that SQLite's message names, by its columns ("UNIQUE constraint failed: t.a,
 // t.b") or, where it is the key of the NULLs, by its index ("… failed: index 't.name.null'").
 const Key* KeyOf(const Table& table, std::string_view message) {
-  const std::string physical = table.physical.substr(6, table.physical.size() - 7);
+  const std::string physical(table.PhysicalName());
   for (size_t i = 0; i < table.keys.size(); ++i) {
     const Key& key = table.keys[i];
     if (key.kind == Key::Kind::kIndex) continue;

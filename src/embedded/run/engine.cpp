@@ -218,16 +218,13 @@ Flow Engine::RunOne(Instruction& instruction, Frame& frame) {
   }
 }
 
-void Engine::RunText(std::string_view text) {
-  if (nesting_ >= kMostNested) Raise(217, kMostNested);
+// Runs what has a scope of its own. An error that it does not outlive ends it and is reported.
+template <class Body>
+void Engine::RunInScope(const Body& body) {
   ++nesting_;
   catalog_.PushScope();
   try {
-    CachedBatch batch;
-    batches_.Find(text, batch);
-    Frame frame;
-    frame.literals = batch.literals;
-    RunProgram(batch.program, frame);
+    body();
   } catch (const ScopeEnded&) {
   } catch (SqlError& error) {
     Report(std::move(error));
@@ -238,6 +235,17 @@ void Engine::RunText(std::string_view text) {
   }
   catalog_.PopScope();
   --nesting_;
+}
+
+void Engine::RunText(std::string_view text) {
+  if (nesting_ >= kMostNested) Raise(217, kMostNested);
+  RunInScope([&] {
+    CachedBatch batch;
+    batches_.Find(text, batch);
+    Frame frame;
+    frame.literals = batch.literals;
+    RunProgram(batch.program, frame);
+  });
 }
 
 int64_t Engine::Call(const ObjectName& name, std::vector<CallArgument>& arguments) {
@@ -251,20 +259,7 @@ int64_t Engine::Call(const ObjectName& name, std::vector<CallArgument>& argument
   frame.variables.resize(program->variables().size());
   BindArguments(procedure, arguments, frame);
   const int transactions = transaction_count_;
-  ++nesting_;
-  catalog_.PushScope();
-  try {
-    RunProgram(program, frame);
-  } catch (const ScopeEnded&) {
-  } catch (SqlError& error) {
-    Report(std::move(error));
-  } catch (...) {
-    catalog_.PopScope();
-    --nesting_;
-    throw;
-  }
-  catalog_.PopScope();
-  --nesting_;
+  RunInScope([&] { RunProgram(program, frame); });
   if (transaction_count_ != transactions) {
     Report(MakeError(266, {transactions, transaction_count_}));
   }

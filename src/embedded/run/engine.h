@@ -113,6 +113,8 @@ class Engine {
   void Run(const Body& body);
   void Report(SqlError error);
   void RunProgram(const std::shared_ptr<Program>& program, Frame& frame);
+  template <class Body>
+  void RunInScope(const Body& body);
   void PrepareProgram(Program& program, Frame& frame);
   void EndLocalCursors(const Frame& frame);
   void BindArguments(const Procedure& procedure, std::vector<CallArgument>& arguments,

@@ -27,6 +27,12 @@ int CountNamed(const TableSource& source, const std::string& name) {
   return SameName(static_cast<const NamedTable&>(source).name.last(), name) ? 1 : 0;
 }
 
+bool ReadsSession(const Emitted& emitted) {
+  return std::ranges::any_of(emitted.parameters, [](const Parameter& parameter) {
+    return parameter.source == Parameter::Source::kSession;
+  });
+}
+
 // Whether the INSERT cannot fail, and every row stands in the table as the query shows it.
 bool WritesItsQuery(const BoundInsert& insert) {
   const Table& table = *insert.table;
@@ -34,10 +40,7 @@ bool WritesItsQuery(const BoundInsert& insert) {
   if (insert.columns.size() != table.columns.size()) return false;
   if (!std::ranges::all_of(table.columns, &Column::nullable)) return false;
   const Emitted emitted = EmitInsert(insert);
-  return !emitted.fails_midway &&
-         std::ranges::none_of(emitted.parameters, [](const Parameter& parameter) {
-           return parameter.source == Parameter::Source::kSession;
-         });
+  return !emitted.fails_midway && !ReadsSession(emitted);
 }
 
 // The DELETE with the INSERT's query in place of the variable.
@@ -78,10 +81,7 @@ class DeleteByQuery final : public Instruction {
     if (remove.row_column >= 0) return;
     if (FindAntiJoined(*remove.from, remove.where.get()) == nullptr) return;
     Emitted emitted = EmitDelete(remove);
-    const bool reads_session = std::ranges::any_of(
-        emitted.parameters,
-        [](const Parameter& parameter) { return parameter.source == Parameter::Source::kSession; });
-    if (reads_session) return;
+    if (ReadsSession(emitted)) return;
     plan.updates = true;
     plan.emitted = std::move(emitted);
   }

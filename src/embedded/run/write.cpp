@@ -22,10 +22,7 @@ void BeginNumbers(Engine& engine, const Table& table) {
 void KeepExplicitNumber(Engine& engine, const Table& table) {
   const int64_t written = *engine.identity;
   const int64_t last = engine.catalog().Number(table);
-  const Column& column = table.columns[static_cast<size_t>(table.identity_column)];
-  if (column.identity_increment > 0 ? written > last : written < last) {
-    engine.catalog().SetNumber(table, written);
-  }
+  if (table.IsLaterIdentity(written, last)) engine.catalog().SetNumber(table, written);
 }
 
 // The error of an INSERT that failed. The identity values of its rows up to the one that was
@@ -73,12 +70,16 @@ class WriteInstruction : public Instruction {
  protected:
   virtual void Compile(Binder& binder, Engine& engine, Plan& plan) = 0;
 
-  std::span<const VariableInfo> visible() const { return visible_.span(); }
-
   Plan& Find(Engine& engine, const Frame& frame) {
-    return plans_.Find(engine, frame, [&](Plan& plan) {
+    return FindIn(plans_, engine, frame,
+                  [&](Binder& binder, Plan& plan) { Compile(binder, engine, plan); });
+  }
+  // In a cache of plans beside the usual ones.
+  template <class Make>
+  Plan& FindIn(PlanCache& plans, Engine& engine, const Frame& frame, const Make& compile) {
+    return plans.Find(engine, frame, [&](Plan& plan) {
       Binder binder(engine.catalog(), visible_.span(), frame.literals, plan.binding);
-      Compile(binder, engine, plan);
+      compile(binder, plan);
     });
   }
 
@@ -86,6 +87,13 @@ class WriteInstruction : public Instruction {
   const Visible visible_;
   PlanCache plans_;
 };
+
+void PlanInsert(const BoundInsert& insert, Plan& plan) {
+  plan.table = insert.table;
+  plan.columns = insert.columns;
+  plan.draws_numbers = insert.table->draws_identity && !insert.explicit_identity;
+  plan.emitted = EmitInsert(insert);
+}
 
 bool MayInsertIdentity(const Engine& engine, const InsertStatement& insert) {
   if (engine.identity_insert.empty()) return false;
@@ -104,21 +112,15 @@ class InsertInstruction final : public WriteInstruction {
       identity_plans_ = PlanCache();
     }
     if (!with_identity_) return WriteInstruction::Execute(engine, frame);
-    Plan& plan = identity_plans_.Find(engine, frame, [&](Plan& made) {
-      Binder binder(engine.catalog(), visible(), frame.literals, made.binding);
-      Compile(binder, engine, made);
-    });
+    Plan& plan = FindIn(identity_plans_, engine, frame,
+                        [&](Binder& binder, Plan& made) { Compile(binder, engine, made); });
     RunWrite(engine, plan, frame);
     return Flow::kNext;
   }
 
  protected:
   void Compile(Binder& binder, Engine&, Plan& plan) override {
-    const BoundInsert bound = binder.BindInsert(statement_, with_identity_);
-    plan.table = bound.table;
-    plan.columns = bound.columns;
-    plan.draws_numbers = bound.table->draws_identity && !bound.explicit_identity;
-    plan.emitted = EmitInsert(bound);
+    PlanInsert(binder.BindInsert(statement_, with_identity_), plan);
   }
 
  private:
@@ -158,11 +160,7 @@ class InsertExecuteInstruction final : public Instruction {
     std::vector<SourceColumn> columns;
     for (const SqlType& type : rows.shape->types) columns.push_back({"", type, true, false});
     Binder binder(engine.catalog(), {}, {}, plan.binding);
-    const BoundInsert bound = binder.BindInsertRows(statement_, columns, false);
-    plan.table = bound.table;
-    plan.columns = bound.columns;
-    plan.draws_numbers = bound.table->draws_identity && !bound.explicit_identity;
-    plan.emitted = EmitInsert(bound);
+    PlanInsert(binder.BindInsertRows(statement_, columns, false), plan);
     for (size_t row = 0; row < rows.count; ++row) {
       RunWrite(engine, plan, frame,
                std::span(rows.cells).subspan(row * columns.size(), columns.size()));
@@ -216,8 +214,7 @@ class UpdateInstruction final : public WriteInstruction {
 
  private:
   Plan& FindSteps(Engine& engine, const Frame& frame) {
-    return steps_.Find(engine, frame, [&](Plan& plan) {
-      Binder binder(engine.catalog(), visible(), frame.literals, plan.binding);
+    return FindIn(steps_, engine, frame, [&](Binder& binder, Plan& plan) {
       const BoundUpdate bound = binder.BindUpdate(statement_);
       plan.table = bound.table;
       for (const auto& assignment : bound.assignments) plan.columns.push_back(assignment.column);
