@@ -11,9 +11,8 @@ namespace tavcc {
 namespace {
 
 constexpr std::string_view kBegin = "BEGIN TRANSACTION";
-// A batch that the server aborted may have taken the transaction with it.
+// As kRollback.
 constexpr std::string_view kCommit = "IF @@TRANCOUNT > 0 COMMIT TRANSACTION";
-constexpr std::string_view kRollback = "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION";
 
 }  // namespace
 

@@ -10,6 +10,9 @@
 
 namespace tavcc {
 
+// Rolls the transaction back; a batch that the server aborted may have taken it with it.
+inline constexpr std::string_view kRollback = "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION";
+
 class Erp {
  public:
   // On the embedded database. Errors: those of opening it.

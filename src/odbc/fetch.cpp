@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <iterator>
 #include <span>
 #include <utility>
 
@@ -131,7 +132,7 @@ Value Reader::Date(const Column& column, SQLUSMALLINT number) {
   if (!second) {
     throw AutomationError(
         RuntimeError::kTypeMismatch,
-        Cat("Column ", column.name, " holds a date outside the years 1753 to ", "9999."));
+        Cat("Column ", column.name, " holds a date outside the years 1753 to 9999."));
   }
   const int64_t ticks =
       (int64_t{stamp->fraction} * DateTime::kTicksPerSecond + kNanoseconds / 2) / kNanoseconds;
@@ -175,6 +176,10 @@ Value Reader::Read(const Column& column, SQLUSMALLINT number) {
   }
 }
 
+void AddDiagnostics(const Statement& statement, Encoding encoding, Fetched& fetched) {
+  std::ranges::move(ReadDiagnostics(statement, encoding), std::back_inserter(fetched.diagnostics));
+}
+
 void FetchAll(const Statement& statement, Encoding encoding, Fetched& fetched) {
   SQLSMALLINT count = 0;
   Require(SQLNumResultCols(statement.get(), &count));
@@ -189,11 +194,7 @@ void FetchAll(const Statement& statement, Encoding encoding, Fetched& fetched) {
     const SQLRETURN result = SQLFetch(statement.get());
     if (result == SQL_NO_DATA) return;
     Require(result);
-    if (result == SQL_SUCCESS_WITH_INFO) {
-      for (auto& diagnostic : ReadDiagnostics(statement, encoding)) {
-        fetched.diagnostics.push_back(std::move(diagnostic));
-      }
-    }
+    if (result == SQL_SUCCESS_WITH_INFO) AddDiagnostics(statement, encoding, fetched);
     SQLUSMALLINT number = 0;
     for (const Column& column : columns) {
       fetched.rows.cells.push_back(reader.Read(column, ++number));
@@ -208,9 +209,7 @@ Fetched FetchRows(const Statement& statement, Encoding encoding) {
   try {
     FetchAll(statement, encoding, fetched);
   } catch (const FetchFailed&) {
-    for (auto& diagnostic : ReadDiagnostics(statement, encoding)) {
-      fetched.diagnostics.push_back(std::move(diagnostic));
-    }
+    AddDiagnostics(statement, encoding, fetched);
   } catch (const AutomationError& error) {
     fetched.refusal = error;
   }

@@ -1,6 +1,7 @@
 #include "faults/contracts.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 
 #include "scenario/values.h"
@@ -27,51 +28,29 @@ Json Filled(Json form, const AutomationError& failure) {
   return form;
 }
 
-std::string ShowOutcome(const Method& method, const CallOutcome& outcome) {
-  if (outcome.error) {
-    return "raises " + std::to_string(outcome.error->number()) + " \"" +
-           outcome.error->description() + "\" from \"" + outcome.error->source() + "\"";
+std::optional<ExpectedError> ErrorIn(const Json& promise) {
+  if (!promise.contains("error")) return std::nullopt;
+  ExpectedError expected;
+  for (const auto& [key, value] : promise["error"].items()) {
+    if (key == "number") expected.number = value.get<int32_t>();
+    if (key == "source") expected.source = value.get<std::string>();
+    if (key == "description") expected.description = value.get<std::string>();
   }
-  std::string shown = "result " + Show(JsonFromValue(outcome.result));
-  for (size_t i = 0; i < method.parameters.size(); ++i) {
-    if (!method.parameters[i].in_out) continue;
-    shown += ", " + std::string(method.parameters[i].name) + " " +
-             Show(JsonFromValue(outcome.arguments[i]));
-  }
-  return shown;
+  return expected;
 }
 
-void CompareError(const Json& expected, const CallOutcome& outcome,
-                  std::vector<std::string>& differences) {
-  if (!outcome.error) {
-    differences.emplace_back("raises no error");
-    return;
-  }
-  const Json actual = {{"number", outcome.error->number()},
-                       {"source", outcome.error->source()},
-                       {"description", outcome.error->description()}};
-  for (const auto& [key, value] : expected.items()) {
-    if (actual.at(key) != value) differences.push_back(key + ": expected " + Show(value));
+// The keys of an object are those that somebody reads.
+void AllowOnly(const std::string& place, const Json& object, const std::set<std::string>& known) {
+  for (const auto& [key, value] : object.items()) {
+    if (!known.contains(key)) throw JsonError(place + ": unknown key \"" + key + "\"");
   }
 }
 
-void CompareAnswer(const Json& expected, const Method& method, const CallOutcome& outcome,
-                   std::vector<std::string>& differences) {
-  if (outcome.error) {
-    differences.emplace_back("raises an error");
-    return;
-  }
-  for (const auto& [name, value] : expected.items()) {
-    if (name == "result") {
-      Compare(value, outcome.result, name, differences);
-      continue;
-    }
-    const auto parameter =
-        std::ranges::find(method.parameters, std::string_view(name), &Parameter::name);
-    if (parameter == method.parameters.end()) throw JsonError("no argument \"" + name + "\"");
-    const auto at = static_cast<size_t>(parameter - method.parameters.begin());
-    Compare(value, outcome.arguments[at], name, differences);
-  }
+std::set<std::string> AnswersOf(const std::string& name) {
+  std::set<std::string> answers = {"result"};
+  const MethodName found = FindMethodByName(name);
+  for (const Parameter& parameter : found.method->parameters) answers.emplace(parameter.name);
+  return answers;
 }
 
 // Whether `given` has everything that `wanted` names; a list is one of these.
@@ -90,12 +69,12 @@ bool Holds(const Json& given, const Json& wanted) {
 Json ReadContracts(const std::string& file) {
   Json contracts = ParseJson(ReadTextFile(file));
   for (const auto& [method, promises] : contracts.items()) {
+    const std::set<std::string> answers = AnswersOf(method);
     for (const Json& promise : promises) {
-      for (const auto& [key, value] : promise.items()) {
-        static const std::set<std::string> kKnown = {"statement", "when", "expect", "error",
-                                                     "goes_on"};
-        if (!kKnown.contains(key)) throw JsonError(method + ": unknown key \"" + key + "\"");
-      }
+      AllowOnly(method, promise, {"statement", "when", "expect", "error", "goes_on"});
+      AllowOnly(method, promise.value("expect", Json::object()), answers);
+      AllowOnly(method, promise.value("error", Json::object()),
+                {"number", "source", "description"});
       if (promise.contains("expect") + promise.contains("error") + promise.contains("goes_on") !=
           1) {
         throw JsonError(method + ": a promise is one of expect, error, goes_on");
@@ -116,19 +95,31 @@ const Json* PromiseFor(const Json& contracts, const std::string& method,
   return nullptr;
 }
 
+std::string ShowOutcome(const Method& method, const CallOutcome& outcome) {
+  if (outcome.error) {
+    return "raises " + std::to_string(outcome.error->number()) + " \"" +
+           outcome.error->description() + "\" from \"" + outcome.error->source() + "\"";
+  }
+  std::string shown = "result " + Show(JsonFromValue(outcome.result));
+  for (size_t i = 0; i < method.parameters.size(); ++i) {
+    if (!method.parameters[i].in_out) continue;
+    shown += ", " + std::string(method.parameters[i].name) + " " +
+             Show(JsonFromValue(outcome.arguments[i]));
+  }
+  return shown;
+}
+
 void CompareWithPromise(const Json& promise, const Method& method, const AutomationError& failure,
                         const CallOutcome& outcome, std::vector<std::string>& differences) {
   const size_t before = differences.size();
-  if (promise.contains("error")) {
-    CompareError(Filled(promise["error"], failure), outcome, differences);
-  } else if (promise.contains("expect")) {
-    CompareAnswer(Filled(promise["expect"], failure), method, outcome, differences);
-  } else if (outcome.error) {
-    differences.emplace_back("raises an error");
-  } else if (ShowOutcome(method, outcome).find(failure.description()) != std::string::npos) {
+  const Json filled = Filled(promise, failure);
+  CompareOutcome(method, filled.value("expect", Json::object()), ErrorIn(filled), outcome,
+                 differences);
+  const std::string shown = ShowOutcome(method, outcome);
+  if (promise.contains("goes_on") && shown.find(failure.description()) != std::string::npos) {
     differences.emplace_back("speaks of the failure");
   }
-  if (differences.size() > before) differences.push_back("got " + ShowOutcome(method, outcome));
+  if (differences.size() > before) differences.push_back("got " + shown);
 }
 
 }  // namespace tavcc::faults

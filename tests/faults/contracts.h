@@ -18,12 +18,16 @@
 
 namespace tavcc::faults {
 
-// Reads the table and checks its keys. Errors: JsonError.
+// Reads the table and checks its keys. Errors: JsonError; std::invalid_argument for an unknown
+// method.
 Json ReadContracts(const std::string& file);
 
 // The promise for a failing statement of a call with these arguments; null when the table has none.
 const Json* PromiseFor(const Json& contracts, const std::string& method,
                        const std::string& statement, const Json& arguments);
+
+// What a call answers, on one line, without what it sent.
+std::string ShowOutcome(const Method& method, const CallOutcome& outcome);
 
 // Adds a line for each difference between the promise and what the call came to.
 //   expect    the result and the arguments by name; no error is raised

@@ -9,6 +9,7 @@
 #include <iostream>
 
 #include "faults/contracts.h"
+#include "host/erp.h"
 #include "host/schema.h"
 #include "scenario/embedded_roads.h"
 #include "scenario/runner.h"
@@ -67,19 +68,6 @@ std::string Contents(Connection& connection) {
   return contents;
 }
 
-// What a call answers, without what it sent: a second call may find things in its caches.
-std::string Answer(const Method& method, const CallOutcome& outcome) {
-  if (outcome.error) {
-    return std::to_string(outcome.error->number()) + outcome.error->source() +
-           outcome.error->description();
-  }
-  std::string answer = Show(JsonFromValue(outcome.result));
-  for (size_t i = 0; i < method.parameters.size(); ++i) {
-    if (method.parameters[i].in_out) answer += "\n" + Show(JsonFromValue(outcome.arguments[i]));
-  }
-  return answer;
-}
-
 // One step of a scenario, in a transaction of the host's on a database in the step's start state.
 class Sweep {
  public:
@@ -93,7 +81,6 @@ class Sweep {
     CallOutcome outcome;
     std::string contents;
   };
-  std::unique_ptr<Road> Open();
   // Calls in a transaction, which is rolled back afterwards.
   Ended CallAndRollBack(Road& road, const std::optional<InjectedFailure>& failure);
   void FailAt(int at, const AutomationError& failure);
@@ -106,28 +93,11 @@ class Sweep {
   Ended clean_;
 };
 
-std::unique_ptr<Road> Sweep::Open() {
-  auto road = roads_->Open(scenario_.start);
-  for (const Step& earlier : scenario_.steps) {
-    if (earlier.number >= step_.number) break;
-    if (earlier.IsCall()) {
-      CallStep(*road, earlier, earlier.fail);
-      continue;
-    }
-    try {
-      road->connection()->Execute(earlier.query);
-    } catch (const AutomationError&) {
-      // Some queries of scenarios fail on purpose.
-    }
-  }
-  return road;
-}
-
 Sweep::Ended Sweep::CallAndRollBack(Road& road, const std::optional<InjectedFailure>& failure) {
   road.connection()->Execute("BEGIN TRANSACTION");
   Ended ended{CallStep(road, step_, failure), {}};
   ended.contents = Contents(*road.connection());
-  road.connection()->Execute("IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION");
+  road.connection()->Execute(kRollback);
   return ended;
 }
 
@@ -150,13 +120,14 @@ void Sweep::FailAt(int at, const AutomationError& failure) {
     ADD_FAILURE() << Place(at, statement) << "\n  " << difference;
   }
   const Ended again = CallAndRollBack(*road_, std::nullopt);
-  EXPECT_EQ(Answer(*step_.method, again.outcome), Answer(*step_.method, clean_.outcome))
+  // What it sends is another matter: it may find things in its caches.
+  EXPECT_EQ(ShowOutcome(*step_.method, again.outcome), ShowOutcome(*step_.method, clean_.outcome))
       << Place(at, statement);
   EXPECT_EQ(again.contents, clean_.contents) << Place(at, statement);
 }
 
 int Sweep::Run() {
-  road_ = Open();
+  road_ = RoadBefore(scenario_, step_.number, *roads_, roads_->FixesClock());
   clean_ = CallAndRollBack(*road_, std::nullopt);
   const int statements = static_cast<int>(clean_.outcome.sent.size());
   for (int at = 1; at <= statements; ++at) {

@@ -7,6 +7,7 @@
 
 #include "foundation/error.h"
 #include "odbc/odbc.h"
+#include "odbc/support.h"
 #include "odbc/tds_responder.h"
 
 namespace tavcc {
@@ -15,6 +16,7 @@ namespace {
 using ::testing::AllOf;
 using testing::Delivery;
 using ::testing::ElementsAre;
+using testing::ErrorOf;
 using ::testing::Field;
 using ::testing::HasSubstr;
 using ::testing::Not;
@@ -29,26 +31,9 @@ using testing::TdsType;
 
 constexpr const char* kPassword = "top;secret";
 
-std::optional<AutomationError> ErrorOf(auto call) {
-  try {
-    call();
-  } catch (const AutomationError& error) {
-    return error;
-  }
-  return std::nullopt;
-}
-
 std::string Target(uint16_t port) {
   return "Driver=FreeTDS;Server=127.0.0.1;Port=" + std::to_string(port) + ";UID=tester;PWD={" +
          kPassword + "};TDS_Version=7.4";
-}
-
-bool DriverIsInstalled() {
-  static const bool installed = [] {
-    const auto error = ErrorOf([] { OpenOdbc({Target(1)}); });
-    return !error || error->description().find("Can't open lib") == std::string::npos;
-  }();
-  return installed;
 }
 
 auto Error(int32_t number, const char* text) {
@@ -58,7 +43,8 @@ auto Error(int32_t number, const char* text) {
 class FreeTdsTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (!DriverIsInstalled()) GTEST_SKIP() << "the driver of package tdsodbc is missing";
+    static const bool installed = testing::DriverIsInstalled(Target(1));
+    if (!installed) GTEST_SKIP() << "the driver of package tdsodbc is missing";
     session_ = OpenOdbc({Target(server_.port())});
   }
   // The seconds until the batch, for which the server takes for ever, is given up after one.

@@ -6,39 +6,24 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <optional>
 
 #include "foundation/error.h"
+#include "odbc/support.h"
 
 namespace tavcc {
 namespace {
 
+using testing::ErrorOf;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
 constexpr const char* kDriver = "Driver=SQLite3;Database=";
 
-std::optional<AutomationError> ErrorOf(auto call) {
-  try {
-    call();
-  } catch (const AutomationError& error) {
-    return error;
-  }
-  return std::nullopt;
-}
-
-bool DriverIsInstalled() {
-  static const bool installed = [] {
-    const auto error = ErrorOf([] { OpenOdbc({std::string(kDriver) + ":memory:"}); });
-    return !error || error->description().find("Can't open lib") == std::string::npos;
-  }();
-  return installed;
-}
-
 class OdbcTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (!DriverIsInstalled()) GTEST_SKIP() << "the driver of package libsqliteodbc is missing";
+    static const bool installed = testing::DriverIsInstalled(std::string(kDriver) + ":memory:");
+    if (!installed) GTEST_SKIP() << "the driver of package libsqliteodbc is missing";
     session_ = OpenOdbc({kDriver + file_});
   }
   ~OdbcTest() override {

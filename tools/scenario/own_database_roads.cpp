@@ -10,7 +10,6 @@
 namespace tavcc {
 namespace {
 
-constexpr std::string_view kRollback = "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION";
 constexpr std::string_view kLeave = "USE master";
 
 class OwnDatabaseRoad final : public ErpRoad {

@@ -13,7 +13,6 @@ namespace tavcc {
 namespace {
 
 constexpr std::string_view kBegin = "BEGIN TRANSACTION";
-constexpr std::string_view kRollback = "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION";
 constexpr std::string_view kBills = "SELECT COUNT(*) FROM T_CC_StockBill";
 constexpr std::string_view kTransactions = "SELECT @@TRANCOUNT";
 

@@ -179,8 +179,7 @@ std::optional<StepFailure> Run::RunStep(Road& road, const Step& step) {
   }
   CallOutcome outcome = CallStep(road, step, step.fail);
   Differences differences;
-  CompareErrors(step.error, outcome.error, differences);
-  CompareAnswer(*step.method, step.expect, outcome, differences);
+  CompareOutcome(*step.method, step.expect, step.error, outcome, differences);
   if (step.statements) CompareStatements(*step.statements, outcome.sent, differences);
   const int sent = static_cast<int>(outcome.sent.size());
   if (step.fail && step.fail->at > sent) {
@@ -221,8 +220,7 @@ std::optional<StepFailure> Run::RunSweep(const Step& step, const Sweep& sweep, i
   const auto road = RoadBefore(scenario_, step.number, roads_, roads_.FixesClock());
   CallOutcome outcome = CallStep(*road, step, InjectedFailure{at, sweep.failure});
   Differences differences;
-  CompareErrors(sweep.error, outcome.error, differences);
-  CompareAnswer(*step.method, sweep.expect, outcome, differences);
+  CompareOutcome(*step.method, sweep.expect, sweep.error, outcome, differences);
   for (const Step& query : sweep.then) {
     if (IsSkipped(query)) continue;
     for (const std::string& difference : RunQuery(*road, query)) {
@@ -255,6 +253,13 @@ CallOutcome CallStep(Road& road, const Step& step, const std::optional<InjectedF
   }
   outcome.sent = road.TakeLog();
   return outcome;
+}
+
+void CompareOutcome(const Method& method, const Json& expect,
+                    const std::optional<ExpectedError>& error, const CallOutcome& outcome,
+                    std::vector<std::string>& differences) {
+  CompareErrors(error, outcome.error, differences);
+  CompareAnswer(method, expect, outcome, differences);
 }
 
 std::optional<StepFailure> RunScenario(const Scenario& scenario, Roads& roads, Skipped* skipped) {

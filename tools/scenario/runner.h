@@ -27,6 +27,12 @@ struct CallOutcome {
 };
 CallOutcome CallStep(Road& road, const Step& step, const std::optional<InjectedFailure>& failure);
 
+// Adds a line for each difference between what a call came to and what is expected of its result
+// and arguments, by name, and of its error; without an expected one, none is.
+void CompareOutcome(const Method& method, const Json& expect,
+                    const std::optional<ExpectedError>& error, const CallOutcome& outcome,
+                    std::vector<std::string>& differences);
+
 // What of a scenario was left out, a line for each.
 struct Skipped {
   std::vector<std::string> for_clock;     // steps that need a clock that stands still
