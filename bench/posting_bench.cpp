@@ -12,6 +12,7 @@
 #include <string>
 
 #include "embedded/embedded.h"
+#include "support/source_dir.h"
 
 namespace {
 
@@ -30,7 +31,7 @@ struct Dialect {
 // ----------------------------------------------------------------------------
 
 std::string ReadFile(const std::string& name) {
-  std::ifstream file(std::filesystem::path(TAVCC_SOURCE_DIR) / name, std::ios::binary);
+  std::ifstream file(tavcc::SourceDir() / name, std::ios::binary);
   std::stringstream text;
   text << file.rdbuf();
   return text.str();

@@ -14,11 +14,12 @@
 #include "scenario/embedded_roads.h"
 #include "scenario/runner.h"
 #include "scenario/values.h"
+#include "support/source_dir.h"
 
 namespace tavcc::faults {
 namespace {
 
-const std::string kTests = std::string(TAVCC_SOURCE_DIR) + "/tests";
+const std::string kTests = (SourceDir() / "tests").string();
 
 // An error in the middle of a batch, a lost deadlock, a connection that broke.
 const AutomationError kFailures[] = {

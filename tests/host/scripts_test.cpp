@@ -5,12 +5,13 @@
 #include <iterator>
 
 #include "host/schema.h"
+#include "support/source_dir.h"
 
 namespace tavcc {
 namespace {
 
 std::string FileText(const std::string& name) {
-  std::ifstream file(TAVCC_SOURCE_DIR "/src/host/" + name, std::ios::binary);
+  std::ifstream file(SourceDir() / "src/host" / name, std::ios::binary);
   EXPECT_TRUE(file.is_open()) << name;
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }

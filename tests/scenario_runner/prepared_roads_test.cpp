@@ -9,6 +9,7 @@
 #include "foundation/error.h"
 #include "host/schema.h"
 #include "scenario/runner.h"
+#include "support/source_dir.h"
 
 namespace tavcc {
 namespace {
@@ -20,7 +21,7 @@ constexpr std::string_view kOtherMoment = "2031-08-09 11:12:13";
 constexpr const char* kResetIdentities = "truncate table t_SerialNumList";
 
 std::vector<std::string> AllScenarios() {
-  return ScenarioFiles({TAVCC_SOURCE_DIR "/tests/scenarios"});
+  return ScenarioFiles({(SourceDir() / "tests/scenarios").string()});
 }
 
 void ExpectAllPass(Roads& roads, Skipped& skipped) {

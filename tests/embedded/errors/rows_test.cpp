@@ -30,6 +30,7 @@
 #include "embedded/error.h"
 #include "foundation/conversions.h"
 #include "foundation/error.h"
+#include "support/source_dir.h"
 
 namespace tavcc::sql {
 namespace {
@@ -60,7 +61,7 @@ std::string ReadFile(const std::filesystem::path& path) {
   return text.str();
 }
 
-const std::filesystem::path kSource = TAVCC_SOURCE_DIR;
+const std::filesystem::path kSource = SourceDir();
 
 Json Rows() {
   return Json::parse(ReadFile(kSource / "tests/embedded/errors/rows.json"));

@@ -6,13 +6,13 @@
 #include <iterator>
 
 #include "embedded/fuzz/fuzz_batch.h"
+#include "support/source_dir.h"
 
 namespace tavcc::sql {
 namespace {
 
 TEST(Fuzz, ReplaysItsFindings) {
-  const std::filesystem::path folder =
-      std::filesystem::path(TAVCC_SOURCE_DIR) / "tests" / "embedded" / "fuzz" / "corpus";
+  const std::filesystem::path folder = SourceDir() / "tests" / "embedded" / "fuzz" / "corpus";
   int count = 0;
   for (const auto& file : std::filesystem::directory_iterator(folder)) {
     std::ifstream in(file.path(), std::ios::binary);

@@ -9,6 +9,7 @@
 #include "embedded/embedded.h"
 #include "foundation/conversions.h"
 #include "foundation/error.h"
+#include "support/source_dir.h"
 
 namespace tavcc::sql {
 namespace {
@@ -124,7 +125,7 @@ std::string RunStep(const Json& step, Connection& connection) {
 
 std::vector<CaseName> FindCases(const std::string& folder) {
   std::vector<CaseName> cases;
-  const auto root = std::filesystem::path(TAVCC_SOURCE_DIR) / "tests/embedded" / folder;
+  const auto root = SourceDir() / "tests/embedded" / folder;
   std::vector<std::filesystem::path> files;
   for (const auto& entry : std::filesystem::directory_iterator(root)) {
     if (entry.path().extension() == ".json") files.push_back(entry.path());
@@ -145,7 +146,7 @@ std::string RunCase(const CaseName& which) {
   options.clock = [] { return *DateTime::Parse("2026-03-15 10:00:00"); };
   const auto database = Database::Open(options);
   if (test.value("schema", false)) {
-    const auto host = std::filesystem::path(TAVCC_SOURCE_DIR) / "src/host";
+    const auto host = SourceDir() / "src/host";
     database->RunScript(ReadFile(host / "schema.sql"));
     database->RunScript(ReadFile(host / "base.sql"));
   }

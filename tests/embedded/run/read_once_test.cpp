@@ -13,6 +13,7 @@
 #include "embedded/run/session.h"
 #include "foundation/conversions.h"
 #include "foundation/text.h"
+#include "support/source_dir.h"
 
 namespace tavcc::sql {
 namespace {
@@ -175,7 +176,7 @@ TEST_F(ReadOnce, LeavesTheSameRows) {
 // The clean-up as the posting sends it, over the reference schema: neither the stock nor the lines
 // of audited bills are read through.
 TEST_F(ReadOnce, TheCleanUpReadsFewRows) {
-  std::ifstream schema(TAVCC_SOURCE_DIR "/src/host/schema.sql", std::ios::binary);
+  std::ifstream schema(SourceDir() / "src/host/schema.sql", std::ios::binary);
   database_->RunScript(std::string{std::istreambuf_iterator<char>(schema), {}});
   constexpr int kRows = 3000;
   for (int i = 1; i <= kRows; ++i) {

@@ -9,12 +9,13 @@
 #include "embedded/syntax/fingerprint.h"
 #include "embedded/syntax/parser.h"
 #include "embedded/syntax/print.h"
+#include "support/source_dir.h"
 
 namespace tavcc::sql {
 namespace {
 
 std::vector<std::string> Batches(const std::string& file) {
-  std::ifstream in(std::string(TAVCC_SOURCE_DIR) + "/" + file, std::ios::binary);
+  std::ifstream in(SourceDir() / file, std::ios::binary);
   EXPECT_TRUE(in.good()) << file;
   std::vector<std::string> batches(1);
   for (std::string line; std::getline(in, line);) {

@@ -11,6 +11,7 @@
 
 #include "embedded/error.h"
 #include "embedded/functions/evaluator.h"
+#include "support/source_dir.h"
 
 namespace tavcc::sql {
 namespace {
@@ -31,7 +32,8 @@ Fields Split(const std::string& line, char by) {
 
 // The lines that the model writes.
 std::vector<std::string> RunModel(int seed, int count) {
-  const std::string command = "python3 " TAVCC_SOURCE_DIR "/tests/embedded/types/oracle.py " +
+  const std::string command = "python3 " +
+                              (SourceDir() / "tests/embedded/types/oracle.py").string() + " " +
                               std::to_string(seed) + " " + std::to_string(count);
   const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
   std::vector<std::string> lines(1);
