@@ -15,7 +15,7 @@ void Replace(std::string& text, std::string_view from, const std::string& to) {
   }
 }
 
-Json Filled(Json form, const AutomationError& failure) {
+Json Filled(const Json& form, const AutomationError& failure) {
   if (form.is_string()) {
     auto text = form.get<std::string>();
     if (text == "%number%") return failure.number();
@@ -24,8 +24,10 @@ Json Filled(Json form, const AutomationError& failure) {
     return text;
   }
   if (!form.is_structured()) return form;
-  for (auto& member : form) member = Filled(member, failure);
-  return form;
+  Json filled = form.is_array() ? Json::array() : Json::object();
+  for (const Json& element : form) filled.push_back(Filled(element, failure));
+  for (const auto& [key, value] : form.items()) filled[key] = Filled(value, failure);
+  return filled;
 }
 
 std::optional<ExpectedError> ErrorIn(const Json& promise) {
@@ -59,8 +61,8 @@ bool Holds(const Json& given, const Json& wanted) {
     return std::ranges::any_of(wanted, [&](const Json& one) { return Holds(given, one); });
   }
   if (!wanted.is_object()) return given == wanted;
-  return std::ranges::all_of(wanted.items(), [&](const auto& member) {
-    return given.contains(member.key()) && Holds(given[member.key()], member.value());
+  return std::ranges::all_of(wanted.items(), [&](const Json::Member& member) {
+    return given.contains(member.key) && Holds(given[member.key], member.value);
   });
 }
 
@@ -86,10 +88,10 @@ Json ReadContracts(const std::string& file) {
 
 const Json* PromiseFor(const Json& contracts, const std::string& method,
                        const std::string& statement, const Json& arguments) {
-  const auto promises = contracts.find(method);
-  if (promises == contracts.end()) return nullptr;
+  const Json* const promises = contracts.find(method);
+  if (promises == nullptr) return nullptr;
   for (const Json& promise : *promises) {
-    if (statement.find(promise.value("statement", "")) == std::string::npos) continue;
+    if (statement.find(promise.value("statement", std::string())) == std::string::npos) continue;
     if (!promise.contains("when") || Holds(arguments, promise["when"])) return &promise;
   }
   return nullptr;

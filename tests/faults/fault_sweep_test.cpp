@@ -9,6 +9,7 @@
 #include <iostream>
 
 #include "faults/contracts.h"
+#include "foundation/conversions.h"
 #include "host/erp.h"
 #include "host/schema.h"
 #include "scenario/embedded_roads.h"
@@ -49,6 +50,20 @@ const std::vector<std::string>& Tables() {
   return tables;
 }
 
+// A text "1" is not the number 1, and no part of a second is left out.
+std::string FieldText(const Value& field) {
+  switch (field.kind()) {
+    case Value::Kind::kNull:
+      return "NULL";
+    case Value::Kind::kText:
+      return "'" + field.text() + "'";
+    case Value::Kind::kDate:
+      return std::to_string(field.date().ticks());
+    default:
+      return ToText(field);
+  }
+}
+
 // All rows of all tables. Rows are sorted, and the numbers that the database deals out itself are
 // left out: those that a failed call drew are gone for good.
 std::string Contents(Connection& connection) {
@@ -59,9 +74,12 @@ std::string Contents(Connection& connection) {
     if (id.kind() == Value::Kind::kNull) continue;
     const RecordsetPtr rows = connection.Execute("select * from " + table);
     std::vector<std::string> lines;
-    for (Json& row : JsonFromRows(*rows, RowForm::kObjects)) {
-      if (table == "t_SerialNumList") row.erase("FID");
-      lines.push_back(row.dump());
+    for (; !rows->AtEnd(); rows->MoveNext()) {
+      std::string& line = lines.emplace_back();
+      for (int i = 0; i < rows->FieldCount(); ++i) {
+        if (table == "t_SerialNumList" && rows->FieldName(i) == "FID") continue;
+        line += "," + FieldText(rows->Field(i));
+      }
     }
     std::ranges::sort(lines);
     for (const std::string& line : lines) contents += table + line + "\n";

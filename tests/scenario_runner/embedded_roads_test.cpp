@@ -73,7 +73,7 @@ TEST(EmbeddedRoads, AreEachADatabaseOfTheirOwn) {
   const auto second = roads->Open(StartState{});
   EXPECT_EQ(JsonFromRows(*second->connection()->Execute("select count(*) from T_CC_ZZCX"),
                          RowForm::kArrays),
-            Json({{0}}));
+            ParseJson("[[0]]"));
 }
 
 TEST(EmbeddedRoads, ShowEachStatementOfACallToTheObserver) {

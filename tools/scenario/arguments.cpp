@@ -57,8 +57,8 @@ Value NotGiven(const Supplies& supplies, const Parameter& parameter) {
 std::vector<Value> MakeArguments(const Supplies& supplies, const Method& method, const Json& args) {
   std::vector<Value> arguments;
   for (const Parameter& parameter : method.parameters) {
-    const auto given = args.find(std::string(parameter.name));
-    if (given == args.end()) {
+    const Json* const given = args.find(parameter.name);
+    if (given == nullptr) {
       arguments.push_back(NotGiven(supplies, parameter));
     } else if (given->is_null() && IsReference(parameter.type)) {
       arguments.emplace_back(ObjectPtr());

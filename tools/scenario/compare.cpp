@@ -28,12 +28,12 @@ class Comparison {
 
 std::optional<Decimal> ExpectedNumber(const Json& json) {
   if (json.is_object()) {
-    const auto decimal = json.find("decimal");
-    if (decimal != json.end() && decimal->is_string()) {
+    const Json* const decimal = json.find("decimal");
+    if (decimal != nullptr && decimal->is_string()) {
       return Decimal::Parse(decimal->get<std::string>());
     }
-    const auto integer = json.find("integer");
-    return integer != json.end() ? ExpectedNumber(*integer) : std::nullopt;
+    const Json* const integer = json.find("integer");
+    return integer != nullptr ? ExpectedNumber(*integer) : std::nullopt;
   }
   if (json.is_number_integer()) return Decimal(json.get<int64_t>());
   return Decimal::FromDouble(json.get<double>());
@@ -103,7 +103,7 @@ void Comparison::Values(const Json& expected, const Value& actual, const std::st
   }
   if (expected.is_array()) return Elements(expected, actual, path);
   if (IsForm(expected, "date") && ObjectOf<Dictionary>(actual) == nullptr) {
-    const Json& date = expected.front();
+    const Json& date = expected.items().front().value;
     const bool same = actual.kind() == Value::Kind::kDate && date.is_string() &&
                       IsText(date.get<std::string>(), actual);
     if (!same) Differ(expected, actual, path);

@@ -15,6 +15,10 @@ constexpr std::string_view kNow = "2026-03-15 10:00:00";
 constexpr int32_t kInjectedNumber = 50000;
 constexpr std::string_view kInjectedText = "disk full";
 
+bool IsLong(const Json& json) {
+  return IsWholeNumber(json, INT32_MIN, INT32_MAX);
+}
+
 // One object of the file and where it stands; reads its members and knows what was not read.
 class Section {
  public:
@@ -36,10 +40,7 @@ class Section {
     }
   }
 
-  const Json* Find(const char* key) const {
-    const auto found = json_.find(key);
-    return found == json_.end() ? nullptr : &*found;
-  }
+  const Json* Find(const char* key) const { return json_.find(key); }
 
   std::string Text(const char* key) const {
     const Json* value = Find(key);
@@ -56,9 +57,7 @@ class Section {
   std::optional<int32_t> OptionalLong(const char* key) const {
     const Json* value = Find(key);
     if (value == nullptr) return std::nullopt;
-    if (!value->is_number_integer() || *value < INT32_MIN || *value > INT32_MAX) {
-      Fail(key, "must be a 32-bit integer");
-    }
+    if (!IsLong(*value)) Fail(key, "must be a 32-bit integer");
     return value->get<int32_t>();
   }
 
@@ -93,10 +92,6 @@ class Section {
   Json json_;  // a copy, so that a section may be made of a temporary
   std::string place_;
 };
-
-bool IsLong(const Json& json) {
-  return json.is_number_integer() && json >= INT32_MIN && json <= INT32_MAX;
-}
 
 ExpectedError ReadError(const Json& json, const std::string& place) {
   const Section section(json, place);
@@ -158,7 +153,7 @@ void CheckStatements(const Section& section, const Json& statements) {
     if (!procedure) {
       section.Fail(
           "statements",
-          R"(each is a text or {"procedure": "name", "parameters": {…}}, not )" + statement.dump());
+          R"(each is a text or {"procedure": "name", "parameters": {…}}, not )" + Show(statement));
     }
   }
 }
@@ -173,7 +168,8 @@ Sweep ReadSweep(const Json& json, const std::string& place, const Method& method
   Sweep sweep{{}, ReadFailure(failure), section.Object("expect"), ReadOptionalError(section), {}};
   CheckExpectation(section, "expect", sweep.expect, method);
   for (const Json& at : section.List("at")) {
-    if (!IsLong(at) || at < 1) section.Fail("at", "must list positions of statements, from 1");
+    if (!IsWholeNumber(at, 1, INT32_MAX))
+      section.Fail("at", "must list positions of statements, from 1");
     sweep.at.push_back(at.get<int>());
   }
   int number = 0;

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <limits>
 #include <utility>
 
 #include "host/host_dictionary.h"
@@ -24,27 +23,23 @@ Decimal DecimalFromJson(const Json& text) {
 }
 
 Value IntegerFromJson(const Json& number) {
-  using Limits = std::numeric_limits<int16_t>;
-  if (!number.is_number_integer() || number < Limits::min() || number > Limits::max()) {
+  if (!IsWholeNumber(number, INT16_MIN, INT16_MAX)) {
     throw JsonError("no 16-bit integer: " + Show(number));
   }
   return number.get<int16_t>();
 }
 
 Value NumberFromJson(const Json& json) {
-  if (json.is_number_float()) return json.get<double>();
-  if (json.is_number_unsigned() && json.get<uint64_t>() > uint64_t{INT64_MAX}) {
-    return json.get<double>();
-  }
+  if (!IsWholeNumber(json, INT64_MIN, INT64_MAX)) return json.get<double>();
   const auto number = json.get<int64_t>();
   if (number < INT32_MIN || number > INT32_MAX) return Decimal(number);
   return static_cast<int32_t>(number);
 }
 
 Value ObjectFromJson(Host& host, const Json& json) {
-  if (IsForm(json, "date")) return DateFromJson(json.front());
-  if (IsForm(json, "decimal")) return DecimalFromJson(json.front());
-  if (IsForm(json, "integer")) return IntegerFromJson(json.front());
+  if (IsForm(json, "date")) return DateFromJson(json.items().front().value);
+  if (IsForm(json, "decimal")) return DecimalFromJson(json.items().front().value);
+  if (IsForm(json, "integer")) return IntegerFromJson(json.items().front().value);
   if (IsForm(json, "empty")) return Empty{};
   if (IsForm(json, "nothing")) return ObjectPtr();
   auto dictionary = host.NewDictionary();

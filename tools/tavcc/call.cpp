@@ -82,49 +82,26 @@ void PrintAnswer(const MethodName& name, const Answer& answer) {
   }
 }
 
-class CallCommand final : public Command {
- public:
-  void Describe(CLI::App& app) override {
-    app.add_option("CLASS.METHOD", method_, "What is called, e.g. cls_CX.AuditBill")->required();
-    app.add_option("NAME=VALUE", words_, "Arguments; in/out ones start empty where not given");
-    app.add_option("--args", json_file_,
-                   "Arguments from a JSON file (\"-\": standard input); \"--json FILE\" behind the "
-                   "method's name does the same and prints JSON")
-        ->type_name("FILE");
-    app.add_option("--user", user_, "The current user's id")->capture_default_str();
-  }
-
-  Exit Run(const CommonOptions& options) override {
-    const MethodName name = FindMethodOrFail(method_);
-    const Json given = ReadArguments(*name.method, words_, json_file_);
-    RequireArguments(*name.method, given);
-    const auto erp = OpenDatabase(options);
-    erp->host().settings().user_id = user_;
-    std::vector<Value> arguments =
-        MakeArguments({erp->host(), erp->dsn(), erp->connection()}, *name.method, given);
-    if (options.trace && !options.json) trace_ = TraceStatement;
-    const Answer answer =
-        CallInTransaction(*erp, *name.cls, *name.method, std::move(arguments), trace_);
-    if (options.json) {
-      fmt::print("{}\n", AnswerJson(*name.method, answer, options.trace).dump(2));
-    } else {
-      PrintAnswer(name, answer);
-    }
-    return answer.verdict;
-  }
-
- private:
-  std::string method_;
-  std::vector<std::string> words_;
-  std::string json_file_;
-  int16_t user_ = HostSettings().user_id;
-  StatementObserver trace_;
-};
-
 }  // namespace
 
-std::unique_ptr<Command> MakeCall() {
-  return std::make_unique<CallCommand>();
+Exit CallCommand(const CommonOptions& common, const CallOptions& options) {
+  const MethodName name = FindMethodOrFail(options.method);
+  const Json given = ReadArguments(*name.method, options.words, options.json_file);
+  RequireArguments(*name.method, given);
+  const auto erp = OpenDatabase(common);
+  erp->host().settings().user_id = options.user;
+  std::vector<Value> arguments =
+      MakeArguments({erp->host(), erp->dsn(), erp->connection()}, *name.method, given);
+  const StatementObserver trace =
+      common.trace && !common.json ? StatementObserver(TraceStatement) : nullptr;
+  const Answer answer =
+      CallInTransaction(*erp, *name.cls, *name.method, std::move(arguments), trace);
+  if (common.json) {
+    fmt::print("{}\n", Show(AnswerJson(*name.method, answer, common.trace), 2));
+  } else {
+    PrintAnswer(name, answer);
+  }
+  return answer.verdict;
 }
 
 }  // namespace tavcc

@@ -46,29 +46,20 @@ void PrintJson(const std::vector<LedgerDifference>& differences) {
   fmt::print("{}\n", Show(Json{{"differences", std::move(list)}}));
 }
 
-class CheckCommand final : public Command {
- public:
-  void Describe(CLI::App&) override {}
-
-  Exit Run(const CommonOptions& options) override {
-    const auto erp = OpenDatabase(options);
-    if (options.trace) erp->log().SetObserver(TraceStatement);
-    const auto differences = CheckLedger(*erp->connection());
-    if (options.json) {
-      PrintJson(differences);
-    } else if (differences.empty()) {
-      fmt::print("The stock on hand is the opening stock and the audited bills' lines.\n");
-    } else {
-      PrintTable(differences);
-    }
-    return differences.empty() ? Exit::kPassed : Exit::kRefused;
-  }
-};
-
 }  // namespace
 
-std::unique_ptr<Command> MakeCheck() {
-  return std::make_unique<CheckCommand>();
+Exit CheckCommand(const CommonOptions& common) {
+  const auto erp = OpenDatabase(common);
+  if (common.trace) erp->log().SetObserver(TraceStatement);
+  const auto differences = CheckLedger(*erp->connection());
+  if (common.json) {
+    PrintJson(differences);
+  } else if (differences.empty()) {
+    fmt::print("The stock on hand is the opening stock and the audited bills' lines.\n");
+  } else {
+    PrintTable(differences);
+  }
+  return differences.empty() ? Exit::kPassed : Exit::kRefused;
 }
 
 }  // namespace tavcc

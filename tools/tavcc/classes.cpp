@@ -70,41 +70,29 @@ Json ClassJson(const ClassDescription& cls) {
   return {{"name", cls.name}, {"trans_mode", cls.trans_mode}, {"methods", std::move(methods)}};
 }
 
-class ClassesCommand final : public Command {
- public:
-  void Describe(CLI::App& app) override { app.add_option("CLASS", name_, "Only this class"); }
-
-  Exit Run(const CommonOptions& options) override {
-    Json all = Json::array();
-    for (const ClassDescription* cls : Chosen()) {
-      if (options.json) {
-        all.push_back(ClassJson(*cls));
-      } else {
-        PrintClass(*cls);
-      }
-    }
-    if (options.json) fmt::print("{}\n", all.dump(2));
-    return Exit::kPassed;
-  }
-
- private:
-  std::vector<const ClassDescription*> Chosen() const {
-    std::vector<const ClassDescription*> chosen;
-    if (!name_.empty()) {
-      chosen.push_back(&FindClassByName(name_));
-      return chosen;
-    }
-    for (const ClassDescription& cls : Classes()) chosen.push_back(&cls);
+std::vector<const ClassDescription*> Chosen(const std::string& name) {
+  std::vector<const ClassDescription*> chosen;
+  if (!name.empty()) {
+    chosen.push_back(&FindClassByName(name));
     return chosen;
   }
-
-  std::string name_;
-};
+  for (const ClassDescription& cls : Classes()) chosen.push_back(&cls);
+  return chosen;
+}
 
 }  // namespace
 
-std::unique_ptr<Command> MakeClasses() {
-  return std::make_unique<ClassesCommand>();
+Exit ClassesCommand(const CommonOptions& common, const ClassesOptions& options) {
+  Json all = Json::array();
+  for (const ClassDescription* cls : Chosen(options.name)) {
+    if (common.json) {
+      all.push_back(ClassJson(*cls));
+    } else {
+      PrintClass(*cls);
+    }
+  }
+  if (common.json) fmt::print("{}\n", Show(all, 2));
+  return Exit::kPassed;
 }
 
 }  // namespace tavcc

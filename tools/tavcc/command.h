@@ -1,11 +1,14 @@
-// The commands of tavcc: what they share and how main finds them.
+// The commands of tavcc: what each is told, and how each is run.
+//
+// A command sees plain structs; how they come from the command line is command_line.cpp's affair.
 #pragma once
 
-#include <CLI/CLI.hpp>
-#include <memory>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
+#include "host/host_state.h"
 #include "odbc/odbc.h"
 
 namespace tavcc {
@@ -25,27 +28,46 @@ struct CommonOptions {
   bool trace = false;  // show the statements
 };
 
+struct InitOptions {
+  bool sample = false;  // with the sample company
+};
+
+struct CallOptions {
+  std::string method;              // "Class.Method"
+  std::vector<std::string> words;  // "name=value"
+  std::string json_file;           // of rich arguments; "-" is standard input, empty is none
+  int16_t user = HostSettings().user_id;
+};
+
+struct RunOptions {
+  std::vector<std::string> paths;  // of scenario files and folders of them
+  bool compare = false;            // with the embedded database
+  std::string known_file;          // of known differences; empty when none was given
+  bool own_database = false;
+};
+
+struct SqlOptions {
+  std::string batch;  // "-" is standard input
+};
+
+struct ClassesOptions {
+  std::string name;  // of the one class to print; empty for all
+};
+
 // Anything that ends a command with exit status 2; what() is the one line for standard error.
 class CommandError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-// A command describes its arguments to the parser and then runs. Errors of Run: CommandError,
-// AutomationError, JsonError, ScenarioError; main shows each as one line.
-class Command {
- public:
-  virtual ~Command() = default;
-  virtual void Describe(CLI::App& app) = 0;
-  virtual Exit Run(const CommonOptions& options) = 0;
-};
-
-std::unique_ptr<Command> MakeDemo();
-std::unique_ptr<Command> MakeInit();
-std::unique_ptr<Command> MakeCall();
-std::unique_ptr<Command> MakeRun();
-std::unique_ptr<Command> MakeSql();
-std::unique_ptr<Command> MakeClasses();
-std::unique_ptr<Command> MakeCheck();
+// Errors of any: CommandError, AutomationError, JsonError, ScenarioError; main shows each as one
+// line.
+Exit DemoCommand(const CommonOptions& common);
+Exit InitCommand(const CommonOptions& common, const InitOptions& options);
+Exit CallCommand(const CommonOptions& common, const CallOptions& options);
+Exit RunCommand(const CommonOptions& common, const RunOptions& options);
+Exit SqlCommand(const CommonOptions& common, const SqlOptions& options);
+Exit CheckCommand(const CommonOptions& common);
+Exit ClassesCommand(const CommonOptions& common, const ClassesOptions& options);
 
 }  // namespace tavcc

@@ -111,7 +111,7 @@ void Story::Tell() {
   TellBatchAudit(erp_, options_, record_);
   if (!options_.json) ShowCompany();
   for (const Scene& scene : kScenes) Play(scene);
-  if (options_.json) fmt::print("{}\n", record_.dump(2));
+  if (options_.json) fmt::print("{}\n", Show(record_, 2));
 }
 
 void Story::ShowCompany() {
@@ -186,32 +186,23 @@ RecordsetPtr Story::Row(int32_t bill) {
   return erp_.connection()->Execute(BillQuery(bill));
 }
 
-class DemoCommand final : public Command {
- public:
-  void Describe(CLI::App&) override {}
-
-  Exit Run(const CommonOptions& options) override {
-    if (const auto server = ServerOf(options)) {
-      const auto erp = OpenServer(*server);
-      FillServer(*erp, true);
-      Story(*erp, options).Tell();
-      return Exit::kPassed;
-    }
-    if (!options.db.empty()) MakeDatabase(options.db, true);
-    sql::OpenOptions open;
-    if (!options.db.empty()) open.path = options.db;
-    open.clock = [] { return *DateTime::Parse(kToday); };
-    Erp erp(open);
-    if (options.db.empty()) FillDatabase(erp, true);
-    Story(erp, options).Tell();
-    return Exit::kPassed;
-  }
-};
-
 }  // namespace
 
-std::unique_ptr<Command> MakeDemo() {
-  return std::make_unique<DemoCommand>();
+Exit DemoCommand(const CommonOptions& options) {
+  if (const auto server = ServerOf(options)) {
+    const auto erp = OpenServer(*server);
+    FillServer(*erp, true);
+    Story(*erp, options).Tell();
+    return Exit::kPassed;
+  }
+  if (!options.db.empty()) MakeDatabase(options.db, true);
+  sql::OpenOptions open;
+  if (!options.db.empty()) open.path = options.db;
+  open.clock = [] { return *DateTime::Parse(kToday); };
+  Erp erp(open);
+  if (options.db.empty()) FillDatabase(erp, true);
+  Story(erp, options).Tell();
+  return Exit::kPassed;
 }
 
 }  // namespace tavcc

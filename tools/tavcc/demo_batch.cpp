@@ -140,9 +140,10 @@ Json BatchStory::AuditedBills(const Json& bills) {
   const RecordsetPtr rows = Query(kAuditedBills);
   for (; !rows->AtEnd(); rows->MoveNext()) audited.push_back(ToLong(rows->Field(0)));
   Json reversed = Json::array();
-  for (auto bill = bills.rbegin(); bill != bills.rend(); ++bill) {
-    const auto id = (*bill)["BillInterID"].get<int32_t>();
-    if (std::find(audited.begin(), audited.end(), id) != audited.end()) reversed.push_back(*bill);
+  for (size_t i = bills.size(); i-- > 0;) {
+    const auto id = bills[i]["BillInterID"].get<int32_t>();
+    if (std::find(audited.begin(), audited.end(), id) != audited.end())
+      reversed.push_back(bills[i]);
   }
   return reversed;
 }

@@ -6,43 +6,26 @@
 #include "tavcc/database.h"
 
 namespace tavcc {
-namespace {
 
-class InitCommand final : public Command {
- public:
-  void Describe(CLI::App& app) override {
-    app.add_flag("--sample", sample_, "With the sample company and its bills");
-  }
-
-  Exit Run(const CommonOptions& options) override {
-    std::string name = options.db;
-    if (const auto server = ServerOf(options)) {
-      const auto erp = OpenServer(*server);
-      FillServer(*erp, sample_);
-      name = erp->dsn();
-    } else {
-      if (options.db.empty()) {
-        throw CommandError("which database is to be made? give --db FILE or --dsn STRING");
-      }
-      MakeDatabase(options.db, sample_);
+Exit InitCommand(const CommonOptions& common, const InitOptions& options) {
+  std::string name = common.db;
+  if (const auto server = ServerOf(common)) {
+    const auto erp = OpenServer(*server);
+    FillServer(*erp, options.sample);
+    name = erp->dsn();
+  } else {
+    if (common.db.empty()) {
+      throw CommandError("which database is to be made? give --db FILE or --dsn STRING");
     }
-    if (options.json) {
-      fmt::print("{}\n", Show({{"database", name}, {"sample", sample_}}));
-    } else {
-      fmt::print("{} holds a new ERP database{}\n", name,
-                 sample_ ? " with the sample company" : "");
-    }
-    return Exit::kPassed;
+    MakeDatabase(common.db, options.sample);
   }
-
- private:
-  bool sample_ = false;
-};
-
-}  // namespace
-
-std::unique_ptr<Command> MakeInit() {
-  return std::make_unique<InitCommand>();
+  if (common.json) {
+    fmt::print("{}\n", Show({{"database", name}, {"sample", options.sample}}));
+  } else {
+    fmt::print("{} holds a new ERP database{}\n", name,
+               options.sample ? " with the sample company" : "");
+  }
+  return Exit::kPassed;
 }
 
 }  // namespace tavcc

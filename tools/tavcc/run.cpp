@@ -20,65 +20,31 @@
 namespace tavcc {
 namespace {
 
-class RunCommand final : public Command {
+class ScenarioRun {
  public:
-  void Describe(CLI::App& app) override {
-    app.add_option("SCENARIO", paths_, "Scenario files, or folders of them")->required();
-    app.add_flag("--compare", compare_,
-                 "Run them on the embedded database and on the server, and print what differs");
-    app.add_option("--known", known_file_, "Differences that the server is known for")
-        ->type_name("FILE");
-    app.add_flag("--own-database", own_database_,
-                 "Where an error of the server ends the transaction in which a scenario runs: run "
-                 "it once more, in a database of its own");
-  }
+  ScenarioRun(const CommonOptions& common, const RunOptions& options)
+      : common_(common), options_(options) {}
 
-  Exit Run(const CommonOptions& options) override {
-    const std::vector<std::string> files = ScenarioFiles(paths_);
-    if (!known_file_.empty()) {
-      if (!compare_) throw CommandError("--known goes with --compare");
-      known_ = ParseKnownDifferences(known_file_, ReadTextFile(known_file_));
-    }
-    OpenRoads(options);
-    Json report = Json::array();
-    size_t failed = 0;
-    {
-      Progress progress(files.size());
-      for (size_t i = 0; i < files.size(); ++i) {
-        progress.Show(i, files[i]);
-        const std::string failure = RunFile(files[i]);
-        failed += failure.empty() ? 0 : 1;
-        report.push_back({{"file", files[i]}, {"passed", failure.empty()}});
-        if (!failure.empty()) report.back()["failure"] = failure;
-        if (!failure.empty() && !options.json) {
-          fmt::print(stderr, "{} {}", compare_ ? "DIFFERS" : "FAILED", failure);
-        }
-      }
-    }
-    if (options.json) {
-      fmt::print("{}\n", report.dump(2));
-    } else {
-      PrintSummary(files.size(), failed);
-    }
-    return failed == 0 ? Exit::kPassed : Exit::kFailed;
-  }
+  Exit All();
 
  private:
   // What --compare sets beside the server is always the embedded database.
-  void OpenRoads(const CommonOptions& options) {
-    const StatementObserver trace = options.trace ? StatementObserver(TraceStatement) : nullptr;
-    if (compare_) embedded_ = MakeEmbeddedRoads();
-    const auto server = ServerOf(options);
+  void OpenRoads() {
+    const StatementObserver trace = common_.trace ? StatementObserver(TraceStatement) : nullptr;
+    if (options_.compare) embedded_ = MakeEmbeddedRoads();
+    const auto server = ServerOf(common_);
     if (!server) {
-      if (compare_) throw CommandError("--compare wants a server: give --dsn STRING");
-      if (own_database_) throw CommandError("--own-database wants a server: give --dsn STRING");
+      if (options_.compare) throw CommandError("--compare wants a server: give --dsn STRING");
+      if (options_.own_database)
+        throw CommandError("--own-database wants a server: give --dsn STRING");
       roads_ = MakeEmbeddedRoads(trace);
       return;
     }
     const std::string dsn = MaskPassword(server->connection_string);
     const auto open = [odbc = *server](std::string_view) { return OpenOdbc(odbc); };
     roads_ = MakePreparedRoads(OnSqlServer(dsn, open, ReopenOdbc), trace);
-    if (own_database_) own_ = MakeOwnDatabaseRoads({dsn, open, ReopenOdbc, NewName()}, trace);
+    if (options_.own_database)
+      own_ = MakeOwnDatabaseRoads({dsn, open, ReopenOdbc, NewName()}, trace);
   }
 
   static std::string NewName() {
@@ -105,7 +71,7 @@ class RunCommand final : public Command {
   }
 
   std::string Tell(const Scenario& scenario, Roads& roads, Skipped& skipped) {
-    if (compare_) {
+    if (options_.compare) {
       return DescribeDifferences(scenario, CompareRoads(scenario, *embedded_, roads, &skipped),
                                  known_);
     }
@@ -116,33 +82,61 @@ class RunCommand final : public Command {
   void PrintSummary(size_t files, size_t failed) const {
     if (failed == 0) {
       fmt::print("{} scenario{} {}\n", files, files == 1 ? "" : "s",
-                 compare_ ? "compared without a difference" : "passed");
+                 options_.compare ? "compared without a difference" : "passed");
     } else {
-      fmt::print("{} of {} scenarios {}\n", failed, files, compare_ ? "differ" : "failed");
+      fmt::print("{} of {} scenarios {}\n", failed, files, options_.compare ? "differ" : "failed");
     }
     for (const std::string& line : skipped_) fmt::print("skipped: {}\n", line);
     for (const KnownDifference& known : known_) {
       if (!known.met) {
-        fmt::print("known, but did not occur: {}, line {}\n", known_file_, known.line);
+        fmt::print("known, but did not occur: {}, line {}\n", options_.known_file, known.line);
       }
     }
   }
 
-  std::vector<std::string> paths_;
-  bool compare_ = false;
-  std::string known_file_;
+  const CommonOptions& common_;
+  const RunOptions& options_;
   std::vector<KnownDifference> known_;
-  std::unique_ptr<Roads> embedded_;
-  bool own_database_ = false;
+  std::unique_ptr<Roads> embedded_;  // null unless compared with
   std::unique_ptr<Roads> roads_;
   std::unique_ptr<Roads> own_;  // null where none was asked for
   std::vector<std::string> skipped_;
 };
 
+Exit ScenarioRun::All() {
+  const std::vector<std::string> files = ScenarioFiles(options_.paths);
+  if (!options_.known_file.empty()) {
+    if (!options_.compare) throw CommandError("--known goes with --compare");
+    known_ = ParseKnownDifferences(options_.known_file, ReadTextFile(options_.known_file));
+  }
+  OpenRoads();
+  Json report = Json::array();
+  size_t failed = 0;
+  {
+    Progress progress(files.size());
+    for (size_t i = 0; i < files.size(); ++i) {
+      progress.Show(i, files[i]);
+      const std::string failure = RunFile(files[i]);
+      failed += failure.empty() ? 0 : 1;
+      Json& entry = report.push_back({{"file", files[i]}, {"passed", failure.empty()}});
+      if (!failure.empty()) entry["failure"] = failure;
+      if (!failure.empty() && !common_.json) {
+        fmt::print(stderr, "{} {}", options_.compare ? "DIFFERS" : "FAILED", failure);
+      }
+    }
+  }
+  if (common_.json) {
+    fmt::print("{}\n", Show(report, 2));
+  } else {
+    PrintSummary(files.size(), failed);
+  }
+  return failed == 0 ? Exit::kPassed : Exit::kFailed;
+}
+
 }  // namespace
 
-std::unique_ptr<Command> MakeRun() {
-  return std::make_unique<RunCommand>();
+Exit RunCommand(const CommonOptions& common, const RunOptions& options) {
+  return ScenarioRun(common, options).All();
 }
 
 }  // namespace tavcc

@@ -9,35 +9,20 @@
 #include "tavcc/output.h"
 
 namespace tavcc {
-namespace {
 
-class SqlCommand final : public Command {
- public:
-  void Describe(CLI::App& app) override {
-    app.add_option("BATCH", batch_, "The batch; \"-\" reads it from standard input")->required();
+Exit SqlCommand(const CommonOptions& common, const SqlOptions& options) {
+  const auto erp = OpenDatabase(common);
+  if (common.trace) erp->log().SetObserver(TraceStatement);
+  const std::string batch = options.batch == "-"
+                                ? std::string(std::istreambuf_iterator<char>(std::cin), {})
+                                : options.batch;
+  const RecordsetPtr rows = erp->connection()->OpenClientRecordset(batch);
+  if (common.json) {
+    fmt::print("{}\n", Show(rows->IsOpen() ? RowsJson(*rows) : Json::object()));
+  } else if (rows->IsOpen()) {
+    fmt::print("{}", RowsText(*rows));
   }
-
-  Exit Run(const CommonOptions& options) override {
-    const auto erp = OpenDatabase(options);
-    if (options.trace) erp->log().SetObserver(TraceStatement);
-    if (batch_ == "-") batch_.assign(std::istreambuf_iterator<char>(std::cin), {});
-    const RecordsetPtr rows = erp->connection()->OpenClientRecordset(batch_);
-    if (options.json) {
-      fmt::print("{}\n", Show(rows->IsOpen() ? RowsJson(*rows) : Json::object()));
-    } else if (rows->IsOpen()) {
-      fmt::print("{}", RowsText(*rows));
-    }
-    return Exit::kPassed;
-  }
-
- private:
-  std::string batch_;
-};
-
-}  // namespace
-
-std::unique_ptr<Command> MakeSql() {
-  return std::make_unique<SqlCommand>();
+  return Exit::kPassed;
 }
 
 }  // namespace tavcc

@@ -1,0 +1,150 @@
+// Reading JSON strictly, with errors of one line. The one source that the JSON library's headers
+// are compiled in.
+#include "scenario/json.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <limits>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <utility>
+
+namespace tavcc {
+namespace {
+
+// Where the byte stands, as an editor counts: lines and columns from 1.
+std::string Position(std::string_view text, size_t byte) {
+  size_t line = 1;
+  size_t column = 1;
+  for (size_t i = 0; i < byte && i < text.size(); ++i) {
+    const bool line_end = text[i] == '\n';
+    line += line_end ? 1 : 0;
+    column = line_end ? 1 : column + 1;
+  }
+  return "line " + std::to_string(line) + ", column " + std::to_string(column);
+}
+
+// "[json.exception.parse_error.101] parse error at line 1, column 2: syntax error while parsing
+// value - invalid literal; last read: 'x'" -> the part after the position.
+std::string Reason(std::string_view what) {
+  for (const std::string_view mark : {"syntax error", "incomplete", "invalid", "number overflow"}) {
+    if (const size_t at = what.find(mark); at != std::string_view::npos) {
+      return std::string(what.substr(at));
+    }
+  }
+  return std::string(what);
+}
+
+using Library = nlohmann::ordered_json;
+
+// No scenario and no argument comes near; what a value of it is walked with is the stack.
+constexpr size_t kDeepest = 200;
+
+// Builds the value while the library reads the text.
+class Builder final : public nlohmann::json_sax<Library> {
+ public:
+  explicit Builder(std::string_view text) : text_(text) {}
+
+  // Errors: JsonError where a key stood twice.
+  Json Take() {
+    if (!twice_.empty()) throw JsonError("the key \"" + twice_ + "\" stands twice in one object");
+    return std::move(root_);
+  }
+
+  bool null() override { return Add(nullptr); }
+  bool boolean(bool value) override { return Add(value); }
+  bool number_integer(number_integer_t value) override { return Add(value); }
+  bool number_unsigned(number_unsigned_t value) override { return Add(value); }
+  bool number_float(number_float_t value, const string_t&) override { return Add(value); }
+  bool string(string_t& value) override { return Add(std::move(value)); }
+  bool binary(binary_t&) override { return false; }  // no text holds any
+  bool start_object(size_t) override { return Open(Json::object()); }
+  bool start_array(size_t) override { return Open(Json::array()); }
+  bool end_object() override { return Close(); }
+  bool end_array() override { return Close(); }
+  bool key(string_t& value) override {
+    if (open_.back()->contains(value)) twice_ = value;
+    key_ = std::move(value);
+    return true;
+  }
+  bool parse_error(size_t byte, const std::string&, const Library::exception& error) override {
+    throw JsonError("no JSON at " + Position(text_, byte > 0 ? byte - 1 : 0) + ": " +
+                    Reason(error.what()));
+  }
+
+ private:
+  Json& Place(Json value) {
+    if (open_.empty()) return root_ = std::move(value);
+    if (open_.back()->is_array()) return open_.back()->push_back(std::move(value));
+    return (*open_.back())[key_] = std::move(value);
+  }
+  bool Add(Json value) {
+    Place(std::move(value));
+    return true;
+  }
+  bool Open(Json structure) {
+    if (open_.size() == kDeepest) {
+      throw JsonError("nested more than " + std::to_string(kDeepest) + " levels deep");
+    }
+    open_.push_back(&Place(std::move(structure)));
+    return true;
+  }
+  bool Close() {
+    open_.pop_back();
+    return true;
+  }
+
+  std::string_view text_;
+  Json root_;
+  // The structures around what comes next. Nothing is added to a structure while one inside it is
+  // open, so that the pointers stay good.
+  std::vector<Json*> open_;
+  std::string key_;
+  std::string twice_;
+};
+
+Library ToLibrary(const Json& json) {
+  if (json.is_object()) {
+    Library object = Library::object();
+    for (const auto& [key, value] : json.items()) object.emplace(key, ToLibrary(value));
+    return object;
+  }
+  if (json.is_array()) {
+    Library array = Library::array();
+    for (const Json& element : json) array.push_back(ToLibrary(element));
+    return array;
+  }
+  if (json.is_string()) return json.get<std::string>();
+  if (json.is_boolean()) return json.get<bool>();
+  if (json.is_null()) return nullptr;
+  if (!json.is_number_integer()) return json.get<double>();
+  if (IsWholeNumber(json, INT64_MIN, INT64_MAX)) return json.get<int64_t>();
+  return json.get<uint64_t>();
+}
+}  // namespace
+
+Json ParseJson(std::string_view text) {
+  Builder builder(text);
+  Library::sax_parse(text.begin(), text.end(), &builder);
+  return builder.Take();
+}
+
+std::string Show(const Json& json, int indent) {
+  return ToLibrary(json).dump(indent, ' ', false, Library::error_handler_t::replace);
+}
+
+std::string ReadTextFile(const std::string& path) {
+  errno = 0;
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream text;
+  // A directory opens, and only reading it fails.
+  if (!file || !(file.peek() == std::ifstream::traits_type::eof() || (text << file.rdbuf())) ||
+      file.bad()) {
+    throw JsonError("cannot read " + path + ": " +
+                    (errno != 0 ? std::strerror(errno) : "it is no file"));
+  }
+  return text.str();
+}
+
+}  // namespace tavcc

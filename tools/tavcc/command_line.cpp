@@ -1,0 +1,144 @@
+// The one source that knows the parser of options: its headers are the dearest of all to compile.
+#include "tavcc/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tavcc {
+namespace {
+
+void DescribeInit(CLI::App& app, CommandLine& line) {
+  app.add_flag("--sample", line.init.sample, "With the sample company and its bills");
+}
+
+void DescribeCall(CLI::App& app, CommandLine& line) {
+  app.add_option("CLASS.METHOD", line.call.method, "What is called, e.g. cls_CX.AuditBill")
+      ->required();
+  app.add_option("NAME=VALUE", line.call.words,
+                 "Arguments; in/out ones start empty where not given");
+  app.add_option("--args", line.call.json_file,
+                 "Arguments from a JSON file (\"-\": standard input); \"--json FILE\" behind the "
+                 "method's name does the same and prints JSON")
+      ->type_name("FILE");
+  app.add_option("--user", line.call.user, "The current user's id")->capture_default_str();
+}
+
+void DescribeRun(CLI::App& app, CommandLine& line) {
+  app.add_option("SCENARIO", line.run.paths, "Scenario files, or folders of them")->required();
+  app.add_flag("--compare", line.run.compare,
+               "Run them on the embedded database and on the server, and print what differs");
+  app.add_option("--known", line.run.known_file, "Differences that the server is known for")
+      ->type_name("FILE");
+  app.add_flag("--own-database", line.run.own_database,
+               "Where an error of the server ends the transaction in which a scenario runs: run "
+               "it once more, in a database of its own");
+}
+
+void DescribeSql(CLI::App& app, CommandLine& line) {
+  app.add_option("BATCH", line.sql.batch, "The batch; \"-\" reads it from standard input")
+      ->required();
+}
+
+void DescribeClasses(CLI::App& app, CommandLine& line) {
+  app.add_option("CLASS", line.classes.name, "Only this class");
+}
+
+void DescribeNothing(CLI::App&, CommandLine&) {}
+
+struct Entry {
+  const char* name;
+  const char* summary;
+  void (*describe)(CLI::App& app, CommandLine& line);
+  Exit (*run)(const CommandLine& line);
+};
+
+constexpr Entry kCommands[] = {
+    {"demo", "Audit a sample company's bills and show what happens", DescribeNothing,
+     [](const CommandLine& line) { return DemoCommand(line.common); }},
+    {"init", "Make a database with the ERP schema", DescribeInit,
+     [](const CommandLine& line) { return InitCommand(line.common, line.init); }},
+    {"call", "Call one method of one class", DescribeCall,
+     [](const CommandLine& line) { return CallCommand(line.common, line.call); }},
+    {"run", "Run scenario files", DescribeRun,
+     [](const CommandLine& line) { return RunCommand(line.common, line.run); }},
+    {"sql", "Run a batch and print its rows", DescribeSql,
+     [](const CommandLine& line) { return SqlCommand(line.common, line.sql); }},
+    {"check", "Compare the stock on hand with the audited bills", DescribeNothing,
+     [](const CommandLine& line) { return CheckCommand(line.common); }},
+    {"classes", "Print the method table", DescribeClasses,
+     [](const CommandLine& line) { return ClassesCommand(line.common, line.classes); }},
+};
+
+// `--json FILE` behind the method's name gives a call its arguments; `--json` alone asks for JSON
+// output. An option cannot be both, so the first form is told apart here.
+std::vector<std::string> SplitJson(int argc, const char* const* argv) {
+  std::vector<std::string> arguments;
+  bool method_seen = false;
+  const bool is_call = argc > 1 && std::string(argv[1]) == "call";
+  for (int i = 1; i < argc; ++i) {
+    arguments.emplace_back(argv[i]);
+    method_seen = method_seen || (is_call && i > 1 && arguments.back().front() != '-');
+    if (!method_seen || arguments.back() != "--json" || i + 1 == argc) continue;
+    const std::string next = argv[i + 1];
+    const bool option = next.size() > 1 && next.front() == '-';
+    if (option || next.find('=') != std::string::npos) continue;
+    arguments.emplace_back("--args");
+  }
+  return arguments;
+}
+
+// A month; no one waits longer on purpose.
+constexpr int kMostSeconds = 31 * 24 * 60 * 60;
+
+void AddSeconds(CLI::App& app, const char* name, int& seconds, const char* what) {
+  app.add_option(name, seconds, std::string(what) + "; 0 waits for ever")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0, kMostSeconds))
+      ->capture_default_str();
+}
+
+void DescribeCommon(CLI::App& app, CommonOptions& common) {
+  app.add_option("--db", common.db, "Database file")->type_name("FILE");
+  app.add_option("--dsn", common.dsn, "ODBC connection string of a database on a server")
+      ->type_name("STRING");
+  app.add_option("--dsn-file", common.dsn_file,
+                 "File that holds the connection string; where none is given, the environment's "
+                 "TAVCC_DSN counts")
+      ->type_name("FILE");
+  AddSeconds(app, "--login-timeout", common.login_seconds,
+             "How long connecting to a server may take");
+  AddSeconds(app, "--query-timeout", common.query_seconds, "How long a batch may take on a server");
+  app.add_flag("--json", common.json, "Print JSON");
+  app.add_flag("--trace", common.trace, "Show each statement, its rows and its time");
+}
+
+}  // namespace
+
+std::optional<CommandLine> ReadCommandLine(int argc, const char* const* argv) {
+  CLI::App app("Business rules of an ERP's inventory module, on an embedded database.", "tavcc");
+  app.require_subcommand(1);
+  CommandLine line;
+  for (const Entry& entry : kCommands) {
+    CLI::App* const sub = app.add_subcommand(entry.name, entry.summary);
+    DescribeCommon(*sub, line.common);
+    entry.describe(*sub, line);
+    sub->callback([&line, run = entry.run] { line.command = run; });
+  }
+  try {
+    std::vector<std::string> arguments = SplitJson(argc, argv);
+    std::reverse(arguments.begin(), arguments.end());  // the parser takes them from the end
+    app.parse(std::move(arguments));
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() != 0) {
+      throw CommandError(std::string(error.what()) + " (see tavcc --help)");
+    }
+    app.exit(error);  // --help
+    return std::nullopt;
+  }
+  return line;
+}
+
+}  // namespace tavcc

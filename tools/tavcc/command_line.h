@@ -1,0 +1,25 @@
+// The command line: which commands there are, and what each may be told.
+#pragma once
+
+#include <optional>
+
+#include "tavcc/command.h"
+
+namespace tavcc {
+
+struct CommandLine {
+  CommonOptions common;
+  InitOptions init;
+  CallOptions call;
+  RunOptions run;
+  SqlOptions sql;
+  ClassesOptions classes;
+  // The command that was chosen, with its part of this line.
+  Exit (*command)(const CommandLine& line) = nullptr;
+};
+
+// Reads the arguments; prints the help where it is asked for, and answers nothing then. Errors:
+// CommandError for a line that no command takes.
+std::optional<CommandLine> ReadCommandLine(int argc, const char* const* argv);
+
+}  // namespace tavcc
