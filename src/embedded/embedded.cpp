@@ -1,6 +1,7 @@
 // Stores and their sessions.
 #include "embedded/embedded.h"
 
+#include <stdexcept>
 #include <utility>
 
 #include "embedded/run/session.h"
@@ -21,7 +22,8 @@ void RunOneBatch(Engine& engine, const ScriptBatch& batch) {
 
 class StoreDatabase final : public Database, public std::enable_shared_from_this<StoreDatabase> {
  public:
-  explicit StoreDatabase(const OpenOptions& options) : options_(options) {
+  StoreDatabase(const OpenOptions& options, StoreLocation location)
+      : options_(options), location_(std::move(location)) {
     // A store in memory is its one connection; it lives as long as the database.
     if (InMemory()) memory_ = MakeEngine();
   }
@@ -44,20 +46,29 @@ class StoreDatabase final : public Database, public std::enable_shared_from_this
     for (const ScriptBatch& batch : SplitScript(script)) RunOneBatch(*engine, batch);
   }
 
+  void SaveAs(const std::string& path) override {
+    if (!InMemory()) throw std::logic_error("only a database in memory is saved");
+    try {
+      SaveStore(memory_->store(), path);
+    } catch (const SqlError& error) {
+      throw AutomationError(error.number, std::string(kErrorSource), error.message);
+    }
+  }
+
  private:
-  bool InMemory() const { return options_.path == kInMemory; }
+  bool InMemory() const { return !location_.shared; }
 
   std::shared_ptr<Engine> MakeEngine() const {
     try {
-      return std::make_shared<Engine>(StoreLocation{options_.path, !InMemory()}, options_.clock,
-                                      options_.budget);
+      if (!InMemory()) RequireOwnJournals(location_.path);
+      return std::make_shared<Engine>(location_, options_.clock, options_.budget);
     } catch (const SqlError& error) {
-      throw AutomationError(error.number, std::string(kErrorSource),
-                            options_.path + ": " + error.message);
+      throw AutomationError(error.number, std::string(kErrorSource), error.message);
     }
   }
 
   const OpenOptions options_;
+  const StoreLocation location_;
   std::shared_ptr<Engine> memory_;
   std::weak_ptr<Session> session_;
 };
@@ -65,8 +76,11 @@ class StoreDatabase final : public Database, public std::enable_shared_from_this
 }  // namespace
 
 std::shared_ptr<Database> Database::Open(const OpenOptions& options) {
-  if (options.path != kInMemory) RequireStore(options);
-  return std::make_shared<StoreDatabase>(options);
+  try {
+    return std::make_shared<StoreDatabase>(options, FindStore(options));
+  } catch (const SqlError& error) {
+    throw AutomationError(error.number, std::string(kErrorSource), error.message);
+  }
 }
 
 }  // namespace tavcc::sql

@@ -19,6 +19,8 @@ struct OpenOptions {
   std::string path = ":memory:";
   // Whether a file that does not exist is made. When false, a missing file is an error.
   bool create = true;
+  // How long a lock that another process has on the file is waited for; 0 does not wait.
+  int busy_seconds = 10;
   // What GETDATE() answers; the machine's local time when empty.
   std::function<DateTime()> clock;
   // How much work one batch may do, so that text that nobody vouches for cannot run for ever or
@@ -31,8 +33,9 @@ class Database {
  public:
   virtual ~Database() = default;
 
-  // Opens a store. Errors: AutomationError with one line that names the file and what is wrong with
-  // it (missing, unreadable, no database of this kind); the file stays untouched.
+  // Opens a store. A file that nobody may write is read as it stands. Errors: AutomationError with
+  // one line that names the file and what is wrong with it (missing, unreadable, damaged, no
+  // database of this kind, beside another file's journal); the file stays untouched.
   static std::shared_ptr<Database> Open(const OpenOptions& options);
 
   // A new session. It keeps the store alive. Sessions of one Database belong to one thread.
@@ -44,6 +47,12 @@ class Database {
   // Runs a script: batches separated by lines that hold only the word GO. Stops at the first error,
   // whose description then begins with the number of the line on which its batch starts.
   virtual void RunScript(std::string_view script) = 0;
+
+  // Makes a file of a database in memory, whole or not at all: it gets its name when it is
+  // complete, and journals of an earlier file of that name are removed with it. Only its own size
+  // is needed on the disk. Errors: AutomationError naming the file, which is left as it is where
+  // there is one.
+  virtual void SaveAs(const std::string& path) = 0;
 };
 
 }  // namespace tavcc::sql

@@ -20,13 +20,18 @@ bool IsOwnSchema(const ObjectName& name) {
 
 std::string ColumnText(sqlite3_stmt* statement, int column) {
   const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+  if (text == nullptr) return {};
   return std::string(text, static_cast<size_t>(sqlite3_column_bytes(statement, column)));
 }
+
+// Of a definition that is not one of ours.
+struct UnknownDefinition {};
 
 TablePtr TableFromText(const Batch& batch) {
   const auto& create = static_cast<const CreateTableStatement&>(*batch.statements.at(0));
   auto table = BuildTable(create.name.last(), create.definition);
   for (size_t i = 1; i < batch.statements.size(); ++i) {
+    if (batch.statements[i]->kind != Statement::Kind::kCreateIndex) throw UnknownDefinition{};
     AddIndex(*table, static_cast<const CreateIndexStatement&>(*batch.statements[i]));
   }
   table->physical = "main." + QuoteName(table->name);
@@ -75,7 +80,18 @@ void Catalog::Load() {
     const auto known = objects_.find(FoldName(name));
     const bool same = known != objects_.end() && known->second->id == id &&
                       known->second->definition == definition;
-    objects[FoldName(name)] = same ? known->second : ReadObject(id, name, definition);
+    if (same) {
+      objects[FoldName(name)] = known->second;
+      continue;
+    }
+    const std::string damage = "the definition of " + name + " in its catalog cannot be read";
+    try {
+      objects[FoldName(name)] = ReadObject(id, name, definition);
+    } catch (const SqlError&) {
+      throw store_.Damage(damage);
+    } catch (const UnknownDefinition&) {
+      throw store_.Damage(damage);
+    }
   }
   objects_ = std::move(objects);
   ++epoch_;
@@ -88,6 +104,7 @@ CatalogObjectPtr Catalog::ReadObject(int64_t id, const std::string& name,
   object->name = name;
   object->definition = definition;
   auto batch = std::make_shared<Batch>(ParseBatch(definition));
+  if (batch->statements.empty()) throw UnknownDefinition{};
   Statement* first = batch->statements.at(0).get();
   switch (first->kind) {
     case Statement::Kind::kCreateTable:
@@ -110,7 +127,7 @@ CatalogObjectPtr Catalog::ReadObject(int64_t id, const std::string& name,
       break;
     }
     default:
-      throw StoreFailure("the catalog holds a definition of an unknown kind");
+      throw UnknownDefinition{};
   }
   return object;
 }

@@ -18,6 +18,7 @@ int64_t Catalog::Number(const Table& table) const {
 }
 
 void Catalog::SetNumber(const Table& table, int64_t number) {
+  if (table.IsStored()) store_.MarkChange();
   const std::string name = QuoteText(table.PhysicalName());
   const std::string sequence = std::string(table.PhysicalSchema()) + "sqlite_sequence";
   store_.Run("UPDATE " + sequence + " SET seq=" + std::to_string(number) + " WHERE name=" + name);
@@ -58,11 +59,21 @@ void Catalog::KeepNumber(const Table& table, const std::unordered_map<std::strin
 void Catalog::RestoreNumbers() {
   if (numbers_.empty()) return;
   const auto now = ReadNumbers();
-  for (const auto& [name, object] : objects_) {
-    if (object->table) KeepNumber(*object->table, now);
-  }
-  for (const Scope& scope : scopes_) {
-    for (const auto& [name, table] : scope.tables) KeepNumber(*table, now);
+  // A transaction of its own, where the one that was rolled back is gone altogether.
+  const bool alone = shared_ && !store_.InTransaction() && now != numbers_;
+  try {
+    if (alone) store_.RunCached("BEGIN IMMEDIATE");
+    for (const auto& [name, object] : objects_) {
+      if (object->table) KeepNumber(*object->table, now);
+    }
+    for (const Scope& scope : scopes_) {
+      for (const auto& [name, table] : scope.tables) KeepNumber(*table, now);
+    }
+    if (alone) store_.RunCached("COMMIT");
+  } catch (const SqlError&) {
+    // The rollback itself is done: numbers that are given out once more are the lesser evil.
+    if (!alone) throw;
+    if (store_.InTransaction()) store_.RunCached("ROLLBACK");
   }
   numbers_.clear();
 }

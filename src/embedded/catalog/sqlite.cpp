@@ -3,6 +3,10 @@
 
 #include <sqlite3.h>
 
+#include <array>
+#include <filesystem>
+#include <system_error>
+#include <thread>
 #include <utility>
 
 namespace tavcc::sql {
@@ -47,12 +51,40 @@ std::string QuoteBytes(std::string_view bytes) {
   return out + '\'';
 }
 
-SqlError FailureOf(std::string_view text) {
-  for (const Limit& limit : kLimits) {
-    if (text.starts_with(limit.text)) return MakeError(limit.number, {limit.construct});
-  }
-  return StoreFailure(std::string(text));
+// The path as SQLite shall take it: absolute, so that no name is one of SQLite's own (":memory:",
+// "file:…").
+std::string FilePath(const std::string& path) {
+  std::error_code problem;
+  const auto absolute = std::filesystem::absolute(path, problem);
+  return problem ? path : absolute.string();
 }
+
+// The file as a URI that lets SQLite read it without a lock and without a journal.
+std::string ReadOnlyUri(const std::string& path) {
+  static constexpr char kDigits[] = "0123456789ABCDEF";
+  std::string generic = std::filesystem::path(FilePath(path)).generic_string();
+  if (!generic.starts_with('/')) generic.insert(0, "/");
+  std::string uri = "file://";
+  for (const char c : generic) {
+    if (c == '?' || c == '#' || c == '%') {
+      uri += '%';
+      uri += kDigits[static_cast<unsigned char>(c) >> 4];
+      uri += kDigits[static_cast<unsigned char>(c) & 15];
+    } else {
+      uri += c;
+    }
+  }
+  return uri + "?immutable=1";
+}
+
+// The system's own word for the last failure, e.g. ": Permission denied"; empty where it has none.
+std::string SystemReason(sqlite3* handle) {
+  const int number = sqlite3_system_errno(handle);
+  return number == 0 ? "" : ": " + std::system_category().message(number);
+}
+
+// Short and even, so that no writer of a queue has a smaller chance than another.
+constexpr auto kWaitForLock = std::chrono::milliseconds(2);
 
 }  // namespace
 
@@ -93,19 +125,13 @@ std::string QuoteValue(const StoredValue& value) {
   }
 }
 
-SqliteConnection::SqliteConnection(const std::string& path, int flags) {
+SqliteConnection::SqliteConnection(StoreLocation location) : location_(std::move(location)) {
   // Counting memory costs a lock for each allocation. It can only be said before SQLite is first
   // used, and where somebody else was first, it goes on counting.
   static const int uncounted = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
   static_cast<void>(uncounted);
-  const int code = sqlite3_open_v2(path.c_str(), &handle_, flags, nullptr);
-  if (code != SQLITE_OK) {
-    SqlError error = StoreFailure(handle_ ? sqlite3_errmsg(handle_) : sqlite3_errstr(code));
-    sqlite3_close_v2(handle_);
-    throw error;
-  }
-  sqlite3_extended_result_codes(handle_, 1);
   try {
+    Open();
     RegisterFunctions(handle_, &functions_);
   } catch (...) {
     sqlite3_close_v2(handle_);
@@ -113,9 +139,63 @@ SqliteConnection::SqliteConnection(const std::string& path, int flags) {
   }
 }
 
+void SqliteConnection::Open() {
+  int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX;
+  std::string name = ":memory:";
+  if (location_.read_only) {
+    flags = SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_URI;
+    name = ReadOnlyUri(location_.path);
+  } else if (location_.shared) {
+    name = FilePath(location_.path);
+  }
+  const int code = sqlite3_open_v2(name.c_str(), &handle_, flags, nullptr);
+  if (handle_ == nullptr) throw StoreFailure("out of memory");
+  sqlite3_extended_result_codes(handle_, 1);
+  if (code != SQLITE_OK) throw FailureOf(sqlite3_extended_errcode(handle_));
+  if (!location_.shared) return;
+  sqlite3_busy_handler(
+      handle_,
+      [](void* self, int tries) {
+        return static_cast<SqliteConnection*>(self)->GoOnWaiting(tries) ? 1 : 0;
+      },
+      this);
+  // The end of a transaction is the end of what it was marked with.
+  const auto forget = [](void* self) { static_cast<SqliteConnection*>(self)->marked_ = false; };
+  sqlite3_rollback_hook(handle_, forget, this);
+  sqlite3_commit_hook(
+      handle_,
+      [](void* self) {
+        static_cast<SqliteConnection*>(self)->marked_ = false;
+        return 0;
+      },
+      this);
+}
+
 SqliteConnection::~SqliteConnection() {
   cached_.clear();
+  mark_ = SqliteStatement();
   sqlite3_close_v2(handle_);
+}
+
+bool SqliteConnection::GoOnWaiting(int tries) {
+  const auto now = std::chrono::steady_clock::now();
+  if (tries == 0) waiting_since_ = now;
+  waited_in_vain_ = now - waiting_since_ >= std::chrono::seconds(location_.wait_seconds);
+  if (waited_in_vain_) return false;
+  std::this_thread::sleep_for(kWaitForLock);
+  return true;
+}
+
+void SqliteConnection::MarkChange() {
+  if (!location_.shared || marked_) return;
+  if (!mark_) {
+    // Writing the number that it has already is enough: the page is written.
+    mark_ = Prepare("PRAGMA main.user_version=" +
+                    std::to_string(QueryInteger("PRAGMA main.user_version")));
+  }
+  Step(mark_.get());
+  sqlite3_reset(mark_.get());
+  marked_ = true;
 }
 
 SqliteStatement SqliteConnection::Prepare(std::string_view sql) const {
@@ -172,12 +252,61 @@ SqlError SqliteConnection::TakeError(int code) {
   switch (code & 0xff) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      return MakeError(1205, {"1", "lock"});
-    case SQLITE_NOMEM:
-      return StoreFailure("out of memory");
+      return LockError(code);
     default:
-      return FailureOf(sqlite3_errmsg(handle_));
+      return FailureOf(code);
   }
+}
+
+SqlError SqliteConnection::Failure(const std::string& text) const {
+  return StoreFailure(location_.shared ? location_.path + ": " + text : text);
+}
+
+SqlError SqliteConnection::Damage(const std::string& what) const {
+  return Failure("the file is damaged: " + what);
+}
+
+SqlError SqliteConnection::LockError(int code) {
+  if (code == SQLITE_BUSY_SNAPSHOT) return MakeError(3960, {location_.path});
+  if (!std::exchange(waited_in_vain_, false)) return MakeError(1205, {"1", "lock"});
+  SqlError error = MakeError(1222);
+  error.message += " " + location_.path + " has been locked by another process for " +
+                   std::to_string(location_.wait_seconds) +
+                   (location_.wait_seconds == 1 ? " second." : " seconds.");
+  return error;
+}
+
+// SQLite's own words are for those who know its insides; they stay out, but for what is said of a
+// store in memory: that can only be an error of ours.
+SqlError SqliteConnection::FailureOf(int code) const {
+  const std::string_view text = sqlite3_errmsg(handle_);
+  for (const Limit& limit : kLimits) {
+    if (text.starts_with(limit.text)) return MakeError(limit.number, {limit.construct});
+  }
+  switch (code & 0xff) {
+    case SQLITE_NOMEM:
+      return Failure("out of memory");
+    case SQLITE_FULL:
+      return Failure("no room is left on the disk");
+    case SQLITE_READONLY:
+      return Failure("cannot be written: the file or its folder is read-only");
+    case SQLITE_CANTOPEN:
+      return Failure("cannot be opened, or its journal cannot" + SystemReason(handle_));
+    case SQLITE_PERM:
+    case SQLITE_AUTH:
+      return Failure("cannot be opened" + SystemReason(handle_));
+    case SQLITE_IOERR:
+      return Failure("the disk failed" + SystemReason(handle_));
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+      return Damage("its pages do not fit together");
+    case SQLITE_ERROR:
+      if (!location_.shared) break;
+      return Damage("its tables are not those of its catalog");
+    default:
+      break;
+  }
+  return Failure("internal error of the embedded database: " + std::string(text));
 }
 
 bool SqliteConnection::InTransaction() const {

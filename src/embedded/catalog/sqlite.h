@@ -1,6 +1,7 @@
 // The thin layer over SQLite's C API: owned handles, and failures as SqlErrors.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -32,11 +33,19 @@ class SqliteStatement {
   std::unique_ptr<sqlite3_stmt, Finalize> statement_;
 };
 
+// Where a store is and how it is opened.
+struct StoreLocation {
+  std::string path;        // as the user named it
+  bool shared = false;     // a file: other processes may be at work on it
+  bool read_only = false;  // as it stands: nobody can write a journal beside it
+  int wait_seconds = 0;    // how long another process's lock is waited for
+};
+
 // One connection to a store, with the dialect's functions registered on it.
 class SqliteConnection {
  public:
-  // Opens the file as SQLite's flags say. Errors: SqlError kStoreFailure with SQLite's own words.
-  SqliteConnection(const std::string& path, int flags);
+  // Opens the store. A file must exist. Errors: SqlError kStoreFailure.
+  explicit SqliteConnection(StoreLocation location);
   SqliteConnection(const SqliteConnection&) = delete;
   SqliteConnection& operator=(const SqliteConnection&) = delete;
   ~SqliteConnection();
@@ -52,19 +61,42 @@ class SqliteConnection {
   void RunCached(const char* sql);
 
   // Steps a statement: true while there is a row. On failure the statement is reset and its error
-  // thrown: the server's where a function of the dialect raised it, 1205 for a lock that another
-  // process did not let go, 701 and 1105 for memory and space, otherwise kStoreFailure.
+  // thrown: the server's where a function of the dialect raised it; 1222 when another process did
+  // not let go of the file in time, 1205 when waiting for it could not end, 3960 when the file was
+  // changed since the transaction began to read; kStoreFailure, naming the file, for all that the
+  // server has no error for: no room, no memory, a disk that fails, a damaged or read-only file.
   bool Step(sqlite3_stmt* statement);
 
   // The error for the failure that SQLite has just reported.
   SqlError TakeError(int code);
 
+  // The error for contents that cannot be what was stored: "the file is damaged: …".
+  SqlError Damage(const std::string& what) const;
+
   bool InTransaction() const;
 
+  // To be called before a transaction first changes the file: the journal then tells whose it is
+  // (see run/journal.h). Does nothing in memory, or when it was called in this transaction before.
+  void MarkChange();
+
+  // As the wait for a lock goes on: whether to try again. Called by SQLite.
+  bool GoOnWaiting(int tries);
+
  private:
+  void Open();
+  SqlError LockError(int code);
+  SqlError FailureOf(int code) const;
+  // A failure of the store, with the name of its file before it.
+  SqlError Failure(const std::string& text) const;
+
+  const StoreLocation location_;
   sqlite3* handle_ = nullptr;
   FunctionSession functions_;
   std::unordered_map<std::string_view, SqliteStatement> cached_;
+  SqliteStatement mark_;
+  bool marked_ = false;
+  std::chrono::steady_clock::time_point waiting_since_;
+  bool waited_in_vain_ = false;
 };
 
 // A row that SQLite refuses: the message names the columns, the statement knows the rest of the

@@ -66,6 +66,8 @@ struct Table {
   int FindColumn(std::string_view column) const;
   bool IsTemporary() const { return name.front() == '#'; }
   bool IsVariable() const { return name.front() == '@'; }
+  // Whether it is in the store itself, and not the session's own.
+  bool IsStored() const { return !IsTemporary() && !IsVariable(); }
   // "dbo.t_Stock", "tempdb.dbo.#Data" or "@rows", as messages name the table.
   std::string MessageName() const;
   // The two parts of `physical`: "main." or "temp.", and the name without its quotes.

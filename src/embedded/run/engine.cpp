@@ -29,14 +29,10 @@ SqliteConnection& ReadyStore(SqliteConnection& store, bool shared) {
   return store;
 }
 
-int OpenFlags() {
-  return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
-}
-
 }  // namespace
 
 Engine::Engine(const StoreLocation& location, std::function<DateTime()> clock, int64_t budget)
-    : store_(location.path, OpenFlags()),
+    : store_(location),
       shared_(location.shared),
       catalog_(ReadyStore(store_, location.shared), location.shared),
       budget_(budget) {
@@ -62,7 +58,7 @@ void Engine::Clear() {
   catalog_.Forget();
   identity.reset();
   identity_insert.clear();
-  no_count = abort_transaction_on_error = false;
+  no_count = abort_transaction_on_error = snapshot_isolation = false;
   row_count = fetch_status = last_error_ = 0;
   has_result_ = false;
   result_ = Rows{};

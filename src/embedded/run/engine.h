@@ -21,11 +21,6 @@
 
 namespace tavcc::sql {
 
-struct StoreLocation {
-  std::string path;
-  bool shared = false;  // a file: other processes may be at work on it
-};
-
 // An argument of a procedure call.
 struct CallArgument {
   std::string parameter;  // with its "@"; empty when by position
@@ -55,6 +50,8 @@ class Engine {
   // ---- For instructions ------------------------------------------------------------------------
   Catalog& catalog() { return catalog_; }
   SqliteConnection& store() { return store_; }
+  // Whether the store is a file, which other processes may be at work on.
+  bool shared() const { return shared_; }
   StoredValue SessionValueOf(SessionValue value, const Frame& frame) const;
   void RunBlock(const std::vector<InstructionPtr>& body, Frame& frame, Flow& flow);
   Flow RunOne(Instruction& instruction, Frame& frame);
@@ -82,6 +79,8 @@ class Engine {
   int fetch_status = 0;
   std::optional<int64_t> identity;
   bool no_count = false, abort_transaction_on_error = false;
+  // Transactions read the file as it was when they began, and wait for nobody until they write.
+  bool snapshot_isolation = false;
   std::string identity_insert;  // the physical name of the table, empty for none
   std::string identity_insert_name;
   Frame* live_frame = nullptr;  // that s_variable reads

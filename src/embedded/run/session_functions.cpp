@@ -178,7 +178,6 @@ void RegisterSessionFunctions(SqliteConnection& store, Engine& engine) {
 }
 
 void PrepareConnection(SqliteConnection& store, bool shared) {
-  sqlite3_busy_timeout(store.handle(), 10'000);
   // SQLite's Bloom filters (3.38 to 3.40) take texts of different lengths for different, although
   // our collation ignores trailing blanks: rows would be lost from joins.
   sqlite3_test_control(SQLITE_TESTCTRL_OPTIMIZATIONS, store.handle(), kBloomFilters);
@@ -190,7 +189,8 @@ void PrepareConnection(SqliteConnection& store, bool shared) {
   store.Run("ANALYZE temp");
   store.Run("PRAGMA cache_size=-65536");
   if (!shared) store.Run("PRAGMA journal_mode=MEMORY");
-  if (shared) store.Run("PRAGMA synchronous=NORMAL");
+  // A transaction that was kept stays kept when the power fails.
+  if (shared) store.Run("PRAGMA synchronous=FULL");
 }
 
 TypedValue ConstantValue(const Expression& expression) {

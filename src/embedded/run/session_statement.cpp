@@ -1,5 +1,6 @@
 // SET options, transactions, PRINT, RAISERROR.
 #include <array>
+#include <limits>
 
 #include "embedded/catalog/names.h"
 #include "embedded/run/engine.h"
@@ -38,6 +39,8 @@ class SetOptionInstruction final : public Instruction {
       engine.abort_transaction_on_error = on;
     } else if (name == "IDENTITY_INSERT") {
       SetIdentityInsert(engine);
+    } else if (name == "TRANSACTION ISOLATION LEVEL") {
+      engine.snapshot_isolation = SameName(statement_.value, "SNAPSHOT");
     } else if (name != "LOCK_TIMEOUT" && !name.starts_with("TRANSACTION")) {
       RequireFixed(name);
     }
@@ -119,6 +122,9 @@ class PrintInstruction final : public Instruction {
   Evaluation value_;
 };
 
+// Numbers up to this are the server's own; RAISERROR takes none of them.
+constexpr int kLastReserved = 50000;
+
 // The message with %s, %d, %i, %u, %x and %% filled in. Errors: 2787.
 std::string Format(const std::string& text, const std::vector<TypedValue>& values) {
   std::string out;
@@ -171,6 +177,9 @@ class RaisErrorInstruction final : public Instruction {
                                        values.end());
     if (values[0].value.kind() == StoredValue::Kind::kInteger) {
       error.number = number(0);
+      if (error.number <= kLastReserved) {
+        Raise(2732, error.number, kLastReserved + 1, std::numeric_limits<int>::max());
+      }
     } else if (!values[0].value.IsNull()) {
       error.message = Format(DisplayText(values[0].value, values[0].type), rest);
     }

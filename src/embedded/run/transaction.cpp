@@ -6,7 +6,7 @@ namespace tavcc::sql {
 
 void Engine::Begin(const std::string& name) {
   if (transaction_count_ == 0) {
-    store_.RunCached(shared_ ? "BEGIN IMMEDIATE" : "BEGIN");
+    store_.RunCached(shared_ && !snapshot_isolation ? "BEGIN IMMEDIATE" : "BEGIN");
     transaction_name_ = name;
     catalog_.Forget();
     catalog_.Refresh();
@@ -64,11 +64,13 @@ StatementGuard::StatementGuard(Engine& engine, bool store)
       own_transaction_(!engine.store_.InTransaction()),
       mark_(own_transaction_ ? 0 : engine.catalog_.Mark()) {
   if (!own_transaction_) {
+    if (store) engine.store_.MarkChange();
     engine.store_.RunCached("SAVEPOINT statement");
     return;
   }
   engine.catalog_.Forget();
   engine.store_.RunCached(store && engine.shared_ ? "BEGIN IMMEDIATE" : "BEGIN");
+  if (store) engine.store_.MarkChange();
 }
 
 void StatementGuard::Keep() {

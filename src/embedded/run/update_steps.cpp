@@ -103,7 +103,7 @@ void Exchange(Engine& engine, const Plan& plan, const std::vector<Row>& rows) {
 }  // namespace
 
 void UpdateInSteps(Engine& engine, Plan& plan, Frame& frame, std::span<const StoredValue> row) {
-  StatementGuard guard(engine, true);
+  StatementGuard guard(engine, plan.table->IsStored());
   const std::vector<StoredValue> before = frame.variables;
   try {
     const std::vector<Row> rows = NewValues(engine, plan, frame, row);

@@ -2,6 +2,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <optional>
 
 #include "embedded/run/duplicate_key.h"
 #include "embedded/run/engine.h"
@@ -146,7 +147,8 @@ class InsertExecuteInstruction final : public Instruction {
       throw;
     }
     engine.Capture(nullptr);
-    StatementGuard guard(engine, true);
+    const TablePtr table = engine.catalog().FindTable(statement_.table);
+    StatementGuard guard(engine, !table || table->IsStored());
     int64_t count = 0;
     for (const Rows& rows : results) count += InsertRows(engine, frame, rows);
     guard.Keep();
@@ -250,9 +252,27 @@ class DeleteInstruction final : public WriteInstruction {
   const DeleteStatement& statement_;
 };
 
+// What an INSERT leaves behind for the next one, and for @@IDENTITY.
+void TakeNumbers(Engine& engine, const Plan& plan, Frame& frame) {
+  engine.identity.reset();
+  if (plan.table->identity_column >= 0 && engine.row_count > 0) {
+    engine.identity = sqlite3_last_insert_rowid(engine.store().handle());
+  }
+  if (plan.draws_numbers) {
+    engine.catalog().SetNumber(*plan.table, engine.next_number.last);
+  } else if (engine.identity && plan.table->draws_identity) {
+    KeepExplicitNumber(engine, *plan.table);
+  }
+  frame.scope_identity = engine.identity;
+}
+
 }  // namespace
 
 void RunWrite(Engine& engine, Plan& plan, Frame& frame, std::span<const StoredValue> row) {
+  const bool changes_file = engine.shared() && plan.table && plan.table->IsStored();
+  std::optional<StatementGuard> alone;
+  if (changes_file && !engine.store().InTransaction()) alone.emplace(engine, true);
+  if (changes_file) engine.store().MarkChange();
   // Outside a transaction SQLite undoes a failed statement as the transaction that it is.
   const bool guarded = plan.emitted.fails_midway && engine.store().InTransaction();
   if (plan.draws_numbers) BeginNumbers(engine, *plan.table);
@@ -273,17 +293,8 @@ void RunWrite(Engine& engine, Plan& plan, Frame& frame, std::span<const StoredVa
   }
   if (guarded) engine.store().RunCached("RELEASE change");
   engine.row_count = sqlite3_changes(engine.store().handle());
-  if (plan.updates || !plan.table) return;
-  engine.identity.reset();
-  if (plan.table->identity_column >= 0 && engine.row_count > 0) {
-    engine.identity = sqlite3_last_insert_rowid(engine.store().handle());
-  }
-  if (plan.draws_numbers) {
-    engine.catalog().SetNumber(*plan.table, engine.next_number.last);
-  } else if (engine.identity && plan.table->draws_identity) {
-    KeepExplicitNumber(engine, *plan.table);
-  }
-  frame.scope_identity = engine.identity;
+  if (!plan.updates && plan.table) TakeNumbers(engine, plan, frame);
+  if (alone) alone->Keep();
 }
 
 InstructionPtr MakeInsert(const InsertStatement& statement, InstructionPtr execute,

@@ -5,12 +5,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "embedded/embedded.h"
-#include "embedded/run/session.h"
+#include "embedded/run/journal.h"
 #include "foundation/conversions.h"
 #include "foundation/error.h"
 
@@ -42,6 +43,33 @@ class Store : public testing::Test {
       return error.description();
     }
     return {};
+  }
+
+  std::shared_ptr<Database> OpenWithoutWaiting(const std::string& name) const {
+    OpenOptions options;
+    options.path = Path(name);
+    options.busy_seconds = 0;
+    return Database::Open(options);
+  }
+
+  // "number: description" of the error that a batch raises.
+  static std::string ErrorOf(Connection& connection, std::string_view sql) {
+    try {
+      connection.Execute(sql);
+    } catch (const AutomationError& error) {
+      return std::to_string(error.number()) + ": " + error.description();
+    }
+    return {};
+  }
+
+  // What is in the folder.
+  std::vector<std::string> Files() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
+      names.push_back(entry.path().filename().string());
+    }
+    std::ranges::sort(names);
+    return names;
   }
 
   static std::string Bytes(const std::string& path) {
@@ -170,28 +198,295 @@ TEST_F(Store, AKilledProcessLeavesWholeTransactions) {
   EXPECT_LT(0, Number(*Open("db")->NewSession(), "select count(*) from t"));
 }
 
-// "MSSQLSERVER_1205": the statement that cannot have its lock is the victim, and with it all of its
-// transaction.
+// "MSSQLSERVER_1222": the statement that cannot have its lock ends, and the batch with it.
 TEST_F(Store, ALockThatIsNotLetGo) {
-  const auto database = Open("locked");
-  const ConnectionPtr holder = database->NewSession();
-  const ConnectionPtr other = database->NewSession();
+  const auto holder = Open("locked")->NewSession();
+  const auto other = OpenWithoutWaiting("locked")->NewSession();
   holder->Execute("create table t (a int)");
-  sqlite3_busy_timeout(dynamic_cast<Session&>(*other).engine().store().handle(), 20);
   holder->Execute("begin transaction insert into t values (1)");
-  try {
-    other->Execute("insert into t values (2)");
-    FAIL();
-  } catch (const AutomationError& error) {
-    EXPECT_EQ(error.number(), 1205);
-    EXPECT_EQ(
-        error.description(),
-        "Transaction (Process ID 1) was deadlocked on lock resources with another process and "
-        "has been chosen as the deadlock victim. Rerun the transaction.");
-  }
+  const std::string locked = "Lock request time out period exceeded. " + Path("locked") +
+                             " has been locked by another process for 0 seconds.";
+  EXPECT_EQ(ErrorOf(*other, "insert into t values (2)"), "1222: " + locked);
+  EXPECT_EQ(ErrorOf(*other, "begin transaction insert into t values (2)"), "1222: " + locked);
+  EXPECT_EQ(Number(*other, "select count(*) from t"), 0) << "reading waits for nobody";
   holder->Execute("commit transaction");
   other->Execute("insert into t values (3)");
   EXPECT_EQ(Number(*other, "select count(*) from t"), 2);
+}
+
+TEST_F(Store, ASnapshotWaitsForNobodyUntilItWrites) {
+  const auto writer = Open("db")->NewSession();
+  const auto reader = OpenWithoutWaiting("db")->NewSession();
+  writer->Execute("create table t (a int) insert into t values (1)");
+  writer->Execute("begin transaction update t set a=2");
+  reader->Execute("set transaction isolation level snapshot begin transaction");
+  reader->Execute("select a into #kept from t");
+  reader->Execute("update #kept set a=a+10");
+  writer->Execute("commit transaction");
+  EXPECT_EQ(Number(*reader, "select a from t"), 1) << "as it was when the transaction began";
+  EXPECT_EQ(Number(*reader, "select a from #kept"), 11);
+  EXPECT_EQ(ErrorOf(*reader, "update t set a=3"),
+            "3960: Snapshot isolation transaction aborted due to update conflict. You cannot use "
+            "snapshot isolation to access tables in database '" +
+                Path("db") +
+                "' that another process has changed since the transaction began. Retry the "
+                "transaction.");
+  EXPECT_EQ(Number(*reader, "select @@trancount"), 0);
+  reader->Execute("set transaction isolation level read committed update t set a=4");
+  EXPECT_EQ(Number(*writer, "select a from t"), 4);
+}
+
+// ---- Journals -----------------------------------------------------------------------------------
+
+constexpr const char* kEndings[] = {"", "-wal", "-shm"};
+
+// A process is killed with its changes in the journal only. Leaves the file and its journals.
+void KillWriter(const std::string& path) {
+  const pid_t child = fork();
+  if (child == 0) {
+    OpenOptions options;
+    options.path = path;
+    const auto connection = Database::Open(options)->NewSession();
+    connection->Execute("create table killed (a int)");
+    connection->Execute("insert into killed values (1)");
+    kill(getpid(), SIGKILL);
+  }
+  waitpid(child, nullptr, 0);
+  ASSERT_LT(0u, std::filesystem::file_size(path + "-wal"));
+}
+
+TEST_F(Store, AKilledProcessSChangesAreFound) {
+  KillWriter(Path("db"));
+  EXPECT_EQ(Number(*Open("db", false)->NewSession(), "select a from killed"), 1);
+}
+
+TEST_F(Store, AJournalIsRemovedWithTheMakingOfAFile) {
+  KillWriter(Path("db"));
+  std::filesystem::remove(Path("db"));
+  const auto connection = Open("db")->NewSession();
+  EXPECT_EQ(ErrorOf(*connection, "select a from killed"), "208: Invalid object name 'killed'.");
+  connection->Execute("create table fresh (a int)");
+}
+
+TEST_F(Store, AnotherFileSJournalIsRefused) {
+  KillWriter(Path("db"));
+  Open("other")->NewSession()->Execute("create table other (a int)");
+  std::filesystem::rename(Path("other"), Path("db"));
+  const std::string before = Bytes(Path("db"));
+  const std::string journal = Bytes(Path("db-wal"));
+  EXPECT_EQ(Refusal("db", false),
+            Path("db") + ": cannot be opened beside " + Path("db-wal") +
+                ", the journal of another file: its changes would be written into this one; move "
+                "it away, or put the file back that it belongs to");
+  EXPECT_TRUE(Bytes(Path("db")) == before);
+  EXPECT_TRUE(Bytes(Path("db-wal")) == journal);
+  std::filesystem::remove(Path("db-wal"));
+  EXPECT_EQ(Number(*Open("db", false)->NewSession(), "select count(*) from other"), 0);
+}
+
+TEST_F(Store, ARollbackJournalIsRefused) {
+  Open("db");
+  std::ofstream(Path("db-journal"), std::ios::binary) << "\xd9\xd5\x05\xf9\x20\xa1\x63\xd7";
+  EXPECT_NE(Refusal("db", false).find(Path("db-journal") + ", the journal of another file"),
+            std::string::npos);
+}
+
+TEST_F(Store, AFileMovesWithItsJournal) {
+  KillWriter(Path("db"));
+  for (const char* ending : kEndings) {
+    std::filesystem::rename(Path("db") + ending, Path("moved") + ending);
+  }
+  EXPECT_EQ(Number(*Open("moved", false)->NewSession(), "select a from killed"), 1);
+}
+
+// Whatever a transaction changes, its journal says whose it is.
+TEST_F(Store, EachTransactionMarksItsJournal) {
+  {
+    const auto setup = Open("db")->NewSession();
+    setup->Execute("create table t (id int identity(5,5), a int)");
+    setup->Execute("create table u (a int not null primary key) insert into u values (1),(2)");
+  }
+  for (const char* batch :
+       {"insert into t (a) values (1)", "insert into t (a) select a from u", "update u set a=a+1",
+        "delete u", "create table x (a int)", "create view w as select a from u",
+        "begin transaction insert into t (a) values (1) commit", "select a into y from u",
+        "begin transaction insert into t (a) values (1) rollback", "truncate table u",
+        "set transaction isolation level snapshot begin transaction delete u commit",
+        "begin transaction save transaction s delete u rollback transaction s delete t commit",
+        "insert into u exec('select 7')"}) {
+    SCOPED_TRACE(batch);
+    for (const char* ending : kEndings) {
+      std::filesystem::remove(Path("copy") + ending);
+    }
+    std::filesystem::copy_file(Path("db"), Path("copy"));
+    const pid_t child = fork();
+    if (child == 0) {
+      const auto connection = Open("copy", false)->NewSession();
+      connection->Execute(batch);
+      _exit(0);  // without closing: the journal stays
+    }
+    waitpid(child, nullptr, 0);
+    ASSERT_LT(0u, std::filesystem::file_size(Path("copy-wal")));
+    EXPECT_EQ(ForeignJournal(Path("copy")), "");
+    // The same journal beside a store of another number.
+    Open("stranger");
+    std::filesystem::rename(Path("stranger"), Path("copy"));
+    EXPECT_EQ(ForeignJournal(Path("copy")), Path("copy-wal"));
+  }
+}
+
+// ---- Making files -------------------------------------------------------------------------------
+
+TEST_F(Store, OneOfSeveralMakersWins) {
+  constexpr int kMakers = 4;
+  std::vector<pid_t> children;
+  for (int i = 0; i < kMakers; ++i) {
+    const pid_t child = fork();
+    if (child == 0) {
+      const auto memory = Database::Open(OpenOptions{});
+      memory->RunScript("create table t (maker int)\nGO\ninsert into t values (" +
+                        std::to_string(i) + ")");
+      try {
+        memory->SaveAs(Path("db"));
+      } catch (const AutomationError& error) {
+        _exit(error.description() == Path("db") + ": exists already; it is left as it is" ? 1 : 2);
+      }
+      _exit(0);
+    }
+    children.push_back(child);
+  }
+  int winner = -1, losers = 0;
+  for (int i = 0; i < kMakers; ++i) {
+    int status = 0;
+    waitpid(children[static_cast<size_t>(i)], &status, 0);
+    if (WEXITSTATUS(status) == 0) winner = i;
+    losers += WEXITSTATUS(status) == 1 ? 1 : 0;
+  }
+  EXPECT_EQ(losers, kMakers - 1);
+  EXPECT_EQ(Number(*Open("db", false)->NewSession(), "select maker from t"), winner);
+  EXPECT_EQ(Files(), std::vector<std::string>{"db"});
+}
+
+TEST_F(Store, ALinkToNothingIsNoFile) {
+  std::filesystem::create_symlink("nowhere", Path("link"));
+  EXPECT_EQ(Refusal("link"), Path("link") + ": is a link to a file that does not exist");
+  EXPECT_EQ(Files(), std::vector<std::string>{"link"});
+}
+
+TEST_F(Store, NamesOfSqliteAreFileNamesHere) {
+  std::filesystem::current_path(Path("."));
+  for (const std::string name : {"file:x?mode=memory", "./:memory:"}) {
+    OpenOptions options;
+    options.path = name;
+    Database::Open(options)->NewSession()->Execute("create table t (a int)");
+    EXPECT_TRUE(std::filesystem::exists(name));
+    options.create = false;
+    EXPECT_EQ(Number(*Database::Open(options)->NewSession(), "select count(*) from t"), 0);
+  }
+}
+
+// ---- Damage -------------------------------------------------------------------------------------
+
+void Damage(const std::string& path, const std::string& sql) {
+  sqlite3* database = nullptr;
+  sqlite3_open(path.c_str(), &database);
+  char* error = nullptr;
+  sqlite3_exec(database, sql.c_str(), nullptr, nullptr, &error);
+  EXPECT_EQ(error, nullptr) << error;
+  sqlite3_close(database);
+}
+
+TEST_F(Store, ADamagedCatalogIsNamed) {
+  for (const char* damage :
+       {"update \"tavcc.objects\" set definition='create frobnicate'",
+        "update \"tavcc.objects\" set definition=''",
+        "update \"tavcc.objects\" set definition='select 1'",
+        "update \"tavcc.objects\" set definition='create table t (a int) select 1'",
+        "update \"tavcc.objects\" set definition=x'00ff'",
+        "update \"tavcc.objects\" set name=x'ff',definition='create table t (a frob)'",
+        "drop table \"tavcc.objects\"", "drop table \"tavcc.version\""}) {
+    SCOPED_TRACE(damage);
+    std::filesystem::remove(Path("db"));
+    Open("db")->NewSession()->Execute("create table t (a int)");
+    Damage(Path("db"), damage);
+    std::string said;
+    try {
+      Open("db", false)->NewSession()->Execute("select a from t");
+    } catch (const AutomationError& error) {
+      said = error.description();
+    }
+    EXPECT_TRUE(said.starts_with(Path("db") + ": the file is damaged: ")) << said;
+  }
+}
+
+TEST_F(Store, ATableThatIsNotThatOfTheCatalogIsDamage) {
+  Open("db")->NewSession()->Execute("create table t (a int)");
+  Damage(Path("db"), "alter table t rename column a to b");
+  EXPECT_EQ(ErrorOf(*Open("db", false)->NewSession(), "select a from t"),
+            "50002: " + Path("db") +
+                ": the file is damaged: its tables are not those of its "
+                "catalog");
+}
+
+TEST_F(Store, AFileThatIsCutOffIsDamaged) {
+  {
+    const auto connection = Open("db")->NewSession();
+    connection->Execute("create table t (a int, b char(200))");
+    connection->Execute(
+        "declare @i int set @i=0 while @i<300 begin insert into t values (@i,'x') set @i=@i+1 end");
+  }
+  std::filesystem::resize_file(Path("db"), 5 * 4096);
+  std::string said;
+  try {
+    Open("db", false)->NewSession()->Execute("select sum(a) from t");
+  } catch (const AutomationError& error) {
+    said = error.description();
+  }
+  EXPECT_EQ(said, Path("db") + ": the file is damaged: its pages do not fit together");
+}
+
+// ---- Where nobody may write ---------------------------------------------------------------------
+
+// Runs the body as a user with no rights of root's; its exit status.
+template <class Body>
+int AsAnotherUser(const Body& body) {
+  const pid_t child = fork();
+  if (child == 0) {
+    constexpr uid_t kNobody = 65534;
+    if (geteuid() == 0 && setuid(kNobody) != 0) _exit(99);
+    try {
+      body();
+    } catch (const std::exception& error) {
+      fprintf(stderr, "%s\n", error.what());
+      _exit(98);
+    }
+    _exit(testing::Test::HasFailure() ? 1 : 0);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WEXITSTATUS(status);
+}
+
+TEST_F(Store, WhatNobodyMayWriteCanBeRead) {
+  namespace fs = std::filesystem;
+  Open("db")->NewSession()->Execute("create table t (a int) insert into t values (7)");
+  const auto read_only = fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read;
+  const auto enter = fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
+  for (const bool folder : {false, true}) {
+    SCOPED_TRACE(folder ? "folder" : "file");
+    fs::permissions(Path("db"), folder ? fs::perms::all : read_only);
+    fs::permissions(Path("."), folder ? read_only | enter : fs::perms::all);
+    EXPECT_EQ(0, AsAnotherUser([&] {
+                const auto connection = Open("db", false)->NewSession();
+                EXPECT_EQ(Number(*connection, "select a from t"), 7);
+                connection->Execute("begin transaction select a into #t from t commit");
+                EXPECT_EQ(ErrorOf(*connection, "insert into t values (1)"),
+                          "50002: " + Path("db") +
+                              ": cannot be written: the file or its folder is read-only");
+              }));
+    fs::permissions(Path("."), fs::perms::all);
+    EXPECT_EQ(Files(), std::vector<std::string>{"db"});
+  }
 }
 
 }  // namespace

@@ -1,0 +1,15 @@
+// Making a store's file whole or not at all.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tavcc::sql {
+
+// Writes a new file: under a name of its own until all of it is on the disk, then under `path`.
+// Nobody opens it before the journals of an earlier file of that name are gone. Errors: SqlError
+// kStoreFailure naming the file: there is one already (left as it is), or it cannot be made (then
+// there is none).
+void MakeFile(const std::string& path, std::string_view bytes);
+
+}  // namespace tavcc::sql
