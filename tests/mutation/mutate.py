@@ -16,6 +16,7 @@ them were noticed.
 """
 
 import argparse
+import collections
 import concurrent.futures
 import json
 import os
@@ -302,6 +303,19 @@ def show(number, result):
     sys.stdout.flush()
 
 
+def tried(attempt_one, drawn, jobs):
+    """The results of the changes in the order in which they were drawn, several at work at once."""
+    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+        ahead = collections.deque()
+        try:
+            while True:
+                while len(ahead) < 4 * jobs:
+                    ahead.append(pool.submit(attempt_one, next(drawn)))
+                yield ahead.popleft().result()
+        finally:
+            pool.shutdown(cancel_futures=True)
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("--seed", type=int, default=1)
@@ -317,15 +331,13 @@ def main():
     compiler = Compiler()
     drawn = draw(options.seed, options.only or sources())
     results = []
-    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
-        while len(results) < options.count:
-            batch = [next(drawn) for _ in range(options.jobs)]
-            # In the order in which they were drawn, whichever ends first.
-            for result in pool.map(lambda one: attempt(compiler, *one), batch):
-                if result["noticed_by"] is False or len(results) == options.count:
-                    continue  # no compiler takes it
-                results.append(result)
-                show(len(results), result)
+    for result in tried(lambda one: attempt(compiler, *one), drawn, options.jobs):
+        if result["noticed_by"] is False:
+            continue  # no compiler takes it
+        results.append(result)
+        show(len(results), result)
+        if len(results) == options.count:
+            break
     noticed = sum(bool(result["noticed_by"]) for result in results)
     nothing = sum(bool(result["equivalent"]) for result in results)
     survived = len(results) - noticed - nothing
