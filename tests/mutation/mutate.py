@@ -153,9 +153,8 @@ class Compiler:
         words = list(self.link[name])
         words[words.index("-o") + 1] = target
         for i, word in enumerate(words):
-            built = os.path.join(LIBRARIES, word)
-            if word.endswith(".a") and os.path.exists(built):
-                words[i] = built
+            if word.startswith("src/") and word.endswith(".a"):
+                words[i] = os.path.join(LIBRARIES, word)
         words.insert(next(i for i, word in enumerate(words) if word.endswith(".a")), object_file)
         if shutil.which("ld.lld"):
             words.append("-fuse-ld=lld")
