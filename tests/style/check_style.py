@@ -48,7 +48,7 @@ KEPT_TO = {
 STANDARD_ONLY = {"foundation", "registry"} | RULE_FOLDERS
 STANDARD_HEADER = re.compile(r"^[a-z0-9_]+$")  # <vector>, <cstdint>: no dot, no folder
 
-TEXT_SUFFIXES = (".h", ".cpp", ".py", ".sh", ".md", ".sql", ".cmake", ".txt", ".json", ".idl",
+TEXT_SUFFIXES = (".h", ".cpp", ".c", ".py", ".sh", ".md", ".sql", ".cmake", ".txt", ".json", ".idl",
                  ".yml", ".vbs", ".rc", ".def")
 LONG_LINES_ALLOWED = (".md", ".json", ".sql", ".txt")
 
@@ -198,7 +198,7 @@ def check_dead_sources(root, build, files, texts, findings):
     compiled = compiled_sources(root, build)
     included = set()
     for path, lines in texts.items():
-        if path.endswith((".h", ".cpp")):
+        if path.endswith((".h", ".cpp", ".c")):
             included.update(match.group(2) for match in map(INCLUDE.match, lines) if match)
     build_files = "\n".join("\n".join(texts[path]) for path in files
                             if path.endswith(("CMakeLists.txt", ".cmake")) or path in
