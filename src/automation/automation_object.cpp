@@ -1,41 +1,15 @@
 #include "automation/automation_object.h"
 
-#include <utility>
-
+#include "automation/apartment.h"
 #include "automation/border/border.h"
-#include "automation/border/module.h"
 #include "automation/border/variant.h"
-#include "automation/com_host.h"
-#include "automation/objects.h"
+#include "automation/dispatch_arguments.h"
 #include "automation/type_library.h"
-#include "foundation/conversions.h"
-#include "foundation/host_services.h"
 #include "foundation/text.h"
 
 namespace tavcc::automation {
 
 namespace {
-
-// One host a thread, made with its first object and gone with its last. A bare pointer: see
-// trap.cpp.
-thread_local ComHost* thread_host = nullptr;
-
-// The objects of this thread. When the last one goes, the host objects that the thread keeps go
-// with it: a thread that ends, or a library that is unloaded, holds nothing of the host's.
-thread_local long thread_objects = 0;
-
-void CountObject() {
-  ObjectCreated();
-  if (thread_objects++ == 0) thread_host = new ComHost;
-}
-
-void DiscountObject() {
-  if (--thread_objects == 0) {
-    ReleaseHostObjects();
-    delete std::exchange(thread_host, nullptr);
-  }
-  ObjectReleased();
-}
 
 std::string NameText(LPCOLESTR name) {
   BSTR text = SysAllocString(name);
@@ -51,66 +25,10 @@ const Method* FindById(const ClassDescription& cls, DISPID id) {
   return nullptr;
 }
 
-// ---- Late-bound arguments ----------------------------------------------------------------------
-
-// The argument at a parameter's position; null when the caller left it out. Positional arguments
-// come last first, named ones before them with the parameter's position as their id.
-VARIANT* ArgumentAt(const DISPPARAMS& parameters, size_t position) {
-  for (UINT i = 0; i < parameters.cNamedArgs; ++i) {
-    if (parameters.rgdispidNamedArgs[i] == static_cast<DISPID>(position)) {
-      return &parameters.rgvarg[i];
-    }
-  }
-  const UINT positional = parameters.cArgs - parameters.cNamedArgs;
-  if (position >= positional) return nullptr;
-  return &parameters.rgvarg[parameters.cArgs - 1 - position];
-}
-
-// Where in rgvarg the argument of a parameter stands, as an answer to DISP_E_TYPEMISMATCH.
-UINT PlaceOf(const DISPPARAMS& parameters, size_t position) {
-  const VARIANT* argument = ArgumentAt(parameters, position);
-  return argument == nullptr ? 0 : static_cast<UINT>(argument - parameters.rgvarg);
-}
-
-// Puts a result into a by-reference argument, converted to the type of the variable it refers to.
-HRESULT PutByReference(VARIANT& argument, const Value& value) {
-  UniqueVariant out;
-  ToVariant(value, out.get());
-  if (argument.vt == (VT_VARIANT | VT_BYREF)) {
-    VariantClear(argument.pvarVal);
-    out.MoveTo(argument.pvarVal);
-    return S_OK;
-  }
-  const auto type = static_cast<VARTYPE>(argument.vt & ~VT_BYREF);
-  const HRESULT converted = VariantChangeType(out.get(), out.get(), 0, type);
-  if (FAILED(converted)) return converted;
-  switch (type) {
-    case VT_BSTR:
-      SysFreeString(*argument.pbstrVal);
-      *argument.pbstrVal = out.get()->bstrVal;
-      break;
-    case VT_DISPATCH:
-      if (*argument.ppdispVal != nullptr) (*argument.ppdispVal)->Release();
-      *argument.ppdispVal = out.get()->pdispVal;
-      break;
-    case VT_BOOL:
-      *argument.pboolVal = out.get()->boolVal;
-      break;
-    default:
-      return DISP_E_TYPEMISMATCH;
-  }
-  VariantInit(out.get());  // its content has moved
-  return S_OK;
-}
-
 // The dispatch result for an argument that does not convert.
 HRESULT ArgumentResult(const AutomationError& error) {
   const bool overflow = error.number() == static_cast<int32_t>(RuntimeError::kOverflow);
   return overflow ? DISP_E_OVERFLOW : DISP_E_TYPEMISMATCH;
-}
-
-bool IsNullReference(const VARIANT& argument) {
-  return (argument.vt & VT_BYREF) != 0 && argument.byref == nullptr;
 }
 
 // ---- Early-bound arguments ---------------------------------------------------------------------
@@ -189,18 +107,22 @@ void ReleaseRaw(ArgumentType type, RawArgument target) {
 
 AutomationCore::AutomationCore(const ClassDescription& cls, const IID& interface_id)
     : class_(cls), interface_id_(interface_id) {
-  CountObject();
+  ObjectBegins();
   try {
-    object_ = std::make_unique<PlugIn>(*thread_host);
+    object_ = std::make_unique<PlugIn>(host_);
   } catch (...) {
-    DiscountObject();
+    ObjectEnds();
     throw;
   }
 }
 
 AutomationCore::~AutomationCore() {
   object_.reset();
-  DiscountObject();
+  ObjectEnds();
+}
+
+std::string AutomationCore::ProgID() const {
+  return Cat(kLibraryName, ".", class_.name);
 }
 
 HRESULT AutomationCore::GetTypeInfo(UINT index, LCID, ITypeInfo** info) noexcept {
@@ -213,7 +135,7 @@ HRESULT AutomationCore::GetTypeInfo(UINT index, LCID, ITypeInfo** info) noexcept
 }
 
 HRESULT AutomationCore::GetIDsOfNames(LPOLESTR* names, UINT count, DISPID* ids) noexcept {
-  return AtBorder([&]() -> HRESULT {
+  return AtBorder(ProgID(), [&]() -> HRESULT {
     if (names == nullptr || ids == nullptr || count == 0) return E_INVALIDARG;
     std::fill_n(ids, count, DISPID_UNKNOWN);
     const Method* method = FindMethod(class_, NameText(names[0]));
@@ -231,7 +153,7 @@ HRESULT AutomationCore::GetIDsOfNames(LPOLESTR* names, UINT count, DISPID* ids) 
   });
 }
 
-HRESULT AutomationCore::Invoke(DISPID id, WORD kind, DISPPARAMS* parameters, VARIANT* result,
+HRESULT AutomationCore::Invoke(DISPID id, WORD kind, const DISPPARAMS* parameters, VARIANT* result,
                                EXCEPINFO* info, UINT* bad_argument) noexcept {
   try {
     const Method* method = FindById(class_, id);
@@ -244,72 +166,38 @@ HRESULT AutomationCore::Invoke(DISPID id, WORD kind, DISPPARAMS* parameters, VAR
     if (parameters == nullptr) return E_POINTER;
     return InvokeMethod(*method, *parameters, result, bad_argument);
   } catch (...) {
-    const AutomationError error = internal::CurrentError();
-    if (info != nullptr) FillExcepInfo(error, info);
+    if (info != nullptr) FillExcepInfo(WithSource(internal::CurrentError(), ProgID()), info);
     return DISP_E_EXCEPTION;
   }
 }
 
-HRESULT AutomationCore::InvokeMethod(const Method& method, DISPPARAMS& parameters, VARIANT* result,
-                                     UINT* bad_argument) {
-  if (parameters.cArgs > method.parameters.size()) return DISP_E_BADPARAMCOUNT;
-  std::vector<Value> arguments(method.parameters.size(), Missing{});
-  const auto mismatch = [&](size_t position) {
-    if (bad_argument != nullptr) *bad_argument = PlaceOf(parameters, position);
-    return DISP_E_TYPEMISMATCH;
-  };
-  for (size_t i = 0; i < arguments.size(); ++i) {
-    const VARIANT* argument = ArgumentAt(parameters, i);
-    if (argument == nullptr) {
-      if (!method.parameters[i].optional) return DISP_E_PARAMNOTOPTIONAL;
-      continue;
-    }
-    if (IsNullReference(*argument)) return E_POINTER;
-    try {
-      arguments[i] = FromVariant(*argument);
-    } catch (const AutomationError&) {
-      return mismatch(i);
-    }
-    if (arguments[i].IsMissing() && !method.parameters[i].optional) return DISP_E_PARAMNOTOPTIONAL;
-  }
-
-  // In/out results go back also when the method raises.
-  struct WriteBack {
-    const Method& method;
-    DISPPARAMS& parameters;
-    std::vector<Value>& arguments;
-    HRESULT Run() {
-      for (size_t i = 0; i < arguments.size(); ++i) {
-        VARIANT* argument = ArgumentAt(parameters, i);
-        if (!method.parameters[i].in_out || argument == nullptr) continue;
-        if ((argument->vt & VT_BYREF) == 0 || arguments[i].IsMissing()) continue;
-        const HRESULT put = PutByReference(*argument, arguments[i]);
-        if (FAILED(put)) return put;
-      }
-      return S_OK;
-    }
-  } write_back{method, parameters, arguments};
-
+HRESULT AutomationCore::InvokeMethod(const Method& method, const DISPPARAMS& parameters,
+                                     VARIANT* result, UINT* bad_argument) {
+  UINT nowhere = 0;
+  UINT* const bad = bad_argument != nullptr ? bad_argument : &nowhere;
+  DispatchArguments given(method, parameters);
+  std::vector<Value> arguments;
+  const HRESULT read = given.Read(arguments, bad);
+  if (FAILED(read)) return read;
   try {
     const Value answer = tavcc::Invoke(class_, method, *object_, arguments);
-    const HRESULT written = write_back.Run();
-    if (FAILED(written)) return written;
+    given.WriteBack(arguments);
     if (result != nullptr) ToVariant(answer, result);
     return S_OK;
   } catch (const ArgumentError& error) {
-    mismatch(static_cast<size_t>(error.index()));
+    *bad = given.PlaceOf(static_cast<size_t>(error.index()));
     return ArgumentResult(error);
   } catch (const AutomationError&) {
-    write_back.Run();
+    given.WriteBack(arguments);  // in/out results go back also when the method raises
     throw;
   }
 }
 
 HRESULT AutomationCore::Call(int slot, std::span<const RawArgument> raw,
                              RawArgument result) noexcept {
-  return AtBorder([&]() -> HRESULT {
+  return AtBorder(ProgID(), [&]() -> HRESULT {
     const Method& method = class_.methods[static_cast<size_t>(slot)];
-    if (result == nullptr) return E_POINTER;
+    if (result == nullptr) RaiseHresult(E_POINTER);
     std::vector<Value> arguments;
     arguments.reserve(raw.size());
     for (size_t i = 0; i < raw.size(); ++i) {
@@ -317,7 +205,7 @@ HRESULT AutomationCore::Call(int slot, std::span<const RawArgument> raw,
       RawArgument at = raw[i];
       if (parameter.in_out) {
         at = At<RawArgument>(at);
-        if (at == nullptr) return E_POINTER;
+        if (at == nullptr) RaiseHresult(E_POINTER);
       }
       arguments.push_back(FromRaw(at, parameter.type));
     }

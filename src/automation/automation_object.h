@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "automation/border/platform.h"
+#include "automation/com_host.h"
 #include "registry/class_registry.h"
 
 namespace tavcc::automation {
@@ -27,27 +28,30 @@ class AutomationCore {
 
   HRESULT GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) noexcept;
   HRESULT GetIDsOfNames(LPOLESTR* names, UINT count, DISPID* ids) noexcept;
-  HRESULT Invoke(DISPID id, WORD kind, DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* info,
-                 UINT* bad_argument) noexcept;
+  // Arguments are checked before the method runs (see DispatchArguments).
+  HRESULT Invoke(DISPID id, WORD kind, const DISPPARAMS* parameters, VARIANT* result,
+                 EXCEPINFO* info, UINT* bad_argument) noexcept;
 
   // An early-bound call of the method in `slot`: each element of `arguments` points at the argument
   // as it was passed; `result` is where the caller wants the result. A null in/out argument or
-  // result is E_POINTER. Errors of the method come back as HRESULT and error information.
+  // result is E_POINTER. Every error comes back as HRESULT and error information.
   HRESULT Call(int slot, std::span<const RawArgument> arguments, RawArgument result) noexcept;
 
  private:
-  HRESULT InvokeMethod(const Method& method, DISPPARAMS& parameters, VARIANT* result,
+  HRESULT InvokeMethod(const Method& method, const DISPPARAMS& parameters, VARIANT* result,
                        UINT* bad_argument);
+  std::string ProgID() const;
 
   const ClassDescription& class_;
   const IID& interface_id_;
+  ComHost host_;
   std::unique_ptr<PlugIn> object_;
 };
 
 // The object of one interface. Derived classes implement the interface's own methods, one line
-// each.
+// each. It tells early-bound callers that its errors come with error information.
 template <class Interface>
-class AutomationObject : public Interface {
+class AutomationObject : public Interface, public ISupportErrorInfo {
  public:
   AutomationObject(const ClassDescription& cls, const IID& interface_id)
       : core_(cls, interface_id) {}
@@ -56,10 +60,13 @@ class AutomationObject : public Interface {
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) noexcept override {
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
-    if (id != IID_IUnknown && id != IID_IDispatch && id != core_.interface_id()) {
+    if (id == IID_IUnknown || id == IID_IDispatch || id == core_.interface_id()) {
+      *object = static_cast<Interface*>(this);
+    } else if (id == IID_ISupportErrorInfo) {
+      *object = static_cast<ISupportErrorInfo*>(this);
+    } else {
       return E_NOINTERFACE;
     }
-    *object = static_cast<Interface*>(this);
     AddRef();
     return S_OK;
   }
@@ -79,14 +86,20 @@ class AutomationObject : public Interface {
                                         ITypeInfo** info) noexcept override {
     return core_.GetTypeInfo(index, locale, info);
   }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID id, LPOLESTR* names, UINT count, LCID,
                                           DISPID* ids) noexcept override {
+    if (id != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
     return core_.GetIDsOfNames(names, count, ids);
   }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* parameters,
-                                   VARIANT* result, EXCEPINFO* info,
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID interface_id, LCID, WORD kind,
+                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* info,
                                    UINT* bad_argument) noexcept override {
+    if (interface_id != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
     return core_.Invoke(id, kind, parameters, result, info, bad_argument);
+  }
+
+  HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID id) noexcept override {
+    return id == core_.interface_id() ? S_OK : S_FALSE;
   }
 
  protected:

@@ -1,5 +1,6 @@
 #include "automation/com_host.h"
 
+#include "automation/apartment.h"
 #include "automation/border/border.h"
 #include "automation/border/variant.h"
 #include "automation/objects.h"
@@ -21,7 +22,7 @@ LateBound ObjectOf(const Value& value) {
 class ComUserContext final : public UserContext {
  public:
   explicit ComUserContext(LateBound late) : late_(std::move(late)) {}
-  int16_t UserID() const override { return ToInteger(late_.Get(L"UserID")); }
+  int16_t UserID() const override { return ToInteger(late_.Get(guessed::kUserID)); }
 
  private:
   LateBound late_;
@@ -31,12 +32,14 @@ class ComDbContext final : public DbContext {
  public:
   explicit ComDbContext(LateBound late) : late_(std::move(late)) {}
   std::shared_ptr<UserContext> GetUserContext() override {
-    return std::make_shared<ComUserContext>(ObjectOf(late_.Get(L"UserContext")));
+    return std::make_shared<ComUserContext>(ObjectOf(late_.Get(guessed::kUserContext)));
   }
-  void Bind(std::string_view sDsn) override { late_.Call(L"Bind", {Value(sDsn)}); }
-  ConnectionPtr GetConnection() override { return ToObject<Connection>(late_.Get(L"Connection")); }
-  void ReadyFirst() override { late_.Call(L"ReadyFirst"); }
-  void ReadySecond() override { late_.Call(L"ReadySecond"); }
+  void Bind(std::string_view sDsn) override { late_.Call(guessed::kBind, {Value(sDsn)}); }
+  ConnectionPtr GetConnection() override {
+    return ToObject<Connection>(late_.Get(guessed::kConnection));
+  }
+  void ReadyFirst() override { late_.Call(guessed::kReadyFirst); }
+  void ReadySecond() override { late_.Call(guessed::kReadySecond); }
 
  private:
   LateBound late_;
@@ -137,30 +140,10 @@ class ComResourceLoader final : public ResourceLoader {
   LateBound late_ = LateBound::Create(ProgID(Role::kResourceLoader));
 };
 
-LateBound Global() {
-  return LateBound::Create(ProgID(Role::kGlobal));
-}
-
 }  // namespace
 
-Value BorrowedDictionary::Item(std::string_view key) const {
-  return late_.GetDefault(Value(key));
-}
-
-void BorrowedDictionary::SetItem(std::string_view key, Value value) {
-  late_.Put(L"Item", {Value(key), std::move(value)});
-}
-
-Value BorrowedDictionary::ItemOr(std::string_view key, Value fallback) const {
-  return Lookup(key) ? Item(key) : fallback;
-}
-
-bool BorrowedDictionary::Lookup(std::string_view key) const {
-  return ToBoolean(late_.Call(L"Lookup", {Value(key)}));
-}
-
 std::shared_ptr<DbContext> ComHost::NewDbContext() {
-  return std::make_shared<ComDbContext>(ObjectOf(Global().Get(L"DbContext")));
+  return std::make_shared<ComDbContext>(ObjectOf(GlobalObject().Get(guessed::kDbContext)));
 }
 
 std::unique_ptr<ApplicationConnection> ComHost::NewApplicationConnection() {
@@ -185,7 +168,8 @@ std::unique_ptr<DataService> ComHost::NewDataService() {
   for (const wchar_t* at = ProgID(Role::kDataService); *at != L'\0'; ++at) {
     prog_id += static_cast<char>(*at);
   }
-  return std::make_unique<ComDataService>(ObjectOf(Global().Call(L"CreateObject", {prog_id})));
+  return std::make_unique<ComDataService>(
+      ObjectOf(GlobalObject().Call(guessed::kCreateObject, {prog_id})));
 }
 
 std::shared_ptr<GLData> ComHost::NewGLData() {
@@ -214,14 +198,14 @@ Dictionary* ComHost::PublishedValues() {
 }
 
 std::string ComHost::FieldText(const Value& value) {
-  return ToText(LateBound::Create(ProgID(Role::kFunctions)).Call(L"FieldText", {value}));
+  return ToText(LateBound::Create(ProgID(Role::kFunctions)).Call(guessed::kFieldText, {value}));
 }
 
 std::string ComHost::FormatPlaceholders(std::string_view text, std::span<const Value> values) {
   const VectorPtr list = NewVector();
   for (const Value& value : values) list->Add(value);
-  return ToText(
-      LateBound::Create(ProgID(Role::kFunctions)).Call(L"Format", {Value(text), Value(list)}));
+  return ToText(LateBound::Create(ProgID(Role::kFunctions))
+                    .Call(guessed::kFormat, {Value(text), Value(list)}));
 }
 
 }  // namespace tavcc::automation

@@ -4,31 +4,28 @@
 #include <memory>
 #include <optional>
 
-#include "automation/late_bound.h"
+#include "automation/objects.h"
 #include "foundation/host.h"
 
 namespace tavcc::automation {
 
 // The dictionary that the host publishes, over a pointer that is only borrowed: no reference is
 // taken and none is given back.
-class BorrowedDictionary final : public Dictionary {
+class BorrowedDictionary final : public LateBoundDictionary {
  public:
   explicit BorrowedDictionary(IDispatch* object) : late_(LateBound::Borrow(object)) {}
   ~BorrowedDictionary() override { late_.Forget(); }
   BorrowedDictionary(const BorrowedDictionary&) = delete;
   BorrowedDictionary& operator=(const BorrowedDictionary&) = delete;
 
-  Value Item(std::string_view key) const override;
-  void SetItem(std::string_view key, Value value) override;
-  Value ItemOr(std::string_view key, Value fallback) const override;
-  bool Lookup(std::string_view key) const override;
-
  private:
+  const LateBound& late() const override { return late_; }
+
   LateBound late_;
 };
 
-// One per thread (apartment). Everything is created at the moment of use; what is to be kept, the
-// host services keep.
+// One for each object of the library. Everything is created at the moment of use; what is to be
+// kept, the host services and the apartment keep.
 class ComHost final : public Host {
  public:
   std::shared_ptr<DbContext> NewDbContext() override;

@@ -1,14 +1,23 @@
 // The four entry points of the in-process server.
 
+#include "automation/apartment.h"
 #include "automation/border/class_factory.h"
 #include "automation/border/module.h"
 #include "automation/interfaces.h"
 #include "automation/registration.h"
+#include "automation/runtime/module_runtime.h"
 
 using namespace tavcc::automation;  // the exports have no namespace
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID process_ends) {
   if (reason == DLL_PROCESS_ATTACH) SetModule(module);
+  if (reason == DLL_THREAD_DETACH) FreeThreadStorage();
+  if (reason == DLL_PROCESS_DETACH) {
+    // Whoever unloads the module without asking DllCanUnloadNow would leave COM a spy whose code is
+    // gone. Of other threads' spies nothing can be taken back from here.
+    if (process_ends == nullptr) LeaveApartment();
+    ModuleEnds(process_ends != nullptr);
+  }
   return TRUE;
 }
 
@@ -22,7 +31,7 @@ STDAPI DllGetClassObject(REFCLSID id, REFIID wanted, LPVOID* object) {
 }
 
 STDAPI DllCanUnloadNow() {
-  return CanUnload() ? S_OK : S_FALSE;
+  return LeaveAndCanUnload() ? S_OK : S_FALSE;
 }
 STDAPI DllRegisterServer() {
   return Register();

@@ -5,6 +5,7 @@
 
 #include "automation/automation_object.h"
 #include "automation/border/border.h"
+#include "foundation/text.h"
 
 namespace tavcc::automation {
 
@@ -330,7 +331,7 @@ class clsOtherOut final : public AutomationObject<_clsOtherOut> {
 
 template <class Class>
 HRESULT Create(std::string_view name, const IID& interface_id, REFIID wanted, void** object) {
-  return AtBorder([&]() -> HRESULT {
+  return AtBorder(Cat(kLibraryName, ".", name), [&]() -> HRESULT {
     auto* created = new Class(*FindClass(name), interface_id);
     const HRESULT result = created->QueryInterface(wanted, object);
     created->Release();

@@ -28,7 +28,7 @@ LateBound LateBound::Create(const wchar_t* prog_id) {
     result = CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER,
                               IID_IDispatch, reinterpret_cast<void**>(object.GetAddressOf()));
   }
-  if (FAILED(result)) {
+  if (FAILED(result) || object == nullptr) {
     throw AutomationError(RuntimeError::kCannotCreateObject,
                           Cat(Describe(RuntimeError::kCannotCreateObject), ": ", Narrow(prog_id)));
   }
@@ -73,8 +73,12 @@ void LateBound::Put(const wchar_t* member, std::initializer_list<Value> argument
   Invoke(IdOf(member), DISPATCH_PROPERTYPUT, arguments);
 }
 
-Value LateBound::GetDefault(const Value& key) const {
-  return Invoke(DISPID_VALUE, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {key});
+Value LateBound::GetDefault(std::initializer_list<Value> index) const {
+  return Invoke(DISPID_VALUE, DISPATCH_METHOD | DISPATCH_PROPERTYGET, index);
+}
+
+void LateBound::PutDefault(const Value& index, const Value& value) const {
+  Invoke(DISPID_VALUE, DISPATCH_PROPERTYPUT, {index, value});
 }
 
 void LateBound::PutReference(const wchar_t* member, IDispatch* object) const {

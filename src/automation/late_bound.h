@@ -30,8 +30,9 @@ class LateBound {
   Value Call(const wchar_t* member, std::initializer_list<Value> arguments = {}) const;
   Value Get(const wchar_t* member, std::initializer_list<Value> arguments = {}) const;
   void Put(const wchar_t* member, std::initializer_list<Value> arguments) const;
-  // The default member with one index or key.
-  Value GetDefault(const Value& key) const;
+  // The default member, alone or of one index or key.
+  Value GetDefault(std::initializer_list<Value> index = {}) const;
+  void PutDefault(const Value& index, const Value& value) const;
   // Assigns an object by reference ("Set x.Member = object"; null sets it to nothing).
   void PutReference(const wchar_t* member, IDispatch* object) const;
   // Calls with two texts passed by reference.

@@ -38,20 +38,20 @@ LateBound LateBoundOf(const Value& value) {
 
 // ---- Dictionary and vector ---------------------------------------------------------------------
 
-Value HostDictionaryAdapter::Item(std::string_view key) const {
-  return late_.Get(L"Item", {Value(key)});
+Value LateBoundDictionary::Item(std::string_view key) const {
+  return late().GetDefault({Value(key)});
 }
 
-void HostDictionaryAdapter::SetItem(std::string_view key, Value value) {
-  late_.Put(L"Item", {Value(key), std::move(value)});
+void LateBoundDictionary::SetItem(std::string_view key, Value value) {
+  late().PutDefault(Value(key), value);
 }
 
-Value HostDictionaryAdapter::ItemOr(std::string_view key, Value fallback) const {
-  return late_.Call(L"GetValue", {Value(key), std::move(fallback)});
+Value LateBoundDictionary::ItemOr(std::string_view key, Value fallback) const {
+  return Lookup(key) ? Item(key) : fallback;
 }
 
-bool HostDictionaryAdapter::Lookup(std::string_view key) const {
-  return ToBoolean(late_.Call(L"Lookup", {Value(key)}));
+bool LateBoundDictionary::Lookup(std::string_view key) const {
+  return ToBoolean(late().Call(L"Lookup", {Value(key)}));
 }
 
 int HostVectorAdapter::Size() const {
@@ -64,10 +64,10 @@ int HostVectorAdapter::UBound() const {
   return ToLong(late_.Get(L"UBound"));
 }
 Value HostVectorAdapter::Item(int index) const {
-  return late_.Get(L"Item", {int32_t{index}});
+  return late_.GetDefault({int32_t{index}});
 }
 void HostVectorAdapter::Add(Value value) {
-  late_.Call(L"Add", {std::move(value)});
+  late_.Call(guessed::kAdd, {std::move(value)});
 }
 
 // ---- Recordset ---------------------------------------------------------------------------------
@@ -122,7 +122,7 @@ void AdoRecordset::Close() {
 // ---- Connection --------------------------------------------------------------------------------
 
 RecordsetPtr AdoConnection::Execute(std::string_view sql) {
-  return AdaptAs<Recordset>(late_.Call(L"Execute", {Value(sql), Missing{}, kOptionUnspecified}));
+  return ToObject<Recordset>(late_.Call(L"Execute", {Value(sql), Missing{}, kOptionUnspecified}));
 }
 
 RecordsetPtr AdoConnection::OpenClientRecordset(std::string_view sql) {

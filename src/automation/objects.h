@@ -36,13 +36,24 @@ class OpaqueObject final : public Object, public Adapter {
   using Adapter::Adapter;
 };
 
-class HostDictionaryAdapter final : public Dictionary, public Adapter {
+// A dictionary through its Lookup and its default member, which reads and writes an item.
+class LateBoundDictionary : public Dictionary {
  public:
-  using Adapter::Adapter;
   Value Item(std::string_view key) const override;
   void SetItem(std::string_view key, Value value) override;
   Value ItemOr(std::string_view key, Value fallback) const override;
   bool Lookup(std::string_view key) const override;
+
+ private:
+  virtual const LateBound& late() const = 0;
+};
+
+class HostDictionaryAdapter final : public LateBoundDictionary, public Adapter {
+ public:
+  using Adapter::Adapter;
+
+ private:
+  const LateBound& late() const override { return late_; }
 };
 
 class HostVectorAdapter final : public Vector, public Adapter {
@@ -85,12 +96,5 @@ class AdoConnection final : public Connection, public Adapter {
   int State() const override;
   void Close() override;
 };
-
-// A value that must be an object of the host, as the port T; null where the value is no object.
-template <class T>
-std::shared_ptr<T> AdaptAs(const Value& value) {
-  if (!value.IsObject() || value.object() == nullptr) return nullptr;
-  return ToObject<T>(value);
-}
 
 }  // namespace tavcc::automation

@@ -29,6 +29,21 @@ HRESULT RegisterTypeLibrary(std::wstring path) {
   return RegisterTypeLib(library.Get(), path.data(), help_folder.data());
 }
 
+// Both bitnesses share the library's key and the interfaces'. While the other one is registered,
+// only what leads to this one's file goes: taking the library out would take the interfaces too.
+HRESULT UnregisterTypeLibrary() {
+  constexpr bool kIs64 = sizeof(void*) == 8;
+  const std::wstring key = L"TypeLib\\" + GuidText(LIBID_TavM_CC_PlugIns) + L"\\1.0\\0\\";
+  if (KeyExists(key + (kIs64 ? L"win32" : L"win64"))) {
+    return DeleteTree(key + (kIs64 ? L"win64" : L"win32"));
+  }
+  constexpr WORD kMajor = 1;
+  constexpr WORD kMinor = 0;
+  UnRegisterTypeLib(LIBID_TavM_CC_PlugIns, kMajor, kMinor, LOCALE_NEUTRAL,
+                    kIs64 ? SYS_WIN64 : SYS_WIN32);
+  return S_OK;  // one that is not there is no error
+}
+
 }  // namespace
 
 HRESULT Register() {
@@ -50,11 +65,8 @@ HRESULT Unregister() {
     const HRESULT removed = RemoveClassKeys(KeysOf(cls, L""));
     if (FAILED(removed)) result = removed;
   }
-  constexpr WORD kMajor = 1;
-  constexpr WORD kMinor = 0;
-  constexpr SYSKIND kKind = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
-  UnRegisterTypeLib(LIBID_TavM_CC_PlugIns, kMajor, kMinor, LOCALE_NEUTRAL, kKind);
-  return result;
+  const HRESULT removed = UnregisterTypeLibrary();
+  return FAILED(result) ? result : removed;
 }
 
 }  // namespace tavcc::automation

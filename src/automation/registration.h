@@ -8,7 +8,8 @@ namespace tavcc::automation {
 // For each class its keys (class_keys.h), and the type library with its help file.
 HRESULT Register();
 
-// Removes all of that. Keys that are not there are no error.
+// Removes all of that, but what the server of the other bitness needs while it is registered. Keys
+// that are not there are no error.
 HRESULT Unregister();
 
 }  // namespace tavcc::automation

@@ -59,6 +59,11 @@ int32_t FromHresult(HRESULT result) {
   return result;
 }
 
+AutomationError WithSource(AutomationError error, std::string_view source) {
+  if (!error.source().empty()) return error;
+  return AutomationError(error.number(), std::string(source), error.description());
+}
+
 void FillExcepInfo(const AutomationError& error, EXCEPINFO* info) {
   *info = EXCEPINFO{};
   info->scode = ToHresult(error.number());
@@ -82,10 +87,13 @@ void SetThreadError(const AutomationError& error) {
   }
 }
 
+void RaiseHresult(HRESULT result) {
+  throw AutomationError(FromHresult(result), "", SystemText(result));
+}
+
 void RaiseFrom(HRESULT result, EXCEPINFO& info) {
   if (const auto number = DispatchError(result)) throw AutomationError(*number);
-  if (result != DISP_E_EXCEPTION)
-    throw AutomationError(FromHresult(result), "", SystemText(result));
+  if (result != DISP_E_EXCEPTION) RaiseHresult(result);
   if (info.pfnDeferredFillIn != nullptr) info.pfnDeferredFillIn(&info);
   const int32_t number = info.scode != 0 ? FromHresult(info.scode) : info.wCode;
   const AutomationError error(number, ToUtf8(info.bstrSource), ToUtf8(info.bstrDescription));

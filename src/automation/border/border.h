@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "automation/border/platform.h"
@@ -16,6 +17,9 @@ namespace tavcc::automation {
 HRESULT ToHresult(int32_t number);
 int32_t FromHresult(HRESULT result);
 
+// The error, with `source` where it has none of its own: a client's Err.Source is never empty.
+AutomationError WithSource(AutomationError error, std::string_view source);
+
 // An error as EXCEPINFO and as the thread's error information for early-bound callers.
 void FillExcepInfo(const AutomationError& error, EXCEPINFO* info);
 void SetThreadError(const AutomationError& error);
@@ -23,14 +27,19 @@ void SetThreadError(const AutomationError& error);
 // The error that a failed late-bound call left.
 [[noreturn]] void RaiseFrom(HRESULT result, EXCEPINFO& info);
 
+// A system call's failure as an error with the system's text.
+[[noreturn]] void RaiseHresult(HRESULT result);
+
 // Runs the body of a COM method. Errors become DISP_E_EXCEPTION's early-bound counterpart: the
-// error's HRESULT, with its source and description as error information.
+// error's HRESULT, with its source (`source` where it has none) and description as error
+// information. What an earlier call left there is taken away first.
 template <class Body>
-HRESULT AtBorder(Body&& body) noexcept {
+HRESULT AtBorder(std::string_view source, Body&& body) noexcept {
   try {
+    SetErrorInfo(0, nullptr);
     return std::forward<Body>(body)();
   } catch (...) {
-    const AutomationError error = internal::CurrentError();
+    const AutomationError error = WithSource(internal::CurrentError(), source);
     SetThreadError(error);
     return ToHresult(error.number());
   }

@@ -4,12 +4,6 @@ namespace tavcc::automation {
 
 namespace {
 
-std::wstring GuidText(const GUID& id) {
-  wchar_t text[40];
-  StringFromGUID2(id, text, static_cast<int>(std::size(text)));
-  return text;
-}
-
 HRESULT SetKey(const std::wstring& key, const wchar_t* name, const std::wstring& value) {
   HKEY handle = nullptr;
   LSTATUS status = RegCreateKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, nullptr, 0, KEY_WRITE,
@@ -21,17 +15,32 @@ HRESULT SetKey(const std::wstring& key, const wchar_t* name, const std::wstring&
   return HRESULT_FROM_WIN32(static_cast<DWORD>(status));
 }
 
+std::wstring ClassKey(const ClassKeys& keys) {
+  return L"CLSID\\" + GuidText(keys.id);
+}
+
+}  // namespace
+
+std::wstring GuidText(const GUID& id) {
+  wchar_t text[40];
+  StringFromGUID2(id, text, static_cast<int>(std::size(text)));
+  return text;
+}
+
 HRESULT DeleteTree(const std::wstring& key) {
   const LSTATUS status = RegDeleteTreeW(HKEY_CLASSES_ROOT, key.c_str());
   if (status == ERROR_FILE_NOT_FOUND || status == ERROR_SUCCESS) return S_OK;
   return HRESULT_FROM_WIN32(static_cast<DWORD>(status));
 }
 
-std::wstring ClassKey(const ClassKeys& keys) {
-  return L"CLSID\\" + GuidText(keys.id);
+bool KeyExists(const std::wstring& key, REGSAM view) {
+  HKEY handle = nullptr;
+  if (RegOpenKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, KEY_READ | view, &handle) != ERROR_SUCCESS) {
+    return false;
+  }
+  RegCloseKey(handle);
+  return true;
 }
-
-}  // namespace
 
 HRESULT WriteClassKeys(const ClassKeys& keys) {
   const std::wstring key = ClassKey(keys);
@@ -58,13 +67,16 @@ HRESULT WriteClassKeys(const ClassKeys& keys) {
 
 HRESULT RemoveClassKeys(const ClassKeys& keys) {
   const HRESULT by_id = DeleteTree(ClassKey(keys));
-  const HRESULT by_name = DeleteTree(keys.prog_id);
-  return FAILED(by_id) ? by_id : by_name;
+  // Where Windows has one bitness only, the other view is this one, and the key is gone already.
+  if (FAILED(by_id) || KeyExists(ClassKey(keys), kOtherView)) return by_id;
+  return DeleteTree(keys.prog_id);
 }
 
 std::wstring ModulePath(HINSTANCE module) {
-  wchar_t path[MAX_PATH];
-  return {path, GetModuleFileNameW(module, path, MAX_PATH)};
+  constexpr DWORD kLongestPath = 32768;
+  std::wstring path(kLongestPath, L'\0');
+  path.resize(GetModuleFileNameW(module, path.data(), kLongestPath));
+  return path;
 }
 
 }  // namespace tavcc::automation

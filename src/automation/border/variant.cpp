@@ -41,7 +41,7 @@ Value FromDate(DATE date) {
 
 // What a by-reference VARIANT points at, as a VARIANT of its own that owns nothing.
 VARIANT Dereferenced(const VARIANT& variant) {
-  if (variant.vt == (VT_VARIANT | VT_BYREF)) return *variant.pvarVal;
+  if (variant.byref == nullptr) throw AutomationError(RuntimeError::kTypeMismatch);
   VARIANT out;
   VariantInit(&out);
   out.vt = static_cast<VARTYPE>(variant.vt & ~kByReference);
@@ -137,10 +137,21 @@ BSTR NewBstr(std::string_view utf8) {
   return out;
 }
 
-Value FromVariant(const VARIANT& variant) {
-  if ((variant.vt & VT_ARRAY) == 0 && (variant.vt & kByReference) != 0) {
-    return FromVariant(Dereferenced(variant));
+VARIANT* Referred(VARIANT* variant) {
+  constexpr int kDeepest = 16;  // deeper ones go round in a circle
+  for (int depth = 0; variant != nullptr; ++depth) {
+    if (variant->vt != (VT_VARIANT | kByReference)) return variant;
+    if (depth == kDeepest) return nullptr;
+    variant = variant->pvarVal;
   }
+  return nullptr;
+}
+
+Value FromVariant(const VARIANT& given) {
+  const VARIANT* const referred = Referred(const_cast<VARIANT*>(&given));
+  if (referred == nullptr) throw AutomationError(RuntimeError::kTypeMismatch);
+  const bool by_reference = (referred->vt & VT_ARRAY) == 0 && (referred->vt & kByReference) != 0;
+  const VARIANT variant = by_reference ? Dereferenced(*referred) : *referred;
   switch (variant.vt) {
     case VT_EMPTY:
       return Empty{};

@@ -14,11 +14,15 @@ std::string ToUtf8(BSTR text);
 // A new BSTR that the caller frees. Errors: 7 when there is no memory.
 BSTR NewBstr(std::string_view utf8);
 
+// What a VARIANT stands for: a VARIANT by reference for the one it refers to, which may do so
+// again; any other for itself. Null for a null reference, and for one that leads nowhere.
+VARIANT* Referred(VARIANT* variant);
+
 // The value of a VARIANT, by reference or not. The integers of more than 32 bits, and unsigned ones
 // that do not fit, become decimals, as do currencies; an error code DISP_E_PARAMNOTFOUND is an
 // omitted argument. Objects cross by WrapObject.
-// Errors: 13 for an object without late binding, and with a text that names the type for arrays
-// (binary included) and everything else that an automation value cannot be.
+// Errors: 13 for a null reference, for an object without late binding, and with a text that names
+// the type for arrays (binary included) and everything else that an automation value cannot be.
 Value FromVariant(const VARIANT& variant);
 
 // How objects cross is the module's own: the automation server adapts the host's objects to ports,

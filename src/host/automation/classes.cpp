@@ -3,6 +3,7 @@
 #include "automation/border/border.h"
 #include "host/automation/ado_objects.h"
 #include "host/automation/component_objects.h"
+#include "host/automation/dispatch_object.h"
 #include "host/automation/session_object.h"
 
 namespace tavcc::host_automation {
@@ -11,7 +12,12 @@ namespace {
 
 template <IDispatch* (*New)()>
 HRESULT Create(REFIID wanted, void** object) {
-  return automation::AtBorder([&]() -> HRESULT {
+  return automation::AtBorder("TavReferenceHost", [&]() -> HRESULT {
+    if (const auto fault = TakeFault()) {
+      if (*fault != Fault::kNothing) return E_FAIL;
+      *object = nullptr;
+      return S_OK;
+    }
     IDispatch* created = New();
     const HRESULT result = created->QueryInterface(wanted, object);
     created->Release();

@@ -66,9 +66,9 @@ void Publish(const DictionaryPtr& dictionary) {
 }
 
 IDispatch* NewGlobal() {
-  Host& host = ThreadHost();
+  ThreadHost();  // without one there is none
   return NewDispatchObject(
-      {{"DbContext", [&host](const Arguments&) { return ContextFace(host.NewDbContext()); }},
+      {{"DbContext", [](const Arguments&) { return ContextFace(ThreadHost().NewDbContext()); }},
        {"CreateObject",
         [](const Arguments& a) -> Value {
           if (!EqualsIgnoringCase(ToText(a[0]), kDataServiceProgId)) {

@@ -18,7 +18,8 @@ Host& ThreadHost();
 // published object stays alive until the next call.
 void Publish(const DictionaryPtr& dictionary);
 
-// One object each, with one reference. Errors: 429 where the host lacks the component.
+// One object each, with one reference. Errors: 429 where the host lacks the component. The global
+// object belongs to whichever host serves the thread when it is called.
 IDispatch* NewGlobal();
 IDispatch* NewApplicationConnectionObject();
 IDispatch* NewClassInfoObject();

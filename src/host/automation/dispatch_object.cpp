@@ -7,6 +7,7 @@
 #include "automation/border/module.h"
 #include "automation/border/variant.h"
 #include "foundation/text.h"
+#include "host/automation/objects_of_ports.h"
 
 namespace tavcc::host_automation {
 
@@ -23,18 +24,27 @@ constexpr IID kBehindId = {
 
 std::atomic<long> living{0};
 
-struct OrderedFailure {
+struct OrderedFault {
   int calls_left;
-  AutomationError error;
+  Fault fault;
 };
 // A bare pointer: see foundation/trap.cpp.
-thread_local OrderedFailure* failure = nullptr;
+thread_local OrderedFault* ordered = nullptr;
 
-void RaiseOrderedFailure() {
-  if (failure == nullptr || --failure->calls_left > 0) return;
-  const AutomationError error = failure->error;
-  CancelFailure();
-  throw error;
+// What a call that goes wrong answers.
+Value WrongAnswer(Fault fault) {
+  switch (fault) {
+    case Fault::kNothing:
+      return ObjectPtr();
+    case Fault::kNumber:
+      return int32_t{7};
+    case Fault::kStrangeObject:
+      return OwnedObject(NewDispatchObject({}, nullptr));
+    case Fault::kError:
+      throw AutomationError(50000, "", "host failed");
+    default:
+      return Empty{};
+  }
 }
 
 class DispatchObject final : public IDispatch {
@@ -89,7 +99,7 @@ class DispatchObject final : public IDispatch {
 
 HRESULT DispatchObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
                                       DISPID* ids) noexcept {
-  return automation::AtBorder([&]() -> HRESULT {
+  return automation::AtBorder("TavReferenceHost", [&]() -> HRESULT {
     if (count != 1) return DISP_E_UNKNOWNNAME;  // no member takes named arguments
     BSTR text = SysAllocString(names[0]);
     const std::string name = automation::ToUtf8(text);
@@ -125,12 +135,13 @@ HRESULT DispatchObject::Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* p
     if (!handler) return DISP_E_MEMBERNOTFOUND;
     std::vector<Value> values;
     for (UINT i = parameters->cArgs; i-- > 0;) values.push_back(FromVariant(parameters->rgvarg[i]));
-    RaiseOrderedFailure();
-    const Value answer = handler(Arguments(values));
+    const auto fault = TakeFault();
+    if (fault == Fault::kBareResult) return E_FAIL;
+    const Value answer = fault ? WrongAnswer(*fault) : handler(Arguments(values));
     if (result != nullptr) ToVariant(answer, result);
     return S_OK;
   } catch (...) {
-    if (info != nullptr) FillExcepInfo(internal::CurrentError(), info);
+    if (info != nullptr) FillExcepInfo(internal::CurrentError(), info);  // perhaps without a source
     return DISP_E_EXCEPTION;
   }
 }
@@ -159,15 +170,22 @@ long LivingDispatchObjects() {
   return living;
 }
 
-void FailMemberCallAt(int k, AutomationError error) {
-  CancelFailure();
-  failure = new OrderedFailure{k, std::move(error)};
+void OrderFault(int k, Fault fault) {
+  CancelFault();
+  ordered = new OrderedFault{k, fault};
 }
 
-bool CancelFailure() {
-  const bool left = failure != nullptr;
-  delete std::exchange(failure, nullptr);
+int CancelFault() {
+  const int left = ordered == nullptr ? 0 : ordered->calls_left;
+  delete std::exchange(ordered, nullptr);
   return left;
+}
+
+std::optional<Fault> TakeFault() {
+  if (ordered == nullptr || --ordered->calls_left > 0) return std::nullopt;
+  const Fault fault = ordered->fault;
+  CancelFault();
+  return fault;
 }
 
 }  // namespace tavcc::host_automation

@@ -1,12 +1,13 @@
 // An automation object over C++ members: a table of names, and a function behind each.
 //
 // The reference host shows itself to the automation server through such objects. They count
-// themselves, so that a test can see that every reference was given back, and one call of a member
-// can be made to fail, so that it can see what then happens.
+// themselves, so that a test can see that every reference was given back, and one call can be made
+// to go wrong, so that it can see what then happens.
 #pragma once
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -51,9 +52,24 @@ ObjectPtr BehindObject(IDispatch* object);
 // Objects alive now, over all threads.
 long LivingDispatchObjects();
 
-// Makes the k-th member call from now on (1 is the next one), on this thread, fail with the error.
-void FailMemberCallAt(int k, AutomationError error);
-// Takes a failure back that no call has met; false when there was none left.
-bool CancelFailure();
+// How a host call can go wrong: what a member answers in place of its own answer.
+enum class Fault {
+  kNothing,        // no object
+  kEmpty,          // Empty
+  kNumber,         // 7, perhaps where an object belongs
+  kStrangeObject,  // an object without members
+  kBareResult,     // E_FAIL, without error information
+  kError,          // error 50000, "host failed"
+};
+inline constexpr Fault kFaults[] = {Fault::kNothing,       Fault::kEmpty,      Fault::kNumber,
+                                    Fault::kStrangeObject, Fault::kBareResult, Fault::kError};
+
+// Makes the k-th host call from now on (1 is the next one), on this thread, go wrong. Host calls
+// are those of a member, and the making of a component, which fails or answers no object.
+void OrderFault(int k, Fault fault);
+// Takes an order back. Returns how many calls it was still away; 0 when it was met.
+int CancelFault();
+// For whoever carries out a host call: whether this is the one.
+std::optional<Fault> TakeFault();
 
 }  // namespace tavcc::host_automation

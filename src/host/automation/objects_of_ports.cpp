@@ -16,10 +16,6 @@ IDispatch* FaceOf(const DictionaryPtr& dictionary) {
              return Empty{};
            },
            true},
-          {"GetValue",
-           [=](const Arguments& a) {
-             return dictionary->ItemOr(ToText(a[0]), a.size() > 1 ? a[1] : Value(Empty{}));
-           }},
           {"Lookup", [=](const Arguments& a) -> Value { return dictionary->Lookup(ToText(a[0])); }},
       },
       dictionary);
@@ -36,7 +32,6 @@ IDispatch* FaceOf(const VectorPtr& vector) {
              return Empty{};
            }},
           {"Size", size},
-          {"Count", size},
           {"LBound", [=](const Arguments&) -> Value { return int32_t{vector->LBound()}; }},
           {"UBound", [=](const Arguments&) -> Value { return int32_t{vector->UBound()}; }},
       },

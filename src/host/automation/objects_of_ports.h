@@ -13,8 +13,8 @@
 namespace tavcc::host_automation {
 
 // Each returns a new object with one reference.
-IDispatch* FaceOf(const DictionaryPtr& dictionary);  // Item (default), GetValue, Lookup, Count
-IDispatch* FaceOf(const VectorPtr& vector);          // Item (default), Add, Size, Count, bounds
+IDispatch* FaceOf(const DictionaryPtr& dictionary);  // Item (default), Lookup
+IDispatch* FaceOf(const VectorPtr& vector);          // Item (default), Add, Size, bounds
 IDispatch* FaceOf(const RecordsetPtr& recordset);    // ADODB.Recordset's reading members
 IDispatch* FaceOf(const ConnectionPtr& connection);  // ADODB.Connection's members that rules use
 
