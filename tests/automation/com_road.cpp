@@ -1,6 +1,9 @@
 #include "automation/com_road.h"
 
+#include <array>
+#include <atomic>
 #include <map>
+#include <utility>
 
 #include "automation/border/border.h"
 #include "automation/border/variant.h"
@@ -19,6 +22,7 @@ using automation::ComPtr;
 using automation::FromVariant;
 using automation::ToVariant;
 using automation::UniqueVariant;
+using host_automation::HostClasses;
 
 [[noreturn]] void Fail(const char* what, HRESULT result) {
   throw AutomationError(result, "", Cat(what, " failed"));
@@ -45,6 +49,7 @@ class ComRoad final : public Road {
   }
   ~ComRoad() override {
     objects_.clear();
+    ServerIsIdle();
     host_automation::Publish(nullptr);
     host_automation::SetThreadHost(nullptr);
   }
@@ -91,17 +96,38 @@ class ComRoads final : public Roads {
   }
 };
 
+// Each class of the host with a count of the objects made.
+constexpr size_t kMostClasses = 32;
+std::array<std::atomic<int>, kMostClasses> made;
+
+template <size_t I>
+HRESULT Counted(REFIID wanted, void** object) {
+  ++made[I];
+  return HostClasses()[I].create(wanted, object);
+}
+constexpr auto kCounted = []<size_t... I>(std::index_sequence<I...>) {
+  return std::array<automation::CreateFunction, sizeof...(I)>{Counted<I>...};
+}
+(std::make_index_sequence<kMostClasses>());
+
 }  // namespace
 
+int TimesMade(std::wstring_view prog_id) {
+  for (size_t i = 0; i < HostClasses().size(); ++i) {
+    if (HostClasses()[i].prog_id == prog_id) return made[i];
+  }
+  return 0;
+}
+
 HostClassHome::HostClassHome() {
-  for (const auto& cls : host_automation::HostClasses()) {
+  for (size_t i = 0; i < HostClasses().size(); ++i) {
     ComPtr<IUnknown> factory;
-    HRESULT result = automation::MakeClassFactory(cls.create, IID_IUnknown,
+    HRESULT result = automation::MakeClassFactory(kCounted[i], IID_IUnknown,
                                                   reinterpret_cast<void**>(factory.GetAddressOf()));
     if (FAILED(result)) Fail("MakeClassFactory", result);
     DWORD cookie = 0;
-    result = CoRegisterClassObject(cls.id, factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
-                                   &cookie);
+    result = CoRegisterClassObject(HostClasses()[i].id, factory.Get(), CLSCTX_INPROC_SERVER,
+                                   REGCLS_MULTIPLEUSE, &cookie);
     if (FAILED(result)) Fail("CoRegisterClassObject", result);
     cookies_.push_back(cookie);
   }
@@ -141,6 +167,15 @@ Value CallLateBound(IDispatch& object, const Method& method, std::vector<Value>&
   }
   if (FAILED(status)) automation::RaiseFrom(status, info);
   return FromVariant(*result);
+}
+
+bool ServerIsIdle() {
+  const HMODULE server = GetModuleHandleW(L"TavM_CC_PlugIns.dll");
+  if (server == nullptr) return true;
+  using CanUnloadNow = HRESULT(STDAPICALLTYPE*)();
+  const auto can_unload = reinterpret_cast<CanUnloadNow>(
+      reinterpret_cast<void*>(GetProcAddress(server, "DllCanUnloadNow")));
+  return can_unload() == S_OK;
 }
 
 std::unique_ptr<Roads> MakeComRoads() {

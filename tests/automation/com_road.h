@@ -4,6 +4,7 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 
 #include "automation/border/platform.h"
 #include "scenario/road.h"
@@ -24,10 +25,18 @@ class HostClassHome {
   std::vector<DWORD> cookies_;
 };
 
+// How often this process has made the component with this ProgID, over all threads.
+int TimesMade(std::wstring_view prog_id);
+
 // Calls a method late-bound, as a script would: in/out arguments by reference to a VARIANT.
 // Arguments, result and errors as those of Invoke in the class registry.
 Value CallLateBound(IDispatch& object, const Method& method, std::vector<Value>& arguments);
 
+// Whether the loaded server holds nothing any more: its DllCanUnloadNow answers yes. To ask makes
+// it let go of what it keeps for this thread.
+bool ServerIsIdle();
+
+// A road lets the server forget what it keeps for the thread when it ends.
 std::unique_ptr<Roads> MakeComRoads();
 
 }  // namespace tavcc

@@ -38,9 +38,6 @@ class HostedErp {
 // A new object of a registered class. Null, with a failed expectation, when that fails.
 automation::ComPtr<IDispatch> CreateByProgID(const wchar_t* prog_id);
 
-// Whether the loaded server holds nothing any more: its DllCanUnloadNow answers yes.
-bool ServerIsIdle();
-
 // Host objects alive beyond the class factories: what the server or a test still holds.
 long HostObjectsAlive();
 

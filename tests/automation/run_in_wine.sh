@@ -10,6 +10,15 @@ folder=$(cd "$1" && pwd)
 shift
 export WINEPREFIX=$folder/../wine WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=
 
+# 32-bit programs run on the system's Wine where it has its 32-bit half, else on the one that
+# scripts/wine32.sh unpacked.
+unpacked=$folder/../../wine32
+if [[ $folder == *windows32* && ! -x /usr/lib/wine/wine ]]; then
+  export WINEARCH=win32
+  export LD_LIBRARY_PATH=$unpacked/lib/i386-linux-gnu:$unpacked/usr/lib/i386-linux-gnu
+  wine() { "$unpacked/usr/lib/wine/wine" "$@"; }
+fi
+
 # Programs of several tests start at once: one of them prepares.
 exec 9>"$folder/../wine.lock"
 flock 9
@@ -34,4 +43,4 @@ if [[ $folder == *windows32* && -f $narrow/$1.exe ]]; then
   shift
   set -- "$program" "$@"
 fi
-exec wine "$@" 2> >(grep -v -E "it looks like wine32 is missing|multiarch needs|failed to open" >&2)
+wine "$@" 2> >(grep -v -E "it looks like wine32 is missing|multiarch needs|failed to open" >&2)

@@ -16,8 +16,8 @@ TEST_F(AutomationTest, EveryScenarioAnswersAsOnEveryOtherRoad) {
     const Scenario scenario = LoadScenario(file);
     const auto failure = RunScenario(scenario, *roads);
     EXPECT_FALSE(failure) << DescribeFailure(scenario, *failure);
-    EXPECT_EQ(HostObjectsAlive(), 0) << file;
     EXPECT_TRUE(ServerIsIdle()) << file;
+    EXPECT_EQ(HostObjectsAlive(), 0) << file;
   }
   std::cout << files.size() << " scenarios\n";
 }
