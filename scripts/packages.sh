@@ -65,9 +65,10 @@ configure_release() {
   [ -f build/release/build.ninja ] || cmake --preset release >/dev/null
 }
 
-# Nothing needs 32-bit Wine; where it is, the 32-bit server runs the same tests.
-has_wine32() {
-  [ -x /usr/lib/wine/wine ]
+# 32-bit Wine, for the tests of the 32-bit server: the system's own, else unpacked beside the
+# system. Says why where it cannot be had.
+provide_wine32() {
+  [ -x /usr/lib/wine/wine ] || scripts/wine32.sh build/wine32
 }
 
 # Builds the automation server, the reference host's module and their tests for Windows, for 64 and
