@@ -158,11 +158,18 @@ int Sweep::Run() {
   return statements * static_cast<int>(std::size(kFailures));
 }
 
-class FaultSweep : public ::testing::TestWithParam<std::string> {};
+// Some of an area's scenarios, so that large areas are shared out to several processes.
+struct Slice {
+  std::string area;
+  int number = 0;  // from 1
+  std::vector<std::string> files;
+};
+
+class FaultSweep : public ::testing::TestWithParam<Slice> {};
 
 TEST_P(FaultSweep, EveryFailureKeepsItsPromiseAndLeavesNothingBehind) {
   int failures = 0;
-  for (const std::string& file : ScenarioFiles({kTests + "/scenarios/" + GetParam()})) {
+  for (const std::string& file : GetParam().files) {
     Scenario scenario = LoadScenario(file);
     // The promises speak the language of the source.
     scenario.start.resources.clear();
@@ -174,17 +181,27 @@ TEST_P(FaultSweep, EveryFailureKeepsItsPromiseAndLeavesNothingBehind) {
   EXPECT_GT(failures, 0);
 }
 
-std::vector<std::string> Areas() {
+std::vector<Slice> Slices() {
+  constexpr size_t kFiles = 8;
+  std::vector<Slice> slices;
   std::vector<std::string> areas;
   for (const auto& entry : std::filesystem::directory_iterator(kTests + "/scenarios")) {
     if (entry.is_directory()) areas.push_back(entry.path().filename().string());
   }
   std::ranges::sort(areas);
-  return areas;
+  for (const std::string& area : areas) {
+    const std::vector<std::string> files = ScenarioFiles({kTests + "/scenarios/" + area});
+    for (size_t i = 0; i < files.size(); ++i) {
+      if (i % kFiles == 0) slices.push_back({area, static_cast<int>(i / kFiles) + 1, {}});
+      slices.back().files.push_back(files[i]);
+    }
+  }
+  return slices;
 }
 
-INSTANTIATE_TEST_SUITE_P(Areas, FaultSweep, ::testing::ValuesIn(Areas()),
-                         [](const auto& area) { return area.param; });
+INSTANTIATE_TEST_SUITE_P(Areas, FaultSweep, ::testing::ValuesIn(Slices()), [](const auto& slice) {
+  return slice.param.area + "_" + std::to_string(slice.param.number);
+});
 
 }  // namespace
 }  // namespace tavcc::faults
