@@ -23,8 +23,8 @@ configure() {
   }
 }
 
-# build_into LOG PRESET TARGET…: builds with the compiler's output in a log, on a terminal with a line
-# that shows how far it is. A failure shows the end of the log.
+# build_into LOG PRESET TARGET…: builds with the compiler's output in a log; on a terminal, a line
+# shows how far it is. A failure shows the end of the log.
 build_into() {
   local log=$1 preset=$2 line
   shift 2
