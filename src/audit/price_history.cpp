@@ -18,28 +18,29 @@ struct PriceSource {
   Side side;
 };
 
+// The stock bill's tables have a small "t" in these statements, unlike elsewhere: as stored.
 constexpr PriceSource kSources[] = {
     {kPurchaseOrder, "t_CG_OrderEntry", "t_CG_Order", Side::kPurchase},
-    {kPurchaseBill, "T_CC_StockBillEntry", "T_CC_StockBill", Side::kPurchase},
-    {kPurchaseEstimate, "T_CC_StockBillEntry", "T_CC_StockBill", Side::kPurchase},
-    {kPurchaseRebate, "T_CC_StockBillEntry", "T_CC_StockBill", Side::kNone},
+    {kPurchaseBill, "t_CC_StockBillEntry", "t_CC_StockBill", Side::kPurchase},
+    {kPurchaseEstimate, "t_CC_StockBillEntry", "t_CC_StockBill", Side::kPurchase},
+    {kPurchaseRebate, "t_CC_StockBillEntry", "t_CC_StockBill", Side::kNone},
     {kSalesOrder, "t_XS_OrderEntry", "t_XS_Order", Side::kSales},
-    {kSalesBill, "T_CC_StockBillEntry", "T_CC_StockBill", Side::kSales},
-    {kConsignment, "T_CC_StockBillEntry", "T_CC_StockBill", Side::kSales},
-    {kSalesRebate, "T_CC_StockBillEntry", "T_CC_StockBill", Side::kNone},
-    {kOtherReceipt, "T_CC_StockBillEntry", "T_CC_StockBill", Side::kNone},
-    {kOtherIssue, "T_CC_StockBillEntry", "T_CC_StockBill", Side::kNone},
-    {kCheckGain, "T_CC_StockBillEntry", "T_CC_StockBill", Side::kNone},
-    {kCheckLoss, "T_CC_StockBillEntry", "T_CC_StockBill", Side::kNone},
+    {kSalesBill, "t_CC_StockBillEntry", "t_CC_StockBill", Side::kSales},
+    {kConsignment, "t_CC_StockBillEntry", "t_CC_StockBill", Side::kSales},
+    {kSalesRebate, "t_CC_StockBillEntry", "t_CC_StockBill", Side::kNone},
+    {kOtherReceipt, "t_CC_StockBillEntry", "t_CC_StockBill", Side::kNone},
+    {kOtherIssue, "t_CC_StockBillEntry", "t_CC_StockBill", Side::kNone},
+    {kCheckGain, "t_CC_StockBillEntry", "t_CC_StockBill", Side::kNone},
+    {kCheckLoss, "t_CC_StockBillEntry", "t_CC_StockBill", Side::kNone},
     {kAssembly, "T_CC_ZZCX_Entry", "T_CC_ZZCX", Side::kNone},
     {kDisassembly, "T_CC_ZZCX_Entry", "T_CC_ZZCX", Side::kNone},
-    {kTransfer, "T_CC_StockBillEntry", "T_CC_StockBill", Side::kNone},
-    {kPriceAdjustment, "T_CC_StockBillEntry", "T_CC_StockBill", Side::kNone},
+    {kTransfer, "t_CC_StockBillEntry", "t_CC_StockBill", Side::kNone},
+    {kPriceAdjustment, "t_CC_StockBillEntry", "t_CC_StockBill", Side::kNone},
 };
 
 // Bills of other classes that leave prices behind too: those of these types.
 constexpr int32_t kPricedTypes[] = {3001, 3010, 2013, 2011};
-constexpr PriceSource kOtherClass = {0, "T_CC_StockBillEntry", "T_CC_StockBill", Side::kNone};
+constexpr PriceSource kOtherClass = {0, "t_CC_StockBillEntry", "t_CC_StockBill", Side::kNone};
 
 constexpr int32_t kValueOnly[] = {2040, 2041, 3020, 3021};
 
@@ -154,7 +155,7 @@ std::string PurchaseItemPrices(std::string_view entry_table, int32_t id) {
 }  // namespace
 
 void UpdatePriceHistory(Connection& connection, const AuditedBill& bill) {
-  if (bill.IsUnAudit()) return;
+  if (bill.check_type != kAudit) return;
   const PriceSource* source = FindSource(bill);
   if (source == nullptr) return;
   if (source->side != Side::kNone) {

@@ -7,9 +7,9 @@
 namespace tavcc {
 
 // Orders, purchase and sales bills rewrite the partner's history (t_LatestPrice) and the items'
-// latest prices (t_ItemPrice); other stock bills only the items' partner-free rows. Un-auditing,
-// and bills that move value only, send nothing. Errors: the connection's; those of the conversions
-// for the partner's id.
+// latest prices (t_ItemPrice); other stock bills only the items' partner-free rows. Every direction
+// but 1 (audit), and bills that move value only, send nothing. Errors: the connection's; those of
+// the conversions for the partner's id.
 void UpdatePriceHistory(Connection& connection, const AuditedBill& bill);
 
 }  // namespace tavcc
