@@ -89,10 +89,10 @@ class BatchAudit {
 };
 
 int16_t BatchAudit::Run(const Vector& bills, Dictionary& dct, BatchResult& result) {
-  result.Start(dct);
   self_.InitObjects(sDsn_);
   self_.db_context().ReadyFirst();
   cn_ = self_.db_context().GetConnection();
+  result.Start(dct);
   calculate_type_ = ToInteger(GetICProfile(host_, "CalculateType", int16_t{0}));
   CreateTempBillTable(*cn_);
 

@@ -24,8 +24,14 @@ std::string JoinedIDs(const std::vector<int32_t>& ids) {
 }  // namespace
 
 void BatchResult::Start(Dictionary& dct) {
-  lines_ = ToText(dct.ItemOr("BillInfo", ""));
+  TakeEarlierLines(dct);
   dct.SetItem("NegItemID", "");
+}
+
+void BatchResult::TakeEarlierLines(const Dictionary& dct) {
+  const Value earlier = dct.ItemOr("BillInfo", "");
+  lines_ = earlier.IsNull() ? "" : ToText(earlier);
+  started_ = true;
 }
 
 void BatchResult::AddPassed(const AuditedBill& bill, std::string_view outcome) {
@@ -44,7 +50,8 @@ void BatchResult::AddLine(const AuditedBill& bill, std::string_view outcome) {
         bill.IsUnAudit() ? "反" : "", outcome, "|");
 }
 
-void BatchResult::WriteTo(Dictionary& dct) const {
+void BatchResult::WriteTo(Dictionary& dct) {
+  if (!started_) TakeEarlierLines(dct);
   dct.SetItem("BillInfo", lines_);
   dct.SetItem("ErrorMsg", error_message_);
   dct.SetItem("SuccessCount", success_count_);

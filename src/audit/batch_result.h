@@ -13,8 +13,8 @@ namespace tavcc {
 
 class BatchResult {
  public:
-  // Goes on from the lines that the dictionary holds already, and marks it as having no items
-  // below zero. Errors: the dictionary's.
+  // Goes on from the lines that the dictionary holds already (Null is none), and marks it as having
+  // no items below zero. Errors: the dictionary's.
   void Start(Dictionary& dct);
 
   // `outcome` is what is said of the bill after its name; it may end with the line's "|".
@@ -25,12 +25,16 @@ class BatchResult {
   std::vector<int32_t>& negative_items() { return negative_items_; }
   bool HasRefusals() const { return fail_count_ > 0; }
 
-  // Errors: the dictionary's.
-  void WriteTo(Dictionary& dct) const;
+  // Lines that the dictionary holds stay, also where the run ended before its start. Errors: the
+  // dictionary's.
+  void WriteTo(Dictionary& dct);
 
  private:
   void AddLine(const AuditedBill& bill, std::string_view outcome);
 
+  void TakeEarlierLines(const Dictionary& dct);
+
+  bool started_ = false;
   std::string lines_;
   std::string error_message_;
   int32_t success_count_ = 0;

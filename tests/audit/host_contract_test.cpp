@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
 
+#include <optional>
+
 #include "audit/audit_company.h"
 #include "audit/batch_audit.h"
 #include "checks/stock_quantity.h"
@@ -53,6 +55,42 @@ class FullDictionary final : public Dictionary {
  private:
   int room_;
 };
+
+// A dictionary that remembers whether the context had been readied when it was first touched.
+class LateDictionary final : public Dictionary {
+ public:
+  explicit LateDictionary(const ReferenceHost& host) : host_(host) {}
+  Value Item(std::string_view key) const override { return Touched().Item(key); }
+  void SetItem(std::string_view key, Value value) override {
+    Touched().SetItem(key, std::move(value));
+  }
+  Value ItemOr(std::string_view key, Value fallback) const override {
+    return Touched().ItemOr(key, std::move(fallback));
+  }
+  bool Lookup(std::string_view key) const override { return Touched().Lookup(key); }
+  std::optional<bool> was_ready() const { return was_ready_; }
+
+ private:
+  HostDictionary& Touched() const {
+    if (!was_ready_) was_ready_ = !host_.ready_calls().empty();
+    return items_;
+  }
+
+  const ReferenceHost& host_;
+  mutable HostDictionary items_;
+  mutable std::optional<bool> was_ready_;
+};
+
+TEST(HostContract, AuditBillTouchesItsResultsOnlyWhenItHasItsConnection) {
+  Company company;
+  PlugIn object(company.host());
+  HostVector bills = OneBill(class_type::kStockBill1080001);
+  const auto late = std::make_shared<LateDictionary>(company.host());
+  DictionaryPtr results = late;
+  company.host().ClearReadyCalls();
+  EXPECT_EQ(Audit(object, bills, results), 1);
+  EXPECT_EQ(late->was_ready(), true);
+}
 
 TEST(HostContract, AuditBillReadiesTheFirstWayBeforeItsFirstStatement) {
   Company company;
