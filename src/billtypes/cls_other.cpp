@@ -88,9 +88,11 @@ Value BeforeDelOf(const OtherBill& kind, PlugIn& self, std::string_view sDsn, in
   if (NumberOrZero(cn->Execute(StatusStatement(class_id, bill_id))->Field(0)) > 0) {
     RefuseDeletion(kCommonSource, "单据已经审核，不能删除。");
   }
-  const RecordsetPtr maker = cn->Execute(MakerStatement(class_id, bill_id));
-  if (IsForeignBill(self, maker->Field(0), maker->Field(1))) {
-    RefuseDeletion(kCommonSource, "之能修改自己的单据。");  // spelt so: as stored
+  {
+    const RecordsetPtr maker = cn->Execute(MakerStatement(class_id, bill_id));
+    if (IsForeignBill(self, maker->Field(0), maker->Field(1))) {
+      RefuseDeletion(kCommonSource, "之能修改自己的单据。");  // spelt so: as stored
+    }
   }
   if (cn->Execute(PeriodStatement(class_id, bill_id, kind.period_query))->AtEnd()) {
     RefuseDeletion(kCommonSource, "不能删除以前前期间的单据。");  // spelt so: as stored

@@ -30,22 +30,33 @@ int32_t BillID(const Dictionary& bill) {
 }
 
 Verdict CheckAudit(PlugIn& self, std::string_view sDsn, int32_t bill_id) {
-  const RecordsetPtr head = ExecuteSQL(
-      self.host(), sDsn,
-      Cat("Select FStatus,FVoucherID,FDate,FBillerID From T_CC_ZZCX where FID=", bill_id));
-  Verdict verdict = JudgeAudit(*head);
+  Value date;
+  Value biller_id;
+  {
+    const RecordsetPtr head = ExecuteSQL(
+        self.host(), sDsn,
+        Cat("Select FStatus,FVoucherID,FDate,FBillerID From T_CC_ZZCX where FID=", bill_id));
+    Verdict verdict = JudgeAudit(*head);
+    if (!verdict.passed) return verdict;
+    date = head->Field("FDate");
+    biller_id = head->Field("FBillerID");
+  }
+  Verdict verdict = CheckPeriod(self, sDsn, date);
   if (!verdict.passed) return verdict;
-  verdict = CheckPeriod(self, sDsn, head->Field("FDate"));
-  if (!verdict.passed) return verdict;
-  return CheckMaker(self, sDsn, head->Field("FBillerID"));
+  return CheckMaker(self, sDsn, biller_id);
 }
 
 Verdict CheckUnAudit(PlugIn& self, std::string_view sDsn, int32_t bill_id) {
-  const RecordsetPtr head = ExecuteSQL(
-      self.host(), sDsn, Cat("Select FStatus,FVoucherID,Fdate From T_CC_ZZCX where FID=", bill_id));
-  Verdict verdict = JudgeUnAudit(*head);
-  if (!verdict.passed) return verdict;
-  return CheckPeriod(self, sDsn, head->Field("FDate"));  // in the words of the audit: deliberate
+  Value date;
+  {
+    const RecordsetPtr head =
+        ExecuteSQL(self.host(), sDsn,
+                   Cat("Select FStatus,FVoucherID,Fdate From T_CC_ZZCX where FID=", bill_id));
+    Verdict verdict = JudgeUnAudit(*head);
+    if (!verdict.passed) return verdict;
+    date = head->Field("FDate");
+  }
+  return CheckPeriod(self, sDsn, date);  // in the words of the audit: deliberate
 }
 
 }  // namespace
@@ -76,7 +87,10 @@ bool UnAuditBill(PlugIn& self, int32_t lngFID, std::string_view sDsn, std::strin
 
 bool VerifyDataBeforeAudit(PlugIn& self, Dictionary& oDict, std::string_view sDsn,
                            std::string& strReturnMsg) {
-  return AnswerGate(strReturnMsg, [&] { return CheckAudit(self, sDsn, BillID(oDict)); });
+  return AnswerGate(strReturnMsg, [&] {
+    self.InitObjects(sDsn);  // the maker is held against the user
+    return CheckAudit(self, sDsn, BillID(oDict));
+  });
 }
 
 bool VerifyDataBeforeDelete(PlugIn&, int32_t lngFID, Connection& cn, std::string& strReturnMsg) {

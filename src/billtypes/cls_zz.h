@@ -18,7 +18,7 @@ bool AuditBill(PlugIn& self, Dictionary& oDict, std::string_view sDsn, std::stri
 bool DeleteBill(PlugIn& self, int32_t lngFID, std::string_view sDsn, std::string& strReturnMsg);
 bool UnAuditBill(PlugIn& self, int32_t lngFID, std::string_view sDsn, std::string& strReturnMsg);
 
-// The current user is the one that the object holds already: the gate asks for no other.
+// Ties the object to the database of `sDsn` first: the maker is held against its current user.
 bool VerifyDataBeforeAudit(PlugIn& self, Dictionary& oDict, std::string_view sDsn,
                            std::string& strReturnMsg);
 bool VerifyDataBeforeDelete(PlugIn& self, int32_t lngFID, Connection& cn,

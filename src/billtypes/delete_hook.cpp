@@ -44,22 +44,25 @@ void RefuseDeletion(std::string_view source, std::string_view description) {
 }
 
 bool IsForeignBill(const PlugIn& self, const Value& edit_self_bill, const Value& biller_id) {
-  return NumberOrZero(edit_self_bill) == 1 && NumberOrZero(biller_id) != self.user_id();
+  if (NumberOrZero(edit_self_bill) != 1 || biller_id.IsNull()) return false;
+  return NumberOrZero(biller_id) != self.user_id();
 }
 
 Value RunBeforeDel(PlugIn& self, std::string_view sDsn, int32_t class_id, int32_t bill_id,
                    std::string_view head_table, std::string_view serial_number_source) {
   self.InitObjects(sDsn);
   const ConnectionPtr cn = self.db_context().GetConnection();
-  const RecordsetPtr head = cn->Execute(HeadStatement(head_table, class_id, bill_id));
-  if (NumberOrZero(head->Field("FStatus")) > 0) {
-    RefuseDeletion(kTempConsignUpdate, "单据已经审核,不允许删除。");
-  }
-  if (IsEarlier(head->Field("FDate"), head->Field("FBegDate"))) {
-    RefuseDeletion(kSaleUpdate, "不能删除以前期间的单据。");
-  }
-  if (IsForeignBill(self, head->Field("FSelf"), head->Field("FBillerID"))) {
-    RefuseDeletion(kTempConsignUpdate, "只允许修改自己的单据。");
+  {
+    const RecordsetPtr head = cn->Execute(HeadStatement(head_table, class_id, bill_id));
+    if (NumberOrZero(head->Field("FStatus")) > 0) {
+      RefuseDeletion(kTempConsignUpdate, "单据已经审核,不允许删除。");
+    }
+    if (IsEarlier(head->Field("FDate"), head->Field("FBegDate"))) {
+      RefuseDeletion(kSaleUpdate, "不能删除以前期间的单据。");
+    }
+    if (IsForeignBill(self, head->Field("FSelf"), head->Field("FBillerID"))) {
+      RefuseDeletion(kTempConsignUpdate, "只允许修改自己的单据。");
+    }
   }
   if (!CheckSerialNumReuse(*cn, bill_id)) {
     RefuseDeletion(serial_number_source, "该单存在已被其他单据使用的S/N号，不能删除！");

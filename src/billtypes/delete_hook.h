@@ -14,6 +14,7 @@ namespace tavcc {
 
 // Whether somebody else than the current user made the bill, and the setting "EditSelfBill", as the
 // rule's statement read it, lets only the maker touch a bill (1). No setting (null): no such rule.
+// A bill without a maker (null) is nobody's: a comparison with null is not true.
 bool IsForeignBill(const PlugIn& self, const Value& edit_self_bill, const Value& biller_id);
 
 // BeforeDel of cls_DB and cls_ZZ, over the table that keeps the bill's head. Refuses a bill that is

@@ -1,6 +1,7 @@
 #include "billtypes/stock_check_bill.h"
 
 #include <array>
+#include <optional>
 
 #include "billtypes/audit_rules.h"
 #include "billtypes/bill_actions.h"
@@ -36,21 +37,29 @@ std::string Framed(Host& host, std::string_view frame, const std::string& bill_n
   return LoadResTextFmt(host, frame, Language(host), std::array{Value(bill_no)});
 }
 
-Verdict CheckAudit(PlugIn& self, std::string_view sDsn, const Recordset& head) {
-  if (NumberOrZero(head.Field("FStatus")) >= bill_status::kAudited) {
+// What is read of the bill before the rows are closed and the checks ask on.
+struct Head {
+  Value status;
+  Value voucher_id;
+  Value date;
+  Value biller_id;
+};
+
+Verdict CheckAudit(PlugIn& self, std::string_view sDsn, const Head& head) {
+  if (NumberOrZero(head.status) >= bill_status::kAudited) {
     return Refuse("该单据已经审核,不允许再次审核!");
   }
-  Verdict verdict = CheckMaker(self, sDsn, head.Field("FBillerID"));
+  Verdict verdict = CheckMaker(self, sDsn, head.biller_id);
   if (!verdict.passed) return verdict;
-  return CheckPeriod(self, sDsn, head.Field("FDate"));
+  return CheckPeriod(self, sDsn, head.date);
 }
 
-Verdict CheckUnAudit(const Recordset& head) {
-  const double status = NumberOrZero(head.Field("FStatus"));
+Verdict CheckUnAudit(const Head& head) {
+  const double status = NumberOrZero(head.status);
   if (status == bill_status::kNotAudited) return Refuse("该单据未审核，不允许反审核！");
   if (status == bill_status::kLinked) return Refuse("该单据已被其他单据关联，不允许反审核！");
   // Negative ids count as well: deliberately unlike the other bill classes.
-  if (NumberOrZero(head.Field("FVoucherID")) != 0) {
+  if (NumberOrZero(head.voucher_id) != 0) {
     return Refuse("该单据已生成凭证，不允许反审核！");
   }
   return Pass();
@@ -65,18 +74,26 @@ std::string WriteStatement(bool audit, int16_t user_id, int32_t bill_id) {
              bill_id, "\n");
 }
 
-// Checks and writes. `bill_no` is set as soon as it is known.
+// Nothing where there is no such bill. `bill_no` is set as soon as it is known.
+std::optional<Head> ReadHead(Connection& cn, int32_t bill_id, std::string& bill_no) {
+  const RecordsetPtr head = cn.Execute(
+      Cat("Select FStatus,FVoucherID,FDate,FBillerID From T_CC_StockBill where FID =", bill_id));
+  if (head->AtEnd() || head->AtStart()) return std::nullopt;
+  head->MoveFirst();
+  bill_no = ToText(head->Field("FBillNo"));  // not selected: deliberate, see the header
+  return Head{head->Field("FStatus"), head->Field("FVoucherID"), head->Field("FDate"),
+              head->Field("FBillerID")};
+}
+
+// Checks and writes. `bill_no` as in ReadHead.
 Verdict Act(PlugIn& self, std::string_view sDsn, int32_t bill_id, bool audit,
             std::string& bill_no) {
   self.InitObjects(sDsn);
   self.db_context().ReadyFirst();
   const int16_t user_id = self.user_id();
   const ConnectionPtr cn = self.db_context().GetConnection();
-  const RecordsetPtr head = cn->Execute(
-      Cat("Select FStatus,FVoucherID,FDate,FBillerID From T_CC_StockBill where FID =", bill_id));
-  if (head->AtEnd() || head->AtStart()) return Refuse("该单据不存在，可能已经被删除！");
-  head->MoveFirst();
-  bill_no = ToText(head->Field("FBillNo"));  // not selected: deliberate, see the header
+  const auto head = ReadHead(*cn, bill_id, bill_no);
+  if (!head) return Refuse("该单据不存在，可能已经被删除！");
 
   Verdict verdict = audit ? CheckAudit(self, sDsn, *head) : CheckUnAudit(*head);
   if (!verdict.passed) return verdict;

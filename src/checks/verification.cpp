@@ -1,5 +1,7 @@
 #include "checks/verification.h"
 
+#include <optional>
+
 #include "balances/periods.h"
 #include "checks/related_bills.h"
 #include "foundation/bill_kinds.h"
@@ -40,8 +42,15 @@ Bill ReadBill(const Dictionary& oDict) {
           .id = ToLong(oDict.Item("BillInterID"))};
 }
 
-// One run of the generic gate. The head row's columns are read by position: FStatus, FVoucherID,
-// FDate, FBillerID.
+// The head row, read by position before its rows are closed and the checks ask on.
+struct Head {
+  Value status;
+  Value voucher_id;
+  Value date;
+  Value biller_id;
+};
+
+// One run of the generic gate.
 class Verification {
  public:
   Verification(PlugIn& self, std::string_view sDsn, const Bill& bill, int16_t direction)
@@ -55,10 +64,11 @@ class Verification {
   }
   bool HasRow(std::string_view question) const { return !Ask(question)->AtEnd(); }
 
-  Verdict JudgeAudit(const Recordset& head) const;
-  Verdict JudgeUnAudit(const Recordset& head) const;
+  std::optional<Head> ReadHead() const;
+  Verdict JudgeAudit(const Head& head) const;
+  Verdict JudgeUnAudit(const Head& head) const;
   Verdict CheckPrices() const;
-  bool IsBeforeCurrentPeriod(const Recordset& head) const;
+  bool IsBeforeCurrentPeriod(const Head& head) const;
   Verdict CheckDownstream(bool bCheckDaily) const;
 
   PlugIn& self_;
@@ -121,8 +131,8 @@ std::string DayEndQuery(const Bill& bill) {
 }
 
 Verdict Verification::Run(bool bCheckDaily) const {
-  const RecordsetPtr head = Ask(HeadQuery(bill_));
-  if (head->AtEnd()) return Refuse("该单据不存在！");
+  const auto head = ReadHead();
+  if (!head) return Refuse("该单据不存在！");
   if (direction_ == kUnAudit) {
     Verdict verdict = JudgeUnAudit(*head);
     if (!verdict.passed) return verdict;
@@ -142,21 +152,27 @@ Verdict Verification::Run(bool bCheckDaily) const {
   return direction_ == kUnAudit ? CheckDownstream(bCheckDaily) : Pass();
 }
 
-Verdict Verification::JudgeUnAudit(const Recordset& head) const {
-  const double status = NumberOrZero(head.Field(0));
+std::optional<Head> Verification::ReadHead() const {
+  const RecordsetPtr head = Ask(HeadQuery(bill_));
+  if (head->AtEnd()) return std::nullopt;
+  return Head{head->Field(0), head->Field(1), head->Field(2), head->Field(3)};
+}
+
+Verdict Verification::JudgeUnAudit(const Head& head) const {
+  const double status = NumberOrZero(head.status);
   if (status == bill_status::kNotAudited) return Refuse("该单据未审核，不能反审核！");
   if (status == bill_status::kLinked) return Refuse("该单据已关闭，不能反审核！");
-  if (NumberOrZero(head.Field(1)) > 0) return Refuse("该单据已生成凭证，不能反审核！");
+  if (NumberOrZero(head.voucher_id) > 0) return Refuse("该单据已生成凭证，不能反审核！");
   return Pass();
 }
 
-Verdict Verification::JudgeAudit(const Recordset& head) const {
-  if (NumberOrZero(head.Field(0)) != bill_status::kNotAudited) {
+Verdict Verification::JudgeAudit(const Head& head) const {
+  if (NumberOrZero(head.status) != bill_status::kNotAudited) {
     return Refuse("该单据已被审核，不能再审核！");
   }
   // Only a 1 lets one person make and audit a bill; no setting does not.
   if (NumberOrZero(GetProfile(self_.host(), sDsn_, "SingleMan", "General")) == 1) return Pass();
-  if (NumberOrZero(head.Field(3)) == self_.user_id()) {
+  if (NumberOrZero(head.biller_id) == self_.user_id()) {
     return Refuse("审核人与制单人不能为同一人！");
   }
   return Pass();
@@ -172,8 +188,8 @@ Verdict Verification::CheckPrices() const {
   return Refuse(message + "行商品单价为零,审核不成功！");
 }
 
-bool Verification::IsBeforeCurrentPeriod(const Recordset& head) const {
-  return !DateInCurrentPeriod(self_, sDsn_, ToDate(head.Field(2)));
+bool Verification::IsBeforeCurrentPeriod(const Head& head) const {
+  return !DateInCurrentPeriod(self_, sDsn_, ToDate(head.date));
 }
 
 Verdict Verification::CheckDownstream(bool bCheckDaily) const {

@@ -53,10 +53,11 @@ bool DeleteTemplate(PlugIn& self, std::string& message) {
 struct Row {
   const char* name;
   Action act;
-  int status;      // of a bill that may be acted on
-  int statements;  // sent by a successful call
-  int gate;        // how many of them are the gate's
-  bool closes;     // the connection, when the gate refuses
+  int status;                // of a bill that may be acted on
+  int statements;            // sent by a successful call
+  int gate;                  // how many of them are the gate's
+  bool closes;               // the connection, when the gate refuses
+  bool binds_again = false;  // in the gate, which is a method for itself
 };
 
 constexpr Row kRows[] = {
@@ -66,7 +67,7 @@ constexpr Row kRows[] = {
     {"cls_DB.AuditBill", AuditDB, 0, 2, 1, false},
     {"cls_DB.DeleteBill", DeleteDB, 0, 3, 1, true},
     {"cls_DB.UnAuditBill", UnAuditDB, 1, 2, 1, true},
-    {"cls_ZZ.AuditBill", AuditZZ, 0, 3, 2, true},
+    {"cls_ZZ.AuditBill", AuditZZ, 0, 3, 2, true, true},
     {"cls_ZZ.DeleteBill", DeleteZZ, 0, 4, 1, true},
     {"cls_ZZ.UnAuditBill", UnAuditZZ, 1, 3, 2, true},
     {"cls_Template.DeleteBill", DeleteTemplate, 0, 3, 1, true},
@@ -111,8 +112,9 @@ class Actions : public ::testing::TestWithParam<Row> {
   std::string message_ = "earlier";
 };
 
-Timeline Begun(int statements) {
+Timeline Begun(const Row& row, int statements) {
   Timeline expected{"bind erp", "ready first", "connection"};
+  if (row.binds_again) expected.emplace_back("bind erp");
   expected.insert(expected.end(), static_cast<size_t>(statements), "sql");
   return expected;
 }
@@ -120,7 +122,7 @@ Timeline Begun(int statements) {
 TEST_P(Actions, ReadyTheContextBeforeTheConnectionAndAfterTheLastStatement) {
   Allow();
   EXPECT_TRUE(GetParam().act(object_, message_)) << message_;
-  Timeline expected = Begun(GetParam().statements);
+  Timeline expected = Begun(GetParam(), GetParam().statements);
   expected.push_back("ready second");
   EXPECT_EQ(Told(), expected);
 }
@@ -129,7 +131,7 @@ TEST_P(Actions, ThatAreRefusedCloseTheConnectionUnlessTheyAudit) {
   host_.answer = [](std::string_view) { return NoRows(); };
   EXPECT_FALSE(GetParam().act(object_, message_));
   EXPECT_NE(message_, "earlier");
-  Timeline expected = Begun(1);
+  Timeline expected = Begun(GetParam(), 1);
   if (GetParam().closes) expected.push_back("close");
   EXPECT_EQ(Told(), expected);
 }
@@ -138,7 +140,7 @@ TEST_P(Actions, LeaveAConnectionAloneThatIsClosedAlready) {
   host_.answer = [](std::string_view) { return NoRows(); };
   host_.connection_is_closed = true;
   EXPECT_FALSE(GetParam().act(object_, message_));
-  EXPECT_EQ(Told(), Begun(1));
+  EXPECT_EQ(Told(), Begun(GetParam(), 1));
 }
 
 TEST_P(Actions, ReadyTheContextFirstOnceMoreAfterAnErrorOfTheirOwnStatements) {
@@ -150,7 +152,7 @@ TEST_P(Actions, ReadyTheContextFirstOnceMoreAfterAnErrorOfTheirOwnStatements) {
     };
     EXPECT_FALSE(GetParam().act(object_, message_));
     EXPECT_EQ(message_, "disk full");
-    Timeline expected = Begun(k);
+    Timeline expected = Begun(GetParam(), k);
     expected.push_back("ready first");
     EXPECT_EQ(Told(), expected) << "statement " << k;
   }
@@ -163,7 +165,7 @@ TEST_P(Actions, TakeAnErrorOfTheGateAsARefusal) {
   };
   EXPECT_FALSE(GetParam().act(object_, message_));
   EXPECT_EQ(message_, "disk full");
-  Timeline expected = Begun(1);
+  Timeline expected = Begun(GetParam(), 1);
   if (GetParam().closes) expected.push_back("close");
   EXPECT_EQ(Told(), expected);
 }
@@ -203,8 +205,28 @@ TEST(AssemblyAudit, WritesTheUserThatTheBoundContextNames) {
   };
   std::string message;
   EXPECT_TRUE(AuditZZ(object, message)) << message;
-  EXPECT_EQ(host.timeline[5],
+  EXPECT_EQ(host.timeline[6],
             "Update T_CC_ZZCX set FCheckerID=42,FCheckDate=GetDate(),FStatus=1  where FID=1");
+}
+
+// The gate holds the maker against the user of the database that it is asked about, whatever user
+// the object has held so far.
+TEST(AssemblyAudit, ItsGateHoldsTheMakerAgainstTheUserThatTheBoundContextNames) {
+  TimelineHost host;
+  host.user_id = 5;
+  PlugIn object(host);
+  host.user_id = 7;  // the maker
+  host.answer = [](std::string_view sql) { return AnswerWithStatus(0, sql); };
+  host.get_profile = [](std::string_view category, std::string_view key) {
+    if (category == "General") return Value("0");
+    return Value(key == "CurrentYear" ? 2026 : 3);
+  };
+  HostDictionary bill;
+  bill.SetItem("BillInterID", 1);
+  std::string message;
+  EXPECT_FALSE(cls_zz::VerifyDataBeforeAudit(object, bill, "erp", message));
+  EXPECT_EQ(message, "审核人与制单人不能为同一人！");
+  EXPECT_EQ(host.timeline[0], "bind erp");
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "billtypes/timeline_host.h"
 
+#include <gtest/gtest.h>
+
 namespace tavcc::testing {
 
 namespace {
@@ -20,18 +22,18 @@ class TimelineConnection final : public Connection {
 
 class CurrentUser final : public UserContext {
  public:
-  explicit CurrentUser(TimelineHost& host) : host_(host) {}
-  int16_t UserID() const override { return host_.user_id; }
+  explicit CurrentUser(int16_t user_id) : user_id_(user_id) {}
+  int16_t UserID() const override { return user_id_; }
 
  private:
-  TimelineHost& host_;
+  int16_t user_id_;
 };
 
 class TimelineContext final : public DbContext {
  public:
   explicit TimelineContext(TimelineHost& host) : host_(host) {}
   std::shared_ptr<UserContext> GetUserContext() override {
-    return std::make_shared<CurrentUser>(host_);
+    return std::make_shared<CurrentUser>(host_.user_id);
   }
   void Bind(std::string_view sDsn) override { host_.timeline.push_back("bind " + Text(sDsn)); }
   ConnectionPtr GetConnection() override {
@@ -79,6 +81,7 @@ ConnectionPtr TimelineHost::NewConnection() {
 }
 
 RecordsetPtr TimelineHost::Answer(std::string_view sql) {
+  EXPECT_EQ(CountedRows::alive, 0) << "rows are still read when this is sent: " << sql;
   timeline.emplace_back(sql);
   return answer ? answer(sql) : NoRows();
 }

@@ -20,7 +20,8 @@ class TimelineHost : public ScriptedHost {
   TimelineHost();
 
   Timeline timeline;
-  // The answer to a statement; no rows when there is none.
+  // The answer to a statement; no rows when there is none. A statement that is sent while rows are
+  // still read fails the test.
   std::function<RecordsetPtr(std::string_view sql)> answer;
   int fail_ready_first_at = 0;  // which call of the first readying member raises, from 1
   bool fail_ready_second = false;

@@ -1,0 +1,157 @@
+// All scenarios over a connection that allows one open recordset at a time, as a server-side cursor
+// without multiple active results does: a rule closes what it has read before it asks again.
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+#include "embedded/embedded.h"
+#include "host/schema.h"
+#include "scenario/erp_road.h"
+#include "scenario/runner.h"
+#include "scenario/start_state.h"
+#include "support/source_dir.h"
+
+namespace tavcc {
+namespace {
+
+// The reference host's own reading of a setting: a real host has a connection of its own for that.
+constexpr std::string_view kSettingQuery = "select FValue from t_SystemProfile where FCategory=N'";
+
+// What was sent while something was open.
+using Overlaps = std::vector<std::string>;
+
+// What is open on one connection.
+struct OpenRecordsets {
+  Overlaps& overlaps;
+  std::multiset<std::string> statements = {};
+
+  void Sending(std::string_view sql) {
+    if (sql.starts_with(kSettingQuery)) return;
+    for (const std::string& open : statements) {
+      overlaps.push_back("\"" + std::string(sql) + "\"\n  while this was open: \"" + open + "\"");
+    }
+  }
+};
+using OpenRecordsetsPtr = std::shared_ptr<OpenRecordsets>;
+
+class WatchedRecordset final : public Recordset {
+ public:
+  WatchedRecordset(RecordsetPtr rows, std::string sql, OpenRecordsetsPtr open)
+      : rows_(std::move(rows)), sql_(std::move(sql)), open_(std::move(open)) {
+    open_->statements.insert(sql_);
+  }
+  ~WatchedRecordset() override { LetGo(); }
+
+  bool IsOpen() const override { return rows_->IsOpen(); }
+  bool AtEnd() const override { return rows_->AtEnd(); }
+  bool AtStart() const override { return rows_->AtStart(); }
+  void MoveNext() override { rows_->MoveNext(); }
+  void MoveFirst() override { rows_->MoveFirst(); }
+  int RecordCount() const override { return rows_->RecordCount(); }
+  int FieldCount() const override { return rows_->FieldCount(); }
+  std::string FieldName(int index) const override { return rows_->FieldName(index); }
+  Value Field(int index) const override { return rows_->Field(index); }
+  Value Field(std::string_view name) const override { return rows_->Field(name); }
+  void Detach() override {
+    rows_->Detach();
+    LetGo();
+  }
+  void Close() override {
+    rows_->Close();
+    LetGo();
+  }
+
+ private:
+  void LetGo() {
+    if (open_ != nullptr) open_->statements.erase(open_->statements.find(sql_));
+    open_ = nullptr;
+  }
+
+  RecordsetPtr rows_;
+  std::string sql_;
+  OpenRecordsetsPtr open_;
+};
+
+class WatchedConnection final : public Connection {
+ public:
+  WatchedConnection(ConnectionPtr connection, Overlaps& overlaps)
+      : connection_(std::move(connection)), open_(new OpenRecordsets{overlaps}) {}
+
+  RecordsetPtr Execute(std::string_view sql) override {
+    open_->Sending(sql);
+    return Watched(connection_->Execute(sql), sql);
+  }
+  // A cursor on the client's side has all its rows: it keeps nothing open on the connection.
+  RecordsetPtr OpenClientRecordset(std::string_view sql) override {
+    open_->Sending(sql);
+    return connection_->OpenClientRecordset(sql);
+  }
+  void CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) override {
+    open_->Sending(name);
+    connection_->CallProcedure(name, parameters);
+  }
+  std::vector<ConnectionError> Errors() const override { return connection_->Errors(); }
+  int State() const override { return connection_->State(); }
+  void Close() override { connection_->Close(); }
+
+  Connection& inner() { return *connection_; }
+
+ private:
+  RecordsetPtr Watched(RecordsetPtr rows, std::string_view sql) {
+    if (rows == nullptr || !rows->IsOpen()) return rows;
+    return std::make_shared<WatchedRecordset>(std::move(rows), std::string(sql), open_);
+  }
+
+  ConnectionPtr connection_;
+  OpenRecordsetsPtr open_;
+};
+
+class WatchedRoads final : public Roads {
+ public:
+  Overlaps overlaps;
+
+  std::unique_ptr<Road> Open(const StartState& start) override {
+    sql::OpenOptions options;
+    options.clock = [now = start.now] { return now; };
+    const auto database = sql::Database::Open(options);
+    database->RunScript(SchemaScript());
+    database->RunScript(BaseScript());
+    auto erp = std::make_unique<Erp>(
+        "watched",
+        [this, database](std::string_view) -> ConnectionPtr {
+          return std::make_shared<WatchedConnection>(database->NewSession(), overlaps);
+        },
+        [database](Connection& session) {
+          database->Reopen(dynamic_cast<WatchedConnection&>(session).inner());
+        });
+    ApplyStartState(start, erp->host(), *erp->connection());
+    return std::make_unique<ErpRoad>(std::move(erp), nullptr);
+  }
+};
+
+TEST(SingleRecordset, NoRuleAsksWhileItStillReads) {
+  WatchedRoads roads;
+  for (const std::string& file : ScenarioFiles({(SourceDir() / "tests/scenarios").string()})) {
+    const Scenario scenario = LoadScenario(file);
+    const auto failure = RunScenario(scenario, roads);
+    if (failure) ADD_FAILURE() << DescribeFailure(scenario, *failure);
+    for (const std::string& overlap : roads.overlaps) ADD_FAILURE() << file << ": " << overlap;
+    roads.overlaps.clear();
+  }
+}
+
+// A rule that reads on while it asks is noticed.
+TEST(SingleRecordset, AnOverlapIsNoticed) {
+  WatchedRoads roads;
+  const auto road = roads.Open({});
+  RecordsetPtr rows = road->connection()->Execute("select FID from T_CC_ZZCX");
+  road->connection()->Execute("delete from T_CC_ZZCX");
+  EXPECT_EQ(roads.overlaps.size(), 1u);
+  rows = nullptr;
+  road->connection()->Execute("delete from T_CC_ZZCX");
+  EXPECT_EQ(roads.overlaps.size(), 1u);
+}
+
+}  // namespace
+}  // namespace tavcc
