@@ -87,6 +87,19 @@ std::string CreditQuery(const Partner& partner) {
       partner.is_supplier ? "t_Supplier" : "t_Organization", "  Where FItemID=", partner.id);
 }
 
+// Exact where the amounts fit a decimal, otherwise as doubles. A line of 0 or less is no limit.
+bool IsExceeded(const Value& credit, const Value& balance, double amount) {
+  const auto exact_credit = ToDecimalIfItFits(credit);
+  const auto exact_balance = ToDecimalIfItFits(balance);
+  const auto exact_amount = ToDecimalIfItFits(amount);
+  if (exact_credit && exact_balance && exact_amount) {
+    if (const auto sum = Decimal::Add(*exact_balance, *exact_amount)) {
+      return *exact_credit > 0 && *sum > *exact_credit;
+    }
+  }
+  return ToDouble(credit) > 0 && ToDouble(balance) + amount > ToDouble(credit);
+}
+
 int16_t Check(PlugIn& self, const Dictionary& oDict, std::string_view sDsn,
               std::string& strReturnMsg, bool& Cg) {
   self.InitObjects(sDsn);
@@ -99,12 +112,9 @@ int16_t Check(PlugIn& self, const Dictionary& oDict, std::string_view sDsn,
 
   const RecordsetPtr line = cn->Execute(CreditQuery(*partner));
   if (line->AtEnd() || bill.bill_type == kSalesReturn) return kWithin;
-  const Decimal credit = ToDecimal(line->Field("FCreditAmount"));
-  if (credit <= 0) return kWithin;  // no limit
-  const auto balance = Decimal::Add(ToDecimal(line->Field("FCurComeGoBalance")), bill.amount);
-  if (!balance) throw AutomationError(RuntimeError::kOverflow);
-  if (*balance <= credit) return kWithin;
-  strReturnMsg = Cat("当前", Cg ? "供应商" : "客户", "的信用额度为：", credit,
+  const Value credit = line->Field("FCreditAmount");
+  if (!IsExceeded(credit, line->Field("FCurComeGoBalance"), bill.amount)) return kWithin;
+  strReturnMsg = Cat("当前", Cg ? "供应商" : "客户", "的信用额度为：", ToText(credit),
                      "，截止到本次往来余额已经超出。");
   return kExceeded;
 }

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 
-#include "foundation/decimal.h"
 #include "foundation/dictionary.h"
 
 namespace tavcc {
@@ -13,7 +12,7 @@ struct PartnerBill {
   int32_t class_type = 0;
   int32_t bill_type = 0;  // "BillTypeID", or "BillType" where that is absent
   int32_t partner_id = 0;
-  Decimal amount;
+  double amount = 0;  // with 15 significant digits, as automation reads it
 };
 
 // Errors: those of the conversions.

@@ -3,7 +3,6 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
-#include <optional>
 
 #include "foundation/error.h"
 #include "foundation/text.h"
@@ -139,13 +138,17 @@ double ToDouble(const Value& value) {
 }
 
 Decimal ToDecimal(const Value& value) {
-  if (value.kind() == Kind::kDecimal) return value.decimal();
-  if (value.kind() == Kind::kText) {
-    if (const auto exact = Decimal::Parse(value.text())) return *exact;
-  }
-  const auto decimal = Decimal::FromDouble(ToDouble(value));
+  const auto decimal = ToDecimalIfItFits(value);
   if (!decimal) Raise(RuntimeError::kOverflow);
   return *decimal;
+}
+
+std::optional<Decimal> ToDecimalIfItFits(const Value& value) {
+  if (value.kind() == Kind::kDecimal) return value.decimal();
+  if (value.kind() == Kind::kText) {
+    if (const auto exact = Decimal::Parse(value.text())) return exact;
+  }
+  return Decimal::FromDouble(ToDouble(value));
 }
 
 bool ToBoolean(const Value& value) {
@@ -202,6 +205,11 @@ Decimal DecimalOrZero(const Value& value) {
 }
 int32_t LongOrZero(const Value& value) {
   return ToLong(OrZero(value));
+}
+
+std::optional<double> SettingNumber(const Value& value) {
+  if (value.IsText()) return ParseNumber(value.text());
+  return NumberOrZero(value);
 }
 
 bool VariantEquals(const Value& a, const Value& b) {

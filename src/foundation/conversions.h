@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,8 +18,10 @@ namespace tavcc {
 int16_t ToInteger(const Value& value);
 int32_t ToLong(const Value& value);
 double ToDouble(const Value& value);
-// A double becomes the decimal of at most 15 significant digits.
+// A double becomes the decimal of at most 15 significant digits. Beyond a decimal's range it is
+// error 6, or nothing.
 Decimal ToDecimal(const Value& value);
+std::optional<Decimal> ToDecimalIfItFits(const Value& value);
 // Text "True" and "False" are read without regard to case; any other text must be a number.
 bool ToBoolean(const Value& value);
 // Text is read as DateTime::Parse does, a number as an automation date; otherwise error 13.
@@ -34,6 +37,10 @@ double NumberOrZero(const Value& value);
 Decimal DecimalOrZero(const Value& value);
 // As NumberOrZero, then rounded to a 32-bit integer (error 6 beyond its range).
 int32_t LongOrZero(const Value& value);
+
+// The number of a setting that chooses between numbered ways: Empty, Null and an omitted argument
+// are 0, and a text that is no number chooses none of them. An object is error 13.
+std::optional<double> SettingNumber(const Value& value);
 
 // Automation's "=" between two values: numbers, booleans and dates by value; texts byte by byte; a
 // text never equals a number; Empty equals 0, False and the empty text; Null equals nothing;

@@ -9,7 +9,7 @@ namespace tavcc {
 namespace {
 
 constexpr int kAutomationEpoch = -2;  // 1899-12-30, in days since 1900-01-01
-constexpr int kFirstYear = 1753;
+constexpr int kFirstYear = 100;
 constexpr int kLastYear = 9999;
 
 using std::chrono::day;
@@ -133,9 +133,9 @@ std::optional<DateTime> DateTime::Parse(std::string_view text) {
 }
 
 std::optional<DateTime> DateTime::FromAutomation(double date) {
-  constexpr double kFirst = -53690;    // 1753-01-01
+  constexpr double kBefore = -657435;  // 0099-12-31
   constexpr double kBeyond = 2958466;  // 10000-01-01
-  if (!(date > kFirst - 1 && date < kBeyond)) return std::nullopt;
+  if (!(date > kBefore && date < kBeyond)) return std::nullopt;
   // The time of day counts forward also before 1899-12-30: -1.25 is the 29th, six o'clock.
   const double whole = std::trunc(date);
   const double time = std::fabs(date - whole);

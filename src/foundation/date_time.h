@@ -1,6 +1,8 @@
-// A point in time as SQL Server's `datetime` holds it: a day and a three-hundredth of a second.
+// A point in time: a day of the years that an automation date spans, 100 to 9999, and a
+// three-hundredth of a second, as SQL Server's `datetime` holds it.
 //
-// Every date of the system comes from such a column or goes into one, so nothing finer is kept.
+// Every date of the system comes from such a column or goes into one, so nothing finer is kept;
+// what a host passes may lie before 1753, where `datetime` begins.
 #pragma once
 
 #include <compare>
@@ -30,7 +32,7 @@ class DateTime {
     return result;
   }
 
-  // Nothing when a part is out of range or the year outside 1753 to 9999.
+  // Nothing when a part is out of range or the year outside 100 to 9999.
   static std::optional<DateTime> FromParts(const Parts& parts);
 
   // Reads "YYYY-MM-DD[ HH:MM[:SS[.fff]]]" (also with "/" between the parts of the date, and "T" as
@@ -38,7 +40,7 @@ class DateTime {
   static std::optional<DateTime> Parse(std::string_view text);
 
   // From an automation date: days since 1899-12-30, the fraction being the time of day also before
-  // that day. Rounded to the nearest tick. Nothing outside the years 1753 to 9999.
+  // that day. Rounded to the nearest tick. Nothing outside the years 100 to 9999.
   static std::optional<DateTime> FromAutomation(double date);
   double ToAutomation() const;
 

@@ -132,7 +132,7 @@ Value Reader::Date(const Column& column, SQLUSMALLINT number) {
   if (!second) {
     throw AutomationError(
         RuntimeError::kTypeMismatch,
-        Cat("Column ", column.name, " holds a date outside the years 1753 to 9999."));
+        Cat("Column ", column.name, " holds a date outside the years 100 to 9999."));
   }
   const int64_t ticks =
       (int64_t{stamp->fraction} * DateTime::kTicksPerSecond + kNanoseconds / 2) / kNanoseconds;

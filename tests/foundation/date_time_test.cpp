@@ -10,8 +10,9 @@ DateTime At(std::string_view text) {
 }
 
 TEST(DateTime, ReadsTheFormsThatItShows) {
-  for (const char* text : {"2026-03-15", "2026-03-15 10:00:00", "1753-01-01", "9999-12-31 23:59:59",
-                           "1899-12-30", "1900-01-01 00:00:01", "2024-02-29"}) {
+  for (const char* text :
+       {"2026-03-15", "2026-03-15 10:00:00", "1753-01-01", "9999-12-31 23:59:59", "0100-01-01",
+        "1752-12-31", "1899-12-30", "1900-01-01 00:00:01", "2024-02-29"}) {
     EXPECT_EQ(At(text).ToText(), text);
   }
   EXPECT_EQ(At("20260315").ToText(), "2026-03-15");
@@ -21,7 +22,7 @@ TEST(DateTime, ReadsTheFormsThatItShows) {
 
 TEST(DateTime, RefusesDatesThatDoNotExist) {
   for (const char* text : {"", "2026", "2026-02-29", "2026-13-01", "2026-00-01", "2026-01-32",
-                           "1752-12-31", "10000-01-01", "2026-01-01 24:00:00", "2026-01-01 10",
+                           "0099-12-31", "10000-01-01", "2026-01-01 24:00:00", "2026-01-01 10",
                            "2026-01-01x", "2026-01/01", "2026-01-01 10:00:60", "01.02.2026"}) {
     EXPECT_FALSE(DateTime::Parse(text)) << text;
   }
@@ -56,12 +57,16 @@ TEST(DateTime, ConvertsToAutomationDatesOnBothSidesOfTheirOrigin) {
   EXPECT_EQ(At("1899-12-29 06:00:00").ToAutomation(), -1.25);
   EXPECT_EQ(At("1900-01-01 12:00:00").ToAutomation(), 2.5);
   EXPECT_EQ(At("2026-03-15").ToAutomation(), 46096);
-  for (const char* text : {"1899-12-29 06:00:00", "1753-01-01", "2026-03-15 10:20:30",
-                           "9999-12-31 23:59:59", "1899-12-30 18:00:00"}) {
+  for (const char* text : {"1899-12-29 06:00:00", "0100-01-01", "0100-01-01 18:00:00", "1753-01-01",
+                           "2026-03-15 10:20:30", "9999-12-31 23:59:59", "1899-12-30 18:00:00"}) {
     EXPECT_EQ(DateTime::FromAutomation(At(text).ToAutomation()), At(text)) << text;
   }
   EXPECT_FALSE(DateTime::FromAutomation(2958466));
-  EXPECT_FALSE(DateTime::FromAutomation(-53691));
+  // The first and the last day of an automation date, and what lies just outside.
+  EXPECT_EQ(DateTime::FromAutomation(-657434), At("0100-01-01"));
+  EXPECT_EQ(DateTime::FromAutomation(-657434.5), At("0100-01-01 12:00:00"));
+  EXPECT_FALSE(DateTime::FromAutomation(-657435));
+  EXPECT_EQ(DateTime::FromAutomation(-53689), At("1752-12-31"));
   EXPECT_FALSE(DateTime::FromAutomation(1e300));
 }
 
