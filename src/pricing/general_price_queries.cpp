@@ -10,37 +10,38 @@ namespace tavcc {
 namespace {
 
 std::string SalesLineByItemPrice(std::string_view limit, const LinePrice& line) {
-  const Decimal& c = line.customer_coefficient;
-  return Cat("Select ", line.index, " as FIndex, b.FName,a.", limit, " as LimitPrice,", c,
+  const Decimal& c = line.customer_coefficient();
+  return Cat("Select ", line.index(), " as FIndex, b.FName,a.", limit, " as LimitPrice,", c,
              " as FCoefficient, "
              " a.",
-             limit, "*", c, " as ActLimitPrice, ", line.price, "as FPrice, ", line.price,
+             limit, "*", c, " as ActLimitPrice, ", line.price(), "as FPrice, ", line.price(),
              " - Isnull(a.", limit, ",0)*", c,
              " as DiffPrice "
              "From T_ItemPrice a Inner Join t_icItem b On a.FItemID=b.FItemID "
              "inner join t_MeasureUnit c on a.FUnitID=c.FMeasureUnitID "
              "Where b.FItemID=",
-             line.item_id, " and a.FUnitID=", line.unit_id, " And Isnull(a.", limit, ",0)>=0 And ",
-             line.price, " < Isnull(a.", limit, ",0)*", c);
+             line.item_id(), " and a.FUnitID=", line.unit_id(), " And Isnull(a.", limit,
+             ",0)>=0 And ", line.price(), " < Isnull(a.", limit, ",0)*", c);
 }
 
 std::string SalesLineByAverageCost(const LinePrice& line) {
-  const double k = line.coefficient;
-  const Decimal& c = line.customer_coefficient;
-  return Cat("Select ", line.index, " as FIndex, b.FName, a.FPrice*", k, " as LimitPrice,", c,
+  const double k = line.coefficient();
+  const Decimal& c = line.customer_coefficient();
+  return Cat("Select ", line.index(), " as FIndex, b.FName, a.FPrice*", k, " as LimitPrice,", c,
              " as FCoefficient, "
              " a.FPrice*",
-             k, "*", c, " as ActLimitPrice, ", line.price, "as FPrice, ", line.price,
+             k, "*", c, " as ActLimitPrice, ", line.price(), "as FPrice, ", line.price(),
              " - a.FPrice*", k, "*", c,
              " as DiffPrice "
              "From (select a.FItemID,case when sum(a.FQty)=0 then 0 Else sum(a.FBal)/sum(a.FQty) "
              "End as FPrice from T_CC_Inventory a inner join t_stock b on FStockID=b.FItemID "
              "where a.FItemID=",
-             line.item_id,
+             line.item_id(),
              " and b.FTypeID<>502 group by a.FItemID) a Inner Join t_icItem b On "
              "a.FItemID=b.FItemID "
              "Where b.FItemID=",
-             line.item_id, " And a.FPrice*", k, ">=0 And ", line.price, " < a.FPrice*", k, "*", c);
+             line.item_id(), " And a.FPrice*", k, ">=0 And ", line.price(), " < a.FPrice*", k, "*",
+             c);
 }
 
 std::string SalesLine(LimitSource source, const LinePrice& line) {
@@ -58,16 +59,17 @@ std::string SalesLine(LimitSource source, const LinePrice& line) {
 }
 
 std::string PurchaseLine(const LinePrice& line) {
-  return Cat("Select ", line.index,
+  return Cat("Select ", line.index(),
              " as FIndex, b.FName, a.FCGLimitPrice as LimitPrice,"
              " 1 as FCoefficient, a.FCGLimitPrice*1 as ActLimitPrice, ",
-             line.price, "as FPrice,", line.price,
+             line.price(), "as FPrice,", line.price(),
              " - Isnull(a.FCGLimitPrice,0) as DiffPrice From "
              "T_ItemPrice a Inner Join t_icItem b On a.FItemID=b.FItemID "
              " inner join t_MeasureUnit c on a.FUnitID=c.FMeasureUnitID "  // two blanks: as stored
              "Where b.FItemID=",
-             line.item_id, " and a.FUnitID=", line.unit_id, " And Isnull(a.FCGLimitPrice,0)>0 And ",
-             line.price, " > Isnull(a.FCGLimitPrice,0) ");
+             line.item_id(), " and a.FUnitID=", line.unit_id(),
+             " And Isnull(a.FCGLimitPrice,0)>0 And ", line.price(),
+             " > Isnull(a.FCGLimitPrice,0) ");
 }
 
 std::string_view Join502(const BillPrices& bill) {

@@ -47,13 +47,9 @@ class LimitPriceRun {
   std::string LineQuery(Connection& cn, bool& Cg);
   std::string BillQuery(bool& Cg);
   std::string SalesBillQuery(int32_t class_type) const;
-  LinePrice ReadLine() const;
   Decimal CustomerCoefficient(Connection& cn) const;
   std::optional<LimitSource> SalesLimitSource() const;
   bool IsWithinRounding(const Decimal& limit) const;
-  double Setting(std::string_view key) const {
-    return NumberOrZero(GetICProfile(self_.host(), key, int32_t{0}));
-  }
 
   PlugIn& self_;
   const Dictionary& oDict_;
@@ -84,20 +80,10 @@ std::string LimitPriceRun::LineQuery(Connection& cn, bool& Cg) {
   side_ = SideOf(ToLong(oDict_.Item("ClassTypeID")));
   if (side_ == Side::kNone) return "";
   Cg = side_ == Side::kPurchase;
-  if (side_ == Side::kPurchase) return queries_.purchase_line(ReadLine());
-  LinePrice line = ReadLine();
-  line.customer_coefficient = CustomerCoefficient(cn);
+  if (side_ == Side::kPurchase) return queries_.purchase_line(LinePrice(oDict_, price_));
+  const LinePrice line(oDict_, price_, CustomerCoefficient(cn));
   const auto source = SalesLimitSource();
   return source ? queries_.sales_line(*source, line) : "";
-}
-
-LinePrice LimitPriceRun::ReadLine() const {
-  return {.index = ToLong(oDict_.Item("Index")),
-          .item_id = ToLong(oDict_.Item("ItemID")),
-          .unit_id = ToLong(oDict_.Item("UnitID")),
-          .coefficient = NumberOrZero(oDict_.Item("Coefficient")),
-          .customer_coefficient = {},
-          .price = price_};
 }
 
 // No such customer leaves the coefficient at 0, which lets every line pass.
@@ -112,7 +98,7 @@ Decimal LimitPriceRun::CustomerCoefficient(Connection& cn) const {
 }
 
 std::optional<LimitSource> LimitPriceRun::SalesLimitSource() const {
-  const double setting = Setting("XSPriceLimit");
+  const auto setting = SettingNumber(GetICProfile(self_.host(), "XSPriceLimit", int32_t{0}));
   for (const LimitSource source : {LimitSource::kSalesLimit, LimitSource::kAverageCost,
                                    LimitSource::kLatestPrice, LimitSource::kLowestPrice}) {
     if (setting == static_cast<int>(source)) return source;
@@ -146,7 +132,8 @@ std::string LimitPriceRun::SalesBillQuery(int32_t class_type) const {
                 .entry_table = is_order ? "t_xs_orderentry" : "t_cc_stockbillentry",
                 .bill_id = ToLong(oDict_.Item("BillInterID")),
                 .exempts_502 = extras_.exempts_502 && !is_order});
-  if (!extras_.takes_discount_price || Setting("XSPriceLimitType") != 1) return query;
+  if (!extras_.takes_discount_price) return query;
+  if (NumberOrZero(GetICProfile(self_.host(), "XSPriceLimitType", int32_t{0})) != 1) return query;
   constexpr std::string_view kListPrice = "a.Fprice";
   constexpr std::string_view kDiscountPrice = "a.FPriceDiscount";
   for (size_t at = query.find(kListPrice); at != std::string::npos;

@@ -4,7 +4,6 @@
 
 #include "foundation/bill_kinds.h"
 #include "foundation/conversions.h"
-#include "foundation/host_services.h"
 #include "foundation/text.h"
 
 namespace tavcc {
@@ -53,13 +52,20 @@ constexpr std::string_view kCostScan =
     "Close MyCur \r\n"
     "DealLocate MyCur ";
 
+// The bill type's text is searched for in the stored list. A bill without one is not checked: two
+// commas in a row are not in the list.
+bool IsChecked(const Value& bill_type) {
+  constexpr std::string_view kChecked = ",3001,3010,0,";
+  const std::string text = bill_type.IsNull() ? "" : ToText(bill_type);
+  return kChecked.find(Cat(",", text, ",")) != std::string_view::npos;
+}
+
 // The list starts with the 0 that the lines' text ends in, so it is well formed without any bill.
 std::string CostScan(std::string_view lines, const Vector& bills) {
-  constexpr int32_t kChecked[] = {3001, 3010, 0};
   std::string batch(lines);
   for (int i = 1; i <= bills.Size(); ++i) {
     const auto bill = ToObject<Dictionary>(bills.Item(i));
-    if (!IsInArray(ToLong(bill->Item("BillType")), kChecked)) continue;
+    if (!IsChecked(bill->Item("BillType"))) continue;
     CatTo(batch, ToLong(bill->Item("BillInterID")), ",");
   }
   batch.pop_back();  // the last comma

@@ -1,5 +1,7 @@
 #include "pricing/price_lookup.h"
 
+#include <optional>
+
 #include "foundation/conversions.h"
 #include "foundation/host_services.h"
 #include "foundation/text.h"
@@ -12,7 +14,7 @@ namespace {
 enum class Transfers { kOutOf502 = 0, kAll = 1, kNone };
 
 Transfers TransfersThatCount(Host& host) {
-  const double setting = NumberOrZero(GetICProfile(host, "CalculateType", int32_t{0}));
+  const auto setting = SettingNumber(GetICProfile(host, "CalculateType", int32_t{0}));
   if (setting == 0) return Transfers::kOutOf502;
   return setting == 1 ? Transfers::kAll : Transfers::kNone;
 }
@@ -169,25 +171,26 @@ std::string OpeningPriceQuery(int32_t item_id, int32_t unit_id) {
       item_id, " and b.FUnitID=", unit_id, "\r\n");
 }
 
-double FirstPrice(const Recordset& rows) {
-  return rows.AtEnd() ? 0 : ToDouble(rows.Field("FPrice"));
+// The price of the first row that the statement returns; nothing when it returns none.
+std::optional<double> FirstPrice(Connection& cn, const std::string& sql) {
+  const RecordsetPtr rows = cn.Execute(sql);
+  if (rows->AtEnd()) return std::nullopt;
+  return ToDouble(rows->Field("FPrice"));
 }
 
 }  // namespace
 
 double GetLowPrice(PlugIn& self, Connection& oConn, int32_t lItemID, int32_t lUnitID) {
-  return FirstPrice(
-      *oConn.Execute(LowestPriceBatch(TransfersThatCount(self.host()), lItemID, lUnitID)));
+  const Transfers transfers = TransfersThatCount(self.host());
+  return FirstPrice(oConn, LowestPriceBatch(transfers, lItemID, lUnitID)).value_or(0);
 }
 
 double GetNewPrice(PlugIn& self, Connection& oConn, int32_t lItemID, int32_t lUnitID) {
-  const RecordsetPtr dated =
-      oConn.Execute(LatestPriceBatch(TransfersThatCount(self.host()), lItemID, lUnitID));
-  const double price = dated->AtEnd()
-                           ? FirstPrice(*oConn.Execute(OpeningPriceQuery(lItemID, lUnitID)))
-                           : FirstPrice(*dated);
+  const Transfers transfers = TransfersThatCount(self.host());
+  auto price = FirstPrice(oConn, LatestPriceBatch(transfers, lItemID, lUnitID));
+  if (!price) price = FirstPrice(oConn, OpeningPriceQuery(lItemID, lUnitID));
   oConn.Execute("Drop table #DATA");
-  return price;
+  return price.value_or(0);
 }
 
 }  // namespace tavcc

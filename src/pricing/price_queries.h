@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "foundation/decimal.h"
+#include "foundation/dictionary.h"
 
 namespace tavcc {
 
@@ -17,14 +18,26 @@ enum class LimitSource {
   kLowestPrice = 3,  // its lowest purchase-in price
 };
 
-// One line that is being entered.
-struct LinePrice {
-  int32_t index = 0;
-  int32_t item_id = 0;
-  int32_t unit_id = 0;
-  double coefficient = 0;        // of the line's unit
-  Decimal customer_coefficient;  // of the customer's type; 0 for no such customer
-  double price = 0;
+// One line that is being entered. Each member converts its value when a query asks for it: a value
+// that no query uses may be anything. Errors: those of the conversions.
+class LinePrice {
+ public:
+  // Refers to the dictionary, which must outlive it. `customer_coefficient` is that of the
+  // customer's type, 0 for no such customer.
+  LinePrice(const Dictionary& oDict, double price, const Decimal& customer_coefficient = {})
+      : oDict_(oDict), price_(price), customer_coefficient_(customer_coefficient) {}
+
+  std::string index() const;  // the plain number, not rounded
+  int32_t item_id() const;
+  int32_t unit_id() const;
+  double coefficient() const;  // of the line's unit
+  const Decimal& customer_coefficient() const { return customer_coefficient_; }
+  double price() const { return price_; }
+
+ private:
+  const Dictionary& oDict_;
+  double price_;
+  Decimal customer_coefficient_;
 };
 
 // A whole saved bill.

@@ -30,72 +30,72 @@ std::string FirstBarcodeJoin(int32_t unit_id) {
 }
 
 std::string SalesLineBySalesLimit(const LinePrice& line) {
-  const Decimal& c = line.customer_coefficient;
-  return Cat("Select ", line.index, " as FIndex, b.FName,a.FXSLimitPrice as LimitPrice,", c,
+  const Decimal& c = line.customer_coefficient();
+  return Cat("Select ", line.index(), " as FIndex, b.FName,a.FXSLimitPrice as LimitPrice,", c,
              " as FCoefficient, "
              " a.FXSLimitPrice*",
-             c, " as ActLimitPrice, ", line.price, "/tb.FCoefficient as FPrice, ", line.price,
+             c, " as ActLimitPrice, ", line.price(), "/tb.FCoefficient as FPrice, ", line.price(),
              "/tb.FCoefficient - Isnull(a.FXSLimitPrice,0)*", c,
              " as DiffPrice "
              "From T_ItemPrice a Inner Join t_icItem b On a.FItemID=b.FItemID "
              "inner join t_MeasureUnit c on a.FUnitID=c.FMeasureUnitID ",
-             BarcodeJoin(line.unit_id), "Where b.FItemID=", line.item_id,
-             " and a.FUnitID=b.FUnitID And Isnull(a.FXSLimitPrice,0)>=0 And ", line.price,
+             BarcodeJoin(line.unit_id()), "Where b.FItemID=", line.item_id(),
+             " and a.FUnitID=b.FUnitID And Isnull(a.FXSLimitPrice,0)>=0 And ", line.price(),
              "/tb.FCoefficient < Isnull(a.FXSLimitPrice,0)*", c);
 }
 
 // The comparison deliberately leaves out the barcode coefficient that the shown columns use.
 std::string SalesLineByAverageCost(const LinePrice& line) {
-  const double k = line.coefficient;
-  const Decimal& c = line.customer_coefficient;
-  return Cat("Select ", line.index, " as FIndex, b.FName, a.FPrice*", k,
+  const double k = line.coefficient();
+  const Decimal& c = line.customer_coefficient();
+  return Cat("Select ", line.index(), " as FIndex, b.FName, a.FPrice*", k,
              " /tb.FCoefficient as LimitPrice,", c,
              " as FCoefficient, "
              " a.FPrice*",
-             k, "*", c, " /tb.FCoefficient as ActLimitPrice, ", line.price,
-             " /tb.FCoefficient as FPrice, ", line.price, " - a.FPrice*", k, "*", c,
+             k, "*", c, " /tb.FCoefficient as ActLimitPrice, ", line.price(),
+             " /tb.FCoefficient as FPrice, ", line.price(), " - a.FPrice*", k, "*", c,
              " as DiffPrice "
              "From (select a.FItemID,case when sum(a.FQty)=0 then 0 Else sum(a.FBal)/sum(a.FQty) "
              "End as FPrice from T_CC_Inventory a inner join t_stock b on FStockID=b.FItemID "
              "where a.FItemID=",
-             line.item_id,
+             line.item_id(),
              " and b.FTypeID<>502 group by a.FItemID) a Inner Join t_icItem b On "
              "a.FItemID=b.FItemID ",
-             BarcodeJoin(line.unit_id), "Where b.FItemID=", line.item_id, " And a.FPrice*", k,
-             ">=0 And ", line.price, " < a.FPrice*", k, "*", c);
+             BarcodeJoin(line.unit_id()), "Where b.FItemID=", line.item_id(), " And a.FPrice*", k,
+             ">=0 And ", line.price(), " < a.FPrice*", k, "*", c);
 }
 
 // Only DiffPrice uses the barcode coefficient.
 std::string SalesLineByLatestPrice(const LinePrice& line) {
-  const Decimal& c = line.customer_coefficient;
-  return Cat("Select ", line.index, " as FIndex, b.FName,a.FLatestInPrice as LimitPrice,", c,
+  const Decimal& c = line.customer_coefficient();
+  return Cat("Select ", line.index(), " as FIndex, b.FName,a.FLatestInPrice as LimitPrice,", c,
              " as FCoefficient, "
              " a.FLatestInPrice*",
-             c, " as ActLimitPrice, ", line.price, " as FPrice, ", line.price,
+             c, " as ActLimitPrice, ", line.price(), " as FPrice, ", line.price(),
              "/tb.FCoefficient - Isnull(a.FLatestInPrice,0)*", c,
              " as DiffPrice "
              "From T_ItemPrice a Inner Join t_icItem b On a.FItemID=b.FItemID "
              "inner join t_MeasureUnit c on a.FUnitID=c.FMeasureUnitID ",
-             BarcodeJoin(line.unit_id), "Where b.FItemID=", line.item_id,
-             " and a.FUnitID=b.FUnitID And Isnull(a.FLatestInPrice,0)>=0 And ", line.price,
+             BarcodeJoin(line.unit_id()), "Where b.FItemID=", line.item_id(),
+             " and a.FUnitID=b.FUnitID And Isnull(a.FLatestInPrice,0)>=0 And ", line.price(),
              " < Isnull(a.FLatestInPrice,0)*", c);
 }
 
 // The barcode join stands before the word From, so the database rejects the statement and the
 // lowest purchase-in price is never enforced on a line. Kept so.
 std::string SalesLineByLowestPrice(const LinePrice& line) {
-  const Decimal& c = line.customer_coefficient;
-  return Cat("Select ", line.index, " as FIndex, b.FName,a.FLowestInPrice as LimitPrice,", c,
+  const Decimal& c = line.customer_coefficient();
+  return Cat("Select ", line.index(), " as FIndex, b.FName,a.FLowestInPrice as LimitPrice,", c,
              " as FCoefficient, "
              " a.FLowestInPrice*",
-             c, " as ActLimitPrice, ", line.price, " as FPrice, ", line.price,
+             c, " as ActLimitPrice, ", line.price(), " as FPrice, ", line.price(),
              "/tb.FCoefficient - Isnull(a.FLowestInPrice,0)*", c, " as DiffPrice ",
-             BarcodeJoin(line.unit_id),
+             BarcodeJoin(line.unit_id()),
              "From T_ItemPrice a Inner Join t_icItem b On a.FItemID=b.FItemID "
              "inner join t_MeasureUnit c on a.FUnitID=c.FMeasureUnitID "
              "Where b.FItemID=",
-             line.item_id, " and a.FUnitID=b.FUnitID And Isnull(a.FLowestInPrice,0)>=0 And ",
-             line.price, " < Isnull(a.FLowestInPrice,0)*", c);
+             line.item_id(), " and a.FUnitID=b.FUnitID And Isnull(a.FLowestInPrice,0)>=0 And ",
+             line.price(), " < Isnull(a.FLowestInPrice,0)*", c);
 }
 
 std::string SalesLine(LimitSource source, const LinePrice& line) {
@@ -113,15 +113,15 @@ std::string SalesLine(LimitSource source, const LinePrice& line) {
 }
 
 std::string PurchaseLine(const LinePrice& line) {
-  return Cat("Select ", line.index,
+  return Cat("Select ", line.index(),
              " as FIndex, b.FName, a.FCGLimitPrice as LimitPrice,"
              " 1 as FCoefficient, a.FCGLimitPrice*1 as ActLimitPrice, ",
-             line.price, "/tb.FCoefficient as FPrice,", line.price,
+             line.price(), "/tb.FCoefficient as FPrice,", line.price(),
              "/tb.FCoefficient - Isnull(a.FCGLimitPrice,0) as DiffPrice From "
              "T_ItemPrice a Inner Join t_icItem b On a.FItemID=b.FItemID "
              " inner join t_MeasureUnit c on a.FUnitID=c.FMeasureUnitID ",  // two blanks: as stored
-             FirstBarcodeJoin(line.unit_id), "Where b.FItemID=", line.item_id,
-             " and a.FUnitID=b.FUnitID And Isnull(a.FCGLimitPrice,0)>0 And ", line.price,
+             FirstBarcodeJoin(line.unit_id()), "Where b.FItemID=", line.item_id(),
+             " and a.FUnitID=b.FUnitID And Isnull(a.FCGLimitPrice,0)>0 And ", line.price(),
              "/tb.FCoefficient > Isnull(a.FCGLimitPrice,0)  ");  // two blanks: as stored
 }
 
