@@ -95,6 +95,8 @@ bool InsertBillLines(Host& host, Connection& connection, const LineSource& sourc
                      int32_t sign, int32_t direction, std::string& message) {
   try {
     connection.Execute(InsertStatement(source, bill_id, sign, direction));
+    // What the server reported without failing the statement fails it here.
+    CheckADOError(host, connection, true);
     return true;
   } catch (const AutomationError&) {
     std::string text = ErrorText(host, connection);

@@ -90,10 +90,8 @@ void LoadBillFromDatabase(Host& host, Connection& connection, const BillTables& 
     const bool audit = intCheckType == kAudit;
     const LoadedColumns& issuing = audit ? kSourceOfTransfer : kTargetOfTransfer;
     const LoadedColumns& receiving = audit ? kTargetOfTransfer : kSourceOfTransfer;
-    if (!InsertBillLines(host, connection, SourceOf(tables, issuing), bill_id, 1, intCheckType,
-                         message)) {
-      return;
-    }
+    // Both are sent, whatever the first one comes to.
+    InsertBillLines(host, connection, SourceOf(tables, issuing), bill_id, 1, intCheckType, message);
     InsertBillLines(host, connection, SourceOf(tables, receiving), bill_id, -1, intCheckType,
                     message);
     return;

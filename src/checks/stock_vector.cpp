@@ -35,29 +35,30 @@ int32_t DestinationSign(int32_t class_type) {
 
 // ---- Reading an entry: what is left empty takes its default ------------------------------------
 
-bool IsBlank(const Value& value) {
-  return value.IsEmpty() || value.IsNull() || (value.IsText() && Trim(value.text()).empty());
+// A text of blanks is a value like any other.
+bool IsLeftEmpty(const Value& value) {
+  return value.IsEmpty() || value.IsNull() || (value.IsText() && value.text().empty());
 }
 
 int32_t LongItem(const Dictionary& entry, std::string_view key) {
   const Value value = entry.Item(key);
-  return IsBlank(value) ? 0 : ToLong(value);
+  return IsLeftEmpty(value) ? 0 : ToLong(value);
 }
 
 Decimal DecimalItem(const Dictionary& entry, std::string_view key, const Decimal& fallback) {
   const Value value = entry.Item(key);
-  return IsBlank(value) ? fallback : ToDecimal(value);
+  return IsLeftEmpty(value) ? fallback : ToDecimal(value);
 }
 
 std::string TextItem(const Dictionary& entry, std::string_view key) {
   const Value value = entry.Item(key);
-  return IsBlank(value) ? "" : ToText(value);
+  return IsLeftEmpty(value) ? "" : ToText(value);
 }
 
 // "YYYY-MM-DD"
 std::string DayItem(const Dictionary& entry, std::string_view key) {
   const Value value = entry.Item(key);
-  return IsBlank(value) ? "1900-01-01" : ToDate(value).ToText().substr(0, 10);
+  return IsLeftEmpty(value) ? "1900-01-01" : ToDate(value).ToText().substr(0, 10);
 }
 
 // The price of the base unit, to the ten decimals that the column keeps.

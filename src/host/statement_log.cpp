@@ -8,21 +8,21 @@ namespace tavcc {
 
 void StatementLog::Clear() {
   statements_.clear();
-  failure_.reset();
+  fault_.reset();
 }
 
-void StatementLog::FailAt(int k, AutomationError error) {
-  statements_to_failure_ = k;
-  failure_.emplace(std::move(error));
+void StatementLog::FailAt(int k, StatementFault fault) {
+  statements_to_fault_ = k;
+  fault_.emplace(std::move(fault));
 }
 
 void StatementLog::SetObserver(std::function<void(const LoggedStatement&)> observer) {
   observer_ = std::move(observer);
 }
 
-std::optional<AutomationError> StatementLog::TakeFailure() {
-  if (!failure_ || --statements_to_failure_ > 0) return std::nullopt;
-  return std::exchange(failure_, std::nullopt);
+std::optional<StatementFault> StatementLog::TakeFault() {
+  if (!fault_ || --statements_to_fault_ > 0) return std::nullopt;
+  return std::exchange(fault_, std::nullopt);
 }
 
 void StatementLog::Add(LoggedStatement statement) {
@@ -38,6 +38,37 @@ std::vector<ProcedureParameter> InputsOf(std::span<const ProcedureParameter> par
     if (!parameter.output) inputs.push_back(parameter);
   }
   return inputs;
+}
+
+// The rows of another recordset, with Null in every field.
+class NullRows final : public Recordset {
+ public:
+  explicit NullRows(RecordsetPtr rows) : rows_(std::move(rows)) {}
+
+  bool IsOpen() const override { return rows_->IsOpen(); }
+  bool AtEnd() const override { return rows_->AtEnd(); }
+  bool AtStart() const override { return rows_->AtStart(); }
+  void MoveNext() override { rows_->MoveNext(); }
+  void MoveFirst() override { rows_->MoveFirst(); }
+  int RecordCount() const override { return rows_->RecordCount(); }
+  int FieldCount() const override { return rows_->FieldCount(); }
+  std::string FieldName(int index) const override { return rows_->FieldName(index); }
+  Value Field(int index) const override { return rows_->Field(index), Null{}; }
+  Value Field(std::string_view name) const override { return rows_->Field(name), Null{}; }
+  void Detach() override { rows_->Detach(); }
+  void Close() override { rows_->Close(); }
+
+ private:
+  RecordsetPtr rows_;
+};
+
+using FaultKind = StatementFault::Kind;
+
+RecordsetPtr Faulty(RecordsetPtr rows, FaultKind kind) {
+  if (rows == nullptr || !rows->IsOpen()) return rows;
+  if (kind == FaultKind::kClosed) rows->Close();
+  if (kind == FaultKind::kNulls) return std::make_shared<NullRows>(std::move(rows));
+  return rows;
 }
 
 class LoggedConnection final : public Connection {
@@ -62,8 +93,8 @@ class LoggedConnection final : public Connection {
   }
 
   std::vector<ConnectionError> Errors() const override {
-    if (!injected_) return connection_->Errors();
-    return {{injected_->number(), injected_->source(), injected_->description(), ""}};
+    if (!reported_) return connection_->Errors();
+    return {{reported_->number(), reported_->source(), reported_->description(), ""}};
   }
 
   int State() const override { return connection_->State(); }
@@ -72,11 +103,14 @@ class LoggedConnection final : public Connection {
  private:
   template <class Run>
   RecordsetPtr Send(LoggedStatement statement, Run run) {
-    injected_ = log_.TakeFailure();
+    const std::optional<StatementFault> fault = log_.TakeFault();
+    const auto is = [&](FaultKind kind) { return fault && fault->kind == kind; };
+    reported_.reset();
+    if (is(FaultKind::kRaised) || is(FaultKind::kLeft)) reported_ = fault->error;
     const auto start = std::chrono::steady_clock::now();
     RecordsetPtr rows;
     try {
-      if (injected_) throw AutomationError(*injected_);
+      if (is(FaultKind::kRaised)) throw AutomationError(fault->error);
       rows = run();
     } catch (const AutomationError& error) {
       statement.error = error;
@@ -85,7 +119,7 @@ class LoggedConnection final : public Connection {
     }
     if (rows != nullptr && rows->IsOpen()) statement.rows = rows->RecordCount();
     Finish(std::move(statement), start);
-    return rows;
+    return fault ? Faulty(std::move(rows), fault->kind) : rows;
   }
 
   void Finish(LoggedStatement statement, std::chrono::steady_clock::time_point start) {
@@ -96,7 +130,7 @@ class LoggedConnection final : public Connection {
 
   ConnectionPtr connection_;
   StatementLog& log_;
-  std::optional<AutomationError> injected_;  // in the last statement
+  std::optional<AutomationError> reported_;  // by order, of the last statement
 };
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "foundation/connection.h"
@@ -24,30 +25,45 @@ struct LoggedStatement {
   std::optional<AutomationError> error = {};  // what it raised instead of a result
 };
 
+// How a statement goes wrong.
+struct StatementFault {
+  enum class Kind {
+    kRaised,  // it does not run, and raises the error
+    kLeft,    // it runs; the error is left in the connection's Errors(), and nothing raises it
+    kClosed,  // it runs, and its recordset comes back closed
+    kNulls,   // it runs, and every field of its rows is Null
+  };
+  StatementFault(AutomationError raised_or_left, Kind how = Kind::kRaised)
+      : error(std::move(raised_or_left)), kind(how) {}
+
+  AutomationError error;  // without meaning for kClosed and kNulls
+  Kind kind;
+};
+
 class StatementLog {
  public:
   const std::vector<LoggedStatement>& statements() const { return statements_; }
   // Forgets the statements so far and any failure still ordered.
   void Clear();
 
-  // Raises `error` in place of the k-th statement from now on (1 is the next one), once. The
-  // statement does not reach the database; its text still counts as sent, and the connection's
-  // Errors() then tell of it.
-  void FailAt(int k, AutomationError error);
+  // Lets the k-th statement from now on (1 is the next one) go wrong, once. Its text counts as sent
+  // also where it does not reach the database; the connection's Errors() then tell of an error that
+  // was raised or left.
+  void FailAt(int k, StatementFault fault);
   // Whether a failure was ordered that no statement has met yet.
-  bool FailurePending() const { return failure_.has_value(); }
+  bool FailurePending() const { return fault_.has_value(); }
 
   // Called after each statement, for output while a call runs.
   void SetObserver(std::function<void(const LoggedStatement&)> observer);
 
-  // For connections: the failure to raise in place of the statement about to be sent, if any.
-  std::optional<AutomationError> TakeFailure();
+  // For connections: what is to go wrong with the statement about to be sent, if anything.
+  std::optional<StatementFault> TakeFault();
   void Add(LoggedStatement statement);
 
  private:
   std::vector<LoggedStatement> statements_;
-  std::optional<AutomationError> failure_;
-  int statements_to_failure_ = 0;
+  std::optional<StatementFault> fault_;
+  int statements_to_fault_ = 0;
   std::function<void(const LoggedStatement&)> observer_;
 };
 

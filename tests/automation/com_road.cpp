@@ -70,7 +70,7 @@ class ComRoad final : public Road {
 
   void StartLog(const std::optional<InjectedFailure>& failure) override {
     erp_.log().Clear();
-    if (failure) erp_.log().FailAt(failure->at, failure->error);
+    if (failure) erp_.log().FailAt(failure->at, failure->fault);
   }
   std::vector<LoggedStatement> TakeLog() override {
     auto statements = erp_.log().statements();

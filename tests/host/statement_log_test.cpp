@@ -110,6 +110,16 @@ TEST_F(StatementLogTest, ErrorsTellOfAnOrderedFailureUntilTheNextStatement) {
   EXPECT_THAT(connection_->Errors(), IsEmpty());
 }
 
+TEST_F(StatementLogTest, AnErrorCanBeLeftBehindByAStatementThatRuns) {
+  log_.FailAt(1, {AutomationError(50000, "test", "disk full"), StatementFault::Kind::kLeft});
+  EXPECT_EQ(Run("Select 1"), 0);
+  EXPECT_THAT(session_->sent, ElementsAre("Select 1"));
+  ASSERT_THAT(connection_->Errors(), SizeIs(1));
+  EXPECT_EQ(connection_->Errors()[0].description, "disk full");
+  EXPECT_EQ(Run("Select 2"), 0);
+  EXPECT_THAT(connection_->Errors(), IsEmpty());
+}
+
 TEST_F(StatementLogTest, ClearingDropsAFailureThatNoStatementMet) {
   log_.FailAt(1, AutomationError(50000, "test", "disk full"));
   log_.Clear();

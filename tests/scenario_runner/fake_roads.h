@@ -91,7 +91,7 @@ class FakeRoad final : public Road {
   }
   void StartLog(const std::optional<InjectedFailure>& failure) override {
     log_.Clear();
-    if (failure) log_.FailAt(failure->at, failure->error);
+    if (failure) log_.FailAt(failure->at, failure->fault);
   }
   std::vector<LoggedStatement> TakeLog() override {
     auto statements = log_.statements();

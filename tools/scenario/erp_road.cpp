@@ -17,7 +17,7 @@ Value ErpRoad::Call(const ClassDescription& cls, const Method& method,
 void ErpRoad::StartLog(const std::optional<InjectedFailure>& failure) {
   erp_->log().Clear();
   erp_->log().SetObserver(observer_);
-  if (failure) erp_->log().FailAt(failure->at, failure->error);
+  if (failure) erp_->log().FailAt(failure->at, failure->fault);
 }
 
 std::vector<LoggedStatement> ErpRoad::TakeLog() {

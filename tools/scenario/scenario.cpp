@@ -106,15 +106,31 @@ std::optional<ExpectedError> ReadOptionalError(const Section& section) {
   return ReadError(*error, section.place() + ", key \"error\"");
 }
 
-AutomationError ReadFailure(const Section& section) {
-  return {section.OptionalLong("number").value_or(kInjectedNumber),
-          section.OptionalText("source").value_or(""),
-          section.OptionalText("description").value_or(std::string(kInjectedText))};
+StatementFault::Kind ReadKind(const Section& section) {
+  using Kind = StatementFault::Kind;
+  constexpr std::pair<std::string_view, Kind> kKinds[] = {
+      {"raised", Kind::kRaised},
+      {"left", Kind::kLeft},
+      {"closed", Kind::kClosed},
+      {"nulls", Kind::kNulls},
+  };
+  const std::string word = section.OptionalText("kind").value_or("raised");
+  for (const auto& [name, kind] : kKinds) {
+    if (name == word) return kind;
+  }
+  section.Fail("kind", R"(must be "raised", "left", "closed" or "nulls")");
+}
+
+StatementFault ReadFailure(const Section& section) {
+  return {AutomationError(section.OptionalLong("number").value_or(kInjectedNumber),
+                          section.OptionalText("source").value_or(""),
+                          section.OptionalText("description").value_or(std::string(kInjectedText))),
+          ReadKind(section)};
 }
 
 InjectedFailure ReadFail(const Json& json, const std::string& place) {
   const Section section(json, place);
-  section.AllowOnly({"at", "number", "source", "description"});
+  section.AllowOnly({"at", "kind", "number", "source", "description"});
   const int at = section.OptionalLong("at").value_or(0);
   if (at < 1) section.Fail("at", "must be the position of a statement, from 1");
   return {at, ReadFailure(section)};
@@ -164,7 +180,7 @@ Sweep ReadSweep(const Json& json, const std::string& place, const Method& method
   const Section section(json, place);
   section.AllowOnly({"at", "fail", "expect", "error", "then"});
   const Section failure(section.Object("fail"), place + ", key \"fail\"");
-  failure.AllowOnly({"number", "source", "description"});
+  failure.AllowOnly({"kind", "number", "source", "description"});
   Sweep sweep{{}, ReadFailure(failure), section.Object("expect"), ReadOptionalError(section), {}};
   CheckExpectation(section, "expect", sweep.expect, method);
   for (const Json& at : section.List("at")) {

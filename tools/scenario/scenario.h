@@ -9,6 +9,7 @@
 
 #include "foundation/date_time.h"
 #include "foundation/error.h"
+#include "host/statement_log.h"
 #include "registry/class_registry.h"
 #include "scenario/json.h"
 
@@ -27,10 +28,10 @@ struct StartState {
   std::vector<std::string> sql;
 };
 
-// The statement of a call that is made to fail, counted from 1, and its error.
+// The statement of a call that is made to go wrong, counted from 1, and how.
 struct InjectedFailure {
   int at = 0;
-  AutomationError error;
+  StatementFault fault;
 };
 
 // What is expected of an error; members that are not set are not compared.
@@ -47,7 +48,7 @@ struct Step;
 struct Sweep {
   // The statements this expectation is for; empty for all that no other expectation names.
   std::vector<int> at;
-  AutomationError failure;
+  StatementFault failure;
   Json expect = Json::object();
   std::optional<ExpectedError> error;
   std::vector<Step> then;  // queries that look at the database afterwards
