@@ -1,6 +1,7 @@
 #include "faults/contracts.h"
 
 #include <algorithm>
+#include <map>
 #include <optional>
 #include <set>
 
@@ -55,6 +56,20 @@ std::set<std::string> AnswersOf(const std::string& name) {
   return answers;
 }
 
+using Kind = StatementFault::Kind;
+
+const std::string kEveryMethod = "*";
+
+const std::map<std::string, Kind> kFaults = {{"raised", Kind::kRaised},
+                                             {"left", Kind::kLeft},
+                                             {"closed", Kind::kClosed},
+                                             {"nulls", Kind::kNulls}};
+
+bool IsFor(const Json& promise, Kind kind) {
+  if (!promise.contains("fault")) return kind == Kind::kRaised || kind == Kind::kClosed;
+  return kFaults.at(promise["fault"].get<std::string>()) == kind;
+}
+
 // Whether `given` has everything that `wanted` names; a list is one of these.
 bool Holds(const Json& given, const Json& wanted) {
   if (wanted.is_array()) {
@@ -68,33 +83,64 @@ bool Holds(const Json& given, const Json& wanted) {
 
 }  // namespace
 
+std::string FaultName(StatementFault::Kind kind) {
+  for (const auto& [name, known] : kFaults) {
+    if (known == kind) return name;
+  }
+  return "";
+}
+
 Json ReadContracts(const std::string& file) {
   Json contracts = ParseJson(ReadTextFile(file));
   for (const auto& [method, promises] : contracts.items()) {
-    const std::set<std::string> answers = AnswersOf(method);
+    const std::set<std::string> answers =
+        method == kEveryMethod ? std::set<std::string>() : AnswersOf(method);
     for (const Json& promise : promises) {
-      AllowOnly(method, promise, {"statement", "when", "expect", "error", "goes_on"});
+      AllowOnly(
+          method, promise,
+          {"fault", "statement", "when", "expect", "error", "goes_on", "as_usual", "as_raised"});
       AllowOnly(method, promise.value("expect", Json::object()), answers);
       AllowOnly(method, promise.value("error", Json::object()),
                 {"number", "source", "description"});
-      if (promise.contains("expect") + promise.contains("error") + promise.contains("goes_on") !=
+      if (promise.contains("expect") + promise.contains("error") + promise.contains("goes_on") +
+              promise.contains("as_usual") + promise.contains("as_raised") !=
           1) {
-        throw JsonError(method + ": a promise is one of expect, error, goes_on");
+        throw JsonError(method +
+                        ": a promise is one of expect, error, goes_on, as_usual, as_raised");
+      }
+      if (promise.contains("fault") && !kFaults.contains(promise["fault"].get<std::string>())) {
+        throw JsonError(method + ": unknown fault " + promise["fault"].dump());
       }
     }
   }
   return contracts;
 }
 
-const Json* PromiseFor(const Json& contracts, const std::string& method,
-                       const std::string& statement, const Json& arguments) {
-  const Json* const promises = contracts.find(method);
+namespace {
+
+const Json* FindPromise(const Json& contracts, const std::string& owner, Kind kind,
+                        const std::string& statement, const Json& arguments) {
+  const Json* const promises = contracts.find(owner);
   if (promises == nullptr) return nullptr;
   for (const Json& promise : *promises) {
+    if (!IsFor(promise, kind)) continue;
     if (statement.find(promise.value("statement", std::string())) == std::string::npos) continue;
     if (!promise.contains("when") || Holds(arguments, promise["when"])) return &promise;
   }
   return nullptr;
+}
+
+}  // namespace
+
+const Json* PromiseFor(const Json& contracts, StatementFault::Kind kind, const std::string& method,
+                       const std::string& statement, const Json& arguments) {
+  static const Json as_usual = {{"as_usual", true}};
+  const Json* promise = FindPromise(contracts, method, kind, statement, arguments);
+  if (promise == nullptr)
+    promise = FindPromise(contracts, kEveryMethod, kind, statement, arguments);
+  if (promise == nullptr) return kind == Kind::kLeft ? &as_usual : nullptr;
+  if (!promise->contains("as_raised")) return promise;
+  return PromiseFor(contracts, Kind::kRaised, method, statement, arguments);
 }
 
 std::string ShowOutcome(const Method& method, const CallOutcome& outcome) {
@@ -112,16 +158,28 @@ std::string ShowOutcome(const Method& method, const CallOutcome& outcome) {
 }
 
 void CompareWithPromise(const Json& promise, const Method& method, const AutomationError& failure,
-                        const CallOutcome& outcome, std::vector<std::string>& differences) {
+                        const CallOutcome& usual, const CallOutcome& outcome,
+                        std::vector<std::string>& differences) {
+  if (promise.contains("as_usual")) {
+    const std::string wanted = ShowOutcome(method, usual);
+    const std::string got = ShowOutcome(method, outcome);
+    if (got != wanted) differences.push_back("wanted " + wanted + "\n  got " + got);
+    return;
+  }
+  if (promise.contains("goes_on")) {
+    const auto speaks = [&](const CallOutcome& of) {
+      return ShowOutcome(method, of).find(failure.description()) != std::string::npos;
+    };
+    if (speaks(outcome) && !speaks(usual)) differences.emplace_back("speaks of the failure");
+    if (outcome.error && !usual.error) differences.emplace_back("raises an error");
+    if (!differences.empty()) differences.push_back("got " + ShowOutcome(method, outcome));
+    return;
+  }
   const size_t before = differences.size();
   const Json filled = Filled(promise, failure);
   CompareOutcome(method, filled.value("expect", Json::object()), ErrorIn(filled), outcome,
                  differences);
-  const std::string shown = ShowOutcome(method, outcome);
-  if (promise.contains("goes_on") && shown.find(failure.description()) != std::string::npos) {
-    differences.emplace_back("speaks of the failure");
-  }
-  if (differences.size() > before) differences.push_back("got " + shown);
+  if (differences.size() > before) differences.push_back("got " + ShowOutcome(method, outcome));
 }
 
 }  // namespace tavcc::faults
