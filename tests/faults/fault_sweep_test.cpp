@@ -118,8 +118,10 @@ class Sweep {
     CallOutcome outcome;
     std::string contents;
   };
-  // Calls in a transaction, which is rolled back afterwards.
-  Ended CallAndRollBack(Road& road, const std::optional<InjectedFailure>& failure);
+  // Both call in a transaction, which is rolled back afterwards; the second looks at the database
+  // before that.
+  CallOutcome CallWithFault(const InjectedFailure& failure);
+  Ended CallAndLook();
   void FailAt(int at, const StatementFault& fault);
   std::string Place(int at, const std::string& statement) const;
 
@@ -130,11 +132,18 @@ class Sweep {
   Ended clean_;
 };
 
-Sweep::Ended Sweep::CallAndRollBack(Road& road, const std::optional<InjectedFailure>& failure) {
-  road.connection()->Execute("BEGIN TRANSACTION");
-  Ended ended{CallStep(road, step_, failure), {}};
-  ended.contents = Contents(*road.connection());
-  road.connection()->Execute(kRollback);
+CallOutcome Sweep::CallWithFault(const InjectedFailure& failure) {
+  road_->connection()->Execute("BEGIN TRANSACTION");
+  CallOutcome outcome = CallStep(*road_, step_, failure);
+  road_->connection()->Execute(kRollback);
+  return outcome;
+}
+
+Sweep::Ended Sweep::CallAndLook() {
+  road_->connection()->Execute("BEGIN TRANSACTION");
+  Ended ended{CallStep(*road_, step_, std::nullopt), {}};
+  ended.contents = Contents(*road_->connection());
+  road_->connection()->Execute(kRollback);
   return ended;
 }
 
@@ -146,7 +155,7 @@ std::string Sweep::Place(int at, const std::string& statement) const {
 
 void Sweep::FailAt(int at, const StatementFault& fault) {
   const std::string method = std::string(step_.cls->name) + "." + std::string(step_.method->name);
-  const CallOutcome failed = CallAndRollBack(*road_, InjectedFailure{at, fault}).outcome;
+  const CallOutcome failed = CallWithFault({at, fault});
   ASSERT_GE(failed.sent.size(), static_cast<size_t>(at)) << Place(at, "not sent again");
   const std::string statement = ShowStatement(failed.sent[static_cast<size_t>(at) - 1]);
   const Json* promise = PromiseFor(Contracts(), fault.kind, method, statement, step_.args);
@@ -160,7 +169,7 @@ void Sweep::FailAt(int at, const StatementFault& fault) {
   for (const std::string& difference : differences) {
     ADD_FAILURE() << Place(at, statement) << "\n  " << FaultName(fault.kind) << ": " << difference;
   }
-  const Ended again = CallAndRollBack(*road_, std::nullopt);
+  const Ended again = CallAndLook();
   // What it sends is another matter: it may find things in its caches.
   EXPECT_EQ(ShowOutcome(*step_.method, again.outcome), ShowOutcome(*step_.method, clean_.outcome))
       << Place(at, statement);
@@ -169,7 +178,7 @@ void Sweep::FailAt(int at, const StatementFault& fault) {
 
 int Sweep::Run() {
   road_ = RoadBefore(scenario_, step_.number, *roads_, roads_->FixesClock());
-  clean_ = CallAndRollBack(*road_, std::nullopt);
+  clean_ = CallAndLook();
   int faults = 0;
   const auto& sent = clean_.outcome.sent;
   for (size_t i = 0; i < sent.size(); ++i) {
