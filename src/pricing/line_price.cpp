@@ -1,3 +1,4 @@
+// The values of a line that is being entered, each converted when a query asks for it.
 #include "foundation/conversions.h"
 #include "foundation/text.h"
 #include "pricing/price_queries.h"

@@ -109,7 +109,7 @@ Json ReadContracts(const std::string& file) {
                         ": a promise is one of expect, error, goes_on, as_usual, as_raised");
       }
       if (promise.contains("fault") && !kFaults.contains(promise["fault"].get<std::string>())) {
-        throw JsonError(method + ": unknown fault " + promise["fault"].dump());
+        throw JsonError(method + ": unknown fault " + Show(promise["fault"]));
       }
     }
   }
