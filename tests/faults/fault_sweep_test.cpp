@@ -44,6 +44,7 @@ const StatementFault kFaults[] = {
 
 // Whether the fault changes anything about a statement that came to this.
 bool Applies(const StatementFault& fault, const LoggedStatement& sent) {
+  if (fault.kind == Kind::kLeft) return !sent.error;
   if (fault.kind == Kind::kClosed) return sent.rows >= 0;
   if (fault.kind == Kind::kNulls) return sent.rows > 0;
   return true;
