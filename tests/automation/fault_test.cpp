@@ -21,7 +21,7 @@ namespace {
 
 using host_automation::Fault;
 
-constexpr size_t kCallsOfAMethod = 5;
+constexpr size_t kCallsOfAMethod = 3;
 constexpr int kBeyondAllCalls = 1'000'000;
 
 struct Place {
