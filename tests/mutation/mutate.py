@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
 """Changes the rules at random, one change at a time, and tells whether the tests notice.
 
-usage: tests/mutation/mutate.py [--seed N] [--count N] [--only FILE…] [--jobs N] [--prepare]
+usage: tests/mutation/mutate.py [--seed N] [--count N] [--only FILE…] [--jobs N] [--faults] [--prepare]
 
 Works on a copy of the project in build/mutation/; the project itself stays as it is. What counts as
 a change stands in changes.py. Each change touches one source: that source is compiled and linked in
 front of the libraries, and the tests run until the first that fails: the scenarios of the rule's
 area, the tables of decisions and of host calls, the C++ tests of its folder, all other scenarios,
-and last every statement of every scenario failing. A change that no compiler takes is drawn again.
+and with --faults every statement of every scenario failing, which takes long. A change that no compiler takes is drawn again.
 One that survives is looked up in equivalents.json, the list of changes that change nothing, each
 with its reason; a change that leaves the optimised machine code as it was is told by itself.
 
@@ -34,10 +34,7 @@ import changes
 TOP = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 WORK = os.path.join(TOP, "build", "mutation")
 COPY = os.path.join(WORK, "source")
-# The rules and the database as the preset release, which run fast; the programs' own sources as the
-# preset dev, which build fast.
-LIBRARIES = os.path.join(COPY, "build", "release")
-TESTS = os.path.join(COPY, "build", "dev")
+BUILD = os.path.join(COPY, "build", "dev")
 EQUIVALENTS = os.path.join(TOP, "tests", "mutation", "equivalents.json")
 
 RULE_FOLDERS = ("audit", "checks", "pricing", "balances", "billtypes")
@@ -74,7 +71,8 @@ AREAS = (
     (r"foundation/", ["related_bills", "periods", "transfer", "batch_audit"]),
 )
 
-SLOWEST = 600  # seconds that a test may take
+SLOWEST = 600  # seconds that a test program may take,
+SLOWEST_SCENARIOS = 60  # and a few scenarios; a change may make a loop that never ends
 
 
 def run(command, **options):
@@ -104,10 +102,9 @@ def prepare():
             path = os.path.join(folder, name)
             if os.path.relpath(path, COPY) not in wanted:
                 os.remove(path)
-    for preset, targets in (("release", ["tavcc_registry", "tavcc_host", "tavcc_odbc"]),
-                            ("dev", ["tavcc", *sorted(programs())])):
-        must(["cmake", "--preset", preset], cwd=COPY)
-        must(["cmake", "--build", "--preset", preset, "-j", "2", "--target", *targets], cwd=COPY)
+    must(["cmake", "--preset", "dev"], cwd=COPY)
+    must(["cmake", "--build", "--preset", "dev", "-j", "2", "--target", "tavcc",
+          *sorted(programs())], cwd=COPY)
 
 
 def programs():
@@ -131,7 +128,7 @@ class Compiler:
 
     def __init__(self):
         self.compile = {}
-        for entry in json.load(open(os.path.join(LIBRARIES, "compile_commands.json"))):
+        for entry in json.load(open(os.path.join(BUILD, "compile_commands.json"))):
             name = os.path.relpath(entry["file"], os.path.join(COPY, "src"))
             self.compile[name] = shlex.split(entry["command"])
         self.link = {}
@@ -142,23 +139,20 @@ class Compiler:
         command = command[:command.index("-o")]
         command += ["-w", "-I" + os.path.join(COPY, "src", os.path.dirname(name))]
         command += ["-O2" if optimised else "-O0", "-g0", "-x", "c++", "-", "-c", "-o", target]
-        return run(command, input=source, cwd=LIBRARIES).returncode == 0
+        return run(command, input=source, cwd=BUILD).returncode == 0
 
     def program(self, name, object_file, target):
         """Links a program with an object in front of its libraries."""
         if name not in self.link:
-            commands = must(["ninja", "-C", TESTS, "-t", "commands", "bin/" + name]).splitlines()
+            commands = must(["ninja", "-C", BUILD, "-t", "commands", "bin/" + name]).splitlines()
             self.link[name] = next(shlex.split(part) for line in reversed(commands)
                                    for part in line.split(" && ") if f"-o bin/{name}" in part)
         words = list(self.link[name])
         words[words.index("-o") + 1] = target
-        for i, word in enumerate(words):
-            if word.startswith("src/") and word.endswith(".a"):
-                words[i] = os.path.join(LIBRARIES, word)
         words.insert(next(i for i, word in enumerate(words) if word.endswith(".a")), object_file)
         if shutil.which("ld.lld"):
-            words.append("-fuse-ld=lld")
-        done = run(words, cwd=TESTS)
+            words += ["-fuse-ld=lld", "-Wl,--strip-debug"]
+        done = run(words, cwd=BUILD)
         if done.returncode != 0:
             sys.exit(f"{name} does not link:\n{done.stderr[-2000:]}")
 
@@ -175,8 +169,8 @@ def scenario_stages(name):
 class Trial:
     """One changed source, and the tests on it."""
 
-    def __init__(self, compiler, name, source):
-        self.compiler, self.name, self.source = compiler, name, source
+    def __init__(self, compiler, name, source, faults=False):
+        self.compiler, self.name, self.source, self.faults = compiler, name, source, faults
 
     def noticed_by(self):
         """The first test that fails, None when all pass; False when the change does not compile."""
@@ -204,7 +198,8 @@ class Trial:
         for other in sorted(programs() - {own, "decisions_tests", "host_calls_tests",
                                           "faults_tests"}):
             yield other[:-6], lambda o=other: self.program(o)
-        yield "faults", lambda: self.program("faults_tests")
+        if self.faults:
+            yield "faults", lambda: self.program("faults_tests")
 
     def binary(self, program):
         path = os.path.join(self.folder, program)
@@ -212,9 +207,9 @@ class Trial:
             self.compiler.program(program, self.object, path)
         return path
 
-    def passes(self, command):
+    def passes(self, command, limit=SLOWEST):
         try:
-            done = subprocess.run(command, cwd=WORK, timeout=SLOWEST, stdout=subprocess.DEVNULL,
+            done = subprocess.run(command, cwd=WORK, timeout=limit, stdout=subprocess.DEVNULL,
                                   stderr=subprocess.DEVNULL,
                                   env={**os.environ, "TAVCC_DSN": ""})
             return done.returncode == 0
@@ -227,8 +222,8 @@ class Trial:
         files = sorted(os.path.join(folder, name) for name in os.listdir(folder))
         random.Random(0).shuffle(files)
         few = 5
-        return all(self.passes([self.binary("tavcc"), "run", *files[at:at + few]])
-                   for at in range(0, len(files), few))
+        return all(self.passes([self.binary("tavcc"), "run", *files[at:at + few]],
+                               SLOWEST_SCENARIOS) for at in range(0, len(files), few))
 
     def program(self, program):
         return self.passes([self.binary(program), "--gtest_brief=1", "--gtest_fail_fast"])
@@ -272,10 +267,10 @@ def draw(seed, files):
             yield name, texts[name], change
 
 
-def attempt(compiler, name, text, change):
+def attempt(compiler, faults, name, text, change):
     changed = changes.apply(text, change)
     started = time.monotonic()
-    verdict = Trial(compiler, name, changed).noticed_by()
+    verdict = Trial(compiler, name, changed, faults).noticed_by()
     before, after = changes.before_and_after(text, change)
     why = None
     if verdict is None:
@@ -308,7 +303,7 @@ def tried(attempt_one, drawn, jobs):
         ahead = collections.deque()
         try:
             while True:
-                while len(ahead) < 4 * jobs:
+                while len(ahead) < 20 * jobs:
                     ahead.append(pool.submit(attempt_one, next(drawn)))
                 yield ahead.popleft().result()
         finally:
@@ -321,6 +316,7 @@ def main():
     parser.add_argument("--count", type=int, default=300)
     parser.add_argument("--only", nargs="*", default=[], help="sources, e.g. checks/credit.cpp")
     parser.add_argument("--jobs", type=int, default=1)
+    parser.add_argument("--faults", action="store_true", help="let every statement fail, too")
     parser.add_argument("--prepare", action="store_true", help="build the copy and stop")
     options = parser.parse_args()
     os.makedirs(COPY, exist_ok=True)
@@ -330,7 +326,7 @@ def main():
     compiler = Compiler()
     drawn = draw(options.seed, options.only or sources())
     results = []
-    for result in tried(lambda one: attempt(compiler, *one), drawn, options.jobs):
+    for result in tried(lambda one: attempt(compiler, options.faults, *one), drawn, options.jobs):
         if result["noticed_by"] is False:
             continue  # no compiler takes it
         results.append(result)
