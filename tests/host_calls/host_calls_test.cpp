@@ -80,7 +80,7 @@ class RecordingRoad final : public Road {
 
   void StartLog(const std::optional<InjectedFailure>& failure) override {
     erp_.log().Clear();
-    if (failure) erp_.log().FailAt(failure->at, failure->error);
+    if (failure) erp_.log().FailAt(failure->at, failure->fault);
   }
   std::vector<LoggedStatement> TakeLog() override { return erp_.log().statements(); }
 
