@@ -166,11 +166,30 @@ def scenario_stages(name):
     return first, [folder for folder in folders if folder not in first]
 
 
+def words_of(source, change):
+    """What scenarios that reach a changed place are likely to hold: its texts, its ids."""
+    ids = dict(re.findall(r"(k\w+) = (\d{7})", open(
+        os.path.join(COPY, "src", "foundation", "bill_kinds.h"), encoding="utf-8").read()))
+    words = []
+    for token in changes.tokens_of(source):
+        near = token.begin < change.end + 200 and token.end > change.begin - 200
+        inside = token.begin < change.end + 1 and token.end > change.begin - 1
+        if token.kind == "text" and inside:
+            at = change.begin - token.begin
+            words.append(token.text[max(1, at - 15):at + 15].strip('"'))
+        elif token.kind == "number" and len(token.text) >= 4 and inside:
+            words.append(token.text)
+        elif token.text in ids and near:
+            words.append(ids[token.text])
+    return words
+
+
 class Trial:
     """One changed source, and the tests on it."""
 
-    def __init__(self, compiler, name, source, faults=False):
-        self.compiler, self.name, self.source, self.faults = compiler, name, source, faults
+    def __init__(self, compiler, name, source, words=(), faults=False):
+        self.compiler, self.name, self.source = compiler, name, source
+        self.words, self.faults = words, faults
 
     def noticed_by(self):
         """The first test that fails, None when all pass; False when the change does not compile."""
@@ -217,13 +236,21 @@ class Trial:
             return False  # it hangs
 
     def scenarios(self, folder):
-        """A few files at a time, in an order of no meaning: the first of them tell most changes."""
+        """The files that speak of what was changed come first, the shortest of them before all."""
         folder = os.path.join(COPY, "tests", "scenarios", folder)
-        files = sorted(os.path.join(folder, name) for name in os.listdir(folder))
-        random.Random(0).shuffle(files)
-        few = 5
-        return all(self.passes([self.binary("tavcc"), "run", *files[at:at + few]],
-                               SLOWEST_SCENARIOS) for at in range(0, len(files), few))
+        files = {}
+        for name in os.listdir(folder):
+            with open(os.path.join(folder, name), encoding="utf-8") as file:
+                files[os.path.join(folder, name)] = file.read()
+        order = sorted(files, key=lambda path: (
+            -sum(word in files[path] for word in self.words), len(files[path])))
+        few = 1
+        while order:
+            if not self.passes([self.binary("tavcc"), "run", *order[:few]], SLOWEST_SCENARIOS):
+                return False
+            order = order[few:]
+            few *= 2
+        return True
 
     def program(self, program):
         return self.passes([self.binary(program), "--gtest_brief=1", "--gtest_fail_fast"])
@@ -270,7 +297,7 @@ def draw(seed, files):
 def attempt(compiler, faults, name, text, change):
     changed = changes.apply(text, change)
     started = time.monotonic()
-    verdict = Trial(compiler, name, changed, faults).noticed_by()
+    verdict = Trial(compiler, name, changed, words_of(text, change), faults).noticed_by()
     before, after = changes.before_and_after(text, change)
     why = None
     if verdict is None:
