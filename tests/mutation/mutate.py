@@ -1,15 +1,17 @@
 #!/usr/bin/env python3
 """Changes the rules at random, one change at a time, and tells whether the tests notice.
 
-usage: tests/mutation/mutate.py [--seed N] [--count N] [--only FILE…] [--jobs N] [--faults] [--prepare]
+usage: tests/mutation/mutate.py [--seed N] [--count N] [--only FILE…] [--jobs N] [--faults]
+                                [--prepare]
 
-Works on a copy of the project in build/mutation/; the project itself stays as it is. What counts as
-a change stands in changes.py. Each change touches one source: that source is compiled and linked in
-front of the libraries, and the tests run until the first that fails: the scenarios of the rule's
-area, the tables of decisions and of host calls, the C++ tests of its folder, all other scenarios,
-and with --faults every statement of every scenario failing, which takes long. A change that no compiler takes is drawn again.
-One that survives is looked up in equivalents.json, the list of changes that change nothing, each
-with its reason; a change that leaves the optimised machine code as it was is told by itself.
+Works on a copy of the project in build/mutation/; the project itself stays as it is. What counts
+as a change stands in changes.py. Each change touches one source: that source is compiled and
+linked in front of the libraries, and the tests run until the first that fails: the scenarios of
+the rule's area, the tables of decisions and of host calls, the C++ tests of its folder, all other
+scenarios, and with --faults every statement of every scenario failing, which takes long. A change
+that no compiler takes is drawn again. One that survives is looked up in equivalents.json, the list
+of changes that change nothing, each with its reason; a change that leaves the optimised machine
+code as it was is told by itself.
 
 The same seed, count and sources give the same changes. Ends with status 1 when fewer than 98 % of
 them were noticed.
