@@ -33,6 +33,7 @@ ResourceLoader& LoaderFor(Host& host, std::string_view language) {
 
 std::string LoadResText(Host& host, std::string_view sText, std::string_view sLanguage) {
   const PendingErrorKeeper keeper;
+  const TrapWatch unwatched;  // a text without a translation is its own: nothing has failed
   std::string key(Trim(sText));
   return Trap(
       [&] {

@@ -1,6 +1,7 @@
 // The trap of the public methods: one translator from exceptions to a method's failure value.
 #pragma once
 
+#include <optional>
 #include <utility>
 
 #include "foundation/error.h"
@@ -23,6 +24,24 @@ class PendingErrorKeeper {
 
  private:
   const AutomationError* kept_;
+};
+
+// Sees the first error that a trap of this thread catches while the watch stands, whatever the
+// method then answers. An inner watch keeps what it sees from the outer one.
+class TrapWatch {
+ public:
+  TrapWatch();
+  ~TrapWatch();
+  TrapWatch(const TrapWatch&) = delete;
+  TrapWatch& operator=(const TrapWatch&) = delete;
+  const std::optional<AutomationError>& first() const { return first_; }
+
+  // For traps.
+  static void Note(const AutomationError& error);
+
+ private:
+  std::optional<AutomationError> first_;
+  TrapWatch* outer_;
 };
 
 namespace internal {

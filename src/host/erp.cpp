@@ -1,6 +1,9 @@
 #include "host/erp.h"
 
+#include <functional>
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include "embedded/script.h"
 #include "foundation/error.h"
@@ -11,30 +14,91 @@ namespace tavcc {
 namespace {
 
 constexpr std::string_view kBegin = "BEGIN TRANSACTION";
+constexpr std::string_view kBeginSnapshot =
+    "SET TRANSACTION ISOLATION LEVEL SNAPSHOT BEGIN TRANSACTION";
+constexpr std::string_view kEndSnapshot =
+    "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION SET TRANSACTION ISOLATION LEVEL READ COMMITTED";
 // As kRollback.
 constexpr std::string_view kCommit = "IF @@TRANCOUNT > 0 COMMIT TRANSACTION";
+
+// A session that is never left without the host's transaction: an error may have made the database
+// give it up, and what a rule sends after it has trapped the error would be kept at once.
+class GuardedSession final : public Connection {
+ public:
+  using Renewal = std::function<std::string()>;
+  GuardedSession(ConnectionPtr session, Renewal renewal)
+      : session_(std::move(session)), renewal_(std::move(renewal)) {}
+
+  RecordsetPtr Execute(std::string_view sql) override {
+    return Guard([&] { return session_->Execute(sql); });
+  }
+  RecordsetPtr OpenClientRecordset(std::string_view sql) override {
+    return Guard([&] { return session_->OpenClientRecordset(sql); });
+  }
+  void CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) override {
+    Guard([&] {
+      session_->CallProcedure(name, parameters);
+      return RecordsetPtr();
+    });
+  }
+  std::vector<ConnectionError> Errors() const override {
+    return errors_ ? *errors_ : session_->Errors();
+  }
+  int State() const override { return session_->State(); }
+  void Close() override { session_->Close(); }
+
+  Connection& session() { return *session_; }
+
+ private:
+  template <class Run>
+  RecordsetPtr Guard(const Run& run) {
+    errors_.reset();
+    try {
+      return run();
+    } catch (const AutomationError&) {
+      Renew();
+      throw;
+    }
+  }
+
+  void Renew() {
+    const std::string renewal = renewal_();
+    if (renewal.empty() || session_->State() != kStateOpen) return;
+    errors_ = session_->Errors();
+    try {
+      session_->Execute(renewal);
+    } catch (const AutomationError&) {
+      // Then nothing more is sent: a closed session is in a transaction when it is opened again.
+      session_->Close();
+    }
+  }
+
+  const ConnectionPtr session_;
+  const Renewal renewal_;
+  std::optional<std::vector<ConnectionError>> errors_;  // of the statement before the renewal
+};
 
 }  // namespace
 
 Erp::Opening Erp::OpeningOf(const sql::OpenOptions& options) {
   const auto database = sql::Database::Open(options);
   return {[=](std::string_view) { return database->NewSession(); },
-          [=](Connection& session) { database->Reopen(session); }};
+          [=](Connection& session) { database->Reopen(session); }, kBeginSnapshot};
 }
 
 Erp::Erp(const sql::OpenOptions& options) : Erp(options.path, OpeningOf(options)) {}
 
 Erp::Erp(std::string dsn, ConnectionOpener open, ConnectionReopener reopen)
-    : Erp(std::move(dsn), Opening{std::move(open), std::move(reopen)}) {}
+    : Erp(std::move(dsn), Opening{std::move(open), std::move(reopen), kBegin}) {}
 
 Erp::Erp(std::string dsn, Opening opening)
     : dsn_(std::move(dsn)),
-      reopen_(std::move(opening.reopen)),
-      host_(
-          std::move(opening.open), [this](Connection& session) { Reopen(session); }, &log_) {
+      opening_(std::move(opening)),
+      host_([this](std::string_view name) { return Open(name); },
+            [this](Connection& session) { Reopen(session); }, &log_) {
   // Another host may have served this thread before.
   ReleaseHostObjects();
-  host_.UseDatabase(dsn_);
+  host_.UseOnlyDatabase(dsn_);
 }
 
 Erp::~Erp() {
@@ -54,8 +118,16 @@ void Erp::RunScript(std::string_view script) {
 }
 
 void Erp::BeginTransaction() {
-  connection()->Execute(kBegin);
-  in_transaction_ = true;
+  Begin(kBegin);
+}
+
+void Erp::BeginReading() {
+  Begin(opening_.begin_reading);
+}
+
+void Erp::Begin(std::string_view statement) {
+  connection()->Execute(statement);
+  begin_ = statement;
 }
 
 void Erp::Commit() {
@@ -63,18 +135,27 @@ void Erp::Commit() {
 }
 
 void Erp::Rollback() {
-  EndTransaction(kRollback);
+  EndTransaction(begin_ == kBeginSnapshot ? kEndSnapshot : kRollback);
 }
 
 void Erp::EndTransaction(std::string_view statement) {
-  in_transaction_ = false;
+  begin_ = {};
   // Opened again only now, a closed connection has no transaction to end.
   connection()->Execute(statement);
 }
 
+std::string Erp::RenewalOfTransaction() const {
+  return begin_.empty() ? "" : Cat("IF @@TRANCOUNT = 0 BEGIN ", begin_, " END");
+}
+
+ConnectionPtr Erp::Open(std::string_view sDsn) {
+  return std::make_shared<GuardedSession>(opening_.open(sDsn),
+                                          [this] { return RenewalOfTransaction(); });
+}
+
 void Erp::Reopen(Connection& session) {
-  reopen_(session);
-  if (in_transaction_) session.Execute(kBegin);
+  opening_.reopen(dynamic_cast<GuardedSession&>(session).session());
+  if (!begin_.empty()) session.Execute(begin_);
 }
 
 }  // namespace tavcc

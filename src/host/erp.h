@@ -36,8 +36,12 @@ class Erp {
   void RunScript(std::string_view script);
 
   // Opens the host's transaction around what follows. A connection that a rule closes loses what it
-  // did so far, as it does on the server; when it is opened again it is in a new transaction.
+  // did so far, as it does on the server; when it is opened again it is in a new transaction. So is
+  // one whose transaction the database gave up over an error: nothing is done outside of one.
   void BeginTransaction();
+  // The same for what only reads: on the embedded database it sees the file as it is now and waits
+  // for nobody who writes.
+  void BeginReading();
   void Commit();
   void Rollback();
 
@@ -45,17 +49,23 @@ class Erp {
   struct Opening {
     ConnectionOpener open;
     ConnectionReopener reopen;
+    std::string_view begin_reading;
   };
   static Opening OpeningOf(const sql::OpenOptions& options);
   Erp(std::string dsn, Opening opening);
+  ConnectionPtr Open(std::string_view sDsn);
   void Reopen(Connection& session);
+  void Begin(std::string_view statement);
   void EndTransaction(std::string_view statement);
+  // The statement that gives a session a transaction where it has lost the host's; empty while
+  // there is none to lose.
+  std::string RenewalOfTransaction() const;
 
   const std::string dsn_;
-  const ConnectionReopener reopen_;
+  const Opening opening_;
   StatementLog log_;
   ReferenceHost host_;
-  bool in_transaction_ = false;
+  std::string_view begin_;  // how the host's transaction was begun; empty while there is none
 };
 
 }  // namespace tavcc

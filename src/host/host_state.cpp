@@ -16,7 +16,8 @@ bool CaselessLess::operator()(std::string_view a, std::string_view b) const {
 HostState::HostState(ConnectionOpener open, ConnectionReopener reopen, StatementLog* log)
     : open_(std::move(open)), reopen_(std::move(reopen)), log_(log) {}
 
-HostState::Session& HostState::OpenSession(std::string_view sDsn) {
+HostState::Session& HostState::OpenSession(std::string_view sDsn) try {
+  if (only_dsn_) sDsn = *only_dsn_;
   auto found = sessions_.find(sDsn);
   if (found == sessions_.end()) found = sessions_.emplace(sDsn, Session()).first;
   Session& session = found->second;
@@ -28,6 +29,9 @@ HostState::Session& HostState::OpenSession(std::string_view sDsn) {
   session.raw = open_(sDsn);
   session.handed_out = log_ == nullptr ? session.raw : LogStatements(session.raw, *log_);
   return session;
+} catch (const AutomationError& error) {
+  if (log_ != nullptr) log_->NoteFailure("connecting", error);
+  throw;
 }
 
 ConnectionPtr HostState::GetConnection(std::string_view sDsn) {
@@ -54,20 +58,27 @@ std::string Quoted(std::string_view text) {
 
 Value HostState::ReadProfile(std::string_view sDsn, std::string_view category,
                              std::string_view key) {
-  const RecordsetPtr rows = GetUnloggedConnection(sDsn)->Execute(
+  const std::string sql =
       Cat("select FValue from t_SystemProfile where FCategory=", Quoted(category),
-          " and FKey=", Quoted(key)));
-  return rows->AtEnd() ? Value() : rows->Field(0);
-}
-
-void HostState::RequireComponent(std::string_view name) const {
-  if (settings.missing_components.contains(name)) {
-    throw AutomationError(RuntimeError::kCannotCreateObject);
+          " and FKey=", Quoted(key));
+  try {
+    const RecordsetPtr rows = GetUnloggedConnection(sDsn)->Execute(sql);
+    return rows->AtEnd() ? Value() : rows->Field(0);
+  } catch (const AutomationError& error) {
+    if (log_ != nullptr) log_->NoteFailure(sql, error);
+    throw;
   }
 }
 
+void HostState::RequireComponent(std::string_view name) const {
+  if (!settings.missing_components.contains(name)) return;
+  const AutomationError error(RuntimeError::kCannotCreateObject);
+  if (log_ != nullptr && name != kResourceLoader) log_->NoteFailure(name, error);
+  throw error;
+}
+
 void HostState::CountReadyCall(ReadyCall::Member member, int context) {
-  ready_calls.push_back({member, context, log_ == nullptr ? 0 : log_->statements().size()});
+  if (log_ != nullptr) log_->AddReadyCall(member, context);
 }
 
 }  // namespace tavcc

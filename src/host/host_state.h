@@ -6,10 +6,10 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "foundation/connection.h"
 #include "foundation/dictionary.h"
@@ -41,19 +41,12 @@ struct HostSettings {
   std::set<std::string, CaselessLess> missing_components;
 };
 
-// One call of a readying member.
-struct ReadyCall {
-  enum class Member { kFirst, kSecond };
-  Member member;
-  int context;        // which of the host's contexts, counted from 1 in the order of their making
-  size_t statements;  // how many statements the log held by then
-
-  friend bool operator==(const ReadyCall&, const ReadyCall&) = default;
-};
+// The component whose failures cost a translation only.
+inline constexpr std::string_view kResourceLoader = "M8RESLOADER.Loader";
 
 class HostState {
  public:
-  // `log` may be null: connections are then handed out as they are.
+  // `log` may be null: connections are then handed out as they are, and nothing is recorded.
   HostState(ConnectionOpener open, ConnectionReopener reopen, StatementLog* log);
 
   // The one open connection of a connection string, opened on first use and again when it was
@@ -65,14 +58,18 @@ class HostState {
   // A setting of the database, Empty when it has none, Null when its value is null.
   Value ReadProfile(std::string_view sDsn, std::string_view category, std::string_view key);
 
+  // From here on every connection string names this one database, and has its one session.
+  void UseOnlyDatabase(std::string_view sDsn) { only_dsn_ = sDsn; }
+
   // Raises error 429 when the component is missing.
   void RequireComponent(std::string_view name) const;
 
   void CountReadyCall(ReadyCall::Member member, int context);
   int NextContext() { return ++contexts_; }
+  // Null when nothing is recorded.
+  StatementLog* log() const { return log_; }
 
   HostSettings settings;
-  std::vector<ReadyCall> ready_calls;
   // The connection string that a context was bound to last: the database that the host works in.
   std::string current_dsn;
 
@@ -87,6 +84,7 @@ class HostState {
   ConnectionReopener reopen_;
   StatementLog* log_;
   std::map<std::string, Session, std::less<>> sessions_;
+  std::optional<std::string> only_dsn_;
   int contexts_ = 0;
 };
 

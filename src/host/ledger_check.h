@@ -33,4 +33,20 @@ struct LedgerDifference {
 // while its stock row was missing moved nothing, and is reported.
 std::vector<LedgerDifference> CheckLedger(Connection& connection);
 
+// A bill whose state and whose lines in the stock do not go together.
+struct LedgerCause {
+  std::string bill_no;
+  int32_t class_type_id = 0;
+  int32_t bill_id = 0;
+  // True when it is audited and its lines are not in the stock; false when it is not audited and
+  // they are.
+  bool audited = false;
+};
+
+// The bills that account for differences that CheckLedger returned, where exactly what one or a few
+// bills post is too much or too little and no other few would account for it; by class and id.
+// Only reads, but for a temporary table of its own.
+std::vector<LedgerCause> ExplainLedger(Connection& connection,
+                                       const std::vector<LedgerDifference>& differences);
+
 }  // namespace tavcc

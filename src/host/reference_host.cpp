@@ -51,7 +51,7 @@ std::shared_ptr<GLData> ReferenceHost::NewGLData() {
 }
 
 std::shared_ptr<ResourceLoader> ReferenceHost::NewResourceLoader() {
-  state_->RequireComponent("M8RESLOADER.Loader");
+  state_->RequireComponent(kResourceLoader);
   return std::make_shared<HostResourceLoader>(state_);
 }
 

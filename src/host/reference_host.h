@@ -27,12 +27,17 @@ class ReferenceHost final : public Host {
                          StatementLog* log = nullptr);
 
   HostSettings& settings() { return state_->settings; }
-  // The readying calls of all contexts so far, in order.
-  const std::vector<ReadyCall>& ready_calls() const { return state_->ready_calls; }
-  void ClearReadyCalls() { state_->ready_calls.clear(); }
+  // The readying calls that the log keeps, in order. There must be a log.
+  const std::vector<ReadyCall>& ready_calls() const { return state_->log()->ready_calls(); }
+  void ClearReadyCalls() { state_->log()->ClearReadyCalls(); }
   // The database that the host works in, e.g. for settings that are asked for without a connection
   // string, until a context is bound to another one.
   void UseDatabase(std::string_view sDsn) { state_->current_dsn = sDsn; }
+  // From here on every connection string names this one database, and has its one session.
+  void UseOnlyDatabase(std::string_view sDsn) {
+    UseDatabase(sDsn);
+    state_->UseOnlyDatabase(sDsn);
+  }
   // The connection that the host hands out for a connection string.
   ConnectionPtr GetConnection(std::string_view sDsn) { return state_->GetConnection(sDsn); }
   // The same session past the log.

@@ -8,6 +8,8 @@ namespace tavcc {
 
 void StatementLog::Clear() {
   statements_.clear();
+  ready_calls_.clear();
+  first_failure_.reset();
   fault_.reset();
 }
 
@@ -26,8 +28,17 @@ std::optional<StatementFault> StatementLog::TakeFault() {
 }
 
 void StatementLog::Add(LoggedStatement statement) {
-  statements_.push_back(std::move(statement));
-  if (observer_) observer_(statements_.back());
+  if (statement.error) NoteFailure(statement.text, *statement.error);
+  if (observer_) observer_(statement);
+  if (keeps_) statements_.push_back(std::move(statement));
+}
+
+void StatementLog::AddReadyCall(ReadyCall::Member member, int context) {
+  if (keeps_) ready_calls_.push_back({member, context, statements_.size()});
+}
+
+void StatementLog::NoteFailure(std::string_view what, const AutomationError& error) {
+  if (!first_failure_) first_failure_.emplace(Failure{std::string(what), error});
 }
 
 namespace {

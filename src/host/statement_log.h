@@ -1,7 +1,8 @@
-// What the library sends to the database: a record of every statement, and a way to make one fail.
+// What the library asks of the host: a record of every statement and every readying call, what
+// failed below the rules, and a way to make a statement fail.
 //
-// It serves `--trace`, the scenarios' lists of statements, and fault injection. One log may watch
-// any number of connections; it keeps the order in which they were used.
+// It serves `--trace`, the scenarios' lists of statements, fault injection, and the verdict on a
+// call. One log may watch any number of connections; it keeps the order in which they were used.
 #pragma once
 
 #include <functional>
@@ -40,11 +41,37 @@ struct StatementFault {
   Kind kind;
 };
 
+// One call of a readying member.
+struct ReadyCall {
+  enum class Member { kFirst, kSecond };
+  Member member;
+  int context;        // which of the host's contexts, counted from 1 in the order of their making
+  size_t statements;  // how many statements the log held by then
+
+  friend bool operator==(const ReadyCall&, const ReadyCall&) = default;
+};
+
+// What failed below the rules, whatever a rule made of it.
+struct Failure {
+  std::string what;  // the statement, or the host's component that was asked
+  AutomationError error;
+};
+
 class StatementLog {
  public:
+  // From here on statements and readying calls are counted out to the observer only: for a process
+  // that serves calls without end and whose log nobody reads.
+  void KeepNothing() { keeps_ = false; }
+
   const std::vector<LoggedStatement>& statements() const { return statements_; }
-  // Forgets the statements so far and any failure still ordered.
+  const std::vector<ReadyCall>& ready_calls() const { return ready_calls_; }
+  // The first failure of a statement, or of the host or the store beside the statements. A text
+  // without its translation is none: whoever asks for a translation takes the text itself where
+  // there is none.
+  const std::optional<Failure>& first_failure() const { return first_failure_; }
+  // Forgets all of it so far, and any failure still ordered.
   void Clear();
+  void ClearReadyCalls() { ready_calls_.clear(); }
 
   // Lets the k-th statement from now on (1 is the next one) go wrong, once. Its text counts as sent
   // also where it does not reach the database; the connection's Errors() then tell of an error that
@@ -59,11 +86,16 @@ class StatementLog {
   // For connections: what is to go wrong with the statement about to be sent, if anything.
   std::optional<StatementFault> TakeFault();
   void Add(LoggedStatement statement);
+  void AddReadyCall(ReadyCall::Member member, int context);
+  void NoteFailure(std::string_view what, const AutomationError& error);
 
  private:
+  bool keeps_ = true;
   std::vector<LoggedStatement> statements_;
   std::optional<StatementFault> fault_;
   int statements_to_fault_ = 0;
+  std::vector<ReadyCall> ready_calls_;
+  std::optional<Failure> first_failure_;
   std::function<void(const LoggedStatement&)> observer_;
 };
 

@@ -55,7 +55,7 @@ Company::Company() : Company(":memory:", true) {}
 Company::Company(const std::string& path, bool create)
     : database_(OpenFile(path, create)),
       host_([this](std::string_view) { return database_->NewSession(); },
-            [this](Connection& session) { database_->Reopen(session); }),
+            [this](Connection& session) { database_->Reopen(session); }, &log_),
       object_(host_) {
   ReleaseHostObjects();
   if (!create) return;
@@ -83,6 +83,7 @@ std::vector<std::string> Company::Rows(std::string_view sql) {
 
 AuditAnswer Company::Audit(const std::vector<BillKey>& bills, int16_t check_type,
                            bool batch_check) {
+  log_.Clear();
   HostVector vector;
   for (const BillKey& key : bills) vector.Add(DictionaryOf(key));
   DictionaryPtr results = std::make_shared<HostDictionary>();

@@ -54,6 +54,7 @@ class Company {
   static constexpr std::string_view kDsn = "company";
 
   std::shared_ptr<sql::Database> database_;
+  StatementLog log_;  // since the last audit
   ReferenceHost host_;
   PlugIn object_;
 };

@@ -4,77 +4,16 @@
 usage: tavcc_test.py TAVCC [unittest options]
 """
 
-import hashlib
 import json
 import os
 import signal
 import socket
 import subprocess
-import sys
-import tempfile
 import time
 import unittest
 
-TAVCC = ""
-
-PASSED, REFUSED, FAILED = 0, 1, 2
-ASSEMBLY_BILL = 121  # of the sample company, not audited
-
-
-def tavcc(*arguments, stdin=""):
-    return subprocess.run([TAVCC, *map(str, arguments)], input=stdin, capture_output=True,
-                          text=True, timeout=120)
-
-
-def fingerprint(path):
-    with open(path, "rb") as file:
-        return hashlib.sha256(file.read()).hexdigest()
-
-
-class Case(unittest.TestCase):
-    """A folder of its own with a sample database in it, made once and copied for each test."""
-
-    @classmethod
-    def setUpClass(cls):
-        cls.folder = tempfile.TemporaryDirectory()
-        cls.pristine = os.path.join(cls.folder.name, "pristine.db")
-        made = tavcc("init", "--db", cls.pristine, "--sample")
-        if made.returncode != PASSED:
-            raise AssertionError(made.stderr)
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.folder.cleanup()
-
-    def setUp(self):
-        self.db = self.path("erp.db")
-        with open(self.pristine, "rb") as source, open(self.db, "wb") as target:
-            target.write(source.read())
-
-    def path(self, name):
-        return os.path.join(self.folder.name, name)
-
-    def write(self, name, text):
-        with open(self.path(name), "w", encoding="utf-8") as file:
-            file.write(text)
-        return self.path(name)
-
-    def call(self, method, *words):
-        return tavcc("call", method, "--db", self.db, *words)
-
-    def rows(self, batch):
-        answer = tavcc("sql", "--db", self.db, "--json", batch)
-        self.assertEqual(answer.returncode, PASSED, answer.stderr)
-        return json.loads(answer.stdout)["rows"]
-
-    def assert_error(self, answer, text):
-        """One line on standard error that holds the text, nothing on standard output, status 2."""
-        self.assertEqual(answer.returncode, FAILED, answer.stdout + answer.stderr)
-        self.assertEqual(answer.stdout, "")
-        self.assertEqual(answer.stderr.count("\n"), 1, answer.stderr)
-        self.assertTrue(answer.stderr.startswith("tavcc: "), answer.stderr)
-        self.assertIn(text, answer.stderr)
-
+import case
+from case import ASSEMBLY_BILL, FAILED, PASSED, REFUSED, Case, fingerprint, tavcc
 
 class WrongCalls(Case):
     def assert_refused(self, text, *arguments, stdin=""):
@@ -427,7 +366,7 @@ class Check(Case):
         answer = tavcc("check", "--db", self.db)
         self.assertEqual(answer.returncode, PASSED, answer.stderr)
         self.assertEqual(json.loads(tavcc("check", "--db", self.db, "--json").stdout),
-                         {"differences": []})
+                         {"differences": [], "causes": []})
 
     def test_names_what_differs(self):
         changed = tavcc("sql", "--db", self.db,
@@ -468,12 +407,12 @@ class Kills(Case):
         end"""
 
     def test_whole_transactions_only(self):
-        self.rows_of("create table Ledger(FGroup int, FRow int)")
-        self.rows_of("create table Total(FCount int)")
-        self.rows_of("insert into Total(FCount) values(0)")
+        self.change("create table Ledger(FGroup int, FRow int)")
+        self.change("create table Total(FCount int)")
+        self.change("insert into Total(FCount) values(0)")
         rows_before = 0
         for wait in (0.15, 0.4, 0.73):
-            process = subprocess.Popen([TAVCC, "sql", "--db", self.db, self.BATCH],
+            process = subprocess.Popen([case.TAVCC, "sql", "--db", self.db, self.BATCH],
                                        stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
             time.sleep(wait)
             process.send_signal(signal.SIGKILL)
@@ -485,14 +424,10 @@ class Kills(Case):
             rows_before = total
         self.assertGreater(rows_before, 0, "no transaction was finished before the kills")
 
-    def rows_of(self, batch):
-        answer = tavcc("sql", "--db", self.db, batch)
-        self.assertEqual(answer.returncode, PASSED, answer.stderr)
-
     def test_a_killed_init_leaves_no_database(self):
         for wait in (0.005, 0.02, 0.05, 0.1):
             file = self.path(f"killed{wait}.db")
-            process = subprocess.Popen([TAVCC, "init", "--db", file, "--sample"],
+            process = subprocess.Popen([case.TAVCC, "init", "--db", file, "--sample"],
                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
             time.sleep(wait)
             process.send_signal(signal.SIGKILL)
@@ -505,6 +440,4 @@ class Kills(Case):
 
 
 if __name__ == "__main__":
-    TAVCC = os.path.abspath(sys.argv.pop(1))
-    os.environ.pop("TAVCC_DSN", None)
-    unittest.main()
+    case.main()

@@ -25,21 +25,43 @@ std::string Position(std::string_view text, size_t byte) {
   return "line " + std::to_string(line) + ", column " + std::to_string(column);
 }
 
-// "[json.exception.parse_error.101] parse error at line 1, column 2: syntax error while parsing
-// value - invalid literal; last read: 'x'" -> the part after the position.
+// What there is to say beside the place, told from the library's own text.
 std::string Reason(std::string_view what) {
-  for (const std::string_view mark : {"syntax error", "incomplete", "invalid", "number overflow"}) {
-    if (const size_t at = what.find(mark); at != std::string_view::npos) {
-      return std::string(what.substr(at));
-    }
-  }
-  return std::string(what);
+  const auto says = [&](std::string_view words) {
+    return what.find(words) != std::string_view::npos;
+  };
+  if (says("UTF-8")) return ": the text is not UTF-8";
+  if (says("number overflow")) return ": the number is out of range";
+  if (says("unexpected end of input")) return ": the text ends before it is complete";
+  return "";
 }
 
 using Library = nlohmann::ordered_json;
 
 // No scenario and no argument comes near; what a value of it is walked with is the stack.
 constexpr size_t kDeepest = 200;
+
+// The library does not say where it is.
+void RefuseDeepNesting(std::string_view text) {
+  size_t depth = 0;
+  bool in_text = false;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (in_text) {
+      if (c == '\\') ++i;
+      if (c == '"') in_text = false;
+    } else if (c == '"') {
+      in_text = true;
+    } else if (c == '[' || c == '{') {
+      if (++depth > kDeepest) {
+        throw JsonError("nested more than " + std::to_string(kDeepest) + " levels deep at " +
+                        Position(text, i));
+      }
+    } else if ((c == ']' || c == '}') && depth > 0) {
+      --depth;
+    }
+  }
+}
 
 // Builds the value while the library reads the text.
 class Builder final : public nlohmann::json_sax<Library> {
@@ -69,7 +91,7 @@ class Builder final : public nlohmann::json_sax<Library> {
     return true;
   }
   bool parse_error(size_t byte, const std::string&, const Library::exception& error) override {
-    throw JsonError("no JSON at " + Position(text_, byte > 0 ? byte - 1 : 0) + ": " +
+    throw JsonError("no JSON at " + Position(text_, byte > 0 ? byte - 1 : 0) +
                     Reason(error.what()));
   }
 
@@ -84,9 +106,6 @@ class Builder final : public nlohmann::json_sax<Library> {
     return true;
   }
   bool Open(Json structure) {
-    if (open_.size() == kDeepest) {
-      throw JsonError("nested more than " + std::to_string(kDeepest) + " levels deep");
-    }
     open_.push_back(&Place(std::move(structure)));
     return true;
   }
@@ -125,6 +144,7 @@ Library ToLibrary(const Json& json) {
 }  // namespace
 
 Json ParseJson(std::string_view text) {
+  RefuseDeepNesting(text);
   Builder builder(text);
   Library::sax_parse(text.begin(), text.end(), &builder);
   return builder.Take();

@@ -6,6 +6,7 @@
 
 #include "foundation/conversions.h"
 #include "foundation/plug_in.h"
+#include "foundation/trap.h"
 
 namespace tavcc {
 namespace {
@@ -30,6 +31,16 @@ constexpr std::string_view kBooleanQuestions[] = {"CheckNegPrice"};
 constexpr std::string_view kMethodWithVerdictInWords = "CheckBill";
 constexpr std::string_view kWordOfSuccess = "成功";
 constexpr std::string_view kMethodWithErrorAsResult = "UpdateBal";
+
+// Methods that change something. All others only read, and temporary tables are all they write.
+constexpr std::string_view kWritingMethods[] = {"AuditBill", "UnAuditBill", "DeleteBill",
+                                                "UpdateBal", "AfterSave",   "BeforeDel",
+                                                "CheckBill", "SaveNote"};
+
+bool OnlyReads(const Method& method) {
+  return std::find(std::begin(kWritingMethods), std::end(kWritingMethods), method.name) ==
+         std::end(kWritingMethods);
+}
 
 Exit VerdictOfBoolean(const Method& method, bool result) {
   const bool question = std::find(std::begin(kBooleanQuestions), std::end(kBooleanQuestions),
@@ -60,7 +71,13 @@ Exit VerdictInWords(const Method& method, std::span<const Value> arguments) {
 // Undoes what was done unless told to keep it.
 class HostTransaction {
  public:
-  explicit HostTransaction(Erp& erp) : erp_(erp) { erp_.BeginTransaction(); }
+  HostTransaction(Erp& erp, bool only_reads) : erp_(erp), only_reads_(only_reads) {
+    if (only_reads_) {
+      erp_.BeginReading();
+    } else {
+      erp_.BeginTransaction();
+    }
+  }
   ~HostTransaction() {
     if (ended_) return;
     try {
@@ -73,12 +90,20 @@ class HostTransaction {
   HostTransaction& operator=(const HostTransaction&) = delete;
 
   void Keep() {
+    if (only_reads_) return;
     ended_ = true;
-    erp_.Commit();
+    try {
+      erp_.Commit();
+    } catch (const AutomationError& error) {
+      throw AutomationError(
+          error.number(), error.source(),
+          error.description() + " (while the call was being kept: look whether it was)");
+    }
   }
 
  private:
   Erp& erp_;
+  const bool only_reads_;
   bool ended_ = false;
 };
 
@@ -92,12 +117,14 @@ bool IsErrorOfCaller(const AutomationError& error) {
 }  // namespace
 
 Answer CallInTransaction(Erp& erp, const ClassDescription& cls, const Method& method,
-                         std::vector<Value> arguments, const StatementObserver& observer) {
+                         std::vector<Value> arguments, const StatementObserver& observer,
+                         const AnswerPrinter& print) {
   Answer answer;
   answer.arguments = std::move(arguments);
-  HostTransaction transaction(erp);
+  HostTransaction transaction(erp, OnlyReads(method));
   erp.log().Clear();
   erp.log().SetObserver(observer);
+  const TrapWatch watch;
   try {
     PlugIn object(erp.host());
     answer.result = Invoke(cls, method, object, answer.arguments);
@@ -109,6 +136,10 @@ Answer CallInTransaction(Erp& erp, const ClassDescription& cls, const Method& me
   }
   erp.log().SetObserver(nullptr);
   answer.statements = erp.log().statements();
+  answer.failure = erp.log().first_failure();
+  if (!answer.failure && watch.first()) answer.failure.emplace(Failure{"", *watch.first()});
+  if (answer.failure) answer.verdict = Exit::kFailed;
+  if (print) print(answer);
   if (answer.verdict != Exit::kFailed) transaction.Keep();
   return answer;
 }

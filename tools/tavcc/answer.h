@@ -1,7 +1,13 @@
 // One call as the shell sees it: made in a host transaction, and judged as passed, refused or
 // failed.
+//
+// A call failed when anything below its rules failed while it ran (a statement, the host, the
+// store), or an error was trapped in them, whatever the method then answered: what it did may be
+// half of what it should have done. A refusal is the answer of a call in which nothing failed. No
+// rule expects a statement to fail; a text without its translation is no failure.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <vector>
@@ -18,15 +24,21 @@ struct Answer {
   Value result;
   std::vector<Value> arguments;  // one per parameter, the in/out ones as the call left them
   std::optional<AutomationError> error;
+  std::optional<Failure> failure;           // the first one that made the call fail
   std::vector<LoggedStatement> statements;  // what the call sent
 };
 
+// Shows an answer while the call can still be undone.
+using AnswerPrinter = std::function<void(const Answer&)>;
+
 // Calls the method on an object of its own, as a host does for each use. What it wrote is kept when
-// it passed or refused and undone when it failed. `observer` sees each statement as it is sent.
-// Errors: ArgumentError and the like before the
-// method ran; what the method itself raises is in the answer.
+// it passed or refused and undone when it failed; a method that only reads leaves nothing in any
+// case. `observer` sees each statement as it is sent, `print` the answer before it is kept.
+// Errors: ArgumentError and the like before the method ran, and those of `print`: nothing is kept
+// then; those of keeping it, which say so. What the method itself raises is in the answer.
 Answer CallInTransaction(Erp& erp, const ClassDescription& cls, const Method& method,
-                         std::vector<Value> arguments, const StatementObserver& observer = nullptr);
+                         std::vector<Value> arguments, const StatementObserver& observer = nullptr,
+                         const AnswerPrinter& print = nullptr);
 
 // The verdict in the result, and for CheckBill, which tells it in words only, in its message. A
 // method that answers no verdict (a price, a period, whether a check is needed) passes by

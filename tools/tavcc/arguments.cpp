@@ -2,6 +2,8 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cstdint>
 #include <iostream>
@@ -13,6 +15,7 @@
 #include "foundation/text.h"
 #include "scenario/scenario.h"
 #include "tavcc/command.h"
+#include "tavcc/output.h"
 
 namespace tavcc {
 namespace {
@@ -150,30 +153,55 @@ Json ReadJsonFile(const std::string& file) {
   }
 }
 
+// The name of a table, whole: letters, digits, and what joins and begins names. Statements splice
+// it in as it is; anything else in it would be statements of its own.
+bool IsPlainName(std::string_view name) {
+  return std::ranges::all_of(name, [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte >= 0x80 || std::isalnum(byte) != 0 ||
+           std::string_view("_#@$.[]").find(c) != std::string_view::npos;
+  });
+}
+
+// `path` says where the value stands, `name` is its own.
+void RequirePlainNames(const std::string& path, std::string_view name, const Json& value) {
+  const bool names_table = UpperCase(name).find("TABLENAME") != std::string::npos;
+  if (names_table && value.is_string() && !IsPlainName(value.get<std::string>())) {
+    throw CommandError(fmt::format(
+        "argument {}: \"{}\" is more than the name of a table; --unsafe-names sends it as it is",
+        path, value.get<std::string>()));
+  }
+  for (const Json& element : value) RequirePlainNames(path, name, element);
+  for (const auto& [key, item] : value.items()) RequirePlainNames(path + "." + key, key, item);
+}
+
 }  // namespace
 
-Json ReadArguments(const Method& method, const std::vector<std::string>& words,
-                   const std::string& json_file) {
+Json ReadArguments(const Method& method, const CallOptions& options) {
   Json arguments = Json::object();
   const auto add = [&](const Parameter& parameter, Json value) {
     const std::string name(parameter.name);
     if (arguments.contains(name)) throw CommandError("argument " + name + ": is given twice");
     arguments[name] = std::move(value);
   };
-  if (!json_file.empty()) {
-    const Json file = ReadJsonFile(json_file);
+  if (!options.json_file.empty()) {
+    const Json file = ReadJsonFile(options.json_file);
     for (const auto& [name, value] : file.items()) {
       const Parameter& parameter = FindParameter(method, name);
       add(parameter, Checked(parameter, value));
     }
   }
-  for (const std::string& word : words) {
+  for (const std::string& word : options.words) {
     const size_t equals = word.find('=');
     if (equals == std::string::npos) {
       throw CommandError(fmt::format("\"{}\" must have the form name=value", word));
     }
+    if (!IsUtf8(word)) throw CommandError("argument " + word.substr(0, equals) + ": is not UTF-8");
     const Parameter& parameter = FindParameter(method, word.substr(0, equals));
     add(parameter, FromWord(parameter, word.substr(equals + 1)));
+  }
+  if (!options.unsafe_names) {
+    for (const auto& [name, value] : arguments.items()) RequirePlainNames(name, name, value);
   }
   return arguments;
 }

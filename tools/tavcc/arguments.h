@@ -6,17 +6,18 @@
 
 #include "registry/class_registry.h"
 #include "scenario/json.h"
+#include "tavcc/command.h"
 
 namespace tavcc {
 
-// One JSON object of arguments by name, from "name=value" words and, where `json_file` is not
-// empty, from that file ("-" is standard input). Words are read by the parameter's type: whole
+// One JSON object of arguments by name, from "name=value" words and, where one is named, from a
+// JSON file ("-" is standard input). Words are read by the parameter's type: whole
 // numbers within its range, numbers, true and false, dates as YYYY-MM-DD[ HH:MM:SS], texts as they
 // are; a dictionary or a vector as JSON.
-// Errors: CommandError naming the argument: unknown, given twice, not of its type, out of range; or
-// the file: unreadable, no JSON, no object.
-Json ReadArguments(const Method& method, const std::vector<std::string>& words,
-                   const std::string& json_file);
+// Errors: CommandError naming the argument: unknown, given twice, not of its type, out of range,
+// not UTF-8, a table's name with more than a name in it (unless that is wanted); or the file:
+// unreadable, no JSON, no object.
+Json ReadArguments(const Method& method, const CallOptions& options);
 
 // Errors: CommandError naming the first argument that the method needs and nobody gives. Texts and
 // objects need not be given: they start empty.

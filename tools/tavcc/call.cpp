@@ -32,6 +32,11 @@ Json AnswerJson(const Method& method, const Answer& answer, bool trace) {
   } else {
     json["result"] = JsonFromValue(answer.result);
   }
+  if (answer.failure) {
+    json["failure"] = {{"number", answer.failure->error.number()},
+                       {"description", answer.failure->error.description()},
+                       {"at", answer.failure->what}};
+  }
   json["arguments"] = Json::object();
   for (size_t i = 0; i < method.parameters.size(); ++i) {
     if (!method.parameters[i].in_out) continue;
@@ -45,7 +50,8 @@ Json AnswerJson(const Method& method, const Answer& answer, bool trace) {
   return json;
 }
 
-void PrintNamed(std::string_view name, const Value& value) {
+// A name and its value, one below the other for rows.
+std::string Named(std::string_view name, const Value& value) {
   constexpr size_t kNameWidth = 14;
   Recordset* rows = nullptr;
   HostDictionary* dictionary = nullptr;
@@ -54,31 +60,51 @@ void PrintNamed(std::string_view name, const Value& value) {
     dictionary = dynamic_cast<HostDictionary*>(value.object().get());
   }
   if (rows != nullptr && rows->IsOpen()) {
-    fmt::print("  {}\n{}", name, RowsText(*rows, "    "));
-    return;
+    return fmt::format("  {}\n{}", name, RowsText(*rows, "    "));
   }
   if (dictionary != nullptr) {
+    std::string entries;
     for (const auto& [key, item] : dictionary->entries()) {
-      PrintNamed(fmt::format("{}.{}", name, key), item);
+      entries += Named(fmt::format("{}.{}", name, key), item);
     }
-    return;
+    return entries;
   }
   const std::string text = ValueText(value);
-  fmt::print("  {}\n", text.empty() ? std::string(name) : Padded(name, kNameWidth) + "  " + text);
+  return fmt::format("  {}\n",
+                     text.empty() ? std::string(name) : Padded(name, kNameWidth) + "  " + text);
 }
 
-void PrintAnswer(const MethodName& name, const Answer& answer) {
-  fmt::print("{}.{} {}\n", name.cls->name, name.method->name, VerdictText(answer.verdict));
+std::string AnswerText(const MethodName& name, const Answer& answer) {
+  std::string text =
+      fmt::format("{}.{} {}\n", name.cls->name, name.method->name, VerdictText(answer.verdict));
   if (answer.error) {
-    PrintNamed("error", answer.error->number());
-    PrintNamed("source", answer.error->source());
-    PrintNamed("description", answer.error->description());
+    text += Named("error", answer.error->number());
+    text += Named("source", answer.error->source());
+    text += Named("description", answer.error->description());
   } else {
-    PrintNamed("result", answer.result);
+    text += Named("result", answer.result);
   }
   for (size_t i = 0; i < name.method->parameters.size(); ++i) {
     const Parameter& parameter = name.method->parameters[i];
-    if (parameter.in_out) PrintNamed(parameter.name, answer.arguments[i]);
+    if (parameter.in_out) text += Named(parameter.name, answer.arguments[i]);
+  }
+  if (answer.failure) {
+    const AutomationError& error = answer.failure->error;
+    text += Named("failure", fmt::format("error {}: {}", error.number(), error.description()));
+    if (!answer.failure->what.empty()) text += Named("at", answer.failure->what);
+  }
+  if (answer.verdict == Exit::kFailed) text += "What the call did was undone.\n";
+  return text;
+}
+
+// The database is named by --db or --dsn, and the call has its one session. Takes out what the
+// arguments name it.
+void DropDatabaseNames(Json& given, const std::string& dsn) {
+  for (const char* name : {"sDsn", "strConString"}) {
+    const Json* const value = given.find(name);
+    if (value == nullptr || *value == Json(dsn)) continue;
+    PrintAside(fmt::format("tavcc: note: {} is not used: the call works on {}\n", name, dsn));
+    given[name] = dsn;
   }
 }
 
@@ -86,22 +112,25 @@ void PrintAnswer(const MethodName& name, const Answer& answer) {
 
 Exit CallCommand(const CommonOptions& common, const CallOptions& options) {
   const MethodName name = FindMethodOrFail(options.method);
-  const Json given = ReadArguments(*name.method, options.words, options.json_file);
+  Json given = ReadArguments(*name.method, options);
   RequireArguments(*name.method, given);
   const auto erp = OpenDatabase(common);
+  DropDatabaseNames(given, erp->dsn());
   erp->host().settings().user_id = options.user;
   std::vector<Value> arguments =
       MakeArguments({erp->host(), erp->dsn(), erp->connection()}, *name.method, given);
   const StatementObserver trace =
       common.trace && !common.json ? StatementObserver(TraceStatement) : nullptr;
-  const Answer answer =
-      CallInTransaction(*erp, *name.cls, *name.method, std::move(arguments), trace);
-  if (common.json) {
-    fmt::print("{}\n", Show(AnswerJson(*name.method, answer, common.trace), 2));
-  } else {
-    PrintAnswer(name, answer);
-  }
-  return answer.verdict;
+  const auto print = [&](const Answer& answer) {
+    try {
+      Print(common.json ? Show(AnswerJson(*name.method, answer, common.trace), 2) + "\n"
+                        : AnswerText(name, answer));
+    } catch (const CommandError& error) {
+      throw CommandError(std::string(error.what()) + "; what the call did was undone");
+    }
+  };
+  return CallInTransaction(*erp, *name.cls, *name.method, std::move(arguments), trace, print)
+      .verdict;
 }
 
 }  // namespace tavcc

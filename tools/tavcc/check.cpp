@@ -1,7 +1,5 @@
 // tavcc check: does the stock on hand equal the opening stock and the audited bills' lines? Names
 // what differs.
-#include <fmt/core.h>
-
 #include "host/ledger_check.h"
 #include "tavcc/command.h"
 #include "tavcc/database.h"
@@ -24,11 +22,22 @@ void PrintTable(const std::vector<LedgerDifference>& differences) {
                std::to_string(d.aux_prop_id), Number(d.expected_quantity),
                Number(d.actual_quantity), Number(d.expected_value), Number(d.actual_value)});
   }
-  fmt::print("{}", table.ToText());
+  Print(table.ToText());
+}
+
+// What one bill has to do with the differences.
+std::string CauseText(const LedgerCause& cause) {
+  return cause.bill_no + (cause.audited ? " is audited, but its lines are not in the stock"
+                                        : " is not audited, but its lines are in the stock");
+}
+
+void PrintCauses(const std::vector<LedgerCause>& causes) {
+  for (const LedgerCause& cause : causes) Print(CauseText(cause) + "\n");
 }
 
 // Quantities and values are texts, so that no reader rounds them.
-void PrintJson(const std::vector<LedgerDifference>& differences) {
+void PrintJson(const std::vector<LedgerDifference>& differences,
+               const std::vector<LedgerCause>& causes) {
   Json list = Json::array();
   for (const LedgerDifference& d : differences) {
     list.push_back({{"item", d.item_id},
@@ -43,7 +52,14 @@ void PrintJson(const std::vector<LedgerDifference>& differences) {
                     {"expected_value", Number(d.expected_value)},
                     {"actual_value", Number(d.actual_value)}});
   }
-  fmt::print("{}\n", Show(Json{{"differences", std::move(list)}}));
+  Json bills = Json::array();
+  for (const LedgerCause& cause : causes) {
+    bills.push_back({{"bill", cause.bill_no},
+                     {"class", cause.class_type_id},
+                     {"id", cause.bill_id},
+                     {"audited", cause.audited}});
+  }
+  Print(Show(Json{{"differences", std::move(list)}, {"causes", std::move(bills)}}) + "\n");
 }
 
 }  // namespace
@@ -51,13 +67,18 @@ void PrintJson(const std::vector<LedgerDifference>& differences) {
 Exit CheckCommand(const CommonOptions& common) {
   const auto erp = OpenDatabase(common);
   if (common.trace) erp->log().SetObserver(TraceStatement);
+  // One look at all of it, while others may be at work.
+  erp->BeginReading();
   const auto differences = CheckLedger(*erp->connection());
+  const auto causes = ExplainLedger(*erp->connection(), differences);
+  erp->Rollback();
   if (common.json) {
-    PrintJson(differences);
+    PrintJson(differences, causes);
   } else if (differences.empty()) {
-    fmt::print("The stock on hand is the opening stock and the audited bills' lines.\n");
+    Print("The stock on hand is the opening stock and the audited bills' lines.\n");
   } else {
     PrintTable(differences);
+    PrintCauses(causes);
   }
   return differences.empty() ? Exit::kPassed : Exit::kRefused;
 }

@@ -6,6 +6,7 @@
 #include "scenario/json.h"
 #include "scenario/scenario.h"
 #include "tavcc/command.h"
+#include "tavcc/output.h"
 #include "tavcc/table.h"
 
 namespace tavcc {
@@ -37,14 +38,14 @@ std::string IdText(const Method& method) {
 }
 
 void PrintClass(const ClassDescription& cls) {
-  fmt::print("{}.{}  (TransMode {})\n", kLibraryName, cls.name, cls.trans_mode);
+  Print(fmt::format("{}.{}  (TransMode {})\n", kLibraryName, cls.name, cls.trans_mode));
   Table table({"slot", "id", "method", "result", "parameters"});
   for (const Method& method : cls.methods) {
     table.Add({std::to_string(method.slot), IdText(method),
                std::string(method.name) + (IsBuilt(method) ? "" : " (not built yet)"),
                std::string(TypeText(method.result)), ParametersText(method)});
   }
-  fmt::print("{}", table.ToText("  "));
+  Print(table.ToText("  "));
 }
 
 Json ClassJson(const ClassDescription& cls) {
@@ -91,7 +92,7 @@ Exit ClassesCommand(const CommonOptions& common, const ClassesOptions& options) 
       PrintClass(*cls);
     }
   }
-  if (common.json) fmt::print("{}\n", Show(all, 2));
+  if (common.json) Print(fmt::format("{}\n", Show(all, 2)));
   return Exit::kPassed;
 }
 

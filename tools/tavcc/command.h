@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "embedded/embedded.h"
 #include "host/host_state.h"
 #include "odbc/odbc.h"
 
@@ -24,6 +25,8 @@ struct CommonOptions {
   // How long a server is waited for; 0 waits for ever.
   int login_seconds = OdbcOptions().login_seconds;
   int query_seconds = OdbcOptions().query_seconds;
+  // How long a file is waited for that another process has locked; 0 does not wait.
+  int busy_seconds = sql::OpenOptions().busy_seconds;
   bool json = false;   // machine-readable output
   bool trace = false;  // show the statements
 };
@@ -37,6 +40,7 @@ struct CallOptions {
   std::vector<std::string> words;  // "name=value"
   std::string json_file;           // of rich arguments; "-" is standard input, empty is none
   int16_t user = HostSettings().user_id;
+  bool unsafe_names = false;  // names of tables are sent whatever is in them
 };
 
 struct RunOptions {

@@ -3,9 +3,12 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "tavcc/output.h"
 
 namespace tavcc {
 namespace {
@@ -24,6 +27,8 @@ void DescribeCall(CLI::App& app, CommandLine& line) {
                  "method's name does the same and prints JSON")
       ->type_name("FILE");
   app.add_option("--user", line.call.user, "The current user's id")->capture_default_str();
+  app.add_flag("--unsafe-names", line.call.unsafe_names,
+               "Send names of tables that hold more than a name, as a host would");
 }
 
 void DescribeRun(CLI::App& app, CommandLine& line) {
@@ -94,7 +99,7 @@ std::vector<std::string> SplitJson(int argc, const char* const* argv) {
 constexpr int kMostSeconds = 31 * 24 * 60 * 60;
 
 void AddSeconds(CLI::App& app, const char* name, int& seconds, const char* what) {
-  app.add_option(name, seconds, std::string(what) + "; 0 waits for ever")
+  app.add_option(name, seconds, what)
       ->type_name("SECONDS")
       ->check(CLI::Range(0, kMostSeconds))
       ->capture_default_str();
@@ -109,8 +114,11 @@ void DescribeCommon(CLI::App& app, CommonOptions& common) {
                  "TAVCC_DSN counts")
       ->type_name("FILE");
   AddSeconds(app, "--login-timeout", common.login_seconds,
-             "How long connecting to a server may take");
-  AddSeconds(app, "--query-timeout", common.query_seconds, "How long a batch may take on a server");
+             "How long connecting to a server may take; 0 waits for ever");
+  AddSeconds(app, "--query-timeout", common.query_seconds,
+             "How long a batch may take on a server; 0 waits for ever");
+  AddSeconds(app, "--busy-timeout", common.busy_seconds,
+             "How long a file is waited for that another process has locked; 0 does not wait");
   app.add_flag("--json", common.json, "Print JSON");
   app.add_flag("--trace", common.trace, "Show each statement, its rows and its time");
 }
@@ -135,7 +143,9 @@ std::optional<CommandLine> ReadCommandLine(int argc, const char* const* argv) {
     if (error.get_exit_code() != 0) {
       throw CommandError(std::string(error.what()) + " (see tavcc --help)");
     }
-    app.exit(error);  // --help
+    std::ostringstream help;
+    app.exit(error, help, help);
+    Print(help.str());
     return std::nullopt;
   }
   return line;

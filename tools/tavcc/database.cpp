@@ -1,8 +1,6 @@
 #include "tavcc/database.h"
 
 #include <cstdlib>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "foundation/error.h"
@@ -14,12 +12,12 @@
 namespace tavcc {
 namespace {
 
-namespace fs = std::filesystem;
-
-// The database may keep a journal beside its file.
-void RemoveWithJournals(const std::string& file) {
-  std::error_code ignored;
-  for (const char* suffix : {"", "-journal", "-wal", "-shm"}) fs::remove(file + suffix, ignored);
+// What other programs take for something else than a file is no name for one.
+void RequireFileName(const std::string& name) {
+  if (name == ":memory:" || name.starts_with("file:")) {
+    throw CommandError("--db " + name + ": must be the name of a file (./" + name +
+                       " is one, if it is meant)");
+  }
 }
 
 constexpr const char* kDsnVariable = "TAVCC_DSN";
@@ -64,10 +62,16 @@ std::unique_ptr<Erp> OpenServer(const OdbcOptions& server) {
 std::unique_ptr<Erp> OpenDatabase(const CommonOptions& options) {
   if (const auto server = ServerOf(options)) return OpenServer(*server);
   if (options.db.empty()) throw CommandError("which database? give --db FILE or --dsn STRING");
+  return std::make_unique<Erp>(FileOptions(options));
+}
+
+sql::OpenOptions FileOptions(const CommonOptions& options) {
+  RequireFileName(options.db);
   sql::OpenOptions open;
   open.path = options.db;
   open.create = false;
-  return std::make_unique<Erp>(open);
+  open.busy_seconds = options.busy_seconds;
+  return open;
 }
 
 void FillDatabase(Erp& erp, bool sample) {
@@ -95,23 +99,12 @@ void FillServer(Erp& erp, bool sample) {
 }
 
 void MakeDatabase(const std::string& file, bool sample) {
-  std::error_code problem;
-  if (fs::exists(file, problem)) {
-    throw CommandError(file + " exists already; it is left as it is");
-  }
-  const std::string unfinished = file + ".unfinished";
-  RemoveWithJournals(unfinished);
-  try {
-    sql::OpenOptions open;
-    open.path = unfinished;
-    Erp erp(open);
-    FillDatabase(erp, sample);
-  } catch (...) {
-    RemoveWithJournals(unfinished);
-    throw;
-  }
-  fs::rename(unfinished, file, problem);
-  if (problem) throw CommandError("cannot make " + file + ": " + problem.message());
+  RequireFileName(file);
+  const auto memory = sql::Database::Open(sql::OpenOptions{});
+  memory->RunScript(SchemaScript());
+  memory->RunScript(BaseScript());
+  if (sample) memory->RunScript(SampleScript());
+  memory->SaveAs(file);
 }
 
 }  // namespace tavcc

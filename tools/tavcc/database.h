@@ -22,11 +22,15 @@ std::unique_ptr<Erp> OpenServer(const OdbcOptions& server);
 // The named database. Errors: CommandError when none is named; those of opening it.
 std::unique_ptr<Erp> OpenDatabase(const CommonOptions& options);
 
+// How the file of --db is opened. Errors: CommandError for a name that is no file's.
+sql::OpenOptions FileOptions(const CommonOptions& options);
+
 // The ERP schema and its base rows, and the sample company where asked for.
 void FillDatabase(Erp& erp, bool sample);
 
 // Makes a database file, whole or not at all: it gets its name when it is complete. Errors:
-// CommandError when there is a file of that name, which is left as it is, or none can be made.
+// CommandError for a name that is no file's; AutomationError when there is a file of that name,
+// which is left as it is, or none can be made.
 void MakeDatabase(const std::string& file, bool sample);
 
 // Makes the schema in a database on a server, whole or not at all. Errors: CommandError when it has

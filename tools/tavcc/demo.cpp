@@ -2,7 +2,6 @@
 // assembly bills one by one, each outcome with its message and the bill's row before and after.
 #include <fmt/core.h>
 
-#include <cstdio>
 #include <string>
 #include <utility>
 #include <vector>
@@ -107,18 +106,18 @@ class Story {
 };
 
 void Story::Tell() {
-  if (!options_.json) fmt::print("An ERP database was made from T-SQL files.\n\n");
+  if (!options_.json) Print("An ERP database was made from T-SQL files.\n\n");
   TellBatchAudit(erp_, options_, record_);
   if (!options_.json) ShowCompany();
   for (const Scene& scene : kScenes) Play(scene);
-  if (options_.json) fmt::print("{}\n", Show(record_, 2));
+  if (options_.json) Print(fmt::format("{}\n", Show(record_, 2)));
 }
 
 void Story::ShowCompany() {
-  fmt::print(
-      "The assembly bills, one by one:\n\n{}\n"
-      "FStatus of a bill: 0 not audited, 1 audited, 2 used by another bill.\n\n",
-      RowsText(*erp_.connection()->Execute(kBillsQuery), "    "));
+  Print(
+      fmt::format("The assembly bills, one by one:\n\n{}\n"
+                  "FStatus of a bill: 0 not audited, 1 audited, 2 used by another bill.\n\n",
+                  RowsText(*erp_.connection()->Execute(kBillsQuery), "    ")));
 }
 
 void Story::Play(const Scene& scene) {
@@ -137,16 +136,15 @@ void Story::Play(const Scene& scene) {
 
 void Story::ShowCall(const Scene& scene) {
   ++scene_;
-  fmt::print("{:2}. {}\n", scene_, scene.title);
-  fmt::print("    cls_CX.{}(lngFID={}){}", scene.method, scene.bill, options_.trace ? "\n" : "");
-  // What --trace prints belongs between the call and its outcome.
-  std::fflush(stdout);
+  Print(fmt::format("{:2}. {}\n", scene_, scene.title));
+  Print(fmt::format("    cls_CX.{}(lngFID={}){}", scene.method, scene.bill,
+                    options_.trace ? "\n" : ""));
 }
 
 void Story::ShowOutcome(const Answer& answer, Recordset& before, Recordset& after) {
   const std::string message = ValueText(answer.arguments.back());
-  fmt::print("{} {}{}{}\n\n", options_.trace ? "   " : " ", VerdictText(answer.verdict),
-             message.empty() ? "" : ": ", message);
+  Print(fmt::format("{} {}{}{}\n\n", options_.trace ? "   " : " ", VerdictText(answer.verdict),
+                    message.empty() ? "" : ": ", message));
   std::vector<std::string> header = {""};
   for (int i = 0; i < before.FieldCount(); ++i) header.push_back(before.FieldName(i));
   Table table(std::move(header));
@@ -158,7 +156,7 @@ void Story::ShowOutcome(const Answer& answer, Recordset& before, Recordset& afte
     table.Add(Labelled("before", old_cells));
     table.Add(Labelled("after", new_cells));
   }
-  if (!new_cells.empty()) fmt::print("{}\n", table.ToText("    "));
+  if (!new_cells.empty()) Print(fmt::format("{}\n", table.ToText("    ")));
 }
 
 void Story::Record(const Scene& scene, const Answer& answer, Recordset& before, Recordset& after) {
@@ -196,8 +194,7 @@ Exit DemoCommand(const CommonOptions& options) {
     return Exit::kPassed;
   }
   if (!options.db.empty()) MakeDatabase(options.db, true);
-  sql::OpenOptions open;
-  if (!options.db.empty()) open.path = options.db;
+  sql::OpenOptions open = options.db.empty() ? sql::OpenOptions{} : FileOptions(options);
   open.clock = [] { return *DateTime::Parse(kToday); };
   Erp erp(open);
   if (options.db.empty()) FillDatabase(erp, true);

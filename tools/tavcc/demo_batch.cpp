@@ -155,6 +155,11 @@ Json BatchStory::Audit(const Json& bills, int check_type) {
       erp_, *name.cls, *name.method,
       MakeArguments({erp_.host(), erp_.dsn(), erp_.connection()}, *name.method, arguments),
       options_.trace ? StatementObserver(TraceStatement) : nullptr);
+  if (answer.verdict == Exit::kFailed) {
+    throw CommandError(fmt::format(
+        "the batch failed and was undone: {}",
+        answer.failure ? answer.failure->error.description() : VerdictText(answer.verdict)));
+  }
   for (size_t i = 0; i < answer.arguments.size(); ++i) {
     if (name.method->parameters[i].name != "dct") continue;
     Json results = JsonFromValue(answer.arguments[i]);
@@ -171,11 +176,11 @@ void BatchStory::PrintAnswer(const Json& answer) {
       line += c;
       continue;
     }
-    fmt::print("    {}\n", line);
+    Print(fmt::format("    {}\n", line));
     line.clear();
   }
-  fmt::print("\n  passed: {}, refused: {}\n\n", answer["SuccessCount"].get<int>(),
-             answer["FailCount"].get<int>());
+  Print(fmt::format("\n  passed: {}, refused: {}\n\n", answer["SuccessCount"].get<int>(),
+                    answer["FailCount"].get<int>()));
 }
 
 // Auditing may add stock rows, but takes none away.
@@ -189,7 +194,7 @@ void BatchStory::PrintStock(const StockRows& before, const StockRows& after) {
     table.Add({row.key[0], row.key[1], row.key[2], row.key[3], old.quantity, row.quantity,
                old.value, row.value});
   }
-  fmt::print("{}\n", table.ToText("    "));
+  Print(fmt::format("{}\n", table.ToText("    ")));
 }
 
 void BatchStory::CheckLedgerHolds() {
@@ -204,20 +209,21 @@ Json BatchStory::Tell() {
   const StockRows stock_before = Stock();
   const Json bills = OpenBills();
   if (print) {
-    fmt::print("The sample company's {} open bills, of every kind, are audited in one call.\n\n",
-               bills.size());
+    Print(fmt::format(
+        "The sample company's {} open bills, of every kind, are audited in one call.\n\n",
+        bills.size()));
   }
   const Json audited = Audit(bills, 1);
   const Json stock_after = Rows(kStock);
   CheckLedgerHolds();
   if (print) {
     PrintAnswer(audited);
-    fmt::print("  What moved in stock:\n\n");
+    Print(fmt::format("  What moved in stock:\n\n"));
     PrintStock(stock_before, Stock());
   }
 
   const Json to_undo = AuditedBills(bills);
-  if (print) fmt::print("The bills that passed are un-audited, the last first.\n\n");
+  if (print) Print(fmt::format("The bills that passed are un-audited, the last first.\n\n"));
   const Json undone = Audit(to_undo, -1);
   CheckLedgerHolds();
   if (print) PrintAnswer(undone);
@@ -225,7 +231,7 @@ Json BatchStory::Tell() {
     throw CommandError("un-auditing did not bring everything back");
   }
   if (print) {
-    fmt::print("  Stock, balances, order quantities and states are what they were.\n\n\n");
+    Print(fmt::format("  Stock, balances, order quantities and states are what they were.\n\n\n"));
   }
   return {{"title", "The sample company's open bills are audited and un-audited again."},
           {"method", "PublicSysInfo.AuditBill"},

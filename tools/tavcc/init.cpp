@@ -4,6 +4,7 @@
 #include "scenario/json.h"
 #include "tavcc/command.h"
 #include "tavcc/database.h"
+#include "tavcc/output.h"
 
 namespace tavcc {
 
@@ -19,11 +20,12 @@ Exit InitCommand(const CommonOptions& common, const InitOptions& options) {
     }
     MakeDatabase(common.db, options.sample);
   }
-  if (common.json) {
-    fmt::print("{}\n", Show({{"database", name}, {"sample", options.sample}}));
-  } else {
-    fmt::print("{} holds a new ERP database{}\n", name,
-               options.sample ? " with the sample company" : "");
+  try {
+    Print(common.json ? Show({{"database", name}, {"sample", options.sample}}) + "\n"
+                      : fmt::format("{} holds a new ERP database{}\n", name,
+                                    options.sample ? " with the sample company" : ""));
+  } catch (const CommandError& error) {
+    throw CommandError(fmt::format("{}; {} was made", error.what(), name));
   }
   return Exit::kPassed;
 }

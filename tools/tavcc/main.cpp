@@ -3,10 +3,12 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <csignal>
 #include <string>
 
 #include "foundation/error.h"
 #include "tavcc/command_line.h"
+#include "tavcc/output.h"
 
 namespace tavcc {
 namespace {
@@ -15,7 +17,7 @@ Exit Fail(const std::string& text) {
   std::string line = text.substr(0, text.find_last_not_of("\r\n") + 1);
   std::replace(line.begin(), line.end(), '\r', ' ');
   std::replace(line.begin(), line.end(), '\n', ' ');
-  fmt::print(stderr, "tavcc: {}\n", line);
+  PrintAside(fmt::format("tavcc: {}\n", line));
   return Exit::kFailed;
 }
 
@@ -38,5 +40,7 @@ Exit Main(int argc, const char* const* argv) {
 }  // namespace tavcc
 
 int main(int argc, char** argv) {
+  // A reader that has gone away is an output that cannot be written, no end without a word.
+  std::signal(SIGPIPE, SIG_IGN);
   return static_cast<int>(tavcc::Main(argc, argv));
 }

@@ -10,6 +10,16 @@
 
 namespace tavcc {
 
+// Writes the text to standard output, all of it, now. What is no UTF-8 in it is written as U+FFFD.
+// Errors: CommandError "the output cannot be written: …".
+void Print(std::string_view text);
+
+// The same to standard error, where what cannot be written is lost: it is aside from any verdict.
+void PrintAside(std::string_view text);
+
+// Whether the whole text is UTF-8.
+bool IsUtf8(std::string_view text);
+
 // A value on one line: NULL, dates as YYYY-MM-DD HH:MM:SS, Booleans as True and False.
 std::string ValueText(const Value& value);
 

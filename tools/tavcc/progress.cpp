@@ -3,8 +3,9 @@
 #include <fmt/core.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <string>
+
+#include "tavcc/output.h"
 
 namespace tavcc {
 namespace {
@@ -18,7 +19,7 @@ constexpr size_t kBarWidth = 30;
 Progress::Progress(size_t total) : total_(total), terminal_(isatty(STDERR_FILENO) != 0) {}
 
 Progress::~Progress() {
-  if (drawn_) fmt::print(stderr, "\r\x1b[K");
+  if (drawn_) PrintAside("\r\x1b[K");
 }
 
 void Progress::Show(size_t done, std::string_view what) {
@@ -27,9 +28,8 @@ void Progress::Show(size_t done, std::string_view what) {
   last_ = now;
   drawn_ = true;
   const size_t full = kBarWidth * done / total_;
-  fmt::print(stderr, "\r\x1b[K[{}{}] {}/{} {}", std::string(full, '#'),
-             std::string(kBarWidth - full, '.'), done, total_, what);
-  std::fflush(stderr);
+  PrintAside(fmt::format("\r\x1b[K[{}{}] {}/{} {}", std::string(full, '#'),
+                         std::string(kBarWidth - full, '.'), done, total_, what));
 }
 
 }  // namespace tavcc

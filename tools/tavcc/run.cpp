@@ -81,15 +81,17 @@ class ScenarioRun {
 
   void PrintSummary(size_t files, size_t failed) const {
     if (failed == 0) {
-      fmt::print("{} scenario{} {}\n", files, files == 1 ? "" : "s",
-                 options_.compare ? "compared without a difference" : "passed");
+      Print(fmt::format("{} scenario{} {}\n", files, files == 1 ? "" : "s",
+                        options_.compare ? "compared without a difference" : "passed"));
     } else {
-      fmt::print("{} of {} scenarios {}\n", failed, files, options_.compare ? "differ" : "failed");
+      Print(fmt::format("{} of {} scenarios {}\n", failed, files,
+                        options_.compare ? "differ" : "failed"));
     }
-    for (const std::string& line : skipped_) fmt::print("skipped: {}\n", line);
+    for (const std::string& line : skipped_) Print(fmt::format("skipped: {}\n", line));
     for (const KnownDifference& known : known_) {
       if (!known.met) {
-        fmt::print("known, but did not occur: {}, line {}\n", options_.known_file, known.line);
+        Print(fmt::format("known, but did not occur: {}, line {}\n", options_.known_file,
+                          known.line));
       }
     }
   }
@@ -121,12 +123,12 @@ Exit ScenarioRun::All() {
       Json& entry = report.push_back({{"file", files[i]}, {"passed", failure.empty()}});
       if (!failure.empty()) entry["failure"] = failure;
       if (!failure.empty() && !common_.json) {
-        fmt::print(stderr, "{} {}", options_.compare ? "DIFFERS" : "FAILED", failure);
+        PrintAside(fmt::format("{} {}", options_.compare ? "DIFFERS" : "FAILED", failure));
       }
     }
   }
   if (common_.json) {
-    fmt::print("{}\n", Show(report, 2));
+    Print(fmt::format("{}\n", Show(report, 2)));
   } else {
     PrintSummary(files.size(), failed);
   }

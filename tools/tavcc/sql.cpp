@@ -1,6 +1,4 @@
 // tavcc sql: runs a batch and prints the rows of its first result.
-#include <fmt/core.h>
-
 #include <iostream>
 #include <iterator>
 
@@ -16,11 +14,16 @@ Exit SqlCommand(const CommonOptions& common, const SqlOptions& options) {
   const std::string batch = options.batch == "-"
                                 ? std::string(std::istreambuf_iterator<char>(std::cin), {})
                                 : options.batch;
+  if (!IsUtf8(batch)) throw CommandError("the batch is not UTF-8");
   const RecordsetPtr rows = erp->connection()->OpenClientRecordset(batch);
-  if (common.json) {
-    fmt::print("{}\n", Show(rows->IsOpen() ? RowsJson(*rows) : Json::object()));
-  } else if (rows->IsOpen()) {
-    fmt::print("{}", RowsText(*rows));
+  try {
+    if (common.json) {
+      Print(Show(rows->IsOpen() ? RowsJson(*rows) : Json::object()) + "\n");
+    } else if (rows->IsOpen()) {
+      Print(RowsText(*rows));
+    }
+  } catch (const CommandError& error) {
+    throw CommandError(std::string(error.what()) + "; what the batch did is kept");
   }
   return Exit::kPassed;
 }

@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kPiece = 1 << 20;  // written at once
+constexpr int kPiece = 1 << 16;  // written at once: SQLite takes no more than twice as much
 
 std::string RandomEnding() {
   std::random_device random;

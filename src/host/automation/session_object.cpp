@@ -24,6 +24,7 @@ class Session {
     options.create = create;
     SetThreadHost(nullptr);
     erp_ = std::make_unique<Erp>(options);
+    erp_->log().KeepNothing();
     SetThreadHost(&erp_->host());
   }
   Erp& Require() {

@@ -1,0 +1,28 @@
+// Random attacks that can be made again: the seed is printed, and TAVCC_SEED sets it.
+#pragma once
+
+#include <cstdint>
+#include <random>
+
+namespace tavcc::testing {
+
+// TAVCC_SEED, or the seed of every day.
+uint32_t Seed();
+// Whether everything is to be tried (TAVCC_ATTACKS is "all") and not only a part.
+bool TryAll();
+
+class Chance {
+ public:
+  explicit Chance(uint32_t seed) : random_(seed) {}
+  // A number from 0 to below `count`.
+  size_t Below(size_t count) { return random_() % count; }
+  template <class Range>
+  const auto& Of(const Range& range) {
+    return std::begin(range)[Below(std::size(range))];
+  }
+
+ private:
+  std::mt19937 random_;
+};
+
+}  // namespace tavcc::testing

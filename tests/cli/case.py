@@ -1,0 +1,81 @@
+"""What the command line's tests share: running tavcc, and a case with a sample database."""
+
+import hashlib
+import json
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+TAVCC = ""
+
+PASSED, REFUSED, FAILED = 0, 1, 2
+ASSEMBLY_BILL = 121  # of the sample company, not audited
+
+
+def tavcc(*arguments, stdin=""):
+    return subprocess.run([TAVCC, *map(str, arguments)], input=stdin, capture_output=True,
+                          text=True, timeout=120)
+
+
+def fingerprint(path):
+    with open(path, "rb") as file:
+        return hashlib.sha256(file.read()).hexdigest()
+
+
+class Case(unittest.TestCase):
+    """A folder of its own with a sample database in it, made once and copied for each test."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.TemporaryDirectory()
+        cls.pristine = os.path.join(cls.folder.name, "pristine.db")
+        made = tavcc("init", "--db", cls.pristine, "--sample")
+        if made.returncode != PASSED:
+            raise AssertionError(made.stderr)
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.folder.cleanup()
+
+    def setUp(self):
+        self.db = self.path("erp.db")
+        with open(self.pristine, "rb") as source, open(self.db, "wb") as target:
+            target.write(source.read())
+
+    def path(self, name):
+        return os.path.join(self.folder.name, name)
+
+    def write(self, name, text):
+        with open(self.path(name), "w", encoding="utf-8") as file:
+            file.write(text)
+        return self.path(name)
+
+    def call(self, method, *words):
+        return tavcc("call", method, "--db", self.db, *words)
+
+    def rows(self, batch):
+        answer = tavcc("sql", "--db", self.db, "--json", batch)
+        self.assertEqual(answer.returncode, PASSED, answer.stderr)
+        return json.loads(answer.stdout)["rows"]
+
+    def change(self, batch):
+        answer = tavcc("sql", "--db", self.db, batch)
+        self.assertEqual(answer.returncode, PASSED, answer.stderr)
+
+    def assert_error(self, answer, text):
+        """One line on standard error that holds the text, nothing on standard output, status 2."""
+        self.assertEqual(answer.returncode, FAILED, answer.stdout + answer.stderr)
+        self.assertEqual(answer.stdout, "")
+        self.assertEqual(answer.stderr.count("\n"), 1, answer.stderr)
+        self.assertTrue(answer.stderr.startswith("tavcc: "), answer.stderr)
+        self.assertIn(text, answer.stderr)
+
+
+def main():
+    """Runs the tests of the calling file: FILE TAVCC [unittest options]."""
+    global TAVCC
+    TAVCC = os.path.abspath(sys.argv.pop(1))
+    os.environ.pop("TAVCC_DSN", None)
+    unittest.main(module="__main__")
