@@ -4,6 +4,8 @@
 #include <chrono>
 #include <utility>
 
+#include "host/recordset_wrapper.h"
+
 namespace tavcc {
 
 void StatementLog::Clear() {
@@ -51,26 +53,16 @@ std::vector<ProcedureParameter> InputsOf(std::span<const ProcedureParameter> par
   return inputs;
 }
 
-// The rows of another recordset, with Null in every field.
-class NullRows final : public Recordset {
+// The rows of another recordset, with Null in every field. A field that is not there is an error
+// as ever.
+class NullRows final : public RecordsetWrapper {
  public:
-  explicit NullRows(RecordsetPtr rows) : rows_(std::move(rows)) {}
+  using RecordsetWrapper::RecordsetWrapper;
 
-  bool IsOpen() const override { return rows_->IsOpen(); }
-  bool AtEnd() const override { return rows_->AtEnd(); }
-  bool AtStart() const override { return rows_->AtStart(); }
-  void MoveNext() override { rows_->MoveNext(); }
-  void MoveFirst() override { rows_->MoveFirst(); }
-  int RecordCount() const override { return rows_->RecordCount(); }
-  int FieldCount() const override { return rows_->FieldCount(); }
-  std::string FieldName(int index) const override { return rows_->FieldName(index); }
-  Value Field(int index) const override { return rows_->Field(index), Null{}; }
-  Value Field(std::string_view name) const override { return rows_->Field(name), Null{}; }
-  void Detach() override { rows_->Detach(); }
-  void Close() override { rows_->Close(); }
-
- private:
-  RecordsetPtr rows_;
+  Value Field(int index) const override { return RecordsetWrapper::Field(index), Null{}; }
+  Value Field(std::string_view name) const override {
+    return RecordsetWrapper::Field(name), Null{};
+  }
 };
 
 using FaultKind = StatementFault::Kind;

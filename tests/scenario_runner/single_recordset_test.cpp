@@ -6,6 +6,7 @@
 #include <string>
 
 #include "embedded/embedded.h"
+#include "host/recordset_wrapper.h"
 #include "host/schema.h"
 #include "scenario/erp_road.h"
 #include "scenario/runner.h"
@@ -35,30 +36,20 @@ struct OpenRecordsets {
 };
 using OpenRecordsetsPtr = std::shared_ptr<OpenRecordsets>;
 
-class WatchedRecordset final : public Recordset {
+class WatchedRecordset final : public RecordsetWrapper {
  public:
   WatchedRecordset(RecordsetPtr rows, std::string sql, OpenRecordsetsPtr open)
-      : rows_(std::move(rows)), sql_(std::move(sql)), open_(std::move(open)) {
+      : RecordsetWrapper(std::move(rows)), sql_(std::move(sql)), open_(std::move(open)) {
     open_->statements.insert(sql_);
   }
   ~WatchedRecordset() override { LetGo(); }
 
-  bool IsOpen() const override { return rows_->IsOpen(); }
-  bool AtEnd() const override { return rows_->AtEnd(); }
-  bool AtStart() const override { return rows_->AtStart(); }
-  void MoveNext() override { rows_->MoveNext(); }
-  void MoveFirst() override { rows_->MoveFirst(); }
-  int RecordCount() const override { return rows_->RecordCount(); }
-  int FieldCount() const override { return rows_->FieldCount(); }
-  std::string FieldName(int index) const override { return rows_->FieldName(index); }
-  Value Field(int index) const override { return rows_->Field(index); }
-  Value Field(std::string_view name) const override { return rows_->Field(name); }
   void Detach() override {
-    rows_->Detach();
+    RecordsetWrapper::Detach();
     LetGo();
   }
   void Close() override {
-    rows_->Close();
+    RecordsetWrapper::Close();
     LetGo();
   }
 
@@ -68,7 +59,6 @@ class WatchedRecordset final : public Recordset {
     open_ = nullptr;
   }
 
-  RecordsetPtr rows_;
   std::string sql_;
   OpenRecordsetsPtr open_;
 };
