@@ -96,17 +96,18 @@ Json ReadContracts(const std::string& file) {
     const std::set<std::string> answers =
         method == kEveryMethod ? std::set<std::string>() : AnswersOf(method);
     for (const Json& promise : promises) {
-      AllowOnly(
-          method, promise,
-          {"fault", "statement", "when", "expect", "error", "goes_on", "as_usual", "as_raised"});
+      AllowOnly(method, promise,
+                {"fault", "statement", "when", "expect", "error", "goes_on", "as_usual",
+                 "as_raised", "one_of"});
       AllowOnly(method, promise.value("expect", Json::object()), answers);
       AllowOnly(method, promise.value("error", Json::object()),
                 {"number", "source", "description"});
       if (promise.contains("expect") + promise.contains("error") + promise.contains("goes_on") +
-              promise.contains("as_usual") + promise.contains("as_raised") !=
+              promise.contains("as_usual") + promise.contains("as_raised") +
+              promise.contains("one_of") !=
           1) {
-        throw JsonError(method +
-                        ": a promise is one of expect, error, goes_on, as_usual, as_raised");
+        throw JsonError(
+            method + ": a promise is one of expect, error, goes_on, as_usual, as_raised, one_of");
       }
       if (promise.contains("fault") && !kFaults.contains(promise["fault"].get<std::string>())) {
         throw JsonError(method + ": unknown fault " + Show(promise["fault"]));
@@ -160,6 +161,17 @@ std::string ShowOutcome(const Method& method, const CallOutcome& outcome) {
 void CompareWithPromise(const Json& promise, const Method& method, const AutomationError& failure,
                         const CallOutcome& usual, const CallOutcome& outcome,
                         std::vector<std::string>& differences) {
+  if (const Json* const choices = promise.find("one_of")) {
+    std::vector<std::string> all;
+    for (const Json& choice : *choices) {
+      std::vector<std::string> these;
+      CompareWithPromise(choice, method, failure, usual, outcome, these);
+      if (these.empty()) return;
+      all.insert(all.end(), these.begin(), these.end());
+    }
+    differences.insert(differences.end(), all.begin(), all.end());
+    return;
+  }
   if (promise.contains("as_usual")) {
     const std::string wanted = ShowOutcome(method, usual);
     const std::string got = ShowOutcome(method, outcome);

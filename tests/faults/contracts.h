@@ -47,6 +47,8 @@ std::string ShowOutcome(const Method& method, const CallOutcome& outcome);
 //   goes_on   the failure is the method's own affair: no error is raised where none is otherwise,
 //             and nothing that the call answers speaks of it
 //   as_usual  the call answers what it answers (`usual`) when nothing goes wrong
+//   one_of    one of several promises: which one lies with the data, where a check that comes first
+//             may refuse
 void CompareWithPromise(const Json& promise, const Method& method, const AutomationError& failure,
                         const CallOutcome& usual, const CallOutcome& outcome,
                         std::vector<std::string>& differences);
