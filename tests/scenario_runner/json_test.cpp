@@ -78,8 +78,8 @@ TEST(Json, IsEqualByValue) {
 
 TEST(Json, IsRefusedWhereItIsNone) {
   const auto refused = [](const std::string& text) { return Refused([&] { ParseJson(text); }); };
-  EXPECT_EQ(refused("[1,\n  x]").substr(0, 30), "no JSON at line 2, column 3: s");
-  EXPECT_EQ(refused("[1e999]"), "no JSON at line 1, column 6: number overflow parsing '1e999'");
+  EXPECT_EQ(refused("[1,\n  x]"), "no JSON at line 2, column 3");
+  EXPECT_EQ(refused("[1e999]"), "no JSON at line 1, column 6: the number is out of range");
   EXPECT_EQ(refused(R"({"a": {"b": 1, "b": 2}})"), "the key \"b\" stands twice in one object");
   EXPECT_EQ(refused(R"([{"a": 1}, {"a": 2}])"), "nothing");
   EXPECT_EQ(refused(std::string(200, '[') + std::string(200, ']')), "nothing");

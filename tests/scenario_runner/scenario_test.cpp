@@ -17,7 +17,7 @@ struct Malformed {
 
 constexpr Malformed kMalformed[] = {
     {"", "f.json: no JSON at line 1, column 1: "},
-    {"{\n \"name\": \"x\",\n \"steps\": [}", "f.json: no JSON at line 3, column 12: "},
+    {"{\n \"name\": \"x\",\n \"steps\": [}", "f.json: no JSON at line 3, column 12"},
     {"[]", "f.json: must be an object"},
     {R"({"steps": [{"query": "q"}]})", R"(f.json, key "name": is missing)"},
     {R"({"name": 1, "steps": []})", R"(f.json, key "name": must be a text)"},
