@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "embedded/bind/binder.h"
+#include "embedded/bind/same.h"
 #include "embedded/bind/walk.h"
 #include "embedded/catalog/names.h"
 
@@ -40,14 +41,14 @@ bool HasInto(const Query& query) {
   return HasInto(*query.left) || HasInto(*query.right);
 }
 
-bool AreSame(const BoundOrder& a, const BoundOrder& b) {
+bool OrderAlike(const BoundOrder& a, const BoundOrder& b) {
   if (a.item >= 0 || b.item >= 0) return a.item == b.item;
-  return Describe(*a.expression) == Describe(*b.expression);
+  return AreSame(*a.expression, *b.expression);
 }
 
 void AddOrder(std::vector<BoundOrder>& order_by, BoundOrder order) {
   for (const BoundOrder& other : order_by) {
-    if (AreSame(other, order)) Raise(169);
+    if (OrderAlike(other, order)) Raise(169);
   }
   order_by.push_back(std::move(order));
 }
@@ -191,9 +192,10 @@ void Binder::BindOrder(const Query& query, const Scope& scope, BoundQuery& bound
     }
     if (order.item < 0) {
       order.expression = Bind(*item.expression, scope);
-      const std::string text = Describe(*order.expression);
       for (size_t i = 0; i < select.items.size(); ++i) {
-        if (Describe(*select.items[i].expression) == text) order.item = static_cast<int>(i);
+        if (AreSame(*select.items[i].expression, *order.expression)) {
+          order.item = static_cast<int>(i);
+        }
       }
       if (order.item < 0 && select.distinct) Raise(145);
     }
@@ -246,12 +248,13 @@ void Binder::BindSetOrder(const Query& query, BoundQuery& bound) {
 // In a grouped block every column stands in an aggregate or in one of the grouping expressions.
 void Binder::CheckGrouping(const BoundSelect& select, const Scope& scope,
                            const std::vector<BoundOrder>& order_by) {
-  std::vector<std::string> keys;
   for (const auto& key : select.group_by) {
-    keys.push_back(Describe(*key));
     if (key->kind != BoundExpression::Kind::kColumn) Use(*key, LiteralUse::kValue);
   }
-  const bool has_keys = !keys.empty();
+  const auto is_key = [&](const BoundExpression& expression) {
+    return std::ranges::any_of(select.group_by,
+                               [&](const auto& key) { return AreSame(*key, expression); });
+  };
   int number = 8120;
   const ExpressionVisitor check = [&](const BoundExpression& expression) {
     if (expression.kind == BoundExpression::Kind::kAggregate) return;
@@ -259,7 +262,7 @@ void Binder::CheckGrouping(const BoundSelect& select, const Scope& scope,
       const auto& column = static_cast<const BoundColumn&>(expression);
       if (std::ranges::find(scope.sources, column.source) == scope.sources.end()) return;
     }
-    if (has_keys && std::ranges::find(keys, Describe(expression)) != keys.end()) {
+    if (is_key(expression)) {
       if (expression.kind != BoundExpression::Kind::kColumn) Use(expression, LiteralUse::kValue);
       return;
     }

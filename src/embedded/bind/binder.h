@@ -228,8 +228,7 @@ class Binder {
 // The name as the statement wrote it: "dbo.t_Stock".
 std::string WrittenName(const ObjectName& name);
 
-// The tree as text, every type and conversion written out: what tests compare, and how the binder
-// tells whether two expressions are the same.
+// The tree as text, every type and conversion written out: what tests compare.
 std::string Describe(const BoundExpression& expression);
 std::string Describe(const BoundCondition& condition);
 std::string Describe(const BoundQuery& query);

@@ -18,7 +18,7 @@
 
 #include <algorithm>
 
-#include "embedded/bind/binder.h"
+#include "embedded/bind/same.h"
 #include "embedded/bind/walk.h"
 #include "embedded/emit/emitter_impl.h"
 #include "embedded/types/stored_form.h"
@@ -76,10 +76,9 @@ bool OnlyLeavesOutEqualRows(const BoundSelect& select) {
   if (select.having) return false;
   return std::ranges::all_of(select.items, [&](const BoundItem& item) {
     const BoundExpression& shown = Unconverted(*item.expression);
-    const std::string text = Describe(shown);
     return shown.kind == BoundExpression::Kind::kColumn &&
            std::ranges::any_of(select.group_by,
-                               [&](const auto& key) { return Describe(*key) == text; });
+                               [&](const auto& key) { return AreSame(*key, shown); });
   });
 }
 

@@ -12,7 +12,7 @@
 // side is likely to be small: a temporary table, or a table of which the statement names a key.
 #include <algorithm>
 
-#include "embedded/bind/binder.h"
+#include "embedded/bind/same.h"
 #include "embedded/bind/walk.h"
 #include "embedded/catalog/sqlite.h"
 #include "embedded/emit/emitter_impl.h"
@@ -121,9 +121,8 @@ bool Emitter::NarrowQuery(const BoundQuery& query, size_t column, const std::str
   const BoundColumn* key = AsColumn(*select.items[column].expression);
   if (key == nullptr || !select.from || !IsIn(*select.from, key->source)) return false;
   if (select.grouped) {
-    const std::string text = Describe(*key);
     const bool grouping =
-        std::ranges::any_of(select.group_by, [&](const auto& by) { return Describe(*by) == text; });
+        std::ranges::any_of(select.group_by, [&](const auto& by) { return AreSame(*by, *key); });
     if (!grouping) return false;
   }
   if (key->source->query &&

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <set>
 
-#include "embedded/bind/binder.h"
+#include "embedded/bind/same.h"
 #include "embedded/bind/walk.h"
 #include "embedded/emit/emitter_impl.h"
 
@@ -45,10 +45,9 @@ bool Covers(const std::set<int>& columns, const std::vector<int>& key) {
 std::vector<int> GroupingColumns(const BoundSelect& select) {
   std::vector<int> columns;
   for (const auto& key : select.group_by) {
-    const std::string text = Describe(*key);
     int found = -1;
     for (size_t i = 0; i < select.items.size(); ++i) {
-      if (Describe(*select.items[i].expression) == text) found = static_cast<int>(i);
+      if (AreSame(*select.items[i].expression, *key)) found = static_cast<int>(i);
     }
     if (found < 0) return {};
     columns.push_back(found);

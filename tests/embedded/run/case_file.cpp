@@ -6,7 +6,6 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "embedded/embedded.h"
 #include "foundation/conversions.h"
 #include "foundation/error.h"
 #include "support/source_dir.h"
@@ -140,7 +139,7 @@ std::vector<CaseName> FindCases(const std::string& folder) {
   return cases;
 }
 
-std::string RunCase(const CaseName& which) {
+std::shared_ptr<Database> OpenFor(const CaseName& which) {
   const Json test = ReadCases(which.file)[which.index];
   OpenOptions options;
   options.clock = [] { return *DateTime::Parse("2026-03-15 10:00:00"); };
@@ -150,6 +149,19 @@ std::string RunCase(const CaseName& which) {
     database->RunScript(ReadFile(host / "schema.sql"));
     database->RunScript(ReadFile(host / "base.sql"));
   }
+  return database;
+}
+
+std::vector<std::string> BatchesOf(const CaseName& which) {
+  const Json test = ReadCases(which.file)[which.index];
+  std::vector<std::string> batches;
+  for (const Json& step : test["steps"]) batches.push_back(Joined(step["sql"]));
+  return batches;
+}
+
+std::string RunCase(const CaseName& which) {
+  const Json test = ReadCases(which.file)[which.index];
+  const auto database = OpenFor(which);
   const ConnectionPtr connection = database->NewSession();
   std::string differences;
   for (const Json& step : test["steps"]) differences += RunStep(step, *connection);

@@ -11,8 +11,11 @@
 // two.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
+
+#include "embedded/embedded.h"
 
 namespace tavcc::sql {
 
@@ -23,6 +26,12 @@ struct CaseName {
 
 // All cases of the files in a folder under tests/embedded.
 std::vector<CaseName> FindCases(const std::string& folder);
+
+// A fresh database, with the tables of the ERP database where the case asks for them.
+std::shared_ptr<Database> OpenFor(const CaseName& which);
+
+// The batches of a case, in their order.
+std::vector<std::string> BatchesOf(const CaseName& which);
 
 // Runs a case; the text says what differs, empty when nothing does.
 std::string RunCase(const CaseName& which);
