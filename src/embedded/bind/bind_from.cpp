@@ -94,7 +94,7 @@ BoundFromPtr Binder::BindSource(const TableSource& source, const Scope* parent, 
   auto from = source.kind == TableSource::Kind::kNamed
                   ? BindNamed(static_cast<const NamedTable&>(source))
                   : BindDerived(static_cast<const DerivedTable&>(source), parent);
-  from->source->id = next_source_++;
+  from->source->id = result_.next_source++;
   from->source->correlated = source.kind != TableSource::Kind::kNamed ||
                              !static_cast<const NamedTable&>(source).alias.empty();
   for (const BoundSource* other : visible.sources) {
@@ -106,9 +106,6 @@ BoundFromPtr Binder::BindSource(const TableSource& source, const Scope* parent, 
 
 BoundFromPtr Binder::BindNamed(const NamedTable& named) {
   const std::string& alias = named.alias.empty() ? named.name.last() : named.alias;
-  if (rows_ != nullptr && SameName(named.name.last(), rows_->table.last())) {
-    return BindRowsOf(*rows_, alias);
-  }
   if (catalog_.FindTable(named.name)) return BindTable(RequireTable(named.name), alias);
   const CatalogObjectPtr object = catalog_.Find(named.name);
   if (!object || !object->view) RequireTable(named.name);
@@ -142,22 +139,6 @@ BoundFromPtr Binder::BindView(const View& view, const std::string& alias) {
   source->columns = source->query->columns;
   NameColumns(*source, view.statement->columns);
   return Single(std::move(source));
-}
-
-// The rows that an INSERT would write, with the names and types of the table's columns.
-BoundFromPtr Binder::BindRowsOf(const InsertStatement& insert, const std::string& alias) {
-  BoundInsert bound = BindInsert(insert, /*identity_insert=*/false);
-  auto source = BindTable(bound.table, alias);
-  auto& items = bound.query->select->items;
-  std::vector<BoundItem> in_order(items.size());
-  for (size_t i = 0; i < items.size(); ++i) {
-    in_order[static_cast<size_t>(bound.columns[i])] = std::move(items[i]);
-  }
-  items = std::move(in_order);
-  bound.query->columns = source->source->columns;
-  source->source->table = nullptr;
-  source->source->query = std::move(bound.query);
-  return source;
 }
 
 BoundFromPtr Binder::BindDerived(const DerivedTable& derived, const Scope* parent) {

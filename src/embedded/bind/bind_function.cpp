@@ -165,8 +165,7 @@ BoundExpressionPtr Binder::BindAggregate(const FunctionExpression& function, Agg
 // ISNULL has the type of its first argument; the second is converted to it.
 BoundExpressionPtr Binder::BindIsNull(const FunctionExpression& function, const Scope& scope) {
   RequireCount(function, 2, 2);
-  static constexpr FunctionRule kRule{"ISNULL", "aa", FunctionResult::kFirst, FunctionForm::kPlain,
-                                      "ifnull"};
+  static constexpr FunctionRule kRule{Function::kIsNull, "ISNULL", "aa", FunctionResult::kFirst};
   auto first = Bind(*function.arguments[0], scope);
   auto second = Bind(*function.arguments[1], scope);
   const SqlType type = first->type.kind == TypeKind::kNull ? second->type : first->type;

@@ -120,7 +120,7 @@ TablePtr Binder::BindViewColumns(const ObjectName& name, const CatalogObjectPtr&
                                  std::vector<std::string>& names) {
   result_.dependencies.push_back(Dependency{name, nullptr, object});
   const auto from = BindView(*object->view, name.last());
-  from->source->id = next_source_++;
+  from->source->id = result_.next_source++;
   if (names.empty()) {
     for (const SourceColumn& column : from->source->columns) names.push_back(column.name);
   }

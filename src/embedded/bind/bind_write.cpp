@@ -52,8 +52,8 @@ BoundConditionPtr IsRow(const Change& change) {
 
 BoundExpressionPtr Binder::BindDefault(const Column& column) {
   if (column.identity) {
-    static constexpr FunctionRule kNext{"IDENTITY", "", FunctionResult::kFirst,
-                                        FunctionForm::kPlain, "s_next"};
+    static constexpr FunctionRule kNext{Function::kNextIdentity, "IDENTITY", "",
+                                        FunctionResult::kFirst};
     auto next = std::make_unique<BoundCall>(kNext, column.type);
     next->nullable = false;
     return next;
@@ -162,7 +162,7 @@ void Binder::ConvertQueryRows(BoundInsert& bound, bool all_columns) {
                       bound.query->order_by.empty() && !bound.query->select->top;
   if (!direct) {
     auto source = std::make_unique<BoundSource>();
-    source->id = next_source_++;
+    source->id = result_.next_source++;
     source->columns = columns;
     source->query = std::move(bound.query);
     auto outer = std::make_unique<BoundQuery>();
@@ -241,7 +241,7 @@ Binder::Scope Binder::BindTarget(const StatementType& statement, Bound& bound) {
     NamedTable named;
     named.name = statement.target;
     auto own = BindNamed(named);
-    own->source->id = next_source_++;
+    own->source->id = result_.next_source++;
     bound.target = own->source.get();
     scope.sources.push_back(own->source.get());
     if (bound.from) {
@@ -303,9 +303,8 @@ BoundUpdate Binder::BindUpdate(const UpdateStatement& update) {
   return bound;
 }
 
-BoundDelete Binder::BindDelete(const DeleteStatement& remove, const InsertStatement* rows) {
+BoundDelete Binder::BindDelete(const DeleteStatement& remove) {
   BoundDelete bound;
-  rows_ = rows;
   const Scope scope = BindTarget(remove, bound);
   if (!bound.table) {
     BaseColumns(const_cast<BoundSource&>(*bound.target), {}, bound.table, bound.row_column);
@@ -315,7 +314,6 @@ BoundDelete Binder::BindDelete(const DeleteStatement& remove, const InsertStatem
   if (remove.where) bound.where = Bind(*remove.where, scope);
   if (!remove.current_of.empty()) bound.where = IsRow(bound);
   aggregates_ = nullptr;
-  rows_ = nullptr;
   return bound;
 }
 

@@ -50,6 +50,7 @@ struct LiteralFit {
 };
 
 struct BindResult {
+  int next_source = 1;  // the number of the statement's next source
   std::vector<Dependency> dependencies;
   std::vector<LiteralUse> uses;  // by slot
   std::vector<int> exact;        // by slot: the places where the very type of the literal counts
@@ -73,9 +74,7 @@ class Binder {
   BoundInsert BindInsertRows(const InsertStatement& insert, std::span<const SourceColumn> columns,
                              bool identity_insert);
   BoundUpdate BindUpdate(const UpdateStatement& update);
-  // `rows`: where the DELETE reads the table that this INSERT fills, it is bound to the INSERT's
-  // query instead, as if the table were a view of it. The INSERT must write all columns of it.
-  BoundDelete BindDelete(const DeleteStatement& remove, const InsertStatement* rows = nullptr);
+  BoundDelete BindDelete(const DeleteStatement& remove);
   // An expression outside a query, converted to `type` when one is given.
   BoundExpressionPtr BindValue(const Expression& expression,
                                const std::optional<SqlType>& type = std::nullopt);
@@ -150,7 +149,6 @@ class Binder {
   BoundFromPtr BindNamed(const NamedTable& named);
   BoundFromPtr BindTable(const TablePtr& table, const std::string& alias);
   BoundFromPtr BindView(const View& view, const std::string& alias);
-  BoundFromPtr BindRowsOf(const InsertStatement& insert, const std::string& alias);
   BoundFromPtr BindDerived(const DerivedTable& derived, const Scope* parent);
   BoundFromPtr BindJoin(const JoinedTable& join, const Scope* parent, Scope& visible);
 
@@ -219,10 +217,8 @@ class Binder {
   std::span<const TypedValue> literals_;
   BindResult& result_;
   Aggregates* aggregates_ = nullptr;
-  int next_source_ = 1;
-  int views_ = 0;                          // how deep in views
-  int bound_ = 0;                          // expressions so far
-  const InsertStatement* rows_ = nullptr;  // see BindDelete
+  int views_ = 0;  // how deep in views
+  int bound_ = 0;  // expressions so far
 };
 
 // The name as the statement wrote it: "dbo.t_Stock".

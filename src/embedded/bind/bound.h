@@ -173,6 +173,7 @@ struct BoundCondition {
     kInQuery,
     kLike,
     kExists,
+    kIndexFilter,
   };
   explicit BoundCondition(Kind k) : kind(k) {}
   virtual ~BoundCondition() = default;
@@ -212,6 +213,8 @@ struct BoundInList final : BoundCondition {
   bool negated = false;
 };
 
+// The rows that have a match in the query: a semi-join. Negated, where nulls are met, it is more than
+// the rows without a match: an anti-join is a BoundNot of a BoundExists.
 struct BoundInQuery final : BoundCondition {
   BoundInQuery() : BoundCondition(Kind::kInQuery) {}
   BoundExpressionPtr operand;
@@ -228,6 +231,14 @@ struct BoundLike final : BoundCondition {
 struct BoundExists final : BoundCondition {
   BoundExists() : BoundCondition(Kind::kExists) {}
   BoundQueryPtr query;
+};
+
+// That the filter of one of the source's indexes holds. Only rewrites make it.
+struct BoundIndexFilter final : BoundCondition {
+  BoundIndexFilter(const BoundSource& s, const Key& k)
+      : BoundCondition(Kind::kIndexFilter), source(&s), key(&k) {}
+  const BoundSource* source;
+  const Key* key;  // of the source's table
 };
 
 // ---- Queries ------------------------------------------------------------------------------------
@@ -299,6 +310,7 @@ struct BoundQuery {
   Query::SetOperator set_operator = Query::SetOperator::kUnion;
   std::vector<BoundOrder> order_by;
   std::vector<SourceColumn> columns;  // of the result
+  bool single_row = false;            // it is known to give one row at most
 };
 
 // ---- Statements that read or write --------------------------------------------------------------
@@ -330,6 +342,8 @@ struct BoundUpdate {
   // Where the target is a view or a derived table: its column with the number of the table's row.
   int row_column = -1;
   BoundConditionPtr where;
+  bool matches_once = false;  // each row of the target is known to be met once at most
+  bool in_place = false;      // rows may be changed while others are still looked for
 };
 
 struct BoundDelete {

@@ -198,9 +198,12 @@ std::string Describe(const BoundCondition& condition) {
              Describe(*like.pattern) + (like.escape ? " escape " + Describe(*like.escape) : "");
     }
     case BoundCondition::Kind::kExists:
+      return "exists (" + Describe(*static_cast<const BoundExists&>(condition).query) + ')';
+    case BoundCondition::Kind::kIndexFilter:
       break;
   }
-  return "exists (" + Describe(*static_cast<const BoundExists&>(condition).query) + ')';
+  const auto& filter = static_cast<const BoundIndexFilter&>(condition);
+  return "filter of " + filter.source->alias + '.' + filter.key->name;
 }
 
 std::string Describe(const BoundQuery& query) {
@@ -213,7 +216,7 @@ std::string Describe(const BoundQuery& query) {
     out += order.item >= 0 ? std::to_string(order.item + 1) : Describe(*order.expression);
     if (order.descending) out += " desc";
   }
-  return out;
+  return query.single_row ? "single row: " + out : out;
 }
 
 std::string Describe(const BoundInsert& insert) {
@@ -242,7 +245,9 @@ std::string Describe(const BoundUpdate& update) {
     out += update.table->columns[static_cast<size_t>(assignment.column)].name + " = " +
            Describe(*assignment.value);
   }
-  return out + DescribeRest(update);
+  out += DescribeRest(update);
+  if (update.matches_once) out = "once: " + out;
+  return update.in_place ? "in place, " + out : out;
 }
 
 std::string Describe(const BoundDelete& remove) {

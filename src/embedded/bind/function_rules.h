@@ -1,10 +1,55 @@
-// The built-in functions: what they take, what they give, and how SQLite's text calls them.
+// The built-in functions: what they take and what they give.
 #pragma once
 
-#include <span>
+#include <cstdint>
 #include <string_view>
 
 namespace tavcc::sql {
+
+enum class Function : uint8_t {
+  kAbs,
+  kAscii,
+  kCeiling,
+  kChar,
+  kCharIndex,
+  kCursorStatus,
+  kDataLength,
+  kDateAdd,
+  kDateDiff,
+  kDateName,
+  kDatePart,
+  kExp,
+  kFloor,
+  kGetDate,
+  kIsDate,
+  kIsNumeric,
+  kLTrim,
+  kLeft,
+  kLen,
+  kLog,
+  kLog10,
+  kLower,
+  kNChar,
+  kObjectId,
+  kPatIndex,
+  kPower,
+  kRTrim,
+  kReplace,
+  kReplicate,
+  kReverse,
+  kRight,
+  kRound,
+  kSign,
+  kSpace,
+  kSqrt,
+  kStr,
+  kStuff,
+  kSubstring,
+  kUnicode,
+  kUpper,
+  kIsNull,        // ISNULL, bound by hand
+  kNextIdentity,  // the next identity value, for which the dialect has no name
+};
 
 enum class FunctionResult : uint8_t {
   kInt,
@@ -22,22 +67,13 @@ enum class FunctionResult : uint8_t {
   kDateOfThird,   // DATEADD
 };
 
-// How a call is put into SQLite's text.
-enum class FunctionForm : uint8_t {
-  kPlain,    // name(arguments …)
-  kNumeric,  // the name continues with the kind of the first argument: _int, _decimal, _float
-  kDataLength,
-  kDateAdd,
-};
-
 struct FunctionRule {
+  Function function;
   std::string_view name;
   // One letter for each argument, the optional ones after "|": p a date part, t text, c text that
   // is text already, i int, b bigint, f float, d datetime, n a number, a anything.
   std::string_view arguments;
   FunctionResult result;
-  FunctionForm form;
-  std::string_view emitted;
 };
 
 // Null when there is no such function.

@@ -149,9 +149,14 @@ bool Comparer::Same(const BoundCondition& a, const BoundCondition& b) {
              Same(x.escape, y.escape);
     }
     case Kind::kExists:
+      return Same(static_cast<const BoundExists&>(a).query,
+                  static_cast<const BoundExists&>(b).query);
+    case Kind::kIndexFilter:
       break;
   }
-  return Same(static_cast<const BoundExists&>(a).query, static_cast<const BoundExists&>(b).query);
+  const auto& x = static_cast<const BoundIndexFilter&>(a);
+  const auto& y = static_cast<const BoundIndexFilter&>(b);
+  return x.source == y.source && x.key == y.key;
 }
 
 // FROM first: what stands beside it speaks of its sources.

@@ -101,6 +101,8 @@ void ForEachChild(const BoundCondition& condition, const ExpressionVisitor& visi
     case BoundCondition::Kind::kExists:
       visit_query(*static_cast<const BoundExists&>(condition).query);
       break;
+    case BoundCondition::Kind::kIndexFilter:
+      break;
   }
 }
 
@@ -131,6 +133,24 @@ void ForEachExpression(const BoundFrom& from, const ExpressionVisitor& visit) {
   if (from.left) ForEachExpression(*from.left, visit);
   if (from.right) ForEachExpression(*from.right, visit);
   if (from.on) ForEachExpression(*from.on, visit);
+}
+
+const BoundColumn* AsColumn(const BoundExpression& expression) {
+  return expression.kind == BoundExpression::Kind::kColumn
+             ? &static_cast<const BoundColumn&>(expression)
+             : nullptr;
+}
+
+void ForEachConjunct(const BoundCondition* condition,
+                     const std::function<void(const BoundCondition&)>& visit) {
+  if (condition == nullptr) return;
+  if (condition->kind != BoundCondition::Kind::kAnd) {
+    visit(*condition);
+    return;
+  }
+  for (const auto& operand : static_cast<const BoundLogical*>(condition)->operands) {
+    ForEachConjunct(operand.get(), visit);
+  }
 }
 
 void ForEachSource(const BoundFrom& from, const std::function<void(const BoundSource&)>& visit) {

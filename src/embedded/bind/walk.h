@@ -23,6 +23,13 @@ void ForEachChild(const BoundExpression& expression, const ExpressionVisitor& vi
 void ForEachChild(const BoundCondition& condition, const ExpressionVisitor& visit,
                   const std::function<void(const BoundQuery&)>& visit_query);
 
+// The operands of an AND, those of inner ones too, or the condition itself; none for null.
+void ForEachConjunct(const BoundCondition* condition,
+                     const std::function<void(const BoundCondition&)>& visit);
+
+// The column that the expression is; null when it is anything else.
+const BoundColumn* AsColumn(const BoundExpression& expression);
+
 // The sources of a FROM clause, left to right.
 void ForEachSource(const BoundFrom& from, const std::function<void(const BoundSource&)>& visit);
 

@@ -1,5 +1,4 @@
 // Conditions as SQLite's text.
-#include <algorithm>
 #include <vector>
 
 #include "embedded/emit/emitter_impl.h"
@@ -21,47 +20,7 @@ bool IsNative(const BoundComparison& comparison) {
   return equality || (AlwaysStoredAsInteger(left) && AlwaysStoredAsInteger(right));
 }
 
-bool AreSame(const BoundExpression& a, const BoundExpression& b) {
-  const BoundColumn* left = AsColumn(a);
-  const BoundColumn* right = AsColumn(b);
-  return left && right && left->source == right->source && left->column == right->column;
-}
-
-// Whether both say the same "column = column".
-bool AreSameJoin(const BoundCondition& a, const BoundCondition& b) {
-  if (a.kind != BoundCondition::Kind::kComparison || b.kind != a.kind) return false;
-  const auto& left = static_cast<const BoundComparison&>(a);
-  const auto& right = static_cast<const BoundComparison&>(b);
-  return left.op == ComparisonOperator::kEqual && right.op == left.op &&
-         AreSame(*left.left, *right.left) && AreSame(*left.right, *right.right);
-}
-
-using Conjuncts = std::vector<const BoundCondition*>;
-
-bool Holds(const Conjuncts& conjuncts, const BoundCondition& join) {
-  return std::ranges::any_of(
-      conjuncts, [&](const BoundCondition* conjunct) { return AreSameJoin(*conjunct, join); });
-}
-
 }  // namespace
-
-const BoundColumn* AsColumn(const BoundExpression& expression) {
-  return expression.kind == BoundExpression::Kind::kColumn
-             ? &static_cast<const BoundColumn&>(expression)
-             : nullptr;
-}
-
-void ForEachConjunct(const BoundCondition* condition,
-                     const std::function<void(const BoundCondition&)>& visit) {
-  if (condition == nullptr) return;
-  if (condition->kind != BoundCondition::Kind::kAnd) {
-    visit(*condition);
-    return;
-  }
-  for (const auto& operand : static_cast<const BoundLogical*>(condition)->operands) {
-    ForEachConjunct(operand.get(), visit);
-  }
-}
 
 std::string Emitter::Comparison(const BoundComparison& comparison) {
   const std::string_view op = kOperators[static_cast<size_t>(comparison.op)];
@@ -74,35 +33,11 @@ std::string Emitter::Comparison(const BoundComparison& comparison) {
          ',' + std::to_string(shape) + ')' + std::string(op) + "0)";
 }
 
-// (a.x = b.x AND p) OR (a.x = b.x AND q) is a.x = b.x AND (p OR q), also where nulls are met.
-// SQLite finds the index of a join only in the second form.
-std::string Emitter::Disjunction(const BoundLogical& disjunction) {
-  std::vector<Conjuncts> operands;
-  for (const auto& operand : disjunction.operands) {
-    Conjuncts& conjuncts = operands.emplace_back();
-    ForEachConjunct(operand.get(),
-                    [&](const BoundCondition& conjunct) { conjuncts.push_back(&conjunct); });
-  }
-  Conjuncts joins;
-  for (const BoundCondition* conjunct : operands.front()) {
-    if (AreSameJoin(*conjunct, *conjunct) &&
-        std::ranges::all_of(operands, [&](const auto& other) { return Holds(other, *conjunct); })) {
-      joins.push_back(conjunct);
-    }
-  }
-  std::string out = "(";
-  for (const BoundCondition* join : joins) out += Condition(*join) + " AND ";
-  if (!joins.empty()) out += '(';
-  std::vector<std::string> alternatives;
-  for (const Conjuncts& conjuncts : operands) {
-    std::vector<std::string> rest;
-    for (const BoundCondition* conjunct : conjuncts) {
-      if (!Holds(joins, *conjunct)) rest.push_back(Condition(*conjunct));
-    }
-    const std::string all = Joined(rest, " AND ");
-    alternatives.push_back(rest.empty() ? "1" : rest.size() == 1 ? all : '(' + all + ')');
-  }
-  return out + Joined(alternatives, " OR ") + (joins.empty() ? ")" : "))");
+std::string Emitter::Operands(const BoundLogical& logical) {
+  std::vector<std::string> operands;
+  for (const auto& operand : logical.operands) operands.push_back(Condition(*operand));
+  return '(' +
+         Joined(operands, logical.kind == BoundCondition::Kind::kAnd ? " AND " : " OR ") + ')';
 }
 
 // Where any of them is nchar or nvarchar, all are, and then trailing blanks of the text count.
@@ -134,15 +69,9 @@ std::string Emitter::Test(const BoundCondition& condition) {
   switch (condition.kind) {
     case BoundCondition::Kind::kComparison:
       return Comparison(static_cast<const BoundComparison&>(condition));
-    case BoundCondition::Kind::kAnd: {
-      std::vector<std::string> operands;
-      for (const auto& operand : static_cast<const BoundLogical&>(condition).operands) {
-        operands.push_back(Condition(*operand));
-      }
-      return '(' + Joined(operands, " AND ") + ')';
-    }
+    case BoundCondition::Kind::kAnd:
     case BoundCondition::Kind::kOr:
-      return Disjunction(static_cast<const BoundLogical&>(condition));
+      return Operands(static_cast<const BoundLogical&>(condition));
     case BoundCondition::Kind::kNot:
       return Negation(*static_cast<const BoundNot&>(condition).operand);
     case BoundCondition::Kind::kIsNull: {
@@ -166,9 +95,14 @@ std::string Emitter::Test(const BoundCondition& condition) {
     case BoundCondition::Kind::kLike:
       return Like(static_cast<const BoundLike&>(condition));
     case BoundCondition::Kind::kExists:
+      return "EXISTS(" + Subquery(*static_cast<const BoundExists&>(condition).query) + ')';
+    case BoundCondition::Kind::kIndexFilter:
       break;
   }
-  return "EXISTS(" + Subquery(*static_cast<const BoundExists&>(condition).query) + ')';
+  // In the very words of the index.
+  const auto& filter = static_cast<const BoundIndexFilter&>(condition);
+  return '(' + PhysicalFilter(*filter.source->table, *filter.key, SourceName(*filter.source) + '.') +
+         ')';
 }
 
 }  // namespace tavcc::sql

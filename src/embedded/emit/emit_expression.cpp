@@ -4,10 +4,10 @@
 #include <algorithm>
 
 #include "embedded/bind/binder.h"
-#include "embedded/bind/function_rules.h"
 #include "embedded/bind/walk.h"
 #include "embedded/catalog/sqlite.h"
 #include "embedded/emit/emitter_impl.h"
+#include "embedded/emit/sqlite_functions.h"
 #include "embedded/functions/functions.h"
 #include "embedded/types/stored_form.h"
 
@@ -134,9 +134,6 @@ std::string SourceName(const BoundSource& source) {
 }
 
 std::string Emitter::Column(const BoundColumn& column) {
-  if (const auto shown = shown_.find(column.source); shown != shown_.end()) {
-    return Expression(*shown->second->items[static_cast<size_t>(column.column)].expression);
-  }
   const std::string source = SourceName(*column.source) + '.';
   if (column.column == BoundColumn::kRowNumber) return source + column.source->table->rowid;
   std::string text =
@@ -257,41 +254,44 @@ std::string Emitter::Convert(const BoundConvert& convert, bool certain) {
 }
 
 std::string Emitter::Call(const BoundCall& call) {
-  if (call.rule->form == FunctionForm::kNumeric) return NumericCall(call);
-  if (call.rule->form == FunctionForm::kDataLength) return DataLength(call);
-  std::string out(call.rule->emitted);
+  const SqliteFunction& function = SqliteFunctionOf(call.rule->function);
+  if (function.form == FunctionForm::kNumeric) return NumericCall(call);
+  if (function.form == FunctionForm::kDataLength) return DataLength(call);
+  std::string out(function.name);
   out += '(';
   if (call.date_part >= 0) out += Number(call.date_part);
   for (const auto& argument : call.arguments) {
     if (out.back() != '(') out += ',';
     out += Expression(*argument);
   }
-  if (call.rule->form == FunctionForm::kDateAdd) out += ',' + Number(TypeCode(call.type));
+  if (function.form == FunctionForm::kDateAdd) out += ',' + Number(TypeCode(call.type));
   return Failing(out + ')');
 }
 
 // ABS, SIGN, ROUND, CEILING, FLOOR, POWER: one function for each family of numbers.
 std::string Emitter::NumericCall(const BoundCall& call) {
-  const std::string name(call.rule->emitted);
+  const Function function = call.rule->function;
+  const std::string name(SqliteFunctionOf(function).name);
   const SqlType& type = call.arguments[0]->type;
   std::string arguments = Expression(*call.arguments[0]);
   for (size_t i = 1; i < call.arguments.size(); ++i) {
     arguments += ',' + Expression(*call.arguments[i]);
   }
-  if (name == "t_round" && call.arguments.size() == 2) arguments += ",0";
+  if (function == Function::kRound && call.arguments.size() == 2) arguments += ",0";
   if (IsApproximate(type.kind)) {
-    return Failing(name == "t_abs" ? "abs(" + arguments + ')' : name + "_float(" + arguments + ')');
+    return Failing((function == Function::kAbs ? "abs" : name + "_float") + '(' + arguments + ')');
   }
   if (IsScaled(type.kind)) {
-    if (name == "t_abs") return Failing("t_abs_decimal(" + arguments + ')');
+    if (function == Function::kAbs) return Failing(name + "_decimal(" + arguments + ')');
     const int64_t shape = DecimalShape(StoredScale(type), 0, call.type);
     return Failing(name + "_decimal(" + arguments + ',' + Number(shape) + ')');
   }
-  if (name == "t_ceiling" || name == "t_floor") return arguments;
-  if (name == "t_abs")
+  if (function == Function::kCeiling || function == Function::kFloor) return arguments;
+  if (function == Function::kAbs) {
     return Failing(name + '_' + std::string(KindSuffix(type)) + '(' + arguments + ')');
-  if (name == "t_sign") return Failing("t_sign_int(" + arguments + ')');
-  const bool power = name == "t_power";
+  }
+  if (function == Function::kSign) return Failing(name + "_int(" + arguments + ')');
+  const bool power = function == Function::kPower;
   const SqlType from = Type(power ? TypeKind::kFloat : TypeKind::kBigInt);
   return Failing("t_conv(" + name + (power ? "_float(1.0*" : "_int(") + arguments + ")," +
                  Number(ConversionCode(from, type)) + ')');

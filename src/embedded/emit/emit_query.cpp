@@ -1,23 +1,9 @@
 // Queries as SQLite's text.
 #include "embedded/catalog/sqlite.h"
 #include "embedded/emit/emitter_impl.h"
-#include "embedded/emit/single_match.h"
 
 namespace tavcc::sql {
 namespace {
-
-// Whether a query gives one row at most, whatever the tables hold.
-bool IsSingleRow(const BoundQuery& query) {
-  if (!query.select) return false;
-  const BoundSelect& select = *query.select;
-  if (select.grouped && select.group_by.empty()) return true;
-  if (!select.from) return true;
-  if (select.group_by.empty() && IsOneRow(*select.from, select.where.get())) return true;
-  if (!select.top || select.top.percent || select.top.with_ties) return false;
-  if (select.top.count->kind != BoundExpression::Kind::kLiteral) return false;
-  const auto& top = static_cast<const BoundLiteral&>(*select.top.count);
-  return top.slot < 0 && top.value.integer() <= 1;
-}
 
 bool MergesRows(const BoundQuery& query) {
   return query.set_operator != Query::SetOperator::kUnionAll;
@@ -41,8 +27,6 @@ std::string Emitter::Query(const BoundQuery& query, bool names) {
 
 std::string Emitter::Select(const BoundSelect& select, bool names, bool distinct_rows,
                             const std::string& more) {
-  // Narrowing adds conditions to blocks further in, so it comes before any of them is emitted.
-  if (select.from) Narrow(*select.from, select.where.get());
   std::string out = select.distinct ? "SELECT DISTINCT " : "SELECT ";
   for (size_t i = 0; i < select.items.size(); ++i) {
     if (i > 0) out += ',';
@@ -51,14 +35,8 @@ std::string Emitter::Select(const BoundSelect& select, bool names, bool distinct
     if (names) out += " AS c" + std::to_string(i);
   }
   out += more;
-  if (select.from) out += " FROM " + From(*select.from, select.where.get());
-  const auto narrowed = narrowed_.find(&select);
-  const std::string found = narrowed != narrowed_.end() ? narrowed->second : std::string();
-  if (select.from) {
-    out += Where(*select.from, select.where.get(), found);
-  } else if (select.where) {
-    out += " WHERE " + Condition(*select.where);
-  }
+  if (select.from) out += " FROM " + From(*select.from);
+  out += Where(select.where.get());
   for (size_t i = 0; i < select.group_by.size(); ++i) {
     out += (i == 0 ? " GROUP BY " : ",") + Grouping(*select.group_by[i]);
   }
@@ -70,16 +48,8 @@ std::string Emitter::Select(const BoundSelect& select, bool names, bool distinct
   return out;
 }
 
-std::string Emitter::Where(const BoundFrom& from, const BoundCondition* where, std::string found) {
-  std::string out = std::move(found);
-  const auto add = [&](const std::string& condition) {
-    if (condition.empty()) return;
-    if (!out.empty()) out += " AND ";
-    out += condition;
-  };
-  if (where != nullptr) add(Condition(*where));
-  add(IndexFilters(from, where));
-  return out.empty() ? out : " WHERE " + out;
+std::string Emitter::Where(const BoundCondition* where) {
+  return where == nullptr ? std::string() : " WHERE " + Condition(*where);
 }
 
 std::string Emitter::Order(const BoundQuery& query) {
@@ -148,35 +118,33 @@ std::string Emitter::Source(const BoundSource& source) {
   return what + " AS " + SourceName(source);
 }
 
-std::string Emitter::From(const BoundFrom& from, const BoundCondition* where) {
+std::string Emitter::From(const BoundFrom& from) {
   if (from.source) return Source(*from.source);
   static constexpr std::string_view kWords[] = {"", " JOIN ", " LEFT JOIN ", " FULL JOIN ",
                                                 " JOIN "};
-  std::string right = From(*from.right, where);
+  std::string right = From(*from.right);
   if (!from.right->source) right = '(' + right + ')';
-  std::string out =
-      From(*from.left, where) + std::string(kWords[static_cast<size_t>(from.join)]) + right;
+  std::string out = From(*from.left) + std::string(kWords[static_cast<size_t>(from.join)]) + right;
   if (from.on) out += " ON " + Condition(*from.on);
   return out;
 }
 
 // More than one row is the server's error 512, which SQLite does not know.
 std::string Emitter::Scalar(const BoundQuery& query) {
-  if (IsSingleRow(query)) return '(' + Subquery(query) + ')';
+  if (query.single_row) return '(' + Subquery(query) + ')';
   return Failing("(SELECT s_scalar(c0) FROM (" + Subquery(query, true) + "))");
 }
 
 Emitted Emitter::Finish(std::string sql, bool changes_rows) {
   sql.insert(0, TakenOut());
-  return Emitted{std::move(sql), std::move(parameters_), std::move(settled_),
-                 changes_rows && raises_};
+  return Emitted{std::move(sql), std::move(parameters_), changes_rows && raises_};
 }
 
 Emitted EmitQuery(const BoundQuery& query) {
   Emitter emitter;
   std::string sql = emitter.Query(query);
   Emitted emitted = emitter.Finish(std::move(sql), false);
-  emitted.single_row = IsSingleRow(query);
+  emitted.single_row = query.single_row;
   return emitted;
 }
 
@@ -200,8 +168,8 @@ std::string Emitter::OrderedItems(const BoundQuery& query) {
     columns += (i > 0 ? "," : "") + carried_[i] + " AS k" + std::to_string(i);
   }
   std::string rows = "SELECT " + (columns.empty() ? "1" : columns) + " FROM " +
-                     From(*select.from, select.where.get());
-  rows += Where(*select.from, select.where.get()) + Order(query);
+                     From(*select.from);
+  rows += Where(select.where.get()) + Order(query);
   if (select.top) rows += Limit(*select.top.count);
   return "WITH q AS MATERIALIZED (" + rows + ") SELECT " + items + " FROM q";
 }

@@ -3,9 +3,7 @@
 
 #include "embedded/bind/walk.h"
 #include "embedded/catalog/sqlite.h"
-#include "embedded/emit/anti_join.h"
 #include "embedded/emit/emitter_impl.h"
-#include "embedded/emit/single_match.h"
 #include "embedded/functions/functions.h"
 
 namespace tavcc::sql {
@@ -28,26 +26,6 @@ std::string Written(const Table& table, int column, const BoundExpression& value
 
 bool IsAlone(const BoundFrom& from) {
   return from.source != nullptr;
-}
-
-bool OnlyInner(const BoundFrom& from) {
-  if (from.source) return true;
-  if (from.join != BoundFrom::Join::kInner && from.join != BoundFrom::Join::kCross) return false;
-  return OnlyInner(*from.left) && OnlyInner(*from.right);
-}
-
-// Whether an expression looks into the table that the statement changes: then all new values have
-// to be known before the first row is changed.
-bool Reads(const BoundExpression& expression, const TablePtr& table) {
-  bool reads = false;
-  ForEachExpression(expression, [&](const BoundExpression& inner) {
-    if (inner.kind == BoundExpression::Kind::kSubquery) reads = true;
-    if (inner.kind == BoundExpression::Kind::kCase) {
-      ForEachChild(
-          inner, [](const BoundExpression&) {}, [&](const BoundQuery&) { reads = true; });
-    }
-  });
-  return reads && table != nullptr;
 }
 
 void CollectConditions(const BoundFrom& from, std::vector<const BoundCondition*>& conditions) {
@@ -136,12 +114,11 @@ std::string WriteEmitter::Assignments(const BoundUpdate& update) {
 
 std::string WriteEmitter::UpdateAlone(const BoundUpdate& update) {
   return "UPDATE " + Source(*update.target) + " SET " + Assignments(update) +
-         Where(*update.from, update.where.get());
+         Where(update.where.get());
 }
 
 // Each row of the target is met once at most: SQLite's own UPDATE … FROM.
 std::string WriteEmitter::UpdateInner(const BoundUpdate& update) {
-  Narrow(*update.from, update.where.get());
   std::string out = "UPDATE " + Source(*update.target) + " SET " + Assignments(update) + " FROM ";
   bool first = true;
   ForEachSource(*update.from, [&](const BoundSource& source) {
@@ -161,7 +138,6 @@ std::string WriteEmitter::UpdateInner(const BoundUpdate& update) {
 
 // All new values first, by row number; of several matches of one row the first counts.
 std::string WriteEmitter::UpdateByRowNumber(const BoundUpdate& update) {
-  Narrow(*update.from, update.where.get());
   const std::string row = RowOf(update);
   std::string values = "SELECT " + row + " AS r";
   std::string assignments;
@@ -179,34 +155,26 @@ std::string WriteEmitter::UpdateByRowNumber(const BoundUpdate& update) {
 }
 
 std::string WriteEmitter::Update(const BoundUpdate& update) {
-  const bool reads = std::ranges::any_of(
-      update.assignments,
-      [&](const BoundAssignment& assignment) { return Reads(*assignment.value, update.table); });
-  if (!reads && !update.top && update.row_column < 0) {
-    if (IsAlone(*update.from)) return UpdateAlone(update);
-    if (OnlyInner(*update.from) && MatchesOnce(*update.from, update.where.get(), *update.target)) {
-      return UpdateInner(update);
-    }
-  }
-  return UpdateByRowNumber(update);
+  if (!update.in_place) return UpdateByRowNumber(update);
+  return IsAlone(*update.from) ? UpdateAlone(update) : UpdateInner(update);
 }
 
 // What an UPDATE joins, and which rows of it count: each row of the target once.
 std::string WriteEmitter::MatchedRows(const BoundUpdate& update, const std::string& row) {
+  std::string out = " FROM " + From(*update.from);
   // A view may show a row several times, or, where it joins, none.
-  const bool through_view = update.row_column >= 0;
-  std::string out =
-      " FROM " + From(*update.from, update.where.get()) +
-      Where(*update.from, update.where.get(), through_view ? row + " IS NOT NULL" : std::string());
-  if (through_view || !MatchesOnce(*update.from, update.where.get(), *update.target)) {
-    out += " GROUP BY " + row;
+  if (update.row_column >= 0) {
+    out += " WHERE " + row + " IS NOT NULL";
+    if (update.where) out += " AND " + Condition(*update.where);
+  } else {
+    out += Where(update.where.get());
   }
+  if (!update.matches_once) out += " GROUP BY " + row;
   if (update.top) out += LimitOf(update.top, "SELECT 1" + out);
   return out;
 }
 
 std::string WriteEmitter::UpdatedRows(const BoundUpdate& update) {
-  Narrow(*update.from, update.where.get());
   const std::string row = RowOf(update);
   std::string out = "SELECT " + row;
   for (const auto& assignment : update.assignments) {
@@ -225,16 +193,10 @@ std::string WriteEmitter::UpdatedRows(const BoundUpdate& update) {
 
 std::string WriteEmitter::Delete(const BoundDelete& remove) {
   if (IsAlone(*remove.from) && !remove.top && remove.row_column < 0) {
-    return "DELETE FROM " + Source(*remove.target) + Where(*remove.from, remove.where.get());
+    return "DELETE FROM " + Source(*remove.target) + Where(remove.where.get());
   }
-  std::string rows = "SELECT " + RowOf(remove) + " FROM ";
-  const BoundSource* missed = FindAntiJoined(*remove.from, remove.where.get());
-  if (missed != nullptr && missed != remove.target) {
-    rows += AntiJoin(*remove.from, remove.where.get());
-  } else {
-    Narrow(*remove.from, remove.where.get());
-    rows += From(*remove.from, remove.where.get()) + Where(*remove.from, remove.where.get());
-  }
+  std::string rows =
+      "SELECT " + RowOf(remove) + " FROM " + From(*remove.from) + Where(remove.where.get());
   if (remove.top) rows += LimitOf(remove.top, rows);
   return "DELETE FROM " + remove.table->physical + " WHERE " + remove.table->rowid + " IN (" +
          rows + ')';

@@ -26,8 +26,6 @@ struct Parameter {
 struct Emitted {
   std::string sql;
   std::vector<Parameter> parameters;  // ?1, ?2 …
-  // The slots of literals whose very values the text depends on.
-  std::vector<int> settled;
   // Whether the statement can fail half-way, after it has changed rows, by one of the dialect's own
   // functions: SQLite does not undo that by itself inside a transaction.
   bool fails_midway = false;

@@ -4,7 +4,6 @@
 #include <functional>
 #include <span>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "embedded/emit/emitter.h"
@@ -35,7 +34,7 @@ class Emitter {
     return Within([&] { return Query(query, names); });
   }
   std::string Source(const BoundSource& source);
-  std::string From(const BoundFrom& from, const BoundCondition* where);
+  std::string From(const BoundFrom& from);
   std::string Scalar(const BoundQuery& query);
   std::string OrderedItems(const BoundQuery& query);
 
@@ -48,16 +47,8 @@ class Emitter {
   std::string Limit(const BoundExpression& count);
   // emit_top.cpp: `rows` is the query that is to be cut.
   std::string LimitOf(const BoundTop& top, const std::string& rows);
-  // narrow.cpp: adds conditions to grouped derived tables, so that they are computed only for the
-  // keys on which they are joined.
-  void Narrow(const BoundFrom& from, const BoundCondition* where);
-  // filtered_index.cpp: the filters of indexes that follow from the conditions, joined by AND;
-  // empty when there are none.
-  std::string IndexFilters(const BoundFrom& from, const BoundCondition* where);
-  // anti_join.cpp: FROM and WHERE of a statement for which FindAntiJoined finds a table.
-  std::string AntiJoin(const BoundFrom& from, const BoundCondition* where);
-  // " WHERE …" of the conditions, those that were found out and the filters; empty for none.
-  std::string Where(const BoundFrom& from, const BoundCondition* where, std::string found = {});
+  // " WHERE …"; empty for null.
+  std::string Where(const BoundCondition* where);
 
  private:
   // shallow.cpp
@@ -93,7 +84,7 @@ class Emitter {
   std::string DataLength(const BoundCall& call);
   std::string Case(const BoundCase& expression);
   std::string Aggregated(const BoundAggregate& aggregate);
-  std::string Disjunction(const BoundLogical& disjunction);
+  std::string Operands(const BoundLogical& logical);
   std::string Comparison(const BoundComparison& comparison);
   std::string Like(const BoundLike& like);
   std::string Test(const BoundCondition& condition);
@@ -107,14 +98,6 @@ class Emitter {
   std::string SetOperation(const BoundQuery& query);
   std::string Arm(const BoundQuery& query, bool distinct_rows);
   std::string Order(const BoundQuery& query);
-
-  void AddNoMatch(const BoundQuery& query, const BoundSource& source, const BoundCondition& on,
-                  std::vector<std::string>& conditions);
-  std::string MatchIn(const BoundSelect& select, const BoundCondition& on);
-  bool FilterFollows(const Key& key, const BoundSource& source, const BoundCondition* where,
-                     std::vector<int>& literals);
-  bool NarrowQuery(const BoundQuery& query, size_t column, const std::string& keys);
-  std::string KeysOf(const BoundColumn& column, const BoundCondition* where);
 
   // A function of the dialect's that can fail.
   std::string Failing(std::string text) {
@@ -134,26 +117,14 @@ class Emitter {
   std::vector<std::string> taken_out_;
   int named_ = 0;
   std::vector<Parameter> parameters_;
-  std::vector<int> settled_;
   bool raises_ = false;
   // While set, columns of these sources are taken from a list of carried ones.
   const BoundFrom* carried_from_ = nullptr;
   std::vector<std::string> carried_;
-  // Derived tables of which a column is written as the item of a block, not by its name.
-  std::unordered_map<const BoundSource*, const BoundSelect*> shown_;
-  // Conditions to be added to a block's WHERE.
-  std::unordered_map<const BoundSelect*, std::string> narrowed_;
 };
 
 // The conditions with `word`, " AND " or " OR ", between them.
 std::string Joined(std::span<const std::string> conditions, std::string_view word);
-
-// The column that the expression is; null when it is anything else.
-const BoundColumn* AsColumn(const BoundExpression& expression);
-
-// The operands of an AND, or the condition itself.
-void ForEachConjunct(const BoundCondition* condition,
-                     const std::function<void(const BoundCondition&)>& visit);
 
 // Whether the order of the rows by this value is not SQLite's order of what is stored.
 bool NeedsOrderFunction(const SqlType& type);

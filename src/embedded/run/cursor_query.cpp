@@ -3,6 +3,7 @@
 
 #include "embedded/bind/walk.h"
 #include "embedded/catalog/names.h"
+#include "embedded/rewrite/rewrite.h"
 #include "embedded/run/cursor.h"
 #include "embedded/run/engine.h"
 #include "embedded/run/instructions.h"
@@ -221,6 +222,7 @@ class DeclareCursorInstruction final : public Instruction, public CursorQuery {
       }
       plan.shape = std::move(shape);
       change(*query);
+      Rewrite(*query, plan.binding);
       plan.emitted = EmitQuery(*query);
     });
   }

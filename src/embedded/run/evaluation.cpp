@@ -1,4 +1,5 @@
 // Values and conditions outside queries: SET, IF, WHILE, PRINT, arguments.
+#include "embedded/rewrite/rewrite.h"
 #include "embedded/run/engine.h"
 #include "embedded/run/instructions.h"
 
@@ -16,6 +17,7 @@ Plan& Evaluation::Find(Engine& engine, const Frame& frame) {
       shape->types.push_back(values.values[0]->type);
     }
     plan.shape = std::move(shape);
+    Rewrite(values, plan.binding);
     plan.emitted = EmitValues(values);
   });
 }

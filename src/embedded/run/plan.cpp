@@ -95,9 +95,6 @@ Plan* PlanCache::FindGood(Engine& engine, const Frame& frame) {
 Plan& PlanCache::Add(Engine& engine, std::unique_ptr<Plan> plan) {
   engine.CountCompiled();
   plan->epoch = engine.catalog().epoch();
-  for (const int slot : plan->emitted.settled) {
-    plan->binding.uses[static_cast<size_t>(slot)] = LiteralUse::kValue;
-  }
   for (size_t slot = 0; slot < plan->binding.uses.size(); ++slot) {
     LiteralUse& use = plan->binding.uses[slot];
     if (plan->binding.exact[slot] > 0) use = std::max(use, LiteralUse::kType);

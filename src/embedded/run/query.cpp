@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "embedded/bind/walk.h"
+#include "embedded/rewrite/rewrite.h"
 #include "embedded/run/engine.h"
 #include "embedded/run/instructions.h"
 
@@ -111,6 +112,7 @@ void SelectInstruction::Compile(Engine& engine, const Frame& frame, Plan& plan) 
     }
   }
   plan.live = !plan.targets.empty() && ReadsItsTargets(*query->select);
+  Rewrite(*query, plan.binding);
   plan.emitted = plan.live ? EmitAssigningQuery(*query) : EmitQuery(*query);
 }
 
@@ -118,7 +120,8 @@ void SelectInstruction::CompileInto(Engine& engine, const Frame& frame, const Ta
                                     Plan& plan) {
   Binder binder(engine.catalog(), visible_.span(), frame.literals, plan.binding);
   plan.table = table;
-  const BoundInsert bound = binder.BindInsertInto(table, binder.BindQuery(query_));
+  BoundInsert bound = binder.BindInsertInto(table, binder.BindQuery(query_));
+  Rewrite(bound, plan.binding);
   plan.columns = bound.columns;
   plan.emitted = EmitInsert(bound);
   plan.binding.dependencies.push_back(Dependency{*into_, table, nullptr});

@@ -10,7 +10,8 @@
 #include <algorithm>
 
 #include "embedded/catalog/names.h"
-#include "embedded/emit/anti_join.h"
+#include "embedded/rewrite/read_once_variable.h"
+#include "embedded/rewrite/rewrite.h"
 #include "embedded/run/engine.h"
 #include "embedded/run/instructions.h"
 
@@ -31,16 +32,6 @@ bool ReadsSession(const Emitted& emitted) {
   return std::ranges::any_of(emitted.parameters, [](const Parameter& parameter) {
     return parameter.source == Parameter::Source::kSession;
   });
-}
-
-// Whether the INSERT cannot fail, and every row stands in the table as the query shows it.
-bool WritesItsQuery(const BoundInsert& insert) {
-  const Table& table = *insert.table;
-  if (!table.keys.empty() || table.rowid_column >= 0) return false;
-  if (insert.columns.size() != table.columns.size()) return false;
-  if (!std::ranges::all_of(table.columns, &Column::nullable)) return false;
-  const Emitted emitted = EmitInsert(insert);
-  return !emitted.fails_midway && !ReadsSession(emitted);
 }
 
 // The DELETE with the INSERT's query in place of the variable.
@@ -74,12 +65,12 @@ class DeleteByQuery final : public Instruction {
   // Leaves the plan without a text when the statements are to be run as they stand.
   void Compile(Engine& engine, const Frame& frame, Plan& plan) {
     Binder binder(engine.catalog(), visible_.span(), frame.literals, plan.binding);
-    const BoundInsert insert = binder.BindInsert(insert_, /*identity_insert=*/false);
-    if (!WritesItsQuery(insert)) return;
-    const BoundDelete remove = binder.BindDelete(remove_, &insert_);
-    // Rows of the variable itself, or found through a view, are not rows of the query's tables.
-    if (remove.row_column >= 0) return;
-    if (FindAntiJoined(*remove.from, remove.where.get()) == nullptr) return;
+    BoundInsert insert = binder.BindInsert(insert_, /*identity_insert=*/false);
+    const Emitted inserted = EmitInsert(insert);
+    if (inserted.fails_midway || ReadsSession(inserted)) return;
+    BoundDelete remove = binder.BindDelete(remove_);
+    if (!ReadInPlace(insert, remove)) return;
+    Rewrite(remove, plan.binding);
     Emitted emitted = EmitDelete(remove);
     if (ReadsSession(emitted)) return;
     plan.updates = true;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "embedded/rewrite/rewrite.h"
 #include "embedded/run/duplicate_key.h"
 #include "embedded/run/engine.h"
 #include "embedded/run/instructions.h"
@@ -89,7 +90,8 @@ class WriteInstruction : public Instruction {
   PlanCache plans_;
 };
 
-void PlanInsert(const BoundInsert& insert, Plan& plan) {
+void PlanInsert(BoundInsert insert, Plan& plan) {
+  Rewrite(insert, plan.binding);
   plan.table = insert.table;
   plan.columns = insert.columns;
   plan.draws_numbers = insert.table->draws_identity && !insert.explicit_identity;
@@ -208,7 +210,8 @@ class UpdateInstruction final : public WriteInstruction {
 
  protected:
   void Compile(Binder& binder, Engine&, Plan& plan) override {
-    const BoundUpdate bound = binder.BindUpdate(statement_);
+    BoundUpdate bound = binder.BindUpdate(statement_);
+    Rewrite(bound, plan.binding);
     plan.table = bound.table;
     plan.updates = true;
     plan.emitted = EmitUpdate(bound);
@@ -217,7 +220,8 @@ class UpdateInstruction final : public WriteInstruction {
  private:
   Plan& FindSteps(Engine& engine, const Frame& frame) {
     return FindIn(steps_, engine, frame, [&](Binder& binder, Plan& plan) {
-      const BoundUpdate bound = binder.BindUpdate(statement_);
+      BoundUpdate bound = binder.BindUpdate(statement_);
+      Rewrite(bound, plan.binding);
       plan.table = bound.table;
       for (const auto& assignment : bound.assignments) plan.columns.push_back(assignment.column);
       plan.emitted = EmitUpdatedRows(bound);
@@ -242,7 +246,8 @@ class DeleteInstruction final : public WriteInstruction {
 
  protected:
   void Compile(Binder& binder, Engine&, Plan& plan) override {
-    const BoundDelete bound = binder.BindDelete(statement_);
+    BoundDelete bound = binder.BindDelete(statement_);
+    Rewrite(bound, plan.binding);
     plan.table = bound.table;
     plan.updates = true;
     plan.emitted = EmitDelete(bound);

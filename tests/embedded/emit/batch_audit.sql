@@ -88,18 +88,18 @@ select FCurReceAmount,FUnPrepCheckAmount,FPrepCheckAmount,FCurPrepAmount from t_
 Update  a set a.FXSOrderQty=a.FXSOrderQty+(1*b.FQty/a.FCoefficient),a.FInTotalQty=a.FInTotalQty-(1*b.FQty/a.FCoefficient) from t_XS_OrderEntry a left join (select FItemID,FAuxPropID,sum(FQty) as FQty from t_XS_OrderEntry where FID=5 group by FItemID,FAuxPropID) b on a.FItemid=b.FItemid and a.FAuxPropID=b.FAuxPropID Where a.FID= 5
   > UPDATE main."t_XS_OrderEntry" AS u
     SET "FXSOrderQty"=q.c0,"FInTotalQty"=q.c1
-    FROM (SELECT s1.rowid AS r,t_conv(t_add_decimal(s1."FXSOrderQty",t_div_decimal(t_mul_decimal(?2,s3.c2,319877760),s1."FCoefficient",319615624),319615370),1159992520911) AS c0,t_conv(t_sub_decimal(s1."FInTotalQty",t_div_decimal(t_mul_decimal(?3,s3.c2,319877760),s1."FCoefficient",319615624),319615370),1159992520911) AS c1
+    FROM (SELECT s1.rowid AS r,t_conv(t_add_decimal(s1."FXSOrderQty",t_div_decimal(t_mul_decimal(?1,s3.c2,319877760),s1."FCoefficient",319615624),319615370),1159992520911) AS c0,t_conv(t_sub_decimal(s1."FInTotalQty",t_div_decimal(t_mul_decimal(?2,s3.c2,319877760),s1."FCoefficient",319615624),319615370),1159992520911) AS c1
     FROM main."t_XS_OrderEntry" AS s1 LEFT
     JOIN (SELECT s2."FItemID" AS c0,s2."FAuxPropID" AS c1,t_sum_decimal(s2."FQty") AS c2
     FROM main."t_XS_OrderEntry" AS s2
-    WHERE (s2."FItemID" IN (SELECT s1."FItemID"
-    FROM main."t_XS_OrderEntry" AS s1
-    WHERE (s1."FID" = ?1)))
-    AND (s2."FID" = ?4)
+    WHERE ((s2."FItemID" IN (SELECT s4."FItemID"
+    FROM main."t_XS_OrderEntry" AS s4
+    WHERE (s4."FID" = ?3)))
+    AND (s2."FID" = ?4))
     GROUP BY s2."FItemID",s2."FAuxPropID") AS s3
     ON ((s1."FItemID" = s3.c0)
     AND (s1."FAuxPropID" = s3.c1))
-    WHERE (s1."FID" = ?1)) AS q
+    WHERE (s1."FID" = ?3)) AS q
     WHERE q.r=u.rowid
 
 select FXSOrderQty,FInTotalQty,FBaseXSOrderQty from t_XS_OrderEntry where FID=5 order by FEntryID
@@ -111,18 +111,18 @@ select FXSOrderQty,FInTotalQty,FBaseXSOrderQty from t_XS_OrderEntry where FID=5 
 Update  a set a.FXSOrderQty=a.FXSOrderQty+(-1*b.FQty/a.FCoefficient),a.FBaseXSOrderQty=a.FBaseXSOrderQty+(-1*b.FQty),a.FInTotalQty=a.FInTotalQty-(-1*b.FQty/a.FCoefficient),a.FBaseInTotalQty=a.FBaseInTotalQty-(-1*b.FQty) from t_XS_OrderEntry a left join (select FItemID,FAuxPropID,sum(FQty) as FQty from t_XS_OrderEntry where FID=5 group by FItemID,FAuxPropID) b on a.FItemid=b.FItemid and a.FAuxPropID=b.FAuxPropID Where a.FID= 5
   > UPDATE main."t_XS_OrderEntry" AS u
     SET "FXSOrderQty"=q.c0,"FBaseXSOrderQty"=q.c1,"FInTotalQty"=q.c2,"FBaseInTotalQty"=q.c3
-    FROM (SELECT s1.rowid AS r,t_conv(t_add_decimal(s1."FXSOrderQty",t_neg_decimal(t_div_decimal(t_mul_decimal(?2,s3.c2,319877760),s1."FCoefficient",319615624)),319615370),1159992520911) AS c0,t_conv(t_add_decimal(s1."FBaseXSOrderQty",t_neg_decimal(t_mul_decimal(?3,s3.c2,319877760)),319877642),1159992520975) AS c1,t_conv(t_sub_decimal(s1."FInTotalQty",t_neg_decimal(t_div_decimal(t_mul_decimal(?4,s3.c2,319877760),s1."FCoefficient",319615624)),319615370),1159992520911) AS c2,t_conv(t_sub_decimal(s1."FBaseInTotalQty",t_neg_decimal(t_mul_decimal(?5,s3.c2,319877760)),319877642),1159992520975) AS c3
+    FROM (SELECT s1.rowid AS r,t_conv(t_add_decimal(s1."FXSOrderQty",t_neg_decimal(t_div_decimal(t_mul_decimal(?1,s3.c2,319877760),s1."FCoefficient",319615624)),319615370),1159992520911) AS c0,t_conv(t_add_decimal(s1."FBaseXSOrderQty",t_neg_decimal(t_mul_decimal(?2,s3.c2,319877760)),319877642),1159992520975) AS c1,t_conv(t_sub_decimal(s1."FInTotalQty",t_neg_decimal(t_div_decimal(t_mul_decimal(?3,s3.c2,319877760),s1."FCoefficient",319615624)),319615370),1159992520911) AS c2,t_conv(t_sub_decimal(s1."FBaseInTotalQty",t_neg_decimal(t_mul_decimal(?4,s3.c2,319877760)),319877642),1159992520975) AS c3
     FROM main."t_XS_OrderEntry" AS s1 LEFT
     JOIN (SELECT s2."FItemID" AS c0,s2."FAuxPropID" AS c1,t_sum_decimal(s2."FQty") AS c2
     FROM main."t_XS_OrderEntry" AS s2
-    WHERE (s2."FItemID" IN (SELECT s1."FItemID"
-    FROM main."t_XS_OrderEntry" AS s1
-    WHERE (s1."FID" = ?1)))
-    AND (s2."FID" = ?6)
+    WHERE ((s2."FItemID" IN (SELECT s4."FItemID"
+    FROM main."t_XS_OrderEntry" AS s4
+    WHERE (s4."FID" = ?5)))
+    AND (s2."FID" = ?6))
     GROUP BY s2."FItemID",s2."FAuxPropID") AS s3
     ON ((s1."FItemID" = s3.c0)
     AND (s1."FAuxPropID" = s3.c1))
-    WHERE (s1."FID" = ?1)) AS q
+    WHERE (s1."FID" = ?5)) AS q
     WHERE q.r=u.rowid
 
 select FXSOrderQty,FInTotalQty,FBaseXSOrderQty,FBaseInTotalQty from t_XS_OrderEntry where FID=5 order by FEntryID
@@ -134,35 +134,35 @@ select FXSOrderQty,FInTotalQty,FBaseXSOrderQty,FBaseInTotalQty from t_XS_OrderEn
 Update  a set a.FCgOrderQty=a.FCgOrderQty+(1*b.FQty/a.FCoefficient),a.FInTotalQty=a.FInTotalQty+(1*b.FQty/a.FCoefficient) from t_CG_OrderEntry a left join (select FItemID,FAuxPropID,sum(FQty) as FQty from t_CG_OrderEntry where FID=5 group by FItemID,FAuxPropID) b on a.FItemid=b.FItemid and a.FAuxPropID=b.FAuxPropID Where a.FID= 5
   > UPDATE main."t_CG_OrderEntry" AS u
     SET "FCgOrderQty"=q.c0,"FInTotalQty"=q.c1
-    FROM (SELECT s1.rowid AS r,t_conv(t_add_decimal(s1."FCgOrderQty",t_div_decimal(t_mul_decimal(?2,s3.c2,319877760),s1."FCoefficient",319615624),319615370),1159992520911) AS c0,t_conv(t_add_decimal(s1."FInTotalQty",t_div_decimal(t_mul_decimal(?3,s3.c2,319877760),s1."FCoefficient",319615624),319615370),1159992520911) AS c1
+    FROM (SELECT s1.rowid AS r,t_conv(t_add_decimal(s1."FCgOrderQty",t_div_decimal(t_mul_decimal(?1,s3.c2,319877760),s1."FCoefficient",319615624),319615370),1159992520911) AS c0,t_conv(t_add_decimal(s1."FInTotalQty",t_div_decimal(t_mul_decimal(?2,s3.c2,319877760),s1."FCoefficient",319615624),319615370),1159992520911) AS c1
     FROM main."t_CG_OrderEntry" AS s1 LEFT
     JOIN (SELECT s2."FItemID" AS c0,s2."FAuxPropID" AS c1,t_sum_decimal(s2."FQty") AS c2
     FROM main."t_CG_OrderEntry" AS s2
-    WHERE (s2."FItemID" IN (SELECT s1."FItemID"
-    FROM main."t_CG_OrderEntry" AS s1
-    WHERE (s1."FID" = ?1)))
-    AND (s2."FID" = ?4)
+    WHERE ((s2."FItemID" IN (SELECT s4."FItemID"
+    FROM main."t_CG_OrderEntry" AS s4
+    WHERE (s4."FID" = ?3)))
+    AND (s2."FID" = ?4))
     GROUP BY s2."FItemID",s2."FAuxPropID") AS s3
     ON ((s1."FItemID" = s3.c0)
     AND (s1."FAuxPropID" = s3.c1))
-    WHERE (s1."FID" = ?1)) AS q
+    WHERE (s1."FID" = ?3)) AS q
     WHERE q.r=u.rowid
 
 Update  a set a.FCgOrderQty=a.FCgOrderQty+(1*b.FQty/a.FCoefficient),a.FBaseCgOrderQty=a.FBaseCgOrderQty+(1*b.FQty),a.FInTotalQty=a.FInTotalQty+(1*b.FQty/a.FCoefficient),a.FBaseInTotalQty=a.FBaseInTotalQty+(1*b.FQty) from t_CG_OrderEntry a left join (select FItemID,FAuxPropID,sum(FQty) as FQty from t_CG_OrderEntry where FID=5 group by FItemID,FAuxPropID) b on a.FItemid=b.FItemid and a.FAuxPropID=b.FAuxPropID Where a.FID= 5
   > UPDATE main."t_CG_OrderEntry" AS u
     SET "FCgOrderQty"=q.c0,"FBaseCgOrderQty"=q.c1,"FInTotalQty"=q.c2,"FBaseInTotalQty"=q.c3
-    FROM (SELECT s1.rowid AS r,t_conv(t_add_decimal(s1."FCgOrderQty",t_div_decimal(t_mul_decimal(?2,s3.c2,319877760),s1."FCoefficient",319615624),319615370),1159992520911) AS c0,t_conv(t_add_decimal(s1."FBaseCgOrderQty",t_mul_decimal(?3,s3.c2,319877760),319877642),1159992520975) AS c1,t_conv(t_add_decimal(s1."FInTotalQty",t_div_decimal(t_mul_decimal(?4,s3.c2,319877760),s1."FCoefficient",319615624),319615370),1159992520911) AS c2,t_conv(t_add_decimal(s1."FBaseInTotalQty",t_mul_decimal(?5,s3.c2,319877760),319877642),1159992520975) AS c3
+    FROM (SELECT s1.rowid AS r,t_conv(t_add_decimal(s1."FCgOrderQty",t_div_decimal(t_mul_decimal(?1,s3.c2,319877760),s1."FCoefficient",319615624),319615370),1159992520911) AS c0,t_conv(t_add_decimal(s1."FBaseCgOrderQty",t_mul_decimal(?2,s3.c2,319877760),319877642),1159992520975) AS c1,t_conv(t_add_decimal(s1."FInTotalQty",t_div_decimal(t_mul_decimal(?3,s3.c2,319877760),s1."FCoefficient",319615624),319615370),1159992520911) AS c2,t_conv(t_add_decimal(s1."FBaseInTotalQty",t_mul_decimal(?4,s3.c2,319877760),319877642),1159992520975) AS c3
     FROM main."t_CG_OrderEntry" AS s1 LEFT
     JOIN (SELECT s2."FItemID" AS c0,s2."FAuxPropID" AS c1,t_sum_decimal(s2."FQty") AS c2
     FROM main."t_CG_OrderEntry" AS s2
-    WHERE (s2."FItemID" IN (SELECT s1."FItemID"
-    FROM main."t_CG_OrderEntry" AS s1
-    WHERE (s1."FID" = ?1)))
-    AND (s2."FID" = ?6)
+    WHERE ((s2."FItemID" IN (SELECT s4."FItemID"
+    FROM main."t_CG_OrderEntry" AS s4
+    WHERE (s4."FID" = ?5)))
+    AND (s2."FID" = ?6))
     GROUP BY s2."FItemID",s2."FAuxPropID") AS s3
     ON ((s1."FItemID" = s3.c0)
     AND (s1."FAuxPropID" = s3.c1))
-    WHERE (s1."FID" = ?1)) AS q
+    WHERE (s1."FID" = ?5)) AS q
     WHERE q.r=u.rowid
 
 select FCgOrderQty,FInTotalQty,FBaseCgOrderQty,FBaseInTotalQty from t_CG_OrderEntry order by FEntryID
@@ -183,18 +183,18 @@ update t_XS_OrderEntry set FCoefficient=0 where FEntryID=2
 Update  a set a.FXSOrderQty=a.FXSOrderQty+(1*b.FQty/a.FCoefficient),a.FInTotalQty=a.FInTotalQty-(1*b.FQty/a.FCoefficient) from t_XS_OrderEntry a left join (select FItemID,FAuxPropID,sum(FQty) as FQty from t_XS_OrderEntry where FID=5 group by FItemID,FAuxPropID) b on a.FItemid=b.FItemid and a.FAuxPropID=b.FAuxPropID Where a.FID= 5
   > UPDATE main."t_XS_OrderEntry" AS u
     SET "FXSOrderQty"=q.c0,"FInTotalQty"=q.c1
-    FROM (SELECT s1.rowid AS r,t_conv(t_add_decimal(s1."FXSOrderQty",t_div_decimal(t_mul_decimal(?2,s3.c2,319877760),s1."FCoefficient",319615624),319615370),1159992520911) AS c0,t_conv(t_sub_decimal(s1."FInTotalQty",t_div_decimal(t_mul_decimal(?3,s3.c2,319877760),s1."FCoefficient",319615624),319615370),1159992520911) AS c1
+    FROM (SELECT s1.rowid AS r,t_conv(t_add_decimal(s1."FXSOrderQty",t_div_decimal(t_mul_decimal(?1,s3.c2,319877760),s1."FCoefficient",319615624),319615370),1159992520911) AS c0,t_conv(t_sub_decimal(s1."FInTotalQty",t_div_decimal(t_mul_decimal(?2,s3.c2,319877760),s1."FCoefficient",319615624),319615370),1159992520911) AS c1
     FROM main."t_XS_OrderEntry" AS s1 LEFT
     JOIN (SELECT s2."FItemID" AS c0,s2."FAuxPropID" AS c1,t_sum_decimal(s2."FQty") AS c2
     FROM main."t_XS_OrderEntry" AS s2
-    WHERE (s2."FItemID" IN (SELECT s1."FItemID"
-    FROM main."t_XS_OrderEntry" AS s1
-    WHERE (s1."FID" = ?1)))
-    AND (s2."FID" = ?4)
+    WHERE ((s2."FItemID" IN (SELECT s4."FItemID"
+    FROM main."t_XS_OrderEntry" AS s4
+    WHERE (s4."FID" = ?3)))
+    AND (s2."FID" = ?4))
     GROUP BY s2."FItemID",s2."FAuxPropID") AS s3
     ON ((s1."FItemID" = s3.c0)
     AND (s1."FAuxPropID" = s3.c1))
-    WHERE (s1."FID" = ?1)) AS q
+    WHERE (s1."FID" = ?3)) AS q
     WHERE q.r=u.rowid
   > error 8134
 

@@ -15,7 +15,7 @@
 #include <sstream>
 
 #include "embedded/run/case_file.h"
-#include "embedded/run/session.h"
+#include "embedded/session/session.h"
 #include "foundation/error.h"
 #include "support/source_dir.h"
 
@@ -31,9 +31,9 @@ int Listed(unsigned, void* list, void*, void* text) {
 
 // Each clause on a line of its own.
 std::string Broken(std::string sql) {
-  for (const char* word : {" FROM ", " JOIN ", " LEFT JOIN ", " FULL JOIN ", " ON ", " WHERE ",
-                           " AND ", " OR ", " SET ", " VALUES(", " GROUP BY ", " HAVING ",
-                           " ORDER BY ", " LIMIT ", " UNION "}) {
+  for (const char* word :
+       {" FROM ", " JOIN ", " LEFT JOIN ", " FULL JOIN ", " ON ", " WHERE ", " AND ", " OR ",
+        " SET ", " VALUES(", " GROUP BY ", " HAVING ", " ORDER BY ", " LIMIT ", " UNION "}) {
     const std::string from = word, to = "\n    " + from.substr(1);
     for (size_t at = 0; (at = sql.find(from, at)) != std::string::npos; at += to.size()) {
       sql.replace(at, from.size(), to);

@@ -298,10 +298,10 @@ select FItemID,FQty from T_CC_Inventory
   > UPDATE main."T_CC_Inventory" AS s1
     SET "FSecQty"=?3
     WHERE ((t_cmp_decimal(t_abs_decimal(s1."FQty"),?1,318829194) <= 0)
-    AND (t_cmp_decimal(t_abs_decimal(s1."FSecQty"),?2,318829194) >= 0))
-    AND s1."FSecQty"<>0
+    AND (t_cmp_decimal(t_abs_decimal(s1."FSecQty"),?2,318829194) >= 0)
+    AND (s1."FSecQty"<>0
     AND s1."FQty">=-10
-    AND s1."FQty"<=10
+    AND s1."FQty"<=10))
 
 select FItemID,FStockID,FSecQty from T_CC_Inventory order by FItemID,FStockID
   > SELECT s1."FItemID",s1."FStockID",s1."FSecQty"
@@ -316,39 +316,37 @@ select FItemID,FStockID,FSecQty from T_CC_Inventory order by FItemID,FStockID
   > -- SELECT tbl,idx,stat
     FROM 'temp'.sqlite_stat1
   > DELETE
-    FROM main."T_CC_Inventory"
-    WHERE rowid IN (SELECT s8.rowid
     FROM main."T_CC_Inventory" AS s8
-    WHERE (s8."FQty" = ?1)
+    WHERE ((s8."FQty" = ?1)
     AND (s8."FBal" = ?2)
-    AND s8."FQty"=0
-    AND NOT EXISTS(SELECT 1
-    FROM main."T_CC_StockBillEntry" AS s9
-    JOIN main."T_CC_StockBill" AS s10
-    ON (s9."FID" = s10."FID")
-    WHERE ((s8."FItemID" = s9."FItemID")
-    AND (s8."FBatchNo" = s9."FBatchNo")
-    AND (s8."FStockID" = s9."FDCStockID")
-    AND (s8."FAuxPropID" = s9."FAuxPropID"))
-    AND (s10."FStatus" = ?3))
-    AND NOT EXISTS(SELECT 1
-    FROM main."T_CC_ZZCX_Entry" AS s11
-    JOIN main."T_CC_ZZCX" AS s12
-    ON (s11."FID" = s12."FID")
-    WHERE ((s8."FItemID" = s11."FItemID")
-    AND (s8."FBatchNo" = s11."FBatchNo")
-    AND (s8."FStockID" = s11."FDCStockID")
-    AND (s8."FAuxPropID" = s11."FAuxPropID"))
-    AND (s12."FStatus" = ?4))
-    AND NOT EXISTS(SELECT 1
-    FROM main."T_CC_ZZCX_Entry2" AS s13
-    JOIN main."T_CC_ZZCX" AS s14
-    ON (s13."FID" = s14."FID")
-    WHERE ((s8."FItemID" = s13."FItemID")
-    AND (s8."FBatchNo" = s13."FBatchNo")
-    AND (s8."FStockID" = s13."FSCStockID")
-    AND (s8."FAuxPropID" = s13."FAuxPropID"))
-    AND (s14."FStatus" = ?5)))
+    AND (NOT EXISTS(SELECT 1
+    FROM main."T_CC_StockBillEntry" AS s1
+    JOIN main."T_CC_StockBill" AS s2
+    ON (s1."FID" = s2."FID")
+    WHERE (((s8."FItemID" = s1."FItemID")
+    AND (s8."FBatchNo" = s1."FBatchNo")
+    AND (s8."FStockID" = s1."FDCStockID")
+    AND (s8."FAuxPropID" = s1."FAuxPropID"))
+    AND (s2."FStatus" = ?3))))
+    AND (NOT EXISTS(SELECT 1
+    FROM main."T_CC_ZZCX_Entry" AS s3
+    JOIN main."T_CC_ZZCX" AS s4
+    ON (s3."FID" = s4."FID")
+    WHERE (((s8."FItemID" = s3."FItemID")
+    AND (s8."FBatchNo" = s3."FBatchNo")
+    AND (s8."FStockID" = s3."FDCStockID")
+    AND (s8."FAuxPropID" = s3."FAuxPropID"))
+    AND (s4."FStatus" = ?4))))
+    AND (NOT EXISTS(SELECT 1
+    FROM main."T_CC_ZZCX_Entry2" AS s5
+    JOIN main."T_CC_ZZCX" AS s6
+    ON (s5."FID" = s6."FID")
+    WHERE (((s8."FItemID" = s5."FItemID")
+    AND (s8."FBatchNo" = s5."FBatchNo")
+    AND (s8."FStockID" = s5."FSCStockID")
+    AND (s8."FAuxPropID" = s5."FAuxPropID"))
+    AND (s6."FStatus" = ?5))))
+    AND (s8."FQty"=0))
   > DELETE
     FROM temp."t1"
 
@@ -363,39 +361,37 @@ update T_CC_ZZCX set FStatus=0
 
  declare @temp_inv table(FItemID int,FBatchNo varchar(255),FDCStockID int ,FAuxPropID int ) insert into @temp_inv(FItemID ,FBatchNo,FDCStockID  ,FAuxPropID) SELECT t1.FItemID,t1.FBatchNo,t1.FDCStockID,t1.FAuxPropID FROM T_CC_StockBillEntry t1 with(nolock) JOIN T_CC_StockBill t2 with(nolock) ON t1.FID=t2.FID WHERE FStatus=1  Group by t1.FItemID,t1.FBatchNo,t1.FDCStockID,t1.FAuxPropID Union All SELECT t1.FItemID,t1.FBatchNo,t1.FDCStockID,t1.FAuxPropID FROM T_CC_ZZCX_Entry t1 with(nolock) JOIN T_CC_ZZCX t2 with(nolock) ON t1.FID=t2.FID WHERE FStatus=1 Group by t1.FItemID,t1.FBatchNo,t1.FDCStockID,t1.FAuxPropID Union All SELECT t1.FItemID,t1.FBatchNo,t1.FSCStockID,t1.FAuxPropID FROM T_CC_ZZCX_Entry2 t1 with(nolock) JOIN T_CC_ZZCX t2 with(nolock) ON t1.FID=t2.FID WHERE FStatus=1 Group by t1.FItemID,t1.FBatchNo,t1.FSCStockID,t1.FAuxPropID DELETE t1 FROM T_CC_Inventory t1 Left Join @temp_inv u1 on t1.FItemID=u1.FItemID AND t1.FBatchNo=u1.FBatchNo AND t1.FStockID=u1.FDCStockID and t1.FAuxPropID=u1.FAuxPropID WHERE t1.FQty=0 And t1.Fbal=0 and u1.FItemID is null
   > DELETE
-    FROM main."T_CC_Inventory"
-    WHERE rowid IN (SELECT s8.rowid
     FROM main."T_CC_Inventory" AS s8
-    WHERE (s8."FQty" = ?1)
+    WHERE ((s8."FQty" = ?1)
     AND (s8."FBal" = ?2)
-    AND s8."FQty"=0
-    AND NOT EXISTS(SELECT 1
-    FROM main."T_CC_StockBillEntry" AS s9
-    JOIN main."T_CC_StockBill" AS s10
-    ON (s9."FID" = s10."FID")
-    WHERE ((s8."FItemID" = s9."FItemID")
-    AND (s8."FBatchNo" = s9."FBatchNo")
-    AND (s8."FStockID" = s9."FDCStockID")
-    AND (s8."FAuxPropID" = s9."FAuxPropID"))
-    AND (s10."FStatus" = ?3))
-    AND NOT EXISTS(SELECT 1
-    FROM main."T_CC_ZZCX_Entry" AS s11
-    JOIN main."T_CC_ZZCX" AS s12
-    ON (s11."FID" = s12."FID")
-    WHERE ((s8."FItemID" = s11."FItemID")
-    AND (s8."FBatchNo" = s11."FBatchNo")
-    AND (s8."FStockID" = s11."FDCStockID")
-    AND (s8."FAuxPropID" = s11."FAuxPropID"))
-    AND (s12."FStatus" = ?4))
-    AND NOT EXISTS(SELECT 1
-    FROM main."T_CC_ZZCX_Entry2" AS s13
-    JOIN main."T_CC_ZZCX" AS s14
-    ON (s13."FID" = s14."FID")
-    WHERE ((s8."FItemID" = s13."FItemID")
-    AND (s8."FBatchNo" = s13."FBatchNo")
-    AND (s8."FStockID" = s13."FSCStockID")
-    AND (s8."FAuxPropID" = s13."FAuxPropID"))
-    AND (s14."FStatus" = ?5)))
+    AND (NOT EXISTS(SELECT 1
+    FROM main."T_CC_StockBillEntry" AS s1
+    JOIN main."T_CC_StockBill" AS s2
+    ON (s1."FID" = s2."FID")
+    WHERE (((s8."FItemID" = s1."FItemID")
+    AND (s8."FBatchNo" = s1."FBatchNo")
+    AND (s8."FStockID" = s1."FDCStockID")
+    AND (s8."FAuxPropID" = s1."FAuxPropID"))
+    AND (s2."FStatus" = ?3))))
+    AND (NOT EXISTS(SELECT 1
+    FROM main."T_CC_ZZCX_Entry" AS s3
+    JOIN main."T_CC_ZZCX" AS s4
+    ON (s3."FID" = s4."FID")
+    WHERE (((s8."FItemID" = s3."FItemID")
+    AND (s8."FBatchNo" = s3."FBatchNo")
+    AND (s8."FStockID" = s3."FDCStockID")
+    AND (s8."FAuxPropID" = s3."FAuxPropID"))
+    AND (s4."FStatus" = ?4))))
+    AND (NOT EXISTS(SELECT 1
+    FROM main."T_CC_ZZCX_Entry2" AS s5
+    JOIN main."T_CC_ZZCX" AS s6
+    ON (s5."FID" = s6."FID")
+    WHERE (((s8."FItemID" = s5."FItemID")
+    AND (s8."FBatchNo" = s5."FBatchNo")
+    AND (s8."FStockID" = s5."FSCStockID")
+    AND (s8."FAuxPropID" = s5."FAuxPropID"))
+    AND (s6."FStatus" = ?5))))
+    AND (s8."FQty"=0))
   > DELETE
     FROM temp."t1"
 

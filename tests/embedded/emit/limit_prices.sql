@@ -72,38 +72,38 @@ Select 1 as FIndex, b.FName,a.FXSLimitPrice as LimitPrice,1 as FCoefficient,  a.
 -- One line against the average cost
 
 Select 1 as FIndex, b.FName, a.FPrice*2 as LimitPrice,1 as FCoefficient,  a.FPrice*2*1 as ActLimitPrice, 9.5as FPrice, 9.5 - a.FPrice*2*1 as DiffPrice From (select a.FItemID,case when sum(a.FQty)=0 then 0 Else sum(a.FBal)/sum(a.FQty) End as FPrice from T_CC_Inventory a inner join t_stock b on FStockID=b.FItemID where a.FItemID=101 and b.FTypeID<>502 group by a.FItemID) a Inner Join t_icItem b On a.FItemID=b.FItemID Where b.FItemID=101 And a.FPrice*2>=0 And 9.5 < a.FPrice*2*1
-  > SELECT ?2,s4."FName",t_mul_decimal(s3.c1,?3,319614982),?4,t_mul_decimal(t_mul_decimal(s3.c1,?5,319614982),?6,319614982),?7,t_sub_decimal(?8,t_mul_decimal(t_mul_decimal(s3.c1,?9,319614982),?10,319614982),319615361)
-    FROM (SELECT s1."FItemID" AS c0,CASE WHEN (t_sum_decimal(s1."FQty") = ?12) THEN ?11 ELSE t_div_decimal(t_sum_decimal(s1."FBal"),t_sum_decimal(s1."FQty"),319615626) END AS c1
+  > SELECT ?1,s4."FName",t_mul_decimal(s3.c1,?2,319614982),?3,t_mul_decimal(t_mul_decimal(s3.c1,?4,319614982),?5,319614982),?6,t_sub_decimal(?7,t_mul_decimal(t_mul_decimal(s3.c1,?8,319614982),?9,319614982),319615361)
+    FROM (SELECT s1."FItemID" AS c0,CASE WHEN (t_sum_decimal(s1."FQty") = ?11) THEN ?10 ELSE t_div_decimal(t_sum_decimal(s1."FBal"),t_sum_decimal(s1."FQty"),319615626) END AS c1
     FROM main."T_CC_Inventory" AS s1
     JOIN main."t_Stock" AS s2
     ON (s1."FStockID" = s2."FItemID")
-    WHERE (s1."FItemID" IN (SELECT s4."FItemID"
-    FROM main."t_ICItem" AS s4
-    WHERE (s4."FItemID" = ?1)))
-    AND ((s1."FItemID" = ?13)
+    WHERE ((s1."FItemID" IN (SELECT s5."FItemID"
+    FROM main."t_ICItem" AS s5
+    WHERE (s5."FItemID" = ?12)))
+    AND (s1."FItemID" = ?13)
     AND (s2."FTypeID" <> ?14))
     GROUP BY s1."FItemID") AS s3
     JOIN main."t_ICItem" AS s4
     ON (s3.c0 = s4."FItemID")
-    WHERE ((s4."FItemID" = ?1)
+    WHERE ((s4."FItemID" = ?12)
     AND (t_cmp_decimal(t_mul_decimal(s3.c1,?16,319614982),?15,318828934) >= 0)
     AND (t_cmp_decimal(?19,t_mul_decimal(t_mul_decimal(s3.c1,?17,319614982),?18,319614982),318828934) < 0))
 
 Select 1 as FIndex, b.FName, a.FPrice*2 as LimitPrice,1 as FCoefficient,  a.FPrice*2*1 as ActLimitPrice, 10as FPrice, 10 - a.FPrice*2*1 as DiffPrice From (select a.FItemID,case when sum(a.FQty)=0 then 0 Else sum(a.FBal)/sum(a.FQty) End as FPrice from T_CC_Inventory a inner join t_stock b on FStockID=b.FItemID where a.FItemID=101 and b.FTypeID<>502 group by a.FItemID) a Inner Join t_icItem b On a.FItemID=b.FItemID Where b.FItemID=101 And a.FPrice*2>=0 And 10 < a.FPrice*2*1
-  > SELECT ?2,s4."FName",t_mul_decimal(s3.c1,?3,319614982),?4,t_mul_decimal(t_mul_decimal(s3.c1,?5,319614982),?6,319614982),?7,t_sub_decimal(?8,t_mul_decimal(t_mul_decimal(s3.c1,?9,319614982),?10,319614982),319615360)
-    FROM (SELECT s1."FItemID" AS c0,CASE WHEN (t_sum_decimal(s1."FQty") = ?12) THEN ?11 ELSE t_div_decimal(t_sum_decimal(s1."FBal"),t_sum_decimal(s1."FQty"),319615626) END AS c1
+  > SELECT ?1,s4."FName",t_mul_decimal(s3.c1,?2,319614982),?3,t_mul_decimal(t_mul_decimal(s3.c1,?4,319614982),?5,319614982),?6,t_sub_decimal(?7,t_mul_decimal(t_mul_decimal(s3.c1,?8,319614982),?9,319614982),319615360)
+    FROM (SELECT s1."FItemID" AS c0,CASE WHEN (t_sum_decimal(s1."FQty") = ?11) THEN ?10 ELSE t_div_decimal(t_sum_decimal(s1."FBal"),t_sum_decimal(s1."FQty"),319615626) END AS c1
     FROM main."T_CC_Inventory" AS s1
     JOIN main."t_Stock" AS s2
     ON (s1."FStockID" = s2."FItemID")
-    WHERE (s1."FItemID" IN (SELECT s4."FItemID"
-    FROM main."t_ICItem" AS s4
-    WHERE (s4."FItemID" = ?1)))
-    AND ((s1."FItemID" = ?13)
+    WHERE ((s1."FItemID" IN (SELECT s5."FItemID"
+    FROM main."t_ICItem" AS s5
+    WHERE (s5."FItemID" = ?12)))
+    AND (s1."FItemID" = ?13)
     AND (s2."FTypeID" <> ?14))
     GROUP BY s1."FItemID") AS s3
     JOIN main."t_ICItem" AS s4
     ON (s3.c0 = s4."FItemID")
-    WHERE ((s4."FItemID" = ?1)
+    WHERE ((s4."FItemID" = ?12)
     AND (t_cmp_decimal(t_mul_decimal(s3.c1,?16,319614982),?15,318828934) >= 0)
     AND (t_cmp_decimal(?19,t_mul_decimal(t_mul_decimal(s3.c1,?17,319614982),?18,319614982),318828934) < 0))
 
@@ -323,19 +323,19 @@ Select a.Findex, c.Fname,b.FPrice*a.FCoefficient as LimitPrice , Isnull(f.FCoeff
  And b.FPrice*Isnull(f.FCoefficient,1) >0
  And a.FID=8
  order by a.Findex
-  > SELECT s1."FIndex",s6."FName",t_mul_decimal(s5.c1,s1."FCoefficient",319615622),ifnull(s8."FCoefficient",?4),t_mul_decimal(t_mul_decimal(s5.c1,s1."FCoefficient",319615622),ifnull(s8."FCoefficient",?5),319615622),ifnull(s1."FPrice",?6),t_sub_decimal(ifnull(s1."FPrice",?7),t_mul_decimal(t_mul_decimal(s5.c1,s1."FCoefficient",319615622),ifnull(s8."FCoefficient",?8),319615622),319615370)
+  > SELECT s1."FIndex",s6."FName",t_mul_decimal(s5.c1,s1."FCoefficient",319615622),ifnull(s8."FCoefficient",?1),t_mul_decimal(t_mul_decimal(s5.c1,s1."FCoefficient",319615622),ifnull(s8."FCoefficient",?2),319615622),ifnull(s1."FPrice",?3),t_sub_decimal(ifnull(s1."FPrice",?4),t_mul_decimal(t_mul_decimal(s5.c1,s1."FCoefficient",319615622),ifnull(s8."FCoefficient",?5),319615622),319615370)
     FROM main."T_CC_StockBillEntry" AS s1
     JOIN main."T_CC_StockBill" AS s2
     ON (s1."FID" = s2."FID")
-    JOIN (SELECT s3."FItemID" AS c0,CASE WHEN (t_sum_decimal(s3."FQty") = ?10) THEN ?9 ELSE t_div_decimal(t_sum_decimal(s3."FBal"),t_sum_decimal(s3."FQty"),319615626) END AS c1
+    JOIN (SELECT s3."FItemID" AS c0,CASE WHEN (t_sum_decimal(s3."FQty") = ?7) THEN ?6 ELSE t_div_decimal(t_sum_decimal(s3."FBal"),t_sum_decimal(s3."FQty"),319615626) END AS c1
     FROM main."T_CC_Inventory" AS s3
     JOIN main."t_Stock" AS s4
     ON (s3."FStockID" = s4."FItemID")
-    WHERE (s3."FItemID" IN (SELECT s1."FItemID"
-    FROM main."T_CC_StockBillEntry" AS s1
-    WHERE (t_cmp_decimal(ifnull(s1."FPrice",?2),?1,318829194) >= 0)
-    AND (s1."FID" = ?3)))
-    AND (s4."FTypeID" <> ?11)
+    WHERE ((s3."FItemID" IN (SELECT s9."FItemID"
+    FROM main."T_CC_StockBillEntry" AS s9
+    WHERE ((t_cmp_decimal(ifnull(s9."FPrice",?9),?8,318829194) >= 0)
+    AND (s9."FID" = ?10))))
+    AND (s4."FTypeID" <> ?11))
     GROUP BY s3."FItemID") AS s5
     ON (s1."FItemID" = s5.c0)
     JOIN main."t_ICItem" AS s6
@@ -344,10 +344,10 @@ Select a.Findex, c.Fname,b.FPrice*a.FCoefficient as LimitPrice , Isnull(f.FCoeff
     ON (s2."FCustID" = s7."FItemID") LEFT
     JOIN main."t_ClientType" AS s8
     ON (s7."FTypeID" = s8."FItemID")
-    WHERE ((t_cmp_decimal(ifnull(s1."FPrice",?2),?1,318829194) >= 0)
+    WHERE ((t_cmp_decimal(ifnull(s1."FPrice",?9),?8,318829194) >= 0)
     AND (t_cmp_decimal(ifnull(s1."FPrice",?14),t_mul_decimal(t_mul_decimal(ifnull(s5.c1,?12),s1."FCoefficient",319615622),ifnull(s8."FCoefficient",?13),319615622),318828938) < 0)
     AND (t_cmp_decimal(t_mul_decimal(s5.c1,ifnull(s8."FCoefficient",?16),319615622),?15,318828934) > 0)
-    AND (s1."FID" = ?3))
+    AND (s1."FID" = ?10))
     ORDER BY 1
 
 -- A bill against the purchase limit

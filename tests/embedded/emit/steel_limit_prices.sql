@@ -65,26 +65,26 @@ Where b.FItemID=101 and a.FUnitID=b.FUnitID And Isnull(a.FXSLimitPrice,0)>=0 And
 
 Select 1 as FIndex, b.FName, a.FPrice*2 /tb.FCoefficient as LimitPrice,1 as FCoefficient,  a.FPrice*2*1 /tb.FCoefficient as ActLimitPrice, 9 /tb.FCoefficient as FPrice, 9 - a.FPrice*2*1 as DiffPrice From (select a.FItemID,case when sum(a.FQty)=0 then 0 Else sum(a.FBal)/sum(a.FQty) End as FPrice from T_CC_Inventory a inner join t_stock b on FStockID=b.FItemID where a.FItemID=101 and b.FTypeID<>502 group by a.FItemID) a Inner Join t_icItem b On a.FItemID=b.FItemID  left join (select (case when a.FCoefficient=0 then 1 else a.FCoefficient end )as FCoefficient,a.FItemID from t_barcode a inner join t_icitem  b on b.FItemID =a.FItemID and a.FUnitID= 12 ) tb on b.FItemID=tb.FItemID 
 Where b.FItemID=101 And a.FPrice*2>=0 And 9 < a.FPrice*2*1
-  > SELECT ?2,s4."FName",t_div_decimal(t_mul_decimal(s3.c1,?3,319614982),s7.c0,319615622),?4,t_div_decimal(t_mul_decimal(t_mul_decimal(s3.c1,?5,319614982),?6,319614982),s7.c0,319615622),t_div_decimal(?7,s7.c0,322368128),t_sub_decimal(?8,t_mul_decimal(t_mul_decimal(s3.c1,?9,319614982),?10,319614982),319615360)
-    FROM (SELECT s1."FItemID" AS c0,CASE WHEN (t_sum_decimal(s1."FQty") = ?15) THEN ?14 ELSE t_div_decimal(t_sum_decimal(s1."FBal"),t_sum_decimal(s1."FQty"),319615626) END AS c1
+  > SELECT ?1,s4."FName",t_div_decimal(t_mul_decimal(s3.c1,?2,319614982),s7.c0,319615622),?3,t_div_decimal(t_mul_decimal(t_mul_decimal(s3.c1,?4,319614982),?5,319614982),s7.c0,319615622),t_div_decimal(?6,s7.c0,322368128),t_sub_decimal(?7,t_mul_decimal(t_mul_decimal(s3.c1,?8,319614982),?9,319614982),319615360)
+    FROM (SELECT s1."FItemID" AS c0,CASE WHEN (t_sum_decimal(s1."FQty") = ?14) THEN ?13 ELSE t_div_decimal(t_sum_decimal(s1."FBal"),t_sum_decimal(s1."FQty"),319615626) END AS c1
     FROM main."T_CC_Inventory" AS s1
     JOIN main."t_Stock" AS s2
     ON (s1."FStockID" = s2."FItemID")
-    WHERE (s1."FItemID" IN (SELECT s4."FItemID"
-    FROM main."t_ICItem" AS s4
-    WHERE (s4."FItemID" = ?1)))
-    AND ((s1."FItemID" = ?16)
+    WHERE ((s1."FItemID" IN (SELECT s8."FItemID"
+    FROM main."t_ICItem" AS s8
+    WHERE (s8."FItemID" = ?15)))
+    AND (s1."FItemID" = ?16)
     AND (s2."FTypeID" <> ?17))
     GROUP BY s1."FItemID") AS s3
     JOIN main."t_ICItem" AS s4
     ON (s3.c0 = s4."FItemID") LEFT
-    JOIN (SELECT CASE WHEN (s5."FCoefficient" = ?12) THEN ?11 ELSE s5."FCoefficient" END AS c0,s5."FItemID" AS c1
+    JOIN (SELECT CASE WHEN (s5."FCoefficient" = ?11) THEN ?10 ELSE s5."FCoefficient" END AS c0,s5."FItemID" AS c1
     FROM main."t_Barcode" AS s5
     JOIN main."t_ICItem" AS s6
     ON ((s6."FItemID" = s5."FItemID")
-    AND (s5."FUnitID" = ?13))) AS s7
+    AND (s5."FUnitID" = ?12))) AS s7
     ON (s4."FItemID" = s7.c1)
-    WHERE ((s4."FItemID" = ?1)
+    WHERE ((s4."FItemID" = ?15)
     AND (t_cmp_decimal(t_mul_decimal(s3.c1,?19,319614982),?18,318828934) >= 0)
     AND (t_cmp_decimal(?22,t_mul_decimal(t_mul_decimal(s3.c1,?20,319614982),?21,319614982),318828934) < 0))
 

@@ -47,20 +47,20 @@ SELECT M1.FNUMBER,M1.FNAME,M1.FMODEL,M1.Ftrack,S1.FNAME AS STOCKNAME,
  LEFT JOIN VW_UNIT N1 ON T1.FITEMID=N1.FSRCITEMID AND T1.FShowUnitID=N1.FItemID
  WHERE ISNULL(STOCK.STOCKSUMQTY,0)-ISNULL(T1.SUMQTY,0)<0
 
-  > SELECT s8."FNumber",s8."FName",s8."FModel",s8."FTrack",s7."FName",ifnull(s4.c7,?3),t_div_decimal(ifnull(s4.c7,?4),s12.c4,319615626),t_sub_decimal(ifnull(s4.c7,?5),ifnull(s6.c8,?6),320139914),s6.c8,s6.c9,s9."FNumber",s9."FName",s6.c0,s6.c1,s6.c2,s6.c3,s6.c4,s6.c5,s6.c6,s6.c7,s6.c8,s6.c9
-    FROM (SELECT s5."FItemID" AS c0,s5."FShowUnitID" AS c1,s5."FStockID" AS c2,s5."FAuxPropID" AS c3,s5."FBatchNo" AS c4,s5."FKFPeriod" AS c5,s5."FKFDate" AS c6,s5."FPeriodDate" AS c7,ifnull(t_sum_decimal(s5."FQty"),?1) AS c8,ifnull(t_sum_decimal(s5."FShowQty"),?2) AS c9
+  > SELECT s8."FNumber",s8."FName",s8."FModel",s8."FTrack",s7."FName",ifnull(s4.c7,?1),t_div_decimal(ifnull(s4.c7,?2),s12.c4,319615626),t_sub_decimal(ifnull(s4.c7,?3),ifnull(s6.c8,?4),320139914),s6.c8,s6.c9,s9."FNumber",s9."FName",s6.c0,s6.c1,s6.c2,s6.c3,s6.c4,s6.c5,s6.c6,s6.c7,s6.c8,s6.c9
+    FROM (SELECT s5."FItemID" AS c0,s5."FShowUnitID" AS c1,s5."FStockID" AS c2,s5."FAuxPropID" AS c3,s5."FBatchNo" AS c4,s5."FKFPeriod" AS c5,s5."FKFDate" AS c6,s5."FPeriodDate" AS c7,ifnull(t_sum_decimal(s5."FQty"),?9) AS c8,ifnull(t_sum_decimal(s5."FShowQty"),?10) AS c9
     FROM temp."t1" AS s5
     GROUP BY s5."FItemID",s5."FShowUnitID",s5."FStockID",s5."FAuxPropID",s5."FBatchNo",s5."FKFPeriod",s5."FKFDate",s5."FPeriodDate") AS s6 LEFT
     JOIN (SELECT s3.c0 AS c0,s3.c1 AS c1,s3.c2 AS c2,s3.c3 AS c3,s3.c4 AS c4,s3.c5 AS c5,s3.c6 AS c6,t_sum_decimal(s3.c7) AS c7
-    FROM (SELECT s1."FItemID" AS c0,s1."FStockID" AS c1,s1."FAuxPropID" AS c2,CASE WHEN ((s2."FTrack" = ?8)
-    AND (s2."FISBatchManager" = ?9)) THEN ?7 ELSE s1."FBatchNo" END AS c3,s1."FKFPeriod" AS c4,s1."FKFDate" AS c5,s1."FPeriodDate" AS c6,ifnull(s1."FQty",?10) AS c7
+    FROM (SELECT s1."FItemID" AS c0,s1."FStockID" AS c1,s1."FAuxPropID" AS c2,CASE WHEN ((s2."FTrack" = ?6)
+    AND (s2."FISBatchManager" = ?7)) THEN ?5 ELSE s1."FBatchNo" END AS c3,s1."FKFPeriod" AS c4,s1."FKFDate" AS c5,s1."FPeriodDate" AS c6,ifnull(s1."FQty",?8) AS c7
     FROM main."T_CC_Inventory" AS s1
     JOIN main."t_ICItem" AS s2
     ON (s1."FItemID" = s2."FItemID")
-    WHERE (s1."FItemID" IN (SELECT s6.c0
-    FROM (SELECT s5."FItemID" AS c0,s5."FShowUnitID" AS c1,s5."FStockID" AS c2,s5."FAuxPropID" AS c3,s5."FBatchNo" AS c4,s5."FKFPeriod" AS c5,s5."FKFDate" AS c6,s5."FPeriodDate" AS c7,ifnull(t_sum_decimal(s5."FQty"),?1) AS c8,ifnull(t_sum_decimal(s5."FShowQty"),?2) AS c9
-    FROM temp."t1" AS s5
-    GROUP BY s5."FItemID",s5."FShowUnitID",s5."FStockID",s5."FAuxPropID",s5."FBatchNo",s5."FKFPeriod",s5."FKFDate",s5."FPeriodDate") AS s6))) AS s3
+    WHERE (s1."FItemID" IN (SELECT s13.c0
+    FROM (SELECT s14."FItemID" AS c0,s14."FShowUnitID" AS c1,s14."FStockID" AS c2,s14."FAuxPropID" AS c3,s14."FBatchNo" AS c4,s14."FKFPeriod" AS c5,s14."FKFDate" AS c6,s14."FPeriodDate" AS c7,ifnull(t_sum_decimal(s14."FQty"),?9) AS c8,ifnull(t_sum_decimal(s14."FShowQty"),?10) AS c9
+    FROM temp."t1" AS s14
+    GROUP BY s14."FItemID",s14."FShowUnitID",s14."FStockID",s14."FAuxPropID",s14."FBatchNo",s14."FKFPeriod",s14."FKFDate",s14."FPeriodDate") AS s13))) AS s3
     GROUP BY s3.c0,s3.c1,s3.c2,s3.c3 COLLATE tsql,s3.c4,s3.c5 COLLATE tsql,s3.c6 COLLATE tsql) AS s4
     ON ((s4.c0 = s6.c0)
     AND (s4.c1 = s6.c2)
@@ -117,8 +117,8 @@ SELECT M1.FNUMBER,M1.FNAME,M1.FMODEL,M1.Ftrack,S1.FNAME AS STOCKNAME,
  LEFT JOIN VW_UNIT NN1 ON TT1.FITEMID=NN1.FSRCITEMID AND TT1.FUnitID=NN1.FItemID
  WHERE (ISNULL(STOCK.STOCKSUMQTY,0)-ISNULL(T1.SUMQTY,0)-ISNULL(TT1.SUMQTY,0))<0
 
-  > SELECT s8."FNumber",s8."FName",s8."FModel",s8."FTrack",s7."FName",t_sub_decimal(ifnull(s4.c7,?3),ifnull(s22.c8,?4),319615370),t_div_decimal(t_sub_decimal(ifnull(s4.c7,?5),ifnull(s22.c8,?6),319615370),s12.c4,319615622),t_sub_decimal(t_sub_decimal(ifnull(s4.c7,?7),ifnull(s6.c8,?8),320139914),ifnull(s22.c8,?9),319615370),s6.c8,s6.c9,s9."FNumber",s9."FName",s6.c0,s6.c1,s6.c2,s6.c3,s6.c4,s6.c5,s6.c6,s6.c7,s6.c8,s6.c9
-    FROM (SELECT s5."FItemID" AS c0,s5."FShowUnitID" AS c1,s5."FStockID" AS c2,s5."FAuxPropID" AS c3,s5."FBatchNo" AS c4,s5."FKFPeriod" AS c5,s5."FKFDate" AS c6,s5."FPeriodDate" AS c7,ifnull(t_sum_decimal(s5."FQty"),?1) AS c8,ifnull(t_sum_decimal(s5."FShowQty"),?2) AS c9
+  > SELECT s8."FNumber",s8."FName",s8."FModel",s8."FTrack",s7."FName",t_sub_decimal(ifnull(s4.c7,?1),ifnull(s22.c8,?2),319615370),t_div_decimal(t_sub_decimal(ifnull(s4.c7,?3),ifnull(s22.c8,?4),319615370),s12.c4,319615622),t_sub_decimal(t_sub_decimal(ifnull(s4.c7,?5),ifnull(s6.c8,?6),320139914),ifnull(s22.c8,?7),319615370),s6.c8,s6.c9,s9."FNumber",s9."FName",s6.c0,s6.c1,s6.c2,s6.c3,s6.c4,s6.c5,s6.c6,s6.c7,s6.c8,s6.c9
+    FROM (SELECT s5."FItemID" AS c0,s5."FShowUnitID" AS c1,s5."FStockID" AS c2,s5."FAuxPropID" AS c3,s5."FBatchNo" AS c4,s5."FKFPeriod" AS c5,s5."FKFDate" AS c6,s5."FPeriodDate" AS c7,ifnull(t_sum_decimal(s5."FQty"),?10) AS c8,ifnull(t_sum_decimal(s5."FShowQty"),?11) AS c9
     FROM temp."t1" AS s5
     GROUP BY s5."FItemID",s5."FShowUnitID",s5."FStockID",s5."FAuxPropID",s5."FBatchNo",s5."FKFPeriod",s5."FKFDate",s5."FPeriodDate") AS s6 LEFT
     JOIN (SELECT s3.c0 AS c0,s3.c1 AS c1,s3.c2 AS c2,s3.c3 AS c3,s3.c4 AS c4,s3.c5 AS c5,s3.c6 AS c6,t_sum_decimal(s3.c7) AS c7
@@ -127,10 +127,10 @@ SELECT M1.FNUMBER,M1.FNAME,M1.FMODEL,M1.Ftrack,S1.FNAME AS STOCKNAME,
     FROM main."T_CC_Inventory" AS s1
     JOIN main."t_ICItem" AS s2
     ON (s1."FItemID" = s2."FItemID")
-    WHERE (s1."FItemID" IN (SELECT s6.c0
-    FROM (SELECT s5."FItemID" AS c0,s5."FShowUnitID" AS c1,s5."FStockID" AS c2,s5."FAuxPropID" AS c3,s5."FBatchNo" AS c4,s5."FKFPeriod" AS c5,s5."FKFDate" AS c6,s5."FPeriodDate" AS c7,ifnull(t_sum_decimal(s5."FQty"),?1) AS c8,ifnull(t_sum_decimal(s5."FShowQty"),?2) AS c9
-    FROM temp."t1" AS s5
-    GROUP BY s5."FItemID",s5."FShowUnitID",s5."FStockID",s5."FAuxPropID",s5."FBatchNo",s5."FKFPeriod",s5."FKFDate",s5."FPeriodDate") AS s6))) AS s3
+    WHERE (s1."FItemID" IN (SELECT s29.c0
+    FROM (SELECT s30."FItemID" AS c0,s30."FShowUnitID" AS c1,s30."FStockID" AS c2,s30."FAuxPropID" AS c3,s30."FBatchNo" AS c4,s30."FKFPeriod" AS c5,s30."FKFDate" AS c6,s30."FPeriodDate" AS c7,ifnull(t_sum_decimal(s30."FQty"),?10) AS c8,ifnull(t_sum_decimal(s30."FShowQty"),?11) AS c9
+    FROM temp."t1" AS s30
+    GROUP BY s30."FItemID",s30."FShowUnitID",s30."FStockID",s30."FAuxPropID",s30."FBatchNo",s30."FKFPeriod",s30."FKFDate",s30."FPeriodDate") AS s29))) AS s3
     GROUP BY s3.c0,s3.c1,s3.c2,s3.c3 COLLATE tsql,s3.c4,s3.c5 COLLATE tsql,s3.c6 COLLATE tsql) AS s4
     ON ((s4.c0 = s6.c0)
     AND (s4.c1 = s6.c2)
@@ -152,38 +152,38 @@ SELECT M1.FNUMBER,M1.FNAME,M1.FMODEL,M1.Ftrack,S1.FNAME AS STOCKNAME,
     WHERE (s11."FCoefficient" <> t_conv(0,60480815147))) AS s12
     ON ((s6.c0 = s12.c0)
     AND (s6.c1 = s12.c1)) LEFT
-    JOIN (SELECT s20.c6 AS c0,s20.c7 AS c1,s20.c8 AS c2,s20.c9 AS c3,s20.c10 AS c4,s20.c11 AS c5,s20.c12 AS c6,s20.c13 AS c7,ifnull(t_sum_decimal(s20.c14),?10) AS c8,?11 AS c9
+    JOIN (SELECT s20.c6 AS c0,s20.c7 AS c1,s20.c8 AS c2,s20.c9 AS c3,s20.c10 AS c4,s20.c11 AS c5,s20.c12 AS c6,s20.c13 AS c7,ifnull(t_sum_decimal(s20.c14),?8) AS c8,?9 AS c9
     FROM (SELECT s19.c0 AS c0,s19.c1 AS c1,s19.c2 AS c2,s19.c3 AS c3,s19.c4 AS c4,s19.c5 AS c5,s19.c6 AS c6,s19.c7 AS c7,s19.c8 AS c8,s19.c9 AS c9,s19.c10 AS c10,s19.c11 AS c11,s19.c12 AS c12,s19.c13 AS c13,s19.c14 AS c14
     FROM (SELECT s13."FID" AS c0,s14."FEntryID" AS c1,s13."FClassTypeID" AS c2,s13."FBillTypeID" AS c3,s13."FStatus" AS c4,s13."FDate" AS c5,s14."FItemID" AS c6,s14."FShowUnitID" AS c7,CASE WHEN (s13."FBillTypeID" IN (2012,2031,2032)) THEN s14."FDCStockID" ELSE s14."FSCStockID" END AS c8,s14."FAuxPropID" AS c9,s14."FBatchNo" AS c10,s14."FKFPeriod" AS c11,s14."FKFDate" AS c12,s14."FPeriodDate" AS c13,CASE WHEN (s13."FClassTypeID" = 1040004) THEN t_mul_decimal(s14."FProfitLossQty",s14."FCoefficient",319615626) ELSE t_conv(s14."FQty",81821491535) END AS c14
     FROM main."T_CC_StockBill" AS s13
     JOIN main."T_CC_StockBillEntry" AS s14
     ON (s13."FID" = s14."FID")
-    WHERE (s14."FItemID" IN (SELECT s6.c0
-    FROM (SELECT s5."FItemID" AS c0,s5."FShowUnitID" AS c1,s5."FStockID" AS c2,s5."FAuxPropID" AS c3,s5."FBatchNo" AS c4,s5."FKFPeriod" AS c5,s5."FKFDate" AS c6,s5."FPeriodDate" AS c7,ifnull(t_sum_decimal(s5."FQty"),?1) AS c8,ifnull(t_sum_decimal(s5."FShowQty"),?2) AS c9
-    FROM temp."t1" AS s5
-    GROUP BY s5."FItemID",s5."FShowUnitID",s5."FStockID",s5."FAuxPropID",s5."FBatchNo",s5."FKFPeriod",s5."FKFDate",s5."FPeriodDate") AS s6))
+    WHERE ((s14."FItemID" IN (SELECT s31.c0
+    FROM (SELECT s32."FItemID" AS c0,s32."FShowUnitID" AS c1,s32."FStockID" AS c2,s32."FAuxPropID" AS c3,s32."FBatchNo" AS c4,s32."FKFPeriod" AS c5,s32."FKFDate" AS c6,s32."FPeriodDate" AS c7,ifnull(t_sum_decimal(s32."FQty"),?10) AS c8,ifnull(t_sum_decimal(s32."FShowQty"),?11) AS c9
+    FROM temp."t1" AS s32
+    GROUP BY s32."FItemID",s32."FShowUnitID",s32."FStockID",s32."FAuxPropID",s32."FBatchNo",s32."FKFPeriod",s32."FKFDate",s32."FPeriodDate") AS s31))
     AND (((s13."FBillTypeID" IN (2012,2031,2032))
     AND (s14."FDCStockID" <> 0))
     OR ((s13."FBillTypeID" NOT IN (2012,2031,2032,3002,3004,3011))
-    AND (s14."FSCStockID" <> 0)))
+    AND (s14."FSCStockID" <> 0))))
     UNION ALL SELECT s15."FID" AS c0,s16."FEntryID" AS c1,s15."FClassTypeID" AS c2,s15."FBillTypeID" AS c3,s15."FStatus" AS c4,s15."FDate" AS c5,s16."FItemID" AS c6,s16."FShowUnitID" AS c7,s16."FSCStockID" AS c8,s16."FAuxPropID" AS c9,s16."FBatchNo" AS c10,s16."FKFPeriod" AS c11,s16."FProDate" AS c12,s16."FExpDate" AS c13,t_conv(s16."FQty",81821491535) AS c14
     FROM main."T_CC_ZZCX" AS s15
     JOIN main."T_CC_ZZCX_Entry2" AS s16
     ON (s15."FID" = s16."FID")
-    WHERE (s16."FItemID" IN (SELECT s6.c0
-    FROM (SELECT s5."FItemID" AS c0,s5."FShowUnitID" AS c1,s5."FStockID" AS c2,s5."FAuxPropID" AS c3,s5."FBatchNo" AS c4,s5."FKFPeriod" AS c5,s5."FKFDate" AS c6,s5."FPeriodDate" AS c7,ifnull(t_sum_decimal(s5."FQty"),?1) AS c8,ifnull(t_sum_decimal(s5."FShowQty"),?2) AS c9
-    FROM temp."t1" AS s5
-    GROUP BY s5."FItemID",s5."FShowUnitID",s5."FStockID",s5."FAuxPropID",s5."FBatchNo",s5."FKFPeriod",s5."FKFDate",s5."FPeriodDate") AS s6))
-    AND (s15."FClassTypeID" = 1040005)
+    WHERE ((s16."FItemID" IN (SELECT s33.c0
+    FROM (SELECT s34."FItemID" AS c0,s34."FShowUnitID" AS c1,s34."FStockID" AS c2,s34."FAuxPropID" AS c3,s34."FBatchNo" AS c4,s34."FKFPeriod" AS c5,s34."FKFDate" AS c6,s34."FPeriodDate" AS c7,ifnull(t_sum_decimal(s34."FQty"),?10) AS c8,ifnull(t_sum_decimal(s34."FShowQty"),?11) AS c9
+    FROM temp."t1" AS s34
+    GROUP BY s34."FItemID",s34."FShowUnitID",s34."FStockID",s34."FAuxPropID",s34."FBatchNo",s34."FKFPeriod",s34."FKFDate",s34."FPeriodDate") AS s33))
+    AND (s15."FClassTypeID" = 1040005))
     UNION ALL SELECT s17."FID" AS c0,s18."FEntryID" AS c1,s17."FClassTypeID" AS c2,s17."FBillTypeID" AS c3,s17."FStatus" AS c4,s17."FDate" AS c5,s18."FItemID" AS c6,s18."FShowUnitID" AS c7,s18."FDCStockID" AS c8,s18."FAuxPropID" AS c9,s18."FBatchNo" AS c10,s18."FKFPeriod" AS c11,s18."FProDate" AS c12,s18."FExpDate" AS c13,t_conv(s18."FQty",81821491535) AS c14
     FROM main."T_CC_ZZCX" AS s17
     JOIN main."T_CC_ZZCX_Entry" AS s18
     ON (s17."FID" = s18."FID")
-    WHERE (s18."FItemID" IN (SELECT s6.c0
-    FROM (SELECT s5."FItemID" AS c0,s5."FShowUnitID" AS c1,s5."FStockID" AS c2,s5."FAuxPropID" AS c3,s5."FBatchNo" AS c4,s5."FKFPeriod" AS c5,s5."FKFDate" AS c6,s5."FPeriodDate" AS c7,ifnull(t_sum_decimal(s5."FQty"),?1) AS c8,ifnull(t_sum_decimal(s5."FShowQty"),?2) AS c9
-    FROM temp."t1" AS s5
-    GROUP BY s5."FItemID",s5."FShowUnitID",s5."FStockID",s5."FAuxPropID",s5."FBatchNo",s5."FKFPeriod",s5."FKFDate",s5."FPeriodDate") AS s6))
-    AND (s17."FClassTypeID" = 1040006)) AS s19) AS s20
+    WHERE ((s18."FItemID" IN (SELECT s35.c0
+    FROM (SELECT s36."FItemID" AS c0,s36."FShowUnitID" AS c1,s36."FStockID" AS c2,s36."FAuxPropID" AS c3,s36."FBatchNo" AS c4,s36."FKFPeriod" AS c5,s36."FKFDate" AS c6,s36."FPeriodDate" AS c7,ifnull(t_sum_decimal(s36."FQty"),?10) AS c8,ifnull(t_sum_decimal(s36."FShowQty"),?11) AS c9
+    FROM temp."t1" AS s36
+    GROUP BY s36."FItemID",s36."FShowUnitID",s36."FStockID",s36."FAuxPropID",s36."FBatchNo",s36."FKFPeriod",s36."FKFDate",s36."FPeriodDate") AS s35))
+    AND (s17."FClassTypeID" = 1040006))) AS s19) AS s20
     WHERE ((s20.c4 = ?12)
     AND (s20.c0 NOT IN (SELECT s21."FInterID"
     FROM temp."t1" AS s21))

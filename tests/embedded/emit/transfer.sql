@@ -20,49 +20,49 @@ Update v1
     JOIN (SELECT s19.c0 AS c0,s19.c1 AS c1,s19.c2 AS c2,s19.c3 AS c3,s19.c4 AS c4,s19.c5 AS c5
     FROM (SELECT s3."FItemID" AS c0,s3."FStockID" AS c1,s3."FBatchNo" AS c2,s3."FKFDate" AS c3,s3."FKFPeriod" AS c4,s3."FPeriodDate" AS c5
     FROM main."T_CC_Stock" AS s3
-    WHERE (s3."FItemID" IN (SELECT s1."FItemID"
-    FROM main."T_CC_StockBillEntry" AS s1
-    WHERE (s1."FID" = ?1)
-    AND (ifnull(s1."FBatchNo",?3) COLLATE tsql <> ?2)))
-    AND (ifnull(s3."FBatchNo",?5) COLLATE tsql <> ?4)
+    WHERE ((s3."FItemID" IN (SELECT s21."FItemID"
+    FROM main."T_CC_StockBillEntry" AS s21
+    WHERE ((s21."FID" = ?1)
+    AND (ifnull(s21."FBatchNo",?3) COLLATE tsql <> ?2))))
+    AND (ifnull(s3."FBatchNo",?5) COLLATE tsql <> ?4))
     UNION SELECT s4."FItemID" AS c0,s4."FStockID" AS c1,s4."FBatchNo" AS c2,s4."FKFDate" AS c3,s4."FKFPeriod" AS c4,s4."FPeriodDate" AS c5
     FROM main."T_CC_Stock_batchno" AS s4
-    WHERE (s4."FItemID" IN (SELECT s1."FItemID"
-    FROM main."T_CC_StockBillEntry" AS s1
-    WHERE (s1."FID" = ?1)
-    AND (ifnull(s1."FBatchNo",?3) COLLATE tsql <> ?2)))
-    AND (ifnull(s4."FBatchNo",?7) COLLATE tsql <> ?6)
+    WHERE ((s4."FItemID" IN (SELECT s22."FItemID"
+    FROM main."T_CC_StockBillEntry" AS s22
+    WHERE ((s22."FID" = ?1)
+    AND (ifnull(s22."FBatchNo",?3) COLLATE tsql <> ?2))))
+    AND (ifnull(s4."FBatchNo",?7) COLLATE tsql <> ?6))
     UNION SELECT s11.c6 AS c0,s11.c8 AS c1,s11.c10 COLLATE tsql AS c2,s11.c12 AS c3,s11.c11 AS c4,s11.c13 AS c5
     FROM (SELECT s5."FID" AS c0,s6."FEntryID" AS c1,s5."FClassTypeID" AS c2,s5."FBillTypeID" AS c3,s5."FStatus" AS c4,s5."FDate" AS c5,s6."FItemID" AS c6,s6."FShowUnitID" AS c7,CASE WHEN (s5."FBillTypeID" IN (3002,3004,3011)) THEN s6."FSCStockID" ELSE s6."FDCStockID" END AS c8,s6."FAuxPropID" AS c9,s6."FBatchNo" AS c10,s6."FKFPeriod" AS c11,s6."FKFDate" AS c12,s6."FPeriodDate" AS c13,s6."FQty" AS c14
     FROM main."T_CC_StockBill" AS s5
     JOIN main."T_CC_StockBillEntry" AS s6
     ON (s5."FID" = s6."FID")
-    WHERE (s6."FItemID" IN (SELECT s1."FItemID"
-    FROM main."T_CC_StockBillEntry" AS s1
-    WHERE (s1."FID" = ?1)
-    AND (ifnull(s1."FBatchNo",?3) COLLATE tsql <> ?2)))
+    WHERE ((s6."FItemID" IN (SELECT s23."FItemID"
+    FROM main."T_CC_StockBillEntry" AS s23
+    WHERE ((s23."FID" = ?1)
+    AND (ifnull(s23."FBatchNo",?3) COLLATE tsql <> ?2))))
     AND (((s5."FBillTypeID" IN (3002,3004,3011))
     AND (s6."FSCStockID" <> 0))
     OR ((s5."FBillTypeID" NOT IN (2012,2031,2032,3002,3004,3011))
-    AND (s6."FDCStockID" <> 0)))
+    AND (s6."FDCStockID" <> 0))))
     UNION ALL SELECT s7."FID" AS c0,s8."FEntryID" AS c1,s7."FClassTypeID" AS c2,s7."FBillTypeID" AS c3,s7."FStatus" AS c4,s7."FDate" AS c5,s8."FItemID" AS c6,s8."FShowUnitID" AS c7,s8."FDCStockID" AS c8,s8."FAuxPropID" AS c9,s8."FBatchNo" AS c10,s8."FKFPeriod" AS c11,s8."FProDate" AS c12,s8."FExpDate" AS c13,s8."FQty" AS c14
     FROM main."T_CC_ZZCX" AS s7
     JOIN main."T_CC_ZZCX_Entry" AS s8
     ON (s7."FID" = s8."FID")
-    WHERE (s8."FItemID" IN (SELECT s1."FItemID"
-    FROM main."T_CC_StockBillEntry" AS s1
-    WHERE (s1."FID" = ?1)
-    AND (ifnull(s1."FBatchNo",?3) COLLATE tsql <> ?2)))
-    AND (s7."FClassTypeID" = 1040005)
+    WHERE ((s8."FItemID" IN (SELECT s24."FItemID"
+    FROM main."T_CC_StockBillEntry" AS s24
+    WHERE ((s24."FID" = ?1)
+    AND (ifnull(s24."FBatchNo",?3) COLLATE tsql <> ?2))))
+    AND (s7."FClassTypeID" = 1040005))
     UNION ALL SELECT s9."FID" AS c0,s10."FEntryID" AS c1,s9."FClassTypeID" AS c2,s9."FBillTypeID" AS c3,s9."FStatus" AS c4,s9."FDate" AS c5,s10."FItemID" AS c6,s10."FShowUnitID" AS c7,s10."FSCStockID" AS c8,s10."FAuxPropID" AS c9,s10."FBatchNo" AS c10,s10."FKFPeriod" AS c11,s10."FProDate" AS c12,s10."FExpDate" AS c13,s10."FQty" AS c14
     FROM main."T_CC_ZZCX" AS s9
     JOIN main."T_CC_ZZCX_Entry2" AS s10
     ON (s9."FID" = s10."FID")
-    WHERE (s10."FItemID" IN (SELECT s1."FItemID"
-    FROM main."T_CC_StockBillEntry" AS s1
-    WHERE (s1."FID" = ?1)
-    AND (ifnull(s1."FBatchNo",?3) COLLATE tsql <> ?2)))
-    AND (s9."FClassTypeID" = 1040006)) AS s11
+    WHERE ((s10."FItemID" IN (SELECT s25."FItemID"
+    FROM main."T_CC_StockBillEntry" AS s25
+    WHERE ((s25."FID" = ?1)
+    AND (ifnull(s25."FBatchNo",?3) COLLATE tsql <> ?2))))
+    AND (s9."FClassTypeID" = 1040006))) AS s11
     WHERE ((ifnull(s11.c4,?9) > ?8)
     AND (ifnull(s11.c10,?11) COLLATE tsql <> ?10))
     UNION SELECT s18.c6 AS c0,s18.c8 AS c1,s18.c10 COLLATE tsql AS c2,s18.c12 AS c3,s18.c11 AS c4,s18.c13 AS c5
@@ -70,32 +70,32 @@ Update v1
     FROM main."T_CC_StockBill" AS s12
     JOIN main."T_CC_StockBillEntry" AS s13
     ON (s12."FID" = s13."FID")
-    WHERE (s13."FItemID" IN (SELECT s1."FItemID"
-    FROM main."T_CC_StockBillEntry" AS s1
-    WHERE (s1."FID" = ?1)
-    AND (ifnull(s1."FBatchNo",?3) COLLATE tsql <> ?2)))
+    WHERE ((s13."FItemID" IN (SELECT s26."FItemID"
+    FROM main."T_CC_StockBillEntry" AS s26
+    WHERE ((s26."FID" = ?1)
+    AND (ifnull(s26."FBatchNo",?3) COLLATE tsql <> ?2))))
     AND (((s12."FBillTypeID" IN (2012,2031,2032))
     AND (s13."FDCStockID" <> 0))
     OR ((s12."FBillTypeID" NOT IN (2012,2031,2032,3002,3004,3011))
-    AND (s13."FSCStockID" <> 0)))
+    AND (s13."FSCStockID" <> 0))))
     UNION ALL SELECT s14."FID" AS c0,s15."FEntryID" AS c1,s14."FClassTypeID" AS c2,s14."FBillTypeID" AS c3,s14."FStatus" AS c4,s14."FDate" AS c5,s15."FItemID" AS c6,s15."FShowUnitID" AS c7,s15."FSCStockID" AS c8,s15."FAuxPropID" AS c9,s15."FBatchNo" AS c10,s15."FKFPeriod" AS c11,s15."FProDate" AS c12,s15."FExpDate" AS c13,t_conv(s15."FQty",81821491535) AS c14
     FROM main."T_CC_ZZCX" AS s14
     JOIN main."T_CC_ZZCX_Entry2" AS s15
     ON (s14."FID" = s15."FID")
-    WHERE (s15."FItemID" IN (SELECT s1."FItemID"
-    FROM main."T_CC_StockBillEntry" AS s1
-    WHERE (s1."FID" = ?1)
-    AND (ifnull(s1."FBatchNo",?3) COLLATE tsql <> ?2)))
-    AND (s14."FClassTypeID" = 1040005)
+    WHERE ((s15."FItemID" IN (SELECT s27."FItemID"
+    FROM main."T_CC_StockBillEntry" AS s27
+    WHERE ((s27."FID" = ?1)
+    AND (ifnull(s27."FBatchNo",?3) COLLATE tsql <> ?2))))
+    AND (s14."FClassTypeID" = 1040005))
     UNION ALL SELECT s16."FID" AS c0,s17."FEntryID" AS c1,s16."FClassTypeID" AS c2,s16."FBillTypeID" AS c3,s16."FStatus" AS c4,s16."FDate" AS c5,s17."FItemID" AS c6,s17."FShowUnitID" AS c7,s17."FDCStockID" AS c8,s17."FAuxPropID" AS c9,s17."FBatchNo" AS c10,s17."FKFPeriod" AS c11,s17."FProDate" AS c12,s17."FExpDate" AS c13,t_conv(s17."FQty",81821491535) AS c14
     FROM main."T_CC_ZZCX" AS s16
     JOIN main."T_CC_ZZCX_Entry" AS s17
     ON (s16."FID" = s17."FID")
-    WHERE (s17."FItemID" IN (SELECT s1."FItemID"
-    FROM main."T_CC_StockBillEntry" AS s1
-    WHERE (s1."FID" = ?1)
-    AND (ifnull(s1."FBatchNo",?3) COLLATE tsql <> ?2)))
-    AND (s16."FClassTypeID" = 1040006)) AS s18
+    WHERE ((s17."FItemID" IN (SELECT s28."FItemID"
+    FROM main."T_CC_StockBillEntry" AS s28
+    WHERE ((s28."FID" = ?1)
+    AND (ifnull(s28."FBatchNo",?3) COLLATE tsql <> ?2))))
+    AND (s16."FClassTypeID" = 1040006))) AS s18
     WHERE ((ifnull(s18.c4,?13) > ?12)
     AND (ifnull(s18.c10,?15) COLLATE tsql <> ?14))) AS s19
     GROUP BY s19.c0,s19.c1,s19.c2 COLLATE tsql,s19.c3,s19.c4,s19.c5) AS s20

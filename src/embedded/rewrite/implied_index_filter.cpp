@@ -1,23 +1,21 @@
-// Filtered indexes: an index with a filter holds few rows, but SQLite looks into it only when the
-// statement says the filter in the very words of the index. For example, with an index on T WHERE
-// Q >= -1 AND Q <= 1,
+// Implied index filters: an index with a filter holds few rows, but SQLite looks into it only when
+// the statement says the filter in the very words of the index. With an index on t WHERE q >= -1 AND
+// q <= 1,
 //
-//   SELECT … FROM T WHERE abs(Q) <= 0.5
+//   SELECT … FROM t WHERE abs(q) <= 0.5
+//   SELECT … FROM t WHERE abs(q) <= 0.5 AND q >= -1 AND q <= 1
 //
-// is emitted as
-//
-//   SELECT … FROM T WHERE abs(Q) <= 0.5 AND Q >= -1 AND Q <= 1
-//
-// The words that are added hold for each row for which the statement's own conditions hold, so that
-// no answer changes. What follows from the conditions is read off exact numbers in their stored
-// form; the literals that it depends on are reported, since the text is then good for them alone.
+// It may where the filter holds for each row for which the statement's own conditions hold. What
+// follows from them is read off exact numbers in their stored form; a literal that this depends on
+// is noted, since the tree is then good for its value alone.
 #include <algorithm>
 #include <limits>
 #include <optional>
 
 #include "embedded/bind/function_rules.h"
 #include "embedded/bind/walk.h"
-#include "embedded/emit/emitter_impl.h"
+#include "embedded/rewrite/conditions.h"
+#include "embedded/rewrite/rules.h"
 #include "embedded/types/wide.h"
 
 namespace tavcc::sql {
@@ -50,7 +48,7 @@ bool IsExact(const SqlType& type) {
 const BoundExpression* AbsoluteOf(const BoundExpression& expression) {
   if (expression.kind != BoundExpression::Kind::kCall) return nullptr;
   const auto& call = static_cast<const BoundCall&>(expression);
-  return call.rule->emitted == "t_abs" ? call.arguments[0].get() : nullptr;
+  return call.rule->function == Function::kAbs ? call.arguments[0].get() : nullptr;
 }
 
 // The literal in `expression`, also where the binder gave it the scale of what it is compared with.
@@ -164,11 +162,9 @@ bool Follows(const KeyFilter& filter, const Known& known, const SqlType& type) {
   }
 }
 
-}  // namespace
-
 // Whether the filter follows from the conditions; adds the literals that this depends on.
-bool Emitter::FilterFollows(const Key& key, const BoundSource& source, const BoundCondition* where,
-                            std::vector<int>& literals) {
+bool FilterFollows(const Key& key, const BoundSource& source, const BoundCondition* where,
+                   std::vector<int>& literals) {
   return std::ranges::all_of(key.filter, [&](const KeyFilter& filter) {
     Known known;
     ForEachConjunct(where, [&](const BoundCondition& conjunct) {
@@ -179,19 +175,35 @@ bool Emitter::FilterFollows(const Key& key, const BoundSource& source, const Bou
   });
 }
 
-std::string Emitter::IndexFilters(const BoundFrom& from, const BoundCondition* where) {
-  std::string out;
-  ForEachSource(from, [&](const BoundSource& source) {
-    if (!source.table) return;
-    for (const Key& key : source.table->keys) {
-      std::vector<int> literals;
-      if (key.filter.empty() || !FilterFollows(key, source, where, literals)) continue;
-      if (!out.empty()) out += " AND ";
-      out += PhysicalFilter(*source.table, key, SourceName(source) + '.');
-      settled_.insert(settled_.end(), literals.begin(), literals.end());
-    }
-  });
-  return out;
+class ImpliedIndexFilter final : public StatementPass {
+ public:
+  explicit ImpliedIndexFilter(BindResult& binding) : binding_(binding) {}
+
+ protected:
+  void OnBlock(BoundFrom& from, BoundConditionPtr& where) override {
+    std::vector<BoundConditionPtr> filters;
+    ForEachSource(from, [&](const BoundSource& source) {
+      if (!source.table) return;
+      for (const Key& key : source.table->keys) {
+        std::vector<int> literals;
+        if (key.filter.empty() || !FilterFollows(key, source, where.get(), literals)) continue;
+        filters.push_back(std::make_unique<BoundIndexFilter>(source, key));
+        for (const int slot : literals) {
+          binding_.uses[static_cast<size_t>(slot)] = LiteralUse::kValue;
+        }
+      }
+    });
+    for (auto& filter : filters) AddBehind(where, std::move(filter));
+  }
+
+ private:
+  BindResult& binding_;
+};
+
+}  // namespace
+
+std::unique_ptr<StatementPass> ImpliedIndexFilterPass(BindResult& binding) {
+  return std::make_unique<ImpliedIndexFilter>(binding);
 }
 
 }  // namespace tavcc::sql

@@ -1,4 +1,4 @@
-// Whether a join meets each row of its target at most once.
+// Which sources give one row at most, by keys that the conditions tie.
 #pragma once
 
 #include "embedded/bind/bound.h"

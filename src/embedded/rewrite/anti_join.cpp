@@ -1,26 +1,26 @@
 // Anti-joins: rows are deleted that have no match in a table which the statement uses for nothing
-// else. For example
+// else.
 //
-//   DELETE t FROM T t LEFT JOIN (SELECT K FROM A UNION ALL SELECT K FROM B GROUP BY K) u
-//     ON t.K = u.K WHERE t.Q = 0 AND u.K IS NULL
+//   DELETE t FROM t LEFT JOIN (SELECT k FROM a UNION ALL SELECT k FROM b GROUP BY k) u ON t.k = u.k
+//     WHERE t.q = 0 AND u.k IS NULL
+//   DELETE t FROM t WHERE t.q = 0 AND NOT EXISTS (SELECT 1 FROM a WHERE t.k = a.k)
+//     AND NOT EXISTS (SELECT 1 FROM b WHERE t.k = b.k)
 //
-// deletes the rows of
-//
-//   SELECT … FROM T t WHERE t.Q = 0
-//     AND NOT EXISTS (SELECT 1 FROM A WHERE t.K = A.K) AND NOT EXISTS (SELECT 1 FROM B WHERE …)
-//
-// An equality on u.K matches no null, so that u.K is null only where there was no match. The query
-// in place of u comes apart into its blocks, since SQLite takes a condition from outside into a
-// block but not into several at once: each is then a look into an index for each row of T. It makes
-// no difference to whether there is a match that a block leaves out equal rows or groups by what it
-// shows; texts that a group takes for equal are equal in the comparison as well.
-#include "embedded/emit/anti_join.h"
+// It may since an equality on u.k matches no null, so that u.k is null only where there was no
+// match. The query in place of u comes apart into its blocks, since SQLite takes a condition from
+// outside into a block but not into several at once: each is then a look into an index for each row
+// of t. It makes no difference to whether there is a match that a block leaves out equal rows or
+// groups by what it shows; texts that a group takes for equal are equal in the comparison as well.
+#include "embedded/rewrite/anti_join.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "embedded/bind/same.h"
 #include "embedded/bind/walk.h"
-#include "embedded/emit/emitter_impl.h"
+#include "embedded/rewrite/conditions.h"
+#include "embedded/rewrite/copy.h"
+#include "embedded/rewrite/rules.h"
 #include "embedded/types/stored_form.h"
 
 namespace tavcc::sql {
@@ -101,11 +101,82 @@ bool ComesApart(const BoundQuery& query) {
   return shown == nullptr || ComesApart(*shown);
 }
 
+BoundConditionPtr NoneOf(BoundFromPtr from, BoundConditionPtr where) {
+  auto select = std::make_unique<BoundSelect>();
+  select->items.push_back(
+      {std::make_unique<BoundLiteral>(TypedValue{Type(TypeKind::kInt), StoredValue(int64_t{1})}, -1),
+       "", -1});
+  select->from = std::move(from);
+  select->where = std::move(where);
+  auto exists = std::make_unique<BoundExists>();
+  exists->query = std::make_unique<BoundQuery>();
+  exists->query->select = std::move(select);
+  exists->query->columns.push_back({"", Type(TypeKind::kInt), false, false});
+  auto none = std::make_unique<BoundNot>();
+  none->operand = std::move(exists);
+  return none;
+}
+
+class AntiJoin final : public StatementPass {
+ public:
+  explicit AntiJoin(BindResult& binding) : binding_(binding) {}
+
+ protected:
+  void OnDelete(BoundDelete& remove) override {
+    const BoundSource* missed = FindAntiJoined(remove);
+    if (missed == nullptr) return;
+    std::vector<BoundConditionPtr> where;
+    for (BoundConditionPtr& conjunct : TakeApart(std::move(remove.where))) {
+      if (!Mentions(*conjunct, *missed)) where.push_back(std::move(conjunct));
+    }
+    BoundFromPtr right = std::move(remove.from->right);
+    BoundConditionPtr on = std::move(remove.from->on);
+    remove.from = std::move(remove.from->left);
+    if (missed->table) {
+      where.push_back(NoneOf(std::move(right), std::move(on)));
+    } else {
+      TreeCopy shown(binding_.next_source);
+      AddNoneOf(*right->source->query, *missed, *on, shown, where);
+    }
+    remove.where = All(std::move(where));
+  }
+
+ private:
+  // Adds "NOT EXISTS (block WHERE on)" for each block of the query that stands for `source`. `shown`
+  // knows what the columns of the sources around it are in the block.
+  void AddNoneOf(BoundQuery& query, const BoundSource& source, const BoundCondition& on,
+                 TreeCopy& shown, std::vector<BoundConditionPtr>& where) {
+    if (!query.select) {
+      AddNoneOf(*query.left, source, on, shown, where);
+      AddNoneOf(*query.right, source, on, shown, where);
+      return;
+    }
+    BoundSelect& select = *query.select;
+    shown.Show(source, select);
+    if (ShownBy(select) != nullptr) {
+      BoundSource& inner = *select.from->source;
+      AddNoneOf(*inner.query, inner, on, shown, where);
+      return;
+    }
+    std::vector<BoundConditionPtr> conditions;
+    conditions.push_back(shown.Copy(on));
+    for (BoundConditionPtr& conjunct : TakeApart(std::move(select.where))) {
+      conditions.push_back(std::move(conjunct));
+    }
+    where.push_back(NoneOf(std::move(select.from), All(std::move(conditions))));
+  }
+
+  BindResult& binding_;
+};
+
 }  // namespace
 
-const BoundSource* FindAntiJoined(const BoundFrom& from, const BoundCondition* where) {
+const BoundSource* FindAntiJoined(const BoundDelete& remove) {
+  const BoundFrom& from = *remove.from;
+  const BoundCondition* const where = remove.where.get();
   if (from.join != BoundFrom::Join::kLeft || !from.right->source) return nullptr;
   const BoundSource& source = *from.right->source;
+  if (&source == remove.target) return nullptr;
   if (source.query && !ComesApart(*source.query)) return nullptr;
   std::vector<int> matched;
   bool simple = true;
@@ -127,51 +198,8 @@ const BoundSource* FindAntiJoined(const BoundFrom& from, const BoundCondition* w
   return simple && asked ? &source : nullptr;
 }
 
-std::string Emitter::AntiJoin(const BoundFrom& from, const BoundCondition* where) {
-  const BoundSource& source = *from.right->source;
-  Narrow(*from.left, where);
-  std::vector<std::string> conditions;
-  ForEachConjunct(where, [&](const BoundCondition& conjunct) {
-    if (!Mentions(conjunct, source)) conditions.push_back(Condition(conjunct));
-  });
-  const std::string filters = IndexFilters(*from.left, where);
-  if (!filters.empty()) conditions.push_back(filters);
-  if (source.table) {
-    conditions.push_back("NOT EXISTS(SELECT 1 FROM " + Source(source) + " WHERE " +
-                         Condition(*from.on) + ')');
-  } else {
-    AddNoMatch(*source.query, source, *from.on, conditions);
-  }
-  return From(*from.left, where) + " WHERE " + Joined(conditions, " AND ");
-}
-
-// Adds "NOT EXISTS (block WHERE on)" for each block of the query that stands for `source`.
-void Emitter::AddNoMatch(const BoundQuery& query, const BoundSource& source,
-                         const BoundCondition& on, std::vector<std::string>& conditions) {
-  if (!query.select) {
-    AddNoMatch(*query.left, source, on, conditions);
-    AddNoMatch(*query.right, source, on, conditions);
-    return;
-  }
-  const BoundSelect& select = *query.select;
-  shown_[&source] = &select;
-  if (const BoundQuery* shown = ShownBy(select)) {
-    AddNoMatch(*shown, *select.from->source, on, conditions);
-  } else {
-    conditions.push_back("NOT EXISTS(" + Within([&] { return MatchIn(select, on); }) + ')');
-  }
-  shown_.erase(&source);
-}
-
-std::string Emitter::MatchIn(const BoundSelect& select, const BoundCondition& on) {
-  std::string out = "SELECT 1";
-  if (!select.from) {
-    out += " WHERE " + Condition(on);
-    return select.where ? out + " AND " + Condition(*select.where) : out;
-  }
-  Narrow(*select.from, select.where.get());
-  out += " FROM " + From(*select.from, select.where.get());
-  return out + Where(*select.from, select.where.get(), Condition(on));
+std::unique_ptr<StatementPass> AntiJoinPass(BindResult& binding) {
+  return std::make_unique<AntiJoin>(binding);
 }
 
 }  // namespace tavcc::sql

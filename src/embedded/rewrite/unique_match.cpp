@@ -1,11 +1,10 @@
-#include "embedded/emit/single_match.h"
+#include "embedded/rewrite/unique_match.h"
 
 #include <algorithm>
 #include <set>
 
 #include "embedded/bind/same.h"
 #include "embedded/bind/walk.h"
-#include "embedded/emit/emitter_impl.h"
 
 namespace tavcc::sql {
 namespace {

@@ -1,0 +1,47 @@
+#include "embedded/rewrite/conditions.h"
+
+#include <iterator>
+#include <utility>
+
+namespace tavcc::sql {
+namespace {
+
+void TakeApart(BoundConditionPtr condition, std::vector<BoundConditionPtr>& out) {
+  if (condition->kind != BoundCondition::Kind::kAnd) {
+    out.push_back(std::move(condition));
+    return;
+  }
+  for (auto& operand : static_cast<BoundLogical&>(*condition).operands) {
+    TakeApart(std::move(operand), out);
+  }
+}
+
+}  // namespace
+
+std::vector<BoundConditionPtr> TakeApart(BoundConditionPtr condition) {
+  std::vector<BoundConditionPtr> out;
+  if (condition) TakeApart(std::move(condition), out);
+  return out;
+}
+
+BoundConditionPtr All(std::vector<BoundConditionPtr> conditions) {
+  if (conditions.empty()) return nullptr;
+  if (conditions.size() == 1) return std::move(conditions.front());
+  auto all = std::make_unique<BoundLogical>(BoundCondition::Kind::kAnd);
+  all->operands = std::move(conditions);
+  return all;
+}
+
+void AddInFront(BoundConditionPtr& where, BoundConditionPtr condition) {
+  std::vector<BoundConditionPtr> all = TakeApart(std::move(where));
+  all.insert(all.begin(), std::move(condition));
+  where = All(std::move(all));
+}
+
+void AddBehind(BoundConditionPtr& where, BoundConditionPtr condition) {
+  std::vector<BoundConditionPtr> all = TakeApart(std::move(where));
+  all.push_back(std::move(condition));
+  where = All(std::move(all));
+}
+
+}  // namespace tavcc::sql
