@@ -328,7 +328,7 @@ select FItemID,FUnitID,FPrice,FDate,FCheckDate,FIsLast from t_LatestPrice order 
 
 -- Latest prices of a partner
 
-Delete t From t_LatestPrice t inner join T_CC_StockBillEntry te on t.FItemID=te.FItemID and t.FUnitID=te.FShowUnitID
+Delete t From t_LatestPrice t inner join t_CC_StockBillEntry te on t.FItemID=te.FItemID and t.FUnitID=te.FShowUnitID
 Where t.FCustID = 4 And te.FID = 7 And te.FPrice > 0
   > DELETE
     FROM main."t_LatestPrice"
