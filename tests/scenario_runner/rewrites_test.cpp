@@ -33,8 +33,7 @@ std::string Identifier(const testing::TestParamInfo<std::string_view>& info) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Rewrites, ScenariosWithout,
-                         testing::ValuesIn(sql::RewriteNames().begin(),
-                                           sql::RewriteNames().end()),
+                         testing::ValuesIn(sql::RewriteNames().begin(), sql::RewriteNames().end()),
                          Identifier);
 
 TEST(Scenarios, PassWithoutAnyRewrite) {

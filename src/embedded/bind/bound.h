@@ -213,8 +213,8 @@ struct BoundInList final : BoundCondition {
   bool negated = false;
 };
 
-// The rows that have a match in the query: a semi-join. Negated, where nulls are met, it is more than
-// the rows without a match: an anti-join is a BoundNot of a BoundExists.
+// The rows that have a match in the query: a semi-join. Negated, where nulls are met, it is more
+// than the rows without a match: an anti-join is a BoundNot of a BoundExists.
 struct BoundInQuery final : BoundCondition {
   BoundInQuery() : BoundCondition(Kind::kInQuery) {}
   BoundExpressionPtr operand;

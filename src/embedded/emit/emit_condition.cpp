@@ -36,8 +36,8 @@ std::string Emitter::Comparison(const BoundComparison& comparison) {
 std::string Emitter::Operands(const BoundLogical& logical) {
   std::vector<std::string> operands;
   for (const auto& operand : logical.operands) operands.push_back(Condition(*operand));
-  return '(' +
-         Joined(operands, logical.kind == BoundCondition::Kind::kAnd ? " AND " : " OR ") + ')';
+  return '(' + Joined(operands, logical.kind == BoundCondition::Kind::kAnd ? " AND " : " OR ") +
+         ')';
 }
 
 // Where any of them is nchar or nvarchar, all are, and then trailing blanks of the text count.
@@ -101,8 +101,8 @@ std::string Emitter::Test(const BoundCondition& condition) {
   }
   // In the very words of the index.
   const auto& filter = static_cast<const BoundIndexFilter&>(condition);
-  return '(' + PhysicalFilter(*filter.source->table, *filter.key, SourceName(*filter.source) + '.') +
-         ')';
+  return '(' +
+         PhysicalFilter(*filter.source->table, *filter.key, SourceName(*filter.source) + '.') + ')';
 }
 
 }  // namespace tavcc::sql

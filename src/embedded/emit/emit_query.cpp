@@ -167,8 +167,7 @@ std::string Emitter::OrderedItems(const BoundQuery& query) {
   for (size_t i = 0; i < carried_.size(); ++i) {
     columns += (i > 0 ? "," : "") + carried_[i] + " AS k" + std::to_string(i);
   }
-  std::string rows = "SELECT " + (columns.empty() ? "1" : columns) + " FROM " +
-                     From(*select.from);
+  std::string rows = "SELECT " + (columns.empty() ? "1" : columns) + " FROM " + From(*select.from);
   rows += Where(select.where.get()) + Order(query);
   if (select.top) rows += Limit(*select.top.count);
   return "WITH q AS MATERIALIZED (" + rows + ") SELECT " + items + " FROM q";

@@ -103,9 +103,9 @@ bool ComesApart(const BoundQuery& query) {
 
 BoundConditionPtr NoneOf(BoundFromPtr from, BoundConditionPtr where) {
   auto select = std::make_unique<BoundSelect>();
-  select->items.push_back(
-      {std::make_unique<BoundLiteral>(TypedValue{Type(TypeKind::kInt), StoredValue(int64_t{1})}, -1),
-       "", -1});
+  select->items.push_back({std::make_unique<BoundLiteral>(
+                               TypedValue{Type(TypeKind::kInt), StoredValue(int64_t{1})}, -1),
+                           "", -1});
   select->from = std::move(from);
   select->where = std::move(where);
   auto exists = std::make_unique<BoundExists>();
@@ -142,8 +142,8 @@ class AntiJoin final : public StatementPass {
   }
 
  private:
-  // Adds "NOT EXISTS (block WHERE on)" for each block of the query that stands for `source`. `shown`
-  // knows what the columns of the sources around it are in the block.
+  // Adds "NOT EXISTS (block WHERE on)" for each block of the query that stands for `source`.
+  // `shown` knows what the columns of the sources around it are in the block.
   void AddNoneOf(BoundQuery& query, const BoundSource& source, const BoundCondition& on,
                  TreeCopy& shown, std::vector<BoundConditionPtr>& where) {
     if (!query.select) {

@@ -65,8 +65,7 @@ class CommonConjuncts final : public StatementPass {
   static bool HasCommon(const Conditions& sides) {
     bool has = false;
     ForEachConjunct(sides.front().get(), [&](const BoundCondition& conjunct) {
-      has = has || (JoinsColumns(conjunct) &&
-                    std::ranges::all_of(sides, [&](const auto& side) {
+      has = has || (JoinsColumns(conjunct) && std::ranges::all_of(sides, [&](const auto& side) {
                       return Holds(*side, conjunct);
                     }));
     });

@@ -1,6 +1,6 @@
 // Implied index filters: an index with a filter holds few rows, but SQLite looks into it only when
-// the statement says the filter in the very words of the index. With an index on t WHERE q >= -1 AND
-// q <= 1,
+// the statement says the filter in the very words of the index. With an index on t WHERE q >= -1
+// AND q <= 1,
 //
 //   SELECT … FROM t WHERE abs(q) <= 0.5
 //   SELECT … FROM t WHERE abs(q) <= 0.5 AND q >= -1 AND q <= 1

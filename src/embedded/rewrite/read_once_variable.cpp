@@ -6,9 +6,9 @@
 //   DELETE t FROM t LEFT JOIN (SELECT k FROM lines) u ON t.k = u.k WHERE t.q = 0 AND u.k IS NULL
 //
 // Nobody sees the variable but the DELETE, so it need not hold the rows, and the DELETE, as an
-// anti-join, looks up the few keys that it asks about. It may where every row stands in the variable
-// as the query shows it: there is a value for each column, and no key or row number. Other reads than
-// anti-joins are left alone, since they want the rows gathered.
+// anti-join, looks up the few keys that it asks about. It may where every row stands in the
+// variable as the query shows it: there is a value for each column, and no key or row number. Other
+// reads than anti-joins are left alone, since they want the rows gathered.
 #include "embedded/rewrite/read_once_variable.h"
 
 #include <algorithm>

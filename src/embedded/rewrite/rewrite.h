@@ -1,8 +1,8 @@
 // The rewrites: from a bound tree to one that answers the same and that SQLite answers faster.
 //
-// Each stands in a source of its own, whose head says what it does, when it may, and how a statement
-// looks before and after it. They run one after the other, in the order of RewriteNames(). None is
-// needed for an answer: a test can switch off each of them.
+// Each stands in a source of its own, whose head says what it does, when it may, and how a
+// statement looks before and after it. They run one after the other, in the order of
+// RewriteNames(). None is needed for an answer: a test can switch off each of them.
 //
 // What a rewrite builds on a literal's value, it notes in `binding`, so that the statement is
 // compiled anew for another value.

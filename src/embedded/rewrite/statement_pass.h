@@ -1,5 +1,6 @@
-// One pass over a bound statement that may change it: what a rewrite is made of. A rewrite overrides
-// what it looks at; the pass finds it wherever it stands, subqueries and derived tables included.
+// One pass over a bound statement that may change it: what a rewrite is made of. A rewrite
+// overrides what it looks at; the pass finds it wherever it stands, subqueries and derived tables
+// included.
 #pragma once
 
 #include "embedded/bind/bound.h"
@@ -22,7 +23,8 @@ class StatementPass {
   virtual void OnDelete(BoundDelete&) {}
   // A query, before what stands in it.
   virtual void OnQuery(BoundQuery&) {}
-  // A FROM clause and the WHERE beside it, before what stands in them. Not for a query without FROM.
+  // A FROM clause and the WHERE beside it, before what stands in them. Not for a query without
+  // FROM.
   virtual void OnBlock(BoundFrom& /*from*/, BoundConditionPtr& /*where*/) {}
   // A condition, after what stands in it.
   virtual void OnCondition(BoundConditionPtr&) {}

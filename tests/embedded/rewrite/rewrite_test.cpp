@@ -76,8 +76,7 @@ BeforeAndAfter Rewritten(Engine& engine, const std::string& sql) {
 class OneRewrite : public testing::TestWithParam<std::string_view> {};
 
 TEST_P(OneRewrite, ChangesTheTreeAsShown) {
-  const auto path =
-      SourceDir() / "tests/embedded/rewrite" / (std::string(GetParam()) + ".json");
+  const auto path = SourceDir() / "tests/embedded/rewrite" / (std::string(GetParam()) + ".json");
   std::ifstream file(path);
   ASSERT_TRUE(file) << "no cases: " << path;
   const Json cases = Json::parse(file);
