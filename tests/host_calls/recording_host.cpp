@@ -4,33 +4,23 @@
 
 #include "foundation/conversions.h"
 #include "foundation/text.h"
+#include "host/recordset_wrapper.h"
 
 namespace tavcc::testing {
 
 namespace {
 
 // The head of a stock-check bill with the field that no database adds.
-class WithBillNo final : public Recordset {
+class WithBillNo final : public RecordsetWrapper {
  public:
   WithBillNo(RecordsetPtr rows, std::string bill_no)
-      : rows_(std::move(rows)), bill_no_(std::move(bill_no)) {}
-  bool IsOpen() const override { return rows_->IsOpen(); }
-  bool AtEnd() const override { return rows_->AtEnd(); }
-  bool AtStart() const override { return rows_->AtStart(); }
-  void MoveNext() override { rows_->MoveNext(); }
-  void MoveFirst() override { rows_->MoveFirst(); }
-  int RecordCount() const override { return rows_->RecordCount(); }
-  int FieldCount() const override { return rows_->FieldCount(); }
-  std::string FieldName(int index) const override { return rows_->FieldName(index); }
-  Value Field(int index) const override { return rows_->Field(index); }
+      : RecordsetWrapper(std::move(rows)), bill_no_(std::move(bill_no)) {}
+  using RecordsetWrapper::Field;
   Value Field(std::string_view name) const override {
-    return name == "FBillNo" ? Value(bill_no_) : rows_->Field(name);
+    return name == "FBillNo" ? Value(bill_no_) : RecordsetWrapper::Field(name);
   }
-  void Detach() override { rows_->Detach(); }
-  void Close() override { rows_->Close(); }
 
  private:
-  RecordsetPtr rows_;
   std::string bill_no_;
 };
 
