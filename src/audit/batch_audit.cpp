@@ -1,10 +1,10 @@
 #include "audit/batch_audit.h"
 
+#include <memory>
 #include <string>
 
 #include "audit/audited_bill.h"
 #include "audit/batch_result.h"
-#include "audit/credit_and_price.h"
 #include "audit/head_status.h"
 #include "audit/inventory_posting.h"
 #include "audit/invoice_status.h"
@@ -14,6 +14,7 @@
 #include "audit/price_history.h"
 #include "audit/temp_bill_table.h"
 #include "audit/value_posting.h"
+#include "checks/credit.h"
 #include "checks/stock_quantity.h"
 #include "checks/verification.h"
 #include "foundation/conversions.h"
@@ -21,6 +22,7 @@
 #include "foundation/nothing.h"
 #include "foundation/text.h"
 #include "foundation/trap.h"
+#include "pricing/limit_price.h"
 
 namespace tavcc {
 
@@ -40,73 +42,231 @@ struct Outcome {
   std::string text;  // the outcome as the bill's line says it, or why the run ends
 };
 
-Outcome Refused(std::string text) {
-  return {Course::kRefused, std::move(text)};
-}
-
 Outcome RefusedBecause(std::string_view reason) {
-  return Refused(Cat("审核失败！失败原因：", reason, "|"));
+  return {Course::kRefused, Cat("审核失败！失败原因：", reason, "|")};
 }
 
-// What a gate that did not pass means for the bill: a refusal, or the end of the run.
-Outcome Stopped(int16_t answer, std::string message) {
-  if (answer == check_result::kBlocked) return RefusedBecause(message);
-  return {Course::kEndsRun, std::move(message)};
-}
-
-class BatchAudit {
- public:
-  BatchAudit(PlugIn& self, std::string_view sDsn, int16_t CheckType, bool BatchCheck,
-             bool NeedCheckDaily, bool NeedCheckCrdPrc)
-      : self_(self),
-        host_(self.host()),
-        sDsn_(sDsn),
-        check_type_(CheckType),
-        batch_check_(BatchCheck),
-        need_check_daily_(NeedCheckDaily),
-        need_check_crd_prc_(NeedCheckCrdPrc) {}
-
-  // Runs the whole batch. Errors: those of the ports; `result` then holds what came before.
-  int16_t Run(const Vector& bills, Dictionary& dct, BatchResult& result);
-
- private:
-  Outcome Audit(const AuditedBill& bill, std::vector<int32_t>& negative_items);
-  Outcome NegativeStockOutcome(const AuditedBill& bill, std::vector<int32_t>& negative_items);
-  bool IsRejected(const AuditedBill& bill);
-  bool LacksSerialNumbers(const AuditedBill& bill);
-  void KeepBooks(const AuditedBill& bill);
-  bool PostStock(const AuditedBill& bill, std::string& message);
-
-  PlugIn& self_;
-  Host& host_;
-  std::string_view sDsn_;
-  int16_t check_type_;
-  bool batch_check_;
-  bool need_check_daily_;
-  bool need_check_crd_prc_;
-  ConnectionPtr cn_;
-  int16_t calculate_type_ = 0;
+// What a batch is told, what its bills share, and what it hands back.
+struct Batch {
+  PlugIn& self;
+  std::string sDsn;
+  int16_t check_type;
+  bool batch_check;
+  bool need_check_daily;
+  bool need_check_crd_prc;
+  ConnectionPtr cn = nullptr;
+  int16_t calculate_type = 0;
+  BatchResult result = {};
 };
 
-int16_t BatchAudit::Run(const Vector& bills, Dictionary& dct, BatchResult& result) {
-  self_.InitObjects(sDsn_);
-  self_.db_context().ReadyFirst();
-  cn_ = self_.db_context().GetConnection();
-  result.Start(dct);
-  calculate_type_ = ToInteger(GetICProfile(host_, "CalculateType", int16_t{0}));
-  CreateTempBillTable(*cn_);
+void Connect(Batch& batch) {
+  batch.self.InitObjects(batch.sDsn);
+  batch.self.db_context().ReadyFirst();
+  batch.cn = batch.self.db_context().GetConnection();
+}
 
+void Prepare(Batch& batch) {
+  batch.calculate_type = ToInteger(GetICProfile(batch.self.host(), "CalculateType", int16_t{0}));
+  CreateTempBillTable(*batch.cn);
+}
+
+// One bill of a batch.
+class BillAudit {
+ public:
+  BillAudit(std::shared_ptr<Batch> batch, Dictionary& dictionary)
+      : batch_(std::move(batch)),
+        self_(batch_->self),
+        host_(self_.host()),
+        bill_(ReadBill(dictionary, batch_->check_type)) {}
+
+  Batch& batch() { return *batch_; }
+  const AuditedBill& bill() const { return bill_; }
+
+  Verdict Right();
+  Verdict Auditor();
+  Verdict Verification();
+  Ladder VerificationGates() const;
+  Verdict Credit();
+  Verdict LimitPrices();
+  Verdict NegativeStock();
+  Verdict Rejected();
+  Verdict SerialNumbers();
+
+  // Asks the gates, and keeps the books of a bill that passes them. Errors: those of the ports.
+  Outcome Run();
+
+ private:
+  void KeepBooks();
+  bool PostStock(std::string& message);
+
+  std::shared_ptr<Batch> batch_;
+  PlugIn& self_;
+  Host& host_;
+  AuditedBill bill_;
+};
+
+// In the order in which a bill is asked; the first that refuses is the reason.
+constexpr Gate<BillAudit> kGates[] = {
+    {"right", &BillAudit::Right},
+    {"auditor", &BillAudit::Auditor},
+    {"verification", &BillAudit::Verification, &BillAudit::VerificationGates},
+    {"credit", &BillAudit::Credit},
+    {"limit prices", &BillAudit::LimitPrices},
+    {"negative stock", &BillAudit::NegativeStock},
+    {"rejected", &BillAudit::Rejected},
+    {"serial numbers", &BillAudit::SerialNumbers},
+};
+
+Verdict BillAudit::Right() {
+  if (CheckBillRight(host_, bill_.class_type, bill_.bill_id)) return Pass();
+  return Refuse("您没有该单据对应基础资料的权限");
+}
+
+Verdict BillAudit::Auditor() {
+  if (!bill_.IsUnAudit()) return NotAsked();
+  return AuditorGate(self_, bill_.dictionary, batch_->sDsn, kUnAudit);
+}
+
+Verdict BillAudit::Verification() {
+  // Sent for every bill: what the bill before has left must be gone.
+  EmptyTempBillTable(*batch_->cn);
+  if (!batch_->batch_check) return NotAsked();
+  return GenericGate(self_, bill_.dictionary, batch_->sDsn, batch_->check_type,
+                     batch_->need_check_daily);
+}
+
+Ladder BillAudit::VerificationGates() const {
+  return GenericGates(self_, bill_.dictionary, batch_->sDsn, batch_->check_type,
+                      batch_->need_check_daily);
+}
+
+Verdict BillAudit::Credit() {
+  if (!batch_->need_check_crd_prc) return NotAsked();
+  return CreditGate(self_, bill_.dictionary, bill_.check_type, batch_->sDsn);
+}
+
+Verdict BillAudit::LimitPrices() {
+  if (!batch_->need_check_crd_prc) return NotAsked();
+  return LimitPriceGate(self_, bill_.dictionary, bill_.check_type, batch_->sDsn);
+}
+
+Verdict BillAudit::NegativeStock() {
+  if (bill_.bill_type == kStocklessType) return NotAsked();
+  if (!ChecksStock(batch_->check_type, bill_.class_type, bill_.bill_type)) return NotAsked();
+  const bool allow_negative =
+      GetFirstValue(
+          host_, batch_->sDsn,
+          "Select FValue from t_systemprofile where Fcategory='IC' AND FKEY='UnderStock'") == "1";
+  switch (CheckNegativeStock(self_, *batch_->cn, bill_, batch_->sDsn, allow_negative,
+                             batch_->calculate_type, batch_->result.negative_items())) {
+    case StockAnswer::kShort:
+      return Refuse("审核出现负库存商品！");
+    case StockAnswer::kShortOfBatch:
+      return Refuse("分批认定法计价的商品,不允许负库存出库！");
+    case StockAnswer::kEnough:
+      break;
+  }
+  return Pass();
+}
+
+Verdict BillAudit::Rejected() {
+  const auto judge = [&](const std::string& sql) {
+    const RecordsetPtr rows = ExecuteSQL(host_, batch_->sDsn, sql);
+    const bool rejected = !rows->AtEnd() && NumberOrZero(rows->Field("FRejected")) != 0;
+    return rejected ? Refuse("该单据为驳回状态!") : Pass();
+  };
+  switch (bill_.class_type) {
+    case class_type::kSalesOrder:
+      return judge(Cat("Select FRejected From t_XS_Order Where FClassTypeID=1030001 And FID='",
+                       bill_.bill_id, "'"));
+    case class_type::kSalesBill:
+      return judge(Cat("Select FRejected From t_CC_StockBill Where FClassTypeID=1030002 And FID='",
+                       bill_.bill_id, "'"));
+    default:
+      return NotAsked();
+  }
+}
+
+Verdict BillAudit::SerialNumbers() {
+  const RecordsetPtr lacking =
+      ExecuteSQL(host_, batch_->sDsn,
+                 Cat("select top 1 ti.FName,tcsben.FIndex,tcsb.FBillNo from "
+                     "t_cc_stockbillentry tcsben "
+                     "left join t_SerialNumList tsn on tsn.FBillID=tcsben.FID and "
+                     "tsn.FBillIndexID=tcsben.FIndex and tsn.FItemID=tcsben.FItemID and "
+                     "tsn.FStockID=tcsben.FSCStockID "
+                     "left join t_icitem ti on ti.FItemID=tcsben.FItemID "
+                     "left join t_cc_stockbill tcsb on tcsb.FID=tcsben.FID "
+                     "where tcsben.FID='",
+                     bill_.bill_id,
+                     "' "
+                     "and ti.FIsSerialNumMgr=1 and isnull(tsn.FID,0)=0"));
+  return lacking->AtEnd() ? Pass() : Refuse("该单据存在未设置SN号的商品!");
+}
+
+Outcome BillAudit::Run() {
+  const Verdict verdict = FirstRefusal(*this, kGates);
+  if (!verdict.passed) return RefusedBecause(verdict.message);
+
+  KeepBooks();
+  std::string message;
+  if (MovesStock(bill_.class_type, bill_.bill_type) && !PostStock(message)) {
+    return {Course::kEndsRun, std::move(message)};
+  }
+  const std::string reason = PostValue(host_, *batch_->cn, bill_);
+  if (!reason.empty()) return RefusedBecause(reason);
+  return {Course::kPassed, "审核成功！"};
+}
+
+void BillAudit::KeepBooks() {
+  Connection& cn = *batch_->cn;
+  UpdatePartnerBalance(cn, bill_);
+  UpdatePriceHistory(cn, bill_);
+  WriteBackOrderQuantities(host_, cn, bill_);
+  SetCheckStatus(cn, bill_, self_.user_id());
+  SetInvoiceAmount(cn, bill_);
+  if (bill_.IsUnAudit()) ResetInvoiceStatus(cn, bill_);
+  // Sent for every bill, whether it posts or not: what the stock check loaded must be gone.
+  EmptyTempBillTable(cn);
+  if (!bill_.IsUnAudit()) return;
+  cn.Execute(Cat("delete from t_cc_bal where FClassTypeID=", bill_.class_type,
+                 " and FID=", bill_.bill_id));
+  cn.Execute(Cat("delete from ICSpeedBal where FClassTypeID=", bill_.class_type,
+                 " and FID=", bill_.bill_id));
+}
+
+bool BillAudit::PostStock(std::string& message) {
+  if (bill_.class_type == class_type::kPriceAdjustment || bill_.bill_type == kStocklessType) {
+    return true;
+  }
+  if (!FillTempBill(host_, *batch_->cn, bill_.class_type, bill_.bill_id, bill_.bill_type,
+                    batch_->check_type, message)) {
+    return false;
+  }
+  ApplyTempBillToInventory(*batch_->cn);
+  if (bill_.IsUnAudit() && NeedsCleanInventory(bill_.class_type, bill_.bill_type)) {
+    CleanInventory(*batch_->cn);
+  }
+  return true;
+}
+
+// Runs the whole batch. Errors: those of the ports; the result then holds what came before.
+int16_t RunBatch(const std::shared_ptr<Batch>& batch, const Vector& bills, Dictionary& dct) {
+  Connect(*batch);
+  BatchResult& result = batch->result;
+  result.Start(dct);
+  Prepare(*batch);
   const int count = bills.Size();
   for (int i = 1; i <= count; ++i) {
     const auto dictionary = ToObject<Dictionary>(bills.Item(i));
-    const AuditedBill bill = ReadBill(*dictionary, check_type_);
-    Outcome outcome = Audit(bill, result.negative_items());
+    BillAudit audit(batch, *dictionary);
+    Outcome outcome = audit.Run();
     switch (outcome.course) {
       case Course::kPassed:
-        result.AddPassed(bill, outcome.text);
+        result.AddPassed(audit.bill(), outcome.text);
         break;
       case Course::kRefused:
-        result.AddRefused(bill, outcome.text);
+        result.AddRefused(audit.bill(), outcome.text);
         break;
       case Course::kEndsRun:
         result.SetError(std::move(outcome.text));
@@ -116,143 +276,41 @@ int16_t BatchAudit::Run(const Vector& bills, Dictionary& dct, BatchResult& resul
   return result.HasRefusals() ? kSomeRefused : kAllPassed;
 }
 
-Outcome BatchAudit::Audit(const AuditedBill& bill, std::vector<int32_t>& negative_items) {
-  if (!CheckBillRight(host_, bill.class_type, bill.bill_id)) {
-    return Refused("审核失败！失败原因：您没有该单据对应基础资料的权限");
-  }
-  std::string message;
-  if (bill.IsUnAudit()) {
-    const int16_t answer =
-        VerifyUnCheckForSelf(self_, bill.dictionary, sDsn_, kUnAudit, message, need_check_daily_);
-    if (answer != check_result::kPassed) return Stopped(answer, std::move(message));
-  }
-  EmptyTempBillTable(*cn_);
-  const bool moves_stock = MovesStock(bill.class_type, bill.bill_type);
-  if (batch_check_) {
-    const int16_t answer = VerifyDataBeforeAudit(self_, bill.dictionary, sDsn_, check_type_,
-                                                 message, need_check_daily_);
-    if (answer != check_result::kPassed) return Stopped(answer, std::move(message));
-  }
-  if (need_check_crd_prc_) {
-    const int16_t answer = CheckCreditAndPrice(self_, bill, sDsn_, message);
-    if (answer != check_result::kPassed) return Stopped(answer, std::move(message));
-  }
-  Outcome negative = NegativeStockOutcome(bill, negative_items);
-  if (negative.course != Course::kPassed) return negative;
-  if (IsRejected(bill)) return Refused("审核失败！失败原因：该单据为驳回状态!|");
-  if (LacksSerialNumbers(bill)) return Refused("审核失败！失败原因：该单据存在未设置SN号的商品!|");
-
-  KeepBooks(bill);
-  if (moves_stock && !PostStock(bill, message)) return {Course::kEndsRun, std::move(message)};
-  const std::string reason = PostValue(host_, *cn_, bill);
-  if (!reason.empty()) return RefusedBecause(reason);
-  return {Course::kPassed, "审核成功！"};
-}
-
-Outcome BatchAudit::NegativeStockOutcome(const AuditedBill& bill,
-                                         std::vector<int32_t>& negative_items) {
-  Outcome passed = {Course::kPassed, ""};
-  if (bill.bill_type == kStocklessType) return passed;
-  if (!ChecksStock(check_type_, bill.class_type, bill.bill_type)) return passed;
-  const bool allow_negative =
-      GetFirstValue(
-          host_, sDsn_,
-          "Select FValue from t_systemprofile where Fcategory='IC' AND FKEY='UnderStock'") == "1";
-  switch (CheckNegativeStock(self_, *cn_, bill, sDsn_, allow_negative, calculate_type_,
-                             negative_items)) {
-    case StockAnswer::kShort:
-      return Refused("审核失败！失败原因：审核出现负库存商品！|");
-    case StockAnswer::kShortOfBatch:
-      return Refused("审核失败！失败原因：分批认定法计价的商品,不允许负库存出库！|");
-    case StockAnswer::kEnough:
-      break;
-  }
-  return passed;
-}
-
-bool BatchAudit::IsRejected(const AuditedBill& bill) {
-  const auto rejected = [&](const std::string& sql) {
-    const RecordsetPtr rows = ExecuteSQL(host_, sDsn_, sql);
-    return !rows->AtEnd() && NumberOrZero(rows->Field("FRejected")) != 0;
-  };
-  switch (bill.class_type) {
-    case class_type::kSalesOrder:
-      return rejected(Cat("Select FRejected From t_XS_Order Where FClassTypeID=1030001 And FID='",
-                          bill.bill_id, "'"));
-    case class_type::kSalesBill:
-      return rejected(
-          Cat("Select FRejected From t_CC_StockBill Where FClassTypeID=1030002 And FID='",
-              bill.bill_id, "'"));
-    default:
-      return false;
-  }
-}
-
-bool BatchAudit::LacksSerialNumbers(const AuditedBill& bill) {
-  return !ExecuteSQL(host_, sDsn_,
-                     Cat("select top 1 ti.FName,tcsben.FIndex,tcsb.FBillNo from "
-                         "t_cc_stockbillentry tcsben "
-                         "left join t_SerialNumList tsn on tsn.FBillID=tcsben.FID and "
-                         "tsn.FBillIndexID=tcsben.FIndex and tsn.FItemID=tcsben.FItemID and "
-                         "tsn.FStockID=tcsben.FSCStockID "
-                         "left join t_icitem ti on ti.FItemID=tcsben.FItemID "
-                         "left join t_cc_stockbill tcsb on tcsb.FID=tcsben.FID "
-                         "where tcsben.FID='",
-                         bill.bill_id,
-                         "' "
-                         "and ti.FIsSerialNumMgr=1 and isnull(tsn.FID,0)=0"))
-              ->AtEnd();
-}
-
-void BatchAudit::KeepBooks(const AuditedBill& bill) {
-  UpdatePartnerBalance(*cn_, bill);
-  UpdatePriceHistory(*cn_, bill);
-  WriteBackOrderQuantities(host_, *cn_, bill);
-  SetCheckStatus(*cn_, bill, self_.user_id());
-  SetInvoiceAmount(*cn_, bill);
-  if (bill.IsUnAudit()) ResetInvoiceStatus(*cn_, bill);
-  // Sent for every bill, whether it posts or not: what the stock check loaded must be gone.
-  EmptyTempBillTable(*cn_);
-  if (!bill.IsUnAudit()) return;
-  cn_->Execute(
-      Cat("delete from t_cc_bal where FClassTypeID=", bill.class_type, " and FID=", bill.bill_id));
-  cn_->Execute(Cat("delete from ICSpeedBal where FClassTypeID=", bill.class_type,
-                   " and FID=", bill.bill_id));
-}
-
-bool BatchAudit::PostStock(const AuditedBill& bill, std::string& message) {
-  if (bill.class_type == class_type::kPriceAdjustment || bill.bill_type == kStocklessType) {
-    return true;
-  }
-  if (!FillTempBill(host_, *cn_, bill.class_type, bill.bill_id, bill.bill_type, check_type_,
-                    message)) {
-    return false;
-  }
-  ApplyTempBillToInventory(*cn_);
-  if (bill.IsUnAudit() && NeedsCleanInventory(bill.class_type, bill.bill_type)) {
-    CleanInventory(*cn_);
-  }
-  return true;
-}
-
 }  // namespace
 
 int16_t AuditBill(PlugIn& self, Vector& billVect, int16_t CheckType, std::string_view sDsn,
                   bool BatchCheck, DictionaryPtr& dct, bool NeedCheckDaily, bool NeedCheckCrdPrc) {
   Dictionary& results = dct == nullptr ? NoDictionary() : *dct;
-  BatchResult result;
-  const int16_t answer = Trap(
-      [&] {
-        return BatchAudit(self, sDsn, CheckType, BatchCheck, NeedCheckDaily, NeedCheckCrdPrc)
-            .Run(billVect, results, result);
-      },
-      [&](const AutomationError& error) {
-        result.SetError(error.description());
-        return kRunEnded;
-      });
+  const auto batch = std::make_shared<Batch>(Batch{.self = self,
+                                                   .sDsn = std::string(sDsn),
+                                                   .check_type = CheckType,
+                                                   .batch_check = BatchCheck,
+                                                   .need_check_daily = NeedCheckDaily,
+                                                   .need_check_crd_prc = NeedCheckCrdPrc});
+  const int16_t answer = Trap([&] { return RunBatch(batch, billVect, results); },
+                              [&](const AutomationError& error) {
+                                batch->result.SetError(error.description());
+                                return kRunEnded;
+                              });
   // A dictionary that takes no results leaves nobody to be told.
-  return Trap([&] { return result.WriteTo(results), answer; },
+  return Trap([&] { return batch->result.WriteTo(results), answer; },
               [](const AutomationError&) { return kRunEnded; });
+}
+
+Ladder BatchAuditGates(PlugIn& self, Dictionary& bill, int16_t CheckType, std::string_view sDsn) {
+  const auto make_run = [&self, &bill, CheckType, dsn = std::string(sDsn)] {
+    return BillAudit(std::make_shared<Batch>(Batch{.self = self,
+                                                   .sDsn = dsn,
+                                                   .check_type = CheckType,
+                                                   .batch_check = true,
+                                                   .need_check_daily = true,
+                                                   .need_check_crd_prc = true}),
+                     bill);
+  };
+  return LoneGates(kGates, "PublicSysInfo.AuditBill", make_run, [](BillAudit& audit) {
+    Connect(audit.batch());
+    Prepare(audit.batch());
+  });
 }
 
 }  // namespace tavcc

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "foundation/dictionary.h"
+#include "foundation/ladder.h"
 #include "foundation/plug_in.h"
 #include "foundation/vector.h"
 
@@ -24,5 +25,10 @@ namespace tavcc {
 // host's transaction decides.
 int16_t AuditBill(PlugIn& self, Vector& billVect, int16_t CheckType, std::string_view sDsn,
                   bool BatchCheck, DictionaryPtr& dct, bool NeedCheckDaily, bool NeedCheckCrdPrc);
+
+// The gates of one bill of a batch, with everything checked that can be, each to be asked on its
+// own: those of the generic gate stand in its place. `self` and `bill` must outlive them. Errors:
+// those of the conversions for the bill's keys.
+Ladder BatchAuditGates(PlugIn& self, Dictionary& bill, int16_t CheckType, std::string_view sDsn);
 
 }  // namespace tavcc

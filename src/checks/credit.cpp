@@ -100,23 +100,21 @@ bool IsExceeded(const Value& credit, const Value& balance, double amount) {
   return ToDouble(credit) > 0 && ToDouble(balance) + amount > ToDouble(credit);
 }
 
-int16_t Check(PlugIn& self, const Dictionary& oDict, std::string_view sDsn,
-              std::string& strReturnMsg, bool& Cg) {
+Verdict Check(PlugIn& self, const Dictionary& oDict, std::string_view sDsn, bool& Cg) {
   self.InitObjects(sDsn);
   const ConnectionPtr cn = self.db_context().GetConnection();
   self.db_context().ReadySecond();
   const PartnerBill bill = ReadPartnerBill(oDict);
   const auto partner = FindPartner(bill, oDict);
-  if (!partner) return kWithin;
+  if (!partner) return NotAsked();
   Cg = partner->is_supplier;
 
   const RecordsetPtr line = cn->Execute(CreditQuery(*partner));
-  if (line->AtEnd() || bill.bill_type == kSalesReturn) return kWithin;
+  if (line->AtEnd() || bill.bill_type == kSalesReturn) return Pass();
   const Value credit = line->Field("FCreditAmount");
-  if (!IsExceeded(credit, line->Field("FCurComeGoBalance"), bill.amount)) return kWithin;
-  strReturnMsg = Cat("当前", Cg ? "供应商" : "客户", "的信用额度为：", ToText(credit),
-                     "，截止到本次往来余额已经超出。");
-  return kExceeded;
+  if (!IsExceeded(credit, line->Field("FCurComeGoBalance"), bill.amount)) return Pass();
+  return Refuse(Cat("当前", Cg ? "供应商" : "客户", "的信用额度为：", ToText(credit),
+                    "，截止到本次往来余额已经超出。"));
 }
 
 }  // namespace
@@ -135,11 +133,23 @@ int16_t WhetherNeedCheckCredit(PlugIn& self, std::string_view sDsn, int16_t intC
 
 int16_t CheckCredit(PlugIn& self, Dictionary& oDict, int16_t, std::string_view sDsn,
                     std::string& strReturnMsg, bool& Cg) {
-  return Trap([&] { return Check(self, oDict, sDsn, strReturnMsg, Cg); },
-              [&](const AutomationError& error) {
-                strReturnMsg = error.description();
-                return kFailed;
-              });
+  return Trap(
+      [&] {
+        Verdict verdict = Check(self, oDict, sDsn, Cg);
+        if (verdict.passed) return kWithin;
+        strReturnMsg = std::move(verdict.message);
+        return kExceeded;
+      },
+      [&](const AutomationError& error) {
+        strReturnMsg = error.description();
+        return kFailed;
+      });
+}
+
+Verdict CreditGate(PlugIn& self, Dictionary& oDict, int16_t direction, std::string_view sDsn) {
+  if (WhetherNeedCheckCredit(self, sDsn, direction, oDict) != 1) return NotAsked();
+  bool is_supplier = false;
+  return Check(self, oDict, sDsn, is_supplier);
 }
 
 }  // namespace tavcc

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "foundation/plug_in.h"
+#include "foundation/verdict.h"
 
 namespace tavcc {
 
@@ -20,5 +21,9 @@ int16_t WhetherNeedCheckCredit(PlugIn& self, std::string_view sDsn, int16_t intC
 // The direction is not consulted.
 int16_t CheckCredit(PlugIn& self, Dictionary& oDict, int16_t intCheckType, std::string_view sDsn,
                     std::string& strReturnMsg, bool& Cg);
+
+// The two as a gate of another rule: whether to check, then the check. An error of the check goes
+// to the caller.
+Verdict CreditGate(PlugIn& self, Dictionary& oDict, int16_t direction, std::string_view sDsn);
 
 }  // namespace tavcc

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <string>
 
+#include "foundation/ladder.h"
 #include "foundation/plug_in.h"
 
 namespace tavcc {
@@ -32,6 +33,16 @@ bool CanCheckFL(PlugIn& self, int32_t ClassBillType, int32_t BillTypeID, int32_t
 // Other receipts and issues. Any `Check` but kAudit is un-audit.
 bool OtherBillCanCheck(PlugIn& self, int32_t ClassBillType, int32_t BillInterID, int32_t Check,
                        std::string& sMsg);
+
+// The gates of each of the four, each to be asked on its own: an error goes to the caller then.
+// `self`, whose context is tied to a database when they are asked, must outlive them.
+Ladder PurchaseBillGates(PlugIn& self, int32_t class_type, int32_t bill_type, int32_t bill_id,
+                         int32_t direction);
+Ladder PurchaseEstimateGates(PlugIn& self, int32_t class_type, int32_t bill_type, int32_t bill_id,
+                             int32_t direction);
+Ladder RebateGates(PlugIn& self, int32_t class_type, int32_t bill_type, int32_t bill_id,
+                   int32_t direction);
+Ladder OtherBillGates(PlugIn& self, int32_t class_type, int32_t bill_id, int32_t direction);
 
 // Whether the bill "BillInterID" of class "ClassTypeID" has been invoiced: 1 with a message that
 // forbids its un-audit; 0 when not, the message untouched; -1 after an error, with its description.

@@ -7,9 +7,9 @@
 #include "foundation/bill_kinds.h"
 #include "foundation/conversions.h"
 #include "foundation/host_services.h"
+#include "foundation/ladder.h"
 #include "foundation/text.h"
 #include "foundation/trap.h"
-#include "foundation/verdict.h"
 
 namespace tavcc {
 
@@ -53,28 +53,60 @@ struct Head {
 // One run of the generic gate.
 class Verification {
  public:
-  Verification(PlugIn& self, std::string_view sDsn, const Bill& bill, int16_t direction)
-      : self_(self), sDsn_(sDsn), bill_(bill), direction_(direction) {}
+  Verification(PlugIn& self, std::string_view sDsn, const Dictionary& oDict, int16_t direction,
+               bool check_daily)
+      : self_(self),
+        sDsn_(sDsn),
+        oDict_(oDict),
+        bill_(ReadBill(oDict)),
+        direction_(direction),
+        check_daily_(check_daily) {}
 
-  Verdict Run(bool bCheckDaily) const;
+  Verdict Exists();
+  Verdict State();
+  Verdict Voucher();
+  Verdict Maker();
+  Verdict Prices();
+  Verdict Period();
+  Verdict DownstreamBills();
+  Verdict DownstreamPayments();
+  Verdict DayEnd();
+  Verdict RelatedBills();
+  Ladder RelatedBillGates() const;
 
  private:
+  bool IsAudit() const { return direction_ == kAudit; }
+  bool IsUnAudit() const { return direction_ == kUnAudit; }
   RecordsetPtr Ask(std::string_view question) const {
     return ExecuteSQL(self_.host(), sDsn_, question);
   }
   bool HasRow(std::string_view question) const { return !Ask(question)->AtEnd(); }
 
-  std::optional<Head> ReadHead() const;
-  Verdict JudgeAudit(const Head& head) const;
-  Verdict JudgeUnAudit(const Head& head) const;
-  Verdict CheckPrices() const;
-  bool IsBeforeCurrentPeriod(const Head& head) const;
-  Verdict CheckDownstream(bool bCheckDaily) const;
+  // The bill's head, read once. Errors: 3021 where there is none.
+  const Head& ReadHead();
+  int32_t BillType() const { return ToLong(oDict_.Item("BillType")); }
 
   PlugIn& self_;
-  std::string_view sDsn_;
-  const Bill& bill_;
+  std::string sDsn_;
+  const Dictionary& oDict_;
+  Bill bill_;
   int16_t direction_;
+  bool check_daily_;
+  std::optional<Head> head_;
+};
+
+// The first that refuses decides.
+constexpr Gate<Verification> kGates[] = {
+    {"exists", &Verification::Exists},
+    {"state", &Verification::State},
+    {"voucher", &Verification::Voucher},
+    {"maker", &Verification::Maker},
+    {"zero prices", &Verification::Prices},
+    {"period", &Verification::Period},
+    {"downstream bills", &Verification::DownstreamBills},
+    {"downstream payments", &Verification::DownstreamPayments},
+    {"day-end bill", &Verification::DayEnd},
+    {"related bills", &Verification::RelatedBills, &Verification::RelatedBillGates},
 };
 
 std::string HeadQuery(const Bill& bill) {
@@ -130,55 +162,52 @@ std::string DayEndQuery(const Bill& bill) {
              bill.id);
 }
 
-Verdict Verification::Run(bool bCheckDaily) const {
-  const auto head = ReadHead();
-  if (!head) return Refuse("该单据不存在！");
-  if (direction_ == kUnAudit) {
-    Verdict verdict = JudgeUnAudit(*head);
-    if (!verdict.passed) return verdict;
-  }
-  if (direction_ == kAudit) {
-    Verdict verdict = JudgeAudit(*head);
-    if (!verdict.passed) return verdict;
-    if (IsInArray(bill_.class_type, kWithPrices)) {
-      verdict = CheckPrices();
-      if (!verdict.passed) return verdict;
-    }
-  }
-  if (!IsInArray(bill_.class_type, kWithoutPeriod) && IsBeforeCurrentPeriod(*head)) {
-    return direction_ == kAudit ? Refuse("不能审核以前期间的单据！")
-                                : Refuse("不能反审核以前期间的单据！");
-  }
-  return direction_ == kUnAudit ? CheckDownstream(bCheckDaily) : Pass();
+// A bill that is not there raises 3021 where its fields are read.
+Head HeadFrom(const Recordset& row) {
+  return {row.Field(0), row.Field(1), row.Field(2), row.Field(3)};
 }
 
-std::optional<Head> Verification::ReadHead() const {
+const Head& Verification::ReadHead() {
+  if (!head_) head_ = HeadFrom(*Ask(HeadQuery(bill_)));
+  return *head_;
+}
+
+Verdict Verification::Exists() {
   const RecordsetPtr head = Ask(HeadQuery(bill_));
-  if (head->AtEnd()) return std::nullopt;
-  return Head{head->Field(0), head->Field(1), head->Field(2), head->Field(3)};
-}
-
-Verdict Verification::JudgeUnAudit(const Head& head) const {
-  const double status = NumberOrZero(head.status);
-  if (status == bill_status::kNotAudited) return Refuse("该单据未审核，不能反审核！");
-  if (status == bill_status::kLinked) return Refuse("该单据已关闭，不能反审核！");
-  if (NumberOrZero(head.voucher_id) > 0) return Refuse("该单据已生成凭证，不能反审核！");
+  if (head->AtEnd()) return Refuse("该单据不存在！");
+  head_ = HeadFrom(*head);
   return Pass();
 }
 
-Verdict Verification::JudgeAudit(const Head& head) const {
-  if (NumberOrZero(head.status) != bill_status::kNotAudited) {
-    return Refuse("该单据已被审核，不能再审核！");
+Verdict Verification::State() {
+  if (!IsAudit() && !IsUnAudit()) return NotAsked();
+  const double status = NumberOrZero(ReadHead().status);
+  if (IsAudit()) {
+    return status == bill_status::kNotAudited ? Pass() : Refuse("该单据已被审核，不能再审核！");
   }
+  if (status == bill_status::kNotAudited) return Refuse("该单据未审核，不能反审核！");
+  if (status == bill_status::kLinked) return Refuse("该单据已关闭，不能反审核！");
+  return Pass();
+}
+
+Verdict Verification::Voucher() {
+  if (!IsUnAudit()) return NotAsked();
+  if (NumberOrZero(ReadHead().voucher_id) > 0) return Refuse("该单据已生成凭证，不能反审核！");
+  return Pass();
+}
+
+Verdict Verification::Maker() {
+  if (!IsAudit()) return NotAsked();
   // Only a 1 lets one person make and audit a bill; no setting does not.
   if (NumberOrZero(GetProfile(self_.host(), sDsn_, "SingleMan", "General")) == 1) return Pass();
-  if (NumberOrZero(head.biller_id) == self_.user_id()) {
+  if (NumberOrZero(ReadHead().biller_id) == self_.user_id()) {
     return Refuse("审核人与制单人不能为同一人！");
   }
   return Pass();
 }
 
-Verdict Verification::CheckPrices() const {
+Verdict Verification::Prices() {
+  if (!IsAudit() || !IsInArray(bill_.class_type, kWithPrices)) return NotAsked();
   const RecordsetPtr rows = Ask(ZeroPriceQuery(bill_));
   if (rows->AtEnd()) return Pass();
   std::string message = Cat("第", ToText(rows->Field(0)));
@@ -188,39 +217,64 @@ Verdict Verification::CheckPrices() const {
   return Refuse(message + "行商品单价为零,审核不成功！");
 }
 
-bool Verification::IsBeforeCurrentPeriod(const Head& head) const {
-  return !DateInCurrentPeriod(self_, sDsn_, ToDate(head.date));
+Verdict Verification::Period() {
+  if (IsInArray(bill_.class_type, kWithoutPeriod)) return NotAsked();
+  if (DateInCurrentPeriod(self_, sDsn_, ToDate(ReadHead().date))) return Pass();
+  return IsAudit() ? Refuse("不能审核以前期间的单据！") : Refuse("不能反审核以前期间的单据！");
 }
 
-Verdict Verification::CheckDownstream(bool bCheckDaily) const {
-  if (IsInArray(bill_.class_type, kSourcesOfStockBills) && HasRow(DownstreamBillQuery(bill_))) {
-    return Refuse("该单据已被关联生成下游单据,不能反审核！");
-  }
-  if (IsInArray(bill_.class_type, kSourcesOfPayments) && HasRow(DownstreamPaymentQuery(bill_))) {
-    return Refuse("该单据已被关联生成下游单据,不能反审核！");
-  }
-  if (bill_.class_type == kSalesBill && bCheckDaily && HasRow(DayEndQuery(bill_))) {
-    return Refuse("不能反审核日结生成的单据！");
-  }
-  return Pass();
+Verdict Verification::DownstreamBills() {
+  if (!IsUnAudit() || !IsInArray(bill_.class_type, kSourcesOfStockBills)) return NotAsked();
+  if (!HasRow(DownstreamBillQuery(bill_))) return Pass();
+  return Refuse("该单据已被关联生成下游单据,不能反审核！");
 }
 
-bool RelatedBillsAllow(PlugIn& self, const Dictionary& oDict, const Bill& bill, int16_t direction,
-                       std::string& strReturnMsg) {
-  const auto bill_type = [&] { return ToLong(oDict.Item("BillType")); };
-  switch (bill.class_type) {
+Verdict Verification::DownstreamPayments() {
+  if (!IsUnAudit() || !IsInArray(bill_.class_type, kSourcesOfPayments)) return NotAsked();
+  if (!HasRow(DownstreamPaymentQuery(bill_))) return Pass();
+  return Refuse("该单据已被关联生成下游单据,不能反审核！");
+}
+
+Verdict Verification::DayEnd() {
+  if (!IsUnAudit() || bill_.class_type != kSalesBill || !check_daily_) return NotAsked();
+  return HasRow(DayEndQuery(bill_)) ? Refuse("不能反审核日结生成的单据！") : Pass();
+}
+
+Verdict Verification::RelatedBills() {
+  const int32_t class_type = bill_.class_type;
+  std::string message;
+  const auto answer = [&](bool allowed) { return allowed ? Pass() : Refuse(std::move(message)); };
+  switch (class_type) {
     case kOtherReceipt:
     case kOtherIssue:
-      return OtherBillCanCheck(self, bill.class_type, bill.id, direction, strReturnMsg);
+      return answer(OtherBillCanCheck(self_, class_type, bill_.id, direction_, message));
     case kPurchaseBill:
-      return CanCheckGH(self, bill.class_type, bill_type(), bill.id, direction, strReturnMsg);
+      return answer(CanCheckGH(self_, class_type, BillType(), bill_.id, direction_, message));
     case kPurchaseEstimate:
-      return CanCheckGJ(self, bill.class_type, bill_type(), bill.id, direction, strReturnMsg);
+      return answer(CanCheckGJ(self_, class_type, BillType(), bill_.id, direction_, message));
     case kPurchaseRebate:
     case kSalesRebate:
-      return CanCheckFL(self, bill.class_type, bill_type(), bill.id, direction, strReturnMsg);
+      return answer(CanCheckFL(self_, class_type, BillType(), bill_.id, direction_, message));
     default:
-      return true;
+      return NotAsked();
+  }
+}
+
+Ladder Verification::RelatedBillGates() const {
+  const int32_t class_type = bill_.class_type;
+  switch (class_type) {
+    case kOtherReceipt:
+    case kOtherIssue:
+      return OtherBillGates(self_, class_type, bill_.id, direction_);
+    case kPurchaseBill:
+      return PurchaseBillGates(self_, class_type, BillType(), bill_.id, direction_);
+    case kPurchaseEstimate:
+      return PurchaseEstimateGates(self_, class_type, BillType(), bill_.id, direction_);
+    case kPurchaseRebate:
+    case kSalesRebate:
+      return RebateGates(self_, class_type, BillType(), bill_.id, direction_);
+    default:
+      return {};
   }
 }
 
@@ -236,18 +290,44 @@ int16_t AnswerCheck(std::string& strReturnMsg, Check&& check) {
 
 }  // namespace
 
+Verdict GenericGate(PlugIn& self, const Dictionary& oDict, std::string_view sDsn, int16_t direction,
+                    bool check_daily) {
+  self.InitObjects(sDsn);
+  Verification run(self, sDsn, oDict, direction, check_daily);
+  return FirstRefusal(run, kGates);
+}
+
+Ladder GenericGates(PlugIn& self, const Dictionary& oDict, std::string_view sDsn, int16_t direction,
+                    bool check_daily) {
+  return LoneGates(
+      kGates, "PublicSysInfo.VerifyDataBeforeAudit",
+      [&self, &oDict, dsn = std::string(sDsn), direction, check_daily] {
+        return Verification(self, dsn, oDict, direction, check_daily);
+      },
+      [&self, dsn = std::string(sDsn)](Verification&) { self.InitObjects(dsn); });
+}
+
+Verdict AuditorGate(PlugIn& self, const Dictionary& oDict, std::string_view sDsn,
+                    int16_t direction) {
+  self.InitObjects(sDsn);
+  if (direction != kUnAudit) return NotAsked();
+  const Value only_self = GetProfile(self.host(), sDsn, "UnCheckOnlySelf", "IC");
+  if (NumberOrZero(only_self) != 1) return NotAsked();
+  const std::string head_table = ToText(oDict.Item("HeadTableName"));
+  const int32_t bill_id = ToLong(oDict.Item("BillInterID"));
+  const RecordsetPtr audited_by_user =
+      ExecuteSQL(self.host(), sDsn,
+                 Cat("Select FStatus,FCheckerID From ", head_table, " where FID=", bill_id,
+                     " and FStatus <> 0 and FCheckerID = ", int32_t{self.user_id()}));
+  return audited_by_user->AtEnd() ? Refuse("不能反审核其他人审核的单据！") : Pass();
+}
+
 int16_t VerifyDataBeforeAudit(PlugIn& self, Dictionary& oDict, std::string_view sDsn,
                               int16_t intCheckType, std::string& strReturnMsg, bool bCheckDaily) {
   return AnswerCheck(strReturnMsg, [&] {
-    self.InitObjects(sDsn);
-    const Bill bill = ReadBill(oDict);
-    strReturnMsg.clear();
-    Verdict verdict = Verification(self, sDsn, bill, intCheckType).Run(bCheckDaily);
-    if (!verdict.passed) {
-      strReturnMsg = std::move(verdict.message);
-      return false;
-    }
-    return RelatedBillsAllow(self, oDict, bill, intCheckType, strReturnMsg);
+    Verdict verdict = GenericGate(self, oDict, sDsn, intCheckType, bCheckDaily);
+    strReturnMsg = std::move(verdict.message);
+    return verdict.passed;
   });
 }
 
@@ -255,20 +335,9 @@ int16_t VerifyUnCheckForSelf(PlugIn& self, Dictionary& oDict, std::string_view s
                              int16_t intCheckType, std::string& strReturnMsg,
                              bool /*bCheckDaily*/) {
   return AnswerCheck(strReturnMsg, [&] {
-    self.InitObjects(sDsn);
-    if (intCheckType != kUnAudit) return true;
-    const Value only_self = GetProfile(self.host(), sDsn, "UnCheckOnlySelf", "IC");
-    if (NumberOrZero(only_self) != 1) return true;
-    strReturnMsg.clear();
-    const std::string head_table = ToText(oDict.Item("HeadTableName"));
-    const int32_t bill_id = ToLong(oDict.Item("BillInterID"));
-    const RecordsetPtr audited_by_user =
-        ExecuteSQL(self.host(), sDsn,
-                   Cat("Select FStatus,FCheckerID From ", head_table, " where FID=", bill_id,
-                       " and FStatus <> 0 and FCheckerID = ", int32_t{self.user_id()}));
-    if (!audited_by_user->AtEnd()) return true;
-    strReturnMsg = "不能反审核其他人审核的单据！";
-    return false;
+    Verdict verdict = AuditorGate(self, oDict, sDsn, intCheckType);
+    if (verdict.asked) strReturnMsg = std::move(verdict.message);
+    return verdict.passed;
   });
 }
 

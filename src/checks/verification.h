@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "foundation/ladder.h"
 #include "foundation/plug_in.h"
 
 namespace tavcc {
@@ -35,5 +36,17 @@ int16_t VerifyDataBeforeAudit(PlugIn& self, Dictionary& oDict, std::string_view 
 // somebody else audited. `bCheckDaily` is ignored. Raises nothing.
 int16_t VerifyUnCheckForSelf(PlugIn& self, Dictionary& oDict, std::string_view sDsn,
                              int16_t intCheckType, std::string& strReturnMsg, bool bCheckDaily);
+
+// The two as gates of another rule: what they answer 0 for they refuse, and an error goes to the
+// caller.
+Verdict GenericGate(PlugIn& self, const Dictionary& oDict, std::string_view sDsn, int16_t direction,
+                    bool check_daily);
+Verdict AuditorGate(PlugIn& self, const Dictionary& oDict, std::string_view sDsn,
+                    int16_t direction);
+
+// The generic gate's own gates, those of the related-bill check among them. `self` and `oDict` must
+// outlive them. Errors: those of the conversions for the bill's keys.
+Ladder GenericGates(PlugIn& self, const Dictionary& oDict, std::string_view sDsn, int16_t direction,
+                    bool check_daily);
 
 }  // namespace tavcc

@@ -216,4 +216,15 @@ int16_t SteelCheckLimitPrice(PlugIn& self, Dictionary& oDict, int16_t intCheckTy
       [&](const AutomationError&) { return result; });
 }
 
+Verdict LimitPriceGate(PlugIn& self, Dictionary& oDict, int16_t direction, std::string_view sDsn) {
+  if (WhetherNeedCheckPrice(self, sDsn, direction, oDict) != 1) return NotAsked();
+  std::string message;
+  RecordsetPtr offending;
+  bool is_purchase = false;
+  if (CheckLimitPrice(self, oDict, direction, sDsn, message, offending, is_purchase) != kOffends) {
+    return Pass();
+  }
+  return Refuse(std::move(message));
+}
+
 }  // namespace tavcc

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "foundation/plug_in.h"
+#include "foundation/verdict.h"
 
 namespace tavcc {
 
@@ -30,5 +31,8 @@ int16_t CheckLimitPrice(PlugIn& self, Dictionary& oDict, int16_t intCheckType,
 int16_t SteelCheckLimitPrice(PlugIn& self, Dictionary& oDict, int16_t intCheckType,
                              std::string_view sDsn, std::string& strReturnMsg, RecordsetPtr& rs,
                              bool& Cg);
+
+// The two as a gate of another rule: whether to check, then the check.
+Verdict LimitPriceGate(PlugIn& self, Dictionary& oDict, int16_t direction, std::string_view sDsn);
 
 }  // namespace tavcc
