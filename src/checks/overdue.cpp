@@ -51,31 +51,26 @@ std::string CustomerMessage(int32_t class_type) {
   return Cat("截止到今天", document, "存在超期的未收的款项，控制不允许出库");
 }
 
-int16_t Check(PlugIn& self, const Dictionary& oDict, std::string_view sDsn,
-              std::string& strReturnMsg, bool& Cg) {
+Verdict Check(PlugIn& self, const Dictionary& oDict, std::string_view sDsn, bool& Cg) {
   self.InitObjects(sDsn);
   const ConnectionPtr cn = self.db_context().GetConnection();
   self.db_context().ReadySecond();
-  if (NumberOrZero(GetICProfile(self.host(), "AlertOverdue", int32_t{0})) == 0) {
-    return kNothingOverdue;
-  }
+  if (NumberOrZero(GetICProfile(self.host(), "AlertOverdue", int32_t{0})) == 0) return NotAsked();
   const PartnerBill bill = ReadPartnerBill(oDict);
   switch (bill.class_type) {
     case kPurchaseBill:
       Cg = true;
-      if (cn->Execute(SupplierQuery(bill.partner_id))->AtEnd()) return kNothingOverdue;
+      if (cn->Execute(SupplierQuery(bill.partner_id))->AtEnd()) return Pass();
       // The doubled word is part of the stored text.
-      strReturnMsg = "截止到今天购货单存在存在超期的未付的款项，控制不允许入货";
-      return kOverdue;
+      return Refuse("截止到今天购货单存在存在超期的未付的款项，控制不允许入货");
     case kSalesOrder:
     case kSalesBill:
     case kConsignment:
       Cg = false;
-      if (cn->Execute(CustomerQuery(bill.partner_id))->AtEnd()) return kNothingOverdue;
-      strReturnMsg = CustomerMessage(bill.class_type);
-      return kOverdue;
+      if (cn->Execute(CustomerQuery(bill.partner_id))->AtEnd()) return Pass();
+      return Refuse(CustomerMessage(bill.class_type));
     default:
-      return kNothingOverdue;
+      return NotAsked();
   }
 }
 
@@ -97,11 +92,23 @@ int16_t WhetherNeedCheckUnCheckAmountOutOfDate(PlugIn& self, std::string_view sD
 
 int16_t CheckUnCheckAmountOutOfDate(PlugIn& self, Dictionary& oDict, int16_t, std::string_view sDsn,
                                     std::string& strReturnMsg, bool& Cg) {
-  return Trap([&] { return Check(self, oDict, sDsn, strReturnMsg, Cg); },
-              [&](const AutomationError& error) {
-                strReturnMsg = error.description();
-                return kFailed;
-              });
+  return Trap(
+      [&] {
+        Verdict verdict = Check(self, oDict, sDsn, Cg);
+        if (verdict.passed) return kNothingOverdue;
+        strReturnMsg = std::move(verdict.message);
+        return kOverdue;
+      },
+      [&](const AutomationError& error) {
+        strReturnMsg = error.description();
+        return kFailed;
+      });
+}
+
+Verdict OverdueGate(PlugIn& self, Dictionary& oDict, int16_t direction, std::string_view sDsn) {
+  if (WhetherNeedCheckUnCheckAmountOutOfDate(self, sDsn, direction, oDict) != 1) return NotAsked();
+  bool is_supplier = false;
+  return Check(self, oDict, sDsn, is_supplier);
 }
 
 }  // namespace tavcc

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "foundation/plug_in.h"
+#include "foundation/verdict.h"
 
 namespace tavcc {
 
@@ -20,5 +21,8 @@ int16_t WhetherNeedCheckUnCheckAmountOutOfDate(PlugIn& self, std::string_view sD
 // case and to false for the customer's. The direction is not consulted.
 int16_t CheckUnCheckAmountOutOfDate(PlugIn& self, Dictionary& oDict, int16_t intCheckType,
                                     std::string_view sDsn, std::string& strReturnMsg, bool& Cg);
+
+// The two as a gate: whether to check, then the check. An error of the check goes to the caller.
+Verdict OverdueGate(PlugIn& self, Dictionary& oDict, int16_t direction, std::string_view sDsn);
 
 }  // namespace tavcc

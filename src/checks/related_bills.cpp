@@ -424,17 +424,23 @@ Ladder OtherBillGates(PlugIn& self, int32_t class_type, int32_t bill_id, int32_t
                  {self, kOther, class_type, kNoBillType, bill_id, direction});
 }
 
+Verdict InvoiceGate(PlugIn& self, const Dictionary& oDict) {
+  const int32_t bill_id = ToLong(oDict.Item("BillInterID"));
+  const int32_t class_type = ToLong(oDict.Item("ClassTypeID"));
+  const StockBill bill(self, class_type, bill_id);
+  if (!bill.HasRow(Cat("select top 1 1 from t_cc_stockbill where (FInvoiceAmt<>0) and FID=",
+                       bill_id, " and FClassTypeID=", class_type))) {
+    return Pass();
+  }
+  return Refuse("单据有开票记录，不能反审核！");
+}
+
 int32_t WhetherBillInvoiceStatus(PlugIn& self, Dictionary& oDict, std::string& strRtnTempMsg) {
   return Trap(
       [&] {
-        const int32_t bill_id = ToLong(oDict.Item("BillInterID"));
-        const int32_t class_type = ToLong(oDict.Item("ClassTypeID"));
-        const StockBill bill(self, class_type, bill_id);
-        if (!bill.HasRow(Cat("select top 1 1 from t_cc_stockbill where (FInvoiceAmt<>0) and FID=",
-                             bill_id, " and FClassTypeID=", class_type))) {
-          return 0;
-        }
-        strRtnTempMsg = "单据有开票记录，不能反审核！";
+        Verdict verdict = InvoiceGate(self, oDict);
+        if (verdict.passed) return 0;
+        strRtnTempMsg = std::move(verdict.message);
         return 1;
       },
       [&](const AutomationError& error) {

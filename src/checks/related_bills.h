@@ -48,4 +48,7 @@ Ladder OtherBillGates(PlugIn& self, int32_t class_type, int32_t bill_id, int32_t
 // forbids its un-audit; 0 when not, the message untouched; -1 after an error, with its description.
 int32_t WhetherBillInvoiceStatus(PlugIn& self, Dictionary& oDict, std::string& strRtnTempMsg);
 
+// The same as a gate: an invoiced bill is refused, and an error goes to the caller.
+Verdict InvoiceGate(PlugIn& self, const Dictionary& oDict);
+
 }  // namespace tavcc

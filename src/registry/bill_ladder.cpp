@@ -21,21 +21,6 @@ LoneGate PlainGate(std::string_view name, std::string_view method, std::function
   return {name, method, [ask = std::move(ask)] { return ask; }};
 }
 
-Verdict Overdue(PlugIn& self, Dictionary& bill, int16_t direction, std::string_view sDsn) {
-  if (WhetherNeedCheckUnCheckAmountOutOfDate(self, sDsn, direction, bill) != 1) return NotAsked();
-  std::string message;
-  bool is_supplier = false;
-  const int16_t answer =
-      CheckUnCheckAmountOutOfDate(self, bill, direction, sDsn, message, is_supplier);
-  return answer == 0 ? Pass() : Refuse(std::move(message));
-}
-
-Verdict Invoiced(PlugIn& self, Dictionary& bill, int16_t direction) {
-  if (direction != kUnAudit) return NotAsked();
-  std::string message;
-  return WhetherBillInvoiceStatus(self, bill, message) == 0 ? Pass() : Refuse(std::move(message));
-}
-
 // A method whose result is the verdict and whose last parameter is the message.
 Verdict Call(PlugIn& self, std::string_view class_name, std::string_view method_name,
              std::vector<Value> arguments) {
@@ -82,9 +67,11 @@ BillLadder LadderOf(PlugIn& self, const DictionaryPtr& bill, int16_t direction,
   std::string dsn(sDsn);
   return {.batch = BatchAuditGates(self, *bill, direction, sDsn),
           .host = {PlainGate("overdue amounts", "PublicSysInfo.CheckUnCheckAmountOutOfDate",
-                             [=, &self] { return Overdue(self, *bill, direction, dsn); }),
+                             [=, &self] { return OverdueGate(self, *bill, direction, dsn); }),
                    PlainGate("invoices", "PublicSysInfo.WhetherBillInvoiceStatus",
-                             [=, &self] { return Invoiced(self, *bill, direction); })},
+                             [=, &self] {
+                               return direction == kUnAudit ? InvoiceGate(self, *bill) : NotAsked();
+                             })},
           .own = OwnGates(self, bill, direction, dsn)};
 }
 
