@@ -4,9 +4,10 @@
 #include <stdexcept>
 #include <utility>
 
-#include "embedded/run/session.h"
-#include "embedded/run/store.h"
 #include "embedded/script.h"
+#include "embedded/session/open_engine.h"
+#include "embedded/session/session.h"
+#include "embedded/session/store.h"
 #include "foundation/error.h"
 
 namespace tavcc::sql {
@@ -61,7 +62,7 @@ class StoreDatabase final : public Database, public std::enable_shared_from_this
   std::shared_ptr<Engine> MakeEngine() const {
     try {
       if (!InMemory()) RequireOwnJournals(location_.path);
-      return std::make_shared<Engine>(location_, options_.clock, options_.budget);
+      return OpenEngine(location_, options_.clock, options_.budget);
     } catch (const SqlError& error) {
       throw AutomationError(error.number, std::string(kErrorSource), error.message);
     }

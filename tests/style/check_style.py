@@ -34,6 +34,10 @@ MAY_INCLUDE = {
     "host/automation": {"foundation", "embedded", "host", "automation"},
 }
 
+# The stages of the embedded database: a folder includes those before it, and itself.
+STAGES = ["types", "functions", "syntax", "catalog", "bind", "rewrite", "emit", "plan", "session"]
+EMBEDDED = "src/embedded/"
+
 # System headers that one folder of src/ keeps to itself.
 KEPT_TO = {
     "automation": re.compile(
@@ -130,6 +134,52 @@ def check_include(path, number, line, findings):
             findings.add(path, number, f"{folder}/ must not include {target}/ (docs/architecture.md)")
     elif folder in STANDARD_ONLY and not STANDARD_HEADER.match(header):
         findings.add(path, number, f"{folder}/ knows the standard library alone, not <{header}>")
+
+
+def stage_of(path):
+    """The place among the stages of "embedded/bind/bound.h"; None for what stands above them all."""
+    parts = path.split("/")
+    return STAGES.index(parts[1]) if len(parts) > 2 and parts[1] in STAGES else None
+
+
+def check_stages(texts, findings):
+    """In the embedded database no include leads to a later stage, and none closes a circle. A
+    header and the source of its name count as one."""
+    includes = {}
+    for path, lines in texts.items():
+        if not path.startswith(EMBEDDED) or not path.endswith((".h", ".cpp")):
+            continue
+        unit = os.path.splitext(path[len("src/"):])[0]
+        stage = stage_of(unit)
+        for number, line in enumerate(lines, 1):
+            match = INCLUDE.match(line)
+            if not match or not match.group(2).startswith("embedded/"):
+                continue
+            other = os.path.splitext(match.group(2))[0]
+            if other != unit:
+                includes.setdefault(unit, {})[other] = (path, number)
+            later = stage_of(other)
+            if stage is not None and (later is None and other != "embedded/error" and
+                                      other != "embedded/open_options" or
+                                      later is not None and later > stage):
+                findings.add(path, number, f"{other} belongs to a later stage than {unit}"
+                             " (docs/architecture.md)")
+    done = set()
+
+    def visit(unit, way):
+        if unit in way:
+            circle = way[way.index(unit):] + [unit]
+            path, number = includes[circle[-2]][circle[-1]]
+            findings.add(path, number, "this include closes a circle: " + " > ".join(circle))
+            return
+        if unit in done:
+            return
+        for other in includes.get(unit, {}):
+            visit(other, way + [unit])
+        done.add(unit)
+
+    for unit in sorted(includes):
+        visit(unit, [])
 
 
 def check_line(path, number, line, is_by_hand, findings):
@@ -261,6 +311,7 @@ def main():
         for number, line in enumerate(texts[path], 1):
             check_line(path, number, line, number in by_hand, findings)
     check_dead_sources(root, build, files, texts, findings)
+    check_stages(texts, findings)
     check_links(root, {path: texts[path] for path in texts if path.endswith(".md")}, findings)
     print("\n".join(findings.lines))
     print(f"{len(files)} files, {len(findings.lines)} findings")

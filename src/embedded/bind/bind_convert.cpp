@@ -52,7 +52,7 @@ BoundExpressionPtr Converted(BoundExpressionPtr value, const SqlType& to, Conver
 
 }  // namespace
 
-bool LiteralFit::Includes(const SqlType& type) const {
+bool LiteralTypeGuard::Includes(const SqlType& type) const {
   return type == known ||
          (NeverFails(type, to, mode) && (!lossless || type.scale <= StoredScale(to)));
 }
@@ -67,9 +67,9 @@ BoundExpressionPtr Binder::ConvertLiteral(BoundExpressionPtr value, const SqlTyp
   const auto slot = static_cast<size_t>(literal->slot);
   if (place != kValueAlone || !bare) {
     if (!NeverFails(literal->type, to, mode)) return value;
-    result_.fits.push_back({slot, to, mode, false, literal->type});
+    result_.type_guards.push_back({slot, to, mode, false, literal->type});
   }
-  --result_.exact[slot];
+  --result_.type_dependents[slot];
   return Converted(std::move(value), to, mode);
 }
 
@@ -82,11 +82,11 @@ BoundExpressionPtr Binder::LoosenCompared(BoundExpressionPtr value, const SqlTyp
   }
   if (IsApproximate(other.kind)) return ConvertLiteral(std::move(value), other, kAmongRows);
   if (!IsScaled(other.kind)) return value;
-  const LiteralFit fit{static_cast<size_t>(literal->slot), ComparedType(literal->type, other),
-                       ConvertMode::kCast, true, SqlType{}};
+  const LiteralTypeGuard fit{static_cast<size_t>(literal->slot), ComparedType(literal->type, other),
+                             ConvertMode::kCast, true, SqlType{}};
   if (!fit.Includes(literal->type)) return value;
-  result_.fits.push_back(fit);
-  --result_.exact[fit.slot];
+  result_.type_guards.push_back(fit);
+  --result_.type_dependents[fit.slot];
   return Converted(std::move(value), fit.to, fit.mode);
 }
 
@@ -105,8 +105,8 @@ void Binder::LoosenText(BoundExpression& value) {
   if (literal->type.length == SqlType::kMax || literal->type.length > kLongestLoose) return;
   const auto slot = static_cast<size_t>(literal->slot);
   literal->type.length = kLongestLoose;
-  result_.fits.push_back({slot, literal->type, ConvertMode::kAssign, false, SqlType{}});
-  --result_.exact[slot];
+  result_.type_guards.push_back({slot, literal->type, ConvertMode::kAssign, false, SqlType{}});
+  --result_.type_dependents[slot];
 }
 
 BoundExpressionPtr Binder::Convert(BoundExpressionPtr value, const SqlType& to, ConvertMode mode) {
@@ -125,12 +125,12 @@ BoundExpressionPtr Binder::ConvertImplicitly(BoundExpressionPtr value, const Sql
   return Convert(std::move(value), to);
 }
 
-void Binder::Use(const BoundExpression& expression, LiteralUse use) {
+void Binder::Use(const BoundExpression& expression, LiteralDependence use) {
   ForEachExpression(expression, [&](const BoundExpression& inner) {
     if (inner.kind != BoundExpression::Kind::kLiteral) return;
     const int slot = static_cast<const BoundLiteral&>(inner).slot;
     if (slot < 0) return;
-    LiteralUse& known = result_.uses[static_cast<size_t>(slot)];
+    LiteralDependence& known = result_.dependences[static_cast<size_t>(slot)];
     known = std::max(known, use);
   });
 }

@@ -4,6 +4,7 @@
 
 #include "embedded/bind/binder.h"
 #include "embedded/catalog/names.h"
+#include "embedded/types/literals.h"
 
 namespace tavcc::sql {
 namespace {
@@ -87,8 +88,8 @@ std::string WrittenName(const ObjectName& name) {
 Binder::Binder(const Catalog& catalog, std::span<const VariableInfo> variables,
                std::span<const TypedValue> literals, BindResult& result)
     : catalog_(catalog), variables_(variables), literals_(literals), result_(result) {
-  result_.uses.resize(literals.size(), LiteralUse::kKind);
-  result_.exact.resize(literals.size());
+  result_.dependences.resize(literals.size(), LiteralDependence::kKind);
+  result_.type_dependents.resize(literals.size());
 }
 
 BoundExpressionPtr Binder::BindValue(const Expression& expression,
@@ -126,13 +127,13 @@ BoundExpressionPtr Binder::Bind(const Expression& expression, const Scope& scope
 }
 
 BoundExpressionPtr Binder::BindLiteral(const LiteralExpression& literal) {
-  const bool exchangeable =
-      views_ == 0 && literal.slot >= 0 && static_cast<size_t>(literal.slot) < literals_.size();
-  if (!exchangeable) {
+  const bool parameterized =
+      literal.slot >= 0 && static_cast<size_t>(literal.slot) < literals_.size();
+  if (!parameterized) {
     return std::make_unique<BoundLiteral>(EvaluateLiteral(literal.form, literal.text), -1);
   }
   const auto slot = static_cast<size_t>(literal.slot);
-  ++result_.exact[slot];
+  ++result_.type_dependents[slot];
   return std::make_unique<BoundLiteral>(literals_[slot], literal.slot);
 }
 
@@ -194,8 +195,8 @@ BoundExpressionPtr Binder::BindBinary(const BinaryExpression& binary, const Scop
       ResolveArithmetic(binary.op, left->type, right->type, ConstantOf(*left, left_value),
                         ConstantOf(*right, right_value));
   if (result.way == ArithmeticResult::Way::kDecimal) {
-    Use(*left, LiteralUse::kDigits);
-    Use(*right, LiteralUse::kDigits);
+    Use(*left, LiteralDependence::kDigits);
+    Use(*right, LiteralDependence::kDigits);
   }
   return std::make_unique<BoundArithmetic>(binary.op, result.way, result.type,
                                            Convert(std::move(left), result.left),
@@ -212,7 +213,7 @@ BoundExpressionPtr Binder::BindConvert(const ConvertExpression& convert, const S
   auto style = Bind(*convert.style, scope);
   int64_t value = 0;
   if (ConstantOf(*style, value) != nullptr) {
-    Use(*style, LiteralUse::kValue);
+    Use(*style, LiteralDependence::kValue);
     bound->style = static_cast<int>(value);
   } else {
     bound->style_value = Convert(std::move(style), kInt);

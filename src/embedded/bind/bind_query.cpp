@@ -167,7 +167,7 @@ int Binder::OrderOrdinal(const Expression& expression, size_t position, size_t i
   if (literal.form != LiteralExpression::Form::kInteger)
     Raise(408, static_cast<int64_t>(position) + 1);
   const auto bound = BindLiteral(literal);
-  Use(*bound, LiteralUse::kValue);
+  Use(*bound, LiteralDependence::kValue);
   const StoredValue& value = static_cast<const BoundLiteral&>(*bound).value;
   const bool whole = value.kind() == StoredValue::Kind::kInteger;
   if (!whole || value.integer() < 1 || value.integer() > static_cast<int64_t>(items)) {
@@ -249,7 +249,7 @@ void Binder::BindSetOrder(const Query& query, BoundQuery& bound) {
 void Binder::CheckGrouping(const BoundSelect& select, const Scope& scope,
                            const std::vector<BoundOrder>& order_by) {
   for (const auto& key : select.group_by) {
-    if (key->kind != BoundExpression::Kind::kColumn) Use(*key, LiteralUse::kValue);
+    if (key->kind != BoundExpression::Kind::kColumn) Use(*key, LiteralDependence::kValue);
   }
   const auto is_key = [&](const BoundExpression& expression) {
     return std::ranges::any_of(select.group_by,
@@ -263,7 +263,8 @@ void Binder::CheckGrouping(const BoundSelect& select, const Scope& scope,
       if (std::ranges::find(scope.sources, column.source) == scope.sources.end()) return;
     }
     if (is_key(expression)) {
-      if (expression.kind != BoundExpression::Kind::kColumn) Use(expression, LiteralUse::kValue);
+      if (expression.kind != BoundExpression::Kind::kColumn)
+        Use(expression, LiteralDependence::kValue);
       return;
     }
     if (expression.kind == BoundExpression::Kind::kColumn) {

@@ -61,10 +61,7 @@ BoundExpressionPtr Binder::BindDefault(const Column& column) {
   if (!column.default_value) {
     return std::make_unique<BoundLiteral>(TypedValue{column.type, StoredValue()}, -1);
   }
-  ++views_;  // its literals are not the batch's
-  auto value = BindValue(*column.default_value);
-  --views_;
-  return value;
+  return BindValue(*column.default_value);
 }
 
 BoundExpressionPtr Binder::Assign(const Table& table, int index, BoundExpressionPtr value,

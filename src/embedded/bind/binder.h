@@ -29,8 +29,8 @@ struct Dependency {
   CatalogObjectPtr object;  // a view
 };
 
-// How much of an exchangeable literal the bound tree depends on, beyond its kind (see Fingerprint).
-enum class LiteralUse : uint8_t {
+// How much of a parameterized literal the bound tree depends on, beyond its kind (see TextForm).
+enum class LiteralDependence : uint8_t {
   kKind,
   kType,    // its length, or precision and scale
   kDigits,  // of an int also the number of its digits
@@ -39,7 +39,7 @@ enum class LiteralUse : uint8_t {
 
 // The bound tree is good for another literal in this slot if its type, too, converts to `to` and
 // never fails; `lossless`: nor loses decimals.
-struct LiteralFit {
+struct LiteralTypeGuard {
   size_t slot = 0;
   SqlType to;
   ConvertMode mode = ConvertMode::kCast;
@@ -49,17 +49,18 @@ struct LiteralFit {
   bool Includes(const SqlType& type) const;
 };
 
+// What a bound tree depends on beyond its text: the guards of its plan.
 struct BindResult {
   int next_source = 1;  // the number of the statement's next source
   std::vector<Dependency> dependencies;
-  std::vector<LiteralUse> uses;  // by slot
-  std::vector<int> exact;        // by slot: the places where the very type of the literal counts
-  std::vector<LiteralFit> fits;
+  std::vector<LiteralDependence> dependences;  // by slot
+  std::vector<int> type_dependents;  // by slot: the places where the literal's very type counts
+  std::vector<LiteralTypeGuard> type_guards;
 };
 
 class Binder {
  public:
-  // `literals` are the values of the exchangeable literals, by slot; empty when the tree's own
+  // `literals` are the values of the parameterized literals, by slot; empty when the tree's own
   // literals are to be taken for constants.
   Binder(const Catalog& catalog, std::span<const VariableInfo> variables,
          std::span<const TypedValue> literals, BindResult& result);
@@ -210,7 +211,7 @@ class Binder {
   // values.
   BoundExpressionPtr ScaleCompared(BoundExpressionPtr value, const SqlType& other);
   // Notes what of the literals inside an expression the tree depends on.
-  void Use(const BoundExpression& expression, LiteralUse use);
+  void Use(const BoundExpression& expression, LiteralDependence use);
 
   const Catalog& catalog_;
   std::span<const VariableInfo> variables_;

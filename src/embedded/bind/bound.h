@@ -28,7 +28,7 @@ using BoundExpressionPtr = std::unique_ptr<BoundExpression>;
 using BoundConditionPtr = std::unique_ptr<BoundCondition>;
 using BoundQueryPtr = std::unique_ptr<BoundQuery>;
 
-// ---- Expressions --------------------------------------------------------------------------------
+// ---- Expressions ----
 
 struct BoundExpression {
   enum class Kind : uint8_t {
@@ -57,7 +57,7 @@ struct BoundLiteral final : BoundExpression {
         value(std::move(v.value)),
         slot(s) {}
   StoredValue value;
-  int slot;  // of the batch's exchangeable literals; -1 for a constant
+  int slot;  // of the batch's parameterized literals; -1 for a constant
 };
 
 struct BoundVariable final : BoundExpression {
@@ -160,7 +160,7 @@ struct BoundAggregate final : BoundExpression {
   BoundExpressionPtr operand;  // null for COUNT(*)
 };
 
-// ---- Conditions ---------------------------------------------------------------------------------
+// ---- Conditions ----
 
 struct BoundCondition {
   enum class Kind : uint8_t {
@@ -241,7 +241,7 @@ struct BoundIndexFilter final : BoundCondition {
   const Key* key;  // of the source's table
 };
 
-// ---- Queries ------------------------------------------------------------------------------------
+// ---- Queries ----
 
 struct SourceColumn {
   std::string name;  // empty when the query gave it none
@@ -313,7 +313,7 @@ struct BoundQuery {
   bool single_row = false;            // it is known to give one row at most
 };
 
-// ---- Statements that read or write --------------------------------------------------------------
+// ---- Statements that read or write ----
 
 // How a row is written: one value for each written column, converted to its type.
 struct BoundAssignment {

@@ -1,6 +1,7 @@
 // The bound tree as text.
 #include "embedded/bind/binder.h"
 #include "embedded/bind/function_rules.h"
+#include "embedded/types/stored_conversions.h"
 
 namespace tavcc::sql {
 namespace {

@@ -3,7 +3,7 @@
 // The same columns are columns of one source; sources that stand inside the two parts, in their
 // subqueries, are the same where they stand in the same place. Literals are the same by type and
 // value, whatever place of the text they come from: whoever builds on that has to note that the
-// tree depends on their values (see LiteralUse).
+// tree depends on their values (see LiteralDependence).
 #pragma once
 
 #include "embedded/bind/bound.h"

@@ -56,7 +56,7 @@ class Catalog {
   // The statements that make an empty store.
   static std::string NewStoreText();
 
-  // ---- Looking up: null when there is none -----------------------------------------------------
+  // ---- Looking up: null when there is none ----
   CatalogObjectPtr Find(const ObjectName& name) const;  // of the store only
   TablePtr FindTable(const ObjectName& name) const;     // also "#temporary" and "@variable"
   // OBJECT_ID of a name in one text; 0 when there is none.
@@ -70,7 +70,7 @@ class Catalog {
   // the beginning of one.
   void Refresh();
 
-  // ---- Changing --------------------------------------------------------------------------------
+  // ---- Changing ----
   // Each change is one of the open transaction, and is undone with it (see Mark).
   // Errors: 2714 when the name is taken; those of the store.
   TablePtr CreateTable(const TablePtr& definition);
@@ -86,7 +86,7 @@ class Catalog {
   void CreateProcedure(const CreateProcedureStatement& procedure);
   void DropObject(const CatalogObjectPtr& object);  // a view or a procedure
 
-  // ---- Scopes of temporary tables: the session, and each procedure or dynamic batch in it -------
+  // ---- Scopes of temporary tables: the session, and each procedure or dynamic batch in it ----
   void PushScope();
   void PopScope();  // drops what was made in it
   void Clear();     // drops all of them, of every scope but the session's also the scope
@@ -96,12 +96,12 @@ class Catalog {
   // transaction is open, which could bring them back.
   void TrimPool();
 
-  // ---- Identity values (numbers.cpp) -----------------------------------------------------------
+  // ---- Identity values (numbers.cpp) ----
   // The last value that was given out.
   int64_t Number(const Table& table) const;
   void SetNumber(const Table& table, int64_t number);
 
-  // ---- Transactions ----------------------------------------------------------------------------
+  // ---- Transactions ----
   // A point to which RollBackTo leads back; the store's own rollback stands on either side:
   // SaveVariables and SaveNumbers before it, RollBackTo after it.
   size_t Mark() const { return undo_.size(); }

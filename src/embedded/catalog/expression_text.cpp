@@ -5,7 +5,6 @@
 
 #include "embedded/catalog/names.h"
 #include "embedded/error.h"
-#include "embedded/syntax/parser.h"
 #include "embedded/types/sql_type.h"
 
 namespace tavcc::sql {
@@ -87,12 +86,6 @@ std::string ExpressionText(const Expression& expression) {
     default:
       RaiseUnsupported("a default value of this form");
   }
-}
-
-std::shared_ptr<const Expression> ParseExpression(std::string_view text) {
-  Batch batch = ParseBatch("SELECT " + std::string(text));
-  auto& select = static_cast<SelectStatement&>(*batch.statements.at(0));
-  return std::shared_ptr<const Expression>(std::move(select.query->block->items.at(0).expression));
 }
 
 }  // namespace tavcc::sql

@@ -76,7 +76,8 @@ class SqliteConnection {
   bool InTransaction() const;
 
   // To be called before a transaction first changes the file: the journal then tells whose it is
-  // (see run/journal.h). Does nothing in memory, or when it was called in this transaction before.
+  // (see session/journal.h). Does nothing in memory, or when it was called in this transaction
+  // before.
   void MarkChange();
 
   // As the wait for a lock goes on: whether to try again. Called by SQLite.

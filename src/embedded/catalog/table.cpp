@@ -6,6 +6,9 @@
 #include "embedded/catalog/expression_text.h"
 #include "embedded/catalog/names.h"
 #include "embedded/error.h"
+#include "embedded/syntax/parser.h"
+#include "embedded/types/literals.h"
+#include "embedded/types/stored_conversions.h"
 #include "embedded/types/type_rules.h"
 
 namespace tavcc::sql {

@@ -79,7 +79,7 @@ struct Table {
 
 using TablePtr = std::shared_ptr<const Table>;
 
-// ---- Making tables ------------------------------------------------------------------------------
+// ---- Making tables ----
 
 // Checks a definition and gives it its types. Errors: 2705 column twice, 2744 two identity columns,
 // 8110 two primary keys, 1911 a key over a column that is not there, 50001 for what the store

@@ -5,6 +5,7 @@
 
 #include "embedded/catalog/catalog.h"
 #include "embedded/catalog/names.h"
+#include "embedded/types/sqlite_value.h"
 
 namespace tavcc::sql {
 namespace {
@@ -42,7 +43,7 @@ Catalog::Scope* Catalog::FindScope(uint64_t id) {
   return found == scopes_.end() ? nullptr : &*found;
 }
 
-// ---- The pool -----------------------------------------------------------------------------------
+// ---- The pool ----
 
 TablePtr Catalog::FromPool(const TablePtr& definition) {
   const auto found = pool_.find(definition->definition);
@@ -84,7 +85,7 @@ void Catalog::TrimPool() {
   pooled_ = 0;
 }
 
-// ---- Temporary tables ---------------------------------------------------------------------------
+// ---- Temporary tables ----
 
 TablePtr Catalog::TakeTemporary(const TablePtr& definition) {
   Scope& scope = scopes_.back();
@@ -131,8 +132,7 @@ void Catalog::ReplaceTemporary(const TablePtr& table, const TablePtr& changed) {
   }
 }
 
-// ---- Table variables: no transaction undoes what is in them
-// ---------------------------------------
+// ---- Table variables: no transaction undoes what is in them ----
 
 TablePtr Catalog::TakeVariable(const TablePtr& definition) {
   Scope& scope = scopes_.back();
@@ -205,7 +205,7 @@ void Catalog::RestoreVariables(const std::vector<TablePtr>& vanished) {
   saved_variables_.clear();
 }
 
-// ---- Undoing ------------------------------------------------------------------------------------
+// ---- Undoing ----
 
 void Catalog::UndoOne(const Undo& undo, std::vector<TablePtr>& vanished) {
   if (undo.kind == Undo::Kind::kObject) {

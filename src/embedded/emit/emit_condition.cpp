@@ -62,7 +62,7 @@ std::string Emitter::Negation(const BoundCondition& operand) {
 }
 
 std::string Emitter::Condition(const BoundCondition& condition) {
-  return Apart([&] { return Test(condition); });
+  return InOwnStep([&] { return Test(condition); });
 }
 
 std::string Emitter::Test(const BoundCondition& condition) {

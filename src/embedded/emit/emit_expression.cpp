@@ -61,7 +61,7 @@ bool IsSourceOf(const BoundFrom& from, const BoundSource& source) {
 
 }  // namespace
 
-std::string Emitter::Plain(const BoundExpression& expression, bool certain) {
+std::string Emitter::ValueOfKind(const BoundExpression& expression, bool certain) {
   switch (expression.kind) {
     case BoundExpression::Kind::kLiteral:
       return Literal(static_cast<const BoundLiteral&>(expression));
@@ -69,7 +69,7 @@ std::string Emitter::Plain(const BoundExpression& expression, bool certain) {
       return Variable(static_cast<const BoundVariable&>(expression));
     case BoundExpression::Kind::kSessionValue: {
       const auto which = static_cast<const BoundSessionValue&>(expression).which;
-      return PlaceOf(Parameter::Source::kSession, static_cast<int>(which));
+      return ParameterFrom(Parameter::Source::kSession, static_cast<int>(which));
     }
     case BoundExpression::Kind::kColumn:
       return Column(static_cast<const BoundColumn&>(expression));
@@ -102,31 +102,31 @@ std::string Emitter::Grouping(const BoundExpression& expression) {
   return Collated(expression);
 }
 
-std::string Emitter::Place(const Parameter& parameter) {
+std::string Emitter::ParameterText(const Parameter& parameter) {
   const auto found = std::ranges::find(parameters_, parameter);
   const auto index = found - parameters_.begin();
   if (found == parameters_.end()) parameters_.push_back(parameter);
   return '?' + Number(index + 1);
 }
 
-std::string Emitter::PlaceOf(Parameter::Source source, int index) {
+std::string Emitter::ParameterFrom(Parameter::Source source, int index) {
   Parameter parameter;
   parameter.source = source;
   parameter.index = index;
-  return Place(parameter);
+  return ParameterText(parameter);
 }
 
 std::string Emitter::Literal(const BoundLiteral& literal) {
   if (literal.slot < 0) return QuoteValue(literal.value);
-  return PlaceOf(Parameter::Source::kLiteral, literal.slot);
+  return ParameterFrom(Parameter::Source::kLiteral, literal.slot);
 }
 
 std::string Emitter::Variable(const BoundVariable& variable) {
   if (variable.index >= Binder::kRowParameters) {
-    return PlaceOf(Parameter::Source::kRow, variable.index - Binder::kRowParameters);
+    return ParameterFrom(Parameter::Source::kRow, variable.index - Binder::kRowParameters);
   }
   if (live_variables_) return "s_variable(" + Number(variable.index) + ')';
-  return PlaceOf(Parameter::Source::kVariable, variable.index);
+  return ParameterFrom(Parameter::Source::kVariable, variable.index);
 }
 
 std::string SourceName(const BoundSource& source) {
@@ -206,7 +206,7 @@ std::string Emitter::Concatenation(const BoundArithmetic& arithmetic) {
 
 // A literal or a variable is converted before the statement runs, where that cannot fail or would
 // fail in any case.
-std::string Emitter::ConvertedPlace(const BoundConvert& convert) {
+std::string Emitter::ConvertedParameter(const BoundConvert& convert) {
   Parameter parameter;
   if (convert.operand->kind == BoundExpression::Kind::kLiteral) {
     parameter.source = Parameter::Source::kLiteral;
@@ -225,7 +225,7 @@ std::string Emitter::ConvertedPlace(const BoundConvert& convert) {
   parameter.mode = convert.mode;
   parameter.table = convert.table;
   parameter.column = convert.column;
-  return Place(parameter);
+  return ParameterText(parameter);
 }
 
 std::string Emitter::Convert(const BoundConvert& convert, bool certain) {
@@ -235,7 +235,7 @@ std::string Emitter::Convert(const BoundConvert& convert, bool certain) {
                       convert.style == kNoStyle && !convert.style_value;
   const SqlType& from = operand.type;
   if (simple && (certain || NeverFails(from, convert.type, convert.mode))) {
-    std::string place = ConvertedPlace(convert);
+    std::string place = ConvertedParameter(convert);
     if (!place.empty()) return place;
   }
   const std::string text = Expression(operand);
@@ -321,7 +321,7 @@ std::string Emitter::DataLength(const BoundCall& call) {
 
 std::string Emitter::Case(const BoundCase& expression) {
   const auto result = [&](const BoundExpression& value) {
-    return Apart([&] { return Expression(value); });
+    return InOwnStep([&] { return Expression(value); });
   };
   std::string out = "CASE";
   for (const auto& when : expression.whens) {
@@ -335,7 +335,7 @@ std::string Emitter::Aggregated(const BoundAggregate& aggregate) {
   if (!aggregate.operand) return "count(*)";
   const SqlType& type = aggregate.operand->type;
   const std::string distinct = aggregate.distinct ? "DISTINCT " : "";
-  const std::string operand = distinct + Apart([&] { return Collated(*aggregate.operand); });
+  const std::string operand = distinct + InOwnStep([&] { return Collated(*aggregate.operand); });
   const bool scaled = IsScaled(type.kind);
   switch (aggregate.aggregate) {
     case Aggregate::kCount:

@@ -114,7 +114,7 @@ std::string Emitter::Arm(const BoundQuery& query, bool distinct_rows) {
 }
 
 std::string Emitter::Source(const BoundSource& source) {
-  const std::string what = source.table ? source.table->physical : Derived(*source.query);
+  const std::string what = source.table ? source.table->physical : DerivedTable(*source.query);
   return what + " AS " + SourceName(source);
 }
 
@@ -136,7 +136,7 @@ std::string Emitter::Scalar(const BoundQuery& query) {
 }
 
 Emitted Emitter::Finish(std::string sql, bool changes_rows) {
-  sql.insert(0, TakenOut());
+  sql.insert(0, TakeCommonTables());
   return Emitted{std::move(sql), std::move(parameters_), changes_rows && raises_};
 }
 

@@ -31,7 +31,7 @@ class Emitter {
   std::string Query(const BoundQuery& query, bool names = false);
   // A query inside an expression or a condition.
   std::string Subquery(const BoundQuery& query, bool names = false) {
-    return Within([&] { return Query(query, names); });
+    return InOwnQuery([&] { return Query(query, names); });
   }
   std::string Source(const BoundSource& source);
   std::string From(const BoundFrom& from);
@@ -43,7 +43,7 @@ class Emitter {
  protected:
   // shallow.cpp: "WITH … " of the derived tables that were taken out since the last call, or
   // nothing.
-  std::string TakenOut();
+  std::string TakeCommonTables();
   std::string Limit(const BoundExpression& count);
   // emit_top.cpp: `rows` is the query that is to be cut.
   std::string LimitOf(const BoundTop& top, const std::string& rows);
@@ -52,15 +52,15 @@ class Emitter {
 
  private:
   // shallow.cpp
-  std::string Whole(const BoundExpression& expression, bool certain);
-  std::string Kept(std::string text);
-  std::string AfterSteps(std::string text);
-  std::string Derived(const BoundQuery& query);
+  std::string OutermostValue(const BoundExpression& expression, bool certain);
+  std::string KeepStep(std::string text);
+  std::string WithSteps(std::string text);
+  std::string DerivedTable(const BoundQuery& query);
   // The text of a query inside an expression or a condition, which `query` emits.
-  std::string Within(const std::function<std::string()>& query);
+  std::string InOwnQuery(const std::function<std::string()>& query);
   // What `emit` emits is computed at a time of its own: a branch, a row of another query.
   template <class Emit>
-  std::string Apart(const Emit& emit) {
+  std::string InOwnStep(const Emit& emit) {
     const bool inside = inside_value_;
     inside_value_ = false;
     std::string text = emit();
@@ -68,17 +68,17 @@ class Emitter {
     return text;
   }
 
-  std::string Plain(const BoundExpression& expression, bool certain);
+  std::string ValueOfKind(const BoundExpression& expression, bool certain);
   std::string Literal(const BoundLiteral& literal);
-  std::string Place(const Parameter& parameter);
-  std::string PlaceOf(Parameter::Source source, int index);
+  std::string ParameterText(const Parameter& parameter);
+  std::string ParameterFrom(Parameter::Source source, int index);
   std::string Column(const BoundColumn& column);
   std::string Variable(const BoundVariable& variable);
   std::string Unary(const BoundUnary& unary);
   std::string Arithmetic(const BoundArithmetic& arithmetic);
   std::string Concatenation(const BoundArithmetic& arithmetic);
   std::string Convert(const BoundConvert& convert, bool certain);
-  std::string ConvertedPlace(const BoundConvert& convert);
+  std::string ConvertedParameter(const BoundConvert& convert);
   std::string Call(const BoundCall& call);
   std::string NumericCall(const BoundCall& call);
   std::string DataLength(const BoundCall& call);
@@ -114,7 +114,7 @@ class Emitter {
   int kept_ = 0;
   // The derived tables around the present place, and those that were taken out.
   int derived_ = 0;
-  std::vector<std::string> taken_out_;
+  std::vector<std::string> common_tables_;
   int named_ = 0;
   std::vector<Parameter> parameters_;
   bool raises_ = false;

@@ -27,33 +27,33 @@ constexpr size_t kLongestChain = 100;
 }  // namespace
 
 std::string Emitter::Expression(const BoundExpression& expression, bool certain) {
-  if (!inside_value_) return Whole(expression, certain);
+  if (!inside_value_) return OutermostValue(expression, certain);
   const int siblings = std::exchange(height_, 0);
-  std::string text = Plain(expression, certain);
-  if (++height_ > kMostInside) text = Kept(std::move(text));
+  std::string text = ValueOfKind(expression, certain);
+  if (++height_ > kMostInside) text = KeepStep(std::move(text));
   height_ = std::max(siblings, height_);
   return text;
 }
 
-std::string Emitter::Whole(const BoundExpression& expression, bool certain) {
+std::string Emitter::OutermostValue(const BoundExpression& expression, bool certain) {
   std::vector<std::string> outer = std::exchange(steps_, {});
   const int outer_height = std::exchange(height_, 0);
   inside_value_ = true;
-  std::string text = AfterSteps(Expression(expression, certain));
+  std::string text = WithSteps(Expression(expression, certain));
   inside_value_ = false;
   steps_ = std::move(outer);
   height_ = outer_height;
   return text;
 }
 
-std::string Emitter::Kept(std::string text) {
+std::string Emitter::KeepStep(std::string text) {
   const std::string place = std::to_string(kept_++);
   steps_.push_back("t_keep(" + place + ',' + text + ')');
   height_ = 0;
   return "t_kept(" + place + ')';
 }
 
-std::string Emitter::AfterSteps(std::string text) {
+std::string Emitter::WithSteps(std::string text) {
   if (steps_.empty()) return text;
   std::string out = "t_last(";
   for (size_t i = 0; i < steps_.size(); ++i) {
@@ -63,30 +63,30 @@ std::string Emitter::AfterSteps(std::string text) {
   return out + text + ')';
 }
 
-std::string Emitter::Derived(const BoundQuery& query) {
+std::string Emitter::DerivedTable(const BoundQuery& query) {
   ++derived_;
   std::string text = '(' + Query(query, true) + ')';
   if (derived_-- % kMostDerived != 0) return text;
   std::string name = 'w' + std::to_string(named_++);
-  taken_out_.push_back(name + " AS " + text);
+  common_tables_.push_back(name + " AS " + text);
   return name;
 }
 
-std::string Emitter::TakenOut() {
+std::string Emitter::TakeCommonTables() {
   std::string out;
-  for (const std::string& derived : std::exchange(taken_out_, {})) {
+  for (const std::string& derived : std::exchange(common_tables_, {})) {
     out += (out.empty() ? "WITH " : ",") + derived;
   }
   return out.empty() ? out : out + ' ';
 }
 
 // What is taken out of it may speak of the query around it, so that it stays within.
-std::string Emitter::Within(const std::function<std::string()>& query) {
-  std::vector<std::string> outer = std::exchange(taken_out_, {});
+std::string Emitter::InOwnQuery(const std::function<std::string()>& query) {
+  std::vector<std::string> outer = std::exchange(common_tables_, {});
   const int derived = std::exchange(derived_, 0);
-  std::string text = Apart(query);
-  text.insert(0, TakenOut());
-  taken_out_ = std::move(outer);
+  std::string text = InOwnStep(query);
+  text.insert(0, TakeCommonTables());
+  common_tables_ = std::move(outer);
   derived_ = derived;
   return text;
 }

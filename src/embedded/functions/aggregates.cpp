@@ -19,7 +19,7 @@ State* StateOf(Context context, bool create) {
       sqlite3_aggregate_context(context, create ? static_cast<int>(sizeof(State)) : 0));
 }
 
-// ---- Whole numbers ------------------------------------------------------------------------------
+// ---- Whole numbers ----
 
 struct IntegerSum {
   int64_t count;
@@ -57,14 +57,14 @@ void AverageIntegerFinal(Context context) {
   if (SumFits(context, kind, state->sum)) sqlite3_result_int64(context, state->sum / state->count);
 }
 
-// ---- Decimals -----------------------------------------------------------------------------------
+// ---- Decimals ----
 
 struct DecimalSum {
   int64_t count;
   int64_t shape;  // of AVG
   int64_t small;  // the sum while `is_wide` is false
   bool is_wide;
-  Wide wide;
+  WideInteger wide;
 };
 
 constexpr SqlType kWidest = DecimalType(38, 0);
@@ -83,15 +83,15 @@ void SumDecimalStep(Context context, int count, Arguments arguments) {
     }
   }
   if (!state->is_wide) {
-    state->wide = Wide::FromInt64(state->small);
+    state->wide = WideInteger::FromInt64(state->small);
     state->is_wide = true;
   }
-  state->wide.Add(CoefficientOf(CellOf(arguments[0])));
+  state->wide.Add(CoefficientOf(ViewOf(arguments[0])));
   if (!FitsScaled(state->wide, kWidest)) FailOverflow(context, TypeKind::kDecimal);
 }
 
-Wide SumOf(const DecimalSum& state) {
-  return state.is_wide ? state.wide : Wide::FromInt64(state.small);
+WideInteger SumOf(const DecimalSum& state) {
+  return state.is_wide ? state.wide : WideInteger::FromInt64(state.small);
 }
 
 template <TypeKind kind>
@@ -111,9 +111,9 @@ void AverageDecimalFinal(Context context) {
   if (state == nullptr) return;
   const auto scale = static_cast<int>(state->shape & 63);
   const SqlType result = TypeFromCode(state->shape >> 12);
-  Wide average;
-  const DecimalStatus status =
-      DivideDecimals(SumOf(*state), scale, Wide::FromInt64(state->count), 0, result, &average);
+  WideInteger average;
+  const DecimalStatus status = DivideDecimals(
+      SumOf(*state), scale, WideInteger::FromInt64(state->count), 0, result, &average);
   if (status != DecimalStatus::kOk) return FailOverflow(context, result.kind);
   Scratch scratch;
   Return(context, StoreCoefficient(average, &scratch));
@@ -121,7 +121,7 @@ void AverageDecimalFinal(Context context) {
 
 struct DecimalExtreme {
   bool any;
-  Wide best;
+  WideInteger best;
 };
 
 template <int wanted>
@@ -129,8 +129,8 @@ void ExtremeStep(Context context, int, Arguments arguments) {
   if (AnyNull(1, arguments)) return;
   auto* state = StateOf<DecimalExtreme>(context, true);
   if (state == nullptr) return sqlite3_result_error_nomem(context);
-  const Wide value = CoefficientOf(CellOf(arguments[0]));
-  if (!state->any || Wide::Compare(value, state->best) == wanted) state->best = value;
+  const WideInteger value = CoefficientOf(ViewOf(arguments[0]));
+  if (!state->any || WideInteger::Compare(value, state->best) == wanted) state->best = value;
   state->any = true;
 }
 

@@ -5,7 +5,7 @@
 #include <array>
 
 #include "embedded/functions/functions.h"
-#include "embedded/types/cell.h"
+#include "embedded/types/stored_view.h"
 #include "embedded/types/text_units.h"
 #include "embedded/types/type_rules.h"
 
@@ -139,7 +139,7 @@ int CompareStored(const StoredValue& a, const StoredValue& b, const SqlType& typ
   }
   if (IsApproximate(type.kind)) return a.real() < b.real() ? -1 : a.real() > b.real() ? 1 : 0;
   if (IsBinary(type.kind)) return std::clamp(a.blob().compare(b.blob()), -1, 1);
-  return Wide::Compare(CoefficientOf(FromStored(a)), CoefficientOf(FromStored(b)));
+  return WideInteger::Compare(CoefficientOf(FromStored(a)), CoefficientOf(FromStored(b)));
 }
 
 }  // namespace tavcc::sql

@@ -22,19 +22,19 @@ struct Code {
 // Text cut off on its way into a column names the column where the emitter gave one.
 void FailNaming(Context context, Arguments arguments, const Code& code) {
   Scratch scratch;
-  Cell cut;
+  StoredView cut;
   SqlError ignored;
-  ConvertCell(CellOf(arguments[0]), code.from, code.to, ConvertMode::kCast, code.style, &scratch,
+  ConvertView(ViewOf(arguments[0]), code.from, code.to, ConvertMode::kCast, code.style, &scratch,
               &cut, &ignored);
   Fail(context, 2628, {TextOf(arguments[2]), TextOf(arguments[3]), cut.bytes});
 }
 
 void ConvertWith(Context context, int count, Arguments arguments, const Code& code) {
   Scratch& scratch = SessionOf(context).scratch;
-  Cell out;
+  StoredView out;
   SqlError error;
-  const Cell in = CellOf(arguments[0]);
-  if (ConvertCell(in, code.from, code.to, code.mode, code.style, &scratch, &out, &error)) {
+  const StoredView in = ViewOf(arguments[0]);
+  if (ConvertView(in, code.from, code.to, code.mode, code.style, &scratch, &out, &error)) {
     Return(context, out);
     return;
   }

@@ -36,7 +36,8 @@ struct Shape {
   }
 };
 
-void GiveStatus(Context context, DecimalStatus status, const Shape& shape, const Wide& value) {
+void GiveStatus(Context context, DecimalStatus status, const Shape& shape,
+                const WideInteger& value) {
   if (status == DecimalStatus::kDivideByZero) return Fail(context, 8134);
   if (status == DecimalStatus::kOverflow) return FailOverflow(context, shape.result.kind);
   Scratch scratch;
@@ -82,8 +83,8 @@ bool AlignSmall(Arguments arguments, const Shape& shape, Small* small) {
          ScaleUp(sqlite3_value_int64(arguments[1]), scale - shape.scale_b, &small->b);
 }
 
-Wide CoefficientOf(sqlite3_value* value) {
-  return sql::CoefficientOf(CellOf(value));
+WideInteger CoefficientOf(sqlite3_value* value) {
+  return sql::CoefficientOf(ViewOf(value));
 }
 
 template <bool subtract>
@@ -97,9 +98,9 @@ void AddOrSubtract(Context context, int, Arguments arguments) {
                                    : __builtin_add_overflow(small.a, small.b, &result);
     if (!overflow && GiveSmall(context, shape, result)) return;
   }
-  Wide b = CoefficientOf(arguments[1]);
+  WideInteger b = CoefficientOf(arguments[1]);
   if (subtract) b.Negate();
-  Wide sum;
+  WideInteger sum;
   const DecimalStatus status =
       AddDecimals(CoefficientOf(arguments[0]), shape.scale_a, b, shape.scale_b, shape.result, &sum);
   GiveStatus(context, status, shape, sum);
@@ -114,7 +115,7 @@ void Multiply(Context context, int, Arguments arguments) {
     if (ScaleDown(result, scale - shape.scale, &result) && GiveSmall(context, shape, result))
       return;
   }
-  Wide product;
+  WideInteger product;
   const DecimalStatus status =
       MultiplyDecimals(CoefficientOf(arguments[0]), shape.scale_a, CoefficientOf(arguments[1]),
                        shape.scale_b, shape.result, &product);
@@ -132,7 +133,7 @@ void Divide(Context context, int, Arguments arguments) {
       if (GiveSmall(context, shape, a / b)) return;
     }
   }
-  Wide quotient;
+  WideInteger quotient;
   const DecimalStatus status =
       DivideDecimals(CoefficientOf(arguments[0]), shape.scale_a, CoefficientOf(arguments[1]),
                      shape.scale_b, shape.result, &quotient);
@@ -141,7 +142,7 @@ void Divide(Context context, int, Arguments arguments) {
 
 void Modulo(Context context, int, Arguments arguments) {
   const Shape shape(arguments[2]);
-  Wide remainder;
+  WideInteger remainder;
   const DecimalStatus status =
       RemainderOfDecimals(CoefficientOf(arguments[0]), shape.scale_a, CoefficientOf(arguments[1]),
                           shape.scale_b, shape.result, &remainder);
@@ -158,7 +159,7 @@ void Compare(Context context, int, Arguments arguments) {
                                               CoefficientOf(arguments[1]), shape.scale_b));
 }
 
-void GiveWide(Context context, const Wide& value) {
+void GiveWide(Context context, const WideInteger& value) {
   Scratch scratch;
   Return(context, StoreCoefficient(value, &scratch));
 }
@@ -172,7 +173,7 @@ void Negate(Context context, int, Arguments arguments) {
   if (IsSmall(arguments[0])) {
     return sqlite3_result_int64(context, -sqlite3_value_int64(arguments[0]));
   }
-  Wide value = CoefficientOf(arguments[0]);
+  WideInteger value = CoefficientOf(arguments[0]);
   value.Negate();
   GiveWide(context, value);
 }
@@ -182,7 +183,7 @@ void Absolute(Context context, int, Arguments arguments) {
     const int64_t small = sqlite3_value_int64(arguments[0]);
     return sqlite3_result_int64(context, small < 0 ? -small : small);
   }
-  Wide value = CoefficientOf(arguments[0]);
+  WideInteger value = CoefficientOf(arguments[0]);
   if (value.IsNegative()) value.Negate();
   GiveWide(context, value);
 }
@@ -193,28 +194,28 @@ void Order(Context context, int, Arguments arguments) {
 }
 
 // From scale_a to the result's scale and range; for values that are exact there already.
-void GiveAt(Context context, const Shape& shape, Wide value, int scale) {
+void GiveAt(Context context, const Shape& shape, WideInteger value, int scale) {
   Rescale(&value, scale, shape.scale);
   const bool fits = FitsScaled(value, shape.result);
   GiveStatus(context, fits ? DecimalStatus::kOk : DecimalStatus::kOverflow, shape, value);
 }
 
 void Sign(Context context, int, Arguments arguments) {
-  const Wide value = CoefficientOf(arguments[0]);
+  const WideInteger value = CoefficientOf(arguments[0]);
   const int sign = value.IsZero() ? 0 : value.IsNegative() ? -1 : 1;
-  GiveAt(context, Shape(arguments[1]), Wide::FromInt64(sign), 0);
+  GiveAt(context, Shape(arguments[1]), WideInteger::FromInt64(sign), 0);
 }
 
 template <bool up>
 void ToWhole(Context context, int, Arguments arguments) {
   const Shape shape(arguments[1]);
-  const Wide value = CoefficientOf(arguments[0]);
-  Wide whole = value;
+  const WideInteger value = CoefficientOf(arguments[0]);
+  WideInteger whole = value;
   whole.CutDigits(shape.scale_a);
-  Wide back = whole;
+  WideInteger back = whole;
   back.MultiplyByPowerOf10(shape.scale_a);
-  const bool inexact = Wide::Compare(back, value) != 0;
-  if (inexact && value.IsNegative() != up) whole.Add(Wide::FromInt64(up ? 1 : -1));
+  const bool inexact = WideInteger::Compare(back, value) != 0;
+  if (inexact && value.IsNegative() != up) whole.Add(WideInteger::FromInt64(up ? 1 : -1));
   GiveAt(context, shape, whole, 0);
 }
 
@@ -230,7 +231,7 @@ void Round(Context context, int, Arguments arguments) {
     const bool done = ScaleDown(value, drop, &value) && ScaleUp(value, drop, &value);
     if (done && shape.scale == shape.scale_a && GiveSmall(context, shape, value)) return;
   }
-  Wide value = CoefficientOf(arguments[0]);
+  WideInteger value = CoefficientOf(arguments[0]);
   if (cut) {
     value.CutDigits(drop);
   } else {
@@ -245,15 +246,15 @@ void Power(Context context, int, Arguments arguments) {
   const SqlType from = DecimalType(38, shape.scale_a);
   const SqlType middle = Type(TypeKind::kFloat);
   Scratch scratch;
-  Cell base, result;
+  StoredView base, result;
   SqlError error;
-  if (!ConvertCell(CellOf(arguments[0]), from, middle, ConvertMode::kCast, 0, &scratch, &base,
+  if (!ConvertView(ViewOf(arguments[0]), from, middle, ConvertMode::kCast, 0, &scratch, &base,
                    &error)) {
     return Fail(context, error);
   }
   const double value = std::pow(base.real, sqlite3_value_double(arguments[1]));
   if (std::isnan(value)) return Fail(context, 3623);
-  if (!ConvertCell(Cell::Real(value), middle, shape.result, ConvertMode::kCast, 0, &scratch,
+  if (!ConvertView(StoredView::Real(value), middle, shape.result, ConvertMode::kCast, 0, &scratch,
                    &result, &error)) {
     return Fail(context, error);
   }

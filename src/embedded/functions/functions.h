@@ -117,9 +117,9 @@
 #include <vector>
 
 #include "embedded/error.h"
-#include "embedded/types/cell.h"
 #include "embedded/types/sql_type.h"
 #include "embedded/types/stored_value.h"
+#include "embedded/types/stored_view.h"
 #include "foundation/date_time.h"
 
 struct sqlite3;
@@ -158,8 +158,7 @@ int CompareText(std::string_view a, std::string_view b);
 // NULL.
 int CompareStored(const StoredValue& a, const StoredValue& b, const SqlType& type);
 
-// ---- Date parts
-// -----------------------------------------------------------------------------------
+// ---- Date parts ----
 
 enum class DatePart : uint8_t {
   kYear,
@@ -183,8 +182,7 @@ std::optional<DatePart> ParseDatePart(std::string_view word);
 // Its full word: "hour".
 std::string_view DatePartWord(DatePart part);
 
-// ---- Codes
-// ----------------------------------------------------------------------------------------
+// ---- Codes ----
 
 // A type as one number below 2^20: kind (5 bits), then precision and scale, or the length plus one.
 constexpr int64_t TypeCode(const SqlType& type) {

@@ -14,21 +14,21 @@ void FailOverflow(Context context, TypeKind kind) {
   Fail(context, 8115, {"expression", KindText(kind)});
 }
 
-void Return(Context context, const Cell& cell) {
+void Return(Context context, const StoredView& cell) {
   switch (cell.kind) {
-    case Cell::Kind::kNull:
+    case StoredView::Kind::kNull:
       sqlite3_result_null(context);
       return;
-    case Cell::Kind::kInteger:
+    case StoredView::Kind::kInteger:
       sqlite3_result_int64(context, cell.integer);
       return;
-    case Cell::Kind::kReal:
+    case StoredView::Kind::kReal:
       sqlite3_result_double(context, cell.real);
       return;
-    case Cell::Kind::kText:
+    case StoredView::Kind::kText:
       ReturnText(context, cell.bytes);
       return;
-    case Cell::Kind::kBlob:
+    case StoredView::Kind::kBlob:
       sqlite3_result_blob64(context, cell.bytes.data(), cell.bytes.size(), SQLITE_TRANSIENT);
       return;
   }

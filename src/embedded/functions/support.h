@@ -10,7 +10,7 @@
 
 #include "embedded/error.h"
 #include "embedded/functions/functions.h"
-#include "embedded/types/cell.h"
+#include "embedded/types/stored_view.h"
 
 namespace tavcc::sql::internal {
 
@@ -53,7 +53,7 @@ inline std::string_view TextOf(sqlite3_value* value) {
 inline void ReturnText(Context context, std::string_view text) {
   sqlite3_result_text64(context, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
 }
-void Return(Context context, const Cell& cell);
+void Return(Context context, const StoredView& cell);
 
 // No exception may leave through SQLite's frames.
 template <ScalarFunction function>

@@ -221,7 +221,7 @@ void IsNumericText(Context context, int, Arguments arguments) {
     const bool sign =
         text.size() == 1 && std::string_view("+-.,$").find(text) != std::string_view::npos;
     double number = 0;
-    Wide coefficient;
+    WideInteger coefficient;
     int scale = 0;
     const bool read = ReadFloat(text, &number) == NumberReading::kOk ||
                       ReadMoney(text, &coefficient, &scale) == NumberReading::kOk;

@@ -16,7 +16,7 @@
 #include "embedded/bind/walk.h"
 #include "embedded/rewrite/conditions.h"
 #include "embedded/rewrite/rules.h"
-#include "embedded/types/wide.h"
+#include "embedded/types/wide_integer.h"
 
 namespace tavcc::sql {
 namespace {
@@ -28,7 +28,7 @@ constexpr int64_t kHighest = std::numeric_limits<int64_t>::max();
 
 // What is known of a column's stored value whenever the conditions hold: it is no null, from `low`
 // to `high`, and perhaps not 0.
-struct Known {
+struct ColumnRange {
   bool any = false;
   int64_t low = kLowest, high = kHighest;
   bool not_zero = false;
@@ -70,31 +70,31 @@ std::optional<int64_t> AtScaleOf(const BoundLiteral& literal, const SqlType& typ
   if (!IsExact(literal.type) || literal.value.kind() != StoredValue::Kind::kInteger) return {};
   const int up = StoredScale(type) - StoredScale(literal.type);
   if (up < 0) return {};
-  Wide value = Wide::FromInt64(literal.value.integer());
+  WideInteger value = WideInteger::FromInt64(literal.value.integer());
   value.MultiplyByPowerOf10(up);
   return value.ToInt64();
 }
 
-void LearnRange(Known& known, Op op, int64_t value) {
+void LearnRange(ColumnRange& range, Op op, int64_t value) {
   if (op == Op::kNotEqual) {
-    known.not_zero = known.not_zero || value == 0;
+    range.not_zero = range.not_zero || value == 0;
     return;
   }
-  if (op == Op::kEqual || op == Op::kGreaterEqual) known.low = std::max(known.low, value);
-  if (op == Op::kEqual || op == Op::kLessEqual) known.high = std::min(known.high, value);
+  if (op == Op::kEqual || op == Op::kGreaterEqual) range.low = std::max(range.low, value);
+  if (op == Op::kEqual || op == Op::kLessEqual) range.high = std::min(range.high, value);
   // Strictly greater or less is said without the strictness where there is no next number.
-  if (op == Op::kGreater) known.low = std::max(known.low, value < kHighest ? value + 1 : value);
-  if (op == Op::kLess) known.high = std::min(known.high, value > kLowest ? value - 1 : value);
+  if (op == Op::kGreater) range.low = std::max(range.low, value < kHighest ? value + 1 : value);
+  if (op == Op::kLess) range.high = std::min(range.high, value > kLowest ? value - 1 : value);
 }
 
 // |x| compared with a value that is not negative.
-void LearnAbsolute(Known& known, Op op, int64_t value) {
+void LearnAbsolute(ColumnRange& range, Op op, int64_t value) {
   if (op == Op::kLess || op == Op::kLessEqual || op == Op::kEqual) {
-    LearnRange(known, Op::kGreaterEqual, -value);
-    LearnRange(known, Op::kLessEqual, value);
+    LearnRange(range, Op::kGreaterEqual, -value);
+    LearnRange(range, Op::kLessEqual, value);
   }
   const bool above = op == Op::kGreater || ((op == Op::kGreaterEqual || op == Op::kEqual) && value);
-  if (above || (op == Op::kNotEqual && value == 0)) known.not_zero = true;
+  if (above || (op == Op::kNotEqual && value == 0)) range.not_zero = true;
 }
 
 Op Mirrored(Op op) {
@@ -114,8 +114,8 @@ Op Mirrored(Op op) {
 
 // Adds what a condition says of the column; the slot of the literal that it says it by, -1 for a
 // constant, nothing when it says nothing.
-std::optional<int> Learn(Known& known, const BoundCondition& condition, const BoundSource& source,
-                         int column) {
+std::optional<int> Learn(ColumnRange& range, const BoundCondition& condition,
+                         const BoundSource& source, int column) {
   if (condition.kind != BoundCondition::Kind::kComparison) return {};
   const auto& comparison = static_cast<const BoundComparison&>(condition);
   const BoundLiteral* literal = AsLiteral(*comparison.right);
@@ -130,35 +130,35 @@ std::optional<int> Learn(Known& known, const BoundCondition& condition, const Bo
   const auto value = AtScaleOf(*literal, about->type);
   if (!value || (absolute != nullptr && *value < 0)) return {};
   const Op op = mirrored ? Mirrored(comparison.op) : comparison.op;
-  known.any = true;
+  range.any = true;
   if (absolute != nullptr) {
-    LearnAbsolute(known, op, *value);
+    LearnAbsolute(range, op, *value);
   } else {
-    LearnRange(known, op, *value);
+    LearnRange(range, op, *value);
   }
   return literal->slot;
 }
 
-bool Follows(const KeyFilter& filter, const Known& known, const SqlType& type) {
-  if (!known.any || filter.kind == KeyFilter::Kind::kNull) return false;
+bool Follows(const KeyFilter& filter, const ColumnRange& range, const SqlType& type) {
+  if (!range.any || filter.kind == KeyFilter::Kind::kNull) return false;
   if (filter.kind == KeyFilter::Kind::kNotNull) return true;
   if (filter.constant.kind() != StoredValue::Kind::kInteger) return false;
   const int64_t value = filter.constant.integer();
-  if (filter.op == Op::kNotEqual && value == 0 && known.not_zero) return true;
-  if (!known.IsWhole(type)) return false;
+  if (filter.op == Op::kNotEqual && value == 0 && range.not_zero) return true;
+  if (!range.IsWhole(type)) return false;
   switch (filter.op) {
     case Op::kEqual:
-      return known.low == value && known.high == value;
+      return range.low == value && range.high == value;
     case Op::kNotEqual:
-      return known.low > value || known.high < value;
+      return range.low > value || range.high < value;
     case Op::kLess:
-      return known.high < value;
+      return range.high < value;
     case Op::kLessEqual:
-      return known.high <= value;
+      return range.high <= value;
     case Op::kGreater:
-      return known.low > value;
+      return range.low > value;
     default:
-      return known.low >= value;
+      return range.low >= value;
   }
 }
 
@@ -166,12 +166,12 @@ bool Follows(const KeyFilter& filter, const Known& known, const SqlType& type) {
 bool FilterFollows(const Key& key, const BoundSource& source, const BoundCondition* where,
                    std::vector<int>& literals) {
   return std::ranges::all_of(key.filter, [&](const KeyFilter& filter) {
-    Known known;
+    ColumnRange range;
     ForEachConjunct(where, [&](const BoundCondition& conjunct) {
-      const auto slot = Learn(known, conjunct, source, filter.column);
+      const auto slot = Learn(range, conjunct, source, filter.column);
       if (slot && *slot >= 0) literals.push_back(*slot);
     });
-    return Follows(filter, known, source.columns[static_cast<size_t>(filter.column)].type);
+    return Follows(filter, range, source.columns[static_cast<size_t>(filter.column)].type);
   });
 }
 
@@ -189,7 +189,7 @@ class ImpliedIndexFilter final : public StatementPass {
         if (key.filter.empty() || !FilterFollows(key, source, where.get(), literals)) continue;
         filters.push_back(std::make_unique<BoundIndexFilter>(source, key));
         for (const int slot : literals) {
-          binding_.uses[static_cast<size_t>(slot)] = LiteralUse::kValue;
+          binding_.dependences[static_cast<size_t>(slot)] = LiteralDependence::kValue;
         }
       }
     });

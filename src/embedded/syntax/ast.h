@@ -11,7 +11,10 @@
 #include <utility>
 #include <vector>
 
+#include "embedded/types/literals.h"
+#include "embedded/types/operators.h"
 #include "embedded/types/sql_type.h"
+#include "embedded/types/type_name.h"
 
 namespace tavcc::sql {
 
@@ -34,7 +37,7 @@ struct ObjectName {
   const std::string& last() const { return parts.back(); }
 };
 
-// ---- Expressions (values) ----------------------------------------------------------------------
+// ---- Expressions (values) ----
 
 struct Expression {
   enum class Kind : uint8_t {
@@ -56,15 +59,13 @@ struct Expression {
 };
 
 struct LiteralExpression final : Expression {
-  enum class Form : uint8_t { kNull, kInteger, kDecimal, kFloat, kText, kNationalText, kBinary };
+  using Form = LiteralForm;
   LiteralExpression() : Expression(Kind::kLiteral) {}
   Form form = Form::kNull;
   // Digits as written ("007", "1.50", "1e3"), the text without quotes and with doubled quotes made
   // single, or the hexadecimal digits after 0x.
   std::string text;
-  // Which of the batch's literals this is (see Lexer): literals with the same position in texts
-  // that differ in nothing but literal values can share one compiled batch. -1 when it must stay
-  // literal.
+  // The number of the parameter that it is (see Batch::literals), -1 when it is none.
   int slot = -1;
 };
 
@@ -84,23 +85,14 @@ struct GlobalVariableExpression final : Expression {
 };
 
 struct UnaryExpression final : Expression {
-  enum class Operator : uint8_t { kPlus, kMinus, kBitNot };
+  using Operator = UnaryOperator;
   UnaryExpression() : Expression(Kind::kUnary) {}
   Operator op = Operator::kPlus;
   ExpressionPtr operand;
 };
 
 struct BinaryExpression final : Expression {
-  enum class Operator : uint8_t {
-    kAdd,
-    kSubtract,
-    kMultiply,
-    kDivide,
-    kModulo,
-    kBitAnd,
-    kBitOr,
-    kBitXor,
-  };
+  using Operator = BinaryOperator;
   BinaryExpression() : Expression(Kind::kBinary) {}
   Operator op = Operator::kAdd;
   ExpressionPtr left, right;
@@ -115,12 +107,6 @@ struct FunctionExpression final : Expression {
   std::string date_part;
   bool distinct = false;
   bool star = false;
-};
-
-// A type as written: its name and its bracketed arguments, e.g. {"decimal", {28, 10}}.
-struct TypeName {
-  std::string name;
-  std::vector<int> arguments;  // SqlType::kMax for "max"
 };
 
 struct ConvertExpression final : Expression {
@@ -148,7 +134,7 @@ struct ScalarSubqueryExpression final : Expression {
   QueryPtr query;
 };
 
-// ---- Conditions (three-valued) -----------------------------------------------------------------
+// ---- Conditions (three-valued) ----
 
 struct Condition {
   enum class Kind : uint8_t {
@@ -225,7 +211,7 @@ struct ExistsCondition final : Condition {
   QueryPtr query;
 };
 
-// ---- Queries -----------------------------------------------------------------------------------
+// ---- Queries ----
 
 struct TableSource {
   enum class Kind : uint8_t { kNamed, kDerived, kJoin };
@@ -303,7 +289,7 @@ struct Query {
   int line = 0;
 };
 
-// ---- Statements --------------------------------------------------------------------------------
+// ---- Statements ----
 
 struct Statement {
   enum class Kind : uint8_t {
@@ -586,7 +572,16 @@ struct RaisErrorStatement final : Statement {
 
 struct Batch {
   std::vector<StatementPtr> statements;
-  int literal_slots = 0;  // how many literals can be exchanged without compiling anew
+  // Where the literals begin in the text that are its parameters: others of the same kind in their
+  // places make a text that can share the compiled batch. They are numbered in this order.
+  //
+  // Other literals are part of what the batch says: TOP counts, styles of CONVERT, ordinals of
+  // ORDER BY, whatever stands in a table definition, view or procedure, the filter of an index, and
+  // binary constants.
+  std::vector<size_t> literals;
+  // False where a literal stands in a place that decides on more than a value, so that no other
+  // text can share the batch.
+  bool shareable = true;
   // The table variables that statements read or write, each as often as one is named.
   std::vector<std::string> table_variables;
 };

@@ -1,4 +1,4 @@
-// Letters beyond ASCII, the check that the text is UTF-8, and the numbering of literals.
+// Letters beyond ASCII, and the check that the text is UTF-8.
 #include "embedded/syntax/lexer.h"
 
 #include <algorithm>
@@ -72,11 +72,6 @@ void CheckEncoding(std::string_view text) {
   }
 }
 
-bool IsLiteral(TokenKind kind) {
-  return (kind >= TokenKind::kInteger && kind <= TokenKind::kBinary) || kind == TokenKind::kText ||
-         kind == TokenKind::kNationalText;
-}
-
 }  // namespace
 
 namespace scanning {
@@ -116,11 +111,6 @@ void Lexer::Read(Token& token) {
   line_counted_to_ = raw.begin;
   token.line = line_;
   if (raw.kind == TokenKind::kWord) token.keyword = LookUpKeyword(token.text);
-  if (IsLiteral(raw.kind)) {
-    if (context_.Literal(raw.kind, scanner_.PeekCharacter())) token.slot = slots_++;
-  } else if (raw.kind != TokenKind::kEnd) {
-    context_.Pass(raw.kind, token.keyword, token.text.front());
-  }
 }
 
 std::string_view Inside(const Token& token) {

@@ -1,5 +1,4 @@
-// The tokens of a batch as the parser wants them: with keywords known, lines counted and literals
-// numbered.
+// The tokens of a batch as the parser wants them: with keywords known and lines counted.
 #pragma once
 
 #include <array>
@@ -7,7 +6,6 @@
 #include <string_view>
 
 #include "embedded/syntax/keywords.h"
-#include "embedded/syntax/literal_context.h"
 #include "embedded/syntax/scanner.h"
 
 namespace tavcc::sql {
@@ -17,7 +15,6 @@ struct Token {
   Keyword keyword = Keyword::kNone;  // of a kWord
   bool doubled = false;              // see RawToken
   int line = 1;
-  int slot = -1;  // of a literal that can be exchanged: its number in the batch
   size_t begin = 0, end = 0;
   std::string_view text;  // as written
 };
@@ -36,9 +33,6 @@ class Lexer {
 
   std::string_view text() const { return text_; }
 
-  // How many literals were numbered so far, -1 when the batch cannot share its compiled form.
-  int slots() const { return context_.shareable() ? slots_ : -1; }
-
   static constexpr size_t kLookAhead = 2;
 
  private:
@@ -46,10 +40,8 @@ class Lexer {
 
   std::string_view text_;
   Scanner scanner_;
-  LiteralContext context_;
   int line_ = 1;
   size_t line_counted_to_ = 0;
-  int slots_ = 0;
   size_t first_ = 0;
   std::array<Token, kLookAhead + 2> tokens_;  // a ring: the token taken last, then those ahead
 };

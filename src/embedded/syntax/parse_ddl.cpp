@@ -61,8 +61,8 @@ StatementPtr Parser::ParseCreateIndex(int line) {
     TakeNameList();  // columns that are only carried along
   }
   if (Accept(Keyword::kWHERE)) {
+    const Constants constants(*this);
     create->filter = ParseCondition();
-    PinAll(*create->filter);
   }
   SkipKeyOptions();
   return create;
@@ -76,6 +76,7 @@ StatementPtr Parser::ParseCreateView(int line) {
   if (At(Keyword::kWITH)) Unsupported("options of CREATE VIEW");
   Expect(Keyword::kAS);
   const size_t begin = Begin();
+  const Constants constants(*this);
   create->query = ParseQuery();
   create->text = TextBetween(begin, last_.end);
   if (At(Keyword::kWITH)) Unsupported("WITH CHECK OPTION");
@@ -90,6 +91,7 @@ StatementPtr Parser::ParseCreateProcedure(int line, size_t begin) {
   auto create = MakeAt<CreateProcedureStatement>(line);
   create->name = TakeObjectName();
   if (AtSymbol(";")) Unsupported("numbered procedures");
+  const Constants constants(*this);
   const bool bracketed = AtSymbol("(") && Peek(1).kind == TokenKind::kVariable;
   if (bracketed) Take();
   if (Peek().kind == TokenKind::kVariable) do
@@ -115,10 +117,7 @@ ParameterDefinition Parser::ParseParameter() {
   if (At(Keyword::kCURSOR)) Unsupported("cursor parameters");
   parameter.type = ParseType();
   if (At(Keyword::kNULL)) Take();  // every parameter takes nulls
-  if (AcceptSymbol("=")) {
-    parameter.default_value = ParseExpression();
-    PinAll(parameter.default_value.get());
-  }
+  if (AcceptSymbol("=")) parameter.default_value = ParseExpression();
   parameter.output = AcceptWord("OUTPUT") || AcceptWord("OUT");
   if (AtWord("READONLY")) Unsupported("table-valued parameters");
   return parameter;
@@ -200,6 +199,7 @@ TableDefinition Parser::ParseTableDefinition() {
 }
 
 void Parser::ParseTableElement(TableDefinition& table) {
+  const Constants constants(*this);
   if (Accept(Keyword::kCONSTRAINT)) {
     std::string name = TakeName();
     ParseTableConstraint(table, std::move(name));
@@ -292,7 +292,6 @@ bool Parser::ParseColumnOption(ColumnDefinition& column) {
     case Keyword::kDEFAULT:
       Take();
       column.default_value = ParseExpression();
-      PinAll(column.default_value.get());
       if (At(Keyword::kWITH) && At(Keyword::kVALUES, 1)) Unsupported("DEFAULT … WITH VALUES");
       return true;
     case Keyword::kPRIMARY:
@@ -336,7 +335,6 @@ int64_t Parser::ParseSignedInteger() {
   const bool negative = AcceptSymbol("-");
   if (!negative) AcceptSymbol("+");
   if (Peek().kind != TokenKind::kInteger) Unexpected();
-  Pin(Peek());
   const Token token = Take();
   int64_t value = 0;
   const char* const end = token.text.data() + token.text.size();
@@ -371,7 +369,6 @@ void Parser::ParseTypeArguments(TypeName& type) {
       continue;
     }
     if (Peek().kind != TokenKind::kInteger) Unexpected();
-    Pin(Peek());
     const Token token = Take();
     int value = 0;
     const char* const end = token.text.data() + token.text.size();

@@ -186,11 +186,23 @@ Parser::Parsed Parser::ParseBracket() {
   return inside;
 }
 
+// A number that only this parser takes for one ("1e") is no parameter either.
+void Parser::NumberLiteral(const Token& token, LiteralExpression& literal) {
+  const char last = token.text.back();
+  const bool unfinished = token.kind == TokenKind::kFloat && (last < '0' || last > '9');
+  if (constants_ > 0 || token.kind == TokenKind::kBinary || unfinished) {
+    ++constants_met_;
+    return;
+  }
+  literal.slot = static_cast<int>(literals_.size());
+  literals_.push_back(token.begin);
+}
+
 ExpressionPtr Parser::ParseLiteral() {
   const Token token = Take();
   auto literal = MakeAt<LiteralExpression>(token.line);
-  literal->slot = token.slot;
   literal->text = std::string(token.text);
+  NumberLiteral(token, *literal);
   switch (token.kind) {
     case TokenKind::kInteger:
       literal->form = LiteralExpression::Form::kInteger;
@@ -370,8 +382,8 @@ ExpressionPtr Parser::ParseConvert() {
   ExpectSymbol(",");
   convert->operand = ParseExpression();
   if (AcceptSymbol(",")) {
+    const Constants constants(*this);
     convert->style = ParseExpression();
-    PinAll(convert->style.get());
   }
   ExpectSymbol(")");
   return convert;

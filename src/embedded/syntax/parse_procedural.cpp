@@ -112,7 +112,6 @@ StatementPtr Parser::ParseSetOption(int line) {
     const size_t begin = Begin();
     if (!AcceptSymbol("-")) AcceptSymbol("+");
     if (Peek().kind == TokenKind::kEnd || Peek().kind == TokenKind::kSymbol) Unexpected();
-    Pin(Peek());
     Take();
     set->value = TextBetween(begin, last_.end);
   } else if (IsIn(kSwitches, set->name)) {

@@ -80,6 +80,7 @@ QueryPtr Parser::ParseSelectBlock() {
 // TOP 5, TOP (@n): without brackets only a number may follow.
 std::optional<TopClause> Parser::ParseOptionalTop() {
   if (!Accept(Keyword::kTOP)) return std::nullopt;
+  const Constants constants(*this);
   TopClause top;
   if (AtSymbol("(")) {
     Nest nest(*this);
@@ -90,7 +91,6 @@ std::optional<TopClause> Parser::ParseOptionalTop() {
     if (Peek().kind < TokenKind::kInteger || Peek().kind > TokenKind::kFloat) Unexpected();
     top.count = ParseLiteral();
   }
-  PinAll(top.count.get());
   top.percent = Accept(Keyword::kPERCENT);
   if (At(Keyword::kWITH) && AtWord("TIES", 1)) {
     Take();
@@ -116,7 +116,6 @@ SelectItem Parser::ParseSelectItem() {
     }
   }
   if ((AtName() || AtText()) && AtSymbol("=", 1)) {
-    Pin(Peek());
     item.alias = AtText() ? Unquote(Take()) : TakeName();
     Take();
     item.expression = ParseExpression();
@@ -145,7 +144,6 @@ bool Parser::ParseStar(SelectItem& item) {
 void Parser::ParseOptionalAlias(SelectItem& item) {
   const bool as = Accept(Keyword::kAS);
   if (AtText()) {
-    Pin(Peek());
     item.alias = Unquote(Take());
   } else if (AtName()) {
     item.alias = TakeName();
@@ -160,10 +158,8 @@ void Parser::ParseGroupBy(SelectBlock& block) {
   if (At(Keyword::kALL)) Unsupported("GROUP BY ALL");
   if ((AtWord("ROLLUP") || AtWord("CUBE")) && AtSymbol("(", 1)) Unsupported("ROLLUP and CUBE");
   if (AtWord("GROUPING") && AtWord("SETS", 1)) Unsupported("GROUPING SETS");
-  do {
-    block.group_by.push_back(ParseExpression());
-    PinAll(block.group_by.back().get());
-  } while (AcceptSymbol(","));
+  do block.group_by.push_back(ParseListItem());
+  while (AcceptSymbol(","));
   if (At(Keyword::kWITH) && (AtWord("ROLLUP", 1) || AtWord("CUBE", 1)))
     Unsupported("ROLLUP and CUBE");
 }
@@ -175,8 +171,7 @@ void Parser::ParseOrderBy(Query& query) {
   Expect(Keyword::kBY);
   do {
     OrderItem item;
-    item.expression = ParseExpression();
-    PinAll(item.expression.get());
+    item.expression = ParseListItem();
     item.descending = At(Keyword::kDESC);
     if (At(Keyword::kASC) || At(Keyword::kDESC)) Take();
     query.order_by.push_back(std::move(item));

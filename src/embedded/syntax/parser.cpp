@@ -40,10 +40,22 @@ Batch ParseBatch(std::string_view text) {
   return Parser(text).Run();
 }
 
+ExpressionPtr ParseExpression(std::string_view text) {
+  return Parser(text).RunExpression();
+}
+
+ExpressionPtr Parser::RunExpression() {
+  const Constants constants(*this);
+  ExpressionPtr expression = ParseExpression();
+  if (Peek().kind != TokenKind::kEnd) Unexpected();
+  return expression;
+}
+
 Batch Parser::Run() {
   Batch batch;
   batch.statements = ParseStatementsToEnd();
-  batch.literal_slots = unshareable_ ? -1 : lexer_.slots();
+  batch.literals = std::move(literals_);
+  batch.shareable = shareable_;
   batch.table_variables = std::move(table_variables_);
   return batch;
 }
@@ -214,28 +226,15 @@ void Parser::SkipBrackets(std::string_view refused) {
   }
 }
 
-void Parser::Pin(const Token& literal) {
-  if (literal.slot >= 0) unshareable_ = true;
-}
-
-// Only literals under signs are looked for: other constants are refused or shared elsewhere.
-void Parser::PinAll(const Expression* expression) {
-  while (expression != nullptr && expression->kind == Expression::Kind::kUnary)
-    expression = static_cast<const UnaryExpression*>(expression)->operand.get();
-  if (expression == nullptr || expression->kind != Expression::Kind::kLiteral) return;
-  if (static_cast<const LiteralExpression*>(expression)->slot >= 0) unshareable_ = true;
-}
-
-// Conditions that an index may have: comparisons, and several of them.
-void Parser::PinAll(const Condition& filter) {
-  if (filter.kind == Condition::Kind::kAnd) {
-    for (const auto& operand : static_cast<const LogicalCondition&>(filter).operands) {
-      PinAll(*operand);
-    }
-  } else if (filter.kind == Condition::Kind::kComparison) {
-    PinAll(static_cast<const ComparisonCondition&>(filter).left.get());
-    PinAll(static_cast<const ComparisonCondition&>(filter).right.get());
-  }
+ExpressionPtr Parser::ParseListItem() {
+  const Constants constants(*this);
+  const int before = constants_met_;
+  auto item = ParseExpression();
+  const bool ordinal =
+      item->kind == Expression::Kind::kLiteral &&
+      static_cast<const LiteralExpression&>(*item).form == LiteralExpression::Form::kInteger;
+  if (constants_met_ > before && !ordinal) shareable_ = false;
+  return item;
 }
 
 // ---- Errors ----

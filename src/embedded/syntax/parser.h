@@ -27,4 +27,7 @@ inline constexpr int kMaxCaseNesting = 10;
 // have, which the text names. A batch that throws has no tree: nothing of it may run.
 Batch ParseBatch(std::string_view text);
 
+// One expression of a definition: its literals are no parameters. Errors: as ParseBatch.
+ExpressionPtr ParseExpression(std::string_view text);
+
 }  // namespace tavcc::sql

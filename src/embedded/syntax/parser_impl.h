@@ -22,6 +22,7 @@ class Parser {
   explicit Parser(std::string_view text) : lexer_(text) {}
 
   Batch Run();
+  ExpressionPtr RunExpression();
 
  private:
   // What a bracket, or anything that may begin with one, turned out to be. Exactly one is set.
@@ -42,6 +43,18 @@ class Parser {
    private:
     Parser& parser_;
     const int height_of_siblings_;
+  };
+
+  // While one lives, literals are part of what the batch says, not parameters of it.
+  class Constants {
+   public:
+    explicit Constants(Parser& parser) : parser_(parser) { ++parser_.constants_; }
+    ~Constants() { --parser_.constants_; }
+    Constants(const Constants&) = delete;
+    Constants& operator=(const Constants&) = delete;
+
+   private:
+    Parser& parser_;
   };
 
   // One level of CASE.
@@ -96,10 +109,9 @@ class Parser {
   ObjectName TakeTableName();               // also of a table variable
   // Takes brackets and all that is in them; the word `refused`, when given, may not be.
   void SkipBrackets(std::string_view refused = {});
-  // Notes that a literal's value shapes what is compiled.
-  void Pin(const Token& literal);
-  void PinAll(const Expression* expression);
-  void PinAll(const Condition& filter);
+  // An item of GROUP BY or ORDER BY, which must be found again in the select list: a literal in it,
+  // ordinals excepted, keeps the batch from being shared.
+  ExpressionPtr ParseListItem();
 
   // ---- Errors (parser.cpp) ----
   [[noreturn]] void Unexpected();
@@ -220,6 +232,7 @@ class Parser {
   Parsed ParsePrimary();
   Parsed ParseBracket();
   ExpressionPtr ParseLiteral();
+  void NumberLiteral(const Token& token, LiteralExpression& literal);
   ExpressionPtr ParseVariableReference();
   ExpressionPtr ParseKeywordValue();
   ExpressionPtr ParseKeywordCall();
@@ -252,7 +265,11 @@ class Parser {
 
   Lexer lexer_;
   Token last_;  // the token taken last
-  bool unshareable_ = false;
+  // Which literals are parameters: see Batch.
+  int constants_ = 0;      // how many Constants live
+  int constants_met_ = 0;  // literals so far that are none
+  std::vector<size_t> literals_;
+  bool shareable_ = true;
   std::vector<std::string> table_variables_;
   bool first_statement_ = true;
   int depth_ = 0;

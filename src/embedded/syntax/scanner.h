@@ -1,6 +1,6 @@
 // Cuts the text of a batch into tokens: the one place that knows the server's lexical rules.
 //
-// The lexer (for the parser) and the fingerprint (for the cache of compiled batches) both run it,
+// The lexer (for the parser) and the form of a text (for the cache of batches) both read with it,
 // so that they cannot disagree on what a literal is. It allocates nothing and copies nothing. How
 // numbers and quotations are read stands apart, for whoever knows where one begins.
 #pragma once
@@ -164,15 +164,6 @@ class Scanner {
     if (static_cast<unsigned char>(c) >= 0x80 && scanning::WideLetter(text_.substr(at_)) > 0)
       return Word(TokenKind::kWord);
     return Symbol();
-  }
-
-  // The first character of the token that Next would give, 0 at the end; nothing is consumed.
-  char PeekCharacter() {
-    const size_t at = at_;
-    const bool closed = SkipBlanksAndComments();
-    const char c = closed && at_ < text_.size() ? text_[at_] : '\0';
-    at_ = at;
-    return c;
   }
 
  private:

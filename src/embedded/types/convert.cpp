@@ -38,7 +38,7 @@ constexpr bool InRange(TypeKind kind, int64_t value) {
   return value >= range.low && value <= range.high;
 }
 
-// ---- To whole numbers ---------------------------------------------------------------------------
+// ---- To whole numbers ----
 
 bool TextOverflow(const Conversion& c) {
   const std::string_view from = KindText(c.from.kind);
@@ -65,7 +65,7 @@ bool TextToInteger(const Conversion& c) {
     return c.Fail(245, {KindText(c.from.kind), c.in.bytes, KindText(c.to.kind)});
   }
   if (reading == NumberReading::kOverflow || !InRange(c.to.kind, value)) return TextOverflow(c);
-  return c.Give(Cell::Integer(value));
+  return c.Give(StoredView::Integer(value));
 }
 
 bool TextToBit(const Conversion& c) {
@@ -73,18 +73,18 @@ bool TextToBit(const Conversion& c) {
   const auto is = [text](std::string_view word) {
     return std::ranges::equal(text, word, [](char a, char b) { return (a | 0x20) == b; });
   };
-  if (is("true")) return c.Give(Cell::Integer(1));
-  if (is("false")) return c.Give(Cell::Integer(0));
+  if (is("true")) return c.Give(StoredView::Integer(1));
+  if (is("false")) return c.Give(StoredView::Integer(0));
   int64_t value = 0;
   switch (ReadWhole(text, &value)) {
     case NumberReading::kNoNumber:
       return c.Fail(245, {KindText(c.from.kind), c.in.bytes, KindText(c.to.kind)});
     case NumberReading::kOverflow:
-      return c.Give(Cell::Integer(1));
+      return c.Give(StoredView::Integer(1));
     case NumberReading::kOk:
       break;
   }
-  return c.Give(Cell::Integer(value != 0 ? 1 : 0));
+  return c.Give(StoredView::Integer(value != 0 ? 1 : 0));
 }
 
 bool IntegerOverflow(const Conversion& c) {
@@ -98,7 +98,7 @@ bool FloatToInteger(const Conversion& c) {
   // 2^63 is a double, so the comparison is exact on both sides.
   const bool fits = whole >= -0x1p63 && whole < 0x1p63;
   if (fits && InRange(c.to.kind, static_cast<int64_t>(whole))) {
-    return c.Give(Cell::Integer(static_cast<int64_t>(whole)));
+    return c.Give(StoredView::Integer(static_cast<int64_t>(whole)));
   }
   if (c.to.kind == TypeKind::kBigInt) return c.Overflow("expression");
   char text[400];
@@ -112,14 +112,14 @@ bool FloatToInteger(const Conversion& c) {
 // Decimals are cut, money is rounded.
 bool ScaledToInteger(const Conversion& c) {
   const int scale = StoredScale(c.from);
-  Wide value = CoefficientOf(c.in);
+  WideInteger value = CoefficientOf(c.in);
   if (IsMoney(c.from.kind)) {
     value.RoundDigits(scale);
   } else {
     value.CutDigits(scale);
   }
   const auto whole = value.ToInt64();
-  if (whole && InRange(c.to.kind, *whole)) return c.Give(Cell::Integer(*whole));
+  if (whole && InRange(c.to.kind, *whole)) return c.Give(StoredView::Integer(*whole));
   if (c.from.kind == TypeKind::kMoney && c.to.kind == TypeKind::kInt) {
     return c.Fail(237, {KindText(c.to.kind)});
   }
@@ -128,7 +128,7 @@ bool ScaledToInteger(const Conversion& c) {
 
 bool DateToInteger(const Conversion& c) {
   const int64_t days = FloorDivide(c.in.integer + kTicksPerDay / 2, kTicksPerDay);
-  if (InRange(c.to.kind, days)) return c.Give(Cell::Integer(days));
+  if (InRange(c.to.kind, days)) return c.Give(StoredView::Integer(days));
   return c.Fail(220, {KindText(c.to.kind), days}, c.to.kind == TypeKind::kTinyInt ? 2 : 1);
 }
 
@@ -142,32 +142,33 @@ bool BinaryToInteger(const Conversion& c) {
       c.in.bytes.substr(c.in.bytes.size() - std::min(width, c.in.bytes.size()));
   uint64_t value = 0;
   for (const char byte : bytes) value = value << 8 | static_cast<unsigned char>(byte);
-  if (c.to.kind == TypeKind::kBit) return c.Give(Cell::Integer(value != 0 ? 1 : 0));
+  if (c.to.kind == TypeKind::kBit) return c.Give(StoredView::Integer(value != 0 ? 1 : 0));
   if (c.to.kind == TypeKind::kInt) value = static_cast<uint64_t>(static_cast<int32_t>(value));
   if (c.to.kind == TypeKind::kSmallInt) value = static_cast<uint64_t>(static_cast<int16_t>(value));
-  return c.Give(Cell::Integer(static_cast<int64_t>(value)));
+  return c.Give(StoredView::Integer(static_cast<int64_t>(value)));
 }
 
 bool ConvertToBit(const Conversion& c) {
   if (IsText(c.from.kind)) return TextToBit(c);
   if (IsBinary(c.from.kind)) return BinaryToInteger(c);
-  const bool set = c.in.kind == Cell::Kind::kReal   ? c.in.real != 0
-                   : c.in.kind == Cell::Kind::kBlob ? true
-                                                    : c.in.integer != 0;
-  return c.Give(Cell::Integer(set ? 1 : 0));
+  const bool set = c.in.kind == StoredView::Kind::kReal   ? c.in.real != 0
+                   : c.in.kind == StoredView::Kind::kBlob ? true
+                                                          : c.in.integer != 0;
+  return c.Give(StoredView::Integer(set ? 1 : 0));
 }
 
-// ---- To decimals and money ----------------------------------------------------------------------
+// ---- To decimals and money ----
 
 // Rounds to the target's scale and stores, or raises the overflow in the source's name.
-bool GiveScaled(const Conversion& c, Wide value, int scale, std::string_view source, int state) {
+bool GiveScaled(const Conversion& c, WideInteger value, int scale, std::string_view source,
+                int state) {
   Rescale(&value, scale, StoredScale(c.to));
   if (!FitsScaled(value, c.to)) return c.Overflow(source, state);
   return c.Give(StoreCoefficient(value, c.scratch));
 }
 
 bool TextToScaled(const Conversion& c) {
-  Wide value;
+  WideInteger value;
   int scale = 0;
   const bool money = IsMoney(c.to.kind);
   const NumberReading reading =
@@ -191,7 +192,7 @@ bool TextToScaled(const Conversion& c) {
 bool FloatToScaled(const Conversion& c) {
   constexpr double kBeyondAny = 1e39;
   if (!(std::fabs(c.in.real) < kBeyondAny)) return c.Overflow(KindText(c.from.kind), 6);
-  Wide value;
+  WideInteger value;
   int scale = 0;
   DecimalOfFloat(c.in.real, &value, &scale);
   return GiveScaled(c, value, scale, KindText(c.from.kind), 6);
@@ -200,14 +201,14 @@ bool FloatToScaled(const Conversion& c) {
 bool DateToScaled(const Conversion& c) {
   // One digit more than the target keeps, cut with its sign, is enough to round by.
   const int scale = StoredScale(c.to) + 1;
-  Wide days = Wide::FromInt64(c.in.integer);
+  WideInteger days = WideInteger::FromInt64(c.in.integer);
   days.MultiplyByPowerOf10(scale);
-  Wide quotient;
-  Wide::Divide(days, Wide::FromInt64(kTicksPerDay), &quotient, nullptr);
+  WideInteger quotient;
+  WideInteger::Divide(days, WideInteger::FromInt64(kTicksPerDay), &quotient, nullptr);
   return GiveScaled(c, quotient, scale, "expression", 2);
 }
 
-// ---- To floating point --------------------------------------------------------------------------
+// ---- To floating point ----
 
 bool GiveFloat(const Conversion& c, double value) {
   if (c.to.kind == TypeKind::kReal) {
@@ -215,10 +216,10 @@ bool GiveFloat(const Conversion& c, double value) {
       return c.Overflow("expression");
     value = static_cast<double>(static_cast<float>(value));
   }
-  return c.Give(Cell::Real(value));
+  return c.Give(StoredView::Real(value));
 }
 
-// ---- To uniqueidentifier ------------------------------------------------------------------------
+// ---- To uniqueidentifier ----
 
 // 32 hexadecimal digits in groups of 8-4-4-4-12.
 bool IsGuid(std::string_view text) {
@@ -292,19 +293,20 @@ bool ConvertToGuid(const Conversion& c) {
   for (char& letter : upper) {
     if (letter >= 'a' && letter <= 'f') letter = static_cast<char>(letter - 32);
   }
-  return c.Give(Cell::Text(upper));
+  return c.Give(StoredView::Text(upper));
 }
 
 namespace {
 
 // Whether the value is stored as values of its type are. Anything else is a fault of whoever says
 // what type it has, and must not turn into another value.
-bool HasStoredForm(const Cell& cell, TypeKind kind) {
-  using Kind = Cell::Kind;
+bool HasStoredForm(const StoredView& cell, TypeKind kind) {
+  using Kind = StoredView::Kind;
   if (IsText(kind) || kind == TypeKind::kUniqueIdentifier) return cell.kind == Kind::kText;
   if (IsBinary(kind)) return cell.kind == Kind::kBlob;
   if (IsApproximate(kind)) return cell.kind == Kind::kReal;
-  if (IsScaled(kind) && cell.kind == Kind::kBlob) return cell.bytes.size() == Wide::kBlobSize;
+  if (IsScaled(kind) && cell.kind == Kind::kBlob)
+    return cell.bytes.size() == WideInteger::kBlobSize;
   if (cell.kind != Kind::kInteger) return false;
   return !IsDate(kind) || InRangeOf(TypeKind::kDate, cell.integer);
 }
@@ -312,10 +314,11 @@ bool HasStoredForm(const Cell& cell, TypeKind kind) {
 }  // namespace
 }  // namespace internal
 
-bool ConvertCell(const Cell& in, const SqlType& from, const SqlType& to, ConvertMode mode,
-                 int style, Scratch* scratch, Cell* out, SqlError* error) {
+bool ConvertView(const StoredView& in, const SqlType& from, const SqlType& to, ConvertMode mode,
+                 int style, Scratch* scratch, StoredView* out, SqlError* error) {
   const internal::Conversion conversion{in, from, to, mode, style, scratch, out, error};
-  if (in.kind == Cell::Kind::kNull || from.kind == TypeKind::kNull) return conversion.Give({});
+  if (in.kind == StoredView::Kind::kNull || from.kind == TypeKind::kNull)
+    return conversion.Give({});
   if (!internal::HasStoredForm(in, from.kind)) {
     return conversion.Fail(kNotSupported, {"a stored form that no " + TypeText(from) + " has"});
   }

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "embedded/error.h"
-#include "embedded/types/cell.h"
 #include "embedded/types/sql_type.h"
 #include "embedded/types/stored_value.h"
+#include "embedded/types/stored_view.h"
 
 namespace tavcc::sql {
 
@@ -20,7 +20,7 @@ namespace tavcc::sql {
 // What is cut and what is rounded is the table "Truncating and rounding results" of the "CAST and
 // CONVERT" page: decimal and float to a whole number are cut, money and dates to one are rounded,
 // everything to decimal is rounded.
-bool ConvertCell(const Cell& in, const SqlType& from, const SqlType& to, ConvertMode mode,
-                 int style, Scratch* scratch, Cell* out, SqlError* error);
+bool ConvertView(const StoredView& in, const SqlType& from, const SqlType& to, ConvertMode mode,
+                 int style, Scratch* scratch, StoredView* out, SqlError* error);
 
 }  // namespace tavcc::sql

@@ -48,9 +48,9 @@ size_t WidthOf(TypeKind kind) {
   }
 }
 
-void AppendDecimal(const Wide& value, const SqlType& type, std::string* out) {
-  unsigned char blob[Wide::kBlobSize];
-  Wide magnitude = value;
+void AppendDecimal(const WideInteger& value, const SqlType& type, std::string* out) {
+  unsigned char blob[WideInteger::kBlobSize];
+  WideInteger magnitude = value;
   if (value.IsNegative()) magnitude.Negate();
   magnitude.ToBlob(blob);
   const size_t width = type.precision <= 9    ? 4
@@ -62,7 +62,7 @@ void AppendDecimal(const Wide& value, const SqlType& type, std::string* out) {
   out->push_back(0);
   out->push_back(value.IsNegative() ? 0 : 1);
   for (size_t i = 0; i < width; ++i)
-    out->push_back(static_cast<char>(blob[Wide::kBlobSize - 1 - i]));
+    out->push_back(static_cast<char>(blob[WideInteger::kBlobSize - 1 - i]));
 }
 
 uint64_t PlainBits(const Conversion& c) {
@@ -139,7 +139,7 @@ bool GiveFirstBytes(const Conversion& c) {
     bytes.resize(length);
   }
   if (c.to.kind == TypeKind::kBinary && bytes.size() < length) bytes.resize(length, '\0');
-  return c.Give(Cell::Binary(bytes));
+  return c.Give(StoredView::Binary(bytes));
 }
 
 bool GiveLastBytes(const Conversion& c) {
@@ -149,20 +149,20 @@ bool GiveLastBytes(const Conversion& c) {
   if (bounded && bytes.size() > length) bytes.erase(0, bytes.size() - length);
   const bool pad = c.to.kind == TypeKind::kBinary && bytes.size() < length;
   if (pad) bytes.insert(0, length - bytes.size(), '\0');
-  return c.Give(Cell::Binary(bytes));
+  return c.Give(StoredView::Binary(bytes));
 }
 
 // False when the bytes are no decimal's.
-bool ReadDecimalBytes(std::string_view bytes, Wide* value, int* scale) {
+bool ReadDecimalBytes(std::string_view bytes, WideInteger* value, int* scale) {
   if (bytes.size() < kDecimalHead + 4 || bytes.size() > kDecimalHead + 16) return false;
   const auto byte = [&](size_t i) { return static_cast<unsigned char>(bytes[i]); };
   *scale = byte(1);
   if (byte(0) < 1 || byte(0) > 38 || *scale > byte(0) || byte(3) > 1) return false;
-  unsigned char blob[Wide::kBlobSize] = {1};
+  unsigned char blob[WideInteger::kBlobSize] = {1};
   for (size_t i = kDecimalHead; i < bytes.size(); ++i) {
-    blob[Wide::kBlobSize - 1 - (i - kDecimalHead)] = byte(i);
+    blob[WideInteger::kBlobSize - 1 - (i - kDecimalHead)] = byte(i);
   }
-  *value = Wide::FromBlob(blob);
+  *value = WideInteger::FromBlob(blob);
   if (!value->FitsDigits(byte(0))) return false;
   if (byte(3) == 0) value->Negate();
   return true;
@@ -197,12 +197,12 @@ bool ConvertToBinary(const Conversion& c) {
 
 bool BinaryToScaled(const Conversion& c) {
   if (c.to.kind == TypeKind::kMoney) {
-    return c.Give(Cell::Integer(static_cast<int64_t>(ReadNumber(c.in.bytes, 8))));
+    return c.Give(StoredView::Integer(static_cast<int64_t>(ReadNumber(c.in.bytes, 8))));
   }
   if (c.to.kind == TypeKind::kSmallMoney) {
-    return c.Give(Cell::Integer(static_cast<int32_t>(ReadNumber(c.in.bytes, 4))));
+    return c.Give(StoredView::Integer(static_cast<int32_t>(ReadNumber(c.in.bytes, 4))));
   }
-  Wide value;
+  WideInteger value;
   int scale = 0;
   if (!ReadDecimalBytes(c.in.bytes, &value, &scale)) {
     return c.Fail(8114, {KindText(c.from.kind), KindText(c.to.kind)});
@@ -226,7 +226,7 @@ bool BinaryToDate(const Conversion& c) {
   if (rest >= kTicksPerDay || !InRangeOf(c.to.kind, ticks)) {
     return c.Overflow(KindText(c.from.kind));
   }
-  return c.Give(Cell::Integer(ticks));
+  return c.Give(StoredView::Integer(ticks));
 }
 
 std::string Utf8Of(std::string_view bytes) {

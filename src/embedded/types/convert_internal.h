@@ -1,22 +1,23 @@
-// What the parts of ConvertCell share; for convert*.cpp only.
+// What the parts of ConvertView share; for convert*.cpp only.
 #pragma once
 
-#include "embedded/types/convert.h"
+#include "embedded/error.h"
+#include "embedded/types/stored_view.h"
 #include "embedded/types/type_rules.h"
 
 namespace tavcc::sql::internal {
 
 struct Conversion {
-  const Cell& in;
+  const StoredView& in;
   const SqlType& from;
   const SqlType& to;
   ConvertMode mode;
   int style;
   Scratch* scratch;
-  Cell* out;
+  StoredView* out;
   SqlError* error;
 
-  bool Give(Cell cell) const {
+  bool Give(StoredView cell) const {
     *out = cell;
     return true;
   }

@@ -26,15 +26,15 @@ bool IsFixed(TypeKind kind) {
   return kind == TypeKind::kChar || kind == TypeKind::kNChar;
 }
 
-// ---- To text ------------------------------------------------------------------------------------
+// ---- To text ----
 
 // Fits a text into the target: cut (or refused), padded with blanks for char and nchar.
 bool GiveText(const Conversion& c, std::string_view text) {
-  if (c.to.length == SqlType::kMax) return c.Give(Cell::Text(text));
+  if (c.to.length == SqlType::kMax) return c.Give(StoredView::Text(text));
   const auto length = static_cast<size_t>(c.to.length);
   // A character has at least as many bytes as units, so a short text need not be counted.
   const bool short_enough = text.size() <= length;
-  if (short_enough && !IsFixed(c.to.kind)) return c.Give(Cell::Text(text));
+  if (short_enough && !IsFixed(c.to.kind)) return c.Give(StoredView::Text(text));
   if (!short_enough) {
     const size_t fit = ByteOfUnit(text, length);
     const std::string_view rest = text.substr(fit);
@@ -42,13 +42,13 @@ bool GiveText(const Conversion& c, std::string_view text) {
       return c.Fail(8152, {});
     text = text.substr(0, fit);
   }
-  if (!IsFixed(c.to.kind)) return c.Give(Cell::Text(text));
+  if (!IsFixed(c.to.kind)) return c.Give(StoredView::Text(text));
   const size_t units = CountUnits(text);
-  if (units >= length) return c.Give(Cell::Text(text));
+  if (units >= length) return c.Give(StoredView::Text(text));
   std::string padded(text);
   padded.append(length - units, ' ');
   c.scratch->text = std::move(padded);
-  return c.Give(Cell::Text(c.scratch->text));
+  return c.Give(StoredView::Text(c.scratch->text));
 }
 
 // What does not fit of a whole number is shown as "*", but only in char and varchar.
@@ -74,9 +74,9 @@ bool GiveNumber(const Conversion& c, std::string_view from) {
 }
 
 // Styles: 0 two decimals, 1 with commas, 2 four decimals.
-std::string MoneyText(const Cell& in, int style) {
+std::string MoneyText(const StoredView& in, int style) {
   constexpr int kMoneyScale = 4;
-  Wide value = CoefficientOf(in);
+  WideInteger value = CoefficientOf(in);
   const int scale = style == 2 || style == 126 ? kMoneyScale : 2;
   Rescale(&value, kMoneyScale, scale);
   std::string text = DecimalText(value, scale);
@@ -113,7 +113,7 @@ bool GuidToText(const Conversion& c) {
   return c.Overflow("expression");
 }
 
-// ---- To dates -----------------------------------------------------------------------------------
+// ---- To dates ----
 
 // Rounds to what the target keeps: days, minutes, ticks.
 int64_t RoundFor(TypeKind kind, int64_t ticks) {
@@ -140,7 +140,7 @@ bool TextToDate(const Conversion& c) {
   if (reading == DateReading::kNoDate) return c.Fail(small ? 295 : 241, {});
   if (reading == DateReading::kOk) {
     ticks = RoundFor(c.to.kind, ticks);
-    if (InRangeOf(c.to.kind, ticks)) return c.Give(Cell::Integer(ticks));
+    if (InRangeOf(c.to.kind, ticks)) return c.Give(StoredView::Integer(ticks));
   }
   // The newer type has one message for both.
   return c.to.kind == TypeKind::kDate ? c.Fail(241, {}) : OutOfRange(c);
@@ -152,7 +152,8 @@ bool GiveDays(const Conversion& c, double days) {
   constexpr double kBeyondAny = 1e15;
   if (!(std::fabs(ticks) < kBeyondAny)) return c.Overflow("expression");
   const int64_t whole = RoundFor(c.to.kind, static_cast<int64_t>(ticks));
-  return InRangeOf(c.to.kind, whole) ? c.Give(Cell::Integer(whole)) : c.Overflow("expression");
+  return InRangeOf(c.to.kind, whole) ? c.Give(StoredView::Integer(whole))
+                                     : c.Overflow("expression");
 }
 
 }  // namespace
@@ -187,21 +188,22 @@ bool ConvertToText(const Conversion& c) {
 bool ConvertToDate(const Conversion& c) {
   if (IsDate(c.from.kind)) {
     const int64_t ticks = RoundFor(c.to.kind, c.in.integer);
-    return InRangeOf(c.to.kind, ticks) ? c.Give(Cell::Integer(ticks)) : OutOfRange(c);
+    return InRangeOf(c.to.kind, ticks) ? c.Give(StoredView::Integer(ticks)) : OutOfRange(c);
   }
   if (IsText(c.from.kind)) return TextToDate(c);
   if (IsInteger(c.from.kind)) return GiveDays(c, static_cast<double>(c.in.integer));
   if (IsApproximate(c.from.kind)) return GiveDays(c, c.in.real);
   if (!IsScaled(c.from.kind)) return BinaryToDate(c);
-  Wide value = CoefficientOf(c.in);
+  WideInteger value = CoefficientOf(c.in);
   const int scale = StoredScale(c.from);
-  Wide ticks = Wide::Multiply(value, Wide::FromInt64(kTicksPerDay));
+  WideInteger ticks = WideInteger::Multiply(value, WideInteger::FromInt64(kTicksPerDay));
   Rescale(&ticks, scale, 0);
   const auto whole = ticks.ToInt64();
   constexpr int64_t kBeyondAny = 1000000000000000;
   if (!whole || *whole > kBeyondAny || *whole < -kBeyondAny) return c.Overflow("expression");
   const int64_t rounded = RoundFor(c.to.kind, *whole);
-  return InRangeOf(c.to.kind, rounded) ? c.Give(Cell::Integer(rounded)) : c.Overflow("expression");
+  return InRangeOf(c.to.kind, rounded) ? c.Give(StoredView::Integer(rounded))
+                                       : c.Overflow("expression");
 }
 
 }  // namespace tavcc::sql::internal

@@ -9,7 +9,7 @@
 namespace tavcc::sql {
 namespace {
 
-DecimalStatus Finish(Wide value, int scale, const SqlType& result, Wide* out) {
+DecimalStatus Finish(WideInteger value, int scale, const SqlType& result, WideInteger* out) {
   Rescale(&value, scale, StoredScale(result));
   if (!FitsScaled(value, result)) return DecimalStatus::kOverflow;
   *out = value;
@@ -17,7 +17,7 @@ DecimalStatus Finish(Wide value, int scale, const SqlType& result, Wide* out) {
 }
 
 // Brings both to the larger scale, which is returned.
-int Align(Wide* a, int scale_a, Wide* b, int scale_b) {
+int Align(WideInteger* a, int scale_a, WideInteger* b, int scale_b) {
   const int scale = std::max(scale_a, scale_b);
   a->MultiplyByPowerOf10(scale - scale_a);
   b->MultiplyByPowerOf10(scale - scale_b);
@@ -26,7 +26,7 @@ int Align(Wide* a, int scale_a, Wide* b, int scale_b) {
 
 }  // namespace
 
-void Rescale(Wide* value, int from_scale, int to_scale) {
+void Rescale(WideInteger* value, int from_scale, int to_scale) {
   if (to_scale >= from_scale) {
     value->MultiplyByPowerOf10(to_scale - from_scale);
   } else {
@@ -34,7 +34,7 @@ void Rescale(Wide* value, int from_scale, int to_scale) {
   }
 }
 
-bool FitsScaled(const Wide& coefficient, const SqlType& type) {
+bool FitsScaled(const WideInteger& coefficient, const SqlType& type) {
   if (type.kind == TypeKind::kDecimal) return coefficient.FitsDigits(type.precision);
   const auto value = coefficient.ToInt64();
   if (!value || type.kind == TypeKind::kMoney) return value.has_value();
@@ -42,44 +42,44 @@ bool FitsScaled(const Wide& coefficient, const SqlType& type) {
          *value <= std::numeric_limits<int32_t>::max();
 }
 
-DecimalStatus AddDecimals(Wide a, int scale_a, Wide b, int scale_b, const SqlType& result,
-                          Wide* out) {
+DecimalStatus AddDecimals(WideInteger a, int scale_a, WideInteger b, int scale_b,
+                          const SqlType& result, WideInteger* out) {
   const int scale = Align(&a, scale_a, &b, scale_b);
   a.Add(b);
   return Finish(a, scale, result, out);
 }
 
-DecimalStatus MultiplyDecimals(const Wide& a, int scale_a, const Wide& b, int scale_b,
-                               const SqlType& result, Wide* out) {
-  return Finish(Wide::Multiply(a, b), scale_a + scale_b, result, out);
+DecimalStatus MultiplyDecimals(const WideInteger& a, int scale_a, const WideInteger& b, int scale_b,
+                               const SqlType& result, WideInteger* out) {
+  return Finish(WideInteger::Multiply(a, b), scale_a + scale_b, result, out);
 }
 
-DecimalStatus DivideDecimals(Wide a, int scale_a, Wide b, int scale_b, const SqlType& result,
-                             Wide* out) {
+DecimalStatus DivideDecimals(WideInteger a, int scale_a, WideInteger b, int scale_b,
+                             const SqlType& result, WideInteger* out) {
   if (b.IsZero()) return DecimalStatus::kDivideByZero;
   const int power = StoredScale(result) + scale_b - scale_a;
   a.MultiplyByPowerOf10(std::max(power, 0));
   b.MultiplyByPowerOf10(std::max(-power, 0));
-  Wide quotient;
-  Wide::Divide(a, b, &quotient, nullptr);
+  WideInteger quotient;
+  WideInteger::Divide(a, b, &quotient, nullptr);
   return Finish(quotient, StoredScale(result), result, out);
 }
 
-DecimalStatus RemainderOfDecimals(Wide a, int scale_a, Wide b, int scale_b, const SqlType& result,
-                                  Wide* out) {
+DecimalStatus RemainderOfDecimals(WideInteger a, int scale_a, WideInteger b, int scale_b,
+                                  const SqlType& result, WideInteger* out) {
   if (b.IsZero()) return DecimalStatus::kDivideByZero;
   const int scale = Align(&a, scale_a, &b, scale_b);
-  Wide remainder;
-  Wide::Divide(a, b, nullptr, &remainder);
+  WideInteger remainder;
+  WideInteger::Divide(a, b, nullptr, &remainder);
   return Finish(remainder, scale, result, out);
 }
 
-int CompareDecimals(Wide a, int scale_a, Wide b, int scale_b) {
+int CompareDecimals(WideInteger a, int scale_a, WideInteger b, int scale_b) {
   Align(&a, scale_a, &b, scale_b);
-  return Wide::Compare(a, b);
+  return WideInteger::Compare(a, b);
 }
 
-std::string DecimalText(const Wide& coefficient, int scale) {
+std::string DecimalText(const WideInteger& coefficient, int scale) {
   std::string digits = coefficient.Digits();
   if (digits.size() <= static_cast<size_t>(scale)) {
     digits.insert(0, static_cast<size_t>(scale) + 1 - digits.size(), '0');

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "embedded/types/sql_type.h"
-#include "embedded/types/wide.h"
+#include "embedded/types/wide_integer.h"
 
 namespace tavcc::sql {
 
@@ -11,22 +11,22 @@ enum class DecimalStatus : uint8_t { kOk, kOverflow, kDivideByZero };
 // `scale_a` and `scale_b` are those of the operands; `result` is a decimal or money type, whose
 // scale and range the result gets. Sums, differences and products are rounded half away from zero,
 // quotients cut, as the server does. *out is untouched unless the status is kOk.
-DecimalStatus AddDecimals(Wide a, int scale_a, Wide b, int scale_b, const SqlType& result,
-                          Wide* out);
-DecimalStatus MultiplyDecimals(const Wide& a, int scale_a, const Wide& b, int scale_b,
-                               const SqlType& result, Wide* out);
-DecimalStatus DivideDecimals(Wide a, int scale_a, Wide b, int scale_b, const SqlType& result,
-                             Wide* out);
-DecimalStatus RemainderOfDecimals(Wide a, int scale_a, Wide b, int scale_b, const SqlType& result,
-                                  Wide* out);
-int CompareDecimals(Wide a, int scale_a, Wide b, int scale_b);
+DecimalStatus AddDecimals(WideInteger a, int scale_a, WideInteger b, int scale_b,
+                          const SqlType& result, WideInteger* out);
+DecimalStatus MultiplyDecimals(const WideInteger& a, int scale_a, const WideInteger& b, int scale_b,
+                               const SqlType& result, WideInteger* out);
+DecimalStatus DivideDecimals(WideInteger a, int scale_a, WideInteger b, int scale_b,
+                             const SqlType& result, WideInteger* out);
+DecimalStatus RemainderOfDecimals(WideInteger a, int scale_a, WideInteger b, int scale_b,
+                                  const SqlType& result, WideInteger* out);
+int CompareDecimals(WideInteger a, int scale_a, WideInteger b, int scale_b);
 
 // To another scale; going down rounds half away from zero.
-void Rescale(Wide* value, int from_scale, int to_scale);
+void Rescale(WideInteger* value, int from_scale, int to_scale);
 // Whether the coefficient is within the range of a decimal or money type.
-bool FitsScaled(const Wide& coefficient, const SqlType& type);
+bool FitsScaled(const WideInteger& coefficient, const SqlType& type);
 
 // "-1.50" for -150 at scale 2.
-std::string DecimalText(const Wide& coefficient, int scale);
+std::string DecimalText(const WideInteger& coefficient, int scale);
 
 }  // namespace tavcc::sql

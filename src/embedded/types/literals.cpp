@@ -1,9 +1,10 @@
-// Type and value of literals.
+#include "embedded/types/literals.h"
+
 #include <algorithm>
 
 #include "embedded/error.h"
-#include "embedded/types/cell.h"
 #include "embedded/types/number_text.h"
+#include "embedded/types/stored_view.h"
 #include "embedded/types/text_units.h"
 #include "embedded/types/type_rules.h"
 
@@ -15,7 +16,7 @@ constexpr int MaxLength(TypeKind kind) {
   return IsNationalText(kind) ? 4000 : 8000;
 }
 
-SqlType NumberLiteral(std::string_view text, int64_t* value, Wide* coefficient) {
+SqlType NumberLiteral(std::string_view text, int64_t* value, WideInteger* coefficient) {
   int scale = 0;
   if (ReadDecimal(text, coefficient, &scale) != NumberReading::kOk) Raise(1007, "number", text);
   // Trailing zeros count: 1.50 has two decimals.
@@ -42,8 +43,8 @@ TypedValue BinaryLiteral(std::string_view digits) {
 
 }  // namespace
 
-TypedValue EvaluateLiteral(LiteralExpression::Form form, std::string_view text) {
-  using Form = LiteralExpression::Form;
+TypedValue EvaluateLiteral(LiteralForm form, std::string_view text) {
+  using Form = LiteralForm;
   switch (form) {
     case Form::kNull:
       return {};
@@ -51,7 +52,7 @@ TypedValue EvaluateLiteral(LiteralExpression::Form form, std::string_view text) 
     case Form::kDecimal: {
       constexpr int64_t kLargestInt = 2147483647;
       int64_t value = 0;
-      Wide coefficient;
+      WideInteger coefficient;
       const SqlType type = NumberLiteral(text, &value, &coefficient);
       const bool fits = coefficient.ToInt64() && value <= kLargestInt;
       if (form == Form::kInteger && fits) return {Type(TypeKind::kInt), value};
@@ -72,15 +73,14 @@ TypedValue EvaluateLiteral(LiteralExpression::Form form, std::string_view text) 
   return {};
 }
 
-SqlType TextLiteralType(LiteralExpression::Form form, size_t units) {
-  const TypeKind kind =
-      form == LiteralExpression::Form::kText ? TypeKind::kVarChar : TypeKind::kNVarChar;
+SqlType TextLiteralType(LiteralForm form, size_t units) {
+  const TypeKind kind = form == LiteralForm::kText ? TypeKind::kVarChar : TypeKind::kNVarChar;
   const int length = static_cast<int>(std::clamp<size_t>(units, 1, 1 << 20));
   return TextType(kind, length > MaxLength(kind) ? SqlType::kMax : length);
 }
 
 SqlType ConstantAsDecimal(int64_t value) {
-  const Wide wide = Wide::FromInt64(value);
+  const WideInteger wide = WideInteger::FromInt64(value);
   return DecimalType(static_cast<int>(wide.Digits().size()), 0);
 }
 

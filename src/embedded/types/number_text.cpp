@@ -45,11 +45,12 @@ bool SplitAtPoint(std::string_view text, std::string* digits, int* scale) {
   return any;
 }
 
-NumberReading ReadDigits(std::string_view text, bool negative, Wide* coefficient, int* scale) {
+NumberReading ReadDigits(std::string_view text, bool negative, WideInteger* coefficient,
+                         int* scale) {
   std::string digits;
   if (!SplitAtPoint(text, &digits, scale)) return NumberReading::kNoNumber;
   if (static_cast<int>(digits.size()) - *scale > 38) return NumberReading::kOverflow;
-  *coefficient = Wide::FromDigits(digits, negative);
+  *coefficient = WideInteger::FromDigits(digits, negative);
   return NumberReading::kOk;
 }
 
@@ -73,13 +74,13 @@ NumberReading ReadWhole(std::string_view text, int64_t* value) {
   return NumberReading::kOk;
 }
 
-NumberReading ReadDecimal(std::string_view text, Wide* coefficient, int* scale) {
+NumberReading ReadDecimal(std::string_view text, WideInteger* coefficient, int* scale) {
   text = TrimBlanks(text);
   const bool negative = TakeSign(&text);
   return ReadDigits(text, negative, coefficient, scale);
 }
 
-NumberReading ReadMoney(std::string_view text, Wide* coefficient, int* scale) {
+NumberReading ReadMoney(std::string_view text, WideInteger* coefficient, int* scale) {
   text = TrimBlanks(text);
   bool negative = TakeSign(&text);
   for (const std::string_view sign : {"$", "¥", "￥", "£", "€"}) {
@@ -115,14 +116,14 @@ NumberReading ReadFloat(std::string_view text, double* value) {
   return NumberReading::kOk;
 }
 
-void DecimalOfFloat(double value, Wide* coefficient, int* scale) {
+void DecimalOfFloat(double value, WideInteger* coefficient, int* scale) {
   char buffer[40];
   std::snprintf(buffer, sizeof buffer, "%.16e", std::fabs(value));
   const std::string_view text(buffer);
   std::string digits(1, text[0]);
   digits.append(text.substr(2, 16));
   const int exponent = std::atoi(buffer + text.find('e') + 1);
-  *coefficient = Wide::FromDigits(digits, value < 0);
+  *coefficient = WideInteger::FromDigits(digits, value < 0);
   *scale = 16 - exponent;
 }
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "embedded/types/wide.h"
+#include "embedded/types/wide_integer.h"
 
 namespace tavcc::sql {
 
@@ -17,16 +17,16 @@ NumberReading ReadWhole(std::string_view text, int64_t* value);
 
 // "[blanks][sign]digits[.digits][blanks]": no exponent. Digits beyond what any decimal can keep are
 // cut. kOverflow for more than 38 digits before the point. Empty text is no number.
-NumberReading ReadDecimal(std::string_view text, Wide* coefficient, int* scale);
+NumberReading ReadDecimal(std::string_view text, WideInteger* coefficient, int* scale);
 
 // As ReadDecimal, with a currency sign and commas between the digits; empty text is 0.
-NumberReading ReadMoney(std::string_view text, Wide* coefficient, int* scale);
+NumberReading ReadMoney(std::string_view text, WideInteger* coefficient, int* scale);
 
 // With an exponent if there is one; empty text is 0.
 NumberReading ReadFloat(std::string_view text, double* value);
 
 // The nearest decimal of 17 significant digits.
-void DecimalOfFloat(double value, Wide* coefficient, int* scale);
+void DecimalOfFloat(double value, WideInteger* coefficient, int* scale);
 
 // The styles of CONVERT: 0 at most 6 digits, 1 always 8, 2 always 16, 3 always 17 with an exponent.
 void WriteFloat(double value, int style, std::string* out);

@@ -28,7 +28,7 @@ bool SameWord(std::string_view a, std::string_view b) {
   return true;
 }
 
-// ---- Reading ------------------------------------------------------------------------------------
+// ---- Reading ----
 
 enum class Order : uint8_t { kMonthFirst, kDayFirst, kYearFirst };
 

@@ -61,7 +61,7 @@ SqlType CommonDecimal(const SqlType& a, const SqlType& b) {
   Raise(206, KindText(a.kind), KindText(b.kind));
 }
 
-// ---- Convertibility -----------------------------------------------------------------------------
+// ---- Convertibility ----
 
 Convertibility FromTextOrBinary(const SqlType& from, const SqlType& to) {
   if (IsText(from.kind)) {
@@ -82,7 +82,7 @@ Convertibility FromDate(const SqlType& from, const SqlType& to) {
   return Convertibility::kExplicitOnly;
 }
 
-// ---- Arithmetic ---------------------------------------------------------------------------------
+// ---- Arithmetic ----
 
 std::string_view OperatorName(BinaryOperator op) {
   switch (op) {
@@ -175,7 +175,7 @@ ArithmeticResult OnNumbers(BinaryOperator op, const SqlType& a, const SqlType& b
 
 }  // namespace
 
-// ---- Groups -------------------------------------------------------------------------------------
+// ---- Groups ----
 
 bool AlwaysStoredAsInteger(const SqlType& type) {
   constexpr int kMostIn64Bits = 18;
@@ -210,7 +210,7 @@ int StoredScale(const SqlType& type) {
   return IsMoney(type.kind) ? kMoneyScale : 0;
 }
 
-// ---- Conversions that nobody wrote --------------------------------------------------------------
+// ---- Conversions that nobody wrote ----
 
 Convertibility HowConvertible(const SqlType& from, const SqlType& to) {
   if (from.kind == to.kind || from.kind == TypeKind::kNull) return Convertibility::kImplicit;
@@ -239,7 +239,7 @@ void CheckExplicit(const SqlType& from, const SqlType& to) {
   }
 }
 
-// ---- Types that meet ----------------------------------------------------------------------------
+// ---- Types that meet ----
 
 SqlType CommonType(const SqlType& a, const SqlType& b) {
   if (a == b || b.kind == TypeKind::kNull) return a;
@@ -296,8 +296,8 @@ ArithmeticResult ResolveArithmetic(BinaryOperator op, const SqlType& a, const Sq
   return OnNumbers(op, a, b, a_constant, b_constant);
 }
 
-SqlType ResolveUnary(UnaryExpression::Operator op, const SqlType& operand) {
-  using Operator = UnaryExpression::Operator;
+SqlType ResolveUnary(UnaryOperator op, const SqlType& operand) {
+  using Operator = UnaryOperator;
   if (op == Operator::kPlus) return operand;
   if (op == Operator::kBitNot) {
     if (operand.kind == TypeKind::kNull) return Type(TypeKind::kInt);
@@ -333,7 +333,7 @@ SqlType DecimalRemainder(const SqlType& a, const SqlType& b) {
   return KeepWholeDigits(scale + whole, scale, whole);
 }
 
-// ---- Functions ----------------------------------------------------------------------------------
+// ---- Functions ----
 
 SqlType ResolveAggregate(Aggregate aggregate, const SqlType& operand) {
   if (aggregate == Aggregate::kCount) return Type(TypeKind::kInt);

@@ -4,16 +4,17 @@
 // All errors are SqlErrors without a line.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
-#include "embedded/syntax/ast.h"
+#include "embedded/types/operators.h"
 #include "embedded/types/sql_type.h"
-#include "embedded/types/stored_value.h"
+#include "embedded/types/type_name.h"
 
 namespace tavcc::sql {
 
-// ---- Names --------------------------------------------------------------------------------------
+// ---- Names ----
 
 // What a type name is used for: the length of a text type without one is 1 where something is
 // declared, 30 in CAST and CONVERT.
@@ -39,7 +40,7 @@ std::string TypeText(const SqlType& type);
 // As messages name it: "int", "numeric" (of every decimal), "nvarchar".
 std::string_view KindText(TypeKind kind);
 
-// ---- Groups -------------------------------------------------------------------------------------
+// ---- Groups ----
 
 constexpr bool IsText(TypeKind k) {
   return k >= TypeKind::kChar && k <= TypeKind::kNVarChar;
@@ -93,20 +94,11 @@ constexpr SqlType TextType(TypeKind kind, int length) {
   return SqlType{kind, length, 0, 0};
 }
 
-// ---- Literals -----------------------------------------------------------------------------------
-
-// Type and stored value of a literal: 7 is int, 3000000000 decimal(10,0), 1.50 decimal(3,2), 1e3
-// float, 'abc' varchar(3), '' varchar(1), N'…' nvarchar, 0x… varbinary. Errors: 1007 for a number
-// of more than 38 digits, 168 for a float out of range.
-TypedValue EvaluateLiteral(LiteralExpression::Form form, std::string_view text);
-// The type of a text literal (kText or kNationalText) of so many UTF-16 units.
-SqlType TextLiteralType(LiteralExpression::Form form, size_t units);
-
 // The type of an int constant where it meets a decimal in arithmetic: decimal(digits, 0), at least
 // 1 digit. A constant is a literal, also with a sign, not a column or a variable.
 SqlType ConstantAsDecimal(int64_t value);
 
-// ---- Conversions that nobody wrote --------------------------------------------------------------
+// ---- Implicit conversions ----
 
 enum class Convertibility : uint8_t { kImplicit, kExplicitOnly, kNever };
 // The matrix of the "CAST and CONVERT" page.
@@ -118,7 +110,7 @@ void CheckImplicit(const SqlType& from, const SqlType& to);
 // Whether CAST leads from `from` to `to`. Error: 529.
 void CheckExplicit(const SqlType& from, const SqlType& to);
 
-// ---- Types that meet ----------------------------------------------------------------------------
+// ---- Types that meet ----
 
 // The one type of two values side by side: CASE branches, COALESCE, UNION columns, IN, and the type
 // in which = < LIKE and the others compare. A bare NULL takes the other's type. Text takes the
@@ -128,8 +120,6 @@ void CheckExplicit(const SqlType& from, const SqlType& to);
 // For a comparison of exact numbers nothing has to be converted: t_cmp_decimal takes each operand
 // at its own scale.
 SqlType CommonType(const SqlType& a, const SqlType& b);
-
-using BinaryOperator = BinaryExpression::Operator;
 
 // What + - * / % & | ^ work on and give.
 struct ArithmeticResult {
@@ -155,7 +145,7 @@ ArithmeticResult ResolveArithmetic(BinaryOperator op, const SqlType& a, const Sq
                                    const int64_t* a_constant = nullptr,
                                    const int64_t* b_constant = nullptr);
 // -x, +x, ~x. Errors: 8117. The result of -x for a tinyint is a smallint as the server has it.
-SqlType ResolveUnary(UnaryExpression::Operator op, const SqlType& operand);
+SqlType ResolveUnary(UnaryOperator op, const SqlType& operand);
 
 // The rules for two decimals, with the reduction to 38 digits.
 SqlType DecimalSum(const SqlType& a, const SqlType& b);  // + and -
@@ -163,7 +153,7 @@ SqlType DecimalProduct(const SqlType& a, const SqlType& b);
 SqlType DecimalQuotient(const SqlType& a, const SqlType& b);
 SqlType DecimalRemainder(const SqlType& a, const SqlType& b);
 
-// ---- Functions ----------------------------------------------------------------------------------
+// ---- Functions ----
 
 enum class Aggregate : uint8_t { kSum, kAvg, kMin, kMax, kCount };
 // SUM(int) is int, SUM(decimal(p,s)) decimal(38,s), AVG(decimal(p,s)) decimal(38,max(s,6)). Errors:

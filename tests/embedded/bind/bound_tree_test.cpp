@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "embedded/bind/binder.h"
-#include "embedded/run/engine.h"
+#include "embedded/session/open_engine.h"
 #include "embedded/syntax/parser.h"
 
 namespace tavcc::sql {
@@ -124,7 +124,8 @@ std::string Bound(Engine& engine, const std::string& sql) {
 }
 
 TEST(BoundTree, HasEveryConversionWrittenOut) {
-  Engine engine(StoreLocation{":memory:", false}, {}, 0);
+  const auto opened = OpenEngine(StoreLocation{":memory:", false});
+  Engine& engine = *opened;
   engine.RunBatch(kTables);
   ASSERT_TRUE(engine.errors().empty());
   for (const Golden& golden : kGoldens) {

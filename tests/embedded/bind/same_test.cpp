@@ -3,7 +3,7 @@
 
 #include "embedded/bind/binder.h"
 #include "embedded/bind/same.h"
-#include "embedded/run/engine.h"
+#include "embedded/session/open_engine.h"
 #include "embedded/syntax/parser.h"
 
 namespace tavcc::sql {
@@ -85,18 +85,18 @@ constexpr Pair kConditions[] = {
 class Same : public testing::Test {
  protected:
   void SetUp() override {
-    engine_.RunBatch(kTables);
-    ASSERT_TRUE(engine_.errors().empty());
+    engine_->RunBatch(kTables);
+    ASSERT_TRUE(engine_->errors().empty());
   }
 
   BoundQueryPtr Bind(const std::string& sql) {
     const Batch batch = ParseBatch(sql);
     BindResult result;
-    Binder binder(engine_.catalog(), {}, {}, result);
+    Binder binder(engine_->catalog(), {}, {}, result);
     return binder.BindQuery(*static_cast<const SelectStatement&>(*batch.statements.at(0)).query);
   }
 
-  Engine engine_{StoreLocation{":memory:", false}, {}, 0};
+  std::unique_ptr<Engine> engine_ = OpenEngine(StoreLocation{":memory:", false});
 };
 
 TEST_F(Same, ExpressionsAreComparedByWhatTheyAre) {

@@ -93,17 +93,17 @@ Drop Table #tempFlag
     FROM main."t_SystemProfile" AS s1
     WHERE ((s1."FCategory" = ?1)
     AND (s1."FKey" = ?2))
-  > SELECT (?1 || t_char(13))
+  > SELECT (?1 || t_char(?2))
   > SELECT t_conv((?1 || ?2),67146679620)
   > SELECT (?2 = ?1)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146679780)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679780)
   > SELECT t_conv((?1 || ?2),67146679972)
   > SELECT (?2 = ?1)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146679812)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146679076)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679812)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679076)
   > SELECT (?2 = ?1)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146678788)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146678788)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146678788)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146678788)
   > SELECT ?1
   > UPDATE main."ICCalFlag" AS u
     SET "FLastDate"=q.c0,"FID"=q.c1
@@ -234,17 +234,17 @@ Drop Table #tempFlag
     FROM main."t_SystemProfile" AS s1
     WHERE ((s1."FCategory" = ?1)
     AND (s1."FKey" = ?2))
-  > SELECT (?1 || t_char(13))
+  > SELECT (?1 || t_char(?2))
   > SELECT t_conv((?1 || ?2),67146679620)
   > SELECT (?2 = ?1)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146679780)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679780)
   > SELECT t_conv((?1 || ?2),67146679972)
   > SELECT (?2 = ?1)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146679812)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146679076)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679812)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679076)
   > SELECT (?2 = ?1)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146678788)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146678788)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146678788)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146678788)
   > SELECT ?1
   > UPDATE main."ICCalFlag" AS u
     SET "FLastDate"=q.c0,"FID"=q.c1
@@ -383,19 +383,19 @@ Drop Table #tempFlag
     FROM main."t_SystemProfile" AS s1
     WHERE ((s1."FCategory" = ?1)
     AND (s1."FKey" = ?2))
-  > SELECT (?1 || t_char(13))
+  > SELECT (?1 || t_char(?2))
   > SELECT t_conv((?1 || ?2),67146679620)
   > SELECT (?2 = ?1)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146677668)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146679780)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146677668)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679780)
   > SELECT t_conv((?1 || ?2),67146679972)
   > SELECT (?2 = ?1)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146677668)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146679812)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146679076)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146677668)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679812)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679076)
   > SELECT (?2 = ?1)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146679076)
-  > SELECT t_conv(((?1 || ?2) || t_char(13)),67146678788)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679076)
+  > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146678788)
   > SELECT ?1
   > UPDATE main."ICCalFlag" AS u
     SET "FLastDate"=q.c0,"FID"=q.c1

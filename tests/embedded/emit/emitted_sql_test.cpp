@@ -15,7 +15,7 @@
 #include <sstream>
 
 #include "embedded/run/case_file.h"
-#include "embedded/run/session.h"
+#include "embedded/session/session.h"
 #include "foundation/error.h"
 #include "support/source_dir.h"
 

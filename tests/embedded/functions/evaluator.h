@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "embedded/functions/functions.h"
+#include "embedded/types/sqlite_value.h"
 #include "embedded/types/type_rules.h"
 
 namespace tavcc::sql {

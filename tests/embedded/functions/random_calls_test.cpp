@@ -99,7 +99,7 @@ class RandomCall {
       case 6:
         return Bytes(Below(20));
       case 7:
-        return Bytes(Wide::kBlobSize);
+        return Bytes(WideInteger::kBlobSize);
       default:
         break;
     }

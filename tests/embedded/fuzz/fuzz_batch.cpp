@@ -7,7 +7,7 @@
 
 #include "embedded/error.h"
 #include "embedded/fuzz/fuzz_engine.h"
-#include "embedded/syntax/fingerprint.h"
+#include "embedded/plan/text_form.h"
 #include "embedded/syntax/parser.h"
 #include "embedded/syntax/print.h"
 
@@ -27,10 +27,10 @@ void CheckError(const SqlError& error) {
           "a message has a bounded length");
 }
 
-// The text with other values for its exchangeable numbers and texts, of the same types.
-std::string Exchanged(std::string_view text, const std::vector<FingerprintLiteral>& literals) {
+// The text with other values for its parameterized numbers and texts, of the same types.
+std::string Exchanged(std::string_view text, const std::vector<ParameterizedLiteral>& literals) {
   std::string result(text);
-  for (const FingerprintLiteral& literal : literals) {
+  for (const ParameterizedLiteral& literal : literals) {
     const auto at = static_cast<size_t>(literal.text.data() - text.data());
     const bool number = literal.form == LiteralExpression::Form::kInteger ||
                         literal.form == LiteralExpression::Form::kDecimal;
@@ -44,16 +44,16 @@ std::string Exchanged(std::string_view text, const std::vector<FingerprintLitera
 }
 
 // A text of the same form compiles to the same, whatever the values of its literals.
-void CheckSharing(std::string_view text, const Batch& batch, const Fingerprint& fingerprint) {
-  std::vector<FingerprintLiteral> literals;
-  Require(fingerprint.Matches(text, literals), "a text has its own form");
-  if (static_cast<size_t>(batch.literal_slots) != literals.size()) return;
+void CheckSharing(std::string_view text, const Batch& batch) {
+  const TextForm form(text, batch);
+  std::vector<ParameterizedLiteral> literals;
+  Require(form.Matches(text, literals), "a text has its own form");
   const std::string other = Exchanged(text, literals);
-  const bool alike = fingerprint.Matches(other, literals);
-  Require(Fingerprint(other).Matches(text, literals) == alike, "a form is mutual");
-  if (!alike) return;
+  if (!form.Matches(other, literals)) return;
   const Batch others_batch = ParseBatch(other);
-  Require(others_batch.literal_slots == batch.literal_slots, "one form, one number of slots");
+  Require(TextForm(other, others_batch).Matches(text, literals), "a form is mutual");
+  Require(others_batch.literals.size() == batch.literals.size(),
+          "one form, one number of literals");
   Require(Print(others_batch, PrintSlots::kInsteadOfValues) ==
               Print(batch, PrintSlots::kInsteadOfValues),
           "one form, one tree");
@@ -62,7 +62,6 @@ void CheckSharing(std::string_view text, const Batch& batch, const Fingerprint& 
 }  // namespace
 
 void FuzzBatch(std::string_view text) {
-  const Fingerprint fingerprint(text);
   Batch batch;
   try {
     batch = ParseBatch(text);
@@ -72,10 +71,7 @@ void FuzzBatch(std::string_view text) {
   }
   Print(batch);
   RunOnEngine(text);
-  if (!fingerprint.shareable()) return;
-  Require(batch.literal_slots <= static_cast<int>(fingerprint.literals()),
-          "the parser sees no literal that the fingerprint does not see");
-  CheckSharing(text, batch, fingerprint);
+  CheckSharing(text, batch);
 }
 
 }  // namespace tavcc::sql

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "embedded/embedded.h"
-#include "embedded/run/session.h"
+#include "embedded/session/session.h"
 #include "foundation/conversions.h"
 #include "foundation/text.h"
 #include "support/source_dir.h"

@@ -13,7 +13,7 @@
 #include "embedded/bind/binder.h"
 #include "embedded/rewrite/read_once_variable.h"
 #include "embedded/rewrite/rewrite.h"
-#include "embedded/run/engine.h"
+#include "embedded/session/open_engine.h"
 #include "embedded/syntax/parser.h"
 #include "support/source_dir.h"
 
@@ -80,7 +80,8 @@ TEST_P(OneRewrite, ChangesTheTreeAsShown) {
   std::ifstream file(path);
   ASSERT_TRUE(file) << "no cases: " << path;
   const Json cases = Json::parse(file);
-  Engine engine(StoreLocation{":memory:", false}, {}, 0);
+  const auto opened = OpenEngine(StoreLocation{":memory:", false});
+  Engine& engine = *opened;
   engine.RunBatch(Joined(cases["tables"]));
   ASSERT_TRUE(engine.errors().empty()) << engine.errors()[0].message;
   std::vector<std::string_view> others(RewriteNames().begin(), RewriteNames().end());

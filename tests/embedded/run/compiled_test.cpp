@@ -5,7 +5,7 @@
 #include <string>
 
 #include "embedded/embedded.h"
-#include "embedded/run/session.h"
+#include "embedded/session/session.h"
 
 namespace tavcc::sql {
 namespace {

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "embedded/embedded.h"
-#include "embedded/run/session.h"
+#include "embedded/session/session.h"
 #include "foundation/conversions.h"
 #include "foundation/error.h"
 

@@ -11,7 +11,8 @@
 #include <sstream>
 
 #include "embedded/embedded.h"
-#include "embedded/run/journal.h"
+#include "embedded/session/journal.h"
+#include "embedded/session/session.h"
 #include "foundation/conversions.h"
 #include "foundation/error.h"
 
@@ -236,7 +237,7 @@ TEST_F(Store, ASnapshotWaitsForNobodyUntilItWrites) {
   EXPECT_EQ(Number(*writer, "select a from t"), 4);
 }
 
-// ---- Journals -----------------------------------------------------------------------------------
+// ---- Journals ----
 
 constexpr const char* kEndings[] = {"", "-wal", "-shm"};
 
@@ -335,7 +336,7 @@ TEST_F(Store, EachTransactionMarksItsJournal) {
   }
 }
 
-// ---- Making files -------------------------------------------------------------------------------
+// ---- Making files ----
 
 TEST_F(Store, OneOfSeveralMakersWins) {
   constexpr int kMakers = 4;
@@ -385,7 +386,7 @@ TEST_F(Store, NamesOfSqliteAreFileNamesHere) {
   }
 }
 
-// ---- Damage -------------------------------------------------------------------------------------
+// ---- Damage ----
 
 void Damage(const std::string& path, const std::string& sql) {
   sqlite3* database = nullptr;
@@ -445,7 +446,7 @@ TEST_F(Store, AFileThatIsCutOffIsDamaged) {
   EXPECT_EQ(said, Path("db") + ": the file is damaged: its pages do not fit together");
 }
 
-// ---- Where nobody may write ---------------------------------------------------------------------
+// ---- Where nobody may write ----
 
 // Runs the body as a user with no rights of root's; its exit status.
 template <class Body>

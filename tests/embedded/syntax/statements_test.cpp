@@ -1,12 +1,12 @@
-// The statements that the rules send, and the scripts of the ERP schema, all parse; and what the
-// fingerprint says of each of them agrees with the parser.
+// The statements that the rules send, and the scripts of the ERP schema, all parse; and the form of
+// each finds the literals that the parser numbered.
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <sstream>
 
 #include "embedded/error.h"
-#include "embedded/syntax/fingerprint.h"
+#include "embedded/plan/text_form.h"
 #include "embedded/syntax/parser.h"
 #include "embedded/syntax/print.h"
 #include "support/source_dir.h"
@@ -49,30 +49,26 @@ TEST(Statements, AllParse) {
 }
 
 // The literal with its slot as the tree's printed form has it.
-std::string Printed(const FingerprintLiteral& literal, size_t slot) {
+std::string Printed(const ParameterizedLiteral& literal, size_t slot) {
   std::string text(literal.text);
   if (literal.form == LiteralExpression::Form::kText) text = "'" + text + "'";
   if (literal.form == LiteralExpression::Form::kNationalText) text = "N'" + text + "'";
   return text + "#" + std::to_string(slot);
 }
 
-TEST(Statements, FingerprintAgreesWithTheParser) {
+TEST(Statements, FormsHaveTheLiteralsOfTheTree) {
   size_t shared = 0, literals = 0;
-  std::vector<FingerprintLiteral> values;
+  std::vector<ParameterizedLiteral> values;
   for (const std::string& text : AllBatches()) {
     const Batch batch = ParseBatch(text);
-    const Fingerprint fingerprint(text);
-    ASSERT_EQ(fingerprint.shareable(), batch.literal_slots >= 0) << text;
-    if (batch.literal_slots < 0) continue;
+    if (!batch.shareable) continue;
     ++shared;
-    ASSERT_TRUE(fingerprint.Matches(text, values)) << text;
-    ASSERT_EQ(values.size(), static_cast<size_t>(batch.literal_slots)) << text;
+    ASSERT_TRUE(TextForm(text, batch).Matches(text, values)) << text;
+    ASSERT_EQ(values.size(), batch.literals.size()) << text;
     const std::string tree = Print(batch, PrintSlots::kYes);
-    size_t at = 0;
     for (size_t i = 0; i < values.size(); ++i, ++literals) {
       const std::string printed = Printed(values[i], i);
-      at = tree.find(printed);
-      EXPECT_NE(at, std::string::npos) << printed << "\n" << tree;
+      EXPECT_NE(tree.find(printed), std::string::npos) << printed << "\n" << tree;
     }
     EXPECT_EQ(tree.find("#" + std::to_string(values.size()) + ")"), std::string::npos);
   }
@@ -83,7 +79,7 @@ TEST(Statements, FingerprintAgreesWithTheParser) {
 // The statements proper never need compiling twice.
 TEST(Statements, AllCanShareTheirCompiledForm) {
   for (const std::string& text : Batches("tests/embedded/syntax/statements.sql"))
-    EXPECT_TRUE(Fingerprint(text).shareable()) << text;
+    EXPECT_TRUE(ParseBatch(text).shareable) << text;
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "embedded/error.h"
+#include "embedded/types/stored_conversions.h"
 #include "embedded/types/type_rules.h"
 
 namespace tavcc::sql {

@@ -1,5 +1,7 @@
 // Type names, precedence, result types and literals.
 #include "embedded/types/type_rules.h"
+#include "embedded/types/literals.h"
+#include "embedded/types/stored_conversions.h"
 
 #include <gtest/gtest.h>
 
@@ -175,7 +177,7 @@ TEST(ArithmeticTypes, Refusals) {
 }
 
 TEST(ArithmeticTypes, Unary) {
-  using Operator = UnaryExpression::Operator;
+  using Operator = UnaryOperator;
   const auto text = [](Operator op, SqlType type) {
     return TextOrError([&] { return TypeText(ResolveUnary(op, type)); });
   };
@@ -250,7 +252,7 @@ TEST(Convertibility, ImplicitExplicitNever) {
             "529 Explicit conversion from data type int to date is not allowed.");
 }
 
-std::string Literal(LiteralExpression::Form form, const std::string& text) {
+std::string Literal(LiteralForm form, const std::string& text) {
   return TextOrError([&] {
     const TypedValue value = EvaluateLiteral(form, text);
     return TypeText(value.type) + " " + DisplayText(value.value, value.type);
@@ -260,7 +262,7 @@ std::string Literal(LiteralExpression::Form form, const std::string& text) {
 // "Constants (Transact-SQL)": "integer constants" beyond int are numeric; "decimal constants" have
 // the digits written.
 TEST(Literals, TypeAndValue) {
-  using Form = LiteralExpression::Form;
+  using Form = LiteralForm;
   EXPECT_EQ(Literal(Form::kInteger, "7"), "int 7");
   EXPECT_EQ(Literal(Form::kInteger, "007"), "int 7");
   EXPECT_EQ(Literal(Form::kInteger, "2147483647"), "int 2147483647");

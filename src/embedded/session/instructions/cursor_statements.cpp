@@ -1,0 +1,229 @@
+// OPEN, FETCH, CLOSE, DEALLOCATE, and the place of a cursor.
+#include <algorithm>
+#include <limits>
+
+#include "embedded/catalog/names.h"
+#include "embedded/session/engine.h"
+#include "embedded/session/instructions/instructions.h"
+#include "embedded/types/stored_conversions.h"
+
+namespace tavcc::sql {
+namespace {
+
+using Direction = FetchStatement::Direction;
+
+constexpr int64_t kBeforeAll = std::numeric_limits<int64_t>::min();
+constexpr int64_t kBehindAll = std::numeric_limits<int64_t>::max();
+
+// @@FETCH_STATUS
+constexpr int kFetched = 0, kNoRow = -1, kGone = -2;
+
+Cursor& RequireCursor(Engine& engine, const std::string& name) {
+  const auto found = engine.cursors().find(FoldName(name));
+  if (found == engine.cursors().end()) Raise(16916, name);
+  return found->second;
+}
+
+void Open(Engine& engine, Cursor& cursor) {
+  if (cursor.open) Raise(16905);
+  cursor.sight = cursor.query->SightOf(engine, cursor.frame);
+  cursor.place = 0;
+  cursor.current.clear();
+  const bool is_static = cursor.sight == CursorSight::kStatic;
+  cursor.tables = is_static ? std::vector<TablePtr>() : cursor.query->Tables(engine, cursor.frame);
+  if (is_static) {
+    cursor.rows = cursor.query->All(engine, cursor.frame);
+    cursor.count = static_cast<int64_t>(cursor.rows.count);
+  } else if (cursor.IsStepping()) {
+    cursor.place = kBeforeAll;
+  } else {
+    cursor.keys = cursor.query->Keys(engine, cursor.frame);
+    cursor.count = std::ssize(cursor.keys);
+  }
+  cursor.open = true;
+}
+
+void Close(Cursor& cursor) {
+  if (!cursor.open) Raise(16917);
+  cursor.open = false;
+  cursor.rows = Rows{};
+  cursor.keys.clear();
+  cursor.current.clear();
+}
+
+class CursorInstruction final : public Instruction {
+ public:
+  explicit CursorInstruction(const CursorStatement& statement)
+      : Instruction(statement.line), statement_(statement) {}
+  Flow Execute(Engine& engine, Frame&) override {
+    Cursor& cursor = RequireCursor(engine, statement_.name);
+    switch (statement_.kind) {
+      case Statement::Kind::kOpenCursor:
+        Open(engine, cursor);
+        break;
+      case Statement::Kind::kCloseCursor:
+        Close(cursor);
+        break;
+      default:
+        engine.cursors().erase(FoldName(statement_.name));
+    }
+    engine.row_count = 0;
+    return Flow::kNext;
+  }
+
+ private:
+  const CursorStatement& statement_;
+};
+
+void RequireDirection(const Cursor& cursor, Direction direction) {
+  static constexpr std::string_view kWords[] = {"next", "prior",    "first",
+                                                "last", "absolute", "relative"};
+  if (direction == Direction::kAbsolute && cursor.sight == CursorSight::kDynamic) {
+    Raise(16925, "Absolute");
+  }
+  if (direction == Direction::kNext || cursor.scroll) return;
+  Raise(16911, "fetch", kWords[static_cast<size_t>(direction)]);
+}
+
+// The place that a FETCH leads to among rows that can be counted.
+int64_t PlaceOf(const Cursor& cursor, Direction direction, int64_t offset) {
+  switch (direction) {
+    case Direction::kNext:
+      return cursor.place + 1;
+    case Direction::kPrior:
+      return cursor.place - 1;
+    case Direction::kFirst:
+      return 1;
+    case Direction::kLast:
+      return cursor.count;
+    case Direction::kRelative:
+      return cursor.place + offset;
+    case Direction::kAbsolute:
+      break;
+  }
+  return offset >= 0 ? offset : cursor.count + 1 + offset;
+}
+
+Rows RowAt(const Cursor& cursor, int64_t place) {
+  const size_t columns = cursor.rows.shape->types.size();
+  const StoredValue* first = cursor.rows.cells.data() + static_cast<size_t>(place - 1) * columns;
+  return Rows{cursor.rows.shape, {first, first + columns}, 1};
+}
+
+// The row that a FETCH leads to, none where there is none, and @@FETCH_STATUS.
+Rows FetchCounted(Engine& engine, Cursor& cursor, Direction direction, int64_t offset,
+                  int& status) {
+  int64_t place = PlaceOf(cursor, direction, offset);
+  const bool back = place < cursor.place || direction == Direction::kLast;
+  for (;; place += back ? -1 : 1) {
+    cursor.place = std::clamp<int64_t>(place, 0, cursor.count + 1);
+    cursor.current.clear();
+    status = kNoRow;
+    if (place < 1 || place > cursor.count) return {};
+    status = kFetched;
+    if (cursor.sight == CursorSight::kStatic) return RowAt(cursor, place);
+    const CursorKey& key = cursor.keys[static_cast<size_t>(place - 1)];
+    Rows row = cursor.query->Read(engine, cursor.frame, cursor.sight, key);
+    if (row.count > 0) cursor.current = key;
+    if (row.count > 0 || cursor.sight == CursorSight::kKeyset) {
+      if (row.count == 0) status = kGone;
+      return row;
+    }
+  }
+}
+
+Rows FetchStepping(Engine& engine, Cursor& cursor, Direction direction, int64_t offset,
+                   int& status) {
+  if (direction == Direction::kFirst) cursor.place = kBeforeAll;
+  if (direction == Direction::kLast) cursor.place = kBehindAll;
+  int64_t steps = direction == Direction::kRelative ? offset : 1;
+  if (direction == Direction::kPrior || direction == Direction::kLast) steps = -1;
+  Rows row;
+  if (steps == 0 && !cursor.current.empty()) {
+    row = cursor.query->Read(engine, cursor.frame, cursor.sight, cursor.current);
+  }
+  for (; steps != 0; steps += steps > 0 ? -1 : 1) {
+    row = cursor.query->Step(engine, cursor.frame, steps > 0, cursor.place);
+    if (row.count > 0) continue;
+    cursor.place = steps > 0 ? kBehindAll : kBeforeAll;
+    break;
+  }
+  status = row.count > 0 ? kFetched : kNoRow;
+  cursor.current.clear();
+  if (row.count > 0) cursor.current.emplace_back(cursor.place);
+  return row;
+}
+
+class FetchInstruction final : public Instruction {
+ public:
+  FetchInstruction(const FetchStatement& statement, DeclaredVariables visible)
+      : Instruction(statement.line), statement_(statement) {
+    if (statement.offset) offset_.emplace(visible, *statement.offset, Type(TypeKind::kInt));
+    const auto variables = visible.span();
+    for (const std::string& name : statement.variables) {
+      size_t at = 0;
+      while (at < variables.size() && !SameName(variables[at].name, name)) ++at;
+      if (at == variables.size()) Raise(137, name);
+      targets_.push_back(at);
+      types_.push_back(variables[at].type);
+    }
+  }
+
+  Flow Execute(Engine& engine, Frame& frame) override {
+    Cursor& cursor = RequireCursor(engine, statement_.cursor);
+    if (!cursor.open) Raise(16917);
+    RequireDirection(cursor, statement_.direction);
+    const auto shape = Shape(engine, cursor);
+    if (!targets_.empty() && targets_.size() != shape->types.size()) Raise(16924);
+    const StoredValue offset = offset_ ? offset_->Value(engine, frame).value : StoredValue();
+    const int64_t by = offset.IsNull() ? 0 : offset.integer();
+    Rows row = cursor.IsStepping()
+                   ? FetchStepping(engine, cursor, statement_.direction, by, engine.fetch_status)
+                   : FetchCounted(engine, cursor, statement_.direction, by, engine.fetch_status);
+    engine.row_count = static_cast<int64_t>(row.count);
+    if (targets_.empty()) {
+      row.shape = shape;
+      engine.Return(std::move(row));
+      return Flow::kNext;
+    }
+    for (size_t i = 0; i < row.cells.size(); ++i) {
+      CheckImplicit(shape->types[i], types_[i]);
+      frame.variables[targets_[i]] = ConvertStored(row.cells[i], shape->types[i], types_[i]);
+    }
+    return Flow::kNext;
+  }
+
+ private:
+  static std::shared_ptr<const ResultShape> Shape(Engine& engine, Cursor& cursor) {
+    if (!cursor.rows.shape) cursor.rows.shape = cursor.query->Shape(engine, cursor.frame);
+    return cursor.rows.shape;
+  }
+
+  const FetchStatement& statement_;
+  std::optional<Evaluation> offset_;
+  std::vector<size_t> targets_;
+  std::vector<SqlType> types_;
+};
+
+}  // namespace
+
+StoredValue CurrentRow(Engine& engine, const std::string& name, const TablePtr& table) {
+  const Cursor& cursor = RequireCursor(engine, name);
+  if (!cursor.open) Raise(16917);
+  if (cursor.read_only || cursor.sight == CursorSight::kStatic) Raise(16929);
+  if (cursor.current.empty()) Raise(16931);
+  for (size_t i = 0; i < cursor.tables.size(); ++i) {
+    if (cursor.tables[i] == table) return cursor.current[i];
+  }
+  Raise(16933);
+}
+
+InstructionPtr MakeCursor(const CursorStatement& statement) {
+  return std::make_unique<CursorInstruction>(statement);
+}
+
+InstructionPtr MakeFetch(const FetchStatement& statement, DeclaredVariables visible) {
+  return std::make_unique<FetchInstruction>(statement, visible);
+}
+
+}  // namespace tavcc::sql

@@ -1,0 +1,183 @@
+// CREATE, ALTER, DROP, TRUNCATE.
+#include "embedded/catalog/names.h"
+#include "embedded/session/engine.h"
+#include "embedded/session/instructions/duplicate_key.h"
+#include "embedded/session/instructions/instructions.h"
+
+namespace tavcc::sql {
+namespace {
+
+bool IsTemporary(const ObjectName& name) {
+  return name.last().starts_with('#');
+}
+
+// A statement that is one change of the catalog.
+template <class StatementType>
+class DefineInstruction final : public Instruction {
+ public:
+  using Apply = void (*)(Engine&, const StatementType&);
+  DefineInstruction(const StatementType& statement, bool store, Apply apply)
+      : Instruction(statement.line), statement_(statement), store_(store), apply_(apply) {}
+  Flow Execute(Engine& engine, Frame&) override {
+    StatementGuard guard(engine, store_);
+    apply_(engine, statement_);
+    guard.Keep();
+    engine.row_count = 0;
+    return Flow::kNext;
+  }
+
+ private:
+  const StatementType& statement_;
+  const bool store_;
+  const Apply apply_;
+};
+
+template <class StatementType>
+InstructionPtr Define(const StatementType& statement, bool store,
+                      void (*apply)(Engine&, const StatementType&)) {
+  return std::make_unique<DefineInstruction<StatementType>>(statement, store, apply);
+}
+
+class CreateTableInstruction final : public Instruction {
+ public:
+  explicit CreateTableInstruction(const CreateTableStatement& statement)
+      : Instruction(statement.line), statement_(statement) {}
+  Flow Execute(Engine& engine, Frame&) override {
+    if (!table_) table_ = BuildTable(statement_.name.last(), statement_.definition);
+    StatementGuard guard(engine, !table_->IsTemporary());
+    engine.catalog().CreateTable(table_);
+    guard.Keep();
+    engine.row_count = 0;
+    return Flow::kNext;
+  }
+
+ private:
+  const CreateTableStatement& statement_;
+  TablePtr table_;  // checked once, made as often as the statement runs
+};
+
+TablePtr RequireTable(Engine& engine, const ObjectName& name, int number) {
+  TablePtr table = engine.catalog().FindTable(name);
+  if (!table) Raise(number, WrittenName(name));
+  return table;
+}
+
+void AddColumns(Engine& engine, const AlterTableAddStatement& statement) {
+  const TablePtr table = RequireTable(engine, statement.name, 4902);
+  const auto added = BuildTable(table->name, statement.definition);
+  auto changed = std::make_shared<Table>(*table);
+  for (const Column& column : added->columns) {
+    if (table->FindColumn(column.name) >= 0) Raise(2705, column.name, table->name);
+    if (column.identity) RaiseUnsupported("adding an identity column");
+    if (!column.nullable && !column.constant_default) {
+      RaiseUnsupported("adding a NOT NULL column without a constant default");
+    }
+    changed->columns.push_back(column);
+  }
+  for (Key key : added->keys) {
+    for (int& column : key.columns) column += static_cast<int>(table->columns.size());
+    if (key.kind == Key::Kind::kPrimary) RaiseUnsupported("adding a primary key");
+    changed->keys.push_back(std::move(key));
+  }
+  engine.catalog().AddColumns(table, std::move(changed));
+}
+
+void CreateIndex(Engine& engine, const CreateIndexStatement& statement) {
+  const TablePtr table = RequireTable(engine, statement.table, 1088);
+  try {
+    engine.catalog().CreateIndex(table, statement);
+  } catch (const SqlError& error) {
+    if (error.number != kDuplicateRefused) throw;
+    Raise(1505, table->MessageName(), statement.name,
+          RepeatedKey(engine, *table, statement.columns));
+  }
+}
+
+void CreateView(Engine& engine, const CreateViewStatement& statement) {
+  BindResult unused;
+  Binder(engine.catalog(), {}, {}, unused).CheckView(statement);
+  engine.catalog().CreateView(statement);
+}
+
+void CreateProcedure(Engine& engine, const CreateProcedureStatement& statement) {
+  engine.catalog().CreateProcedure(statement);
+}
+
+std::string_view KindWord(DropStatement::What what) {
+  static constexpr std::string_view kWords[] = {"table", "view", "procedure", "index"};
+  return kWords[static_cast<size_t>(what)];
+}
+
+std::string Verb(DropStatement::What what) {
+  static constexpr std::string_view kWords[] = {"TABLE", "VIEW", "PROCEDURE", "INDEX"};
+  return std::string(kWords[static_cast<size_t>(what)]);
+}
+
+DropStatement::What KindOf(const CatalogObject& object) {
+  if (object.view) return DropStatement::What::kView;
+  return object.procedure ? DropStatement::What::kProcedure : DropStatement::What::kTable;
+}
+
+bool DropOne(Engine& engine, const DropStatement& drop, const ObjectName& name) {
+  Catalog& catalog = engine.catalog();
+  if (drop.what == DropStatement::What::kIndex) {
+    const TablePtr table = RequireTable(engine, drop.on_table, 4902);
+    catalog.DropIndex(table, name.last());
+    return true;
+  }
+  if (drop.what == DropStatement::What::kTable) {
+    const TablePtr table = catalog.FindTable(name);
+    if (table && !table->IsVariable()) catalog.DropTable(table);
+    if (table) return true;
+  }
+  const CatalogObjectPtr object = catalog.Find(name);
+  if (!object) return false;
+  if (KindOf(*object) != drop.what) {
+    const std::string written = WrittenName(name);
+    Raise(3705, Verb(drop.what), written, written, KindWord(KindOf(*object)),
+          "DROP " + Verb(KindOf(*object)));
+  }
+  catalog.DropObject(object);
+  return true;
+}
+
+void Drop(Engine& engine, const DropStatement& drop) {
+  for (const ObjectName& name : drop.names) {
+    if (!DropOne(engine, drop, name) && !drop.if_exists) {
+      Raise(3701, "drop", std::string(KindWord(drop.what)), WrittenName(name));
+    }
+  }
+}
+
+void Truncate(Engine& engine, const TruncateStatement& statement) {
+  const TablePtr table = RequireTable(engine, statement.table, 4701);
+  engine.catalog().Truncate(table);
+}
+
+}  // namespace
+
+InstructionPtr MakeCreateTable(const CreateTableStatement& statement) {
+  return std::make_unique<CreateTableInstruction>(statement);
+}
+InstructionPtr MakeAlterTableAdd(const AlterTableAddStatement& statement) {
+  return Define(statement, !IsTemporary(statement.name), AddColumns);
+}
+InstructionPtr MakeCreateIndex(const CreateIndexStatement& statement) {
+  return Define(statement, !IsTemporary(statement.table), CreateIndex);
+}
+InstructionPtr MakeCreateView(const CreateViewStatement& statement) {
+  return Define(statement, true, CreateView);
+}
+InstructionPtr MakeCreateProcedure(const CreateProcedureStatement& statement) {
+  return Define(statement, true, CreateProcedure);
+}
+InstructionPtr MakeDrop(const DropStatement& statement) {
+  const bool temporary =
+      statement.what == DropStatement::What::kTable && IsTemporary(statement.names.front());
+  return Define(statement, !temporary, Drop);
+}
+InstructionPtr MakeTruncate(const TruncateStatement& statement) {
+  return Define(statement, !IsTemporary(statement.table), Truncate);
+}
+
+}  // namespace tavcc::sql

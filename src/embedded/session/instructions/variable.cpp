@@ -1,0 +1,55 @@
+// DECLARE with initial values, SET @v = ….
+#include "embedded/catalog/names.h"
+#include "embedded/session/engine.h"
+#include "embedded/session/instructions/instructions.h"
+
+namespace tavcc::sql {
+namespace {
+
+size_t IndexOf(DeclaredVariables visible, const std::string& name) {
+  const auto variables = visible.span();
+  for (size_t i = 0; i < variables.size(); ++i) {
+    if (SameName(variables[i].name, name)) return i;
+  }
+  Raise(137, name);
+}
+
+class SetInstruction final : public Instruction {
+ public:
+  SetInstruction(int line, DeclaredVariables visible, const std::string& name,
+                 const Expression& value)
+      : Instruction(line),
+        index_(IndexOf(visible, name)),
+        value_(visible, value, visible.span()[index_].type) {}
+  void Prepare(Engine& engine, Frame& frame) override {
+    PrepareDeferred(line(), [&] { value_.Prepare(engine, frame); });
+  }
+  Flow Execute(Engine& engine, Frame& frame) override {
+    frame.variables[index_] = value_.Value(engine, frame).value;
+    engine.row_count = 1;
+    return Flow::kNext;
+  }
+
+ private:
+  const size_t index_;
+  Evaluation value_;
+};
+
+}  // namespace
+
+InstructionPtr MakeDeclare(const DeclareStatement& statement, DeclaredVariables visible) {
+  std::vector<InstructionPtr> body;
+  for (const VariableDefinition& variable : statement.variables) {
+    if (!variable.initial) continue;
+    body.push_back(std::make_unique<SetInstruction>(statement.line, visible, variable.name,
+                                                    *variable.initial));
+  }
+  return MakeBlock(statement.line, std::move(body));
+}
+
+InstructionPtr MakeSetVariable(const SetVariableStatement& statement, DeclaredVariables visible) {
+  return std::make_unique<SetInstruction>(statement.line, visible, statement.variable,
+                                          *statement.value);
+}
+
+}  // namespace tavcc::sql

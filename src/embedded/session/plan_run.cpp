@@ -1,0 +1,121 @@
+#include "embedded/session/plan_run.h"
+
+#include <sqlite3.h>
+
+#include "embedded/types/sqlite_value.h"
+#include "embedded/types/stored_conversions.h"
+#include "embedded/types/stored_form.h"
+
+namespace tavcc::sql {
+namespace {
+
+// Text that a column is too short for, with the names of the column that the parameter has.
+[[noreturn]] void RaiseTruncation(const Parameter& parameter, const StoredValue& value) {
+  const std::string cut = value.kind() == StoredValue::Kind::kText
+                              ? value.text().substr(0, static_cast<size_t>(parameter.to.length))
+                              : std::string();
+  Raise(2628, parameter.table, parameter.column, cut);
+}
+
+constexpr int64_t kPowersOfTen[] = {1,
+                                    10,
+                                    100,
+                                    1'000,
+                                    10'000,
+                                    100'000,
+                                    1'000'000,
+                                    10'000'000,
+                                    100'000'000,
+                                    1'000'000'000,
+                                    10'000'000'000,
+                                    100'000'000'000,
+                                    1'000'000'000'000};
+
+// The short way of most numbers: a coefficient that takes on zeros and stays within 64 bits.
+bool Rescale(const StoredValue& value, const SqlType& from, const SqlType& to, int64_t& out) {
+  if (value.kind() != StoredValue::Kind::kInteger || to.kind != TypeKind::kDecimal) return false;
+  if (!IsInteger(from.kind) && from.kind != TypeKind::kDecimal) return false;
+  const int up = to.scale - from.scale;
+  if (up < 0 || up >= static_cast<int>(std::size(kPowersOfTen)) || to.precision < 19) return false;
+  return !__builtin_mul_overflow(value.integer(), kPowersOfTen[up], &out);
+}
+
+StoredValue ConvertParameter(const Parameter& parameter, const StoredValue& value,
+                             const SqlType& from) {
+  try {
+    return ConvertStored(value, from, parameter.to, parameter.mode);
+  } catch (const SqlError& error) {
+    if (error.number == 8152 && !parameter.table.empty()) RaiseTruncation(parameter, value);
+    throw;
+  }
+}
+
+}  // namespace
+
+PlanRun::PlanRun(Engine& engine, Plan& plan, const Frame& frame, std::span<const StoredValue> row)
+    : engine_(engine), plan_(plan) {
+  if (!plan.statement) {
+    plan.statement = engine.store().Prepare(plan.emitted.sql);
+    plan.converted.resize(plan.emitted.parameters.size());
+  }
+  sqlite3_stmt* const statement = plan.statement.get();
+  StoredValue* next = plan.converted.data();
+  int place = 0;
+  for (const Parameter& parameter : plan.emitted.parameters) {
+    StoredValue& converted = *next++;
+    ++place;
+    const auto index = static_cast<size_t>(parameter.index);
+    const StoredValue* value = nullptr;
+    const SqlType* from = &parameter.from;
+    switch (parameter.source) {
+      case Parameter::Source::kLiteral:
+        value = &frame.literals[index].value;
+        from = &frame.literals[index].type;
+        break;
+      case Parameter::Source::kVariable:
+        value = &frame.variables[index];
+        break;
+      case Parameter::Source::kRow:
+        value = &row[index];
+        break;
+      case Parameter::Source::kSession:
+        converted = engine.SessionValueOf(static_cast<SessionValue>(index), frame);
+        value = &converted;
+        break;
+    }
+    if (parameter.convert && !value->IsNull()) {
+      int64_t rescaled = 0;
+      if (Rescale(*value, *from, parameter.to, rescaled)) {
+        sqlite3_bind_int64(statement, place, rescaled);
+        continue;
+      }
+      if (!IsSameStored(*from, parameter.to)) {
+        converted = ConvertParameter(parameter, *value, *from);
+        value = &converted;
+      }
+    }
+    BindStored(statement, place, *value);
+  }
+}
+
+PlanRun::~PlanRun() {
+  sqlite3_reset(plan_.statement.get());
+}
+
+bool PlanRun::Step() {
+  return engine_.store().Step(plan_.statement.get());
+}
+
+int PlanRun::ColumnCount() const {
+  return sqlite3_column_count(plan_.statement.get());
+}
+
+StoredValue PlanRun::Column(int index) const {
+  return FromSqlite(sqlite3_column_value(plan_.statement.get(), index));
+}
+
+void PlanRun::Read(int index, StoredValue& out) const {
+  ReadSqlite(sqlite3_column_value(plan_.statement.get(), index), out);
+}
+
+}  // namespace tavcc::sql

@@ -1,0 +1,101 @@
+#include "embedded/session/session.h"
+
+#include <algorithm>
+
+#include "embedded/types/stored_conversions.h"
+#include "foundation/error.h"
+
+namespace tavcc::sql {
+namespace {
+
+// Errors of this severity and below are messages.
+constexpr int kMessageSeverity = 10;
+
+struct SqlState {
+  int number;
+  std::string_view state;
+};
+// The states that the server's providers give these errors; 42000 the others.
+constexpr SqlState kSqlStates[] = {
+    {0, "01000"},    {207, "42S22"},  {208, "42S02"},  {245, "22018"},
+    {241, "22007"},  {242, "22007"},  {515, "23000"},  {1205, "40001"},
+    {2601, "23000"}, {2627, "23000"}, {2628, "22001"}, {2714, "42S01"},
+    {3701, "42S02"}, {8115, "22003"}, {8134, "22012"}, {8152, "22001"},
+};
+
+std::string SqlStateOf(const SqlError& error) {
+  if (error.severity <= kMessageSeverity) return "01000";
+  const auto found = std::ranges::find(kSqlStates, error.number, &SqlState::number);
+  return std::string(found == std::end(kSqlStates) ? "42000" : found->state);
+}
+
+}  // namespace
+
+const SqlError* FirstError(const std::vector<SqlError>& errors) {
+  const auto found = std::ranges::find_if(
+      errors, [](const SqlError& error) { return error.severity > kMessageSeverity; });
+  return found == errors.end() ? nullptr : &*found;
+}
+
+Session::~Session() {
+  try {
+    Close();
+  } catch (...) {
+    // Nobody is left to be told.
+  }
+}
+
+void Session::RequireOpen() const {
+  if (!open_) throw AutomationError(RuntimeError::kObjectClosed);
+}
+
+void Session::RaiseFirst() const {
+  if (const SqlError* error = FirstError(engine_->errors())) {
+    throw AutomationError(error->number, std::string(kErrorSource), error->message);
+  }
+}
+
+RecordsetPtr Session::Execute(std::string_view sql) {
+  RequireOpen();
+  engine_->RunBatch(sql);
+  RaiseFirst();
+  return engine_->TakeResult();
+}
+
+RecordsetPtr Session::OpenClientRecordset(std::string_view sql) {
+  return Execute(sql);
+}
+
+void Session::CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) {
+  RequireOpen();
+  std::vector<CallArgument> arguments;
+  try {
+    for (const ProcedureParameter& parameter : parameters) {
+      arguments.push_back({parameter.name, FromValue(parameter.value), false, parameter.output});
+    }
+  } catch (const SqlError& error) {
+    throw AutomationError(error.number, std::string(kErrorSource), error.message);
+  }
+  engine_->RunProcedure(name, arguments);
+  RaiseFirst();
+  for (size_t i = 0; i < arguments.size(); ++i) {
+    if (!parameters[i].output) continue;
+    parameters[i].value = ToValue(arguments[i].value.value, arguments[i].value.type);
+  }
+}
+
+std::vector<ConnectionError> Session::Errors() const {
+  std::vector<ConnectionError> out;
+  for (const SqlError& error : engine_->errors()) {
+    out.push_back({error.number, std::string(kErrorSource), error.message, SqlStateOf(error)});
+  }
+  return out;
+}
+
+void Session::Close() {
+  if (!open_) return;
+  open_ = false;
+  engine_->Clear();
+}
+
+}  // namespace tavcc::sql

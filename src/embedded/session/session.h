@@ -1,0 +1,43 @@
+// The port over an engine.
+#pragma once
+
+#include <memory>
+
+#include "embedded/session/engine.h"
+#include "foundation/connection.h"
+
+namespace tavcc::sql {
+
+class Session final : public Connection {
+ public:
+  // `store` is kept alive as long as the session.
+  Session(std::shared_ptr<Engine> engine, std::shared_ptr<void> store)
+      : store_(std::move(store)), engine_(std::move(engine)) {}
+  ~Session() override;
+
+  RecordsetPtr Execute(std::string_view sql) override;
+  RecordsetPtr OpenClientRecordset(std::string_view sql) override;
+  void CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) override;
+  std::vector<ConnectionError> Errors() const override;
+  int State() const override { return open_ ? kStateOpen : kStateClosed; }
+  void Close() override;
+
+  void Reopen() { open_ = true; }
+  Engine& engine() { return *engine_; }
+
+ private:
+  void RequireOpen() const;
+  void RaiseFirst() const;
+
+  std::shared_ptr<void> store_;
+  std::shared_ptr<Engine> engine_;
+  bool open_ = true;
+};
+
+// The first of the errors that is more than a message, as the caller gets it; null when there is
+// none.
+const SqlError* FirstError(const std::vector<SqlError>& errors);
+
+inline constexpr std::string_view kErrorSource = "embedded database";
+
+}  // namespace tavcc::sql

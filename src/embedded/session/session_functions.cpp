@@ -1,0 +1,179 @@
+#include "embedded/session/session_functions.h"
+
+#include <sqlite3.h>
+
+#include <cmath>
+
+#include "embedded/catalog/names.h"
+#include "embedded/session/engine.h"
+#include "embedded/types/sqlite_value.h"
+#include "embedded/types/stored_conversions.h"
+
+namespace tavcc::sql {
+namespace {
+
+Engine& EngineOf(sqlite3_context* context) {
+  return *static_cast<Engine*>(sqlite3_user_data(context));
+}
+
+void Fail(sqlite3_context* context, SqlError error) {
+  EngineOf(context).store().functions().pending = std::move(error);
+  sqlite3_result_error(context, "statement failed", -1);
+}
+
+void Answer(sqlite3_context* context, const StoredValue& value) {
+  switch (value.kind()) {
+    case StoredValue::Kind::kNull:
+      sqlite3_result_null(context);
+      break;
+    case StoredValue::Kind::kInteger:
+      sqlite3_result_int64(context, value.integer());
+      break;
+    case StoredValue::Kind::kReal:
+      sqlite3_result_double(context, value.real());
+      break;
+    case StoredValue::Kind::kText:
+      sqlite3_result_text64(context, value.text().data(), value.text().size(), SQLITE_TRANSIENT,
+                            SQLITE_UTF8);
+      break;
+    case StoredValue::Kind::kBlob:
+      sqlite3_result_blob64(context, value.blob().data(), value.blob().size(), SQLITE_TRANSIENT);
+      break;
+  }
+}
+
+std::string TextOf(sqlite3_value* value) {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+  return text == nullptr ? std::string()
+                         : std::string(text, static_cast<size_t>(sqlite3_value_bytes(value)));
+}
+
+bool HasType(const Catalog& catalog, const std::string& name, const std::string& type) {
+  const auto object = catalog.Find(ObjectName{SplitName(name)});
+  if (!object) return SameName(type, "U");
+  return SameName(type, object->table ? "U" : object->view ? "V" : "P");
+}
+
+void ObjectId(sqlite3_context* context, int count, sqlite3_value** arguments) {
+  if (sqlite3_value_type(arguments[0]) == SQLITE_NULL) return;
+  const Catalog& catalog = EngineOf(context).catalog();
+  const std::string name = TextOf(arguments[0]);
+  const int64_t id = catalog.ObjectId(name);
+  if (id == 0) return;
+  if (count > 1) {
+    std::string type = TextOf(arguments[1]);
+    while (!type.empty() && type.back() == ' ') type.pop_back();
+    if (!HasType(catalog, name, type)) return;
+  }
+  sqlite3_result_int64(context, id);
+}
+
+// s_cursor_status(scope, name)
+void CursorStatus(sqlite3_context* context, int, sqlite3_value** arguments) {
+  const auto& cursors = EngineOf(context).cursors();
+  const auto found = cursors.find(FoldName(TextOf(arguments[1])));
+  if (found == cursors.end()) return sqlite3_result_int(context, -3);
+  const Cursor& cursor = found->second;
+  if (!cursor.open) return sqlite3_result_int(context, -1);
+  const bool any = cursor.sight == CursorSight::kDynamic || cursor.count > 0;
+  sqlite3_result_int(context, any ? 1 : 0);
+}
+
+void Variable(sqlite3_context* context, int, sqlite3_value** arguments) {
+  const Frame& frame = *EngineOf(context).live_frame;
+  Answer(context, frame.variables[static_cast<size_t>(sqlite3_value_int64(arguments[0]))]);
+}
+
+// s_assign(variable, value, type of the value, type of the variable): the value as it came.
+void Assign(sqlite3_context* context, int, sqlite3_value** arguments) {
+  Frame& frame = *EngineOf(context).live_frame;
+  const auto index = static_cast<size_t>(sqlite3_value_int64(arguments[0]));
+  const SqlType from = TypeFromCode(sqlite3_value_int64(arguments[2]));
+  const SqlType to = TypeFromCode(sqlite3_value_int64(arguments[3]));
+  try {
+    const StoredValue value = FromSqlite(arguments[1]);
+    frame.variables[index] = value.IsNull() ? value : ConvertStored(value, from, to);
+  } catch (SqlError& error) {
+    return Fail(context, std::move(error));
+  }
+  sqlite3_result_value(context, arguments[1]);
+}
+
+void Next(sqlite3_context* context, int, sqlite3_value**) {
+  Engine& engine = EngineOf(context);
+  int64_t number = 0;
+  try {
+    if (__builtin_add_overflow(engine.next_number.last, engine.next_number.step, &number))
+      Raise(8115);
+    ConvertStored(StoredValue(number), Type(TypeKind::kBigInt), engine.next_number.type);
+  } catch (const SqlError&) {
+    return Fail(context, MakeError(8115, {"IDENTITY", KindText(engine.next_number.type.kind)}));
+  }
+  engine.next_number.last = number;
+  sqlite3_result_int64(context, number);
+}
+
+void NotNull(sqlite3_context* context, int, sqlite3_value** arguments) {
+  if (sqlite3_value_type(arguments[0]) != SQLITE_NULL) {
+    sqlite3_result_value(context, arguments[0]);
+    return;
+  }
+  Fail(context, MakeError(515, {TextOf(arguments[1]), TextOf(arguments[2]), "INSERT"}));
+}
+
+void Top(sqlite3_context* context, int, sqlite3_value** arguments) {
+  if (sqlite3_value_type(arguments[0]) == SQLITE_NULL) return Fail(context, MakeError(1014));
+  const int64_t count = sqlite3_value_int64(arguments[0]);
+  if (count < 0) return Fail(context, MakeError(127));
+  sqlite3_result_int64(context, count);
+}
+
+// s_percent(rows, percent): how many rows that is, rounded up.
+void Percent(sqlite3_context* context, int, sqlite3_value** arguments) {
+  if (sqlite3_value_type(arguments[1]) == SQLITE_NULL) return Fail(context, MakeError(1014));
+  const double percent = sqlite3_value_double(arguments[1]);
+  if (percent < 0 || percent > 100) return Fail(context, MakeError(1031));
+  const double rows = sqlite3_value_double(arguments[0]);
+  sqlite3_result_int64(context, static_cast<int64_t>(std::ceil(rows * percent / 100)));
+}
+
+struct ScalarState {
+  sqlite3_value* value;
+};
+
+void ScalarStep(sqlite3_context* context, int, sqlite3_value** arguments) {
+  auto* state = static_cast<ScalarState*>(sqlite3_aggregate_context(context, sizeof(ScalarState)));
+  if (state == nullptr) return sqlite3_result_error_nomem(context);
+  if (state->value != nullptr) return Fail(context, MakeError(512));
+  state->value = sqlite3_value_dup(arguments[0]);
+}
+
+void ScalarFinal(sqlite3_context* context) {
+  auto* state = static_cast<ScalarState*>(sqlite3_aggregate_context(context, 0));
+  if (state == nullptr || state->value == nullptr) return;
+  sqlite3_result_value(context, state->value);
+  sqlite3_value_free(state->value);
+}
+
+}  // namespace
+
+void RegisterSessionFunctions(Engine& engine) {
+  sqlite3* const database = engine.store().handle();
+  const auto add = [&](const char* name, int arguments, auto* function) {
+    sqlite3_create_function_v2(database, name, arguments, SQLITE_UTF8, &engine, function, nullptr,
+                               nullptr, nullptr);
+  };
+  add("s_object_id", 1, ObjectId);
+  add("s_object_id", 2, ObjectId);
+  add("s_cursor_status", 2, CursorStatus);
+  add("s_variable", 1, Variable);
+  add("s_assign", 4, Assign);
+  add("s_next", 0, Next);
+  add("s_not_null", 3, NotNull);
+  add("s_top", 1, Top);
+  add("s_percent", 2, Percent);
+  sqlite3_create_function_v2(database, "s_scalar", 1, SQLITE_UTF8, &engine, nullptr, ScalarStep,
+                             ScalarFinal, nullptr);
+}
+
+}  // namespace tavcc::sql

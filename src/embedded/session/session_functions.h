@@ -1,0 +1,17 @@
+// The functions of emitted text that need the session.
+//
+//   s_object_id(name[, type])        OBJECT_ID
+//   s_variable(n)                    the variable as it is at this row
+//   s_scalar(x)                      aggregate: the one value, NULL for none; 512 for more
+//   s_not_null(x, column, table)     x; 515 for NULL
+//   s_top(n)                         n; 127 below 0
+#pragma once
+
+namespace tavcc::sql {
+
+class Engine;
+
+// On the engine's own connection. Errors: SqlError 50001 when SQLite refuses a registration.
+void RegisterSessionFunctions(Engine& engine);
+
+}  // namespace tavcc::sql
