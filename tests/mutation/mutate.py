@@ -277,6 +277,17 @@ def known_equivalent(name, before, after):
     return None
 
 
+def refuse_if_red(compiler, faults):
+    """Ends the run when a test fails with nothing changed: every change would seem noticed."""
+    name = "audit/batch_audit.cpp"
+    text = open(os.path.join(COPY, "src", name), encoding="utf-8").read()
+    failing = Trial(compiler, name, text, faults=faults).noticed_by()
+    if failing is False:
+        sys.exit(f"{name} does not compile, unchanged")
+    if failing is not None:
+        sys.exit(f"{failing} fails with nothing changed: mend that first")
+
+
 def draw(seed, files):
     """Changes without end, the same for the same seed and sources."""
     randomness = random.Random(seed)
@@ -353,6 +364,7 @@ def main():
     if options.prepare:
         return 0
     compiler = Compiler()
+    refuse_if_red(compiler, options.faults)
     drawn = draw(options.seed, options.only or sources())
     results = []
     for result in tried(lambda one: attempt(compiler, options.faults, *one), drawn, options.jobs):
