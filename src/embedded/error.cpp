@@ -259,6 +259,10 @@ SqlError MakeError(int number, std::initializer_list<ErrorArgument> arguments) {
                   FillIn(definition->text, arguments)};
 }
 
+SqlError StoreFailure(std::string message) {
+  return SqlError{kStoreFailure, 16, 1, 0, std::move(message)};
+}
+
 void RaiseUnsupported(std::string_view construct) {
   Raise(kNotSupported, construct);
 }

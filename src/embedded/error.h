@@ -43,6 +43,10 @@ struct ErrorDefinition {
 // embedded database: X."
 inline constexpr int kNotSupported = 50001;
 
+// The number for a store that itself fails, in a way for which the server has no error.
+inline constexpr int kStoreFailure = 50002;
+SqlError StoreFailure(std::string message);
+
 // All errors, in ascending order of number.
 std::span<const ErrorDefinition> AllErrors();
 // Null when the dialect does not raise this number itself (RAISERROR can make any).

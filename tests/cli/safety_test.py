@@ -316,5 +316,75 @@ class Checks(Case):
                          [])
 
 
+class DamagedContents(Case):
+    """Cells that another program wrote: tavcc never takes them for what they are not."""
+
+    COLUMNS = {"b": "bit", "t": "tinyint", "s": "smallint", "i": "int", "l": "bigint",
+               "d": "decimal(18,4)", "m": "money", "f": "float", "at": "datetime", "w": "nvarchar(20)",
+               "v": "varbinary(9)"}
+    WRONG = (
+        ("b", "2", "b holds a number that no bit can be"),
+        ("b", "'yes'", "b holds text that no bit can be"),
+        ("t", "256", "t holds a number that no tinyint can be"),
+        ("t", "-1", "t holds a number that no tinyint can be"),
+        ("s", "32768", "s holds a number that no smallint can be"),
+        ("i", "2147483648", "i holds a number that no int can be"),
+        ("i", "1.5", "i holds a number that no int can be"),
+        ("i", "'x'", "i holds text that no int can be"),
+        ("l", "x'00ff'", "l holds bytes that no bigint can be"),
+        ("d", "'1.5'||'x'", "d holds text that no decimal(18,4) can be"),
+        ("d", "1e308", "d holds a number that no decimal(18,4) can be"),
+        ("d", "x'00'", "d holds bytes that no decimal(18,4) can be"),
+        ("m", "''", "m holds text that no money can be"),
+        ("f", "'x'", "f holds text that no float can be"),
+        ("at", "'2026-03-01'", "at holds text that no datetime can be"),
+        ("at", "9223372036854775807", "at holds a number that no datetime can be"),
+        ("w", "x'00'", "w holds bytes that no nvarchar(20) can be"),
+        ("v", "'x'", "v holds text that no varbinary(9) can be"),
+    )
+
+    def setUp(self):
+        super().setUp()
+        columns = ",".join(f"[{name}] {kind}" for name, kind in self.COLUMNS.items())
+        self.change(f"create table Cells({columns}) insert Cells values"
+                    "(1,255,-32768,2147483647,9000000000,1.5,2.25,0.5,'2026-03-01',N'\u4e00',0x00ff)")
+
+    def damage(self, column, cell):
+        store = sqlite3.connect(self.db)
+        name, = store.execute("select name from sqlite_master where type='table' and sql like "
+                              "'%\"at\"%'").fetchone()
+        store.execute(f'update "{name}" set "{column}"={cell}')
+        store.commit()
+        store.close()
+
+    def test_what_is_read_is_what_the_type_has(self):
+        readable = [name for name in self.COLUMNS if name != "v"]
+        select = f"select {','.join(readable)} from Cells"
+        self.assertEqual(len(self.rows(select)), 1)
+        for column, cell, said in self.WRONG:
+            with self.subTest(column=column, cell=cell):
+                self.setUp()
+                self.damage(column, cell)
+                answer = tavcc("sql", "--db", self.db, f"select [{column}] from Cells")
+                self.assert_error(answer, f"{self.db}: the file is damaged: {said}")
+
+    def test_what_is_reckoned_with_too(self):
+        self.damage("d", "'much'")
+        for batch in ("select d*2 from Cells", "select sum(d) from Cells",
+                      "declare @d decimal(18,4) select @d=d+1 from Cells"):
+            with self.subTest(batch):
+                answer = tavcc("sql", "--db", self.db, batch)
+                self.assert_error(answer, "the file is damaged: a number is stored as something")
+
+    def test_a_call_over_damage_is_no_refusal(self):
+        store = sqlite3.connect(self.db)
+        store.execute(f"update T_CC_ZZCX set FStatus='none' where FID={ASSEMBLY_BILL}")
+        store.commit()
+        store.close()
+        answer = self.call(*AUDIT)
+        self.assertEqual(answer.returncode, FAILED, answer.stdout + answer.stderr)
+        self.assertIn("the file is damaged: ", answer.stdout + answer.stderr)
+
+
 if __name__ == "__main__":
     case.main()

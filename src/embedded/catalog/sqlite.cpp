@@ -92,10 +92,6 @@ void SqliteStatement::Finalize::operator()(sqlite3_stmt* statement) const {
   sqlite3_finalize(statement);
 }
 
-SqlError StoreFailure(std::string message) {
-  return SqlError{kStoreFailure, 16, 1, 0, std::move(message)};
-}
-
 std::string QuoteName(std::string_view name) {
   if (name.find('\0') != std::string_view::npos) RaiseUnsupported("a name with a zero character");
   return Doubled(name, '"');
@@ -237,7 +233,7 @@ SqlError SqliteConnection::TakeError(int code) {
   if (functions_.pending) {
     SqlError error = std::move(*functions_.pending);
     functions_.pending.reset();
-    return error;
+    return error.number == kStoreFailure ? Failure(error.message) : error;
   }
   switch (code) {
     case SQLITE_CONSTRAINT_NOTNULL:

@@ -105,10 +105,6 @@ class SqliteConnection {
 inline constexpr int kNullRefused = -1;
 inline constexpr int kDuplicateRefused = -2;
 
-// The store itself fails, in a way for which the server has no error: our own number.
-inline constexpr int kStoreFailure = 50002;
-SqlError StoreFailure(std::string message);
-
 // `name` as an identifier of SQLite.
 std::string QuoteName(std::string_view name);
 // `text` as a literal of SQLite.

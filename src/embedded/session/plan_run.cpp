@@ -5,6 +5,7 @@
 #include "embedded/types/sqlite_value.h"
 #include "embedded/types/stored_conversions.h"
 #include "embedded/types/stored_form.h"
+#include "embedded/types/type_rules.h"
 
 namespace tavcc::sql {
 namespace {
@@ -116,6 +117,17 @@ StoredValue PlanRun::Column(int index) const {
 
 void PlanRun::Read(int index, StoredValue& out) const {
   ReadSqlite(sqlite3_column_value(plan_.statement.get(), index), out);
+}
+
+// Another program may have written into the file, or the disk may have lost something.
+void PlanRun::ReadTyped(size_t column, StoredValue& out) const {
+  Read(static_cast<int>(column), out);
+  const SqlType& type = plan_.shape->types[column];
+  if (IsStoredAs(out, type)) return;
+  const std::string& name = plan_.shape->names[column];
+  const std::string named = name.empty() ? "column " + std::to_string(column + 1) : name;
+  throw engine_.store().Damage(named + " holds " + std::string(FormText(out)) + " that no " +
+                               TypeText(type) + " can be");
 }
 
 }  // namespace tavcc::sql

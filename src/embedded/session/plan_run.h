@@ -31,6 +31,8 @@ class PlanRun {
   int ColumnCount() const;
   StoredValue Column(int index) const;
   void Read(int index, StoredValue& out) const;  // the same, in the memory of `out`
+  // The same of a query's column, which holds what its type says. Errors: that the file is damaged.
+  void ReadTyped(size_t column, StoredValue& out) const;
 
  private:
   Engine& engine_;

@@ -1,7 +1,10 @@
 // Conversions that the stored form makes needless, and those that cannot fail.
 #include "embedded/types/stored_form.h"
 
+#include <limits>
+
 #include "embedded/types/type_rules.h"
+#include "embedded/types/wide_integer.h"
 
 namespace tavcc::sql {
 namespace {
@@ -12,6 +15,16 @@ bool Fits(int from, int to) {
 
 bool IsFixedText(TypeKind kind) {
   return kind == TypeKind::kChar || kind == TypeKind::kNChar;
+}
+
+// The first of January of year 1 and the last day of 9999, in days since 1900-01-01.
+constexpr int64_t kFirstDay = -693595;
+constexpr int64_t kLastDay = 2958463;
+constexpr int64_t kTicksADay = int64_t{300} * 60 * 60 * 24;
+
+bool IsWithin(const StoredValue& value, int64_t least, int64_t greatest) {
+  return value.kind() == StoredValue::Kind::kInteger && value.integer() >= least &&
+         value.integer() <= greatest;
 }
 
 }  // namespace
@@ -54,6 +67,64 @@ bool NeverFails(const SqlType& from, const SqlType& to, ConvertMode mode) {
     return b.precision - b.scale >= a.precision - a.scale + (b.scale < a.scale ? 1 : 0);
   }
   return (IsInteger(from.kind) || IsScaled(from.kind)) && IsApproximate(to.kind);
+}
+
+bool IsStoredAs(const StoredValue& value, const SqlType& type) {
+  using Kind = StoredValue::Kind;
+  if (value.IsNull()) return true;
+  switch (type.kind) {
+    case TypeKind::kNull:
+      return false;
+    case TypeKind::kBit:
+      return IsWithin(value, 0, 1);
+    case TypeKind::kTinyInt:
+      return IsWithin(value, 0, std::numeric_limits<uint8_t>::max());
+    case TypeKind::kSmallInt:
+      return IsWithin(value, std::numeric_limits<int16_t>::min(),
+                      std::numeric_limits<int16_t>::max());
+    case TypeKind::kInt:
+      return IsWithin(value, std::numeric_limits<int32_t>::min(),
+                      std::numeric_limits<int32_t>::max());
+    case TypeKind::kBigInt:
+      return value.kind() == Kind::kInteger;
+    case TypeKind::kDate:
+    case TypeKind::kSmallDateTime:
+    case TypeKind::kDateTime:
+      return IsWithin(value, kFirstDay * kTicksADay, (kLastDay + 1) * kTicksADay - 1);
+    case TypeKind::kSmallMoney:
+    case TypeKind::kMoney:
+    case TypeKind::kDecimal:
+      return value.kind() == Kind::kInteger ||
+             (value.kind() == Kind::kBlob && value.blob().size() == WideInteger::kBlobSize);
+    case TypeKind::kReal:
+    case TypeKind::kFloat:
+      return value.kind() == Kind::kReal;
+    case TypeKind::kBinary:
+    case TypeKind::kVarBinary:
+      return value.kind() == Kind::kBlob;
+    case TypeKind::kChar:
+    case TypeKind::kVarChar:
+    case TypeKind::kNChar:
+    case TypeKind::kNVarChar:
+    case TypeKind::kUniqueIdentifier:
+      return value.kind() == Kind::kText;
+  }
+  return false;
+}
+
+std::string_view FormText(const StoredValue& value) {
+  switch (value.kind()) {
+    case StoredValue::Kind::kNull:
+      return "NULL";
+    case StoredValue::Kind::kInteger:
+    case StoredValue::Kind::kReal:
+      return "a number";
+    case StoredValue::Kind::kText:
+      return "text";
+    case StoredValue::Kind::kBlob:
+      return "bytes";
+  }
+  return "";
 }
 
 }  // namespace tavcc::sql

@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+#include "embedded/error.h"
+
 namespace tavcc::sql {
 namespace {
 
@@ -69,6 +71,9 @@ WideInteger CoefficientOf(const StoredView& cell) {
     unsigned char bytes[WideInteger::kBlobSize];
     std::memcpy(bytes, cell.bytes.data(), sizeof bytes);
     return WideInteger::FromBlob(bytes);
+  }
+  if (cell.kind != StoredView::Kind::kInteger && cell.kind != StoredView::Kind::kNull) {
+    throw StoreFailure("the file is damaged: a number is stored as something else");
   }
   return WideInteger::FromInt64(cell.integer);
 }

@@ -38,7 +38,8 @@ StoredView FromStored(const StoredValue& value);
 StoredValue ToStored(const StoredView& cell);
 StoredView ViewOf(sqlite3_value* value);
 
-// The coefficient of a stored decimal, money or whole number.
+// The coefficient of a stored decimal, money or whole number. Errors: kStoreFailure for what is
+// stored as neither.
 WideInteger CoefficientOf(const StoredView& cell);
 // The stored form of a coefficient; a BLOB lives in `scratch`.
 StoredView StoreCoefficient(const WideInteger& coefficient, Scratch* scratch);

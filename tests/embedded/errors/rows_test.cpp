@@ -49,7 +49,7 @@ constexpr const char* kSetup[] = {
 
 // Rows whose statements are too long for the file, and where their tests are.
 const std::map<int, const char*> kElsewhere = {
-    {1205, "no statement: a wait for a lock that could not end"},
+    {1205, "Store.AWaitThatCouldNotEndIsADeadlock"},
     {1222, "Store.ALockThatIsNotLetGo"},
     {3960, "Store.ASnapshotWaitsForNobodyUntilItWrites"},
     {8632, "Depth.WhatMultipliesIsRefusedInTime"},

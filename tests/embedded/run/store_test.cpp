@@ -256,6 +256,28 @@ void KillWriter(const std::string& path) {
   ASSERT_LT(0u, std::filesystem::file_size(path + "-wal"));
 }
 
+// Another program has turned the write-ahead log off: then a reader keeps a writer from committing,
+// and one that reads and wants to write would wait for the writer that waits for it.
+TEST_F(Store, AWaitThatCouldNotEndIsADeadlock) {
+  Open("db")->NewSession()->Execute("create table t (a int) insert into t values (1)");
+  sqlite3* writer = nullptr;
+  ASSERT_EQ(SQLITE_OK, sqlite3_open(Path("db").c_str(), &writer));
+  ASSERT_EQ(SQLITE_OK,
+            sqlite3_exec(writer, "PRAGMA journal_mode=DELETE", nullptr, nullptr, nullptr));
+  const auto reader = Open("db")->NewSession();
+  reader->Execute("set transaction isolation level snapshot begin transaction");
+  EXPECT_EQ(Number(*reader, "select a from t"), 1);
+  ASSERT_EQ(SQLITE_OK, sqlite3_exec(writer, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr));
+  EXPECT_EQ(
+      ErrorOf(*reader, "update t set a=3"),
+      "1205: Transaction (Process ID 1) was deadlocked on lock resources with another process "
+      "and has been chosen as the deadlock victim. Rerun the transaction.");
+  EXPECT_EQ(Number(*reader, "select @@trancount"), 0) << "the victim's transaction is gone";
+  sqlite3_close(writer);
+  reader->Execute("update t set a=3");
+  EXPECT_EQ(Number(*reader, "select a from t"), 3);
+}
+
 TEST_F(Store, AKilledProcessSChangesAreFound) {
   KillWriter(Path("db"));
   EXPECT_EQ(Number(*Open("db", false)->NewSession(), "select a from killed"), 1);

@@ -202,7 +202,9 @@ class DeclareCursorInstruction final : public Instruction, public CursorQuery {
   static int Columns(const Plan& plan) { return static_cast<int>(plan.shape->types.size()); }
 
   static void Take(const Plan& plan, const PlanRun& run, Rows& rows) {
-    for (int i = 0; i < Columns(plan); ++i) rows.cells.push_back(run.Column(i));
+    for (size_t i = 0; i < plan.shape->types.size(); ++i) {
+      run.ReadTyped(i, rows.cells.emplace_back());
+    }
     rows.count = 1;
   }
 

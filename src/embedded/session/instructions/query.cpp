@@ -167,10 +167,10 @@ void SelectInstruction::MakeTable(Engine& engine, Frame& frame, Plan& plan) {
 Rows ReadRows(Engine& engine, Plan& plan, Frame& frame) {
   Rows rows{plan.shape, engine.recordsets().TakeCells(), 0};
   PlanRun run(engine, plan, frame);
-  const int columns = static_cast<int>(plan.shape->types.size());
+  const size_t columns = plan.shape->types.size();
   while (run.Step()) {
-    if (rows.count++ == 0) rows.cells.reserve(static_cast<size_t>(columns));
-    for (int i = 0; i < columns; ++i) run.Read(i, rows.cells.emplace_back());
+    if (rows.count++ == 0) rows.cells.reserve(columns);
+    for (size_t i = 0; i < columns; ++i) run.ReadTyped(i, rows.cells.emplace_back());
     if (plan.emitted.single_row) break;
   }
   return rows;
