@@ -122,7 +122,10 @@ TEST(RandomCalls, AnswerOrFailWithAnErrorOfTheTable) {
     const bool ours = !answer.starts_with("sqlite: ") || answer == "sqlite: string or blob too big";
     ASSERT_TRUE(ours) << call << " -> " << answer;
     if (const auto& error = evaluate.session().pending) {
-      ASSERT_NE(FindError(error->number), nullptr) << call;
+      // What no column of a type can hold is damage.
+      const bool damage =
+          error->number == kStoreFailure && error->message.starts_with("the file is damaged: ");
+      ASSERT_TRUE(damage || FindError(error->number) != nullptr) << call;
     }
   }
 }
