@@ -63,7 +63,9 @@ Value HostState::ReadProfile(std::string_view sDsn, std::string_view category,
           " and FKey=", Quoted(key));
   try {
     const RecordsetPtr rows = GetUnloggedConnection(sDsn)->Execute(sql);
-    return rows->AtEnd() ? Value() : rows->Field(0);
+    Value value = rows->AtEnd() ? Value() : rows->Field(0);
+    if (log_ != nullptr) log_->AddSetting(category, key, value);
+    return value;
   } catch (const AutomationError& error) {
     if (log_ != nullptr) log_->NoteFailure(sql, error);
     throw;

@@ -4,13 +4,27 @@
 #include <chrono>
 #include <utility>
 
+#include "foundation/text.h"
+
 #include "host/recordset_wrapper.h"
 
 namespace tavcc {
 
+std::string PlaceText(const CallSite& site) {
+  if (site.line == 0) return "";
+  // A compiler may have been given the whole path.
+  std::string_view file = site.file;
+  for (const std::string_view folder : {"/src/", "/tools/", "/tests/", "/bench/"}) {
+    const size_t at = file.rfind(folder);
+    if (at != std::string_view::npos) file.remove_prefix(at + 1);
+  }
+  return Cat(file, ":", site.line);
+}
+
 void StatementLog::Clear() {
   statements_.clear();
   ready_calls_.clear();
+  settings_.clear();
   first_failure_.reset();
   fault_.reset();
 }
@@ -37,6 +51,10 @@ void StatementLog::Add(LoggedStatement statement) {
 
 void StatementLog::AddReadyCall(ReadyCall::Member member, int context) {
   if (keeps_) ready_calls_.push_back({member, context, statements_.size()});
+}
+
+void StatementLog::AddSetting(std::string_view category, std::string_view key, const Value& value) {
+  if (keeps_) settings_.push_back({std::string(category), std::string(key), value});
 }
 
 void StatementLog::NoteFailure(std::string_view what, const AutomationError& error) {

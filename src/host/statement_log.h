@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/call_site.h"
 #include "foundation/connection.h"
 #include "foundation/error.h"
 
@@ -25,6 +26,9 @@ struct LoggedStatement {
   double milliseconds = 0;  // how long the database took
   std::optional<AutomationError> error = {};  // what it raised instead of a result
 };
+
+// "src/checks/credit.cpp:113": the file as it is named in the project. Empty for nowhere.
+std::string PlaceText(const CallSite& site);
 
 // How a statement goes wrong.
 struct StatementFault {
@@ -57,14 +61,22 @@ struct Failure {
   AutomationError error;
 };
 
+// A system setting that the host was asked for.
+struct LoggedSetting {
+  std::string category;
+  std::string key;
+  Value value;  // Empty where the database has none
+};
+
 class StatementLog {
  public:
-  // From here on statements and readying calls are counted out to the observer only: for a process
-  // that serves calls without end and whose log nobody reads.
+  // From here on statements are told to the observer only, and nothing is kept: for a process that
+  // serves calls without end and whose log nobody reads.
   void KeepNothing() { keeps_ = false; }
 
   const std::vector<LoggedStatement>& statements() const { return statements_; }
   const std::vector<ReadyCall>& ready_calls() const { return ready_calls_; }
+  const std::vector<LoggedSetting>& settings() const { return settings_; }
   // The first failure of a statement, or of the host or the store beside the statements. A text
   // without its translation is none: whoever asks for a translation takes the text itself where
   // there is none.
@@ -87,6 +99,7 @@ class StatementLog {
   std::optional<StatementFault> TakeFault();
   void Add(LoggedStatement statement);
   void AddReadyCall(ReadyCall::Member member, int context);
+  void AddSetting(std::string_view category, std::string_view key, const Value& value);
   void NoteFailure(std::string_view what, const AutomationError& error);
 
  private:
@@ -95,6 +108,7 @@ class StatementLog {
   std::optional<StatementFault> fault_;
   int statements_to_fault_ = 0;
   std::vector<ReadyCall> ready_calls_;
+  std::vector<LoggedSetting> settings_;
   std::optional<Failure> first_failure_;
   std::function<void(const LoggedStatement&)> observer_;
 };

@@ -54,6 +54,19 @@ struct SqlOptions {
   std::string batch;  // "-" is standard input
 };
 
+struct ExplainOptions {
+  std::vector<std::string> numbers;  // of bills
+  int32_t class_type = 0;            // 0: any
+  int32_t id = 0;                    // 0: any
+  bool un_audit = false;
+  int16_t user = HostSettings().user_id;
+  std::string html_file;  // empty: none is written
+};
+
+struct RefusalsOptions {
+  std::string text;  // the name of one, or a message; empty for all
+};
+
 struct ClassesOptions {
   std::string name;  // of the one class to print; empty for all
 };
@@ -72,6 +85,8 @@ Exit CallCommand(const CommonOptions& common, const CallOptions& options);
 Exit RunCommand(const CommonOptions& common, const RunOptions& options);
 Exit SqlCommand(const CommonOptions& common, const SqlOptions& options);
 Exit CheckCommand(const CommonOptions& common);
+Exit ExplainCommand(const CommonOptions& common, const ExplainOptions& options);
+Exit RefusalsCommand(const CommonOptions& common, const RefusalsOptions& options);
 Exit ClassesCommand(const CommonOptions& common, const ClassesOptions& options);
 
 }  // namespace tavcc

@@ -47,6 +47,19 @@ void DescribeSql(CLI::App& app, CommandLine& line) {
       ->required();
 }
 
+void DescribeExplain(CLI::App& app, CommandLine& line) {
+  app.add_option("BILLNO", line.explain.numbers, "Numbers of bills");
+  app.add_option("--class", line.explain.class_type, "Only a bill of this class")->type_name("ID");
+  app.add_option("--id", line.explain.id, "Only the bill with this id")->type_name("ID");
+  app.add_flag("--un-audit", line.explain.un_audit, "Why it may or may not be un-audited");
+  app.add_option("--html", line.explain.html_file, "Also write a page of it")->type_name("FILE");
+  app.add_option("--user", line.explain.user, "The current user's id")->capture_default_str();
+}
+
+void DescribeRefusals(CLI::App& app, CommandLine& line) {
+  app.add_option("NAME|MESSAGE", line.refusals.text, "Only the one with this name or message");
+}
+
 void DescribeClasses(CLI::App& app, CommandLine& line) {
   app.add_option("CLASS", line.classes.name, "Only this class");
 }
@@ -73,6 +86,11 @@ constexpr Entry kCommands[] = {
      [](const CommandLine& line) { return SqlCommand(line.common, line.sql); }},
     {"check", "Compare the stock on hand with the audited bills", DescribeNothing,
      [](const CommandLine& line) { return CheckCommand(line.common); }},
+    {"explain", "Why a bill is refused: ask every gate, try the audit, keep nothing",
+     DescribeExplain,
+     [](const CommandLine& line) { return ExplainCommand(line.common, line.explain); }},
+    {"refusals", "Print the refusals of the rules: name, texts, cause, remedy", DescribeRefusals,
+     [](const CommandLine& line) { return RefusalsCommand(line.common, line.refusals); }},
     {"classes", "Print the method table", DescribeClasses,
      [](const CommandLine& line) { return ClassesCommand(line.common, line.classes); }},
 };

@@ -13,6 +13,8 @@ struct CommandLine {
   CallOptions call;
   RunOptions run;
   SqlOptions sql;
+  ExplainOptions explain;
+  RefusalsOptions refusals;
   ClassesOptions classes;
   // The command that was chosen, with its part of this line.
   Exit (*command)(const CommandLine& line) = nullptr;

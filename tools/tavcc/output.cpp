@@ -101,6 +101,11 @@ std::string ValueText(const Value& value) {
   }
 }
 
+std::string PlainText(const Value& value) {
+  if (value.kind() != Value::Kind::kDecimal) return ValueText(value);
+  return value.decimal().Normalized().ToText();
+}
+
 std::string RowsText(Recordset& rows, std::string_view indent) {
   if (rows.AtEnd()) return std::string(indent) + "(no rows)\n";
   Table table(FieldNames(rows));

@@ -23,6 +23,9 @@ bool IsUtf8(std::string_view text);
 // A value on one line: NULL, dates as YYYY-MM-DD HH:MM:SS, Booleans as True and False.
 std::string ValueText(const Value& value);
 
+// The same, with a decimal's zeros behind the point left out.
+std::string PlainText(const Value& value);
+
 // All rows with their header, each line behind `indent`; "(no rows)" where there is none.
 std::string RowsText(Recordset& rows, std::string_view indent = "");
 

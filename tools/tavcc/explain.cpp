@@ -1,0 +1,343 @@
+// tavcc explain: asks every gate of a bill by itself, and tries the audit. Nothing is kept.
+#include "tavcc/explain.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+
+#include "foundation/conversions.h"
+#include "foundation/text.h"
+#include "foundation/trap.h"
+#include "registry/bill_ladder.h"
+#include "scenario/scenario.h"
+#include "tavcc/answer.h"
+#include "tavcc/database.h"
+#include "tavcc/output.h"
+#include "tavcc/page.h"
+
+namespace tavcc {
+namespace {
+
+constexpr size_t kMostRows = 100;
+constexpr const char* kBatchAudit = "PublicSysInfo.AuditBill";
+
+// A transaction that is rolled back whatever happens.
+class UndoneTransaction {
+ public:
+  enum class Kind { kReads, kWrites };
+  UndoneTransaction(Erp& erp, Kind kind) : erp_(erp) {
+    if (kind == Kind::kReads) {
+      erp_.BeginReading();
+    } else {
+      erp_.BeginTransaction();
+    }
+  }
+  ~UndoneTransaction() {
+    try {
+      erp_.Rollback();
+    } catch (const AutomationError&) {
+      // The database undoes by itself what is not committed when it is closed.
+    }
+  }
+  UndoneTransaction(const UndoneTransaction&) = delete;
+  UndoneTransaction& operator=(const UndoneTransaction&) = delete;
+
+ private:
+  Erp& erp_;
+};
+
+std::string ErrorText(const AutomationError& error) {
+  return fmt::format("error {}: {}", error.number(), error.description());
+}
+
+// ---- Settings ----------------------------------------------------------------------------------
+
+void AddSetting(std::vector<ReadSetting>& settings, ReadSetting setting) {
+  if (std::find(settings.begin(), settings.end(), setting) == settings.end()) {
+    settings.push_back(std::move(setting));
+  }
+}
+
+// The text of the literal behind `name` and a comparison, from `at` on, which moves behind it.
+std::optional<std::string> ComparedWith(std::string_view sql, std::string_view name, size_t& at) {
+  const std::string upper = UpperCase(sql);
+  const size_t found = upper.find(name, at);
+  if (found == std::string::npos) return std::nullopt;
+  const size_t open = sql.find('\'', found);
+  if (open == std::string_view::npos) return std::nullopt;
+  const size_t close = sql.find('\'', open + 1);
+  if (close == std::string_view::npos) return std::nullopt;
+  at = close + 1;
+  return std::string(sql.substr(open + 1, close - open - 1));
+}
+
+// The settings that a statement reads for itself.
+void AddSettingsOf(Erp& erp, const LoggedStatement& statement, std::vector<ReadSetting>& settings) {
+  const std::string& sql = statement.text;
+  if (UpperCase(sql).find("T_SYSTEMPROFILE") == std::string::npos) return;
+  for (size_t at = 0;;) {
+    const auto category = ComparedWith(sql, "FCATEGORY", at);
+    const auto key = category ? ComparedWith(sql, "FKEY", at) : std::nullopt;
+    if (!key) return;
+    const RecordsetPtr rows = erp.host().GetUnloggedConnection(erp.dsn())->Execute(
+        fmt::format("SELECT FValue FROM t_SystemProfile WHERE FCategory = {} AND FKey = {}",
+                    SqlLiteral(*category), SqlLiteral(*key)));
+    ReadSetting setting{*category, *key, std::nullopt};
+    if (!rows->AtEnd()) setting.value = ValueText(rows->Field(0));
+    AddSetting(settings, std::move(setting));
+  }
+}
+
+std::vector<ReadSetting> SettingsSince(Erp& erp, size_t first_setting, size_t first_statement) {
+  std::vector<ReadSetting> settings;
+  const auto& read = erp.log().settings();
+  for (size_t i = first_setting; i < read.size(); ++i) {
+    ReadSetting setting{read[i].category, read[i].key, std::nullopt};
+    if (!read[i].value.IsEmpty()) setting.value = ValueText(read[i].value);
+    AddSetting(settings, std::move(setting));
+  }
+  const auto& sent = erp.log().statements();
+  for (size_t i = first_statement; i < sent.size(); ++i) AddSettingsOf(erp, sent[i], settings);
+  return settings;
+}
+
+// ---- Gates -------------------------------------------------------------------------------------
+
+// The rows of a query, asked once more for whoever wants to see them.
+ShownRows RowsOf(Erp& erp, const LoggedStatement& statement) {
+  ShownRows shown;
+  const RecordsetPtr rows = erp.host().GetUnloggedConnection(erp.dsn())->Execute(statement.text);
+  if (rows == nullptr || !rows->IsOpen()) return shown;
+  for (int i = 0; i < rows->FieldCount(); ++i) shown.columns.push_back(rows->FieldName(i));
+  for (; !rows->AtEnd(); rows->MoveNext()) {
+    if (shown.rows.size() == kMostRows) {
+      shown.whole = false;
+      break;
+    }
+    std::vector<std::string>& row = shown.rows.emplace_back();
+    for (int i = 0; i < rows->FieldCount(); ++i) row.push_back(ValueText(rows->Field(i)));
+  }
+  return shown;
+}
+
+// What failed below a gate, or was trapped in it; nothing when all went well.
+std::optional<AutomationError> FailureOf(Erp& erp, const TrapWatch& watch) {
+  if (erp.log().first_failure()) return erp.log().first_failure()->error;
+  return watch.first();
+}
+
+void Judge(Erp& erp, PlugIn& self, const LoneGate& gate, Rung& rung) {
+  erp.log().Clear();
+  const TrapWatch watch;
+  size_t first_setting = 0;
+  size_t first_statement = 0;
+  Verdict verdict;
+  std::optional<AutomationError> error;
+  try {
+    self.InitObjects(erp.dsn());
+    const auto ask = gate.prepare();
+    first_setting = erp.log().settings().size();
+    first_statement = erp.log().statements().size();
+    verdict = ask();
+  } catch (const AutomationError& raised) {
+    error = raised;
+  }
+  if (!error) error = FailureOf(erp, watch);
+  if (error) {
+    rung.answer = Rung::Answer::kFailed;
+    rung.message = ErrorText(*error);
+  } else if (!verdict.passed) {
+    rung.answer = Rung::Answer::kRefused;
+    rung.message = verdict.message;
+    rung.refusal = FindRefusal(verdict.message);
+    rung.place = PlaceText(verdict.where);
+  } else {
+    rung.answer = verdict.asked ? Rung::Answer::kPassed : Rung::Answer::kNotAsked;
+  }
+  const std::vector<LoggedStatement> sent = erp.log().statements();
+  for (size_t i = sent.size(); i-- > first_statement;) {
+    if (sent[i].rows < 0 && !sent[i].error) continue;
+    rung.statement = sent[i];
+    break;
+  }
+  // Behind an error nothing more is asked of the session.
+  if (error) return;
+  rung.settings = SettingsSince(erp, first_setting, first_statement);
+  if (rung.statement) rung.rows = RowsOf(erp, *rung.statement);
+}
+
+Rung AskGate(Erp& erp, PlugIn& self, const LoneGate& gate, const Bill& bill) {
+  Rung rung;
+  rung.gate = gate.name;
+  rung.method = gate.method;
+  const UndoneTransaction transaction(erp, UndoneTransaction::Kind::kReads);
+  Judge(erp, self, gate, rung);
+  if (rung.answer == Rung::Answer::kRefused) rung.reasons = ReasonsOf(erp, bill, rung);
+  return rung;
+}
+
+std::vector<Rung> AskGates(Erp& erp, PlugIn& self, const Ladder& ladder, const Bill& bill) {
+  std::vector<Rung> rungs;
+  for (const LoneGate& gate : ladder) rungs.push_back(AskGate(erp, self, gate, bill));
+  return rungs;
+}
+
+// ---- The audit itself --------------------------------------------------------------------------
+
+// The refusal of the procedure that posts value. It is no gate: the books are kept by then.
+std::optional<Rung> PostingRung(Erp& erp, const std::string& line) {
+  constexpr std::string_view kReason = "失败原因：";
+  const std::vector<LoggedStatement>& sent = erp.log().statements();
+  if (sent.empty() || !sent.back().is_procedure) return std::nullopt;
+  Rung rung;
+  rung.gate = "posting";
+  rung.method = kBatchAudit;
+  rung.answer = Rung::Answer::kRefused;
+  const size_t at = line.find(kReason);
+  rung.message = at == std::string::npos ? line : line.substr(at + kReason.size());
+  rung.refusal = FindRefusal(rung.message);
+  rung.statement = sent.back();
+  return rung;
+}
+
+Trial TryAudit(Erp& erp, const Bill& bill, int16_t direction) {
+  Trial trial;
+  try {
+    const UndoneTransaction transaction(erp, UndoneTransaction::Kind::kWrites);
+    ChangeWatch watch(erp, bill);
+    const MethodName name = FindMethodByName(kBatchAudit);
+    const VectorPtr bills = erp.host().NewVector();
+    bills->Add(BillDictionary(erp.host(), bill));
+    const DictionaryPtr results = erp.host().NewDictionary();
+    std::vector<Value> arguments = {bills, direction, erp.dsn(), true, results};
+    erp.log().Clear();
+    const TrapWatch traps;
+    PlugIn object(erp.host());
+    const Value answer = Invoke(*name.cls, *name.method, object, arguments);
+    trial.verdict = VerdictOf(*name.method, answer, arguments);
+    trial.line = ToText(results->Item("BillInfo"));
+    while (trial.line.ends_with('|')) trial.line.pop_back();
+    if (const auto failure = FailureOf(erp, traps)) {
+      trial.verdict = Exit::kFailed;
+      trial.error = ErrorText(*failure);
+    } else if (trial.verdict == Exit::kFailed) {
+      trial.error = ToText(results->Item("ErrorMsg"));
+    }
+    if (trial.verdict == Exit::kPassed) trial.changes = watch.Changes();
+    if (trial.verdict == Exit::kRefused) trial.posting = PostingRung(erp, trial.line);
+  } catch (const AutomationError& error) {
+    trial.verdict = Exit::kFailed;
+    trial.error = ErrorText(error);
+  }
+  return trial;
+}
+
+Exit Worst(Exit a, Exit b) {
+  return std::max(a, b);
+}
+
+Exit VerdictOfRungs(const std::vector<Rung>& rungs) {
+  Exit verdict = Exit::kPassed;
+  for (const Rung& rung : rungs) {
+    if (rung.answer == Rung::Answer::kFailed) verdict = Worst(verdict, Exit::kFailed);
+    if (rung.answer == Rung::Answer::kRefused) verdict = Worst(verdict, Exit::kRefused);
+  }
+  return verdict;
+}
+
+// ---- Which bills -------------------------------------------------------------------------------
+
+BillFilter FilterOf(const ExplainOptions& options, const std::string* number) {
+  BillFilter filter;
+  if (number != nullptr) filter.number = *number;
+  if (options.class_type != 0) filter.class_type = options.class_type;
+  if (options.id != 0) filter.id = options.id;
+  return filter;
+}
+
+std::string ChoiceText(const BillFilter& filter) {
+  std::string text;
+  const auto add = [&](const std::string& part) { text += (text.empty() ? "" : " and ") + part; };
+  if (filter.number) add(fmt::format("the number {}", *filter.number));
+  if (filter.class_type) add(fmt::format("class {}", *filter.class_type));
+  if (filter.id) add(fmt::format("id {}", *filter.id));
+  return text;
+}
+
+// The one bill that is meant. Errors: CommandError where there is none, or more than one.
+Bill FindBill(Erp& erp, const BillFilter& filter) {
+  const std::vector<Bill> found = FindBills(erp, filter);
+  if (found.empty()) throw CommandError(fmt::format("no bill has {}", ChoiceText(filter)));
+  if (found.size() == 1) return found.front();
+  std::string list;
+  for (const Bill& bill : found) list += (list.empty() ? "" : ", ") + Described(bill);
+  throw CommandError(fmt::format("{} bills have {}: {}; say which with --class or --id",
+                                 found.size(), ChoiceText(filter), list));
+}
+
+std::vector<Bill> ChosenBills(Erp& erp, const ExplainOptions& options) {
+  const UndoneTransaction transaction(erp, UndoneTransaction::Kind::kReads);
+  std::vector<Bill> bills;
+  if (options.numbers.empty()) bills.push_back(FindBill(erp, FilterOf(options, nullptr)));
+  for (const std::string& number : options.numbers) {
+    bills.push_back(FindBill(erp, FilterOf(options, &number)));
+  }
+  return bills;
+}
+
+}  // namespace
+
+Exit Explanation::Verdict() const {
+  Exit verdict = trial.verdict;
+  for (const auto* rungs : {&batch, &host, &own}) {
+    verdict = Worst(verdict, VerdictOfRungs(*rungs));
+  }
+  return verdict;
+}
+
+Explanation Explain(Erp& erp, const Bill& bill, int16_t direction) {
+  Explanation explanation;
+  explanation.bill = bill;
+  explanation.direction = direction;
+  PlugIn self(erp.host());
+  const BillLadder ladder = LadderOf(self, BillDictionary(erp.host(), bill), direction, erp.dsn());
+  explanation.batch = AskGates(erp, self, ladder.batch, bill);
+  explanation.host = AskGates(erp, self, ladder.host, bill);
+  explanation.own = AskGates(erp, self, ladder.own, bill);
+  explanation.trial = TryAudit(erp, bill, direction);
+  if (explanation.trial.posting) explanation.batch.push_back(*explanation.trial.posting);
+  return explanation;
+}
+
+Exit ExplainCommand(const CommonOptions& common, const ExplainOptions& options) {
+  if (options.numbers.empty() && options.id == 0) {
+    throw CommandError("which bill? give its number, or --id N with --class N");
+  }
+  const auto erp = OpenDatabase(common);
+  erp->host().settings().user_id = options.user;
+  const int16_t direction = options.un_audit ? -1 : 1;
+  std::vector<Explanation> explanations;
+  Exit verdict = Exit::kPassed;
+  for (const Bill& bill : ChosenBills(*erp, options)) {
+    explanations.push_back(Explain(*erp, bill, direction));
+    verdict = Worst(verdict, explanations.back().Verdict());
+  }
+  if (!options.html_file.empty()) WritePage(options.html_file, ExplanationPage(explanations));
+  if (common.json) {
+    Json list = Json::array();
+    for (const Explanation& explanation : explanations) {
+      list.push_back(ExplanationJson(explanation));
+    }
+    Print(Show(list, 2) + "\n");
+    return verdict;
+  }
+  std::string text;
+  for (const Explanation& explanation : explanations) {
+    if (!text.empty()) text += "\n\n";
+    text += ExplanationText(explanation, common.trace);
+  }
+  Print(text);
+  return verdict;
+}
+
+}  // namespace tavcc

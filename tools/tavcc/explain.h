@@ -1,0 +1,86 @@
+// Why a bill may or may not be audited: every gate asked by itself, and what an audit would change.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/erp.h"
+#include "tavcc/bills.h"
+#include "tavcc/command.h"
+#include "tavcc/ladder_report.h"
+
+namespace tavcc {
+
+// Rows before and after, those that differ.
+struct ChangeTable {
+  struct Row {
+    std::vector<std::string> key;
+    std::vector<std::string> before;  // empty where the row is new
+    std::vector<std::string> after;   // empty where the row is gone
+  };
+  std::string title;
+  std::vector<std::string> key_columns;
+  std::vector<std::string> value_columns;
+  std::vector<Row> rows;
+};
+
+// The audit itself, tried in a transaction that was rolled back.
+struct Trial {
+  Exit verdict = Exit::kFailed;
+  std::string line;   // the bill's result line
+  std::string error;  // why it failed; otherwise empty
+  std::vector<ChangeTable> changes;
+  // What refused a bill behind all gates, while it was posted.
+  std::optional<Rung> posting;
+};
+
+struct Explanation {
+  Bill bill;
+  int16_t direction = 1;
+  std::vector<Rung> batch;  // the gates of the batch audit
+  std::vector<Rung> host;   // what a host asks beside it
+  std::vector<Rung> own;    // the gate of the bill's own class
+  Trial trial;
+
+  // Failed where anything failed, refused where anything refused.
+  Exit Verdict() const;
+};
+
+// Asks every gate of the bill, each in a transaction that is rolled back, and tries the audit in
+// another. Nothing is kept. Errors: those of the database outside of gates and trial.
+Explanation Explain(Erp& erp, const Bill& bill, int16_t direction);
+
+// What the reasons of a refusal are, from the rows that decided and from what the database says of
+// the bill. Errors: the database's.
+std::vector<Reason> ReasonsOf(Erp& erp, const Bill& bill, const Rung& rung);
+
+// What the audit of a bill changes: looks at its rows when it is made, and again when it is asked.
+// Errors: the database's.
+class ChangeWatch {
+ public:
+  ChangeWatch(Erp& erp, const Bill& bill);
+  // Tables without a difference are left out.
+  std::vector<ChangeTable> Changes();
+
+ private:
+  Erp& erp_;
+  const Bill& bill_;
+  std::vector<ChangeTable> before_;
+};
+
+// "audit" or "un-audit".
+const char* DirectionText(const Explanation& explanation);
+// "The audit refuses it."
+std::string VerdictLine(const Explanation& explanation);
+// A table of changes: the key's columns, then a column for each value, with "before → after" where
+// it differs.
+std::vector<std::string> ChangeHeader(const ChangeTable& table);
+std::vector<std::vector<std::string>> ChangeRows(const ChangeTable& table);
+
+std::string ExplanationText(const Explanation& explanation, bool everything);
+Json ExplanationJson(const Explanation& explanation);
+// One page for all of them.
+std::string ExplanationPage(const std::vector<Explanation>& explanations);
+
+}  // namespace tavcc

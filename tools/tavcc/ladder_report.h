@@ -1,0 +1,74 @@
+// What a ladder came to, gate by gate, as data; and how it is shown.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "host/statement_log.h"
+#include "registry/refusals.h"
+#include "scenario/json.h"
+
+namespace tavcc {
+
+// A system setting that a gate read; without a value where the database has none.
+struct ReadSetting {
+  std::string category;
+  std::string key;
+  std::optional<std::string> value;
+
+  friend bool operator==(const ReadSetting&, const ReadSetting&) = default;
+};
+
+// What a row says about a refusal: labels and values, e.g. line 1, item "03.001 内胎".
+using Reason = std::vector<std::pair<std::string, std::string>>;
+
+// The rows of an answer, as texts.
+struct ShownRows {
+  std::vector<std::string> columns;
+  std::vector<std::vector<std::string>> rows;
+  bool whole = true;  // whether these are all of them
+};
+
+struct Rung {
+  enum class Answer { kPassed, kRefused, kFailed, kNotAsked };
+
+  std::string gate;
+  std::string method;  // "Class.Method"
+  Answer answer = Answer::kPassed;
+  std::string message;                // the reason of a refusal, the error of a failure
+  const Refusal* refusal = nullptr;   // of the catalogue; null where it is in no row
+  std::string place;                  // "src/checks/credit.cpp:113"; empty where none is known
+  std::vector<ReadSetting> settings;  // in the order in which they were read
+  // The statement that decided: the last that answered with rows, or the one that failed.
+  std::optional<LoggedStatement> statement;
+  ShownRows rows;  // its rows
+  std::vector<Reason> reasons;
+};
+
+// "passed", "refused", "failed", "not asked".
+const char* AnswerText(Rung::Answer answer);
+
+// A line for each gate that was asked, and for a refused or failed one what there is to tell.
+// `everything` tells it of the passed ones too, and names the gates that were not asked.
+std::string LadderText(const std::vector<Rung>& ladder, bool everything);
+
+// Refused or failed.
+bool IsStopped(const Rung& rung);
+
+// A gate that a setting switches off is worth a line, one that is for other bills is not.
+bool IsShown(const Rung& rung, bool everything);
+
+// "line 1, item 03.001 内胎"
+std::string ReasonText(const Reason& reason);
+
+// "IC/UnderStock = 0", "IC/UnderStock is not set"
+std::string SettingText(const ReadSetting& setting);
+
+// Name, cause and remedy in both languages.
+Json RefusalJson(const Refusal& refusal);
+
+Json LadderJson(const std::vector<Rung>& ladder);
+
+}  // namespace tavcc
