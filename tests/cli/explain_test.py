@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """tavcc explain: why a bill is refused, gate by gate, and what an audit would change.
 
-usage: explain_test.py TAVCC [unittest options]
+usage: explain_test.py TAVCC SERVED_DATABASE [unittest options]
 """
 
 import html.parser
@@ -10,6 +10,7 @@ import os
 import re
 import shlex
 import subprocess
+import sys
 import tempfile
 import unittest
 
@@ -513,6 +514,73 @@ class Page(ExplainCase):
         self.assert_error(answer, "page.html cannot be written: No such file or directory")
 
 
+def comparable(value):
+    """Without times, and without the zeros behind a point that a driver may not tell."""
+    if isinstance(value, dict):
+        return {key: comparable(each) for key, each in value.items() if key != "milliseconds"}
+    if isinstance(value, list):
+        return [comparable(each) for each in value]
+    if isinstance(value, str) and re.fullmatch(r"-?\d+\.\d+", value):
+        return value.rstrip("0").rstrip(".")
+    return value
+
+
+class OverOdbc(ExplainCase):
+    """The same through a driver and a server's protocol, of a database that a server has."""
+
+    def setUp(self):
+        super().setUp()
+        if not os.path.exists(SERVED_DATABASE):
+            self.skipTest("served_database is not built")
+        self.server = subprocess.Popen([SERVED_DATABASE, self.db], stdin=subprocess.PIPE,
+                                       stdout=subprocess.PIPE, text=True)
+        port = self.server.stdout.readline().strip()
+        self.dsn = f"Driver=FreeTDS;Server=127.0.0.1;Port={port};UID=tester;PWD=x;TDS_Version=7.4"
+
+    def tearDown(self):
+        self.server.communicate()
+
+    def over_odbc(self, *words):
+        answer = tavcc("explain", "--dsn", self.dsn, *words)
+        if "Can't open lib" in answer.stderr:
+            self.skipTest("the driver of package tdsodbc is missing")
+        return answer
+
+    def test_the_ten_refused_bills(self):
+        numbers = list(TEN_REFUSED)
+        before = self.rows(EVERYTHING)
+        answer = self.over_odbc("--json", *numbers)
+        self.assertEqual((answer.returncode, answer.stderr), (REFUSED, ""))
+        explanations = json.loads(answer.stdout)
+        for explanation in explanations:
+            gate, name, message, reason = TEN_REFUSED[explanation["bill"]["number"]]
+            first = self.stopped(explanation["gates"])[0]
+            self.assertEqual((first["gate"], first["refusal"]["name"], first["message"],
+                              first["reasons"]), (gate, name, message, [reason]))
+        self.assertEqual(self.rows(EVERYTHING), before)
+        on_the_file, _ = self.explain(*numbers)
+        self.assertEqual(comparable(explanations), comparable(on_the_file))
+
+    def test_what_an_audit_would_change(self):
+        for words in (["CG260302", "XS260301", "DB260301", "ZZ260301", "TJ260301", "CD260301"],
+                      ["CG260301", "--un-audit"]):
+            before = self.rows(EVERYTHING)
+            answer = self.over_odbc("--json", *words)
+            self.assertEqual(answer.stderr, "")
+            self.assertEqual(self.rows(EVERYTHING), before)
+            on_the_file, _ = self.explain(*words)
+            self.assertEqual(comparable(json.loads(answer.stdout)), comparable(on_the_file))
+
+
+# What an audit writes.
+EVERYTHING = """
+SELECT 'stock', FItemID, FStockID, FBatchNo, FQty, FBal FROM T_CC_Inventory
+UNION ALL SELECT 'bill', FID, FStatus, FBillNo, FCheckerID, FNoInvoiceAmt FROM T_CC_StockBill
+UNION ALL SELECT 'supplier', FItemID, 0, FName, FCurReceAmount, FCurPrepAmount FROM t_Supplier
+UNION ALL SELECT 'customer', FItemID, 0, FName, FCurReceAmount, FCurPrepAmount FROM t_Organization
+UNION ALL SELECT 'price', FItemID, FCustID, '', FSupplyID, FPrice FROM t_LatestPrice"""
+
+
 class RefusalsCommand(Case):
     def test_all_of_them(self):
         catalogue = json.loads(tavcc("refusals", "--json").stdout)
@@ -572,4 +640,5 @@ class Document(ExplainCase):
 
 
 if __name__ == "__main__":
+    SERVED_DATABASE = os.path.abspath(sys.argv.pop(2))
     case.main()

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "odbc/text.h"
 
@@ -53,7 +54,8 @@ std::string BatchText(std::string_view body) {
 
 }  // namespace
 
-TdsResponder::TdsResponder() : login_(TdsAnswer().LoginAccepted().Statement(0).Bytes()) {
+TdsResponder::TdsResponder(Answerer others)
+    : others_(std::move(others)), login_(TdsAnswer().LoginAccepted().Statement(0).Bytes()) {
   listener_ = socket(AF_INET, SOCK_STREAM, 0);
   sockaddr_in address{};
   address.sin_family = AF_INET;
@@ -163,7 +165,8 @@ TdsResponder::Planned TdsResponder::Plan(const std::string& batch) {
   const std::lock_guard lock(mutex_);
   received_.push_back(batch);
   const auto found = answers_.find(batch);
-  return found != answers_.end() ? found->second : Planned{TdsAnswer().Statement(0).Bytes()};
+  if (found != answers_.end()) return found->second;
+  return {(others_ ? others_(batch) : TdsAnswer().Statement(0)).Bytes()};
 }
 
 TdsResponder::Message TdsResponder::Read(int client) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string>
@@ -24,15 +25,18 @@ enum class Delivery {
 
 class TdsResponder {
  public:
-  // Listens at once, on a port of its own.
-  TdsResponder();
+  // What answers the batches that have no answer of their own.
+  using Answerer = std::function<TdsAnswer(const std::string& batch)>;
+
+  // Listens at once, on a port of its own. Without `others`, a batch that has no answer of its own
+  // ends well and has no rows.
+  explicit TdsResponder(Answerer others = nullptr);
   ~TdsResponder();
   TdsResponder(const TdsResponder&) = delete;
   TdsResponder& operator=(const TdsResponder&) = delete;
 
   uint16_t port() const { return port_; }
 
-  // A batch without an answer of its own ends well and has no rows.
   void Answer(std::string batch, const TdsAnswer& answer, Delivery delivery = Delivery::kWhole);
   void RefuseLogins(int32_t number, std::string_view text);
 
@@ -57,6 +61,7 @@ class TdsResponder {
   static Message Read(int client);
   static void Write(int client, std::string_view bytes);
 
+  const Answerer others_;
   int listener_ = -1;
   uint16_t port_ = 0;
   mutable std::mutex mutex_;  // of what follows

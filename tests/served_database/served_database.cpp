@@ -1,0 +1,135 @@
+// A database file behind a port of loopback: what an ODBC driver sends in TDS is run on the
+// embedded database, so that the command line's tests have a server without having one.
+//
+// usage: served_database FILE
+//
+// Prints the port, and ends with its standard input.
+#include <cstdio>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "embedded/embedded.h"
+#include "foundation/conversions.h"
+#include "foundation/error.h"
+#include "odbc/tds_responder.h"
+
+namespace tavcc::testing {
+namespace {
+
+constexpr uint8_t kScale = 10;
+
+// The digits of a decimal with `kScale` places behind the point, as two halves of 128 bits.
+std::string DecimalCell(const Decimal& decimal) {
+  const std::string text = decimal.Normalized().ToText();
+  const size_t point = text.find('.');
+  std::string digits =
+      text.substr(0, point) + (point == std::string::npos ? "" : text.substr(point + 1));
+  const size_t places = point == std::string::npos ? 0 : text.size() - point - 1;
+  digits.append(places < kScale ? kScale - places : 0, '0');
+  uint32_t limbs[4] = {};
+  for (const char digit : digits) {
+    if (digit == '-') continue;
+    uint64_t carry = static_cast<uint64_t>(digit - '0');
+    for (uint32_t& limb : limbs) {
+      carry += uint64_t{limb} * 10;
+      limb = static_cast<uint32_t>(carry);
+      carry >>= 32;
+    }
+  }
+  return TdsDecimal(text.front() == '-', uint64_t{limbs[3]} << 32 | limbs[2],
+                    uint64_t{limbs[1]} << 32 | limbs[0]);
+}
+
+TdsType TypeOf(const Value& value) {
+  switch (value.kind()) {
+    case Value::Kind::kBoolean:
+    case Value::Kind::kInteger:
+    case Value::Kind::kLong:
+      return TdsType::kInt;
+    case Value::Kind::kDecimal:
+      return TdsType::kDecimal;
+    case Value::Kind::kDate:
+      return TdsType::kDateTime;
+    default:
+      return TdsType::kText;
+  }
+}
+
+std::string Cell(const Value& value, TdsType type) {
+  if (value.IsNull() || value.IsEmpty()) return TdsNull(type);
+  switch (type) {
+    case TdsType::kInt:
+      return TdsInt(ToLong(value));
+    case TdsType::kDecimal:
+      return DecimalCell(ToDecimal(value));
+    case TdsType::kDateTime:
+      return TdsDateTime(value.date().Days(), static_cast<uint32_t>(value.date().TicksOfDay()));
+    default:
+      return TdsText(ToText(value));
+  }
+}
+
+// A column has the type of its first value that is not null; decimals have the places that the rest
+// of the project gives them.
+TdsAnswer AnswerOf(Recordset& rows) {
+  std::vector<std::vector<Value>> values;
+  const int count = rows.FieldCount();
+  std::vector<TdsColumn> columns;
+  for (int i = 0; i < count; ++i) columns.push_back({rows.FieldName(i), TdsType::kText, kScale});
+  std::vector<bool> typed(columns.size(), false);
+  for (; !rows.AtEnd(); rows.MoveNext()) {
+    std::vector<Value>& row = values.emplace_back();
+    for (int i = 0; i < count; ++i) {
+      const auto at = static_cast<size_t>(i);
+      row.push_back(rows.Field(i));
+      if (typed[at] || row.back().IsNull()) continue;
+      columns[at].type = TypeOf(row.back());
+      typed[at] = true;
+    }
+  }
+  TdsAnswer answer;
+  answer.Columns(columns);
+  for (const std::vector<Value>& row : values) {
+    std::vector<std::string> cells;
+    for (size_t i = 0; i < row.size(); ++i) cells.push_back(Cell(row[i], columns[i].type));
+    answer.Row(cells);
+  }
+  return answer.Statement(static_cast<int64_t>(values.size()));
+}
+
+TdsAnswer Run(Connection& session, const std::string& batch) {
+  try {
+    const RecordsetPtr rows = session.Execute(batch);
+    if (rows == nullptr || !rows->IsOpen()) return TdsAnswer().Statement(0);
+    return AnswerOf(*rows);
+  } catch (const AutomationError& error) {
+    return TdsAnswer().Error(error.number(), error.description()).Statement(0);
+  }
+}
+
+int Main(const char* file) {
+  sql::OpenOptions options;
+  options.path = file;
+  options.create = false;
+  const auto database = sql::Database::Open(options);
+  const ConnectionPtr session = database->NewSession();
+  TdsResponder responder([&](const std::string& batch) { return Run(*session, batch); });
+  std::cout << responder.port() << std::endl;
+  std::string line;
+  while (std::getline(std::cin, line)) {
+  }
+  return 0;
+}
+
+}  // namespace
+}  // namespace tavcc::testing
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fputs("usage: served_database FILE\n", stderr);
+    return 2;
+  }
+  return tavcc::testing::Main(argv[1]);
+}
