@@ -6,11 +6,14 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
 #include "balances/bill_deletion.h"
 #include "foundation/connection.h"
+#include "foundation/ladder.h"
+#include "foundation/plug_in.h"
 #include "foundation/recordset.h"
 #include "foundation/trap.h"
 #include "foundation/verdict.h"
@@ -21,10 +24,37 @@ namespace tavcc {
 Verdict CheckBeforeAudit(Connection& connection, std::string_view head_table, int32_t bill_id);
 Verdict CheckBeforeUnAudit(Connection& connection, std::string_view head_table, int32_t bill_id);
 
-// The same judgements for a head row that the caller has read, for the classes that read more of
-// it.
-Verdict JudgeAudit(const Recordset& head);
-Verdict JudgeUnAudit(const Recordset& head);
+// The gates that the two consist of, each to be asked on its own, as gates of the published
+// `method`. `self`, whose context is tied to a database when they are asked, must outlive them.
+Ladder GatesBeforeAudit(PlugIn& self, std::string_view head_table, int32_t bill_id,
+                        std::string_view method);
+Ladder GatesBeforeUnAudit(PlugIn& self, std::string_view head_table, int32_t bill_id,
+                          std::string_view method);
+
+// One run of the gates over a bill's head row, which is read once, when the first gate needs it.
+class HeadGates {
+ public:
+  using Read = std::function<RecordsetPtr()>;
+  explicit HeadGates(Read read) : read_(std::move(read)) {}
+
+  // Before an audit.
+  Verdict ExistsForAudit();
+  Verdict IsNotAudited();
+  Verdict HasNoVoucherForAudit();
+  // Before an un-audit.
+  Verdict ExistsForUnAudit();
+  Verdict IsAudited();
+  Verdict HasNoVoucherForUnAudit();
+
+ protected:
+  Recordset& Head();
+  // The rows are let go of before other questions are asked.
+  void LetGo() { head_.reset(); }
+
+ private:
+  Read read_;
+  RecordsetPtr head_;
+};
 
 // A gate as a public method: puts the verdict's message into `message`, the empty one too. An error
 // in `check` refuses with its description.

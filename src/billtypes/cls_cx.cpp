@@ -1,6 +1,8 @@
 #include "billtypes/cls_cx.h"
 
+#include "billtypes/bill_gates.h"
 #include "billtypes/standard_bill.h"
+#include "foundation/bill_kinds.h"
 
 namespace tavcc::cls_cx {
 
@@ -35,6 +37,12 @@ bool VerifyDataBeforeDelete(PlugIn&, int32_t lngFID, Connection& cn, std::string
 
 bool VerifyDataBeforeUnAudit(PlugIn&, int32_t lngFID, Connection& cn, std::string& strReturnMsg) {
   return standard_bill::VerifyDataBeforeUnAudit(kTables, lngFID, cn, strReturnMsg);
+}
+
+Ladder GatesOf(PlugIn& self, int32_t lngFID, int32_t direction) {
+  return direction == kAudit
+             ? GatesBeforeAudit(self, kTables.head, lngFID, "cls_CX.VerifyDataBeforeAudit")
+             : GatesBeforeUnAudit(self, kTables.head, lngFID, "cls_CX.VerifyDataBeforeUnAudit");
 }
 
 }  // namespace tavcc::cls_cx

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "foundation/ladder.h"
 #include "foundation/plug_in.h"
 
 namespace tavcc::cls_cx {
@@ -20,5 +21,9 @@ bool VerifyDataBeforeDelete(PlugIn& self, int32_t lngFID, Connection& cn,
                             std::string& strReturnMsg);
 bool VerifyDataBeforeUnAudit(PlugIn& self, int32_t lngFID, Connection& cn,
                              std::string& strReturnMsg);
+
+// The gates before an audit (1) or an un-audit (-1), each to be asked on its own. `self`, whose
+// context is tied to a database when they are asked, must outlive them.
+Ladder GatesOf(PlugIn& self, int32_t lngFID, int32_t direction);
 
 }  // namespace tavcc::cls_cx

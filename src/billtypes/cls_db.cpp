@@ -1,5 +1,6 @@
 #include "billtypes/cls_db.h"
 
+#include "billtypes/bill_gates.h"
 #include "billtypes/delete_hook.h"
 #include "billtypes/save_hook.h"
 #include "billtypes/saved_bill.h"
@@ -85,6 +86,12 @@ bool VerifyDataBeforeDelete(PlugIn&, int32_t lngFID, Connection& cn, std::string
 
 bool VerifyDataBeforeUnAudit(PlugIn&, int32_t lngFID, Connection& cn, std::string& strReturnMsg) {
   return standard_bill::VerifyDataBeforeUnAudit(kTables, lngFID, cn, strReturnMsg);
+}
+
+Ladder GatesOf(PlugIn& self, int32_t lngFID, int32_t direction) {
+  return direction == kAudit
+             ? GatesBeforeAudit(self, kTables.head, lngFID, "cls_DB.VerifyDataBeforeAudit")
+             : GatesBeforeUnAudit(self, kTables.head, lngFID, "cls_DB.VerifyDataBeforeUnAudit");
 }
 
 Value AfterSave(PlugIn& self, std::string_view sDsn, Dictionary& dctClassType, Vector&,

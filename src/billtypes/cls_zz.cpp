@@ -1,5 +1,8 @@
 #include "billtypes/cls_zz.h"
 
+#include <optional>
+#include <utility>
+
 #include "billtypes/audit_rules.h"
 #include "billtypes/bill_actions.h"
 #include "billtypes/bill_gates.h"
@@ -7,6 +10,7 @@
 #include "billtypes/save_hook.h"
 #include "billtypes/serial_numbers.h"
 #include "billtypes/standard_bill.h"
+#include "foundation/bill_kinds.h"
 #include "foundation/conversions.h"
 #include "foundation/host_services.h"
 #include "foundation/text.h"
@@ -29,34 +33,81 @@ int32_t BillID(const Dictionary& bill) {
   return ToLong(bill.Item("BillInterID"));
 }
 
-Verdict CheckAudit(PlugIn& self, std::string_view sDsn, int32_t bill_id) {
-  Value date;
-  Value biller_id;
-  {
-    const RecordsetPtr head = ExecuteSQL(
-        self.host(), sDsn,
-        Cat("Select FStatus,FVoucherID,FDate,FBillerID From T_CC_ZZCX where FID=", bill_id));
-    Verdict verdict = JudgeAudit(*head);
-    if (!verdict.passed) return verdict;
-    date = head->Field("FDate");
-    biller_id = head->Field("FBillerID");
-  }
-  Verdict verdict = CheckPeriod(self, sDsn, date);
-  if (!verdict.passed) return verdict;
-  return CheckMaker(self, sDsn, biller_id);
+// The gates over the head row, and two more.
+class AssemblyGates : public HeadGates {
+ public:
+  AssemblyGates(PlugIn& self, std::string_view sDsn, Read read)
+      : HeadGates(std::move(read)), self_(self), sDsn_(sDsn) {}
+
+  Verdict PeriodForAudit();
+  Verdict PeriodForUnAudit();
+  Verdict Maker();
+
+ private:
+  struct DateAndMaker {
+    Value date;
+    Value biller_id;
+  };
+  // Read once, before the rows are let go of.
+  const DateAndMaker& ReadDateAndMaker();
+
+  PlugIn& self_;
+  std::string sDsn_;
+  std::optional<DateAndMaker> date_and_maker_;
+};
+
+constexpr Gate<AssemblyGates> kBeforeAudit[] = {
+    {"head: exists", &AssemblyGates::ExistsForAudit},
+    {"head: state", &AssemblyGates::IsNotAudited},
+    {"head: voucher", &AssemblyGates::HasNoVoucherForAudit},
+    {"head: period", &AssemblyGates::PeriodForAudit},
+    {"head: maker", &AssemblyGates::Maker},
+};
+constexpr Gate<AssemblyGates> kBeforeUnAudit[] = {
+    {"head: exists", &AssemblyGates::ExistsForUnAudit},
+    {"head: state", &AssemblyGates::IsAudited},
+    {"head: voucher", &AssemblyGates::HasNoVoucherForUnAudit},
+    {"head: period", &AssemblyGates::PeriodForUnAudit},
+};
+
+const AssemblyGates::DateAndMaker& AssemblyGates::ReadDateAndMaker() {
+  if (date_and_maker_) return *date_and_maker_;
+  const Recordset& head = Head();
+  date_and_maker_ = {head.Field("FDate"), head.Field("FBillerID")};
+  LetGo();
+  return *date_and_maker_;
 }
 
-Verdict CheckUnAudit(PlugIn& self, std::string_view sDsn, int32_t bill_id) {
-  Value date;
-  {
-    const RecordsetPtr head =
-        ExecuteSQL(self.host(), sDsn,
-                   Cat("Select FStatus,FVoucherID,Fdate From T_CC_ZZCX where FID=", bill_id));
-    Verdict verdict = JudgeUnAudit(*head);
-    if (!verdict.passed) return verdict;
-    date = head->Field("FDate");
-  }
-  return CheckPeriod(self, sDsn, date);  // in the words of the audit: deliberate
+Verdict AssemblyGates::PeriodForAudit() {
+  return CheckPeriod(self_, sDsn_, ReadDateAndMaker().date);
+}
+
+// In the words of the audit: deliberate.
+Verdict AssemblyGates::PeriodForUnAudit() {
+  const Value date = Head().Field("FDate");
+  LetGo();
+  return CheckPeriod(self_, sDsn_, date);
+}
+
+Verdict AssemblyGates::Maker() {
+  return CheckMaker(self_, sDsn_, ReadDateAndMaker().biller_id);
+}
+
+AssemblyGates BeforeAudit(PlugIn& self, std::string_view sDsn, int32_t bill_id) {
+  return {
+      self, sDsn, [&self, dsn = std::string(sDsn), bill_id] {
+        return ExecuteSQL(
+            self.host(), dsn,
+            Cat("Select FStatus,FVoucherID,FDate,FBillerID From T_CC_ZZCX where FID=", bill_id));
+      }};
+}
+
+AssemblyGates BeforeUnAudit(PlugIn& self, std::string_view sDsn, int32_t bill_id) {
+  return {self, sDsn, [&self, dsn = std::string(sDsn), bill_id] {
+            return ExecuteSQL(
+                self.host(), dsn,
+                Cat("Select FStatus,FVoucherID,Fdate From T_CC_ZZCX where FID=", bill_id));
+          }};
 }
 
 }  // namespace
@@ -89,7 +140,8 @@ bool VerifyDataBeforeAudit(PlugIn& self, Dictionary& oDict, std::string_view sDs
                            std::string& strReturnMsg) {
   return AnswerGate(strReturnMsg, [&] {
     self.InitObjects(sDsn);  // the maker is held against the user
-    return CheckAudit(self, sDsn, BillID(oDict));
+    AssemblyGates run = BeforeAudit(self, sDsn, BillID(oDict));
+    return FirstRefusal(run, kBeforeAudit);
   });
 }
 
@@ -99,7 +151,23 @@ bool VerifyDataBeforeDelete(PlugIn&, int32_t lngFID, Connection& cn, std::string
 
 bool VerifyDataBeforeUnAudit(PlugIn& self, int32_t lngFID, std::string_view sDsn,
                              std::string& strReturnMsg) {
-  return AnswerGate(strReturnMsg, [&] { return CheckUnAudit(self, sDsn, lngFID); });
+  return AnswerGate(strReturnMsg, [&] {
+    AssemblyGates run = BeforeUnAudit(self, sDsn, lngFID);
+    return FirstRefusal(run, kBeforeUnAudit);
+  });
+}
+
+Ladder GatesOf(PlugIn& self, int32_t lngFID, std::string_view sDsn, int32_t direction) {
+  const auto start = [](AssemblyGates&) {};
+  const std::string dsn(sDsn);
+  if (direction == kAudit) {
+    return LoneGates(
+        kBeforeAudit, "cls_ZZ.VerifyDataBeforeAudit",
+        [=, &self] { return BeforeAudit(self, dsn, lngFID); }, start);
+  }
+  return LoneGates(
+      kBeforeUnAudit, "cls_ZZ.VerifyDataBeforeUnAudit",
+      [=, &self] { return BeforeUnAudit(self, dsn, lngFID); }, start);
 }
 
 Value BeforeDel(PlugIn& self, std::string_view sDsn, int32_t nClassID, Dictionary&,

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "foundation/ladder.h"
 #include "foundation/plug_in.h"
 
 namespace tavcc::cls_zz {
@@ -25,6 +26,10 @@ bool VerifyDataBeforeDelete(PlugIn& self, int32_t lngFID, Connection& cn,
                             std::string& strReturnMsg);
 bool VerifyDataBeforeUnAudit(PlugIn& self, int32_t lngFID, std::string_view sDsn,
                              std::string& strReturnMsg);
+
+// The gates before an audit (1) or an un-audit (-1), each to be asked on its own. `self`, tied to
+// the database of `sDsn` when they are asked, must outlive them.
+Ladder GatesOf(PlugIn& self, int32_t lngFID, std::string_view sDsn, int32_t direction);
 
 // See RunBeforeDel.
 Value BeforeDel(PlugIn& self, std::string_view sDsn, int32_t nClassID, Dictionary& dctClassType,

@@ -206,6 +206,32 @@ class Refusals(ExplainCase):
         self.assertEqual(self.settings(self.gate(explanation, "related: maker")),
                          {"General/SingleMan": "0"})
 
+    def test_the_gates_of_the_bills_own_class(self):
+        for number, change, method, gates, name in (
+                ("DB260301", "UPDATE T_CC_StockBill SET FVoucherID=9 WHERE FID=123",
+                 "cls_DB.VerifyDataBeforeAudit", ["exists", "state", "voucher"], "bill.voucher"),
+                ("CX260301", "UPDATE T_CC_ZZCX SET FVoucherID=9 WHERE FID=122",
+                 "cls_CX.VerifyDataBeforeAudit", ["exists", "state", "voucher"], "bill.voucher"),
+                ("ZZ260301", "UPDATE T_CC_ZZCX SET FVoucherID=9, FBillerID=16394,"
+                 " FDate='20260201' WHERE FID=121",
+                 "cls_ZZ.VerifyDataBeforeAudit",
+                 ["exists", "state", "voucher", "period", "maker"], "bill.voucher"),
+        ):
+            with self.subTest(number):
+                self.change(change)
+                explanation, status = self.explain_one(number)
+                self.assertEqual(status, REFUSED)
+                own = explanation["own_gates"]
+                self.assertEqual([gate["gate"] for gate in own], ["head: " + g for g in gates])
+                self.assertEqual({gate["method"] for gate in own}, {method})
+                refused = self.stopped(own)
+                self.assertEqual([gate["gate"] for gate in refused],
+                                 ["head: " + gate for gate in gates[2:]])
+                self.assertEqual(refused[0]["refusal"]["name"], name)
+                self.assertEqual(refused[0]["reasons"], [{"voucher": "9"}])
+        explanation, _ = self.explain_one("CD260301")
+        self.assertEqual(explanation["own_gates"], [])
+
     def test_another_user(self):
         explanation, status = self.explain_one("CG260302", "--user", "16390")
         self.assertEqual(status, REFUSED)
