@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "embedded/script.h"
-#include "embedded/session/open_engine.h"
+#include "embedded/session/engine.h"
 #include "embedded/session/session.h"
 #include "embedded/session/store.h"
 #include "foundation/error.h"
@@ -50,7 +50,7 @@ class StoreDatabase final : public Database, public std::enable_shared_from_this
   void SaveAs(const std::string& path) override {
     if (!InMemory()) throw std::logic_error("only a database in memory is saved");
     try {
-      SaveStore(memory_->store(), path);
+      SaveStore(memory_->context().store, path);
     } catch (const SqlError& error) {
       throw AutomationError(error.number, std::string(kErrorSource), error.message);
     }
@@ -62,7 +62,7 @@ class StoreDatabase final : public Database, public std::enable_shared_from_this
   std::shared_ptr<Engine> MakeEngine() const {
     try {
       if (!InMemory()) RequireOwnJournals(location_.path);
-      return OpenEngine(location_, options_.clock, options_.budget);
+      return std::make_shared<Engine>(location_, options_.clock, options_.budget);
     } catch (const SqlError& error) {
       throw AutomationError(error.number, std::string(kErrorSource), error.message);
     }

@@ -14,12 +14,11 @@ bool Contains(const std::vector<int>& columns, int column) {
   return std::ranges::find(columns, column) != columns.end();
 }
 
-const BoundSource* FindTarget(const BoundFrom& from, const ObjectName& target,
-                              const TablePtr& table) {
-  const BoundSource* by_alias = nullptr;
-  const BoundSource* by_table = nullptr;
+BoundSource* FindTarget(BoundFrom& from, const ObjectName& target, const TablePtr& table) {
+  BoundSource* by_alias = nullptr;
+  BoundSource* by_table = nullptr;
   int tables = 0;
-  ForEachSource(from, [&](const BoundSource& source) {
+  ForEachSource(from, [&](BoundSource& source) {
     if (target.parts.size() == 1 && SameName(source.alias, target.last())) by_alias = &source;
     if (table && source.table == table) {
       by_table = &source;
@@ -36,8 +35,7 @@ BoundConditionPtr IsRow(const Change& change) {
   auto is_row = std::make_unique<BoundComparison>();
   is_row->left = std::make_unique<BoundColumn>(
       *change.target, change.row_column < 0 ? BoundColumn::kRowNumber : change.row_column);
-  is_row->right =
-      std::make_unique<BoundVariable>(Type(TypeKind::kBigInt), Binder::kRowParameters, "");
+  is_row->right = std::make_unique<BoundRowParameter>(Type(TypeKind::kBigInt), 0);
   return is_row;
 }
 
@@ -218,8 +216,7 @@ BoundInsert Binder::BindInsertRows(const InsertStatement& insert,
   if (columns.size() != bound.columns.size()) Raise(213);
   auto& row = bound.rows.emplace_back();
   for (size_t i = 0; i < columns.size(); ++i) {
-    auto value =
-        std::make_unique<BoundVariable>(columns[i].type, kRowParameters + static_cast<int>(i), "");
+    auto value = std::make_unique<BoundRowParameter>(columns[i].type, static_cast<int>(i));
     row.push_back(Assign(*bound.table, bound.columns[i], std::move(value)));
   }
   AddDefaults(bound);
@@ -264,8 +261,7 @@ BoundUpdate Binder::BindUpdate(const UpdateStatement& update) {
     if (!assignment.column.empty()) names.push_back(assignment.column);
   }
   if (!bound.table) {
-    auto& target = const_cast<BoundSource&>(*bound.target);
-    const auto columns_of_base = BaseColumns(target, names, bound.table, bound.row_column);
+    const auto columns_of_base = BaseColumns(*bound.target, names, bound.table, bound.row_column);
     for (size_t i = 0; i < names.size(); ++i) {
       names[i] = bound.table->columns[static_cast<size_t>(columns_of_base[i])].name;
     }
@@ -304,7 +300,7 @@ BoundDelete Binder::BindDelete(const DeleteStatement& remove) {
   BoundDelete bound;
   const Scope scope = BindTarget(remove, bound);
   if (!bound.table) {
-    BaseColumns(const_cast<BoundSource&>(*bound.target), {}, bound.table, bound.row_column);
+    BaseColumns(*bound.target, {}, bound.table, bound.row_column);
   }
   Aggregates aggregates{147, false, false};
   aggregates_ = &aggregates;

@@ -89,8 +89,6 @@ class Binder {
   // times: inside one another they would multiply without end.
   static constexpr int kMostExpressions = 250'000;
 
-  static constexpr int kRowParameters = 1'000'000;  // variables from here on are row parameters
-
  private:
   struct Scope {
     const Scope* parent = nullptr;
@@ -224,13 +222,5 @@ class Binder {
 
 // The name as the statement wrote it: "dbo.t_Stock".
 std::string WrittenName(const ObjectName& name);
-
-// The tree as text, every type and conversion written out: what tests compare.
-std::string Describe(const BoundExpression& expression);
-std::string Describe(const BoundCondition& condition);
-std::string Describe(const BoundQuery& query);
-std::string Describe(const BoundInsert& insert);
-std::string Describe(const BoundUpdate& update);
-std::string Describe(const BoundDelete& remove);
 
 }  // namespace tavcc::sql

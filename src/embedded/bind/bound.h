@@ -34,6 +34,7 @@ struct BoundExpression {
   enum class Kind : uint8_t {
     kLiteral,
     kVariable,
+    kRowParameter,
     kSessionValue,
     kColumn,
     kUnary,
@@ -44,7 +45,8 @@ struct BoundExpression {
     kSubquery,
     kAggregate,
   };
-  BoundExpression(Kind k, const SqlType& t, bool n) : kind(k), type(t), nullable(n) {}
+  explicit BoundExpression(Kind k, const SqlType& t = {}, bool n = true)
+      : kind(k), type(t), nullable(n) {}
   virtual ~BoundExpression() = default;
   const Kind kind;
   SqlType type;
@@ -52,19 +54,30 @@ struct BoundExpression {
 };
 
 struct BoundLiteral final : BoundExpression {
+  BoundLiteral() : BoundExpression(Kind::kLiteral) {}
   BoundLiteral(TypedValue v, int s)
       : BoundExpression(Kind::kLiteral, v.type, v.value.IsNull()),
         value(std::move(v.value)),
         slot(s) {}
   StoredValue value;
-  int slot;  // of the batch's parameterized literals; -1 for a constant
+  int slot = -1;  // of the batch's parameterized literals; -1 for a constant
 };
 
 struct BoundVariable final : BoundExpression {
+  BoundVariable() : BoundExpression(Kind::kVariable) {}
   BoundVariable(const SqlType& t, int i, std::string n)
       : BoundExpression(Kind::kVariable, t, true), index(i), name(std::move(n)) {}
-  int index;
+  int index = 0;
   std::string name;
+};
+
+// A value that is handed to the statement each time it runs: of the row that a cursor stands on, or
+// that another statement returned.
+struct BoundRowParameter final : BoundExpression {
+  BoundRowParameter() : BoundExpression(Kind::kRowParameter) {}
+  BoundRowParameter(const SqlType& t, int i)
+      : BoundExpression(Kind::kRowParameter, t, true), index(i) {}
+  int index = 0;
 };
 
 // What the session knows: the same throughout one statement.
@@ -85,27 +98,31 @@ enum class SessionValue : uint8_t {
 };
 
 struct BoundSessionValue final : BoundExpression {
+  BoundSessionValue() : BoundExpression(Kind::kSessionValue) {}
   BoundSessionValue(SessionValue w, const SqlType& t)
       : BoundExpression(Kind::kSessionValue, t, true), which(w) {}
-  SessionValue which;
+  SessionValue which = SessionValue::kRowCount;
 };
 
 struct BoundColumn final : BoundExpression {
   // In place of a column: the number of the row in its table.
   static constexpr int kRowNumber = -1;
+  BoundColumn() : BoundExpression(Kind::kColumn) {}
   BoundColumn(const BoundSource& s, int column);
-  const BoundSource* source;
-  int column;
+  const BoundSource* source = nullptr;
+  int column = 0;
 };
 
 struct BoundUnary final : BoundExpression {
+  BoundUnary() : BoundExpression(Kind::kUnary) {}
   BoundUnary(UnaryExpression::Operator o, const SqlType& t, BoundExpressionPtr x)
       : BoundExpression(Kind::kUnary, t, x->nullable), op(o), operand(std::move(x)) {}
-  UnaryExpression::Operator op;
+  UnaryExpression::Operator op = UnaryExpression::Operator::kPlus;
   BoundExpressionPtr operand;
 };
 
 struct BoundArithmetic final : BoundExpression {
+  BoundArithmetic() : BoundExpression(Kind::kArithmetic) {}
   BoundArithmetic(BinaryOperator o, ArithmeticResult::Way w, const SqlType& t, BoundExpressionPtr l,
                   BoundExpressionPtr r)
       : BoundExpression(Kind::kArithmetic, t, true),
@@ -113,12 +130,13 @@ struct BoundArithmetic final : BoundExpression {
         way(w),
         left(std::move(l)),
         right(std::move(r)) {}
-  BinaryOperator op;
-  ArithmeticResult::Way way;
+  BinaryOperator op = BinaryOperator::kAdd;
+  ArithmeticResult::Way way = ArithmeticResult::Way::kInteger;
   BoundExpressionPtr left, right;
 };
 
 struct BoundConvert final : BoundExpression {
+  BoundConvert() : BoundExpression(Kind::kConvert) {}
   BoundConvert(BoundExpressionPtr x, const SqlType& to)
       : BoundExpression(Kind::kConvert, to, x->nullable), operand(std::move(x)) {}
   BoundExpressionPtr operand;
@@ -130,9 +148,10 @@ struct BoundConvert final : BoundExpression {
 };
 
 struct BoundCall final : BoundExpression {
+  BoundCall() : BoundExpression(Kind::kCall) {}
   BoundCall(const FunctionRule& r, const SqlType& t)
       : BoundExpression(Kind::kCall, t, true), rule(&r) {}
-  const FunctionRule* rule;
+  const FunctionRule* rule = nullptr;
   std::vector<BoundExpressionPtr> arguments;
   int date_part = -1;
 };
@@ -142,20 +161,22 @@ struct BoundCase final : BoundExpression {
     BoundConditionPtr condition;
     BoundExpressionPtr result;
   };
-  explicit BoundCase(const SqlType& t) : BoundExpression(Kind::kCase, t, true) {}
+  explicit BoundCase(const SqlType& t = {}) : BoundExpression(Kind::kCase, t, true) {}
   std::vector<When> whens;
   BoundExpressionPtr otherwise;  // null when there is no ELSE
 };
 
 struct BoundSubquery final : BoundExpression {
+  BoundSubquery() : BoundExpression(Kind::kSubquery) {}
   explicit BoundSubquery(BoundQueryPtr q);
   BoundQueryPtr query;
 };
 
 struct BoundAggregate final : BoundExpression {
+  BoundAggregate() : BoundExpression(Kind::kAggregate) {}
   BoundAggregate(Aggregate a, const SqlType& t)
       : BoundExpression(Kind::kAggregate, t, a != Aggregate::kCount), aggregate(a) {}
-  Aggregate aggregate;
+  Aggregate aggregate = Aggregate::kCount;
   bool distinct = false;
   BoundExpressionPtr operand;  // null for COUNT(*)
 };
@@ -235,10 +256,11 @@ struct BoundExists final : BoundCondition {
 
 // That the filter of one of the source's indexes holds. Only rewrites make it.
 struct BoundIndexFilter final : BoundCondition {
+  BoundIndexFilter() : BoundCondition(Kind::kIndexFilter) {}
   BoundIndexFilter(const BoundSource& s, const Key& k)
       : BoundCondition(Kind::kIndexFilter), source(&s), key(&k) {}
-  const BoundSource* source;
-  const Key* key;  // of the source's table
+  const BoundSource* source = nullptr;
+  const Key* key = nullptr;  // of the source's table
 };
 
 // ---- Queries ----
@@ -338,7 +360,7 @@ struct BoundUpdate {
   std::vector<BoundAssignment> assignments;
   // The target is one of the sources of `from`.
   BoundFromPtr from;
-  const BoundSource* target = nullptr;
+  BoundSource* target = nullptr;
   // Where the target is a view or a derived table: its column with the number of the table's row.
   int row_column = -1;
   BoundConditionPtr where;
@@ -350,7 +372,7 @@ struct BoundDelete {
   TablePtr table;
   BoundTop top;
   BoundFromPtr from;
-  const BoundSource* target = nullptr;
+  BoundSource* target = nullptr;
   // Where the target is a view or a derived table: its column with the number of the table's row.
   int row_column = -1;
   BoundConditionPtr where;

@@ -32,5 +32,6 @@ const BoundColumn* AsColumn(const BoundExpression& expression);
 
 // The sources of a FROM clause, left to right.
 void ForEachSource(const BoundFrom& from, const std::function<void(const BoundSource&)>& visit);
+void ForEachSource(BoundFrom& from, const std::function<void(BoundSource&)>& visit);
 
 }  // namespace tavcc::sql

@@ -1,10 +1,6 @@
-// Reading the store's objects, and looking names up.
 #include "embedded/catalog/catalog.h"
 
-#include <sqlite3.h>
-
 #include "embedded/catalog/names.h"
-#include "embedded/syntax/parser.h"
 
 namespace tavcc::sql {
 namespace {
@@ -18,141 +14,40 @@ bool IsOwnSchema(const ObjectName& name) {
   return schema.empty() || SameName(schema, "dbo");
 }
 
-std::string ColumnText(sqlite3_stmt* statement, int column) {
-  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-  if (text == nullptr) return {};
-  return std::string(text, static_cast<size_t>(sqlite3_column_bytes(statement, column)));
+std::string CreateViewText(const CreateViewStatement& view) {
+  std::string columns;
+  for (const auto& column : view.columns) {
+    columns += (columns.empty() ? "(" : ",") + BracketName(column);
+  }
+  if (!columns.empty()) columns += ')';
+  return "CREATE VIEW " + BracketName(view.name.last()) + columns + " AS " + view.text;
 }
 
-// Of a definition that is not one of ours.
-struct UnknownDefinition {};
-
-TablePtr TableFromText(const Batch& batch) {
-  const auto& create = static_cast<const CreateTableStatement&>(*batch.statements.at(0));
-  auto table = BuildTable(create.name.last(), create.definition);
-  for (size_t i = 1; i < batch.statements.size(); ++i) {
-    if (batch.statements[i]->kind != Statement::Kind::kCreateIndex) throw UnknownDefinition{};
-    AddIndex(*table, static_cast<const CreateIndexStatement&>(*batch.statements[i]));
-  }
-  table->physical = "main." + QuoteName(table->name);
-  return table;
+void RequireOwnSchema(const ObjectName& name, std::string_view statement) {
+  if (name.parts.size() == 1) return;
+  const std::string& schema = name.parts[name.parts.size() - 2];
+  if (name.parts.size() > 2) Raise(166, statement);
+  if (!schema.empty() && !SameName(schema, "dbo")) Raise(2760, schema);
 }
 
 }  // namespace
 
-Catalog::Catalog(SqliteConnection& store, bool shared) : store_(store), shared_(shared) {
-  scopes_.push_back(Scope{next_scope_++, {}});
-  if (shared_) data_version_ = store_.Prepare("PRAGMA main.data_version");
-  Refresh();
-  if (!shared_) Load();
-}
+Catalog::Catalog(SqliteConnection& store, bool shared)
+    : store_(store),
+      identities_(store, shared),
+      objects_(store, shared, undo_),
+      temporaries_(store, identities_, undo_) {}
 
-Catalog::~Catalog() = default;
-
-std::string Catalog::NewStoreText() {
-  return "CREATE TABLE main.\"tavcc.objects\"(id INTEGER PRIMARY KEY AUTOINCREMENT,"
-         "name TEXT NOT NULL UNIQUE COLLATE NOCASE,definition TEXT NOT NULL);"
-         "CREATE TABLE main.\"tavcc.version\"(version INTEGER NOT NULL);"
-         "INSERT INTO main.\"tavcc.version\" VALUES(1);";
-}
-
-void Catalog::Refresh() {
-  if (!shared_) return;
-  store_.Step(data_version_.get());
-  const int64_t data_version = sqlite3_column_int64(data_version_.get(), 0);
-  sqlite3_reset(data_version_.get());
-  if (data_version == seen_data_version_) return;
-  seen_data_version_ = data_version;
-  const int64_t version = store_.QueryInteger("SELECT version FROM main.\"tavcc.version\"");
-  if (version == seen_version_) return;
-  seen_version_ = version;
-  Load();
-}
-
-void Catalog::Load() {
-  std::unordered_map<std::string, CatalogObjectPtr> objects;
-  const SqliteStatement rows =
-      store_.Prepare("SELECT id,name,definition FROM main.\"tavcc.objects\" ORDER BY id");
-  while (store_.Step(rows.get())) {
-    const int64_t id = sqlite3_column_int64(rows.get(), 0);
-    const std::string name = ColumnText(rows.get(), 1);
-    const std::string definition = ColumnText(rows.get(), 2);
-    const auto known = objects_.find(FoldName(name));
-    const bool same = known != objects_.end() && known->second->id == id &&
-                      known->second->definition == definition;
-    if (same) {
-      objects[FoldName(name)] = known->second;
-      continue;
-    }
-    const std::string damage = "the definition of " + name + " in its catalog cannot be read";
-    try {
-      objects[FoldName(name)] = ReadObject(id, name, definition);
-    } catch (const SqlError&) {
-      throw store_.Damage(damage);
-    } catch (const UnknownDefinition&) {
-      throw store_.Damage(damage);
-    }
-  }
-  objects_ = std::move(objects);
-  ++epoch_;
-}
-
-CatalogObjectPtr Catalog::ReadObject(int64_t id, const std::string& name,
-                                     const std::string& definition) {
-  auto object = std::make_shared<CatalogObject>();
-  object->id = id;
-  object->name = name;
-  object->definition = definition;
-  auto batch = std::make_shared<Batch>(ParseBatch(definition));
-  if (batch->statements.empty()) throw UnknownDefinition{};
-  Statement* first = batch->statements.at(0).get();
-  switch (first->kind) {
-    case Statement::Kind::kCreateTable:
-      object->table = TableFromText(*batch);
-      break;
-    case Statement::Kind::kCreateView: {
-      auto view = std::make_shared<View>();
-      view->name = name;
-      view->statement = std::shared_ptr<const CreateViewStatement>(
-          batch, static_cast<const CreateViewStatement*>(first));
-      object->view = std::move(view);
-      break;
-    }
-    case Statement::Kind::kCreateProcedure: {
-      auto procedure = std::make_shared<Procedure>();
-      procedure->name = name;
-      procedure->text = batch;
-      procedure->statement = static_cast<const CreateProcedureStatement*>(first);
-      object->procedure = std::move(procedure);
-      break;
-    }
-    default:
-      throw UnknownDefinition{};
-  }
-  return object;
-}
+// ---- Looking up ----
 
 CatalogObjectPtr Catalog::Find(const ObjectName& name) const {
-  if (!IsOwnSchema(name)) return nullptr;
-  const auto found = objects_.find(FoldName(name.last()));
-  return found == objects_.end() ? nullptr : found->second;
+  return IsOwnSchema(name) ? objects_.Find(name.last()) : nullptr;
 }
 
 TablePtr Catalog::FindTable(const ObjectName& name) const {
   const std::string& last = name.last();
   if (last.empty()) return nullptr;
-  const std::string folded = FoldName(last);
-  if (last.front() == '@') {
-    const auto found = scopes_.back().tables.find(folded);
-    return found == scopes_.back().tables.end() ? nullptr : found->second;
-  }
-  if (last.front() == '#') {
-    for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope) {
-      const auto found = scope->tables.find(folded);
-      if (found != scope->tables.end()) return found->second;
-    }
-    return nullptr;
-  }
+  if (last.front() == '@' || last.front() == '#') return temporaries_.Find(last);
   const auto object = Find(name);
   return object ? object->table : nullptr;
 }
@@ -167,7 +62,7 @@ int64_t Catalog::ObjectId(std::string_view text) const {
   // A temporary table is an object of tempdb: only a name that says so finds it.
   if (name.parts.size() != 3 || !SameName(name.parts[0], "tempdb")) return 0;
   const TablePtr table = FindTable(name);
-  return table ? -(std::stoll(table->physical.substr(table->physical.find('t', 5) + 1)) + 1) : 0;
+  return table ? -(table->number + 1) : 0;
 }
 
 std::vector<std::string> SplitName(std::string_view text) {
@@ -188,6 +83,87 @@ std::vector<std::string> SplitName(std::string_view text) {
                part.find_first_not_of(' ') == std::string::npos ? 0 : part.find_first_not_of(' '));
   }
   return parts;
+}
+
+// ---- Changing ----
+
+TablePtr Catalog::CreateTable(const TablePtr& definition) {
+  if (definition->IsTemporary()) return temporaries_.Take(definition);
+  objects_.RequireFree(definition->name);
+  auto table = std::make_shared<Table>(*definition);
+  table->physical = "main." + QuoteName(table->name);
+  store_.Run(PhysicalDefinition(*table, "main", table->name));
+  objects_.Put(table);
+  return table;
+}
+
+void Catalog::AddColumns(const TablePtr& table, std::shared_ptr<Table> changed) {
+  const bool temporary = table->IsTemporary();
+  const std::string schema = temporary ? "temp" : "main";
+  changed->physical = table->physical;
+  changed->definition = TableText(*changed);
+  for (size_t i = table->columns.size(); i < changed->columns.size(); ++i) {
+    store_.Run("ALTER TABLE " + table->physical + " ADD COLUMN " + PhysicalColumn(*changed, i));
+  }
+  for (size_t i = table->keys.size(); i < changed->keys.size(); ++i) {
+    store_.Run(PhysicalIndex(*changed, i, schema, table->PhysicalName()));
+  }
+  if (temporary) {
+    temporaries_.Replace(table, changed);
+  } else {
+    objects_.Put(changed);
+  }
+}
+
+void Catalog::CreateIndex(const TablePtr& table, const CreateIndexStatement& index) {
+  for (const Key& key : table->keys) {
+    if (SameName(key.name, index.name)) Raise(1913, index.name, "table", table->MessageName());
+  }
+  auto changed = std::make_shared<Table>(*table);
+  AddIndex(*changed, index);
+  AddColumns(table, std::move(changed));
+}
+
+void Catalog::DropIndex(const TablePtr& table, std::string_view index) {
+  for (size_t i = 0; i < table->keys.size(); ++i) {
+    if (table->keys[i].kind != Key::Kind::kIndex || !SameName(table->keys[i].name, index)) continue;
+    store_.Run("DROP INDEX " + std::string(table->PhysicalSchema()) +
+               QuoteName(PhysicalIndexName(*table, i, table->PhysicalName())));
+    auto changed = std::make_shared<Table>(*table);
+    changed->keys.erase(changed->keys.begin() + static_cast<ptrdiff_t>(i));
+    AddColumns(table, std::move(changed));
+    return;
+  }
+  Raise(3701, "index", std::string(index));
+}
+
+void Catalog::CreateView(const CreateViewStatement& view) {
+  RequireOwnSchema(view.name, "CREATE VIEW");
+  objects_.Add(view.name.last(), CreateViewText(view));
+}
+
+void Catalog::CreateProcedure(const CreateProcedureStatement& procedure) {
+  RequireOwnSchema(procedure.name, "CREATE/ALTER PROCEDURE");
+  objects_.Add(procedure.name.last(), procedure.text);
+}
+
+void Catalog::DropTable(const TablePtr& table) {
+  if (table->IsTemporary()) {
+    temporaries_.Drop(table);
+    return;
+  }
+  store_.Run("DROP TABLE " + table->physical);
+  objects_.Drop(*objects_.Find(table->name));
+}
+
+void Catalog::RollBackTo(size_t mark) {
+  undo_.RollBackTo(mark);
+  temporaries_.FinishRollback();
+  objects_.ForgetVersions();
+  identities_.Restore([this](const TableVisitor& visit) {
+    objects_.ForEachTable(visit);
+    temporaries_.ForEachTable(visit);
+  });
 }
 
 }  // namespace tavcc::sql

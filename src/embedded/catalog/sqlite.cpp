@@ -194,22 +194,22 @@ void SqliteConnection::MarkChange() {
   marked_ = true;
 }
 
-SqliteStatement SqliteConnection::Prepare(std::string_view sql) const {
+SqliteStatement SqliteConnection::Prepare(std::string_view sql) {
   sqlite3_stmt* statement = nullptr;
   const int code = sqlite3_prepare_v3(handle_, sql.data(), static_cast<int>(sql.size()),
                                       SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
   if (code == SQLITE_OK) return SqliteStatement(statement);
-  throw const_cast<SqliteConnection*>(this)->TakeError(code);
+  throw TakeError(code);
 }
 
-void SqliteConnection::Run(std::string_view sql) const {
+void SqliteConnection::Run(std::string_view sql) {
   const int code = sqlite3_exec(handle_, std::string(sql).c_str(), nullptr, nullptr, nullptr);
-  if (code != SQLITE_OK) throw const_cast<SqliteConnection*>(this)->TakeError(code);
+  if (code != SQLITE_OK) throw TakeError(code);
 }
 
-int64_t SqliteConnection::QueryInteger(std::string_view sql) const {
+int64_t SqliteConnection::QueryInteger(std::string_view sql) {
   const SqliteStatement statement = Prepare(sql);
-  if (!const_cast<SqliteConnection*>(this)->Step(statement.get())) return 0;
+  if (!Step(statement.get())) return 0;
   return sqlite3_column_int64(statement.get(), 0);
 }
 

@@ -54,9 +54,9 @@ class SqliteConnection {
   FunctionSession& functions() { return functions_; }
 
   // Errors of all three: as Check.
-  SqliteStatement Prepare(std::string_view sql) const;
-  void Run(std::string_view sql) const;
-  int64_t QueryInteger(std::string_view sql) const;
+  SqliteStatement Prepare(std::string_view sql);
+  void Run(std::string_view sql);
+  int64_t QueryInteger(std::string_view sql);
   // As Run, for the few texts that are run over and over: `sql` is a literal.
   void RunCached(const char* sql);
 

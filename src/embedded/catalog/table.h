@@ -55,6 +55,7 @@ struct Table {
   std::string definition;  // TableText of this table
   std::vector<Column> columns;
   std::vector<Key> keys;
+  int64_t number = 0;  // of a temporary table or table variable, counted in the session
   int identity_column = -1;
   // The column that is SQLite's row number: the identity column, or a primary key of one whole
   // number. -1 when there is none.

@@ -67,6 +67,9 @@ std::string Emitter::ValueOfKind(const BoundExpression& expression, bool certain
       return Literal(static_cast<const BoundLiteral&>(expression));
     case BoundExpression::Kind::kVariable:
       return Variable(static_cast<const BoundVariable&>(expression));
+    case BoundExpression::Kind::kRowParameter:
+      return ParameterFrom(Parameter::Source::kRow,
+                           static_cast<const BoundRowParameter&>(expression).index);
     case BoundExpression::Kind::kSessionValue: {
       const auto which = static_cast<const BoundSessionValue&>(expression).which;
       return ParameterFrom(Parameter::Source::kSession, static_cast<int>(which));
@@ -122,9 +125,6 @@ std::string Emitter::Literal(const BoundLiteral& literal) {
 }
 
 std::string Emitter::Variable(const BoundVariable& variable) {
-  if (variable.index >= Binder::kRowParameters) {
-    return ParameterFrom(Parameter::Source::kRow, variable.index - Binder::kRowParameters);
-  }
   if (live_variables_) return "s_variable(" + Number(variable.index) + ')';
   return ParameterFrom(Parameter::Source::kVariable, variable.index);
 }
@@ -212,12 +212,13 @@ std::string Emitter::ConvertedParameter(const BoundConvert& convert) {
     parameter.source = Parameter::Source::kLiteral;
     parameter.index = static_cast<const BoundLiteral&>(*convert.operand).slot;
     if (parameter.index < 0) return {};
+  } else if (convert.operand->kind == BoundExpression::Kind::kRowParameter) {
+    parameter.source = Parameter::Source::kRow;
+    parameter.index = static_cast<const BoundRowParameter&>(*convert.operand).index;
   } else {
-    const auto& variable = static_cast<const BoundVariable&>(*convert.operand);
-    const bool row = variable.index >= Binder::kRowParameters;
-    if (!row && live_variables_) return {};
-    parameter.source = row ? Parameter::Source::kRow : Parameter::Source::kVariable;
-    parameter.index = row ? variable.index - Binder::kRowParameters : variable.index;
+    if (live_variables_) return {};
+    parameter.source = Parameter::Source::kVariable;
+    parameter.index = static_cast<const BoundVariable&>(*convert.operand).index;
   }
   parameter.convert = true;
   parameter.from = convert.operand->type;
@@ -231,7 +232,8 @@ std::string Emitter::ConvertedParameter(const BoundConvert& convert) {
 std::string Emitter::Convert(const BoundConvert& convert, bool certain) {
   const BoundExpression& operand = *convert.operand;
   const bool simple = (operand.kind == BoundExpression::Kind::kLiteral ||
-                       operand.kind == BoundExpression::Kind::kVariable) &&
+                       operand.kind == BoundExpression::Kind::kVariable ||
+                       operand.kind == BoundExpression::Kind::kRowParameter) &&
                       convert.style == kNoStyle && !convert.style_value;
   const SqlType& from = operand.type;
   if (simple && (certain || NeverFails(from, convert.type, convert.mode))) {

@@ -26,15 +26,17 @@
 #pragma once
 
 #include <memory>
+#include <span>
+#include <utility>
 #include <vector>
 
 #include "embedded/bind/binder.h"
 #include "embedded/catalog/catalog.h"
 #include "embedded/emit/emitter.h"
-#include "embedded/plan/result_shape.h"
 
 namespace tavcc::sql {
 
+// What the plans of all statements have; each kind of statement has more (statement_plans.h).
 struct Plan {
   BindResult binding;
   std::vector<TypedValue> literals;  // those it was compiled with
@@ -45,42 +47,43 @@ struct Plan {
   Emitted emitted;
   SqliteStatement statement;           // prepared when it is first run
   std::vector<StoredValue> converted;  // parameters that had to be converted, while it runs
-  std::vector<StoredValue> row;        // of SELECT @v = …: the row read last, while it runs
-
-  std::shared_ptr<const ResultShape> shape;  // of a query
-  std::vector<int> targets;                  // of SELECT @v = …: variables by item
-  bool live = false;                         // its rows read the variables that they assign
-  TablePtr table;                            // of INSERT, UPDATE, DELETE
-  std::vector<int> columns;                  // of INSERT: those that it writes, in their order;
-                                             // of an UPDATE in steps: see there
-  TablePtr into;                             // of SELECT … INTO: the table to be made
-  bool draws_numbers = false;                // of INSERT: it writes the identity values itself
-  bool updates = false;                      // UPDATE or DELETE, not INSERT
 
   bool GuardsHold(std::span<const TypedValue> current) const;
   // Errors of none: false when a name has gone or stands for something else.
   bool NamesStillHold(const Catalog& catalog);
 };
 
+// How many forms of one statement, for literals of different types, are kept at most.
+inline constexpr size_t kMostPlans = 16;
+
 // The plans of one statement of a program.
+template <class StatementPlan>
 class PlanCache {
  public:
-  // The plan for these values of the parameterized literals, made by compile(Plan&) when there is
-  // none that is good. Errors: those of `compile`.
+  // The plan for these values of the parameterized literals, made by compile(StatementPlan&) when
+  // there is none that is good. Errors: those of `compile`.
   template <class Compile>
-  Plan& Find(const Catalog& catalog, std::span<const TypedValue> literals, const Compile& compile) {
-    if (Plan* good = FindGood(catalog, literals)) return *good;
-    auto plan = std::make_unique<Plan>();
+  StatementPlan& Find(const Catalog& catalog, std::span<const TypedValue> literals,
+                      const Compile& compile) {
+    for (size_t i = plans_.size(); i-- > 0;) {
+      if (!plans_[i]->GuardsHold(literals)) continue;
+      if (plans_[i]->NamesStillHold(catalog)) return *plans_[i];
+      plans_.erase(plans_.begin() + static_cast<ptrdiff_t>(i));
+    }
+    auto plan = std::make_unique<StatementPlan>();
     plan->literals.assign(literals.begin(), literals.end());
     compile(*plan);
-    return Add(catalog, std::move(plan));
+    SetGuards(*plan, catalog);
+    if (plans_.size() >= kMostPlans) plans_.erase(plans_.begin());
+    plans_.push_back(std::move(plan));
+    return *plans_.back();
   }
 
  private:
-  Plan* FindGood(const Catalog& catalog, std::span<const TypedValue> literals);
-  Plan& Add(const Catalog& catalog, std::unique_ptr<Plan> plan);
-
-  std::vector<std::unique_ptr<Plan>> plans_;
+  std::vector<std::unique_ptr<StatementPlan>> plans_;
 };
+
+// Of a plan that was just compiled.
+void SetGuards(Plan& plan, const Catalog& catalog);
 
 }  // namespace tavcc::sql

@@ -25,25 +25,18 @@ class TreeCopy {
   BoundConditionPtr Copy(const BoundCondition& condition);
 
  private:
+  template <class Node>
+  void CopyInto(Node& copy, const Node& node);
   template <class T>
-  std::unique_ptr<T> Copy(const std::unique_ptr<T>& tree) {
-    return tree ? Copy(*tree) : nullptr;
-  }
+  void Assign(T& to, const T& from);
   template <class T>
-  std::vector<std::unique_ptr<T>> Copy(const std::vector<std::unique_ptr<T>>& trees) {
-    std::vector<std::unique_ptr<T>> out;
-    for (const auto& tree : trees) out.push_back(Copy(tree));
-    return out;
-  }
-  BoundExpressionPtr CopyKind(const BoundExpression& expression);
-  BoundExpressionPtr CopyColumn(const BoundColumn& column);
-  BoundExpressionPtr CopyConvert(const BoundConvert& convert);
-  BoundExpressionPtr CopyCall(const BoundCall& call);
-  BoundExpressionPtr CopyCase(const BoundCase& chosen);
-  BoundExpressionPtr CopyAggregate(const BoundAggregate& aggregate);
-  BoundConditionPtr CopyIn(const BoundCondition& condition);
-  BoundFromPtr Copy(const BoundFrom& from);
-  std::unique_ptr<BoundSelect> Copy(const BoundSelect& select);
+  void Assign(std::unique_ptr<T>& to, const std::unique_ptr<T>& from);
+  template <class T>
+  void Assign(std::vector<T>& to, const std::vector<T>& from);
+  template <class Node>
+  std::unique_ptr<Node> CopyNode(const Node& node);
+  std::unique_ptr<BoundFrom> Copy(const BoundFrom& from) { return CopyNode(from); }
+  std::unique_ptr<BoundSelect> Copy(const BoundSelect& select) { return CopyNode(select); }
   const BoundSource* Now(const BoundSource* source) const;
 
   int& next_source_;

@@ -32,9 +32,12 @@ class StatementPass {
  private:
   void Walk(BoundExpression& expression);
   void Walk(BoundConditionPtr& condition);
-  void WalkInside(BoundCondition& condition);
+  void Walk(BoundQuery& query) { Run(query); }
   void Walk(BoundSelect& select);
   void Walk(BoundFrom& from);
+  void Walk(BoundSource& source);
+  template <class Node>
+  void WalkInside(Node& node);
   template <class Change>
   void WalkChange(Change& change);
 };

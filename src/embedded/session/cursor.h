@@ -9,12 +9,13 @@
 #include <memory>
 #include <vector>
 
+#include "embedded/catalog/table.h"
 #include "embedded/session/frame.h"
 #include "embedded/session/recordset.h"
 
 namespace tavcc::sql {
 
-class Engine;
+struct SessionContext;
 class Program;
 
 // The numbers of the rows that a row of the query is made of, one for each table.
@@ -27,17 +28,18 @@ class CursorQuery {
  public:
   virtual ~CursorQuery() = default;
   // What the query allows of what was asked for.
-  virtual CursorSight SightOf(Engine& engine, Frame& frame) = 0;
-  virtual std::vector<TablePtr> Tables(Engine& engine, Frame& frame) = 0;
-  virtual std::shared_ptr<const ResultShape> Shape(Engine& engine, Frame& frame) = 0;
-  virtual Rows All(Engine& engine, Frame& frame) = 0;
-  virtual std::vector<CursorKey> Keys(Engine& engine, Frame& frame) = 0;
+  virtual CursorSight SightOf(SessionContext& session, Frame& frame) = 0;
+  virtual std::vector<TablePtr> Tables(SessionContext& session, Frame& frame) = 0;
+  virtual std::shared_ptr<const ResultShape> Shape(SessionContext& session, Frame& frame) = 0;
+  virtual Rows All(SessionContext& session, Frame& frame) = 0;
+  virtual std::vector<CursorKey> Keys(SessionContext& session, Frame& frame) = 0;
   // The row, as it is now; no row when it has gone or, for a cursor of this sight, when the query
   // no longer takes it.
-  virtual Rows Read(Engine& engine, Frame& frame, CursorSight sight, const CursorKey& key) = 0;
+  virtual Rows Read(SessionContext& session, Frame& frame, CursorSight sight,
+                    const CursorKey& key) = 0;
   // Of one table: the first row behind the one with this number, or the last before it; its own
   // number becomes `number`. No row when there is none.
-  virtual Rows Step(Engine& engine, Frame& frame, bool forward, int64_t& number) = 0;
+  virtual Rows Step(SessionContext& session, Frame& frame, bool forward, int64_t& number) = 0;
 };
 
 struct Cursor {

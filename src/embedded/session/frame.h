@@ -9,7 +9,10 @@
 
 namespace tavcc::sql {
 
+class Interpreter;
+
 struct Frame {
+  Interpreter* interpreter = nullptr;    // that runs it
   std::vector<StoredValue> variables;    // by the program's numbers; parameters come first
   std::span<const TypedValue> literals;  // of the batch's text, by slot
   int64_t return_value = 0;

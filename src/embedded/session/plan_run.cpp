@@ -53,10 +53,11 @@ StoredValue ConvertParameter(const Parameter& parameter, const StoredValue& valu
 
 }  // namespace
 
-PlanRun::PlanRun(Engine& engine, Plan& plan, const Frame& frame, std::span<const StoredValue> row)
-    : engine_(engine), plan_(plan) {
+PlanRun::PlanRun(SessionContext& session, Plan& plan, const Frame& frame,
+                 std::span<const StoredValue> row)
+    : session_(session), plan_(plan) {
   if (!plan.statement) {
-    plan.statement = engine.store().Prepare(plan.emitted.sql);
+    plan.statement = session.store.Prepare(plan.emitted.sql);
     plan.converted.resize(plan.emitted.parameters.size());
   }
   sqlite3_stmt* const statement = plan.statement.get();
@@ -80,7 +81,7 @@ PlanRun::PlanRun(Engine& engine, Plan& plan, const Frame& frame, std::span<const
         value = &row[index];
         break;
       case Parameter::Source::kSession:
-        converted = engine.SessionValueOf(static_cast<SessionValue>(index), frame);
+        converted = session.ValueOf(static_cast<SessionValue>(index), frame);
         value = &converted;
         break;
     }
@@ -104,7 +105,7 @@ PlanRun::~PlanRun() {
 }
 
 bool PlanRun::Step() {
-  return engine_.store().Step(plan_.statement.get());
+  return session_.store.Step(plan_.statement.get());
 }
 
 int PlanRun::ColumnCount() const {
@@ -120,14 +121,14 @@ void PlanRun::Read(int index, StoredValue& out) const {
 }
 
 // Another program may have written into the file, or the disk may have lost something.
-void PlanRun::ReadTyped(size_t column, StoredValue& out) const {
+void PlanRun::ReadTyped(size_t column, const ResultShape& shape, StoredValue& out) const {
   Read(static_cast<int>(column), out);
-  const SqlType& type = plan_.shape->types[column];
+  const SqlType& type = shape.types[column];
   if (IsStoredAs(out, type)) return;
-  const std::string& name = plan_.shape->names[column];
+  const std::string& name = shape.names[column];
   const std::string named = name.empty() ? "column " + std::to_string(column + 1) : name;
-  throw engine_.store().Damage(named + " holds " + std::string(FormText(out)) + " that no " +
-                               TypeText(type) + " can be");
+  throw session_.store.Damage(named + " holds " + std::string(FormText(out)) + " that no " +
+                              TypeText(type) + " can be");
 }
 
 }  // namespace tavcc::sql

@@ -3,18 +3,20 @@
 
 #include <span>
 
-#include "embedded/plan/plan.h"
-#include "embedded/session/engine.h"
+#include "embedded/plan/statement_plans.h"
 #include "embedded/session/frame.h"
+#include "embedded/session/session_context.h"
 
 namespace tavcc::sql {
 
-// The plan for the frame's literals, made by compile(Plan&) when none of the plans is good.
-template <class Compile>
-Plan& FindPlan(Engine& engine, const Frame& frame, PlanCache& plans, const Compile& compile) {
-  return plans.Find(engine.catalog(), frame.literals, [&](Plan& plan) {
+// The plan for the frame's literals, made by compile(StatementPlan&) when none of the plans is
+// good.
+template <class StatementPlan, class Compile>
+StatementPlan& FindPlan(SessionContext& session, const Frame& frame,
+                        PlanCache<StatementPlan>& plans, const Compile& compile) {
+  return plans.Find(session.catalog, frame.literals, [&](StatementPlan& plan) {
     compile(plan);
-    engine.CountCompiled();
+    ++session.compiled;
   });
 }
 
@@ -22,7 +24,8 @@ Plan& FindPlan(Engine& engine, const Frame& frame, PlanCache& plans, const Compi
 class PlanRun {
  public:
   // `row`: the values of the row parameters. Errors: those of conversions.
-  PlanRun(Engine& engine, Plan& plan, const Frame& frame, std::span<const StoredValue> row = {});
+  PlanRun(SessionContext& session, Plan& plan, const Frame& frame,
+          std::span<const StoredValue> row = {});
   PlanRun(const PlanRun&) = delete;
   PlanRun& operator=(const PlanRun&) = delete;
   ~PlanRun();
@@ -32,10 +35,10 @@ class PlanRun {
   StoredValue Column(int index) const;
   void Read(int index, StoredValue& out) const;  // the same, in the memory of `out`
   // The same of a query's column, which holds what its type says. Errors: that the file is damaged.
-  void ReadTyped(size_t column, StoredValue& out) const;
+  void ReadTyped(size_t column, const ResultShape& shape, StoredValue& out) const;
 
  private:
-  Engine& engine_;
+  SessionContext& session_;
   Plan& plan_;
 };
 

@@ -10,7 +10,7 @@
 
 namespace tavcc::sql {
 
-class Engine;
+struct SessionContext;
 
 // How a statement left off.
 enum class Flow : uint8_t { kNext, kBreak, kContinue, kReturn };
@@ -21,11 +21,11 @@ class Instruction {
   virtual ~Instruction() = default;
 
   int line() const { return line_; }
-  // Runs the statement. Errors: SqlError; what follows is the engine's.
-  virtual Flow Execute(Engine& engine, Frame& frame) = 0;
+  // Runs the statement. Errors: SqlError; what follows is the session's.
+  virtual Flow Execute(SessionContext& session, Frame& frame) = 0;
   // Finds the mistakes that the server finds before it runs a batch, names of missing tables
   // excepted.
-  virtual void Prepare(Engine&, Frame&) {}
+  virtual void Prepare(SessionContext&, Frame&) {}
   // Statements made of statements have their errors caught inside.
   virtual bool IsControl() const { return false; }
 

@@ -5,19 +5,19 @@
 #include <cmath>
 
 #include "embedded/catalog/names.h"
-#include "embedded/session/engine.h"
+#include "embedded/session/session_context.h"
 #include "embedded/types/sqlite_value.h"
 #include "embedded/types/stored_conversions.h"
 
 namespace tavcc::sql {
 namespace {
 
-Engine& EngineOf(sqlite3_context* context) {
-  return *static_cast<Engine*>(sqlite3_user_data(context));
+SessionContext& SessionOf(sqlite3_context* context) {
+  return *static_cast<SessionContext*>(sqlite3_user_data(context));
 }
 
 void Fail(sqlite3_context* context, SqlError error) {
-  EngineOf(context).store().functions().pending = std::move(error);
+  SessionOf(context).store.functions().pending = std::move(error);
   sqlite3_result_error(context, "statement failed", -1);
 }
 
@@ -56,7 +56,7 @@ bool HasType(const Catalog& catalog, const std::string& name, const std::string&
 
 void ObjectId(sqlite3_context* context, int count, sqlite3_value** arguments) {
   if (sqlite3_value_type(arguments[0]) == SQLITE_NULL) return;
-  const Catalog& catalog = EngineOf(context).catalog();
+  const Catalog& catalog = SessionOf(context).catalog;
   const std::string name = TextOf(arguments[0]);
   const int64_t id = catalog.ObjectId(name);
   if (id == 0) return;
@@ -70,7 +70,7 @@ void ObjectId(sqlite3_context* context, int count, sqlite3_value** arguments) {
 
 // s_cursor_status(scope, name)
 void CursorStatus(sqlite3_context* context, int, sqlite3_value** arguments) {
-  const auto& cursors = EngineOf(context).cursors();
+  const auto& cursors = SessionOf(context).cursors;
   const auto found = cursors.find(FoldName(TextOf(arguments[1])));
   if (found == cursors.end()) return sqlite3_result_int(context, -3);
   const Cursor& cursor = found->second;
@@ -80,13 +80,13 @@ void CursorStatus(sqlite3_context* context, int, sqlite3_value** arguments) {
 }
 
 void Variable(sqlite3_context* context, int, sqlite3_value** arguments) {
-  const Frame& frame = *EngineOf(context).live_frame;
+  const Frame& frame = *SessionOf(context).state.live_frame;
   Answer(context, frame.variables[static_cast<size_t>(sqlite3_value_int64(arguments[0]))]);
 }
 
 // s_assign(variable, value, type of the value, type of the variable): the value as it came.
 void Assign(sqlite3_context* context, int, sqlite3_value** arguments) {
-  Frame& frame = *EngineOf(context).live_frame;
+  Frame& frame = *SessionOf(context).state.live_frame;
   const auto index = static_cast<size_t>(sqlite3_value_int64(arguments[0]));
   const SqlType from = TypeFromCode(sqlite3_value_int64(arguments[2]));
   const SqlType to = TypeFromCode(sqlite3_value_int64(arguments[3]));
@@ -100,16 +100,18 @@ void Assign(sqlite3_context* context, int, sqlite3_value** arguments) {
 }
 
 void Next(sqlite3_context* context, int, sqlite3_value**) {
-  Engine& engine = EngineOf(context);
+  SessionContext& session = SessionOf(context);
   int64_t number = 0;
   try {
-    if (__builtin_add_overflow(engine.next_number.last, engine.next_number.step, &number))
+    if (__builtin_add_overflow(session.state.next_identity.last, session.state.next_identity.step,
+                               &number))
       Raise(8115);
-    ConvertStored(StoredValue(number), Type(TypeKind::kBigInt), engine.next_number.type);
+    ConvertStored(StoredValue(number), Type(TypeKind::kBigInt), session.state.next_identity.type);
   } catch (const SqlError&) {
-    return Fail(context, MakeError(8115, {"IDENTITY", KindText(engine.next_number.type.kind)}));
+    return Fail(context,
+                MakeError(8115, {"IDENTITY", KindText(session.state.next_identity.type.kind)}));
   }
-  engine.next_number.last = number;
+  session.state.next_identity.last = number;
   sqlite3_result_int64(context, number);
 }
 
@@ -157,10 +159,10 @@ void ScalarFinal(sqlite3_context* context) {
 
 }  // namespace
 
-void RegisterSessionFunctions(Engine& engine) {
-  sqlite3* const database = engine.store().handle();
+void RegisterSessionFunctions(SessionContext& session) {
+  sqlite3* const database = session.store.handle();
   const auto add = [&](const char* name, int arguments, auto* function) {
-    sqlite3_create_function_v2(database, name, arguments, SQLITE_UTF8, &engine, function, nullptr,
+    sqlite3_create_function_v2(database, name, arguments, SQLITE_UTF8, &session, function, nullptr,
                                nullptr, nullptr);
   };
   add("s_object_id", 1, ObjectId);
@@ -172,7 +174,7 @@ void RegisterSessionFunctions(Engine& engine) {
   add("s_not_null", 3, NotNull);
   add("s_top", 1, Top);
   add("s_percent", 2, Percent);
-  sqlite3_create_function_v2(database, "s_scalar", 1, SQLITE_UTF8, &engine, nullptr, ScalarStep,
+  sqlite3_create_function_v2(database, "s_scalar", 1, SQLITE_UTF8, &session, nullptr, ScalarStep,
                              ScalarFinal, nullptr);
 }
 

@@ -9,9 +9,9 @@
 
 namespace tavcc::sql {
 
-class Engine;
+struct SessionContext;
 
-// On the engine's own connection. Errors: SqlError 50001 when SQLite refuses a registration.
-void RegisterSessionFunctions(Engine& engine);
+// On the session's own connection. Errors: SqlError 50001 when SQLite refuses a registration.
+void RegisterSessionFunctions(SessionContext& session);
 
 }  // namespace tavcc::sql

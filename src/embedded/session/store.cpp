@@ -53,7 +53,7 @@ bool IsReadOnly(const std::string& path) {
 
 void Check(const StoreLocation& location) {
   const std::string& path = location.path;
-  const SqliteConnection store(location);
+  SqliteConnection store(location);
   if (store.QueryInteger("PRAGMA application_id") != kApplicationId) {
     Refuse(path, "is no database of this kind");
   }
@@ -67,7 +67,7 @@ void Check(const StoreLocation& location) {
 // An empty store's file. Another process may make it at the same time: then there is one.
 void MakeStore(const std::string& path) {
   SqliteConnection memory(StoreLocation{});
-  memory.Run(Catalog::NewStoreText());
+  memory.Run(StoredObjects::NewStoreText());
   try {
     SaveStore(memory, path);
   } catch (const SqlError&) {

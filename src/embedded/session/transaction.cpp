@@ -1,30 +1,30 @@
-// Transactions: the server's counting over SQLite's one transaction, and whole statements.
+#include "embedded/session/transaction.h"
+
 #include "embedded/catalog/names.h"
-#include "embedded/session/engine.h"
 
 namespace tavcc::sql {
 
-void Engine::Begin(const std::string& name) {
-  if (transaction_count_ == 0) {
-    store_.RunCached(shared_ && !snapshot_isolation ? "BEGIN IMMEDIATE" : "BEGIN");
-    transaction_name_ = name;
+void Transaction::Begin(const std::string& name, bool snapshot) {
+  if (count_ == 0) {
+    store_.RunCached(shared_ && !snapshot ? "BEGIN IMMEDIATE" : "BEGIN");
+    name_ = name;
     catalog_.Forget();
     catalog_.Refresh();
   }
-  ++transaction_count_;
+  ++count_;
 }
 
-void Engine::Commit() {
-  if (transaction_count_ == 0) Raise(3902);
-  if (transaction_count_ == 1) {
+void Transaction::Commit() {
+  if (count_ == 0) Raise(3902);
+  if (count_ == 1) {
     store_.RunCached("COMMIT");
     catalog_.Forget();
     save_points_.clear();
   }
-  --transaction_count_;
+  --count_;
 }
 
-void Engine::RollbackAll() {
+void Transaction::RollbackAll() {
   if (store_.InTransaction()) {
     catalog_.SaveVariables();
     catalog_.SaveNumbers();
@@ -32,12 +32,12 @@ void Engine::RollbackAll() {
   }
   catalog_.RollBackTo(0);
   save_points_.clear();
-  transaction_count_ = 0;
+  count_ = 0;
 }
 
-void Engine::Rollback(const std::string& name) {
-  if (transaction_count_ == 0) Raise(3903);
-  if (name.empty() || SameName(name, transaction_name_)) {
+void Transaction::Rollback(const std::string& name) {
+  if (count_ == 0) Raise(3903);
+  if (name.empty() || SameName(name, name_)) {
     RollbackAll();
     return;
   }
@@ -53,45 +53,46 @@ void Engine::Rollback(const std::string& name) {
   Raise(6401, name);
 }
 
-void Engine::Save(const std::string& name) {
-  if (transaction_count_ == 0) Raise(628);
+void Transaction::Save(const std::string& name) {
+  if (count_ == 0) Raise(628);
   store_.Run("SAVEPOINT \"save." + std::to_string(save_points_.size()) + '"');
   save_points_.push_back(SavePoint{name, catalog_.Mark()});
 }
 
-StatementGuard::StatementGuard(Engine& engine, bool store)
-    : engine_(engine),
-      own_transaction_(!engine.store_.InTransaction()),
-      mark_(own_transaction_ ? 0 : engine.catalog_.Mark()) {
+StatementGuard::StatementGuard(Transaction& transaction, bool store)
+    : store_(transaction.store_),
+      catalog_(transaction.catalog_),
+      own_transaction_(!store_.InTransaction()),
+      mark_(own_transaction_ ? 0 : catalog_.Mark()) {
   if (!own_transaction_) {
-    if (store) engine.store_.MarkChange();
-    engine.store_.RunCached("SAVEPOINT statement");
+    if (store) store_.MarkChange();
+    store_.RunCached("SAVEPOINT statement");
     return;
   }
-  engine.catalog_.Forget();
-  engine.store_.RunCached(store && engine.shared_ ? "BEGIN IMMEDIATE" : "BEGIN");
-  if (store) engine.store_.MarkChange();
+  catalog_.Forget();
+  store_.RunCached(store && transaction.shared_ ? "BEGIN IMMEDIATE" : "BEGIN");
+  if (store) store_.MarkChange();
 }
 
 void StatementGuard::Keep() {
-  engine_.store_.RunCached(own_transaction_ ? "COMMIT" : "RELEASE statement");
-  if (own_transaction_) engine_.catalog_.Forget();
+  store_.RunCached(own_transaction_ ? "COMMIT" : "RELEASE statement");
+  if (own_transaction_) catalog_.Forget();
   kept_ = true;
 }
 
 StatementGuard::~StatementGuard() {
-  if (kept_ || !engine_.store_.InTransaction()) return;
+  if (kept_ || !store_.InTransaction()) return;
   try {
-    engine_.catalog_.SaveNumbers();
+    catalog_.SaveNumbers();
     if (own_transaction_) {
-      engine_.store_.RunCached("ROLLBACK");
+      store_.RunCached("ROLLBACK");
     } else {
-      engine_.store_.RunCached("ROLLBACK TO statement");
-      engine_.store_.RunCached("RELEASE statement");
+      store_.RunCached("ROLLBACK TO statement");
+      store_.RunCached("RELEASE statement");
     }
-    engine_.catalog_.RollBackTo(mark_);
+    catalog_.RollBackTo(mark_);
   } catch (const SqlError&) {
-    // The store has given the transaction up; the engine finds that out by itself.
+    // The store has given the transaction up; the interpreter finds that out by itself.
   }
 }
 

@@ -3,7 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "embedded/bind/binder.h"
-#include "embedded/session/open_engine.h"
+#include "embedded/bind/describe.h"
+#include "embedded/session/engine.h"
 #include "embedded/syntax/parser.h"
 
 namespace tavcc::sql {
@@ -109,7 +110,7 @@ const Golden kGoldens[] = {
 std::string Bound(Engine& engine, const std::string& sql) {
   const Batch batch = ParseBatch(sql);
   BindResult result;
-  Binder binder(engine.catalog(), {}, {}, result);
+  Binder binder(engine.context().catalog, {}, {}, result);
   const Statement& statement = *batch.statements.at(0);
   switch (statement.kind) {
     case Statement::Kind::kInsert:
@@ -124,7 +125,7 @@ std::string Bound(Engine& engine, const std::string& sql) {
 }
 
 TEST(BoundTree, HasEveryConversionWrittenOut) {
-  const auto opened = OpenEngine(StoreLocation{":memory:", false});
+  const auto opened = std::make_unique<Engine>(StoreLocation{":memory:", false});
   Engine& engine = *opened;
   engine.RunBatch(kTables);
   ASSERT_TRUE(engine.errors().empty());

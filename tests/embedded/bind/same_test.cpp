@@ -3,7 +3,7 @@
 
 #include "embedded/bind/binder.h"
 #include "embedded/bind/same.h"
-#include "embedded/session/open_engine.h"
+#include "embedded/session/engine.h"
 #include "embedded/syntax/parser.h"
 
 namespace tavcc::sql {
@@ -92,11 +92,11 @@ class Same : public testing::Test {
   BoundQueryPtr Bind(const std::string& sql) {
     const Batch batch = ParseBatch(sql);
     BindResult result;
-    Binder binder(engine_->catalog(), {}, {}, result);
+    Binder binder(engine_->context().catalog, {}, {}, result);
     return binder.BindQuery(*static_cast<const SelectStatement&>(*batch.statements.at(0)).query);
   }
 
-  std::unique_ptr<Engine> engine_ = OpenEngine(StoreLocation{":memory:", false});
+  std::unique_ptr<Engine> engine_ = std::make_unique<Engine>(StoreLocation{":memory:", false});
 };
 
 TEST_F(Same, ExpressionsAreComparedByWhatTheyAre) {

@@ -57,7 +57,7 @@ bool OnlyAddsRows(const std::string& batch) {
 std::string Shown(const CaseName& which, std::set<Statements>& seen) {
   const auto database = OpenFor(which);
   const ConnectionPtr connection = database->NewSession();
-  sqlite3* const handle = dynamic_cast<Session&>(*connection).engine().store().handle();
+  sqlite3* const handle = dynamic_cast<Session&>(*connection).engine().context().store.handle();
   std::string out;
   for (const std::string& batch : BatchesOf(which)) {
     Statements statements;

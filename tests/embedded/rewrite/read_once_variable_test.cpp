@@ -21,7 +21,7 @@ namespace {
 class ReadOnce : public testing::Test {
  protected:
   RecordsetPtr Run(const std::string& sql) { return session_->Execute(sql); }
-  sqlite3* Handle() { return dynamic_cast<Session&>(*session_).engine().store().handle(); }
+  sqlite3* Handle() { return dynamic_cast<Session&>(*session_).engine().context().store.handle(); }
 
   int Pick(int count) { return std::uniform_int_distribution<int>(0, count - 1)(random_); }
   std::string OneOf(const std::vector<std::string>& texts) {

@@ -11,9 +11,10 @@
 #include <nlohmann/json.hpp>
 
 #include "embedded/bind/binder.h"
+#include "embedded/bind/describe.h"
 #include "embedded/rewrite/read_once_variable.h"
 #include "embedded/rewrite/rewrite.h"
-#include "embedded/session/open_engine.h"
+#include "embedded/session/engine.h"
 #include "embedded/syntax/parser.h"
 #include "support/source_dir.h"
 
@@ -50,7 +51,7 @@ BeforeAndAfter Rewritten(Bound& bound, BindResult& binding) {
 BeforeAndAfter Rewritten(Engine& engine, const std::string& sql) {
   const Batch batch = ParseBatch(sql);
   BindResult result;
-  Binder binder(engine.catalog(), {}, {}, result);
+  Binder binder(engine.context().catalog, {}, {}, result);
   const StatementPtr& first = batch.statements.at(0);
   if (batch.statements.size() == 2) {
     BoundInsert insert = binder.BindInsert(As<InsertStatement>(first), false);
@@ -80,7 +81,7 @@ TEST_P(OneRewrite, ChangesTheTreeAsShown) {
   std::ifstream file(path);
   ASSERT_TRUE(file) << "no cases: " << path;
   const Json cases = Json::parse(file);
-  const auto opened = OpenEngine(StoreLocation{":memory:", false});
+  const auto opened = std::make_unique<Engine>(StoreLocation{":memory:", false});
   Engine& engine = *opened;
   engine.RunBatch(Joined(cases["tables"]));
   ASSERT_TRUE(engine.errors().empty()) << engine.errors()[0].message;

@@ -13,8 +13,8 @@ namespace {
 class Compiled : public testing::Test {
  protected:
   void Run(const std::string& sql) { session_->Execute(sql); }
-  int64_t Count() { return dynamic_cast<Session&>(*session_).engine().compiled(); }
-  sqlite3* Handle() { return dynamic_cast<Session&>(*session_).engine().store().handle(); }
+  int64_t Count() { return dynamic_cast<Session&>(*session_).engine().context().compiled; }
+  sqlite3* Handle() { return dynamic_cast<Session&>(*session_).engine().context().store.handle(); }
 
   // How many statements are compiled while `sql` runs.
   int64_t CompiledBy(const std::string& sql) {

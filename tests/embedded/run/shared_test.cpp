@@ -185,7 +185,7 @@ TEST(Shared, AnswersAsCompiledAnew) {
     everything += answer;
   }
   const auto compiled = [](const ConnectionPtr& connection) {
-    return dynamic_cast<Session&>(*connection).engine().compiled();
+    return dynamic_cast<Session&>(*connection).engine().context().compiled;
   };
   EXPECT_LT(compiled(shared) * 2, compiled(alone));
   // The statements do what they are meant to: rows of every kind, and the errors of conversion.

@@ -1,6 +1,6 @@
 // BEGIN … END, IF, WHILE, BREAK, CONTINUE, RETURN.
-#include "embedded/session/engine.h"
 #include "embedded/session/instructions/instructions.h"
+#include "embedded/session/interpreter.h"
 
 namespace tavcc::sql {
 namespace {
@@ -10,12 +10,12 @@ class BlockInstruction final : public Instruction {
   BlockInstruction(int line, std::vector<InstructionPtr> body)
       : Instruction(line), body_(std::move(body)) {}
   bool IsControl() const override { return true; }
-  void Prepare(Engine& engine, Frame& frame) override {
-    for (const auto& instruction : body_) instruction->Prepare(engine, frame);
+  void Prepare(SessionContext& session, Frame& frame) override {
+    for (const auto& instruction : body_) instruction->Prepare(session, frame);
   }
-  Flow Execute(Engine& engine, Frame& frame) override {
+  Flow Execute(SessionContext&, Frame& frame) override {
     Flow flow = Flow::kNext;
-    engine.RunBlock(body_, frame, flow);
+    frame.interpreter->RunBlock(body_, frame, flow);
     return flow;
   }
 
@@ -32,14 +32,14 @@ class IfInstruction final : public Instruction {
         then_(std::move(then)),
         otherwise_(std::move(otherwise)) {}
   bool IsControl() const override { return true; }
-  void Prepare(Engine& engine, Frame& frame) override {
-    PrepareDeferred(line(), [&] { condition_.Prepare(engine, frame); });
-    if (then_) then_->Prepare(engine, frame);
-    if (otherwise_) otherwise_->Prepare(engine, frame);
+  void Prepare(SessionContext& session, Frame& frame) override {
+    PrepareDeferred(line(), [&] { condition_.Prepare(session, frame); });
+    if (then_) then_->Prepare(session, frame);
+    if (otherwise_) otherwise_->Prepare(session, frame);
   }
-  Flow Execute(Engine& engine, Frame& frame) override {
-    Instruction* branch = condition_.Test(engine, frame) ? then_.get() : otherwise_.get();
-    return branch != nullptr ? engine.RunOne(*branch, frame) : Flow::kNext;
+  Flow Execute(SessionContext& session, Frame& frame) override {
+    Instruction* branch = condition_.Test(session, frame) ? then_.get() : otherwise_.get();
+    return branch != nullptr ? frame.interpreter->RunOne(*branch, frame) : Flow::kNext;
   }
 
  private:
@@ -54,17 +54,17 @@ class WhileInstruction final : public Instruction {
         condition_(visible, *statement.condition),
         body_(std::move(body)) {}
   bool IsControl() const override { return true; }
-  void Prepare(Engine& engine, Frame& frame) override {
-    PrepareDeferred(line(), [&] { condition_.Prepare(engine, frame); });
-    if (body_) body_->Prepare(engine, frame);
+  void Prepare(SessionContext& session, Frame& frame) override {
+    PrepareDeferred(line(), [&] { condition_.Prepare(session, frame); });
+    if (body_) body_->Prepare(session, frame);
   }
-  Flow Execute(Engine& engine, Frame& frame) override {
-    while (condition_.Test(engine, frame)) {
+  Flow Execute(SessionContext& session, Frame& frame) override {
+    while (condition_.Test(session, frame)) {
       if (!body_) {
-        engine.Spend();
+        frame.interpreter->Spend();
         continue;
       }
-      const Flow flow = engine.RunOne(*body_, frame);
+      const Flow flow = frame.interpreter->RunOne(*body_, frame);
       if (flow == Flow::kBreak) break;
       if (flow == Flow::kReturn) return flow;
     }
@@ -79,7 +79,7 @@ class WhileInstruction final : public Instruction {
 class JumpInstruction final : public Instruction {
  public:
   JumpInstruction(int line, Flow flow) : Instruction(line), flow_(flow) {}
-  Flow Execute(Engine&, Frame&) override { return flow_; }
+  Flow Execute(SessionContext&, Frame&) override { return flow_; }
 
  private:
   const Flow flow_;
@@ -92,13 +92,13 @@ class ReturnInstruction final : public Instruction {
     if (statement.value)
       value_.emplace(visible, *statement.value, SqlType{TypeKind::kInt, 0, 0, 0});
   }
-  void Prepare(Engine& engine, Frame& frame) override {
+  void Prepare(SessionContext& session, Frame& frame) override {
     if (!value_) return;
-    PrepareDeferred(line(), [&] { value_->Prepare(engine, frame); });
+    PrepareDeferred(line(), [&] { value_->Prepare(session, frame); });
   }
-  Flow Execute(Engine& engine, Frame& frame) override {
+  Flow Execute(SessionContext& session, Frame& frame) override {
     if (value_) {
-      const StoredValue value = value_->Value(engine, frame).value;
+      const StoredValue value = value_->Value(session, frame).value;
       frame.return_value = value.IsNull() ? 0 : value.integer();
     }
     return Flow::kReturn;

@@ -5,8 +5,8 @@
 #include "embedded/catalog/names.h"
 #include "embedded/rewrite/rewrite.h"
 #include "embedded/session/cursor.h"
-#include "embedded/session/engine.h"
 #include "embedded/session/instructions/instructions.h"
+#include "embedded/session/session_context.h"
 
 namespace tavcc::sql {
 namespace {
@@ -48,8 +48,8 @@ BoundConditionPtr CompareNumber(const BoundSource& source, ComparisonOperator op
   auto comparison = std::make_unique<BoundComparison>();
   comparison->op = op;
   comparison->left = NumberOf(source);
-  comparison->right = std::make_unique<BoundVariable>(
-      Type(TypeKind::kBigInt), Binder::kRowParameters + static_cast<int>(parameter), "");
+  comparison->right =
+      std::make_unique<BoundRowParameter>(Type(TypeKind::kBigInt), static_cast<int>(parameter));
   return comparison;
 }
 
@@ -94,15 +94,15 @@ class DeclareCursorInstruction final : public Instruction, public CursorQuery {
         visible_(visible),
         program_(std::move(program)) {}
 
-  void Prepare(Engine& engine, Frame& frame) override {
-    PrepareDeferred(line(), [&] { Find(engine, frame, all_, [](BoundQuery&) {}); });
+  void Prepare(SessionContext& session, Frame& frame) override {
+    PrepareDeferred(line(), [&] { Find(session, frame, all_, [](BoundQuery&) {}); });
   }
 
-  Flow Execute(Engine& engine, Frame& frame) override {
+  Flow Execute(SessionContext& session, Frame& frame) override {
     const std::string folded = FoldName(statement_.name);
-    if (engine.cursors().contains(folded)) Raise(16915, statement_.name);
-    Prepare(engine, frame);
-    Cursor& cursor = engine.cursors()[folded];
+    if (session.cursors.contains(folded)) Raise(16915, statement_.name);
+    Prepare(session, frame);
+    Cursor& cursor = session.cursors[folded];
     cursor.program = program_.lock();
     cursor.query = this;
     cursor.owner = statement_.local ? &frame : nullptr;
@@ -117,10 +117,10 @@ class DeclareCursorInstruction final : public Instruction, public CursorQuery {
 
   // A query that is not made of rows is read whole; one in an order, or cut by TOP, keeps which
   // rows it has; and that needs keys to know them by.
-  CursorSight SightOf(Engine& engine, Frame& frame) override {
+  CursorSight SightOf(SessionContext& session, Frame& frame) override {
     using Sight = DeclareCursorStatement::Sight;
     BindResult unused;
-    const BoundQueryPtr query = Bound(engine, frame, unused);
+    const BoundQueryPtr query = Bound(session, frame, unused);
     if (statement_.sight == Sight::kStatic || !IsMadeOfRows(*query)) return CursorSight::kStatic;
     const bool keyset =
         statement_.sight == Sight::kKeyset || query->select->top || !query->order_by.empty();
@@ -128,26 +128,26 @@ class DeclareCursorInstruction final : public Instruction, public CursorQuery {
     return HasUniqueKeys(*query) ? CursorSight::kKeyset : CursorSight::kStatic;
   }
 
-  std::vector<TablePtr> Tables(Engine& engine, Frame& frame) override {
+  std::vector<TablePtr> Tables(SessionContext& session, Frame& frame) override {
     BindResult unused;
     std::vector<TablePtr> tables;
-    const BoundQueryPtr query = Bound(engine, frame, unused);
+    const BoundQueryPtr query = Bound(session, frame, unused);
     for (const BoundSource* source : SourcesOf(*query)) tables.push_back(source->table);
     return tables;
   }
 
-  std::shared_ptr<const ResultShape> Shape(Engine& engine, Frame& frame) override {
-    return Find(engine, frame, all_, [](BoundQuery&) {}).shape;
+  std::shared_ptr<const ResultShape> Shape(SessionContext& session, Frame& frame) override {
+    return Find(session, frame, all_, [](BoundQuery&) {}).shape;
   }
 
-  Rows All(Engine& engine, Frame& frame) override {
-    return ReadRows(engine, Find(engine, frame, all_, [](BoundQuery&) {}), frame);
+  Rows All(SessionContext& session, Frame& frame) override {
+    return ReadRows(session, Find(session, frame, all_, [](BoundQuery&) {}), frame);
   }
 
-  std::vector<CursorKey> Keys(Engine& engine, Frame& frame) override {
-    Plan& plan = Find(engine, frame, keys_, AddNumbers);
+  std::vector<CursorKey> Keys(SessionContext& session, Frame& frame) override {
+    QueryPlan& plan = Find(session, frame, keys_, AddNumbers);
     std::vector<CursorKey> keys;
-    PlanRun run(engine, plan, frame);
+    PlanRun run(session, plan, frame);
     while (run.Step()) {
       CursorKey& key = keys.emplace_back();
       for (int i = Columns(plan); i < run.ColumnCount(); ++i) key.push_back(run.Column(i));
@@ -155,9 +155,10 @@ class DeclareCursorInstruction final : public Instruction, public CursorQuery {
     return keys;
   }
 
-  Rows Read(Engine& engine, Frame& frame, CursorSight sight, const CursorKey& key) override {
+  Rows Read(SessionContext& session, Frame& frame, CursorSight sight,
+            const CursorKey& key) override {
     const bool live = sight == CursorSight::kDynamic;
-    Plan& plan = Find(engine, frame, read_, [&](BoundQuery& query) {
+    QueryPlan& plan = Find(session, frame, read_, [&](BoundQuery& query) {
       AddNumbers(query);
       query.order_by.clear();
       query.select->top = {};
@@ -167,7 +168,7 @@ class DeclareCursorInstruction final : public Instruction, public CursorQuery {
       query.select->where = std::move(where);
     });
     Rows rows{plan.shape, {}, 0};
-    PlanRun run(engine, plan, frame, key);
+    PlanRun run(session, plan, frame, key);
     if (!run.Step()) return rows;
     for (size_t i = 0; i < key.size(); ++i) {
       const bool gone = run.Column(Columns(plan) + static_cast<int>(i)).IsNull();
@@ -177,8 +178,8 @@ class DeclareCursorInstruction final : public Instruction, public CursorQuery {
     return rows;
   }
 
-  Rows Step(Engine& engine, Frame& frame, bool forward, int64_t& number) override {
-    Plan& plan = Find(engine, frame, forward ? next_ : prior_, [&](BoundQuery& query) {
+  Rows Step(SessionContext& session, Frame& frame, bool forward, int64_t& number) override {
+    QueryPlan& plan = Find(session, frame, forward ? next_ : prior_, [&](BoundQuery& query) {
       AddNumbers(query);
       const BoundSource& source = *query.select->from->source;
       const auto op = forward ? ComparisonOperator::kGreater : ComparisonOperator::kLess;
@@ -191,7 +192,7 @@ class DeclareCursorInstruction final : public Instruction, public CursorQuery {
     });
     Rows rows{plan.shape, {}, 0};
     const StoredValue from(number);
-    PlanRun run(engine, plan, frame, std::span(&from, 1));
+    PlanRun run(session, plan, frame, std::span(&from, 1));
     if (!run.Step()) return rows;
     number = run.Column(Columns(plan)).integer();
     Take(plan, run, rows);
@@ -199,30 +200,26 @@ class DeclareCursorInstruction final : public Instruction, public CursorQuery {
   }
 
  private:
-  static int Columns(const Plan& plan) { return static_cast<int>(plan.shape->types.size()); }
+  static int Columns(const QueryPlan& plan) { return static_cast<int>(plan.shape->types.size()); }
 
-  static void Take(const Plan& plan, const PlanRun& run, Rows& rows) {
+  static void Take(const QueryPlan& plan, const PlanRun& run, Rows& rows) {
     for (size_t i = 0; i < plan.shape->types.size(); ++i) {
-      run.ReadTyped(i, rows.cells.emplace_back());
+      run.ReadTyped(i, *plan.shape, rows.cells.emplace_back());
     }
     rows.count = 1;
   }
 
-  BoundQueryPtr Bound(Engine& engine, const Frame& frame, BindResult& result) {
-    Binder binder(engine.catalog(), visible_.span(), frame.literals, result);
+  BoundQueryPtr Bound(SessionContext& session, const Frame& frame, BindResult& result) {
+    Binder binder(session.catalog, visible_.span(), frame.literals, result);
     return binder.BindQuery(*statement_.query);
   }
 
   template <class Change>
-  Plan& Find(Engine& engine, const Frame& frame, PlanCache& plans, const Change& change) {
-    return FindPlan(engine, frame, plans, [&](Plan& plan) {
-      const BoundQueryPtr query = Bound(engine, frame, plan.binding);
-      auto shape = std::make_shared<ResultShape>();
-      for (const SourceColumn& column : query->columns) {
-        shape->names.push_back(column.name);
-        shape->types.push_back(column.type);
-      }
-      plan.shape = std::move(shape);
+  QueryPlan& Find(SessionContext& session, const Frame& frame, PlanCache<QueryPlan>& plans,
+                  const Change& change) {
+    return FindPlan(session, frame, plans, [&](QueryPlan& plan) {
+      const BoundQueryPtr query = Bound(session, frame, plan.binding);
+      plan.shape = ShapeOf(*query);
       change(*query);
       Rewrite(*query, plan.binding);
       plan.emitted = EmitQuery(*query);
@@ -232,7 +229,7 @@ class DeclareCursorInstruction final : public Instruction, public CursorQuery {
   const DeclareCursorStatement& statement_;
   const DeclaredVariables visible_;
   const std::weak_ptr<Program> program_;
-  PlanCache all_, keys_, read_, next_, prior_;
+  PlanCache<QueryPlan> all_, keys_, read_, next_, prior_;
 };
 
 }  // namespace

@@ -3,8 +3,8 @@
 #include <limits>
 
 #include "embedded/catalog/names.h"
-#include "embedded/session/engine.h"
 #include "embedded/session/instructions/instructions.h"
+#include "embedded/session/session_context.h"
 #include "embedded/types/stored_conversions.h"
 
 namespace tavcc::sql {
@@ -18,26 +18,26 @@ constexpr int64_t kBehindAll = std::numeric_limits<int64_t>::max();
 // @@FETCH_STATUS
 constexpr int kFetched = 0, kNoRow = -1, kGone = -2;
 
-Cursor& RequireCursor(Engine& engine, const std::string& name) {
-  const auto found = engine.cursors().find(FoldName(name));
-  if (found == engine.cursors().end()) Raise(16916, name);
+Cursor& RequireCursor(SessionContext& session, const std::string& name) {
+  const auto found = session.cursors.find(FoldName(name));
+  if (found == session.cursors.end()) Raise(16916, name);
   return found->second;
 }
 
-void Open(Engine& engine, Cursor& cursor) {
+void Open(SessionContext& session, Cursor& cursor) {
   if (cursor.open) Raise(16905);
-  cursor.sight = cursor.query->SightOf(engine, cursor.frame);
+  cursor.sight = cursor.query->SightOf(session, cursor.frame);
   cursor.place = 0;
   cursor.current.clear();
   const bool is_static = cursor.sight == CursorSight::kStatic;
-  cursor.tables = is_static ? std::vector<TablePtr>() : cursor.query->Tables(engine, cursor.frame);
+  cursor.tables = is_static ? std::vector<TablePtr>() : cursor.query->Tables(session, cursor.frame);
   if (is_static) {
-    cursor.rows = cursor.query->All(engine, cursor.frame);
+    cursor.rows = cursor.query->All(session, cursor.frame);
     cursor.count = static_cast<int64_t>(cursor.rows.count);
   } else if (cursor.IsStepping()) {
     cursor.place = kBeforeAll;
   } else {
-    cursor.keys = cursor.query->Keys(engine, cursor.frame);
+    cursor.keys = cursor.query->Keys(session, cursor.frame);
     cursor.count = std::ssize(cursor.keys);
   }
   cursor.open = true;
@@ -55,19 +55,19 @@ class CursorInstruction final : public Instruction {
  public:
   explicit CursorInstruction(const CursorStatement& statement)
       : Instruction(statement.line), statement_(statement) {}
-  Flow Execute(Engine& engine, Frame&) override {
-    Cursor& cursor = RequireCursor(engine, statement_.name);
+  Flow Execute(SessionContext& session, Frame&) override {
+    Cursor& cursor = RequireCursor(session, statement_.name);
     switch (statement_.kind) {
       case Statement::Kind::kOpenCursor:
-        Open(engine, cursor);
+        Open(session, cursor);
         break;
       case Statement::Kind::kCloseCursor:
         Close(cursor);
         break;
       default:
-        engine.cursors().erase(FoldName(statement_.name));
+        session.cursors.erase(FoldName(statement_.name));
     }
-    engine.row_count = 0;
+    session.state.row_count = 0;
     return Flow::kNext;
   }
 
@@ -111,7 +111,7 @@ Rows RowAt(const Cursor& cursor, int64_t place) {
 }
 
 // The row that a FETCH leads to, none where there is none, and @@FETCH_STATUS.
-Rows FetchCounted(Engine& engine, Cursor& cursor, Direction direction, int64_t offset,
+Rows FetchCounted(SessionContext& session, Cursor& cursor, Direction direction, int64_t offset,
                   int& status) {
   int64_t place = PlaceOf(cursor, direction, offset);
   const bool back = place < cursor.place || direction == Direction::kLast;
@@ -123,7 +123,7 @@ Rows FetchCounted(Engine& engine, Cursor& cursor, Direction direction, int64_t o
     status = kFetched;
     if (cursor.sight == CursorSight::kStatic) return RowAt(cursor, place);
     const CursorKey& key = cursor.keys[static_cast<size_t>(place - 1)];
-    Rows row = cursor.query->Read(engine, cursor.frame, cursor.sight, key);
+    Rows row = cursor.query->Read(session, cursor.frame, cursor.sight, key);
     if (row.count > 0) cursor.current = key;
     if (row.count > 0 || cursor.sight == CursorSight::kKeyset) {
       if (row.count == 0) status = kGone;
@@ -132,7 +132,7 @@ Rows FetchCounted(Engine& engine, Cursor& cursor, Direction direction, int64_t o
   }
 }
 
-Rows FetchStepping(Engine& engine, Cursor& cursor, Direction direction, int64_t offset,
+Rows FetchStepping(SessionContext& session, Cursor& cursor, Direction direction, int64_t offset,
                    int& status) {
   if (direction == Direction::kFirst) cursor.place = kBeforeAll;
   if (direction == Direction::kLast) cursor.place = kBehindAll;
@@ -140,10 +140,10 @@ Rows FetchStepping(Engine& engine, Cursor& cursor, Direction direction, int64_t 
   if (direction == Direction::kPrior || direction == Direction::kLast) steps = -1;
   Rows row;
   if (steps == 0 && !cursor.current.empty()) {
-    row = cursor.query->Read(engine, cursor.frame, cursor.sight, cursor.current);
+    row = cursor.query->Read(session, cursor.frame, cursor.sight, cursor.current);
   }
   for (; steps != 0; steps += steps > 0 ? -1 : 1) {
-    row = cursor.query->Step(engine, cursor.frame, steps > 0, cursor.place);
+    row = cursor.query->Step(session, cursor.frame, steps > 0, cursor.place);
     if (row.count > 0) continue;
     cursor.place = steps > 0 ? kBehindAll : kBeforeAll;
     break;
@@ -169,21 +169,22 @@ class FetchInstruction final : public Instruction {
     }
   }
 
-  Flow Execute(Engine& engine, Frame& frame) override {
-    Cursor& cursor = RequireCursor(engine, statement_.cursor);
+  Flow Execute(SessionContext& session, Frame& frame) override {
+    Cursor& cursor = RequireCursor(session, statement_.cursor);
     if (!cursor.open) Raise(16917);
     RequireDirection(cursor, statement_.direction);
-    const auto shape = Shape(engine, cursor);
+    const auto shape = Shape(session, cursor);
     if (!targets_.empty() && targets_.size() != shape->types.size()) Raise(16924);
-    const StoredValue offset = offset_ ? offset_->Value(engine, frame).value : StoredValue();
+    const StoredValue offset = offset_ ? offset_->Value(session, frame).value : StoredValue();
     const int64_t by = offset.IsNull() ? 0 : offset.integer();
-    Rows row = cursor.IsStepping()
-                   ? FetchStepping(engine, cursor, statement_.direction, by, engine.fetch_status)
-                   : FetchCounted(engine, cursor, statement_.direction, by, engine.fetch_status);
-    engine.row_count = static_cast<int64_t>(row.count);
+    Rows row =
+        cursor.IsStepping()
+            ? FetchStepping(session, cursor, statement_.direction, by, session.state.fetch_status)
+            : FetchCounted(session, cursor, statement_.direction, by, session.state.fetch_status);
+    session.state.row_count = static_cast<int64_t>(row.count);
     if (targets_.empty()) {
       row.shape = shape;
-      engine.Return(std::move(row));
+      session.results.Add(std::move(row));
       return Flow::kNext;
     }
     for (size_t i = 0; i < row.cells.size(); ++i) {
@@ -194,8 +195,8 @@ class FetchInstruction final : public Instruction {
   }
 
  private:
-  static std::shared_ptr<const ResultShape> Shape(Engine& engine, Cursor& cursor) {
-    if (!cursor.rows.shape) cursor.rows.shape = cursor.query->Shape(engine, cursor.frame);
+  static std::shared_ptr<const ResultShape> Shape(SessionContext& session, Cursor& cursor) {
+    if (!cursor.rows.shape) cursor.rows.shape = cursor.query->Shape(session, cursor.frame);
     return cursor.rows.shape;
   }
 
@@ -207,8 +208,8 @@ class FetchInstruction final : public Instruction {
 
 }  // namespace
 
-StoredValue CurrentRow(Engine& engine, const std::string& name, const TablePtr& table) {
-  const Cursor& cursor = RequireCursor(engine, name);
+StoredValue CurrentRow(SessionContext& session, const std::string& name, const TablePtr& table) {
+  const Cursor& cursor = RequireCursor(session, name);
   if (!cursor.open) Raise(16917);
   if (cursor.read_only || cursor.sight == CursorSight::kStatic) Raise(16929);
   if (cursor.current.empty()) Raise(16931);

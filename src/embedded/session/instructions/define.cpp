@@ -1,8 +1,8 @@
 // CREATE, ALTER, DROP, TRUNCATE.
 #include "embedded/catalog/names.h"
-#include "embedded/session/engine.h"
 #include "embedded/session/instructions/duplicate_key.h"
 #include "embedded/session/instructions/instructions.h"
+#include "embedded/session/session_context.h"
 
 namespace tavcc::sql {
 namespace {
@@ -15,14 +15,14 @@ bool IsTemporary(const ObjectName& name) {
 template <class StatementType>
 class DefineInstruction final : public Instruction {
  public:
-  using Apply = void (*)(Engine&, const StatementType&);
+  using Apply = void (*)(SessionContext&, const StatementType&);
   DefineInstruction(const StatementType& statement, bool store, Apply apply)
       : Instruction(statement.line), statement_(statement), store_(store), apply_(apply) {}
-  Flow Execute(Engine& engine, Frame&) override {
-    StatementGuard guard(engine, store_);
-    apply_(engine, statement_);
+  Flow Execute(SessionContext& session, Frame&) override {
+    StatementGuard guard(session.transaction, store_);
+    apply_(session, statement_);
     guard.Keep();
-    engine.row_count = 0;
+    session.state.row_count = 0;
     return Flow::kNext;
   }
 
@@ -34,7 +34,7 @@ class DefineInstruction final : public Instruction {
 
 template <class StatementType>
 InstructionPtr Define(const StatementType& statement, bool store,
-                      void (*apply)(Engine&, const StatementType&)) {
+                      void (*apply)(SessionContext&, const StatementType&)) {
   return std::make_unique<DefineInstruction<StatementType>>(statement, store, apply);
 }
 
@@ -42,12 +42,12 @@ class CreateTableInstruction final : public Instruction {
  public:
   explicit CreateTableInstruction(const CreateTableStatement& statement)
       : Instruction(statement.line), statement_(statement) {}
-  Flow Execute(Engine& engine, Frame&) override {
+  Flow Execute(SessionContext& session, Frame&) override {
     if (!table_) table_ = BuildTable(statement_.name.last(), statement_.definition);
-    StatementGuard guard(engine, !table_->IsTemporary());
-    engine.catalog().CreateTable(table_);
+    StatementGuard guard(session.transaction, !table_->IsTemporary());
+    session.catalog.CreateTable(table_);
     guard.Keep();
-    engine.row_count = 0;
+    session.state.row_count = 0;
     return Flow::kNext;
   }
 
@@ -56,14 +56,14 @@ class CreateTableInstruction final : public Instruction {
   TablePtr table_;  // checked once, made as often as the statement runs
 };
 
-TablePtr RequireTable(Engine& engine, const ObjectName& name, int number) {
-  TablePtr table = engine.catalog().FindTable(name);
+TablePtr RequireTable(SessionContext& session, const ObjectName& name, int number) {
+  TablePtr table = session.catalog.FindTable(name);
   if (!table) Raise(number, WrittenName(name));
   return table;
 }
 
-void AddColumns(Engine& engine, const AlterTableAddStatement& statement) {
-  const TablePtr table = RequireTable(engine, statement.name, 4902);
+void AddColumns(SessionContext& session, const AlterTableAddStatement& statement) {
+  const TablePtr table = RequireTable(session, statement.name, 4902);
   const auto added = BuildTable(table->name, statement.definition);
   auto changed = std::make_shared<Table>(*table);
   for (const Column& column : added->columns) {
@@ -79,28 +79,28 @@ void AddColumns(Engine& engine, const AlterTableAddStatement& statement) {
     if (key.kind == Key::Kind::kPrimary) RaiseUnsupported("adding a primary key");
     changed->keys.push_back(std::move(key));
   }
-  engine.catalog().AddColumns(table, std::move(changed));
+  session.catalog.AddColumns(table, std::move(changed));
 }
 
-void CreateIndex(Engine& engine, const CreateIndexStatement& statement) {
-  const TablePtr table = RequireTable(engine, statement.table, 1088);
+void CreateIndex(SessionContext& session, const CreateIndexStatement& statement) {
+  const TablePtr table = RequireTable(session, statement.table, 1088);
   try {
-    engine.catalog().CreateIndex(table, statement);
+    session.catalog.CreateIndex(table, statement);
   } catch (const SqlError& error) {
     if (error.number != kDuplicateRefused) throw;
     Raise(1505, table->MessageName(), statement.name,
-          RepeatedKey(engine, *table, statement.columns));
+          RepeatedKey(session, *table, statement.columns));
   }
 }
 
-void CreateView(Engine& engine, const CreateViewStatement& statement) {
+void CreateView(SessionContext& session, const CreateViewStatement& statement) {
   BindResult unused;
-  Binder(engine.catalog(), {}, {}, unused).CheckView(statement);
-  engine.catalog().CreateView(statement);
+  Binder(session.catalog, {}, {}, unused).CheckView(statement);
+  session.catalog.CreateView(statement);
 }
 
-void CreateProcedure(Engine& engine, const CreateProcedureStatement& statement) {
-  engine.catalog().CreateProcedure(statement);
+void CreateProcedure(SessionContext& session, const CreateProcedureStatement& statement) {
+  session.catalog.CreateProcedure(statement);
 }
 
 std::string_view KindWord(DropStatement::What what) {
@@ -118,10 +118,10 @@ DropStatement::What KindOf(const CatalogObject& object) {
   return object.procedure ? DropStatement::What::kProcedure : DropStatement::What::kTable;
 }
 
-bool DropOne(Engine& engine, const DropStatement& drop, const ObjectName& name) {
-  Catalog& catalog = engine.catalog();
+bool DropOne(SessionContext& session, const DropStatement& drop, const ObjectName& name) {
+  Catalog& catalog = session.catalog;
   if (drop.what == DropStatement::What::kIndex) {
-    const TablePtr table = RequireTable(engine, drop.on_table, 4902);
+    const TablePtr table = RequireTable(session, drop.on_table, 4902);
     catalog.DropIndex(table, name.last());
     return true;
   }
@@ -141,17 +141,17 @@ bool DropOne(Engine& engine, const DropStatement& drop, const ObjectName& name) 
   return true;
 }
 
-void Drop(Engine& engine, const DropStatement& drop) {
+void Drop(SessionContext& session, const DropStatement& drop) {
   for (const ObjectName& name : drop.names) {
-    if (!DropOne(engine, drop, name) && !drop.if_exists) {
+    if (!DropOne(session, drop, name) && !drop.if_exists) {
       Raise(3701, "drop", std::string(KindWord(drop.what)), WrittenName(name));
     }
   }
 }
 
-void Truncate(Engine& engine, const TruncateStatement& statement) {
-  const TablePtr table = RequireTable(engine, statement.table, 4701);
-  engine.catalog().Truncate(table);
+void Truncate(SessionContext& session, const TruncateStatement& statement) {
+  const TablePtr table = RequireTable(session, statement.table, 4701);
+  session.catalog.temporaries().Empty(*table);
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "embedded/session/engine.h"
+#include "embedded/session/session_context.h"
 #include "embedded/types/sqlite_value.h"
 #include "embedded/types/stored_conversions.h"
 
@@ -17,7 +17,7 @@ const Column& ColumnOf(const Table& table, int column) {
   return table.columns[static_cast<size_t>(column)];
 }
 
-KeyValue KeyOfRow(const PlanRun& rows, const Plan& insert, const Key& key) {
+KeyValue KeyOfRow(const PlanRun& rows, const InsertPlan& insert, const Key& key) {
   KeyValue out;
   for (const int column : key.columns) {
     const auto at = std::ranges::find(insert.columns, column);
@@ -58,11 +58,11 @@ std::string LookUpText(const Table& table, const Key& key) {
   return out;
 }
 
-bool IsTaken(Engine& engine, sqlite3_stmt* look_up, const KeyValue& value) {
+bool IsTaken(SessionContext& session, sqlite3_stmt* look_up, const KeyValue& value) {
   for (size_t i = 0; i < value.size(); ++i) {
     BindStored(look_up, static_cast<int>(i) + 1, value[i]);
   }
-  const bool taken = engine.store().Step(look_up);
+  const bool taken = session.store.Step(look_up);
   sqlite3_reset(look_up);
   return taken;
 }
@@ -117,7 +117,7 @@ SqlError RefusedRow(const SqlError& error, const Table& table, std::string_view 
                    {unique ? "UNIQUE KEY" : "PRIMARY KEY", name, table.MessageName(), duplicate});
 }
 
-std::string RepeatedKey(Engine& engine, const Table& table,
+std::string RepeatedKey(SessionContext& session, const Table& table,
                         const std::vector<std::string>& columns) {
   Key key;
   std::string names;
@@ -125,31 +125,31 @@ std::string RepeatedKey(Engine& engine, const Table& table,
     key.columns.push_back(table.FindColumn(column));
     names += (names.empty() ? "" : ",") + QuoteName(ColumnOf(table, key.columns.back()).name);
   }
-  const SqliteStatement repeated = engine.store().Prepare(
+  const SqliteStatement repeated = session.store.Prepare(
       "SELECT " + names + " FROM " + table.physical + " GROUP BY " + names + " HAVING count(*)>1");
   KeyValue value;
-  if (!engine.store().Step(repeated.get())) return "(…)";
+  if (!session.store.Step(repeated.get())) return "(…)";
   for (size_t i = 0; i < columns.size(); ++i) {
     value.push_back(FromSqlite(sqlite3_column_value(repeated.get(), static_cast<int>(i))));
   }
   return Shown(value, table, key);
 }
 
-std::string DuplicateKey(Engine& engine, const Plan& insert, const Frame& frame,
+std::string DuplicateKey(SessionContext& session, const InsertPlan& insert, const Frame& frame,
                          std::span<const StoredValue> row, const Key& key, int64_t* refused) {
   const Table& table = *insert.table;
   if (insert.emitted.rows_at == std::string::npos) return "(…)";
   Plan plan;
   plan.emitted.sql = insert.emitted.sql.substr(insert.emitted.rows_at);
   plan.emitted.parameters = insert.emitted.parameters;
-  const SqliteStatement look_up = engine.store().Prepare(LookUpText(table, key));
+  const SqliteStatement look_up = session.store.Prepare(LookUpText(table, key));
   std::vector<KeyValue> before;
-  PlanRun rows(engine, plan, frame, row);
+  PlanRun rows(session, plan, frame, row);
   while (rows.Step()) {
     KeyValue value = KeyOfRow(rows, insert, key);
     const bool repeated = std::ranges::any_of(
         before, [&](const KeyValue& other) { return Same(value, other, table, key); });
-    if (repeated || IsTaken(engine, look_up.get(), value)) {
+    if (repeated || IsTaken(session, look_up.get(), value)) {
       *refused = std::ssize(before) + 1;
       return Shown(value, table, key);
     }

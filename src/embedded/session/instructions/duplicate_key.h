@@ -22,11 +22,11 @@ std::string KeyText(const Table& table, const Key& key, std::span<const StoredVa
 // "(7, abc)": the first of the rows that the plan would insert whose key is in the table, or in a
 // row before it; `refused` becomes its place among them, from 1. The table must be as it was before
 // the INSERT.
-std::string DuplicateKey(Engine& engine, const Plan& insert, const Frame& frame,
+std::string DuplicateKey(SessionContext& session, const InsertPlan& insert, const Frame& frame,
                          std::span<const StoredValue> row, const Key& key, int64_t* refused);
 
 // "(7, abc)": a value that several rows of the table have in these columns.
-std::string RepeatedKey(Engine& engine, const Table& table,
+std::string RepeatedKey(SessionContext& session, const Table& table,
                         const std::vector<std::string>& columns);
 
 }  // namespace tavcc::sql

@@ -1,7 +1,7 @@
 // EXEC of a procedure, EXEC(text).
 #include "embedded/catalog/names.h"
-#include "embedded/session/engine.h"
 #include "embedded/session/instructions/instructions.h"
+#include "embedded/session/interpreter.h"
 #include "embedded/types/stored_conversions.h"
 
 namespace tavcc::sql {
@@ -36,7 +36,7 @@ class ExecuteProcedureInstruction final : public Instruction {
     if (!statement.return_variable.empty()) return_ = IndexOf(visible, statement.return_variable);
   }
 
-  Flow Execute(Engine& engine, Frame& frame) override {
+  Flow Execute(SessionContext& session, Frame& frame) override {
     std::vector<CallArgument> arguments;
     for (size_t i = 0; i < statement_.arguments.size(); ++i) {
       const ExecuteArgument& argument = statement_.arguments[i];
@@ -45,11 +45,11 @@ class ExecuteProcedureInstruction final : public Instruction {
         call.value =
             TypedValue{visible_.span()[variables_[i]].type, frame.variables[variables_[i]]};
       } else if (values_[i]) {
-        call.value = values_[i]->Value(engine, frame);
+        call.value = values_[i]->Value(session, frame);
       }
       arguments.push_back(std::move(call));
     }
-    const int64_t result = engine.Call(statement_.name, arguments);
+    const int64_t result = frame.interpreter->Call(statement_.name, arguments);
     for (size_t i = 0; i < arguments.size(); ++i) {
       if (arguments[i].output) SetVariable(frame, variables_[i], arguments[i].value);
     }
@@ -76,12 +76,12 @@ class ExecuteTextInstruction final : public Instruction {
   ExecuteTextInstruction(const ExecuteTextStatement& statement, DeclaredVariables visible)
       : Instruction(statement.line),
         text_(visible, *statement.text, TextType(TypeKind::kNVarChar, SqlType::kMax)) {}
-  void Prepare(Engine& engine, Frame& frame) override {
-    PrepareDeferred(line(), [&] { text_.Prepare(engine, frame); });
+  void Prepare(SessionContext& session, Frame& frame) override {
+    PrepareDeferred(line(), [&] { text_.Prepare(session, frame); });
   }
-  Flow Execute(Engine& engine, Frame& frame) override {
-    const StoredValue text = text_.Value(engine, frame).value;
-    if (!text.IsNull()) engine.RunText(text.text());
+  Flow Execute(SessionContext& session, Frame& frame) override {
+    const StoredValue text = text_.Value(session, frame).value;
+    if (!text.IsNull()) frame.interpreter->RunText(text.text());
     return Flow::kNext;
   }
 

@@ -28,23 +28,27 @@ class Evaluation {
   Evaluation(DeclaredVariables visible, const Expression& expression, std::optional<SqlType> type)
       : visible_(visible), expression_(&expression), type_(type) {}
 
-  void Prepare(Engine& engine, Frame& frame) { Find(engine, frame); }
-  bool Test(Engine& engine, Frame& frame);  // false for unknown
-  TypedValue Value(Engine& engine, Frame& frame);
+  void Prepare(SessionContext& session, Frame& frame) { Find(session, frame); }
+  bool Test(SessionContext& session, Frame& frame);  // false for unknown
+  TypedValue Value(SessionContext& session, Frame& frame);
 
  private:
-  Plan& Find(Engine& engine, const Frame& frame);
+  ValuePlan& Find(SessionContext& session, const Frame& frame);
 
   DeclaredVariables visible_;
   const Condition* condition_ = nullptr;
   const Expression* expression_ = nullptr;
   std::optional<SqlType> type_;
-  PlanCache plans_;
+  PlanCache<ValuePlan> plans_;
 };
 
-// Runs a prepared change of rows, whole or not at all; sets the row count and the identity.
-void RunWrite(Engine& engine, Plan& plan, Frame& frame, std::span<const StoredValue> row = {});
-Rows ReadRows(Engine& engine, Plan& plan, Frame& frame);
+// These run a plan, whole or not at all, and set the row count; an INSERT also the identity.
+void RunInsert(SessionContext& session, InsertPlan& plan, Frame& frame,
+               std::span<const StoredValue> row = {});
+void RunChange(SessionContext& session, ChangePlan& plan, Frame& frame,
+               std::span<const StoredValue> row = {});
+Rows ReadRows(SessionContext& session, QueryPlan& plan, Frame& frame);
+std::shared_ptr<const ResultShape> ShapeOf(const BoundQuery& query);
 
 // Prepares and lets the errors pass that the server leaves until the statement runs: names of
 // objects that are not there yet, and what depends on SET IDENTITY_INSERT.
@@ -62,7 +66,7 @@ void PrepareDeferred(int line, Prepare prepare) {
 // cursor_statements.cpp
 // The number of the row of `table` on which the cursor stands: WHERE CURRENT OF. Errors: 16916,
 // 16917, 16929, 16931, 16933.
-StoredValue CurrentRow(Engine& engine, const std::string& cursor, const TablePtr& table);
+StoredValue CurrentRow(SessionContext& session, const std::string& cursor, const TablePtr& table);
 
 // query.cpp
 InstructionPtr MakeSelect(const SelectStatement& statement, DeclaredVariables visible);

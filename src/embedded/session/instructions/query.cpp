@@ -3,8 +3,8 @@
 
 #include "embedded/bind/walk.h"
 #include "embedded/rewrite/rewrite.h"
-#include "embedded/session/engine.h"
 #include "embedded/session/instructions/instructions.h"
+#include "embedded/session/session_context.h"
 
 namespace tavcc::sql {
 namespace {
@@ -45,138 +45,188 @@ TablePtr TableFor(const std::string& name, const BoundQuery& query) {
   return TableOfColumns(name, std::move(columns));
 }
 
-class SelectInstruction final : public Instruction {
+// The two ways in which a SELECT's query is bound: alone, and as the rows of an INSERT.
+class QueryInstruction : public Instruction {
  public:
-  SelectInstruction(const SelectStatement& statement, DeclaredVariables visible)
-      : Instruction(statement.line),
-        query_(*statement.query),
-        visible_(visible),
-        into_(IntoOf(query_)) {
-    if (into_ == nullptr || !query_.block) return;
-    for (const SelectItem& item : query_.block->items) {
-      if (item.form == SelectItem::Form::kAssignment) Raise(194);
-    }
+  QueryInstruction(const SelectStatement& statement, DeclaredVariables visible)
+      : Instruction(statement.line), query_(*statement.query), visible_(visible) {}
+
+ protected:
+  Binder NewBinder(SessionContext& session, const Frame& frame, Plan& plan) const {
+    return Binder(session.catalog, visible_.span(), frame.literals, plan.binding);
   }
 
-  void Prepare(Engine& engine, Frame& frame) override {
-    PrepareDeferred(line(), [&] { Find(engine, frame); });
+  const Query& query_;
+
+ private:
+  const DeclaredVariables visible_;
+};
+
+class SelectInstruction final : public QueryInstruction {
+ public:
+  using QueryInstruction::QueryInstruction;
+
+  void Prepare(SessionContext& session, Frame& frame) override {
+    PrepareDeferred(line(), [&] { Find(session, frame); });
   }
 
-  Flow Execute(Engine& engine, Frame& frame) override {
-    Plan& plan = Find(engine, frame);
-    if (plan.into) {
-      MakeTable(engine, frame, plan);
-    } else if (!plan.targets.empty()) {
-      Assign(engine, frame, plan);
-    } else {
-      Rows rows = ReadRows(engine, plan, frame);
-      engine.row_count = static_cast<int64_t>(rows.count);
-      engine.Return(std::move(rows));
-    }
+  Flow Execute(SessionContext& session, Frame& frame) override {
+    Rows rows = ReadRows(session, Find(session, frame), frame);
+    session.state.row_count = static_cast<int64_t>(rows.count);
+    session.results.Add(std::move(rows));
     return Flow::kNext;
   }
 
  private:
-  Plan& Find(Engine& engine, const Frame& frame) {
-    return FindPlan(engine, frame, plans_, [&](Plan& plan) { Compile(engine, frame, plan); });
+  QueryPlan& Find(SessionContext& session, const Frame& frame) {
+    return FindPlan(session, frame, plans_, [&](QueryPlan& plan) {
+      const BoundQueryPtr query = NewBinder(session, frame, plan).BindQuery(query_);
+      plan.shape = ShapeOf(*query);
+      Rewrite(*query, plan.binding);
+      plan.emitted = EmitQuery(*query);
+    });
   }
-  void Compile(Engine& engine, const Frame& frame, Plan& plan);
-  void CompileInto(Engine& engine, const Frame& frame, const TablePtr& table, Plan& plan);
-  void Assign(Engine& engine, Frame& frame, Plan& plan);
-  void MakeTable(Engine& engine, Frame& frame, Plan& plan);
 
-  const Query& query_;
-  const DeclaredVariables visible_;
-  const ObjectName* const into_;
-  PlanCache plans_;
-  PlanCache into_plans_;
+  PlanCache<QueryPlan> plans_;
 };
 
-void SelectInstruction::Compile(Engine& engine, const Frame& frame, Plan& plan) {
-  Binder binder(engine.catalog(), visible_.span(), frame.literals, plan.binding);
-  const BoundQueryPtr query = binder.BindQuery(query_);
-  if (into_ != nullptr) {
-    if (into_->last().starts_with('@')) Raise(102, into_->last());
-    plan.into = TableFor(into_->last(), *query);
-    return;
+// SELECT @v = …
+class AssigningSelectInstruction final : public QueryInstruction {
+ public:
+  using QueryInstruction::QueryInstruction;
+
+  void Prepare(SessionContext& session, Frame& frame) override {
+    PrepareDeferred(line(), [&] { Find(session, frame); });
   }
-  auto shape = std::make_shared<ResultShape>();
-  for (const SourceColumn& column : query->columns) {
-    shape->names.push_back(column.name);
-    shape->types.push_back(column.type);
-  }
-  plan.shape = std::move(shape);
-  if (query->select) {
-    for (const BoundItem& item : query->select->items) {
-      if (item.variable >= 0) plan.targets.push_back(item.variable);
+
+  Flow Execute(SessionContext& session, Frame& frame) override {
+    AssigningPlan& plan = Find(session, frame);
+    const int64_t count = ReadLast(session, frame, plan);
+    // Parameters point into the variables while the statement runs.
+    for (size_t i = 0; count > 0 && i < plan.row.size(); ++i) {
+      std::swap(TargetOf(plan, i, frame), plan.row[i]);
     }
+    session.state.row_count = count;
+    return Flow::kNext;
   }
-  plan.live = !plan.targets.empty() && ReadsItsTargets(*query->select);
-  Rewrite(*query, plan.binding);
-  plan.emitted = plan.live ? EmitAssigningQuery(*query) : EmitQuery(*query);
-}
 
-void SelectInstruction::CompileInto(Engine& engine, const Frame& frame, const TablePtr& table,
-                                    Plan& plan) {
-  Binder binder(engine.catalog(), visible_.span(), frame.literals, plan.binding);
-  plan.table = table;
-  BoundInsert bound = binder.BindInsertInto(table, binder.BindQuery(query_));
-  Rewrite(bound, plan.binding);
-  plan.columns = bound.columns;
-  plan.emitted = EmitInsert(bound);
-  plan.binding.dependencies.push_back(Dependency{*into_, table, nullptr});
-}
+ private:
+  AssigningPlan& Find(SessionContext& session, const Frame& frame) {
+    return FindPlan(session, frame, plans_, [&](AssigningPlan& plan) {
+      const BoundQueryPtr query = NewBinder(session, frame, plan).BindQuery(query_);
+      for (const BoundItem& item : query->select->items) plan.targets.push_back(item.variable);
+      plan.row.resize(plan.targets.size());
+      plan.live = ReadsItsTargets(*query->select);
+      Rewrite(*query, plan.binding);
+      plan.emitted = plan.live ? EmitAssigningQuery(*query) : EmitQuery(*query);
+    });
+  }
 
-void SelectInstruction::Assign(Engine& engine, Frame& frame, Plan& plan) {
-  int64_t count = 0;
-  plan.row.resize(plan.targets.size());
-  const auto target = [&](size_t i) -> StoredValue& {
-    return frame.variables[static_cast<size_t>(plan.targets[i])];
-  };
-  {
-    PlanRun run(engine, plan, frame);
-    if (plan.live) engine.live_frame = &frame;
+  static StoredValue& TargetOf(const AssigningPlan& plan, size_t item, Frame& frame) {
+    return frame.variables[static_cast<size_t>(plan.targets[item])];
+  }
+
+  // Reads all rows, and leaves the last in the plan. The number of rows.
+  static int64_t ReadLast(SessionContext& session, Frame& frame, AssigningPlan& plan) {
+    int64_t count = 0;
+    PlanRun run(session, plan, frame);
+    if (plan.live) session.state.live_frame = &frame;
     while (run.Step()) {
       ++count;
       for (size_t i = 0; i < plan.row.size(); ++i) {
         run.Read(static_cast<int>(i), plan.row[i]);
-        if (plan.live) target(i) = plan.row[i];
+        if (plan.live) TargetOf(plan, i, frame) = plan.row[i];
       }
       if (plan.emitted.single_row) break;
     }
-    engine.live_frame = nullptr;
+    session.state.live_frame = nullptr;
+    return count;
   }
-  // Parameters point into the variables while the statement runs.
-  if (count > 0) {
-    for (size_t i = 0; i < plan.row.size(); ++i) std::swap(target(i), plan.row[i]);
-  }
-  engine.row_count = count;
-}
 
-void SelectInstruction::MakeTable(Engine& engine, Frame& frame, Plan& plan) {
-  StatementGuard guard(engine, !plan.into->IsTemporary());
-  const TablePtr table = engine.catalog().CreateTable(plan.into);
-  Plan& insert = FindPlan(engine, frame, into_plans_,
-                          [&](Plan& made) { CompileInto(engine, frame, table, made); });
-  RunWrite(engine, insert, frame);
-  guard.Keep();
+  PlanCache<AssigningPlan> plans_;
+};
+
+// SELECT … INTO: makes the table, then inserts the rows.
+class SelectIntoInstruction final : public QueryInstruction {
+ public:
+  SelectIntoInstruction(const SelectStatement& statement, DeclaredVariables visible)
+      : QueryInstruction(statement, visible), into_(*IntoOf(query_)) {}
+
+  void Prepare(SessionContext& session, Frame& frame) override {
+    PrepareDeferred(line(), [&] { FindTable(session, frame); });
+  }
+
+  Flow Execute(SessionContext& session, Frame& frame) override {
+    const TablePtr definition = FindTable(session, frame).definition;
+    StatementGuard guard(session.transaction, !definition->IsTemporary());
+    const TablePtr table = session.catalog.CreateTable(definition);
+    RunInsert(session, FindRows(session, frame, table), frame);
+    guard.Keep();
+    return Flow::kNext;
+  }
+
+ private:
+  IntoPlan& FindTable(SessionContext& session, const Frame& frame) {
+    return FindPlan(session, frame, tables_, [&](IntoPlan& plan) {
+      const BoundQueryPtr query = NewBinder(session, frame, plan).BindQuery(query_);
+      if (into_.last().starts_with('@')) Raise(102, into_.last());
+      plan.definition = TableFor(into_.last(), *query);
+    });
+  }
+
+  InsertPlan& FindRows(SessionContext& session, const Frame& frame, const TablePtr& table) {
+    return FindPlan(session, frame, rows_, [&](InsertPlan& plan) {
+      Binder binder = NewBinder(session, frame, plan);
+      plan.table = table;
+      BoundInsert bound = binder.BindInsertInto(table, binder.BindQuery(query_));
+      Rewrite(bound, plan.binding);
+      plan.columns = bound.columns;
+      plan.emitted = EmitInsert(bound);
+      plan.binding.dependencies.push_back(Dependency{into_, table, nullptr});
+    });
+  }
+
+  const ObjectName& into_;
+  PlanCache<IntoPlan> tables_;
+  PlanCache<InsertPlan> rows_;
+};
+
+bool IsAssigning(const Query& query) {
+  return query.block && std::ranges::any_of(query.block->items, [](const SelectItem& item) {
+           return item.form == SelectItem::Form::kAssignment;
+         });
 }
 
 }  // namespace
 
-Rows ReadRows(Engine& engine, Plan& plan, Frame& frame) {
-  Rows rows{plan.shape, engine.recordsets().TakeCells(), 0};
-  PlanRun run(engine, plan, frame);
+std::shared_ptr<const ResultShape> ShapeOf(const BoundQuery& query) {
+  auto shape = std::make_shared<ResultShape>();
+  for (const SourceColumn& column : query.columns) {
+    shape->names.push_back(column.name);
+    shape->types.push_back(column.type);
+  }
+  return shape;
+}
+
+Rows ReadRows(SessionContext& session, QueryPlan& plan, Frame& frame) {
+  Rows rows{plan.shape, session.results.recordsets().TakeCells(), 0};
+  PlanRun run(session, plan, frame);
   const size_t columns = plan.shape->types.size();
   while (run.Step()) {
     if (rows.count++ == 0) rows.cells.reserve(columns);
-    for (size_t i = 0; i < columns; ++i) run.ReadTyped(i, rows.cells.emplace_back());
+    for (size_t i = 0; i < columns; ++i) run.ReadTyped(i, *plan.shape, rows.cells.emplace_back());
     if (plan.emitted.single_row) break;
   }
   return rows;
 }
 
 InstructionPtr MakeSelect(const SelectStatement& statement, DeclaredVariables visible) {
+  const bool assigning = IsAssigning(*statement.query);
+  if (IntoOf(*statement.query) != nullptr) {
+    if (assigning) Raise(194);
+    return std::make_unique<SelectIntoInstruction>(statement, visible);
+  }
+  if (assigning) return std::make_unique<AssigningSelectInstruction>(statement, visible);
   return std::make_unique<SelectInstruction>(statement, visible);
 }
 

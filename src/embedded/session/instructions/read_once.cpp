@@ -12,8 +12,8 @@
 #include "embedded/catalog/names.h"
 #include "embedded/rewrite/read_once_variable.h"
 #include "embedded/rewrite/rewrite.h"
-#include "embedded/session/engine.h"
 #include "embedded/session/instructions/instructions.h"
+#include "embedded/session/interpreter.h"
 
 namespace tavcc::sql {
 namespace {
@@ -42,30 +42,31 @@ class DeleteByQuery final : public Instruction {
       : Instruction(remove.line), insert_(insert), remove_(remove), visible_(visible) {}
 
   // Whether it does what the two statements do. What is wrong with them they say themselves.
-  bool Serves(Engine& engine, const Frame& frame) {
+  bool Serves(SessionContext& session, const Frame& frame) {
     try {
-      return !Find(engine, frame).emitted.sql.empty();
+      return !Find(session, frame).emitted.sql.empty();
     } catch (const SqlError&) {
       return false;
     }
   }
 
-  Flow Execute(Engine& engine, Frame& frame) override {
+  Flow Execute(SessionContext& session, Frame& frame) override {
     // As after the INSERT into a table without an identity column.
-    engine.identity.reset();
+    session.state.identity.reset();
     frame.scope_identity.reset();
-    RunWrite(engine, Find(engine, frame), frame);
+    RunChange(session, Find(session, frame), frame);
     return Flow::kNext;
   }
 
  private:
-  Plan& Find(Engine& engine, const Frame& frame) {
-    return FindPlan(engine, frame, plans_, [&](Plan& plan) { Compile(engine, frame, plan); });
+  ChangePlan& Find(SessionContext& session, const Frame& frame) {
+    return FindPlan(session, frame, plans_,
+                    [&](ChangePlan& plan) { Compile(session, frame, plan); });
   }
 
   // Leaves the plan without a text when the statements are to be run as they stand.
-  void Compile(Engine& engine, const Frame& frame, Plan& plan) {
-    Binder binder(engine.catalog(), visible_.span(), frame.literals, plan.binding);
+  void Compile(SessionContext& session, const Frame& frame, ChangePlan& plan) {
+    Binder binder(session.catalog, visible_.span(), frame.literals, plan.binding);
     BoundInsert insert = binder.BindInsert(insert_, /*identity_insert=*/false);
     const Emitted inserted = EmitInsert(insert);
     if (inserted.fails_midway || ReadsSession(inserted)) return;
@@ -74,14 +75,14 @@ class DeleteByQuery final : public Instruction {
     Rewrite(remove, plan.binding);
     Emitted emitted = EmitDelete(remove);
     if (ReadsSession(emitted)) return;
-    plan.updates = true;
+    plan.table = remove.table;
     plan.emitted = std::move(emitted);
   }
 
   const InsertStatement& insert_;
   const DeleteStatement& remove_;
   const DeclaredVariables visible_;
-  PlanCache plans_;
+  PlanCache<ChangePlan> plans_;
 };
 
 class ReadOnceInstruction final : public Instruction {
@@ -94,14 +95,14 @@ class ReadOnceInstruction final : public Instruction {
         both_(std::move(both)) {}
 
   bool IsControl() const override { return true; }
-  void Prepare(Engine& engine, Frame& frame) override {
-    insert_->Prepare(engine, frame);
-    remove_->Prepare(engine, frame);
+  void Prepare(SessionContext& session, Frame& frame) override {
+    insert_->Prepare(session, frame);
+    remove_->Prepare(session, frame);
   }
-  Flow Execute(Engine& engine, Frame& frame) override {
-    if (both_->Serves(engine, frame)) return engine.RunOne(*both_, frame);
-    const Flow flow = engine.RunOne(*insert_, frame);
-    return flow == Flow::kNext ? engine.RunOne(*remove_, frame) : flow;
+  Flow Execute(SessionContext& session, Frame& frame) override {
+    if (both_->Serves(session, frame)) return frame.interpreter->RunOne(*both_, frame);
+    const Flow flow = frame.interpreter->RunOne(*insert_, frame);
+    return flow == Flow::kNext ? frame.interpreter->RunOne(*remove_, frame) : flow;
   }
 
  private:

@@ -3,8 +3,8 @@
 #include <limits>
 
 #include "embedded/catalog/names.h"
-#include "embedded/session/engine.h"
 #include "embedded/session/instructions/instructions.h"
+#include "embedded/session/session_context.h"
 #include "embedded/types/stored_conversions.h"
 
 namespace tavcc::sql {
@@ -31,17 +31,17 @@ class SetOptionInstruction final : public Instruction {
  public:
   explicit SetOptionInstruction(const SetOptionStatement& statement)
       : Instruction(statement.line), statement_(statement) {}
-  Flow Execute(Engine& engine, Frame&) override {
+  Flow Execute(SessionContext& session, Frame&) override {
     const std::string& name = statement_.name;
     const bool on = SameName(statement_.value, "ON");
     if (name == "NOCOUNT") {
-      engine.no_count = on;
+      session.state.no_count = on;
     } else if (name == "XACT_ABORT") {
-      engine.abort_transaction_on_error = on;
+      session.state.abort_transaction_on_error = on;
     } else if (name == "IDENTITY_INSERT") {
-      SetIdentityInsert(engine);
+      SetIdentityInsert(session);
     } else if (name == "TRANSACTION ISOLATION LEVEL") {
-      engine.snapshot_isolation = SameName(statement_.value, "SNAPSHOT");
+      session.state.snapshot_isolation = SameName(statement_.value, "SNAPSHOT");
     } else if (name != "LOCK_TIMEOUT" && !name.starts_with("TRANSACTION")) {
       RequireFixed(name);
     }
@@ -57,21 +57,22 @@ class SetOptionInstruction final : public Instruction {
   }
 
   // The value is the table and ON or OFF.
-  void SetIdentityInsert(Engine& engine) const {
+  void SetIdentityInsert(SessionContext& session) const {
     std::string value = statement_.value;
     while (!value.empty() && value.back() == ' ') value.pop_back();
     const size_t blank = value.find_last_of(" \t\r\n");
     if (blank == std::string::npos) Raise(102, value);
     const bool on = SameName(value.substr(blank + 1), "ON");
     const ObjectName name{SplitName(value.substr(0, blank))};
-    const TablePtr table = engine.catalog().FindTable(name);
+    const TablePtr table = session.catalog.FindTable(name);
     if (!table) Raise(208, WrittenName(name));
     if (table->identity_column < 0) Raise(8106, table->name);
-    if (on && !engine.identity_insert.empty() && engine.identity_insert != table->physical) {
-      Raise(8107, "main", "dbo", engine.identity_insert_name, table->name);
+    if (on && !session.state.identity_insert.physical.empty() &&
+        session.state.identity_insert.physical != table->physical) {
+      Raise(8107, "main", "dbo", session.state.identity_insert.name, table->name);
     }
-    engine.identity_insert = on ? table->physical : std::string();
-    engine.identity_insert_name = on ? table->name : std::string();
+    session.state.identity_insert.physical = on ? table->physical : std::string();
+    session.state.identity_insert.name = on ? table->name : std::string();
   }
 
   const SetOptionStatement& statement_;
@@ -81,22 +82,22 @@ class TransactionInstruction final : public Instruction {
  public:
   explicit TransactionInstruction(const TransactionStatement& statement)
       : Instruction(statement.line), statement_(statement) {}
-  Flow Execute(Engine& engine, Frame&) override {
+  Flow Execute(SessionContext& session, Frame&) override {
     switch (statement_.what) {
       case TransactionStatement::What::kBegin:
-        engine.Begin(statement_.name);
+        session.transaction.Begin(statement_.name, session.state.snapshot_isolation);
         break;
       case TransactionStatement::What::kCommit:
-        engine.Commit();
+        session.transaction.Commit();
         break;
       case TransactionStatement::What::kRollback:
-        engine.Rollback(statement_.name);
+        session.transaction.Rollback(statement_.name);
         break;
       case TransactionStatement::What::kSave:
-        engine.Save(statement_.name);
+        session.transaction.Save(statement_.name);
         break;
     }
-    engine.row_count = 0;
+    session.state.row_count = 0;
     return Flow::kNext;
   }
 
@@ -109,13 +110,13 @@ class PrintInstruction final : public Instruction {
   PrintInstruction(const PrintStatement& statement, DeclaredVariables visible)
       : Instruction(statement.line),
         value_(visible, *statement.value, TextType(TypeKind::kNVarChar, 4000)) {}
-  void Prepare(Engine& engine, Frame& frame) override {
-    PrepareDeferred(line(), [&] { value_.Prepare(engine, frame); });
+  void Prepare(SessionContext& session, Frame& frame) override {
+    PrepareDeferred(line(), [&] { value_.Prepare(session, frame); });
   }
-  Flow Execute(Engine& engine, Frame& frame) override {
-    const StoredValue value = value_.Value(engine, frame).value;
-    engine.Message(0, 0, 1, value.IsNull() ? std::string() : value.text());
-    engine.row_count = 0;
+  Flow Execute(SessionContext& session, Frame& frame) override {
+    const StoredValue value = value_.Value(session, frame).value;
+    session.errors.AddMessage(0, 0, 1, value.IsNull() ? std::string() : value.text());
+    session.state.row_count = 0;
     return Flow::kNext;
   }
 
@@ -160,14 +161,14 @@ class RaisErrorInstruction final : public Instruction {
       values_.push_back(std::make_unique<Evaluation>(visible, *argument, std::nullopt));
     }
   }
-  void Prepare(Engine& engine, Frame& frame) override {
+  void Prepare(SessionContext& session, Frame& frame) override {
     for (const auto& value : values_) {
-      PrepareDeferred(line(), [&] { value->Prepare(engine, frame); });
+      PrepareDeferred(line(), [&] { value->Prepare(session, frame); });
     }
   }
-  Flow Execute(Engine& engine, Frame& frame) override {
+  Flow Execute(SessionContext& session, Frame& frame) override {
     std::vector<TypedValue> values;
-    for (const auto& value : values_) values.push_back(value->Value(engine, frame));
+    for (const auto& value : values_) values.push_back(value->Value(session, frame));
     const auto number = [&](size_t at) {
       return values.size() > at && values[at].value.kind() == StoredValue::Kind::kInteger
                  ? static_cast<int>(values[at].value.integer())
@@ -185,7 +186,7 @@ class RaisErrorInstruction final : public Instruction {
       error.message = Format(DisplayText(values[0].value, values[0].type), rest);
     }
     if (error.severity > 10) throw error;
-    engine.Message(error.number, error.severity, error.state, error.message);
+    session.errors.AddMessage(error.number, error.severity, error.state, error.message);
     return Flow::kNext;
   }
 

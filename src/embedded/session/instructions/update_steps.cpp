@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "embedded/session/engine.h"
 #include "embedded/session/instructions/duplicate_key.h"
+#include "embedded/session/session_context.h"
 #include "embedded/types/sqlite_value.h"
 
 namespace tavcc::sql {
@@ -16,17 +16,17 @@ using Row = std::vector<StoredValue>;
 // A statement over one row, run again and again.
 class RowStatement {
  public:
-  RowStatement(Engine& engine, const std::string& sql)
-      : engine_(engine), statement_(engine.store().Prepare(sql)) {}
+  RowStatement(SessionContext& session, const std::string& sql)
+      : session_(session), statement_(session.store.Prepare(sql)) {}
 
   void Bind(int index, const StoredValue& value) { BindStored(statement_.get(), index, value); }
   void Run() {
-    engine_.store().Step(statement_.get());
+    session_.store.Step(statement_.get());
     sqlite3_reset(statement_.get());
   }
   Row Read() {
     Row row;
-    engine_.store().Step(statement_.get());
+    session_.store.Step(statement_.get());
     for (int i = 0; i < sqlite3_column_count(statement_.get()); ++i) {
       row.push_back(FromSqlite(sqlite3_column_value(statement_.get(), i)));
     }
@@ -35,20 +35,20 @@ class RowStatement {
   }
 
  private:
-  Engine& engine_;
+  SessionContext& session_;
   SqliteStatement statement_;
 };
 
-std::vector<Row> NewValues(Engine& engine, Plan& plan, Frame& frame,
+std::vector<Row> NewValues(SessionContext& session, NewValuesPlan& plan, Frame& frame,
                            std::span<const StoredValue> parameters) {
   std::vector<Row> rows;
-  PlanRun run(engine, plan, frame, parameters);
-  engine.live_frame = &frame;
+  PlanRun run(session, plan, frame, parameters);
+  session.state.live_frame = &frame;
   while (run.Step()) {
     Row& row = rows.emplace_back();
     for (int i = 0; i < run.ColumnCount(); ++i) row.push_back(run.Column(i));
   }
-  engine.live_frame = nullptr;
+  session.state.live_frame = nullptr;
   return rows;
 }
 
@@ -66,17 +66,17 @@ std::string Places(size_t count) {
 
 // All rows are taken out, then put back as they are to be: a key that is taken now is taken for
 // good.
-void Exchange(Engine& engine, const Plan& plan, const std::vector<Row>& rows) {
+void Exchange(SessionContext& session, const NewValuesPlan& plan, const std::vector<Row>& rows) {
   const Table& table = *plan.table;
   const std::string by_number = " FROM " + table.physical + " WHERE " + table.rowid + "=?1";
-  RowStatement read(engine, "SELECT " + table.rowid + Names(table) + by_number);
-  RowStatement remove(engine, "DELETE" + by_number);
+  RowStatement read(session, "SELECT " + table.rowid + Names(table) + by_number);
+  RowStatement remove(session, "DELETE" + by_number);
   // Where a column is the row's number, both say the same.
   const bool numbered = table.rowid_column < 0;
-  RowStatement write(engine, "INSERT INTO " + table.physical + '(' +
-                                 (numbered ? table.rowid + Names(table) : Names(table).substr(1)) +
-                                 ") VALUES(" + Places(table.columns.size() + (numbered ? 1 : 0)) +
-                                 ')');
+  RowStatement write(session, "INSERT INTO " + table.physical + '(' +
+                                  (numbered ? table.rowid + Names(table) : Names(table).substr(1)) +
+                                  ") VALUES(" + Places(table.columns.size() + (numbered ? 1 : 0)) +
+                                  ')');
   std::vector<Row> changed;
   for (const Row& row : rows) {
     read.Bind(1, row[0]);
@@ -103,15 +103,16 @@ void Exchange(Engine& engine, const Plan& plan, const std::vector<Row>& rows) {
 
 }  // namespace
 
-void UpdateInSteps(Engine& engine, Plan& plan, Frame& frame, std::span<const StoredValue> row) {
-  StatementGuard guard(engine, plan.table->IsStored());
+void UpdateInSteps(SessionContext& session, NewValuesPlan& plan, Frame& frame,
+                   std::span<const StoredValue> row) {
+  StatementGuard guard(session.transaction, plan.table->IsStored());
   const std::vector<StoredValue> before = frame.variables;
   try {
-    const std::vector<Row> rows = NewValues(engine, plan, frame, row);
+    const std::vector<Row> rows = NewValues(session, plan, frame, row);
     const bool any = std::ranges::any_of(plan.columns, [](int column) { return column >= 0; });
-    if (any) Exchange(engine, plan, rows);
+    if (any) Exchange(session, plan, rows);
     guard.Keep();
-    engine.row_count = static_cast<int64_t>(rows.size());
+    session.state.row_count = static_cast<int64_t>(rows.size());
   } catch (...) {
     frame.variables = before;
     throw;

@@ -9,8 +9,9 @@
 
 namespace tavcc::sql {
 
-// Updates the rows of `plan` (EmitUpdatedRows; `columns` are those that its values are for, -1 for
-// none) in a statement of its own, and sets the row count. Errors: also 515, 2601 and 2627.
-void UpdateInSteps(Engine& engine, Plan& plan, Frame& frame, std::span<const StoredValue> row = {});
+// Updates the rows of `plan` (EmitUpdatedRows) in a statement of its own, and sets the row count.
+// Errors: also 515, 2601 and 2627.
+void UpdateInSteps(SessionContext& session, NewValuesPlan& plan, Frame& frame,
+                   std::span<const StoredValue> row = {});
 
 }  // namespace tavcc::sql

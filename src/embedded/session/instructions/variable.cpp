@@ -1,7 +1,7 @@
 // DECLARE with initial values, SET @v = ….
 #include "embedded/catalog/names.h"
-#include "embedded/session/engine.h"
 #include "embedded/session/instructions/instructions.h"
+#include "embedded/session/session_context.h"
 
 namespace tavcc::sql {
 namespace {
@@ -21,12 +21,12 @@ class SetInstruction final : public Instruction {
       : Instruction(line),
         index_(IndexOf(visible, name)),
         value_(visible, value, visible.span()[index_].type) {}
-  void Prepare(Engine& engine, Frame& frame) override {
-    PrepareDeferred(line(), [&] { value_.Prepare(engine, frame); });
+  void Prepare(SessionContext& session, Frame& frame) override {
+    PrepareDeferred(line(), [&] { value_.Prepare(session, frame); });
   }
-  Flow Execute(Engine& engine, Frame& frame) override {
-    frame.variables[index_] = value_.Value(engine, frame).value;
-    engine.row_count = 1;
+  Flow Execute(SessionContext& session, Frame& frame) override {
+    frame.variables[index_] = value_.Value(session, frame).value;
+    session.state.row_count = 1;
     return Flow::kNext;
   }
 

@@ -1,9 +1,9 @@
-// Temporary tables and table variables: scopes, the pool of emptied tables, and undoing.
+#include "embedded/catalog/temporary_tables.h"
+
 #include <sqlite3.h>
 
 #include <algorithm>
 
-#include "embedded/catalog/catalog.h"
 #include "embedded/catalog/names.h"
 #include "embedded/types/sqlite_value.h"
 
@@ -22,31 +22,62 @@ std::string SmallTableText(const std::string& physical) {
 
 }  // namespace
 
-void Catalog::PushScope() {
+TemporaryTables::TemporaryTables(SqliteConnection& store, IdentityValues& identities, UndoLog& undo)
+    : store_(store), identities_(identities), undo_(undo) {
+  PushScope();
+}
+
+TablePtr TemporaryTables::Find(const std::string& name) const {
+  const std::string folded = FoldName(name);
+  for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope) {
+    const auto found = scope->tables.find(folded);
+    if (found != scope->tables.end()) return found->second;
+    if (name.front() == '@') break;
+  }
+  return nullptr;
+}
+
+void TemporaryTables::ForEachTable(const TableVisitor& visit) const {
+  for (const Scope& scope : scopes_) {
+    for (const auto& [name, table] : scope.tables) visit(*table);
+  }
+}
+
+void TemporaryTables::PushScope() {
   scopes_.push_back(Scope{next_scope_++, {}});
 }
 
-void Catalog::PopScope() {
+void TemporaryTables::PopScope() {
   ReleaseVariables();
-  while (!scopes_.back().tables.empty()) DropTemporary(scopes_.back().tables.begin()->second);
+  while (!scopes_.back().tables.empty()) Drop(scopes_.back().tables.begin()->second);
   scopes_.pop_back();
 }
 
-void Catalog::Clear() {
+void TemporaryTables::Clear() {
   while (scopes_.size() > 1) PopScope();
   ReleaseVariables();
-  while (!scopes_.back().tables.empty()) DropTemporary(scopes_.back().tables.begin()->second);
+  while (!scopes_.back().tables.empty()) Drop(scopes_.back().tables.begin()->second);
 }
 
-Catalog::Scope* Catalog::FindScope(uint64_t id) {
+TemporaryTables::Scope* TemporaryTables::FindScope(uint64_t id) {
   const auto found = std::ranges::find(scopes_, id, &Scope::id);
   return found == scopes_.end() ? nullptr : &*found;
 }
 
+void TemporaryTables::Put(uint64_t scope, const std::string& folded, const TablePtr& table) {
+  if (Scope* at = FindScope(scope)) at->tables[folded] = table;
+  ++changes_;
+}
+
+void TemporaryTables::Remove(uint64_t scope, const std::string& folded) {
+  if (Scope* at = FindScope(scope)) at->tables.erase(folded);
+  ++changes_;
+}
+
 // ---- The pool ----
 
-TablePtr Catalog::FromPool(const TablePtr& definition) {
-  const auto found = pool_.find(definition->definition);
+TablePtr TemporaryTables::FromPool(const Table& definition) {
+  const auto found = pool_.find(definition.definition);
   if (found == pool_.end() || found->second.empty()) return nullptr;
   TablePtr table = std::move(found->second.back());
   found->second.pop_back();
@@ -54,26 +85,26 @@ TablePtr Catalog::FromPool(const TablePtr& definition) {
   return table;
 }
 
-void Catalog::ToPool(const TablePtr& table) {
+void TemporaryTables::ToPool(const TablePtr& table) {
   pool_[table->definition].push_back(table);
   ++pooled_;
 }
 
-void Catalog::ForgetPooled(const TablePtr& table) {
+void TemporaryTables::ForgetPooled(const TablePtr& table) {
   const auto found = pool_.find(table->definition);
   if (found == pool_.end()) return;
   if (std::erase(found->second, table) > 0) --pooled_;
 }
 
-void Catalog::Empty(const Table& table) {
+void TemporaryTables::Empty(const Table& table) {
   SqliteStatement& statement = empty_statements_[table.physical];
   if (!statement) statement = store_.Prepare("DELETE FROM " + table.physical);
   store_.Step(statement.get());
   sqlite3_reset(statement.get());
-  if (table.identity_column >= 0) SetNumber(table, NumberBeforeFirst(table));
+  identities_.Restart(table);
 }
 
-void Catalog::TrimPool() {
+void TemporaryTables::TrimPool() {
   if (pool_.size() <= kPoolSize && pooled_ <= kPoolSize) return;
   for (auto& [definition, tables] : pool_) {
     for (const TablePtr& table : tables) {
@@ -87,26 +118,43 @@ void Catalog::TrimPool() {
 
 // ---- Temporary tables ----
 
-TablePtr Catalog::TakeTemporary(const TablePtr& definition) {
-  Scope& scope = scopes_.back();
-  const std::string folded = FoldName(definition->name);
-  if (scope.tables.contains(folded)) Raise(2714, definition->name);
-  TablePtr table = FromPool(definition);
-  const auto kind = table ? Undo::Kind::kTaken : Undo::Kind::kMade;
-  if (!table) {
-    auto made = std::make_shared<Table>(*definition);
-    const std::string physical = "t" + std::to_string(next_physical_++);
-    made->physical = "temp." + QuoteName(physical);
-    store_.Run(PhysicalDefinition(*made, "temp", physical) + SmallTableText(physical));
-    table = std::move(made);
-  }
-  undo_.push_back(Undo{kind, folded, nullptr, table, scope.id});
-  scope.tables[folded] = table;
-  ++epoch_;
+TablePtr TemporaryTables::Make(const Table& definition) {
+  auto table = std::make_shared<Table>(definition);
+  table->number = next_number_++;
+  const std::string physical = "t" + std::to_string(table->number);
+  table->physical = "temp." + QuoteName(physical);
+  store_.Run(PhysicalDefinition(*table, "temp", physical) + SmallTableText(physical));
   return table;
 }
 
-void Catalog::DropTemporary(const TablePtr& table) {
+TablePtr TemporaryTables::Take(const TablePtr& definition) {
+  Scope& scope = scopes_.back();
+  const std::string folded = FoldName(definition->name);
+  if (scope.tables.contains(folded)) Raise(2714, definition->name);
+  TablePtr table = FromPool(*definition);
+  if (table) {
+    undo_.Add([this, id = scope.id, folded, table] {
+      Remove(id, folded);
+      ToPool(table);
+    });
+  } else {
+    table = Make(*definition);
+    undo_.Add([this, id = scope.id, folded, table] {
+      Vanish(table);
+      Remove(id, folded);
+    });
+  }
+  Put(scope.id, folded, table);
+  return table;
+}
+
+void TemporaryTables::Vanish(const TablePtr& table) {
+  vanished_.push_back(table);
+  empty_statements_.erase(table->physical);
+  ForgetPooled(table);
+}
+
+void TemporaryTables::Drop(const TablePtr& table) {
   const std::string folded = FoldName(table->name);
   for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope) {
     const auto found = scope->tables.find(folded);
@@ -114,43 +162,42 @@ void Catalog::DropTemporary(const TablePtr& table) {
     const TablePtr dropped = std::move(found->second);  // `table` may refer to the entry that goes
     Empty(*dropped);
     scope->tables.erase(found);
-    undo_.push_back(Undo{Undo::Kind::kDropped, folded, nullptr, dropped, scope->id});
+    undo_.Add([this, id = scope->id, folded, dropped] {
+      // Its rows are back. When the procedure that made it has ended meanwhile, it is only emptied.
+      if (FindScope(id) == nullptr) return;
+      ForgetPooled(dropped);
+      Put(id, folded, dropped);
+    });
     ToPool(dropped);
-    ++epoch_;
+    ++changes_;
     return;
   }
 }
 
-void Catalog::ReplaceTemporary(const TablePtr& table, const TablePtr& changed) {
+void TemporaryTables::Replace(const TablePtr& table, const TablePtr& changed) {
   const std::string folded = FoldName(table->name);
-  for (Scope& scope : scopes_) {
+  const TablePtr former = table;  // `table` may refer to the entry that changes
+  for (const Scope& scope : scopes_) {
     const auto found = scope.tables.find(folded);
-    if (found == scope.tables.end() || found->second != table) continue;
-    found->second = changed;
-    undo_.push_back(Undo{Undo::Kind::kReplaced, folded, nullptr, table, scope.id});
-    ++epoch_;
+    if (found == scope.tables.end() || found->second != former) continue;
+    undo_.Add([this, id = scope.id, folded, former] { Put(id, folded, former); });
+    Put(scope.id, folded, changed);
   }
 }
 
-// ---- Table variables: no transaction undoes what is in them ----
+// ---- Table variables ----
 
-TablePtr Catalog::TakeVariable(const TablePtr& definition) {
-  Scope& scope = scopes_.back();
-  TablePtr table = FromPool(definition);
+TablePtr TemporaryTables::TakeVariable(const TablePtr& definition) {
+  TablePtr table = FromPool(*definition);
   if (!table) {
-    auto made = std::make_shared<Table>(*definition);
-    const std::string physical = "t" + std::to_string(next_physical_++);
-    made->physical = "temp." + QuoteName(physical);
-    store_.Run(PhysicalDefinition(*made, "temp", physical) + SmallTableText(physical));
-    table = std::move(made);
-    undo_.push_back(Undo{Undo::Kind::kMade, FoldName(table->name), nullptr, table, scope.id});
+    table = Make(*definition);
+    undo_.Add([this, table] { Vanish(table); });
   }
-  scope.tables[FoldName(table->name)] = table;
-  ++epoch_;
+  Put(scopes_.back().id, FoldName(table->name), table);
   return table;
 }
 
-void Catalog::ReleaseVariables() {
+void TemporaryTables::ReleaseVariables() {
   auto& tables = scopes_.back().tables;
   for (auto entry = tables.begin(); entry != tables.end();) {
     if (!entry->second->IsVariable()) {
@@ -160,11 +207,11 @@ void Catalog::ReleaseVariables() {
     Empty(*entry->second);
     ToPool(entry->second);
     entry = tables.erase(entry);
-    ++epoch_;
+    ++changes_;
   }
 }
 
-void Catalog::SaveVariables() {
+void TemporaryTables::SaveVariables() {
   saved_variables_.clear();
   for (const Scope& scope : scopes_) {
     for (const auto& [name, table] : scope.tables) {
@@ -182,9 +229,9 @@ void Catalog::SaveVariables() {
   }
 }
 
-void Catalog::RestoreVariables(const std::vector<TablePtr>& vanished) {
+void TemporaryTables::RestoreVariables() {
   for (const auto& [table, rows] : saved_variables_) {
-    if (std::ranges::find(vanished, table) != vanished.end()) {
+    if (std::ranges::find(vanished_, table) != vanished_.end()) {
       store_.Run(PhysicalDefinition(*table, "temp", table->PhysicalName()));
     } else {
       Empty(*table);
@@ -205,59 +252,13 @@ void Catalog::RestoreVariables(const std::vector<TablePtr>& vanished) {
   saved_variables_.clear();
 }
 
-// ---- Undoing ----
-
-void Catalog::UndoOne(const Undo& undo, std::vector<TablePtr>& vanished) {
-  if (undo.kind == Undo::Kind::kObject) {
-    if (undo.object) {
-      objects_[undo.name] = undo.object;
-    } else {
-      objects_.erase(undo.name);
-    }
-    return;
-  }
-  Scope* scope = FindScope(undo.scope);
-  const bool variable = undo.table->IsVariable();
-  switch (undo.kind) {
-    case Undo::Kind::kTaken:
-      if (scope) scope->tables.erase(undo.name);
-      ToPool(undo.table);
-      break;
-    case Undo::Kind::kMade:
-      // SQLite has dropped it; statements that were prepared to empty it are of no use.
-      vanished.push_back(undo.table);
-      empty_statements_.erase(undo.table->physical);
-      ForgetPooled(undo.table);
-      if (scope && !variable) scope->tables.erase(undo.name);
-      break;
-    case Undo::Kind::kDropped:
-      // Its rows are back. When the procedure that made it has ended meanwhile, it is only emptied.
-      if (!scope) break;
-      ForgetPooled(undo.table);
-      scope->tables[undo.name] = undo.table;
-      break;
-    default:
-      if (scope) scope->tables[undo.name] = undo.table;
-  }
-}
-
-void Catalog::RollBackTo(size_t mark) {
-  std::vector<TablePtr> vanished;
-  while (undo_.size() > mark) {
-    UndoOne(undo_.back(), vanished);
-    undo_.pop_back();
-  }
-  RestoreVariables(vanished);
+void TemporaryTables::FinishRollback() {
+  RestoreVariables();
+  vanished_.clear();
   for (const auto& [definition, tables] : pool_) {
     for (const TablePtr& table : tables) Empty(*table);
   }
-  RestoreNumbers();
-  if (shared_) seen_version_ = seen_data_version_ = -1;
-  ++epoch_;
-}
-
-void Catalog::Forget() {
-  undo_.clear();
+  ++changes_;
 }
 
 }  // namespace tavcc::sql

@@ -1,5 +1,10 @@
 // The bound tree as text.
-#include "embedded/bind/binder.h"
+#include "embedded/bind/describe.h"
+
+#include <span>
+#include <string_view>
+#include <vector>
+
 #include "embedded/bind/function_rules.h"
 #include "embedded/types/stored_conversions.h"
 
@@ -131,6 +136,9 @@ std::string Describe(const BoundExpression& expression) {
       return DescribeLiteral(static_cast<const BoundLiteral&>(expression));
     case BoundExpression::Kind::kVariable:
       return Typed(static_cast<const BoundVariable&>(expression).name, expression.type);
+    case BoundExpression::Kind::kRowParameter:
+      return Typed("row " + std::to_string(static_cast<const BoundRowParameter&>(expression).index),
+                   expression.type);
     case BoundExpression::Kind::kSessionValue:
       return Typed(Word(kSessionValues, static_cast<const BoundSessionValue&>(expression).which),
                    expression.type);

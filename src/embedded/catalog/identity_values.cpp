@@ -1,15 +1,10 @@
-// Identity values: what was given out stays given out, also when its row is rolled back.
-//
-// SQLite keeps the last value of each table in its table sqlite_sequence, which is rolled back like
-// any other.
+#include "embedded/catalog/identity_values.h"
+
 #include <sqlite3.h>
 
-#include <utility>
-
-#include "embedded/catalog/catalog.h"
-
 namespace tavcc::sql {
-int64_t Catalog::Number(const Table& table) const {
+
+int64_t IdentityValues::Last(const Table& table) const {
   const SqliteStatement select =
       store_.Prepare("SELECT seq FROM " + std::string(table.PhysicalSchema()) +
                      "sqlite_sequence WHERE name=" + QuoteText(table.PhysicalName()));
@@ -17,7 +12,7 @@ int64_t Catalog::Number(const Table& table) const {
                                    : NumberBeforeFirst(table);
 }
 
-void Catalog::SetNumber(const Table& table, int64_t number) {
+void IdentityValues::SetLast(const Table& table, int64_t number) {
   if (table.IsStored()) store_.MarkChange();
   const std::string name = QuoteText(table.PhysicalName());
   const std::string sequence = std::string(table.PhysicalSchema()) + "sqlite_sequence";
@@ -27,8 +22,12 @@ void Catalog::SetNumber(const Table& table, int64_t number) {
              std::to_string(number) + ')');
 }
 
-std::unordered_map<std::string, int64_t> Catalog::ReadNumbers() const {
-  std::unordered_map<std::string, int64_t> numbers;
+void IdentityValues::Restart(const Table& table) {
+  if (table.identity_column >= 0) SetLast(table, NumberBeforeFirst(table));
+}
+
+IdentityValues::Numbers IdentityValues::Read() const {
+  Numbers numbers;
   for (const std::string schema : {"main.", "temp."}) {
     const bool any = store_.QueryInteger("SELECT count(*) FROM " + schema +
                                          "sqlite_master WHERE name='sqlite_sequence'") > 0;
@@ -43,39 +42,34 @@ std::unordered_map<std::string, int64_t> Catalog::ReadNumbers() const {
   return numbers;
 }
 
-void Catalog::SaveNumbers() {
-  numbers_ = ReadNumbers();
+void IdentityValues::Save() {
+  saved_ = Read();
 }
 
-void Catalog::KeepNumber(const Table& table, const std::unordered_map<std::string, int64_t>& now) {
+void IdentityValues::Keep(const Table& table, const Numbers& now) {
   if (table.identity_column < 0) return;
-  const auto before = numbers_.find(table.physical);
-  if (before == numbers_.end()) return;
+  const auto before = saved_.find(table.physical);
+  if (before == saved_.end()) return;
   const auto after = now.find(table.physical);
   const int64_t number = after == now.end() ? NumberBeforeFirst(table) : after->second;
-  if (table.IsLaterIdentity(before->second, number)) SetNumber(table, before->second);
+  if (table.IsLaterIdentity(before->second, number)) SetLast(table, before->second);
 }
 
-void Catalog::RestoreNumbers() {
-  if (numbers_.empty()) return;
-  const auto now = ReadNumbers();
+void IdentityValues::Restore(const std::function<void(const TableVisitor&)>& for_each_table) {
+  if (saved_.empty()) return;
+  const Numbers now = Read();
   // A transaction of its own, where the one that was rolled back is gone altogether.
-  const bool alone = shared_ && !store_.InTransaction() && now != numbers_;
+  const bool alone = shared_ && !store_.InTransaction() && now != saved_;
   try {
     if (alone) store_.RunCached("BEGIN IMMEDIATE");
-    for (const auto& [name, object] : objects_) {
-      if (object->table) KeepNumber(*object->table, now);
-    }
-    for (const Scope& scope : scopes_) {
-      for (const auto& [name, table] : scope.tables) KeepNumber(*table, now);
-    }
+    for_each_table([&](const Table& table) { Keep(table, now); });
     if (alone) store_.RunCached("COMMIT");
   } catch (const SqlError&) {
     // The rollback itself is done: numbers that are given out once more are the lesser evil.
     if (!alone) throw;
     if (store_.InTransaction()) store_.RunCached("ROLLBACK");
   }
-  numbers_.clear();
+  saved_.clear();
 }
 
 }  // namespace tavcc::sql

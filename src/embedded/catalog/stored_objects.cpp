@@ -1,0 +1,203 @@
+#include "embedded/catalog/stored_objects.h"
+
+#include <sqlite3.h>
+
+#include <utility>
+
+#include "embedded/catalog/names.h"
+#include "embedded/syntax/parser.h"
+
+namespace tavcc::sql {
+namespace {
+
+std::string ColumnText(sqlite3_stmt* statement, int column) {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+  if (text == nullptr) return {};
+  return std::string(text, static_cast<size_t>(sqlite3_column_bytes(statement, column)));
+}
+
+void BindText(sqlite3_stmt* statement, int index, const std::string& text) {
+  sqlite3_bind_text(statement, index, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
+}
+
+// Of a definition that is not one of ours.
+struct UnknownDefinition {};
+
+TablePtr TableFromText(const Batch& batch) {
+  const auto& create = static_cast<const CreateTableStatement&>(*batch.statements.at(0));
+  auto table = BuildTable(create.name.last(), create.definition);
+  for (size_t i = 1; i < batch.statements.size(); ++i) {
+    if (batch.statements[i]->kind != Statement::Kind::kCreateIndex) throw UnknownDefinition{};
+    AddIndex(*table, static_cast<const CreateIndexStatement&>(*batch.statements[i]));
+  }
+  table->physical = "main." + QuoteName(table->name);
+  return table;
+}
+
+std::shared_ptr<CatalogObject> ReadObject(int64_t id, const std::string& name,
+                                          const std::string& definition) {
+  auto object = std::make_shared<CatalogObject>();
+  object->id = id;
+  object->name = name;
+  object->definition = definition;
+  auto batch = std::make_shared<Batch>(ParseBatch(definition));
+  if (batch->statements.empty()) throw UnknownDefinition{};
+  Statement* first = batch->statements.at(0).get();
+  switch (first->kind) {
+    case Statement::Kind::kCreateTable:
+      object->table = TableFromText(*batch);
+      break;
+    case Statement::Kind::kCreateView: {
+      auto view = std::make_shared<View>();
+      view->name = name;
+      view->statement = std::shared_ptr<const CreateViewStatement>(
+          batch, static_cast<const CreateViewStatement*>(first));
+      object->view = std::move(view);
+      break;
+    }
+    case Statement::Kind::kCreateProcedure: {
+      auto procedure = std::make_shared<Procedure>();
+      procedure->name = name;
+      procedure->text = batch;
+      procedure->statement = static_cast<const CreateProcedureStatement*>(first);
+      object->procedure = std::move(procedure);
+      break;
+    }
+    default:
+      throw UnknownDefinition{};
+  }
+  return object;
+}
+
+}  // namespace
+
+StoredObjects::StoredObjects(SqliteConnection& store, bool shared, UndoLog& undo)
+    : store_(store), shared_(shared), undo_(undo) {
+  if (shared_) data_version_ = store_.Prepare("PRAGMA main.data_version");
+  Refresh();
+  if (!shared_) Load();
+}
+
+std::string StoredObjects::NewStoreText() {
+  return "CREATE TABLE main.\"tavcc.objects\"(id INTEGER PRIMARY KEY AUTOINCREMENT,"
+         "name TEXT NOT NULL UNIQUE COLLATE NOCASE,definition TEXT NOT NULL);"
+         "CREATE TABLE main.\"tavcc.version\"(version INTEGER NOT NULL);"
+         "INSERT INTO main.\"tavcc.version\" VALUES(1);";
+}
+
+CatalogObjectPtr StoredObjects::Find(const std::string& name) const {
+  const auto found = objects_.find(FoldName(name));
+  return found == objects_.end() ? nullptr : found->second;
+}
+
+void StoredObjects::ForEachTable(const TableVisitor& visit) const {
+  for (const auto& [name, object] : objects_) {
+    if (object->table) visit(*object->table);
+  }
+}
+
+void StoredObjects::Refresh() {
+  if (!shared_) return;
+  store_.Step(data_version_.get());
+  const int64_t data_version = sqlite3_column_int64(data_version_.get(), 0);
+  sqlite3_reset(data_version_.get());
+  if (data_version == seen_data_version_) return;
+  seen_data_version_ = data_version;
+  const int64_t version = store_.QueryInteger("SELECT version FROM main.\"tavcc.version\"");
+  if (version == seen_version_) return;
+  seen_version_ = version;
+  Load();
+}
+
+void StoredObjects::ForgetVersions() {
+  if (shared_) seen_version_ = seen_data_version_ = -1;
+}
+
+void StoredObjects::Load() {
+  std::unordered_map<std::string, CatalogObjectPtr> objects;
+  const SqliteStatement rows =
+      store_.Prepare("SELECT id,name,definition FROM main.\"tavcc.objects\" ORDER BY id");
+  while (store_.Step(rows.get())) {
+    const int64_t id = sqlite3_column_int64(rows.get(), 0);
+    const std::string name = ColumnText(rows.get(), 1);
+    const std::string definition = ColumnText(rows.get(), 2);
+    const CatalogObjectPtr known = Find(name);
+    if (known && known->id == id && known->definition == definition) {
+      objects[FoldName(name)] = known;
+      continue;
+    }
+    const std::string damage = "the definition of " + name + " in its catalog cannot be read";
+    try {
+      objects[FoldName(name)] = ReadObject(id, name, definition);
+    } catch (const SqlError&) {
+      throw store_.Damage(damage);
+    } catch (const UnknownDefinition&) {
+      throw store_.Damage(damage);
+    }
+  }
+  objects_ = std::move(objects);
+  ++changes_;
+}
+
+void StoredObjects::RequireFree(const std::string& name) const {
+  if (Find(name)) Raise(2714, name);
+}
+
+void StoredObjects::BumpVersion() {
+  store_.Run("UPDATE main.\"tavcc.version\" SET version=version+1");
+  if (shared_) {
+    seen_version_ = store_.QueryInteger("SELECT version FROM main.\"tavcc.version\"");
+  }
+}
+
+void StoredObjects::Set(const std::string& folded, CatalogObjectPtr object) {
+  const auto put = [this, folded](CatalogObjectPtr now) {
+    if (now) {
+      objects_[folded] = std::move(now);
+    } else {
+      objects_.erase(folded);
+    }
+    ++changes_;
+  };
+  const auto before = objects_.find(folded);
+  undo_.Add([put, former = before == objects_.end() ? nullptr : before->second] { put(former); });
+  put(std::move(object));
+}
+
+// Writes the object's row, a new one when it has no id yet.
+void StoredObjects::Write(std::shared_ptr<CatalogObject> object) {
+  const SqliteStatement statement = store_.Prepare(
+      "INSERT INTO main.\"tavcc.objects\"(id,name,definition) VALUES(?1,?2,?3) "
+      "ON CONFLICT(id) DO UPDATE SET definition=excluded.definition");
+  if (object->id != 0) sqlite3_bind_int64(statement.get(), 1, object->id);
+  BindText(statement.get(), 2, object->name);
+  BindText(statement.get(), 3, object->definition);
+  store_.Step(statement.get());
+  if (object->id == 0) object->id = sqlite3_last_insert_rowid(store_.handle());
+  BumpVersion();
+  const std::string folded = FoldName(object->name);
+  Set(folded, std::move(object));
+}
+
+void StoredObjects::Put(const TablePtr& table) {
+  const CatalogObjectPtr known = Find(table->name);
+  auto object = std::make_shared<CatalogObject>();
+  object->id = known ? known->id : 0;
+  object->name = known ? known->name : table->name;
+  object->definition = table->definition;
+  object->table = table;
+  Write(std::move(object));
+}
+
+void StoredObjects::Add(const std::string& name, const std::string& definition) {
+  RequireFree(name);
+  Write(ReadObject(0, name, definition));
+}
+
+void StoredObjects::Drop(const CatalogObject& object) {
+  store_.Run("DELETE FROM main.\"tavcc.objects\" WHERE id=" + std::to_string(object.id));
+  BumpVersion();
+  Set(FoldName(object.name), nullptr);
+}
+
+}  // namespace tavcc::sql
