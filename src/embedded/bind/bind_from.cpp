@@ -19,23 +19,19 @@ void MakeNullable(BoundFrom& from) {
   if (from.right) MakeNullable(*from.right);
 }
 
-BoundFromPtr Single(std::unique_ptr<BoundSource> source) {
-  auto from = std::make_unique<BoundFrom>();
-  from->source = std::move(source);
-  return from;
-}
-
-void NameColumns(BoundSource& source, const std::vector<std::string>& names) {
+// `what`: the name of the source in messages.
+void NameColumns(BoundSource& source, const std::string& what,
+                 const std::vector<std::string>& names) {
   if (!names.empty()) {
-    if (names.size() < source.columns.size()) Raise(8158, source.alias);
-    if (names.size() > source.columns.size()) Raise(8159, source.alias);
+    if (names.size() < source.columns.size()) Raise(8158, what);
+    if (names.size() > source.columns.size()) Raise(8159, what);
     for (size_t i = 0; i < names.size(); ++i) source.columns[i].name = names[i];
   }
   for (size_t i = 0; i < source.columns.size(); ++i) {
     const std::string& name = source.columns[i].name;
-    if (name.empty()) Raise(8155, static_cast<int64_t>(i) + 1, source.alias);
+    if (name.empty()) Raise(8155, static_cast<int64_t>(i) + 1, what);
     for (size_t j = 0; j < i; ++j) {
-      if (SameName(source.columns[j].name, name)) Raise(8156, name, source.alias);
+      if (SameName(source.columns[j].name, name)) Raise(8156, name, what);
     }
   }
 }
@@ -106,6 +102,9 @@ BoundFromPtr Binder::BindSource(const TableSource& source, const Scope* parent, 
 
 BoundFromPtr Binder::BindNamed(const NamedTable& named) {
   const std::string& alias = named.alias.empty() ? named.name.last() : named.alias;
+  if (const CommonTable* common = FindCommonTable(named.name)) {
+    return BindCommonTable(*common, alias);
+  }
   if (catalog_.FindTable(named.name)) return BindTable(RequireTable(named.name), alias);
   const CatalogObjectPtr object = catalog_.Find(named.name);
   if (!object || !object->view) RequireTable(named.name);
@@ -120,7 +119,19 @@ BoundFromPtr Binder::BindTable(const TablePtr& table, const std::string& alias) 
   for (const Column& column : table->columns) {
     source->columns.push_back({column.name, column.type, column.nullable, column.identity});
   }
-  return Single(std::move(source));
+  auto from = std::make_unique<BoundFrom>();
+  from->source = std::move(source);
+  return from;
+}
+
+BoundFromPtr Binder::FinishSource(std::unique_ptr<BoundSource> source, const std::string& name,
+                                  const std::vector<std::string>& columns,
+                                  const std::string& alias) {
+  NameColumns(*source, name, columns);
+  source->alias = alias;
+  auto from = std::make_unique<BoundFrom>();
+  from->source = std::move(source);
+  return from;
 }
 
 // A view is its text in its place. It sees nothing of the statement: no variables, no outer names.
@@ -129,25 +140,25 @@ BoundFromPtr Binder::BindView(const View& view, const std::string& alias) {
   ++views_;
   const auto variables = std::exchange(variables_, {});
   auto* const aggregates = std::exchange(aggregates_, nullptr);
+  const auto common_tables = std::exchange(common_tables_, {});
+  auto* const recursion = std::exchange(recursion_, nullptr);
   auto source = std::make_unique<BoundSource>();
-  source->alias = alias;
   source->is_view = true;
   source->query = BindInner(*view.statement->query, nullptr);
   variables_ = variables;
   aggregates_ = aggregates;
+  common_tables_ = common_tables;
+  recursion_ = recursion;
   --views_;
   source->columns = source->query->columns;
-  NameColumns(*source, view.statement->columns);
-  return Single(std::move(source));
+  return FinishSource(std::move(source), alias, view.statement->columns, alias);
 }
 
 BoundFromPtr Binder::BindDerived(const DerivedTable& derived, const Scope* parent) {
   auto source = std::make_unique<BoundSource>();
-  source->alias = derived.alias;
   source->query = BindInner(*derived.query, parent);
   source->columns = source->query->columns;
-  NameColumns(*source, derived.columns);
-  return Single(std::move(source));
+  return FinishSource(std::move(source), derived.alias, derived.columns, derived.alias);
 }
 
 BoundFromPtr Binder::BindJoin(const JoinedTable& join, const Scope* parent, Scope& visible) {

@@ -64,13 +64,19 @@ void DescribeColumns(BoundQuery& query) {
 }  // namespace
 
 BoundQueryPtr Binder::BindQuery(const Query& query) {
+  max_recursion_ = query.with.max_recursion;
   return BindQuery(query, nullptr);
 }
 
 BoundQueryPtr Binder::BindQuery(const Query& query, const Scope* parent) {
+  if (!query.with.tables.empty()) EnterWith(query.with);
   auto* const outer = std::exchange(aggregates_, nullptr);
+  if (recursion_ != nullptr) ++recursion_->depth;
   auto bound = query.block ? BindBlock(query, parent) : BindSetOperation(query, parent);
+  if (recursion_ != nullptr) --recursion_->depth;
   aggregates_ = outer;
+  const bool reads = !query.block || !query.block->from.empty();
+  if (!query.with.tables.empty() && !common_table_used_ && !reads) Raise(422);
   return bound;
 }
 

@@ -26,8 +26,8 @@ struct BaseColumn {
 
 BaseColumn Resolve(const BoundSource& source, int column) {
   if (source.table) return {&source, column};
-  if (!source.query->select) return {};
-  const auto& item = *source.query->select->items[static_cast<size_t>(column)].expression;
+  if (source.block() == nullptr) return {};
+  const auto& item = *source.block()->items[static_cast<size_t>(column)].expression;
   if (item.kind != BoundExpression::Kind::kColumn) return {};
   const auto& inner = static_cast<const BoundColumn&>(item);
   return Resolve(*inner.source, inner.column);
@@ -48,17 +48,15 @@ BoundExpressionPtr RowNumberIn(BoundFrom& from, const BoundSource& base,
   if (&source == &base) {
     return std::make_unique<BoundColumn>(source, BoundColumn::kRowNumber);
   }
-  if (source.table || !source.query->select || !source.query->select->from) return nullptr;
+  if (source.block() == nullptr || !source.block()->from) return nullptr;
   bool inside = false;
   const auto look = [&](const auto& self, const BoundFrom& inner) -> void {
     ForEachSource(inner, [&](const BoundSource& one) {
       inside = inside || &one == &base;
-      if (one.query && one.query->select && one.query->select->from) {
-        self(self, *one.query->select->from);
-      }
+      if (one.block() != nullptr && one.block()->from) self(self, *one.block()->from);
     });
   };
-  look(look, *source.query->select->from);
+  look(look, *source.block()->from);
   if (!inside) return nullptr;
   const int column = AddRowNumber(source, base, target);
   return std::make_unique<BoundColumn>(source, column);
@@ -78,8 +76,8 @@ int AddRowNumber(BoundSource& source, const BoundSource& base, const BoundSource
 // The one table that the rows of `source` come from.
 const BoundSource& OnlyBase(const BoundSource& source, const BoundSource& target) {
   if (source.table) return source;
-  if (!source.query->select) Refuse(target, Refusal::kUnion);
-  const BoundSelect& select = *source.query->select;
+  if (source.block() == nullptr) Refuse(target, Refusal::kUnion);
+  const BoundSelect& select = *source.block();
   if (select.grouped || select.distinct) Refuse(target, Refusal::kGrouped);
   if (!select.from) Refuse(target, Refusal::kDerivedColumn);
   if (!select.from->source) Refuse(target, Refusal::kSeveralTables);

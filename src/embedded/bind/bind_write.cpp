@@ -79,6 +79,7 @@ BoundExpressionPtr Binder::Assign(const Table& table, int index, BoundExpression
 }
 
 TablePtr Binder::BindInsertTarget(const InsertStatement& insert, std::vector<std::string>& names) {
+  if (FindCommonTable(insert.table)) RaiseUnsupported("INSERT into a common table expression");
   if (!catalog_.FindTable(insert.table)) {
     const CatalogObjectPtr object = catalog_.Find(insert.table);
     if (object && object->view) return BindViewColumns(insert.table, object, names);
@@ -110,6 +111,8 @@ void Binder::BindInsertColumns(const std::vector<std::string>& names, bool ident
 
 BoundInsert Binder::BindInsert(const InsertStatement& insert, bool identity_insert) {
   BoundInsert bound;
+  EnterWith(insert.with);
+  max_recursion_ = insert.with.max_recursion;
   std::vector<std::string> names = insert.columns;
   bound.table = BindInsertTarget(insert, names);
   if (insert.rows.empty() && !insert.query) {
@@ -119,7 +122,7 @@ BoundInsert Binder::BindInsert(const InsertStatement& insert, bool identity_inse
   BindInsertColumns(names, identity_insert, bound);
   bound.explicit_identity = Contains(bound.columns, bound.table->identity_column);
   if (insert.query) {
-    bound.query = BindQuery(*insert.query);
+    bound.query = BindQuery(*insert.query, nullptr);
     ConvertQueryRows(bound, insert.columns.empty());
   } else {
     BindInsertValues(insert, bound);
@@ -229,7 +232,8 @@ template <class StatementType, class Bound>
 Binder::Scope Binder::BindTarget(const StatementType& statement, Bound& bound) {
   Scope scope;
   if (!statement.from.empty()) bound.from = BindFrom(statement.from, nullptr, scope);
-  TablePtr table = catalog_.FindTable(statement.target);
+  const TablePtr table =
+      FindCommonTable(statement.target) ? nullptr : catalog_.FindTable(statement.target);
   if (bound.from) bound.target = FindTarget(*bound.from, statement.target, table);
   if (bound.target == nullptr) {
     NamedTable named;
@@ -255,6 +259,8 @@ Binder::Scope Binder::BindTarget(const StatementType& statement, Bound& bound) {
 
 BoundUpdate Binder::BindUpdate(const UpdateStatement& update) {
   BoundUpdate bound;
+  EnterWith(update.with);
+  max_recursion_ = update.with.max_recursion;
   const Scope scope = BindTarget(update, bound);
   std::vector<std::string> names;
   for (const Assignment& assignment : update.assignments) {
@@ -298,6 +304,8 @@ BoundUpdate Binder::BindUpdate(const UpdateStatement& update) {
 
 BoundDelete Binder::BindDelete(const DeleteStatement& remove) {
   BoundDelete bound;
+  EnterWith(remove.with);
+  max_recursion_ = remove.with.max_recursion;
   const Scope scope = BindTarget(remove, bound);
   if (!bound.table) {
     BaseColumns(*bound.target, {}, bound.table, bound.row_column);

@@ -149,7 +149,20 @@ class Binder {
   BoundFromPtr BindTable(const TablePtr& table, const std::string& alias);
   BoundFromPtr BindView(const View& view, const std::string& alias);
   BoundFromPtr BindDerived(const DerivedTable& derived, const Scope* parent);
+  // The source, its columns named.
+  BoundFromPtr FinishSource(std::unique_ptr<BoundSource> source, const std::string& name,
+                            const std::vector<std::string>& columns, const std::string& alias);
   BoundFromPtr BindJoin(const JoinedTable& join, const Scope* parent, Scope& visible);
+
+  // bind_common_table.cpp
+  void EnterWith(const WithClause& with);
+  // Null when the name is none of a common table expression in sight.
+  const CommonTable* FindCommonTable(const ObjectName& name) const;
+  BoundFromPtr BindCommonTable(const CommonTable& table, const std::string& alias);
+  BoundQueryPtr BindRecursive(const CommonTable& table);
+  BoundQueryPtr BindRecursiveMember(const CommonTable& table, const Query& member,
+                                    const std::vector<SourceColumn>& columns);
+  BoundFromPtr BindRecursiveReference(const CommonTable& table, const std::string& alias);
 
   // bind_query.cpp
   BoundQueryPtr BindQuery(const Query& query, const Scope* parent);
@@ -216,6 +229,23 @@ class Binder {
   std::span<const TypedValue> literals_;
   BindResult& result_;
   Aggregates* aggregates_ = nullptr;
+  // The common table expressions in sight: the first ones of a WITH.
+  struct CommonTables {
+    const WithClause* with = nullptr;
+    size_t count = 0;
+  };
+  CommonTables common_tables_;
+  bool common_table_used_ = false;
+  int max_recursion_ = 0;  // of the statement
+  // The common table expression that is being bound.
+  struct Recursion {
+    const CommonTable* table = nullptr;
+    // Of one that refers to itself, when its anchor is bound:
+    int id = 0;
+    std::vector<SourceColumn> columns;
+    int depth = 0;  // of the query at hand in the recursive member: 1 is the member itself
+  };
+  Recursion* recursion_ = nullptr;
   int views_ = 0;  // how deep in views
   int bound_ = 0;  // expressions so far
 };

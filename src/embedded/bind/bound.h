@@ -21,6 +21,7 @@ namespace tavcc::sql {
 struct BoundExpression;
 struct BoundCondition;
 struct BoundQuery;
+struct BoundSelect;
 struct BoundSource;
 struct FunctionRule;
 
@@ -279,8 +280,13 @@ struct BoundSource {
   bool is_view = false;
   bool correlated = false;  // whether the statement gave it that name
   TablePtr table;           // or
-  BoundQueryPtr query;
+  BoundQueryPtr query;      // or
+  int recursion = 0;        // the rows of the last step of the recursive query of this number
   std::vector<SourceColumn> columns;
+
+  // The block that a derived table is; null for anything else.
+  const BoundSelect* block() const;
+  BoundSelect* block();
 };
 
 struct BoundFrom {
@@ -331,9 +337,20 @@ struct BoundQuery {
   BoundQueryPtr left, right;
   Query::SetOperator set_operator = Query::SetOperator::kUnion;
   std::vector<BoundOrder> order_by;
+  // Not 0: a recursive query, and its number. `left` is where it begins, `right`, a block or blocks
+  // set together, what follows from each row.
+  int recursion = 0;
+  int max_recursion = 0;              // 0 is no limit
   std::vector<SourceColumn> columns;  // of the result
   bool single_row = false;            // it is known to give one row at most
 };
+
+inline const BoundSelect* BoundSource::block() const {
+  return query ? query->select.get() : nullptr;
+}
+inline BoundSelect* BoundSource::block() {
+  return query ? query->select.get() : nullptr;
+}
 
 // ---- Statements that read or write ----
 

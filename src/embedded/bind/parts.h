@@ -43,13 +43,13 @@ auto Parts(Is<BoundLike> auto& n) { return std::tie(n.negated, n.operand, n.patt
 auto Parts(Is<BoundExists> auto& n) { return std::tie(n.query); }
 auto Parts(Is<BoundIndexFilter> auto& n) { return std::tie(n.source, n.key); }
 
-auto Parts(Is<BoundSource> auto& n) { return std::tie(n.table, n.query); }
+auto Parts(Is<BoundSource> auto& n) { return std::tie(n.table, n.query, n.recursion); }
 auto Parts(Is<BoundFrom> auto& n) { return std::tie(n.join, n.source, n.left, n.right, n.on); }
 auto Parts(Is<BoundItem> auto& n) { return std::tie(n.expression, n.variable); }
 auto Parts(Is<BoundTop> auto& n) { return std::tie(n.percent, n.with_ties, n.count); }
 auto Parts(Is<BoundSelect> auto& n) { return std::tie(n.from, n.distinct, n.top, n.items, n.where, n.group_by, n.having, n.grouped); }
 auto Parts(Is<BoundOrder> auto& n) { return std::tie(n.item, n.descending, n.expression); }
-auto Parts(Is<BoundQuery> auto& n) { return std::tie(n.set_operator, n.select, n.left, n.right, n.order_by); }
+auto Parts(Is<BoundQuery> auto& n) { return std::tie(n.set_operator, n.select, n.left, n.right, n.order_by, n.recursion, n.max_recursion); }
 
 // What else a node carries: where two differ in it alone, they still say the same.
 auto Marks(auto&) { return std::tuple<>(); }
@@ -63,7 +63,9 @@ auto Marks(Is<BoundQuery> auto& n) { return std::tie(n.columns, n.single_row); }
 // clang-format on
 
 template <class T>
-concept HasParts = requires(T& node) { Parts(node); };
+concept HasParts = requires(T& node) {
+  Parts(node);
+};
 
 // Calls use(node) with the node as what its kind says that it is.
 template <Is<BoundExpression> Expression, class Use>

@@ -12,6 +12,7 @@ bool MergesRows(const BoundQuery& query) {
 }  // namespace
 
 std::string Emitter::Query(const BoundQuery& query, bool names) {
+  if (query.recursion != 0) return Recursion(query);
   if (query.select) {
     if (query.select->top.percent || query.select->top.with_ties) return Ranked(query);
     std::string out = Select(*query.select, names, query.select->distinct) + Order(query);
@@ -114,7 +115,9 @@ std::string Emitter::Arm(const BoundQuery& query, bool distinct_rows) {
 }
 
 std::string Emitter::Source(const BoundSource& source) {
-  const std::string what = source.table ? source.table->physical : DerivedTable(*source.query);
+  const std::string what = source.table            ? source.table->physical
+                           : source.recursion != 0 ? RecursionName(source.recursion)
+                                                   : DerivedTable(*source.query);
   return what + " AS " + SourceName(source);
 }
 

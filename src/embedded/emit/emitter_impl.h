@@ -96,6 +96,9 @@ class Emitter {
   // emit_top.cpp
   std::string Ranked(const BoundQuery& query);
   std::string SetOperation(const BoundQuery& query);
+  // emit_recursion.cpp
+  std::string Recursion(const BoundQuery& query);
+  std::string RecursiveMembers(const BoundQuery& members, const BoundQuery& query);
   std::string Arm(const BoundQuery& query, bool distinct_rows);
   std::string Order(const BoundQuery& query);
 
@@ -130,5 +133,7 @@ std::string Joined(std::span<const std::string> conditions, std::string_view wor
 bool NeedsOrderFunction(const SqlType& type);
 
 std::string SourceName(const BoundSource& source);
+// Under which the rows of a recursive query are known.
+std::string RecursionName(int number);
 
 }  // namespace tavcc::sql

@@ -33,8 +33,8 @@ struct ValuePlan final : Plan {
 
 struct InsertPlan final : Plan {
   TablePtr table;
-  std::vector<int> columns;      // that it writes, in their order
-  bool draws_identity = false;   // it writes the identity values itself
+  std::vector<int> columns;     // that it writes, in their order
+  bool draws_identity = false;  // it writes the identity values itself
 };
 
 // UPDATE, DELETE

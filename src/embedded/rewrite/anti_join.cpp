@@ -90,6 +90,7 @@ const BoundQuery* ShownBy(const BoundSelect& select) {
 
 bool ComesApart(const BoundQuery& query) {
   if (!query.order_by.empty()) return false;
+  if (query.recursion != 0) return false;
   if (!query.select) {
     return (query.set_operator == Query::SetOperator::kUnion ||
             query.set_operator == Query::SetOperator::kUnionAll) &&

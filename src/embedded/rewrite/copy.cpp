@@ -57,6 +57,9 @@ std::unique_ptr<BoundSource> TreeCopy::Copy(const BoundSource& source) {
   auto copy = std::make_unique<BoundSource>();
   copy->id = next_source_++;
   CopyInto(*copy, source);
+  if (const auto recursion = recursions_.find(source.recursion); recursion != recursions_.end()) {
+    copy->recursion = recursion->second;
+  }
   copies_[&source] = copy.get();
   return copy;
 }
@@ -90,7 +93,11 @@ BoundConditionPtr TreeCopy::Copy(const BoundCondition& condition) {
 }
 
 BoundQueryPtr TreeCopy::Copy(const BoundQuery& query) {
-  return CopyNode(query);
+  if (query.recursion == 0) return CopyNode(query);
+  const int number = recursions_[query.recursion] = next_source_++;
+  BoundQueryPtr copy = CopyNode(query);
+  copy->recursion = number;
+  return copy;
 }
 
 }  // namespace tavcc::sql

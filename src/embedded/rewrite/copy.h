@@ -42,6 +42,7 @@ class TreeCopy {
   int& next_source_;
   std::unordered_map<const BoundSource*, const BoundSource*> copies_;
   std::unordered_map<const BoundSource*, const BoundSelect*> shown_;
+  std::unordered_map<int, int> recursions_;  // recursive queries by number, and their copies'
 };
 
 }  // namespace tavcc::sql

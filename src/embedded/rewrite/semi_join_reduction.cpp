@@ -68,8 +68,8 @@ bool IsSmall(const BoundSource& source, const BoundCondition* where) {
   ForEachConjunct(
       where, [&](const BoundCondition& conjunct) { named = named || NamesKey(conjunct, source); });
   if (named) return true;
-  if (source.table || !source.query->select || !source.query->select->from) return false;
-  const BoundSelect& select = *source.query->select;
+  if (source.block() == nullptr || !source.block()->from) return false;
+  const BoundSelect& select = *source.block();
   bool small = false;
   ForEachSource(*select.from, [&](const BoundSource& inner) {
     small = small || IsSmall(inner, select.where.get());
@@ -80,7 +80,8 @@ bool IsSmall(const BoundSource& source, const BoundCondition* where) {
 // Whether the derived table is one that SQLite computes as a whole before it joins it.
 bool IsGathered(const BoundSource& source) {
   if (!source.query) return false;
-  return !source.query->select || source.query->select->grouped || source.query->select->distinct;
+  const BoundSelect* const block = source.block();
+  return block == nullptr || block->grouped || block->distinct;
 }
 
 bool IsIn(const BoundFrom& from, const BoundSource* source) {
@@ -170,6 +171,7 @@ BoundQueryPtr SemiJoinReduction::KeysOf(const BoundColumn& column, const BoundCo
 // that nothing can be said before it is.
 bool SemiJoinReduction::ReduceQuery(BoundQuery& query, size_t column, const MakeKeys& keys) {
   if (!query.select) {
+    if (query.recursion != 0) return false;  // rows that are left out are rows not gone on from
     if (query.set_operator != Query::SetOperator::kUnion &&
         query.set_operator != Query::SetOperator::kUnionAll) {
       return false;

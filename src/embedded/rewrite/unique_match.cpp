@@ -61,9 +61,10 @@ bool HasKeyIn(const BoundSource& source, const std::set<int>& columns) {
       return key.kind != Key::Kind::kIndex && Covers(columns, key.columns);
     });
   }
-  if (!source.query->select || !source.query->select->grouped) return false;
-  if (source.query->select->group_by.empty()) return true;
-  const std::vector<int> key = GroupingColumns(*source.query->select);
+  const BoundSelect* const block = source.block();
+  if (block == nullptr || !block->grouped) return false;
+  if (block->group_by.empty()) return true;
+  const std::vector<int> key = GroupingColumns(*block);
   return !key.empty() && Covers(columns, key);
 }
 

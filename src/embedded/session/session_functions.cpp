@@ -139,6 +139,13 @@ void Percent(sqlite3_context* context, int, sqlite3_value** arguments) {
   sqlite3_result_int64(context, static_cast<int64_t>(std::ceil(rows * percent / 100)));
 }
 
+void Recursion(sqlite3_context* context, int, sqlite3_value** arguments) {
+  const int64_t level = sqlite3_value_int64(arguments[0]) + 1;
+  const int64_t most = sqlite3_value_int64(arguments[1]);
+  if (level > most) return Fail(context, MakeError(530, {most}));
+  sqlite3_result_int64(context, level);
+}
+
 struct ScalarState {
   sqlite3_value* value;
 };
@@ -174,6 +181,7 @@ void RegisterSessionFunctions(SessionContext& session) {
   add("s_not_null", 3, NotNull);
   add("s_top", 1, Top);
   add("s_percent", 2, Percent);
+  add("s_recursion", 2, Recursion);
   sqlite3_create_function_v2(database, "s_scalar", 1, SQLITE_UTF8, &session, nullptr, ScalarStep,
                              ScalarFinal, nullptr);
 }

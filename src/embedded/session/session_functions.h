@@ -5,6 +5,7 @@
 //   s_scalar(x)                      aggregate: the one value, NULL for none; 512 for more
 //   s_not_null(x, column, table)     x; 515 for NULL
 //   s_top(n)                         n; 127 below 0
+//   s_recursion(level, most)         level + 1; 530 beyond `most`
 #pragma once
 
 namespace tavcc::sql {

@@ -278,6 +278,19 @@ struct SelectBlock {
   int line = 0;
 };
 
+// name (columns) AS (query), of WITH.
+struct CommonTable {
+  std::string name;
+  std::vector<std::string> columns;  // empty when not given
+  QueryPtr query;
+};
+
+// What stands before a statement, and its OPTION (MAXRECURSION …) behind it.
+struct WithClause {
+  std::vector<CommonTable> tables;  // each sees those before it, and itself
+  int max_recursion = 100;          // 0 is no limit
+};
+
 // A select, or several set together, with the order of the whole.
 struct Query {
   enum class SetOperator : uint8_t { kUnion, kUnionAll, kExcept, kIntersect };
@@ -286,6 +299,7 @@ struct Query {
   QueryPtr left, right;
   SetOperator set_operator = SetOperator::kUnion;
   std::vector<OrderItem> order_by;
+  WithClause with;  // of the query of a SELECT, a view or a cursor
   int line = 0;
 };
 
@@ -337,6 +351,7 @@ struct SelectStatement final : Statement {
 
 struct InsertStatement final : Statement {
   InsertStatement() : Statement(Kind::kInsert) {}
+  WithClause with;
   ObjectName table;
   std::vector<std::string> columns;  // empty when not given
   // One of: rows, query, execute, or none of them for DEFAULT VALUES. A null element of a row is
@@ -355,6 +370,7 @@ struct Assignment {
 
 struct UpdateStatement final : Statement {
   UpdateStatement() : Statement(Kind::kUpdate) {}
+  WithClause with;
   ObjectName target;  // a table, or an alias of `from`
   std::optional<TopClause> top;
   std::vector<Assignment> assignments;
@@ -365,6 +381,7 @@ struct UpdateStatement final : Statement {
 
 struct DeleteStatement final : Statement {
   DeleteStatement() : Statement(Kind::kDelete) {}
+  WithClause with;
   ObjectName target;
   std::optional<TopClause> top;
   std::vector<TableSourcePtr> from;  // the second FROM

@@ -61,6 +61,7 @@ StatementPtr Parser::ParseInsert() {
     insert->query = ParseQuery();
     ParseQueryOption();
   }
+  insert->with = TakeWith();
   return insert;
 }
 
@@ -90,6 +91,7 @@ StatementPtr Parser::ParseUpdate() {
   if (Accept(Keyword::kFROM)) update->from = ParseFromList();
   update->where = ParseOptionalWhere(update->current_of);
   ParseQueryOption();
+  update->with = TakeWith();
   return update;
 }
 
@@ -147,6 +149,7 @@ StatementPtr Parser::ParseDelete() {
   if (Accept(Keyword::kFROM)) statement->from = ParseFromList();
   statement->where = ParseOptionalWhere(statement->current_of);
   ParseQueryOption();
+  statement->with = TakeWith();
   return statement;
 }
 

@@ -77,7 +77,9 @@ StatementPtr Parser::ParseCreateView(int line) {
   Expect(Keyword::kAS);
   const size_t begin = Begin();
   const Constants constants(*this);
+  ParseOptionalWith();
   create->query = ParseQuery();
+  create->query->with = TakeWith();
   create->text = TextBetween(begin, last_.end);
   if (At(Keyword::kWITH)) Unsupported("WITH CHECK OPTION");
   AcceptSemicolons();

@@ -173,11 +173,10 @@ StatementPtr Parser::ParseDeclareCursor(int line) {
   Expect(Keyword::kCURSOR);
   ParseCursorOptions(*declare);
   Expect(Keyword::kFOR);
-  if (!At(Keyword::kSELECT) && !AtSymbol("(")) {
-    if (At(Keyword::kWITH)) Unsupported("common table expressions");
-    Unexpected();
-  }
+  ParseOptionalWith();
+  if (!At(Keyword::kSELECT) && !AtSymbol("(")) Unexpected();
   declare->query = ParseQuery();
+  declare->query->with = TakeWith();
   if (At(Keyword::kFOR) && At(Keyword::kREAD, 1)) {
     Take();
     Take();

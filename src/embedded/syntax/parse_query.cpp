@@ -179,15 +179,4 @@ void Parser::ParseOrderBy(Query& query) {
   if (AtWord("OFFSET")) Unsupported("OFFSET and FETCH in ORDER BY");
 }
 
-// What may follow the query of a statement.
-void Parser::ParseQueryOption() {
-  if (At(Keyword::kFOR)) Unsupported("the FOR clause of SELECT");
-  if (At(Keyword::kCOMPUTE)) Unsupported("COMPUTE");
-  // Query hints choose a plan and change no result.
-  if (At(Keyword::kOPTION) && AtSymbol("(", 1)) {
-    Take();
-    SkipBrackets();
-  }
-}
-
 }  // namespace tavcc::sql

@@ -159,6 +159,9 @@ TableSourcePtr Parser::ParseNamedTable() {
     Take();
     ParseHints(table->hints);
     if (table->alias.empty()) table->alias = ParseOptionalTableAlias();
+  } else if (At(Keyword::kWITH) && AtName(1)) {
+    Take();
+    Fail(336, {Shown(Inside(Peek()))});
   } else if (AtLegacyHints()) {
     ParseHints(table->hints);
   } else if (AtSymbol("(")) {

@@ -4,8 +4,13 @@
 namespace tavcc::sql {
 
 void Parser::AcceptSemicolons() {
-  while (AcceptSymbol(";")) {
-  }
+  while (AcceptSymbol(";")) unterminated_ = false;
+}
+
+// The statement inside of IF, ELSE or WHILE.
+StatementPtr Parser::ParseBranch() {
+  unterminated_ = false;
+  return ParseStatement();
 }
 
 std::vector<StatementPtr> Parser::ParseStatementsToEnd() {
@@ -33,7 +38,7 @@ StatementPtr Parser::ParseStatement() {
   else
     Unexpected();
   first_statement_ = false;
-  AcceptSymbol(";");
+  unterminated_ = !AcceptSymbol(";");
   return statement;
 }
 
@@ -53,6 +58,7 @@ StatementPtr Parser::ParseStatementOf(Keyword keyword) {
       auto select = MakeAt<SelectStatement>(Line());
       select->query = ParseQuery();
       ParseQueryOption();
+      select->query->with = TakeWith();
       return select;
     }
     case Keyword::kINSERT:
@@ -107,7 +113,7 @@ StatementPtr Parser::ParseStatementOf(Keyword keyword) {
     case Keyword::kRAISERROR:
       return ParseRaisError();
     case Keyword::kWITH:
-      Unsupported("common table expressions (WITH)");
+      return ParseWithStatement();
     case Keyword::kGOTO:
       Unsupported("labels and GOTO");
     case Keyword::kMERGE:
@@ -146,6 +152,7 @@ StatementPtr Parser::ParseBegin() {
   if (AtWord("DIALOG") || AtWord("CONVERSATION") || AtWord("ATOMIC"))
     Unsupported("BEGIN " + std::string(Peek().text));
   auto block = MakeAt<BlockStatement>(line);
+  unterminated_ = false;
   AcceptSemicolons();
   do {
     block->statements.push_back(ParseStatement());
@@ -158,15 +165,15 @@ StatementPtr Parser::ParseBegin() {
 StatementPtr Parser::ParseIf() {
   auto statement = MakeAt<IfStatement>(Take().line);
   statement->condition = ParseCondition();
-  statement->then = ParseStatement();
-  if (Accept(Keyword::kELSE)) statement->otherwise = ParseStatement();
+  statement->then = ParseBranch();
+  if (Accept(Keyword::kELSE)) statement->otherwise = ParseBranch();
   return statement;
 }
 
 StatementPtr Parser::ParseWhile() {
   auto statement = MakeAt<WhileStatement>(Take().line);
   statement->condition = ParseCondition();
-  statement->body = ParseStatement();
+  statement->body = ParseBranch();
   return statement;
 }
 

@@ -271,6 +271,7 @@ void Parser::UnexpectedAt(const Token& token) {
     case TokenKind::kEnd:
       FailAt(last_.line, 102, {Shown(Inside(last_))});
     default:
+      if (token.keyword == Keyword::kWITH) FailAt(token.line, 319, {});
       FailAt(token.line, IsReserved(token.keyword) ? 156 : 102, {Shown(Inside(token))});
   }
 }

@@ -9,6 +9,7 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "embedded/error.h"
@@ -129,7 +130,9 @@ class Parser {
   StatementPtr ParseStatement();
   StatementPtr ParseStatementOf(Keyword keyword);
   StatementPtr ParseWordStatement();
+  StatementPtr ParseWithStatement();
   StatementPtr ParseBegin();
+  StatementPtr ParseBranch();
   StatementPtr ParseIf();
   StatementPtr ParseWhile();
   StatementPtr ParseReturn();
@@ -196,6 +199,15 @@ class Parser {
   void ParseTypeArguments(TypeName& type);
   void RequireFirstInBatch(std::string_view what);
 
+  // ---- WITH (parse_with.cpp) ----
+  // Takes a WITH clause, if there is one, for the statement that follows.
+  void ParseOptionalWith();
+  CommonTable ParseCommonTable();
+  // The statement's own, when all of it is parsed.
+  WithClause TakeWith() { return std::exchange(with_, {}); }
+  void ParseQueryOption();
+  void ParseMaxRecursion();
+
   // ---- Queries (parse_query.cpp, parse_source.cpp) ----
   QueryPtr ParseQuery();            // with ORDER BY
   QueryPtr ParseQueryExpression();  // without
@@ -210,7 +222,6 @@ class Parser {
   bool ParseStar(SelectItem& item);
   void ParseOptionalAlias(SelectItem& item);
   void ParseGroupBy(SelectBlock& block);
-  void ParseQueryOption();
   std::vector<TableSourcePtr> ParseFromList();
   TableSourcePtr ParseTableSource();
   TableSourcePtr ContinueJoins(TableSourcePtr left, bool until_on);
@@ -272,6 +283,8 @@ class Parser {
   bool shareable_ = true;
   std::vector<std::string> table_variables_;
   bool first_statement_ = true;
+  bool unterminated_ = false;  // the statement before the present one has no semicolon
+  WithClause with_;            // of the statement at hand
   int depth_ = 0;
   int cases_ = 0;   // around the present place
   int height_ = 0;  // of the tallest tree parsed on the present level

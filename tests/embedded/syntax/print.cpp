@@ -130,8 +130,30 @@ bool Printer::AddProcedural(const Statement& statement) {
   return true;
 }
 
+// The WITH before a statement that changes rows; null for others.
+const WithClause* WithOf(const Statement& statement) {
+  switch (statement.kind) {
+    case Statement::Kind::kInsert:
+      return &As<InsertStatement>(statement).with;
+    case Statement::Kind::kUpdate:
+      return &As<UpdateStatement>(statement).with;
+    case Statement::Kind::kDelete:
+      return &As<DeleteStatement>(statement).with;
+    default:
+      return nullptr;
+  }
+}
+
 void Printer::Add(const Statement& statement) {
   if (AddDefinition(statement) || AddProcedural(statement)) return;
+  const WithClause* const with = WithOf(statement);
+  if (with == nullptr || with->tables.empty()) return AddPlain(statement);
+  AddWith(*with);
+  AddPlain(statement);
+  Close();
+}
+
+void Printer::AddPlain(const Statement& statement) {
   switch (statement.kind) {
     case Statement::Kind::kSelect:
       Add(*As<SelectStatement>(statement).query);

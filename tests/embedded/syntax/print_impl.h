@@ -20,6 +20,7 @@ class Printer {
   void Line() { out_ += out_.empty() ? "" : "\n"; }
 
  private:
+  void AddPlain(const Statement& statement);
   void Gap() {
     if (!out_.empty() && out_.back() != '(' && out_.back() != '\n') out_ += ' ';
   }
@@ -42,6 +43,8 @@ class Printer {
   void Add(const Condition* condition);
   void Add(const TableSource& source);
   void Add(const Query& query);
+  void AddQuery(const Query& query);
+  void AddWith(const WithClause& with);
   void Add(const SelectBlock& block);
   void Add(const SelectItem& item);
   void Add(const TableDefinition& table);

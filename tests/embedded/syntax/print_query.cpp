@@ -74,7 +74,29 @@ void Printer::Add(const SelectBlock& block) {
   Close();
 }
 
+// (with (as name (columns) query) … what it stands before)
+void Printer::AddWith(const WithClause& with) {
+  Open("with");
+  for (const CommonTable& table : with.tables) {
+    Open("as");
+    Word(table.name);
+    if (!table.columns.empty()) Add(table.columns);
+    Add(*table.query);
+    Close();
+  }
+  if (with.max_recursion != WithClause{}.max_recursion) {
+    Word("max-recursion " + std::to_string(with.max_recursion));
+  }
+}
+
 void Printer::Add(const Query& query) {
+  if (query.with.tables.empty()) return AddQuery(query);
+  AddWith(query.with);
+  AddQuery(query);
+  Close();
+}
+
+void Printer::AddQuery(const Query& query) {
   if (!query.order_by.empty()) Open("order");
   if (query.block) {
     Add(*query.block);

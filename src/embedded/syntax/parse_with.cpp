@@ -1,0 +1,84 @@
+// WITH before a statement, and OPTION behind it.
+//
+// A statement that begins with WITH has to be told from the statement before it by a semicolon:
+// behind a table's name, WITH begins the table's hints.
+#include <charconv>
+#include <limits>
+
+#include "embedded/syntax/parser_impl.h"
+
+namespace tavcc::sql {
+namespace {
+
+constexpr int kMostRecursion = 32767;
+
+}  // namespace
+
+StatementPtr Parser::ParseWithStatement() {
+  if (unterminated_) Fail(319, {});
+  ParseOptionalWith();
+  switch (Peek().keyword) {
+    case Keyword::kSELECT:
+    case Keyword::kINSERT:
+    case Keyword::kUPDATE:
+    case Keyword::kDELETE:
+    case Keyword::kMERGE:
+      return ParseStatementOf(Peek().keyword);
+    default:
+      if (AtSymbol("(")) return ParseStatementOf(Keyword::kSELECT);
+      Unexpected();
+  }
+}
+
+void Parser::ParseOptionalWith() {
+  if (!Accept(Keyword::kWITH)) return;
+  if (AtWord("XMLNAMESPACES")) Unsupported("WITH XMLNAMESPACES");
+  do with_.tables.push_back(ParseCommonTable());
+  while (AcceptSymbol(","));
+}
+
+CommonTable Parser::ParseCommonTable() {
+  Nest nest(*this);
+  CommonTable table;
+  table.name = TakeName();
+  if (AtSymbol("(")) table.columns = TakeNameList();
+  Expect(Keyword::kAS);
+  ExpectSymbol("(");
+  if (At(Keyword::kVALUES)) Unsupported("VALUES as a table");
+  table.query = ParseQuery();
+  ExpectSymbol(")");
+  return table;
+}
+
+// What may follow the query of a statement. Hints choose a plan and change no result, but for the
+// depth of recursion.
+void Parser::ParseQueryOption() {
+  if (At(Keyword::kFOR)) Unsupported("the FOR clause of SELECT");
+  if (At(Keyword::kCOMPUTE)) Unsupported("COMPUTE");
+  if (!At(Keyword::kOPTION) || !AtSymbol("(", 1)) return;
+  Take();
+  ExpectSymbol("(");
+  while (!AcceptSymbol(")")) {
+    if (Peek().kind == TokenKind::kEnd) Unexpected();
+    if (AcceptWord("MAXRECURSION")) {
+      ParseMaxRecursion();
+    } else if (AtSymbol("(")) {
+      SkipBrackets();
+    } else {
+      Take();
+    }
+  }
+}
+
+void Parser::ParseMaxRecursion() {
+  if (Peek().kind != TokenKind::kInteger) Unexpected();
+  const std::string_view digits = Peek().text;
+  int64_t most = 0;
+  const auto end = std::from_chars(digits.data(), digits.data() + digits.size(), most);
+  if (end.ec != std::errc() || most > std::numeric_limits<int>::max()) Unexpected();
+  if (most > kMostRecursion) Fail(310, {most, kMostRecursion});
+  with_.max_recursion = static_cast<int>(most);
+  Take();
+}
+
+}  // namespace tavcc::sql
