@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "foundation/conversions.h"
@@ -11,29 +12,15 @@
 #include "scenario/runner.h"
 #include "scenario/values.h"
 #include "tavcc/answer.h"
+#include "tavcc/bills.h"
 #include "tavcc/output.h"
 #include "tavcc/table.h"
 
 namespace tavcc {
 namespace {
 
-// What is not audited yet, but for bill 109: the system made it, and it goes with bill 108.
-constexpr std::string_view kOpenBills =
-    "SELECT FID, FClassTypeID, FBillTypeID, FBillNo, FHeadTable, FPartnerID, FAllAmount,"
-    " FNeutralizeAmount FROM ("
-    "SELECT FID, FClassTypeID, FBillTypeID, FBillNo, 'T_CC_StockBill' AS FHeadTable,"
-    " FCustID+FSupplyID AS FPartnerID, FAllAmount, FNeutralizeAmount FROM T_CC_StockBill"
-    " WHERE FStatus = 0 AND FBillTypeID <> 2032"
-    " UNION ALL "
-    "SELECT FID, FClassTypeID, FBillTypeID, FBillNo, 'T_CC_ZZCX', 0, 0, 0 FROM T_CC_ZZCX"
-    " WHERE FStatus = 0"
-    " UNION ALL "
-    "SELECT FID, FClassTypeID, FBillTypeID, FBillNo, 't_CG_Order', FSupplyID, FAllAmount, 0"
-    " FROM t_CG_Order WHERE FStatus = 0"
-    " UNION ALL "
-    "SELECT FID, FClassTypeID, FBillTypeID, FBillNo, 't_XS_Order', FCustID, FAllAmount, 0"
-    " FROM t_XS_Order WHERE FStatus = 0"
-    ") b ORDER BY FID";
+// The system makes bills of this type, and they go with those they belong to.
+constexpr int32_t kMadeBySystem = 2032;
 
 constexpr std::string_view kAuditedBills =
     "SELECT FID FROM T_CC_StockBill WHERE FStatus = 1 AND FCheckerID = 16394"
@@ -91,9 +78,9 @@ class BatchStory {
   Json Rows(std::string_view sql) { return JsonFromRows(*Query(sql), RowForm::kArrays); }
   Json State() { return {Rows(kStock), Rows(kBalances), Rows(kStates), Rows(kOrderQuantities)}; }
   StockRows Stock();
-  Json OpenBills();
-  Json AuditedBills(const Json& bills);
-  Json Audit(const Json& bills, int check_type);
+  std::vector<Bill> OpenBills();
+  std::vector<Bill> AuditedBills(const std::vector<Bill>& bills);
+  Json Audit(const std::vector<Bill>& bills, int check_type);
   void PrintAnswer(const Json& answer);
   void PrintStock(const StockRows& before, const StockRows& after);
   void CheckLedgerHolds();
@@ -115,46 +102,35 @@ StockRows BatchStory::Stock() {
   return stock;
 }
 
-Json BatchStory::OpenBills() {
-  Json bills = Json::array();
-  const RecordsetPtr rows = Query(kOpenBills);
-  for (; !rows->AtEnd(); rows->MoveNext()) {
-    bills.push_back(
-        {{"ClassTypeID", ToLong(rows->Field("FClassTypeID"))},
-         {"BillInterID", ToLong(rows->Field("FID"))},
-         {"BillType", ToLong(rows->Field("FBillTypeID"))},
-         {"BillTypeID", ToLong(rows->Field("FBillTypeID"))},
-         {"HeadTableName", ToText(rows->Field("FHeadTable"))},
-         {"BillNo", ToText(rows->Field("FBillNo"))},
-         {"CustOrSupplyID", ToLong(rows->Field("FPartnerID"))},
-         {"AllAmount", {{"decimal", ToText(rows->Field("FAllAmount"))}}},
-         {"FNeutralizeAmount", {{"decimal", ToText(rows->Field("FNeutralizeAmount"))}}}});
-  }
+std::vector<Bill> BatchStory::OpenBills() {
+  std::vector<Bill> bills = FindBills(erp_, {.status = 0});
+  std::erase_if(bills, [](const Bill& bill) { return bill.bill_type == kMadeBySystem; });
   return bills;
 }
 
 // Those of the bills that are audited now, the last first: what one bill brought in may have been
 // issued by a later one.
-Json BatchStory::AuditedBills(const Json& bills) {
+std::vector<Bill> BatchStory::AuditedBills(const std::vector<Bill>& bills) {
   std::vector<int32_t> audited;
   const RecordsetPtr rows = Query(kAuditedBills);
   for (; !rows->AtEnd(); rows->MoveNext()) audited.push_back(ToLong(rows->Field(0)));
-  Json reversed = Json::array();
-  for (size_t i = bills.size(); i-- > 0;) {
-    const auto id = bills[i]["BillInterID"].get<int32_t>();
-    if (std::find(audited.begin(), audited.end(), id) != audited.end())
-      reversed.push_back(bills[i]);
-  }
+  std::vector<Bill> reversed(bills.rbegin(), bills.rend());
+  std::erase_if(reversed, [&](const Bill& bill) {
+    return std::find(audited.begin(), audited.end(), bill.id) == audited.end();
+  });
   return reversed;
 }
 
-Json BatchStory::Audit(const Json& bills, int check_type) {
+Json BatchStory::Audit(const std::vector<Bill>& bills, int check_type) {
   const MethodName name = FindMethodByName("PublicSysInfo.AuditBill");
-  const Json arguments = {{"billVect", bills}, {"CheckType", check_type}, {"BatchCheck", true}};
-  const Answer answer = CallInTransaction(
-      erp_, *name.cls, *name.method,
-      MakeArguments({erp_.host(), erp_.dsn(), erp_.connection()}, *name.method, arguments),
-      options_.trace ? StatementObserver(TraceStatement) : nullptr);
+  std::vector<Value> arguments =
+      MakeArguments({erp_.host(), erp_.dsn(), erp_.connection()}, *name.method,
+                    Json{{"CheckType", check_type}, {"BatchCheck", true}});
+  const auto vector = ToObject<Vector>(arguments.front());
+  for (const Bill& bill : bills) vector->Add(BillDictionary(erp_.host(), bill));
+  const Answer answer =
+      CallInTransaction(erp_, *name.cls, *name.method, std::move(arguments),
+                        options_.trace ? StatementObserver(TraceStatement) : nullptr);
   if (answer.verdict == Exit::kFailed) {
     throw CommandError(fmt::format(
         "the batch failed and was undone: {}",
@@ -207,7 +183,7 @@ Json BatchStory::Tell() {
   const bool print = !options_.json;
   const Json before = State();
   const StockRows stock_before = Stock();
-  const Json bills = OpenBills();
+  const std::vector<Bill> bills = OpenBills();
   if (print) {
     Print(fmt::format(
         "The sample company's {} open bills, of every kind, are audited in one call.\n\n",
@@ -222,7 +198,7 @@ Json BatchStory::Tell() {
     PrintStock(stock_before, Stock());
   }
 
-  const Json to_undo = AuditedBills(bills);
+  const std::vector<Bill> to_undo = AuditedBills(bills);
   if (print) Print(fmt::format("The bills that passed are un-audited, the last first.\n\n"));
   const Json undone = Audit(to_undo, -1);
   CheckLedgerHolds();
