@@ -384,6 +384,8 @@ class Choosing(ExplainCase):
                           "no bill has the number XS999999")
         self.assert_error(tavcc("explain", "XS260301", "XS999999", "--db", self.db),
                           "no bill has the number XS999999")
+        self.assert_error(tavcc("explain", "", "--db", self.db), 'no bill has the number ""')
+        self.assert_error(tavcc("explain", "--id", "0", "--db", self.db), "no bill has id 0")
         self.assert_error(tavcc("explain", "O'Hara", "--db", self.db),
                           "no bill has the number O'Hara")
 
@@ -469,7 +471,7 @@ class Text(ExplainCase):
         self.assertNotIn("downstream", text, "a gate that is for other bills")
 
     def test_everything(self):
-        text = self.text("XS260301", "--trace")
+        text = self.text("XS260301", "--full")
         self.assertIn("Select FStatus, FVoucherID,FDate,FBillerID From T_CC_StockBill where FID=112",
                       text)
         self.assertIn("not asked", text)

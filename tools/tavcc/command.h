@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -56,9 +57,10 @@ struct SqlOptions {
 
 struct ExplainOptions {
   std::vector<std::string> numbers;  // of bills
-  int32_t class_type = 0;            // 0: any
-  int32_t id = 0;                    // 0: any
+  std::optional<int32_t> class_type;
+  std::optional<int32_t> id;
   bool un_audit = false;
+  bool full = false;  // statement and rows of every gate
   int16_t user = HostSettings().user_id;
   std::string html_file;  // empty: none is written
 };

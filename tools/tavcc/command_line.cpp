@@ -52,6 +52,7 @@ void DescribeExplain(CLI::App& app, CommandLine& line) {
   app.add_option("--class", line.explain.class_type, "Only a bill of this class")->type_name("ID");
   app.add_option("--id", line.explain.id, "Only the bill with this id")->type_name("ID");
   app.add_flag("--un-audit", line.explain.un_audit, "Why it may or may not be un-audited");
+  app.add_flag("--full", line.explain.full, "Statement and rows of every gate");
   app.add_option("--html", line.explain.html_file, "Also write a page of it")->type_name("FILE");
   app.add_option("--user", line.explain.user, "The current user's id")->capture_default_str();
 }

@@ -250,15 +250,19 @@ Exit VerdictOfRungs(const std::vector<Rung>& rungs) {
 BillFilter FilterOf(const ExplainOptions& options, const std::string* number) {
   BillFilter filter;
   if (number != nullptr) filter.number = *number;
-  if (options.class_type != 0) filter.class_type = options.class_type;
-  if (options.id != 0) filter.id = options.id;
+  filter.class_type = options.class_type;
+  filter.id = options.id;
   return filter;
+}
+
+std::string Named(const std::string& number) {
+  return number.empty() ? "\"\"" : number;
 }
 
 std::string ChoiceText(const BillFilter& filter) {
   std::string text;
   const auto add = [&](const std::string& part) { text += (text.empty() ? "" : " and ") + part; };
-  if (filter.number) add(fmt::format("the number {}", *filter.number));
+  if (filter.number) add(fmt::format("the number {}", Named(*filter.number)));
   if (filter.class_type) add(fmt::format("class {}", *filter.class_type));
   if (filter.id) add(fmt::format("id {}", *filter.id));
   return text;
@@ -310,7 +314,7 @@ Explanation Explain(Erp& erp, const Bill& bill, int16_t direction) {
 }
 
 Exit ExplainCommand(const CommonOptions& common, const ExplainOptions& options) {
-  if (options.numbers.empty() && options.id == 0) {
+  if (options.numbers.empty() && !options.id) {
     throw CommandError("which bill? give its number, or --id N with --class N");
   }
   const auto erp = OpenDatabase(common);
@@ -334,7 +338,7 @@ Exit ExplainCommand(const CommonOptions& common, const ExplainOptions& options) 
   std::string text;
   for (const Explanation& explanation : explanations) {
     if (!text.empty()) text += "\n\n";
-    text += ExplanationText(explanation, common.trace);
+    text += ExplanationText(explanation, options.full);
   }
   Print(text);
   return verdict;
