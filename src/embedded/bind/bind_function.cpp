@@ -12,15 +12,6 @@ namespace {
 
 constexpr SqlType kInt = Type(TypeKind::kInt);
 
-struct AggregateName {
-  std::string_view name;
-  Aggregate aggregate;
-};
-constexpr AggregateName kAggregates[] = {
-    {"SUM", Aggregate::kSum}, {"AVG", Aggregate::kAvg},     {"MIN", Aggregate::kMin},
-    {"MAX", Aggregate::kMax}, {"COUNT", Aggregate::kCount}, {"COUNT_BIG", Aggregate::kCount},
-};
-
 struct SessionFunction {
   std::string_view name;
   SessionValue value;
@@ -41,13 +32,6 @@ struct PartFunction {
 };
 constexpr PartFunction kPartFunctions[] = {
     {"YEAR", DatePart::kYear}, {"MONTH", DatePart::kMonth}, {"DAY", DatePart::kDay}};
-
-template <class Table>
-const auto* FindByName(const Table& table, std::string_view name) {
-  const auto found =
-      std::ranges::find_if(table, [&](const auto& entry) { return SameName(entry.name, name); });
-  return found == std::end(table) ? nullptr : &*found;
-}
 
 void RequireCount(const FunctionExpression& function, size_t least, size_t most) {
   const size_t count = function.arguments.size();
@@ -113,7 +97,9 @@ BoundExpressionPtr Binder::BindFunction(const FunctionExpression& function, cons
   if (function.name.parts.size() > 1) {
     Raise(4121, function.name.parts[0], WrittenName(function.name));
   }
-  if (const auto* aggregate = FindByName(kAggregates, name)) {
+  if (function.over) return BindWindow(function, scope);
+  if (FindWindowFunction(name) != nullptr) Raise(10753, name);
+  if (const AggregateName* aggregate = FindAggregate(name)) {
     return BindAggregate(function, aggregate->aggregate, scope);
   }
   if (function.star || function.distinct) Raise(102, "*");
@@ -155,11 +141,15 @@ BoundExpressionPtr Binder::BindAggregate(const FunctionExpression& function, Agg
   auto bound =
       std::make_unique<BoundAggregate>(aggregate, ResolveAggregate(aggregate, operand->type));
   bound->distinct = function.distinct;
-  // The server computes SUM and AVG of the small whole numbers as int, of real as float.
-  const bool adds = aggregate == Aggregate::kSum || aggregate == Aggregate::kAvg;
-  bound->operand = adds && !IsScaled(bound->type.kind) ? Convert(std::move(operand), bound->type)
-                                                       : std::move(operand);
+  bound->operand = AggregateOperand(aggregate, std::move(operand), bound->type);
   return bound;
+}
+
+// The server computes SUM and AVG of the small whole numbers as int, of real as float.
+BoundExpressionPtr Binder::AggregateOperand(Aggregate aggregate, BoundExpressionPtr operand,
+                                            const SqlType& type) {
+  const bool adds = aggregate == Aggregate::kSum || aggregate == Aggregate::kAvg;
+  return adds && !IsScaled(type.kind) ? Convert(std::move(operand), type) : std::move(operand);
 }
 
 // ISNULL has the type of its first argument; the second is converted to it.

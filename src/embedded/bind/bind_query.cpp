@@ -105,10 +105,14 @@ BoundQueryPtr Binder::BindBlock(const Query& query, const Scope* parent) {
     RequireOwnColumn(*select.group_by.back(), scope.sources);
   }
   aggregates.refusal = 0;
+  aggregates.windows = true;
   BindItems(block, scope, select);
+  aggregates.windows = false;
   if (block.having) select.having = Bind(*block.having, scope);
+  aggregates.windows = true;
   BindOrder(query, scope, *bound);
   aggregates_ = nullptr;
+  select.windowed = aggregates.window_found;
   select.grouped = aggregates.found || !block.group_by.empty() || block.having != nullptr;
   if (select.grouped) CheckGrouping(select, scope, bound->order_by);
   DescribeColumns(*bound);

@@ -104,6 +104,10 @@ class Binder {
     int refusal = 0;  // the error of an aggregate in this place; 0 where it may stand
     bool found = false;
     bool inside = false;  // the operand of an aggregate is being bound
+    // The same for window functions.
+    bool windows = false;  // they may stand in this place
+    bool window_found = false;
+    bool inside_window = false;
   };
 
   // bind_expression.cpp
@@ -123,6 +127,16 @@ class Binder {
   BoundExpressionPtr BindFunction(const FunctionExpression& function, const Scope& scope);
   BoundExpressionPtr BindAggregate(const FunctionExpression& function, Aggregate aggregate,
                                    const Scope& scope);
+  BoundExpressionPtr AggregateOperand(Aggregate aggregate, BoundExpressionPtr operand,
+                                      const SqlType& type);
+  // bind_window.cpp
+  BoundExpressionPtr BindWindow(const FunctionExpression& function, const Scope& scope);
+  void BindWindowArguments(const FunctionExpression& function, BoundWindow& window,
+                           const Scope& scope);
+  BoundExpressionPtr BindWindowArgument(const Expression& argument, size_t position,
+                                        const BoundWindow& window, const Scope& scope);
+  void BindOver(const WindowClause& over, BoundWindow& window, const Scope& scope);
+
   BoundExpressionPtr BindIsNull(const FunctionExpression& function, const Scope& scope);
   BoundExpressionPtr BindCoalesce(const FunctionExpression& function, const Scope& scope);
   BoundExpressionPtr BindNullIf(const FunctionExpression& function, const Scope& scope);

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,20 @@ using BoundExpressionPtr = std::unique_ptr<BoundExpression>;
 using BoundConditionPtr = std::unique_ptr<BoundCondition>;
 using BoundQueryPtr = std::unique_ptr<BoundQuery>;
 
+enum class WindowFunction : uint8_t {
+  kAggregate,
+  kRowNumber,
+  kRank,
+  kDenseRank,
+  kPercentRank,
+  kCumeDist,
+  kNtile,
+  kLag,
+  kLead,
+  kFirstValue,
+  kLastValue,
+};
+
 // ---- Expressions ----
 
 struct BoundExpression {
@@ -45,6 +60,7 @@ struct BoundExpression {
     kCase,
     kSubquery,
     kAggregate,
+    kWindow,
   };
   explicit BoundExpression(Kind k, const SqlType& t = {}, bool n = true)
       : kind(k), type(t), nullable(n) {}
@@ -180,6 +196,26 @@ struct BoundAggregate final : BoundExpression {
   Aggregate aggregate = Aggregate::kCount;
   bool distinct = false;
   BoundExpressionPtr operand;  // null for COUNT(*)
+};
+
+struct BoundOrder {
+  // Either the number of an item (from 0), or an expression of its own.
+  int item = -1;
+  BoundExpressionPtr expression;
+  SqlType type;
+  bool descending = false;
+};
+
+// A function of the rows that OVER (…) says, computed for each row of the block.
+struct BoundWindow final : BoundExpression {
+  explicit BoundWindow(WindowFunction f = WindowFunction::kRowNumber, const SqlType& t = {})
+      : BoundExpression(Kind::kWindow, t, true), function(f) {}
+  WindowFunction function;
+  Aggregate aggregate = Aggregate::kCount;    // of kAggregate
+  std::vector<BoundExpressionPtr> arguments;  // none for COUNT(*)
+  std::vector<BoundExpressionPtr> partition_by;
+  std::vector<BoundOrder> order_by;  // expressions, no items
+  std::optional<WindowFrame> frame;
 };
 
 // ---- Conditions ----
@@ -321,15 +357,8 @@ struct BoundSelect {
   BoundConditionPtr where;
   std::vector<BoundExpressionPtr> group_by;
   BoundConditionPtr having;
-  bool grouped = false;  // GROUP BY, HAVING or an aggregate
-};
-
-struct BoundOrder {
-  // Either the number of an item (from 0), or an expression of its own.
-  int item = -1;
-  BoundExpressionPtr expression;
-  SqlType type;
-  bool descending = false;
+  bool grouped = false;   // GROUP BY, HAVING or an aggregate
+  bool windowed = false;  // a window function is among its items or in its order
 };
 
 struct BoundQuery {

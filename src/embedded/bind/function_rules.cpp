@@ -57,13 +57,43 @@ constexpr auto kRules = std::to_array<FunctionRule>({
 });
 // clang-format on
 
+// clang-format off
+constexpr AggregateName kAggregates[] = {
+    {"SUM",       Aggregate::kSum},
+    {"AVG",       Aggregate::kAvg},
+    {"MIN",       Aggregate::kMin},
+    {"MAX",       Aggregate::kMax},
+    {"COUNT",     Aggregate::kCount},
+    {"COUNT_BIG", Aggregate::kCount},
+};
+
+constexpr WindowRule kWindowFunctions[] = {
+    // Name           Function                        Arguments  Frame
+    {"ROW_NUMBER",    WindowFunction::kRowNumber,     0, 0,      false},
+    {"RANK",          WindowFunction::kRank,          0, 0,      false},
+    {"DENSE_RANK",    WindowFunction::kDenseRank,     0, 0,      false},
+    {"PERCENT_RANK",  WindowFunction::kPercentRank,   0, 0,      false},
+    {"CUME_DIST",     WindowFunction::kCumeDist,      0, 0,      false},
+    {"NTILE",         WindowFunction::kNtile,         1, 1,      false},
+    {"LAG",           WindowFunction::kLag,           1, 3,      false},
+    {"LEAD",          WindowFunction::kLead,          1, 3,      false},
+    {"FIRST_VALUE",   WindowFunction::kFirstValue,    1, 1,      true},
+    {"LAST_VALUE",    WindowFunction::kLastValue,     1, 1,      true},
+};
+// clang-format on
+
 }  // namespace
 
 const FunctionRule* FindFunction(std::string_view name) {
-  for (const FunctionRule& rule : kRules) {
-    if (SameName(rule.name, name)) return &rule;
-  }
-  return nullptr;
+  return FindByName(kRules, name);
+}
+
+const AggregateName* FindAggregate(std::string_view name) {
+  return FindByName(kAggregates, name);
+}
+
+const WindowRule* FindWindowFunction(std::string_view name) {
+  return FindByName(kWindowFunctions, name);
 }
 
 }  // namespace tavcc::sql

@@ -1,8 +1,13 @@
 // The built-in functions: what they take and what they give.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <string_view>
+
+#include "embedded/bind/bound.h"
+#include "embedded/catalog/names.h"
 
 namespace tavcc::sql {
 
@@ -51,6 +56,14 @@ enum class Function : uint8_t {
   kNextIdentity,  // the next identity value, for which the dialect has no name
 };
 
+// The entry of a table that has this name; null when there is none.
+template <class Table>
+const auto* FindByName(const Table& table, std::string_view name) {
+  const auto found =
+      std::ranges::find_if(table, [&](const auto& entry) { return SameName(entry.name, name); });
+  return found == std::end(table) ? nullptr : &*found;
+}
+
 enum class FunctionResult : uint8_t {
   kInt,
   kFloat,
@@ -78,5 +91,20 @@ struct FunctionRule {
 
 // Null when there is no such function.
 const FunctionRule* FindFunction(std::string_view name);
+
+struct AggregateName {
+  std::string_view name;
+  Aggregate aggregate;
+};
+const AggregateName* FindAggregate(std::string_view name);
+
+// A function that always has an OVER.
+struct WindowRule {
+  std::string_view name;
+  WindowFunction function;
+  size_t least, most;  // arguments
+  bool frame;          // it may have a frame
+};
+const WindowRule* FindWindowFunction(std::string_view name);
 
 }  // namespace tavcc::sql

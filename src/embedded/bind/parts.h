@@ -32,6 +32,7 @@ auto Parts(Is<BoundCase::When> auto& n) { return std::tie(n.condition, n.result)
 auto Parts(Is<BoundCase> auto& n) { return std::tie(n.whens, n.otherwise); }
 auto Parts(Is<BoundSubquery> auto& n) { return std::tie(n.query); }
 auto Parts(Is<BoundAggregate> auto& n) { return std::tie(n.aggregate, n.distinct, n.operand); }
+auto Parts(Is<BoundWindow> auto& n) { return std::tie(n.function, n.aggregate, n.arguments, n.partition_by, n.order_by, n.frame); }
 
 auto Parts(Is<BoundComparison> auto& n) { return std::tie(n.op, n.left, n.right); }
 auto Parts(Is<BoundLogical> auto& n) { return std::tie(n.operands); }
@@ -47,7 +48,7 @@ auto Parts(Is<BoundSource> auto& n) { return std::tie(n.table, n.query, n.recurs
 auto Parts(Is<BoundFrom> auto& n) { return std::tie(n.join, n.source, n.left, n.right, n.on); }
 auto Parts(Is<BoundItem> auto& n) { return std::tie(n.expression, n.variable); }
 auto Parts(Is<BoundTop> auto& n) { return std::tie(n.percent, n.with_ties, n.count); }
-auto Parts(Is<BoundSelect> auto& n) { return std::tie(n.from, n.distinct, n.top, n.items, n.where, n.group_by, n.having, n.grouped); }
+auto Parts(Is<BoundSelect> auto& n) { return std::tie(n.from, n.distinct, n.top, n.items, n.where, n.group_by, n.having, n.grouped, n.windowed); }
 auto Parts(Is<BoundOrder> auto& n) { return std::tie(n.item, n.descending, n.expression); }
 auto Parts(Is<BoundQuery> auto& n) { return std::tie(n.set_operator, n.select, n.left, n.right, n.order_by, n.recursion, n.max_recursion); }
 
@@ -98,9 +99,11 @@ auto OnKind(Expression& node, const Use& use) {
     case BoundExpression::Kind::kSubquery:
       return as.template operator()<BoundSubquery>();
     case BoundExpression::Kind::kAggregate:
+      return as.template operator()<BoundAggregate>();
+    case BoundExpression::Kind::kWindow:
       break;
   }
-  return as.template operator()<BoundAggregate>();
+  return as.template operator()<BoundWindow>();
 }
 template <Is<BoundCondition> Condition, class Use>
 auto OnKind(Condition& node, const Use& use) {

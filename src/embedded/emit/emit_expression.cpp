@@ -88,10 +88,15 @@ std::string Emitter::ValueOfKind(const BoundExpression& expression, bool certain
       return Case(static_cast<const BoundCase&>(expression));
     case BoundExpression::Kind::kSubquery:
       return Scalar(*static_cast<const BoundSubquery&>(expression).query);
-    case BoundExpression::Kind::kAggregate:
+    case BoundExpression::Kind::kAggregate: {
+      const auto& aggregate = static_cast<const BoundAggregate&>(expression);
+      return Aggregated(aggregate.aggregate, aggregate.operand.get(), aggregate.type,
+                        aggregate.distinct);
+    }
+    case BoundExpression::Kind::kWindow:
       break;
   }
-  return Aggregated(static_cast<const BoundAggregate&>(expression));
+  return Windowed(static_cast<const BoundWindow&>(expression));
 }
 
 // The left operand of a comparison decides by which collation SQLite compares. Only a column of a
@@ -333,20 +338,22 @@ std::string Emitter::Case(const BoundCase& expression) {
   return out + " END";
 }
 
-std::string Emitter::Aggregated(const BoundAggregate& aggregate) {
-  if (!aggregate.operand) return "count(*)";
-  const SqlType& type = aggregate.operand->type;
-  const std::string distinct = aggregate.distinct ? "DISTINCT " : "";
-  const std::string operand = distinct + InOwnStep([&] { return Collated(*aggregate.operand); });
+std::string Emitter::Aggregated(Aggregate aggregate, const BoundExpression* value,
+                                const SqlType& result, bool distinct, bool over) {
+  if (value == nullptr) return "count(*)";
+  const SqlType& type = value->type;
+  const std::string operand =
+      (distinct ? "DISTINCT " : "") + InOwnStep([&] { return Collated(*value); });
   const bool scaled = IsScaled(type.kind);
-  switch (aggregate.aggregate) {
+  switch (aggregate) {
     case Aggregate::kCount:
       return "count(" + operand + ')';
     case Aggregate::kMin:
     case Aggregate::kMax: {
-      const std::string name = aggregate.aggregate == Aggregate::kMin ? "min" : "max";
+      const std::string name = aggregate == Aggregate::kMin ? "min" : "max";
       const bool by_function = scaled && !AlwaysStoredAsInteger(type);
-      return (by_function ? "t_" + name + "_decimal(" : name + '(') + operand + ')';
+      const std::string function = "t_" + name + (over ? "_decimal_over" : "_decimal");
+      return (by_function ? function : name) + '(' + operand + ')';
     }
     case Aggregate::kSum:
       if (IsApproximate(type.kind)) return "sum(" + operand + ')';
@@ -357,8 +364,8 @@ std::string Emitter::Aggregated(const BoundAggregate& aggregate) {
   }
   if (IsApproximate(type.kind)) return "avg(" + operand + ')';
   if (!scaled) return Failing("t_avg_" + std::string(KindSuffix(type)) + '(' + operand + ')');
-  const std::string shape = Number(DecimalShape(StoredScale(type), 0, aggregate.type));
-  if (!aggregate.distinct) return Failing("t_avg_decimal(" + operand + ',' + shape + ')');
+  const std::string shape = Number(DecimalShape(StoredScale(type), 0, result));
+  if (!distinct) return Failing("t_avg_decimal(" + operand + ',' + shape + ')');
   return Failing("t_div_decimal(t_sum_decimal(" + operand + "),count(" + operand + ")," + shape +
                  ')');
 }

@@ -53,29 +53,28 @@ std::string Emitter::Where(const BoundCondition* where) {
   return where == nullptr ? std::string() : " WHERE " + Condition(*where);
 }
 
+std::string Emitter::OrderKey(const BoundOrder& order, const std::string& value) {
+  const std::string direction = order.descending ? " DESC" : "";
+  if (NeedsOrderFunction(order.type)) {
+    return "t_order_decimal(" + value + ')' + direction + ',' + value + direction;
+  }
+  return value + (IsText(order.type.kind) ? " COLLATE tsql" : "") + direction;
+}
+
 std::string Emitter::Order(const BoundQuery& query) {
   std::string out;
   for (const auto& order : query.order_by) {
     out += out.empty() ? " ORDER BY " : ",";
-    const std::string direction = order.descending ? " DESC" : "";
-    if (!NeedsOrderFunction(order.type)) {
-      out += order.item < 0 ? Expression(*order.expression)
-             : !carried_.empty()
-                 ? Expression(*query.select->items[static_cast<size_t>(order.item)].expression)
-                 : std::to_string(order.item + 1);
-      if (IsText(order.type.kind)) out += " COLLATE tsql";
-      out += direction;
-      continue;
-    }
+    const bool by_value = NeedsOrderFunction(order.type);
     std::string value;
     if (order.item < 0) {
       value = Expression(*order.expression);
-    } else if (query.select) {
+    } else if (query.select && (by_value || !carried_.empty())) {
       value = Expression(*query.select->items[static_cast<size_t>(order.item)].expression);
     } else {
-      value = 'c' + std::to_string(order.item);
+      value = by_value ? 'c' + std::to_string(order.item) : std::to_string(order.item + 1);
     }
-    out += "t_order_decimal(" + value + ')' + direction + ',' + value + direction;
+    out += OrderKey(order, value);
   }
   return out;
 }
@@ -156,6 +155,7 @@ Emitted EmitQuery(const BoundQuery& query) {
 std::string Emitter::OrderedItems(const BoundQuery& query) {
   const BoundSelect& select = *query.select;
   if (select.grouped || select.distinct) RaiseUnsupported("an ordered, grouped assigning SELECT");
+  if (select.windowed) RaiseUnsupported("a window function in an ordered assigning SELECT");
   if (select.top.percent || select.top.with_ties) {
     RaiseUnsupported("PERCENT and WITH TIES in an ordered assigning SELECT");
   }

@@ -18,10 +18,7 @@ std::string Emitter::Ranked(const BoundQuery& query) {
       key = 'o' + std::to_string(i);
       more += ',' + Expression(*order.expression) + " AS " + key;
     }
-    const std::string direction = order.descending ? " DESC" : "";
-    keys += keys.empty() ? "ORDER BY " : ",";
-    if (NeedsOrderFunction(order.type)) keys += "t_order_decimal(" + key + ')' + direction + ',';
-    keys += key + (IsText(order.type.kind) ? " COLLATE tsql" : "") + direction;
+    keys += (keys.empty() ? "ORDER BY " : ",") + OrderKey(order, key);
   }
   std::string out = "SELECT ";
   for (size_t i = 0; i < select.items.size(); ++i) {

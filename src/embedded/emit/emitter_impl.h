@@ -83,7 +83,11 @@ class Emitter {
   std::string NumericCall(const BoundCall& call);
   std::string DataLength(const BoundCall& call);
   std::string Case(const BoundCase& expression);
-  std::string Aggregated(const BoundAggregate& aggregate);
+  std::string Aggregated(Aggregate aggregate, const BoundExpression* operand, const SqlType& type,
+                         bool distinct = false, bool over = false);
+  // emit_window.cpp
+  std::string Windowed(const BoundWindow& window);
+  std::string WindowCall(const BoundWindow& window);
   std::string Operands(const BoundLogical& logical);
   std::string Comparison(const BoundComparison& comparison);
   std::string Like(const BoundLike& like);
@@ -101,6 +105,8 @@ class Emitter {
   std::string RecursiveMembers(const BoundQuery& members, const BoundQuery& query);
   std::string Arm(const BoundQuery& query, bool distinct_rows);
   std::string Order(const BoundQuery& query);
+  // One key of an order: `value` is its text.
+  static std::string OrderKey(const BoundOrder& order, const std::string& value);
 
   // A function of the dialect's that can fail.
   std::string Failing(std::string text) {

@@ -90,8 +90,14 @@ void RegisterFunctions(sqlite3* database, FunctionSession* session) {
   }
   for (const AggregateEntry& entry : AggregateFunctions()) {
     constexpr int kFlags = SQLITE_UTF8 | SQLITE_INNOCUOUS | SQLITE_DETERMINISTIC;
-    Check(sqlite3_create_function_v2(database, entry.name, entry.arguments, kFlags, session,
-                                     nullptr, entry.step, entry.final, nullptr));
+    if (entry.inverse == nullptr) {
+      Check(sqlite3_create_function_v2(database, entry.name, entry.arguments, kFlags, session,
+                                       nullptr, entry.step, entry.final, nullptr));
+    } else {
+      Check(sqlite3_create_window_function(database, entry.name, entry.arguments, kFlags, session,
+                                           entry.step, entry.final, entry.value, entry.inverse,
+                                           nullptr));
+    }
   }
   Check(sqlite3_create_collation_v2(database, "tsql", SQLITE_UTF8, nullptr, Collate, nullptr));
 }

@@ -85,6 +85,10 @@ struct AggregateEntry {
   int arguments;
   ScalarFunction step;
   FinalFunction final;
+  // Of one that may have an OVER, where rows also leave again: takes the rows out that `step` took
+  // in, and gives the value so far. Null for one that has none.
+  ScalarFunction inverse = nullptr;
+  FinalFunction value = nullptr;
 };
 
 std::span<const ScalarEntry> IntegerFunctions();

@@ -97,7 +97,7 @@ bool ComesApart(const BoundQuery& query) {
            ComesApart(*query.left) && ComesApart(*query.right);
   }
   const BoundSelect& select = *query.select;
-  if (select.top || !OnlyLeavesOutEqualRows(select)) return false;
+  if (select.top || select.windowed || !OnlyLeavesOutEqualRows(select)) return false;
   const BoundQuery* shown = ShownBy(select);
   return shown == nullptr || ComesApart(*shown);
 }

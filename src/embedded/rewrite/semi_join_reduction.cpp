@@ -182,7 +182,7 @@ bool SemiJoinReduction::ReduceQuery(BoundQuery& query, size_t column, const Make
     return left && right;
   }
   BoundSelect& select = *query.select;
-  if (select.top) return false;
+  if (select.top || select.windowed) return false;
   const BoundColumn* key = AsColumn(*select.items[column].expression);
   if (key == nullptr || !select.from || !IsIn(*select.from, key->source)) return false;
   if (select.grouped) {

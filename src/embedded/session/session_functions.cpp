@@ -146,6 +146,17 @@ void Recursion(sqlite3_context* context, int, sqlite3_value** arguments) {
   sqlite3_result_int64(context, level);
 }
 
+void Tiles(sqlite3_context* context, int, sqlite3_value** arguments) {
+  const int64_t tiles = sqlite3_value_int64(arguments[0]);  // 0 for NULL
+  if (tiles < 1) return Fail(context, MakeError(4116));
+  sqlite3_result_int64(context, tiles);
+}
+
+void Offset(sqlite3_context* context, int, sqlite3_value** arguments) {
+  if (sqlite3_value_int64(arguments[0]) < 0) return Fail(context, MakeError(8730));
+  sqlite3_result_value(context, arguments[0]);
+}
+
 struct ScalarState {
   sqlite3_value* value;
 };
@@ -182,6 +193,8 @@ void RegisterSessionFunctions(SessionContext& session) {
   add("s_top", 1, Top);
   add("s_percent", 2, Percent);
   add("s_recursion", 2, Recursion);
+  add("s_tiles", 1, Tiles);
+  add("s_offset", 1, Offset);
   sqlite3_create_function_v2(database, "s_scalar", 1, SQLITE_UTF8, &session, nullptr, ScalarStep,
                              ScalarFinal, nullptr);
 }

@@ -6,6 +6,8 @@
 //   s_not_null(x, column, table)     x; 515 for NULL
 //   s_top(n)                         n; 127 below 0
 //   s_recursion(level, most)         level + 1; 530 beyond `most`
+//   s_tiles(n)                       n; 4116 below 1 and for NULL
+//   s_offset(n)                      n; 8730 below 0
 #pragma once
 
 namespace tavcc::sql {

@@ -23,6 +23,7 @@ struct Condition;
 struct TableSource;
 struct Query;
 struct Statement;
+struct WindowClause;
 
 using ExpressionPtr = std::unique_ptr<Expression>;
 using ConditionPtr = std::unique_ptr<Condition>;
@@ -107,6 +108,7 @@ struct FunctionExpression final : Expression {
   std::string date_part;
   bool distinct = false;
   bool star = false;
+  std::unique_ptr<WindowClause> over;  // null when there is no OVER
 };
 
 struct ConvertExpression final : Expression {
@@ -257,6 +259,35 @@ struct SelectItem {
 struct OrderItem {
   ExpressionPtr expression;
   bool descending = false;
+};
+
+// One end of a window frame: ROWS BETWEEN 2 PRECEDING AND CURRENT ROW.
+struct FrameBound {
+  enum class Kind : uint8_t {
+    kUnboundedPreceding,
+    kPreceding,
+    kCurrentRow,
+    kFollowing,
+    kUnboundedFollowing,
+  };
+  Kind kind = Kind::kCurrentRow;
+  int64_t rows = 0;  // of kPreceding and kFollowing
+
+  friend bool operator==(const FrameBound&, const FrameBound&) = default;
+};
+
+struct WindowFrame {
+  bool range = false;  // RANGE, otherwise ROWS
+  FrameBound begin, end;
+
+  friend bool operator==(const WindowFrame&, const WindowFrame&) = default;
+};
+
+// OVER (PARTITION BY … ORDER BY … ROWS …)
+struct WindowClause {
+  std::vector<ExpressionPtr> partition_by;
+  std::vector<OrderItem> order_by;
+  std::optional<WindowFrame> frame;
 };
 
 struct TopClause {

@@ -317,7 +317,10 @@ ExpressionPtr Parser::ParseCallOf(ObjectName name, int line) {
   ExpectSymbol("(");
   ParseArguments(*call);
   ExpectSymbol(")");
-  if (At(Keyword::kOVER)) Unsupported("window functions (OVER)");
+  if ((AtWord("IGNORE") || AtWord("RESPECT")) && AtWord("NULLS", 1)) {
+    Unsupported("IGNORE NULLS and RESPECT NULLS");
+  }
+  if (At(Keyword::kOVER)) call->over = ParseOver();
   if (AtWord("WITHIN")) Unsupported("WITHIN GROUP");
   return call;
 }

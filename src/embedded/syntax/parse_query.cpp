@@ -164,6 +164,11 @@ void Parser::ParseGroupBy(SelectBlock& block) {
     Unsupported("ROLLUP and CUBE");
 }
 
+void Parser::ParseOrderDirection(OrderItem& item) {
+  item.descending = At(Keyword::kDESC);
+  if (At(Keyword::kASC) || At(Keyword::kDESC)) Take();
+}
+
 void Parser::ParseOrderBy(Query& query) {
   if (!At(Keyword::kORDER)) return;
   if (!query.order_by.empty()) Unexpected();
@@ -172,8 +177,7 @@ void Parser::ParseOrderBy(Query& query) {
   do {
     OrderItem item;
     item.expression = ParseListItem();
-    item.descending = At(Keyword::kDESC);
-    if (At(Keyword::kASC) || At(Keyword::kDESC)) Take();
+    ParseOrderDirection(item);
     query.order_by.push_back(std::move(item));
   } while (AcceptSymbol(","));
   if (AtWord("OFFSET")) Unsupported("OFFSET and FETCH in ORDER BY");

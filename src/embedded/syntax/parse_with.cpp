@@ -71,14 +71,20 @@ void Parser::ParseQueryOption() {
 }
 
 void Parser::ParseMaxRecursion() {
-  if (Peek().kind != TokenKind::kInteger) Unexpected();
-  const std::string_view digits = Peek().text;
-  int64_t most = 0;
-  const auto end = std::from_chars(digits.data(), digits.data() + digits.size(), most);
-  if (end.ec != std::errc() || most > std::numeric_limits<int>::max()) Unexpected();
+  const int64_t most = TakeWholeNumber();
   if (most > kMostRecursion) Fail(310, {most, kMostRecursion});
   with_.max_recursion = static_cast<int>(most);
+}
+
+// A number that is part of what the statement says.
+int64_t Parser::TakeWholeNumber() {
+  if (Peek().kind != TokenKind::kInteger) Unexpected();
+  const std::string_view digits = Peek().text;
+  int64_t number = 0;
+  const auto end = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  if (end.ec != std::errc() || number > std::numeric_limits<int>::max()) Unexpected();
   Take();
+  return number;
 }
 
 }  // namespace tavcc::sql

@@ -207,6 +207,7 @@ class Parser {
   WithClause TakeWith() { return std::exchange(with_, {}); }
   void ParseQueryOption();
   void ParseMaxRecursion();
+  int64_t TakeWholeNumber();
 
   // ---- Queries (parse_query.cpp, parse_source.cpp) ----
   QueryPtr ParseQuery();            // with ORDER BY
@@ -216,6 +217,7 @@ class Parser {
   QueryPtr ParseQueryTerm();
   QueryPtr ParseSelectBlock();
   void ParseOrderBy(Query& query);
+  void ParseOrderDirection(OrderItem& item);
   QueryPtr Combine(QueryPtr left, Query::SetOperator op, QueryPtr right);
   std::optional<TopClause> ParseOptionalTop();
   SelectItem ParseSelectItem();
@@ -257,6 +259,11 @@ class Parser {
   ExpressionPtr ToExpression(Parsed parsed);
   ExpressionPtr Binary(BinaryExpression::Operator op, ExpressionPtr left, ExpressionPtr right,
                        int line);
+
+  // ---- OVER (parse_window.cpp) ----
+  std::unique_ptr<WindowClause> ParseOver();
+  WindowFrame ParseFrame();
+  FrameBound ParseFrameBound();
 
   // ---- Conditions (parse_condition.cpp) ----
   ConditionPtr ParseCondition();

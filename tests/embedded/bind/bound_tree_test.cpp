@@ -92,6 +92,18 @@ const Golden kGoldens[] = {
     {"select 1 union select 2.5",
      "(select convert(decimal(11,1), 1:int)) union (select convert(decimal(11,1), "
      "2.5:decimal(2,1)))"},
+    {"with c(x) as (select a from u) select x+1 from c",
+     "select (c.x:int + 1:int):int from (select u.a:int as a from u) as c"},
+    {"with c as (select 1 as n union all select n+1 from c where n<3) select n from c",
+     "select c.n:int as n from ((select 1:int as n) union all (select (c.n:int + 1:int):int from "
+     "recursion as c where c.n:int < 3:int)) as c"},
+    {"select row_number() over (partition by s order by a desc) from t",
+     "select row_number() over (partition by t.s:varchar(5) order by t.a:int desc):bigint from t"},
+    {"select lag(q,1,0) over (order by a) from t",
+     "select lag(t.q:decimal(28,10), convert(bigint, 1:int), convert(decimal(28,10), 0:int)) over "
+     "(order by t.a:int):decimal(28,10) from t"},
+    {"select sum(q) over () from t",
+     "select sum(t.q:decimal(28,10)) over ():decimal(38,10) from t"},
     {"select top 3 a from t order by a desc",
      "select top convert(bigint, 3:int) t.a:int as a from t order by 1 desc"},
     // Changes

@@ -66,10 +66,40 @@ std::string DescribeCase(const BoundCase& expression) {
   return Typed(out + " end", expression.type);
 }
 
+constexpr std::string_view kWindowFunctions[] = {
+    "",      "row_number", "rank", "dense_rank",  "percent_rank", "cume_dist",
+    "ntile", "lag",        "lead", "first_value", "last_value"};
+
+template <class List, class Text>
+std::string DescribeAll(const List& list, const Text& text) {
+  std::string out;
+  for (const auto& element : list) out += (out.empty() ? "" : ", ") + text(element);
+  return out;
+}
+
+std::string DescribeWindow(const BoundWindow& window) {
+  const auto describe = [](const BoundExpressionPtr& expression) { return Describe(*expression); };
+  std::string out = window.function == WindowFunction::kAggregate
+                        ? Word(kAggregates, window.aggregate)
+                        : Word(kWindowFunctions, window.function);
+  out += '(' + DescribeAll(window.arguments, describe) + ") over (";
+  if (!window.partition_by.empty()) {
+    out += "partition by " + DescribeAll(window.partition_by, describe) + ' ';
+  }
+  if (!window.order_by.empty()) {
+    out += "order by " + DescribeAll(window.order_by, [](const BoundOrder& order) {
+             return Describe(*order.expression) + (order.descending ? " desc" : "");
+           });
+  }
+  return Typed(out + ')', window.type);
+}
+
 std::string DescribeFrom(const BoundFrom& from) {
   if (from.source) {
-    const std::string what =
-        from.source->table ? from.source->table->name : '(' + Describe(*from.source->query) + ')';
+    const std::string what = from.source->table ? from.source->table->name
+                             : from.source->recursion != 0
+                                 ? "recursion"
+                                 : '(' + Describe(*from.source->query) + ')';
     return from.source->alias == what ? what : what + " as " + from.source->alias;
   }
   static constexpr std::string_view kJoins[] = {"", "inner join", "left join", "full join",
@@ -167,6 +197,8 @@ std::string Describe(const BoundExpression& expression) {
       return DescribeCase(static_cast<const BoundCase&>(expression));
     case BoundExpression::Kind::kSubquery:
       return '(' + Describe(*static_cast<const BoundSubquery&>(expression).query) + ')';
+    case BoundExpression::Kind::kWindow:
+      return DescribeWindow(static_cast<const BoundWindow&>(expression));
     case BoundExpression::Kind::kAggregate:
       break;
   }

@@ -177,6 +177,28 @@ TEST(Parse, Queries) {
   });
 }
 
+TEST(Parse, CommonTables) {
+  ExpectTrees({
+      {"with c(a) as (select 1) select a from c",
+       "(with (as c (a) (select 1)) (select a (from c)))"},
+      {"with a as (select 1 x), b as (select x from a) insert t select x from b",
+       "(with (as a (select (as x 1))) (as b (select x (from a))) (insert t (select x (from b))))"},
+      {"with c as (select 1 a) delete from c option (maxrecursion 5)",
+       "(with (as c (select (as a 1))) max-recursion 5 (delete c))"},
+  });
+}
+
+TEST(Parse, Windows) {
+  ExpectTrees({
+      {"select row_number() over (order by a) from t",
+       "(select (call row_number (over (order a))) (from t))"},
+      {"select sum(a) over (partition by b order by c desc rows between 2 preceding and current row)",
+       "(select (call sum a (over (partition b) (order (desc c)) (rows before-2 current))))"},
+      {"select max(a) over (order by b range unbounded preceding)",
+       "(select (call max a (over (order b) (range first current))))"},
+  });
+}
+
 TEST(Parse, Changes) {
   ExpectTrees({
       {"insert into t(a,b) values(1,'x'),(2,default)",

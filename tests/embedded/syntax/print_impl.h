@@ -51,6 +51,9 @@ class Printer {
   void Add(const ColumnDefinition& column);
   void AddLiteral(const LiteralExpression& literal);
   void AddCall(const FunctionExpression& call);
+  void AddOver(const WindowClause& over);
+  void Add(const FrameBound& bound);
+  void Add(const OrderItem& item);
   void AddCase(const CaseExpression& expression);
   void AddInCondition(const Condition& condition);
   void AddTop(const std::optional<TopClause>& top);

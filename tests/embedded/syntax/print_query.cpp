@@ -108,10 +108,42 @@ void Printer::AddQuery(const Query& query) {
     Close();
   }
   if (query.order_by.empty()) return;
-  for (const OrderItem& item : query.order_by) {
-    if (item.descending) Open("desc");
-    Add(item.expression.get());
-    if (item.descending) Close();
+  for (const OrderItem& item : query.order_by) Add(item);
+  Close();
+}
+
+void Printer::Add(const OrderItem& item) {
+  if (item.descending) Open("desc");
+  Add(item.expression.get());
+  if (item.descending) Close();
+}
+
+void Printer::Add(const FrameBound& bound) {
+  constexpr std::string_view kWords[] = {"first", "before", "current", "after", "last"};
+  const bool counted =
+      bound.kind == FrameBound::Kind::kPreceding || bound.kind == FrameBound::Kind::kFollowing;
+  Word(std::string(kWords[static_cast<size_t>(bound.kind)]) +
+       (counted ? '-' + std::to_string(bound.rows) : ""));
+}
+
+// (over (partition a) (order b) (rows begin end)) in the call that it belongs to.
+void Printer::AddOver(const WindowClause& over) {
+  Open("over");
+  if (!over.partition_by.empty()) {
+    Open("partition");
+    AddAll(over.partition_by);
+    Close();
+  }
+  if (!over.order_by.empty()) {
+    Open("order");
+    for (const OrderItem& item : over.order_by) Add(item);
+    Close();
+  }
+  if (over.frame) {
+    Open(over.frame->range ? "range" : "rows");
+    Add(over.frame->begin);
+    Add(over.frame->end);
+    Close();
   }
   Close();
 }

@@ -65,6 +65,7 @@ void Printer::AddCall(const FunctionExpression& call) {
   if (call.distinct) Word("distinct");
   if (call.star) Word("*");
   AddAll(call.arguments);
+  if (call.over) AddOver(*call.over);
   Close();
 }
 

@@ -27,7 +27,8 @@ bool HasFullJoin(const BoundFrom& from) {
 bool IsMadeOfRows(const BoundQuery& query) {
   if (!query.select || !query.select->from) return false;
   const BoundSelect& select = *query.select;
-  if (select.distinct || select.grouped || HasFullJoin(*select.from)) return false;
+  if (select.distinct || select.grouped || select.windowed || HasFullJoin(*select.from))
+    return false;
   return std::ranges::all_of(SourcesOf(query),
                              [](const BoundSource* source) { return source->table != nullptr; });
 }
