@@ -3,10 +3,10 @@
 #include <span>
 #include <vector>
 
-#include "audit/temp_bill_table.h"
 #include "foundation/bill_kinds.h"
 #include "foundation/conversions.h"
 #include "foundation/host_services.h"
+#include "foundation/temp_bill_table.h"
 #include "foundation/text.h"
 
 namespace tavcc {

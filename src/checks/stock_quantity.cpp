@@ -1,12 +1,12 @@
 #include "checks/stock_quantity.h"
 
-#include "audit/temp_bill_table.h"
 #include "checks/stock_quantity_loader.h"
 #include "checks/stock_quantity_query.h"
 #include "checks/stock_vector.h"
 #include "foundation/bill_kinds.h"
 #include "foundation/conversions.h"
 #include "foundation/host_services.h"
+#include "foundation/temp_bill_table.h"
 #include "foundation/text.h"
 #include "foundation/trap.h"
 

@@ -1,7 +1,7 @@
 #include "checks/stock_quantity_loader.h"
 
-#include "audit/temp_bill_table.h"
 #include "foundation/bill_kinds.h"
+#include "foundation/temp_bill_table.h"
 
 namespace tavcc {
 

@@ -21,7 +21,7 @@ CORE = {"foundation"} | RULE_FOLDERS | {"registry"}
 MAY_INCLUDE = {
     "foundation": {"foundation"},
     "balances": {"foundation", "balances"},
-    "checks": {"foundation", "balances", "audit", "checks"},
+    "checks": {"foundation", "balances", "checks"},
     "pricing": {"foundation", "pricing"},
     "audit": {"foundation", "balances", "checks", "pricing", "audit"},
     "billtypes": {"foundation", "balances", "billtypes"},

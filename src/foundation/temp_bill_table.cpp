@@ -1,4 +1,4 @@
-#include "audit/temp_bill_table.h"
+#include "foundation/temp_bill_table.h"
 
 #include "foundation/error.h"
 #include "foundation/host_services.h"
