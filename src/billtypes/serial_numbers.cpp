@@ -183,9 +183,9 @@ void ForEachSerial(std::string_view text, Record record, PutRecord&& put) {
   }
 }
 
-class Upkeep {
+class LedgerUpdate {
  public:
-  Upkeep(Connection& cn, const SavedBill& bill)
+  LedgerUpdate(Connection& cn, const SavedBill& bill)
       : cn_(cn),
         bill_(bill),
         bill_id_(bill.Number("FID")),
@@ -221,7 +221,7 @@ class Upkeep {
   const int32_t class_type_;
 };
 
-void Upkeep::Run() {
+void LedgerUpdate::Run() {
   const std::optional<RowRule> rule = RuleFor(bill_, class_type_);
   if (!rule) return;
 
@@ -239,7 +239,7 @@ void Upkeep::Run() {
   cn_.Execute(Cat("delete from t_SerialNumList where FCanDeleteFlag = 1 and FBillID=", bill_id_));
 }
 
-void Upkeep::RecordRows(const Columns& columns, Direction direction) {
+void LedgerUpdate::RecordRows(const Columns& columns, Direction direction) {
   const VectorPtr page = bill_.Page(columns.page);
   for (int i = 1; i <= page->Size(); ++i) {
     const Row row = ReadRow(*page, i, columns, direction);
@@ -249,7 +249,7 @@ void Upkeep::RecordRows(const Columns& columns, Direction direction) {
 }
 
 // A transfer takes each serial number out of one stock and brings it into another: two records.
-void Upkeep::RecordTransfer() {
+void LedgerUpdate::RecordTransfer() {
   const Columns columns{"Page2", "FSerialNo", "FItemID", kIssuingColumn, "FAuxPropID"};
   const VectorPtr page = bill_.Page(columns.page);
   for (int i = 1; i <= page->Size(); ++i) {
@@ -265,8 +265,8 @@ void Upkeep::RecordTransfer() {
   }
 }
 
-Upkeep::Row Upkeep::ReadRow(const Vector& page, int row, const Columns& columns,
-                            Direction direction) const {
+LedgerUpdate::Row LedgerUpdate::ReadRow(const Vector& page, int row, const Columns& columns,
+                                        Direction direction) const {
   const auto field = [&](std::string_view column) { return bill_.RowField(page, row, column); };
   return {.serials = ToText(field(columns.serials)),
           .record = {.bill_id = bill_id_,
@@ -280,13 +280,13 @@ Upkeep::Row Upkeep::ReadRow(const Vector& page, int row, const Columns& columns,
                      .note = {}}};
 }
 
-int32_t Upkeep::StockOf(const Vector& page, int row, std::string_view column) const {
+int32_t LedgerUpdate::StockOf(const Vector& page, int row, std::string_view column) const {
   return column.empty() ? 0 : FieldNumber(bill_.RowField(page, row, column));
 }
 
 // Components go the way opposite to the products'. A class type that is merely part of one of the
 // two ids keeps the direction of its rows.
-Direction Upkeep::ComponentDirection(Direction of_products) const {
+Direction LedgerUpdate::ComponentDirection(Direction of_products) const {
   if (class_type_ == class_type::kAssembly) return kOut;
   if (class_type_ == class_type::kDisassembly) return kIn;
   return of_products;
@@ -298,7 +298,7 @@ bool SaveSerialNumData(Connection& cn, const Dictionary& dctTableInfo, const Dic
   return Trap(
       [&] {
         const SavedBill bill(dctTableInfo, dctData);
-        Upkeep(cn, bill).Run();
+        LedgerUpdate(cn, bill).Run();
         return true;
       },
       [](const AutomationError& error) -> bool {

@@ -16,7 +16,7 @@
 #include "embedded/bind/walk.h"
 #include "embedded/rewrite/conditions.h"
 #include "embedded/rewrite/rules.h"
-#include "embedded/types/wide_integer.h"
+#include "foundation/wide_integer.h"
 
 namespace tavcc::sql {
 namespace {

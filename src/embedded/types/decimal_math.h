@@ -2,7 +2,7 @@
 #pragma once
 
 #include "embedded/types/sql_type.h"
-#include "embedded/types/wide_integer.h"
+#include "foundation/wide_integer.h"
 
 namespace tavcc::sql {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "embedded/types/wide_integer.h"
+#include "foundation/wide_integer.h"
 
 namespace tavcc::sql {
 

@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "embedded/types/type_rules.h"
-#include "embedded/types/wide_integer.h"
+#include "foundation/wide_integer.h"
 
 namespace tavcc::sql {
 namespace {

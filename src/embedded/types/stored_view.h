@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "embedded/types/stored_value.h"
-#include "embedded/types/wide_integer.h"
+#include "foundation/wide_integer.h"
 
 struct sqlite3_value;
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace tavcc::sql {
+namespace tavcc {
 
 class WideInteger {
  public:
@@ -17,6 +17,11 @@ class WideInteger {
 
   constexpr WideInteger() = default;  // 0
   static WideInteger FromInt64(int64_t value);
+  // A magnitude of up to 128 bits, least significant limb first.
+  using Limbs = std::array<uint32_t, 4>;
+  static WideInteger FromLimbs(const Limbs& limbs);
+  // The magnitude when it fits in 128 bits.
+  std::optional<Limbs> ToLimbs() const;
   // Whole number in decimal digits; at most 100 of them.
   static WideInteger FromDigits(std::string_view digits, bool negative);
 
@@ -29,6 +34,8 @@ class WideInteger {
   // Decimal digits of the magnitude, "0" for zero.
   std::string Digits() const;
 
+  // How many decimal digits the magnitude has, at least 1.
+  int DigitCount() const;
   // Whether the magnitude is below 10^digits, `digits` being 0 to 76.
   bool FitsDigits(int digits) const;
 
@@ -45,14 +52,16 @@ class WideInteger {
   void MultiplyByPowerOf10(int power);
   // Drops `power` decimal digits, towards zero.
   void CutDigits(int power);
-  // Drops `power` decimal digits, rounding half away from zero.
+  // Drops `power` decimal digits, rounding half away from zero, or half to even.
   void RoundDigits(int power);
+  void RoundDigitsHalfEven(int power);
+  // Drops the last decimal digit if it is 0; false, and nothing is dropped, when it is not.
+  bool DropZero();
 
   // -1, 0, 1.
   static int Compare(const WideInteger& a, const WideInteger& b);
 
-  // The stored form of a decimal that does not fit in 64 bits (see stored_value.h): 17 bytes. The
-  // magnitude must fit in 128 bits.
+  // 17 bytes, whose order is that of the numbers; the magnitude must fit in 128 bits.
   static constexpr int kBlobSize = 17;
   void ToBlob(unsigned char* bytes) const;
   static WideInteger FromBlob(const unsigned char* bytes);
@@ -84,4 +93,4 @@ inline constexpr std::array<int64_t, 19> kPowersOf10 = [] {
   return powers;
 }();
 
-}  // namespace tavcc::sql
+}  // namespace tavcc

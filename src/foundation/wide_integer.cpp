@@ -1,10 +1,10 @@
 // Schoolbook arithmetic on 32-bit limbs; division after Knuth's algorithm D.
-#include "embedded/types/wide_integer.h"
+#include "foundation/wide_integer.h"
 
 #include <algorithm>
 #include <bit>
 
-namespace tavcc::sql {
+namespace tavcc {
 namespace {
 
 constexpr uint32_t kChunk = 1000000000;  // the largest power of ten in a limb
@@ -24,14 +24,30 @@ WideInteger WideInteger::FromInt64(int64_t value) {
   return result;
 }
 
+WideInteger WideInteger::FromLimbs(const Limbs& limbs) {
+  WideInteger result;
+  std::ranges::copy(limbs, result.limbs_.begin());
+  result.used_ = static_cast<int>(limbs.size());
+  result.Trim();
+  return result;
+}
+
+std::optional<WideInteger::Limbs> WideInteger::ToLimbs() const {
+  Limbs limbs{};
+  if (used_ > static_cast<int>(limbs.size())) return std::nullopt;
+  std::copy_n(limbs_.begin(), limbs.size(), limbs.begin());
+  return limbs;
+}
+
 WideInteger WideInteger::FromDigits(std::string_view digits, bool negative) {
   WideInteger result;
-  WideInteger digit;
-  digit.used_ = 1;
-  for (const char c : digits) {
-    result.MultiplyBy(10);
-    digit.limbs_[0] = static_cast<uint32_t>(c - '0');
-    if (c != '0') result.AddMagnitude(digit);
+  while (!digits.empty()) {
+    const std::string_view chunk = digits.substr(0, kChunkDigits);
+    digits.remove_prefix(chunk.size());
+    uint32_t value = 0;
+    for (const char c : chunk) value = value * 10 + static_cast<uint32_t>(c - '0');
+    result.MultiplyBy(static_cast<uint32_t>(kPowersOf10[chunk.size()]));
+    result.AddMagnitude(FromInt64(value));
   }
   result.negative_ = negative && !result.IsZero();
   return result;
@@ -78,6 +94,14 @@ bool WideInteger::FitsDigits(int digits) const {
   }();
   const auto index = std::clamp<size_t>(static_cast<size_t>(digits), 0, kPowers.size() - 1);
   return CompareMagnitude(*this, kPowers[index]) < 0;
+}
+
+int WideInteger::DigitCount() const {
+  int digits = 0;
+  WideInteger rest = *this;
+  for (; rest.used_ > 1; digits += kChunkDigits) rest.DivideBy(kChunk);
+  for (uint32_t limb = rest.limbs_[0]; limb != 0; limb /= 10) ++digits;
+  return std::max(digits, 1);
 }
 
 void WideInteger::Trim() {
@@ -202,6 +226,26 @@ void WideInteger::RoundDigits(int power) {
   if (DivideBy(10) >= 5) AddOneAwayFromZero(negative);
 }
 
+void WideInteger::RoundDigitsHalfEven(int power) {
+  if (power <= 0) return;
+  const bool negative = negative_;
+  const WideInteger whole = *this;
+  CutDigits(power - 1);
+  WideInteger cut = *this;
+  cut.MultiplyByPowerOf10(power - 1);
+  const bool exact = CompareMagnitude(cut, whole) == 0;
+  const uint32_t last = IsZero() ? 0 : DivideBy(10);
+  const bool odd = (limbs_[0] & 1) != 0;
+  if (last > 5 || (last == 5 && (!exact || odd))) AddOneAwayFromZero(negative);
+}
+
+bool WideInteger::DropZero() {
+  WideInteger shorter = *this;
+  if (shorter.DivideBy(10) != 0) return false;
+  *this = shorter;
+  return true;
+}
+
 WideInteger WideInteger::DivideMagnitude(const WideInteger& a, const WideInteger& b,
                                          WideInteger* remainder) {
   const auto n = static_cast<size_t>(b.used_);
@@ -301,4 +345,4 @@ WideInteger WideInteger::FromBlob(const unsigned char* bytes) {
   return result;
 }
 
-}  // namespace tavcc::sql
+}  // namespace tavcc
