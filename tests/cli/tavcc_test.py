@@ -11,6 +11,7 @@ import socket
 import subprocess
 import time
 import unittest
+import xml.etree.ElementTree
 
 import case
 from case import ASSEMBLY_BILL, FAILED, PASSED, REFUSED, Case, fingerprint, tavcc
@@ -333,6 +334,75 @@ class Run(Case):
     def test_json(self):
         answer = tavcc("run", "--json", self.write("passing.json", PASSING))
         self.assertEqual([entry["passed"] for entry in json.loads(answer.stdout)], [True])
+
+    def failing(self, name="failing.json"):
+        return self.write(name, PASSING.replace('"result": true', '"result": false', 1)
+                          .replace("[[1, 2, {", "[[1, 9, {"))
+
+    def read(self, file):
+        with open(file, encoding="utf-8") as opened:
+            return opened.read()
+
+    def test_every_failing_step_is_told(self):
+        answer = tavcc("run", self.failing())
+        self.assertIn("step 1: call cls_CX.AuditBill", answer.stderr)
+        self.assertIn("rows row 1 FCheckerID: expected 9, got 2", answer.stderr)
+
+    def test_update_takes_what_came(self):
+        file = self.failing()
+        answer = tavcc("run", "--update", file)
+        self.assertEqual((answer.returncode, answer.stderr), (PASSED, ""))
+        self.assertEqual(answer.stdout, f"changed {file}\n1 file changed\n1 scenario passed\n")
+        self.assertEqual(self.read(file), PASSING, "and nothing else")
+        self.assertEqual(tavcc("run", "--update", file).stdout,
+                         "0 files changed\n1 scenario passed\n")
+
+    def test_review_asks(self):
+        file = self.failing()
+        before = self.read(file)
+        for said, status in (("", FAILED), ("q\n", FAILED), ("what\nn\n", FAILED)):
+            answer = tavcc("run", "--review", file, stdin=said)
+            self.assertEqual((answer.returncode, self.read(file)), (status, before), said)
+                self.assertIn('\n-     "expect": {"result": false', answer.stdout)
+            self.assertIn("Take this change?", answer.stdout)
+        self.assertEqual(tavcc("run", "--review", file, stdin="y\n").returncode, PASSED)
+        self.assertEqual(self.read(file), PASSING)
+
+    def test_a_file_that_cannot_be_written_stays(self):
+        folder = self.path("closed")
+        os.makedirs(folder)
+        file = self.failing("closed/failing.json")
+        os.mkdir(file + ".new")
+        before = self.read(file)
+        answer = tavcc("run", "--update", file)
+        self.assertEqual(answer.returncode, FAILED)
+        self.assertIn(f"{file} cannot be written", answer.stderr)
+        self.assertEqual(self.read(file), before)
+
+    def test_some_of_them(self):
+        passing, failing = self.write("passing.json", PASSING), self.failing()
+        self.assertEqual(tavcc("run", passing, failing, "--filter", "PASSING").stdout,
+                         "1 scenario passed\n")
+        self.assertEqual(tavcc("run", passing, failing, "--list").stdout.count("\n"), 2)
+        self.assert_error(tavcc("run", passing, "--filter", "nothing like it"), "--filter")
+
+    def test_several_at_a_time(self):
+        files = [self.write(f"p{i}.json", PASSING) for i in range(9)] + [self.failing()]
+        answer = tavcc("run", "-j", 4, "--json", *files)
+        self.assertEqual([(entry["file"], entry["passed"]) for entry in json.loads(answer.stdout)],
+                         [(file, "failing" not in file) for file in files])
+        self.assert_error(tavcc("run", "-j", "0", files[0]), "-j")
+        self.assert_error(tavcc("run", "-j", 2, "--update", files[0]), "--update")
+
+    def test_junit(self):
+        report = self.path("report.xml")
+        answer = tavcc("run", "--junit", report, self.write("passing.json", PASSING), self.failing())
+        self.assertEqual(answer.returncode, FAILED)
+        suite = xml.etree.ElementTree.parse(report).getroot()
+        self.assertEqual((suite.get("tests"), suite.get("failures")), ("2", "1"))
+        passing, failing = suite.findall("testcase")
+        self.assertEqual((passing.get("name"), len(passing)), ("passing", 0))
+        self.assertIn("result: expected false, got true", failing.find("failure").text)
 
     def test_no_progress_bar_in_a_pipe(self):
         answer = tavcc("run", self.write("passing.json", PASSING))

@@ -14,8 +14,8 @@ namespace {
 std::string Told(const std::string& text) {
   const auto roads = MakeEmbeddedRoads();
   const Scenario scenario = ParseScenario("f.json", text);
-  const auto failure = RunScenario(scenario, *roads);
-  return failure ? DescribeFailure(scenario, *failure) : "";
+  const auto failures = RunScenario(scenario, *roads);
+  return DescribeFailures(scenario, failures);
 }
 
 TEST(EmbeddedRoads, StartFromTheSchemaAndTheBaseRows) {
@@ -84,7 +84,7 @@ TEST(EmbeddedRoads, ShowEachStatementOfACallToTheObserver) {
     {"query": "select 1"},
     {"call": "cls_CX.UnAuditBill", "args": {"lngFID": 5},
      "expect": {"result": false, "strReturnMsg": "该单据不存在！"}}]})json");
-  EXPECT_FALSE(RunScenario(scenario, *roads));
+  EXPECT_TRUE(RunScenario(scenario, *roads).empty());
   EXPECT_EQ(seen, std::vector<std::string>{"Select FStatus,FVoucherID From T_CC_ZZCX where FID=5"});
 }
 

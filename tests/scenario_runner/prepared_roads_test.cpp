@@ -27,8 +27,8 @@ std::vector<std::string> AllScenarios() {
 void ExpectAllPass(Roads& roads, Skipped& skipped) {
   for (const std::string& file : AllScenarios()) {
     const Scenario scenario = LoadScenario(file);
-    const auto failure = RunScenario(scenario, roads, &skipped);
-    if (failure) ADD_FAILURE() << DescribeFailure(scenario, *failure);
+    const auto failures = RunScenario(scenario, roads, &skipped);
+    if (!failures.empty()) ADD_FAILURE() << DescribeFailures(scenario, failures);
   }
 }
 

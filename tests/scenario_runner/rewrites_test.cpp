@@ -13,8 +13,8 @@ void ExpectAllScenariosPass() {
   const auto roads = MakeEmbeddedRoads();
   for (const std::string& file : ScenarioFiles({(SourceDir() / "tests/scenarios").string()})) {
     const Scenario scenario = LoadScenario(file);
-    const auto failure = RunScenario(scenario, *roads);
-    if (failure) ADD_FAILURE() << DescribeFailure(scenario, *failure);
+    const auto failures = RunScenario(scenario, *roads);
+    if (!failures.empty()) ADD_FAILURE() << DescribeFailures(scenario, failures);
   }
 }
 

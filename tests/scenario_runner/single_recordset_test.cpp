@@ -124,8 +124,8 @@ TEST(SingleRecordset, NoRuleAsksWhileItStillReads) {
   WatchedRoads roads;
   for (const std::string& file : ScenarioFiles({(SourceDir() / "tests/scenarios").string()})) {
     const Scenario scenario = LoadScenario(file);
-    const auto failure = RunScenario(scenario, roads);
-    if (failure) ADD_FAILURE() << DescribeFailure(scenario, *failure);
+    const auto failures = RunScenario(scenario, roads);
+    if (!failures.empty()) ADD_FAILURE() << DescribeFailures(scenario, failures);
     for (const std::string& overlap : roads.overlaps) ADD_FAILURE() << file << ": " << overlap;
     roads.overlaps.clear();
   }

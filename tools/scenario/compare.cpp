@@ -2,6 +2,7 @@
 #include <optional>
 
 #include "foundation/error.h"
+#include "scenario/alignment.h"
 #include "scenario/values.h"
 
 namespace tavcc {
@@ -18,6 +19,7 @@ class Comparison {
   void Keys(const Json& expected, const Value& actual, const std::string& path);
   void Elements(const Json& expected, const Value& actual, const std::string& path);
   void Rows(const Json& expected, Recordset& actual, const std::string& path);
+  void SideBySide(const Json& expected, Recordset& actual, const std::string& path);
   void Row(const Json& expected, const Recordset& actual, const std::string& path);
   bool SameSize(size_t expected, size_t actual, std::string_view noun, const std::string& path);
   void Differ(const Json& expected, const Value& actual, const std::string& path);
@@ -150,15 +152,41 @@ void Comparison::Elements(const Json& expected, const Value& actual, const std::
 void Comparison::Rows(const Json& expected, Recordset& actual, const std::string& path) {
   if (!actual.IsOpen()) return Add(path, "expected rows, got a closed recordset");
   const Json rows = JsonFromRows(actual, RowForm::kObjects);
-  if (!SameSize(expected.size(), rows.size(), "rows", path)) {
-    for (const Json& row : rows) Add(path, "got the row " + Show(row));
-    return;
-  }
+  if (!SameSize(expected.size(), rows.size(), "rows", path))
+    return SideBySide(expected, actual, path);
   int number = 1;
   for (const Json& row : expected) {
     Row(row, actual, path + " row " + std::to_string(number));
     ++number;
     actual.MoveNext();
+  }
+  if (!rows.empty()) actual.MoveFirst();
+}
+
+// Which rows are missing, which are too many, and what differs in those that stay.
+void Comparison::SideBySide(const Json& expected, Recordset& actual, const std::string& path) {
+  const auto go_to = [&](size_t index) {
+    actual.MoveFirst();
+    for (; index > 0; --index) actual.MoveNext();
+  };
+  const auto same = [&](size_t i, size_t j) {
+    go_to(j);
+    std::vector<std::string> differences;
+    Comparison(differences).Row(expected[i], actual, path);
+    return differences.empty();
+  };
+  const Json rows = JsonFromRows(actual, RowForm::kObjects);
+  for (const Aligned& pair : Align(expected.size(), rows.size(), same)) {
+    if (!pair.second) {
+      Add(path,
+          "missing: row " + std::to_string(*pair.first + 1) + " " + Show(expected[*pair.first]));
+    } else if (!pair.first) {
+      Add(path,
+          "too many: row " + std::to_string(*pair.second + 1) + " " + Show(rows[*pair.second]));
+    } else {
+      go_to(*pair.second);
+      Row(expected[*pair.first], actual, path + " row " + std::to_string(*pair.second + 1));
+    }
   }
   if (!rows.empty()) actual.MoveFirst();
 }

@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "scenario/alignment.h"
 #include "scenario/values.h"
+#include "scenario/word_diff.h"
 
 namespace tavcc {
 namespace {
@@ -68,46 +70,42 @@ bool IsSame(const Json& expected, const LoggedStatement& sent) {
   });
 }
 
-// The texts up to where they differ, which a reader finds quickly in quoted form.
-std::string FirstDifference(const std::string& expected, const std::string& actual) {
-  const auto [at, other] =
-      std::mismatch(expected.begin(), expected.end(), actual.begin(), actual.end());
-  return "from byte " + std::to_string(at - expected.begin() + 1) + " on";
-}
-
 void CompareStatements(const Json& expected, const std::vector<LoggedStatement>& sent,
                        Differences& differences) {
   if (expected.size() != sent.size()) {
     differences.push_back("statements: expected " + std::to_string(expected.size()) + ", got " +
                           std::to_string(sent.size()));
   }
-  for (size_t i = 0; i < std::max(expected.size(), sent.size()); ++i) {
-    const std::string place = "statement " + std::to_string(i + 1) + ": ";
-    if (i >= sent.size()) {
-      differences.push_back(place + "was not sent: " + Show(expected[i]));
-    } else if (i >= expected.size()) {
-      differences.push_back(place + "was not expected: " + Show(ShowStatement(sent[i])));
-    } else if (!IsSame(expected[i], sent[i])) {
-      const bool texts = expected[i].is_string() && !sent[i].is_procedure;
+  const auto same = [&](size_t i, size_t j) { return IsSame(expected[i], sent[j]); };
+  for (const Aligned& pair : Align(expected.size(), sent.size(), same)) {
+    const auto place = [](size_t index) { return "statement " + std::to_string(index + 1) + ": "; };
+    if (!pair.second) {
+      differences.push_back(place(*pair.first) + "was not sent: " + Show(expected[*pair.first]));
+      continue;
+    }
+    const LoggedStatement& statement = sent[*pair.second];
+    if (!pair.first) {
+      differences.push_back(place(*pair.second) +
+                            "was not expected: " + Show(ShowStatement(statement)));
+    } else if (const Json& wanted = expected[*pair.first]; !IsSame(wanted, statement)) {
+      const bool texts = wanted.is_string() && !statement.is_procedure;
       differences.push_back(
-          place + "differs" +
-          (texts ? " " + FirstDifference(expected[i].get<std::string>(), sent[i].text) : "") +
-          "\n  expected " + Show(expected[i]) + "\n  got      " + Show(ShowStatement(sent[i])));
+          place(*pair.second) + "differs\n" +
+          (texts ? WordDiff(wanted.get<std::string>(), statement.text)
+                 : "expected " + Show(wanted) + "\ngot      " + Show(ShowStatement(statement))));
     }
   }
 }
 
+std::string NameOf(const Step& step) {
+  return std::string(step.cls->name) + "." + std::string(step.method->name);
+}
+
 Differences RunQuery(Road& road, const Step& step) {
   Differences differences;
-  std::optional<AutomationError> error;
-  RecordsetPtr rows;
-  try {
-    rows = road.connection()->Execute(step.query);
-  } catch (const AutomationError& raised) {
-    error = raised;
-  }
-  CompareErrors(step.error, error, differences);
-  if (step.rows && !error) Compare(*step.rows, rows, "rows", differences);
+  const QueryOutcome outcome = QueryStep(road, step);
+  CompareErrors(step.error, outcome.error, differences);
+  if (step.rows && !outcome.error) Compare(*step.rows, outcome.rows, "rows", differences);
   return differences;
 }
 
@@ -116,12 +114,16 @@ class Run {
   Run(const Scenario& scenario, Roads& roads, Skipped* skipped)
       : scenario_(scenario), roads_(roads), skipped_(skipped) {}
 
-  std::optional<StepFailure> All();
+  std::vector<StepFailure> All();
 
  private:
-  std::optional<StepFailure> RunStep(Road& road, const Step& step);
-  std::optional<StepFailure> RunSweeps(const Step& step, int statements);
-  std::optional<StepFailure> RunSweep(const Step& step, const Sweep& sweep, int at);
+  void RunStep(Road& road, const Step& step);
+  void RunSweeps(const Step& step, int statements);
+  void RunSweep(const Step& step, const Sweep& sweep, int at);
+  void Fail(const Step& step, std::string what, Differences differences,
+            std::vector<LoggedStatement> sent = {}) {
+    failures_.push_back({step.number, std::move(what), std::move(differences), std::move(sent)});
+  }
   bool IsSkipped(const Step& step) const { return step.needs_clock && !roads_.FixesClock(); }
   void SkipForClock(int step) {
     if (skipped_ != nullptr) skipped_->for_clock.push_back(NeedsClockText(scenario_, step));
@@ -134,18 +136,19 @@ class Run {
   const Scenario& scenario_;
   Roads& roads_;
   Skipped* skipped_;
+  std::vector<StepFailure> failures_;
 };
 
-std::optional<StepFailure> Run::All() {
+std::vector<StepFailure> Run::All() {
   if (scenario_.needs_clock && !roads_.FixesClock()) {
     SkipForClock(0);
-    return std::nullopt;
+    return {};
   }
   std::unique_ptr<Road> road;
   try {
     road = roads_.Open(scenario_.start);
   } catch (const AutomationError& error) {
-    return StepFailure{0, "the start state", {ShowError(error)}, {}};
+    return {StepFailure{0, "the start state", {ShowError(error)}, {}}};
   }
   for (const Step& step : scenario_.steps) {
     if (IsSkipped(step)) {
@@ -153,12 +156,13 @@ std::optional<StepFailure> Run::All() {
       continue;
     }
     try {
-      auto failure = RunStep(*road, step);
+      const size_t before = failures_.size();
+      RunStep(*road, step);
       if (const std::string obstacle = road->Obstacle(); !obstacle.empty()) {
         SkipForObstacle("from step " + std::to_string(step.number) + " on", obstacle);
-        return std::nullopt;
+        failures_.resize(before);
+        return std::move(failures_);
       }
-      if (failure) return failure;
       // The sweeps ended this road.
       if (!step.sweeps.empty() && !roads_.KeepsRoadsApart()) {
         road = RoadBefore(scenario_, step.number + 1, roads_, roads_.FixesClock());
@@ -168,14 +172,14 @@ std::optional<StepFailure> Run::All() {
                           ", key \"args\": " + error.what());
     }
   }
-  return std::nullopt;
+  return std::move(failures_);
 }
 
-std::optional<StepFailure> Run::RunStep(Road& road, const Step& step) {
+void Run::RunStep(Road& road, const Step& step) {
   if (!step.IsCall()) {
     Differences differences = RunQuery(road, step);
-    if (differences.empty()) return std::nullopt;
-    return StepFailure{step.number, "query " + step.query, std::move(differences), {}};
+    if (!differences.empty()) Fail(step, "query " + step.query, std::move(differences));
+    return;
   }
   CallOutcome outcome = CallStep(road, step, step.fail);
   Differences differences;
@@ -186,37 +190,34 @@ std::optional<StepFailure> Run::RunStep(Road& road, const Step& step) {
     differences.push_back("fail: statement " + std::to_string(step.fail->at) +
                           " was to fail, but only " + std::to_string(sent) + " were sent");
   }
-  if (!differences.empty()) {
-    const std::string what =
-        "call " + std::string(step.cls->name) + "." + std::string(step.method->name);
-    return StepFailure{step.number, what, std::move(differences), std::move(outcome.sent)};
+  if (differences.empty()) {
+    if (!step.sweeps.empty()) RunSweeps(step, sent);
+    return;
   }
-  return step.sweeps.empty() ? std::nullopt : RunSweeps(step, sent);
+  Fail(step, "call " + NameOf(step), std::move(differences), std::move(outcome.sent));
 }
 
-std::optional<StepFailure> Run::RunSweeps(const Step& step, int statements) {
+// The first statement whose failing comes out otherwise stands for all of the step.
+void Run::RunSweeps(const Step& step, int statements) {
   if (statements == 0) {
-    return StepFailure{step.number, "sweep", {"the call sends no statement that could fail"}, {}};
+    return Fail(step, "sweep", {"the call sends no statement that could fail"});
   }
   for (const Sweep& sweep : step.sweeps) {
     for (const int at : sweep.at) {
       if (at <= statements) continue;
-      return StepFailure{step.number,
-                         "sweep",
-                         {"statement " + std::to_string(at) + " is to fail, but only " +
-                          std::to_string(statements) + " are sent"},
-                         {}};
+      return Fail(step, "sweep",
+                  {"statement " + std::to_string(at) + " is to fail, but only " +
+                   std::to_string(statements) + " are sent"});
     }
   }
-  for (int at = 1; at <= statements; ++at) {
+  const size_t before = failures_.size();
+  for (int at = 1; at <= statements && failures_.size() == before; ++at) {
     const Sweep* const chosen = SweepFor(step, at);
-    if (chosen == nullptr) continue;
-    if (auto failure = RunSweep(step, *chosen, at)) return failure;
+    if (chosen != nullptr) RunSweep(step, *chosen, at);
   }
-  return std::nullopt;
 }
 
-std::optional<StepFailure> Run::RunSweep(const Step& step, const Sweep& sweep, int at) {
+void Run::RunSweep(const Step& step, const Sweep& sweep, int at) {
   const auto road = RoadBefore(scenario_, step.number, roads_, roads_.FixesClock());
   CallOutcome outcome = CallStep(*road, step, InjectedFailure{at, sweep.failure});
   Differences differences;
@@ -228,15 +229,38 @@ std::optional<StepFailure> Run::RunSweep(const Step& step, const Sweep& sweep, i
     }
   }
   if (const std::string obstacle = road->Obstacle(); !obstacle.empty()) {
-    SkipForObstacle("sweep of step " + std::to_string(step.number), obstacle);
-    return std::nullopt;
+    return SkipForObstacle("sweep of step " + std::to_string(step.number), obstacle);
   }
-  if (differences.empty()) return std::nullopt;
-  return StepFailure{step.number,
-                     "sweep of " + std::string(step.cls->name) + "." +
-                         std::string(step.method->name) + ", statement " + std::to_string(at) +
-                         " failing",
-                     std::move(differences), std::move(outcome.sent)};
+  if (differences.empty()) return;
+  Fail(step, "sweep of " + NameOf(step) + ", statement " + std::to_string(at) + " failing",
+       std::move(differences), std::move(outcome.sent));
+}
+
+std::string FailureText(const Scenario& scenario, const StepFailure& failure) {
+  std::string text = "  ";
+  if (failure.step > 0) {
+    const std::string& note = scenario.steps[static_cast<size_t>(failure.step) - 1].note;
+    text += "step " + std::to_string(failure.step) + (note.empty() ? "" : " (" + note + ")") + ": ";
+  }
+  text += failure.what + "\n";
+  for (const std::string& difference : failure.differences) {
+    std::string indented = difference;
+    for (size_t at = 0; (at = indented.find('\n', at)) != std::string::npos; at += 7) {
+      indented.replace(at, 1, "\n      ");
+    }
+    text += "    " + indented + "\n";
+  }
+  if (failure.sent.empty()) return text;
+  text += "  statements sent:\n";
+  int number = 0;
+  for (const LoggedStatement& statement : failure.sent) {
+    ++number;
+    text += "    " + std::to_string(number) + "  " + Show(ShowStatement(statement));
+    if (statement.error) text += "\n       -> " + ShowError(*statement.error);
+    if (statement.rows >= 0) text += "\n       -> rows: " + std::to_string(statement.rows);
+    text += "\n";
+  }
+  return text;
 }
 
 }  // namespace
@@ -255,6 +279,14 @@ CallOutcome CallStep(Road& road, const Step& step, const std::optional<InjectedF
   return outcome;
 }
 
+QueryOutcome QueryStep(Road& road, const Step& step) {
+  try {
+    return {road.connection()->Execute(step.query), std::nullopt};
+  } catch (const AutomationError& error) {
+    return {nullptr, error};
+  }
+}
+
 void CompareOutcome(const Method& method, const Json& expect,
                     const std::optional<ExpectedError>& error, const CallOutcome& outcome,
                     std::vector<std::string>& differences) {
@@ -262,7 +294,7 @@ void CompareOutcome(const Method& method, const Json& expect,
   CompareAnswer(method, expect, outcome, differences);
 }
 
-std::optional<StepFailure> RunScenario(const Scenario& scenario, Roads& roads, Skipped* skipped) {
+std::vector<StepFailure> RunScenario(const Scenario& scenario, Roads& roads, Skipped* skipped) {
   return Run(scenario, roads, skipped).All();
 }
 
@@ -304,31 +336,10 @@ std::string ShowStatement(const LoggedStatement& statement) {
   return text + ")";
 }
 
-std::string DescribeFailure(const Scenario& scenario, const StepFailure& failure) {
+std::string DescribeFailures(const Scenario& scenario, const std::vector<StepFailure>& failures) {
+  if (failures.empty()) return "";
   std::string text = scenario.file + ": " + scenario.name + "\n";
-  text += "  ";
-  if (failure.step > 0) {
-    const std::string& note = scenario.steps[static_cast<size_t>(failure.step) - 1].note;
-    text += "step " + std::to_string(failure.step) + (note.empty() ? "" : " (" + note + ")") + ": ";
-  }
-  text += failure.what + "\n";
-  for (const std::string& difference : failure.differences) {
-    std::string indented = difference;
-    for (size_t at = 0; (at = indented.find('\n', at)) != std::string::npos; at += 5) {
-      indented.replace(at, 1, "\n    ");
-    }
-    text += "    " + indented + "\n";
-  }
-  if (failure.sent.empty()) return text;
-  text += "  statements sent:\n";
-  int number = 0;
-  for (const LoggedStatement& statement : failure.sent) {
-    ++number;
-    text += "    " + std::to_string(number) + "  " + Show(ShowStatement(statement));
-    if (statement.error) text += "\n       -> " + ShowError(*statement.error);
-    if (statement.rows >= 0) text += "\n       -> rows: " + std::to_string(statement.rows);
-    text += "\n";
-  }
+  for (const StepFailure& failure : failures) text += FailureText(scenario, failure);
   return text;
 }
 

@@ -10,7 +10,7 @@
 
 namespace tavcc {
 
-// The first step of a scenario that came out otherwise than expected.
+// A step of a scenario that came out otherwise than expected.
 struct StepFailure {
   int step = 0;      // 0 when the start state could not be made
   std::string what;  // the call or the query, and the failing statement of a sweep
@@ -27,6 +27,13 @@ struct CallOutcome {
 };
 CallOutcome CallStep(Road& road, const Step& step, const std::optional<InjectedFailure>& failure);
 
+// What a query came to: its rows, or its error.
+struct QueryOutcome {
+  RecordsetPtr rows;
+  std::optional<AutomationError> error;
+};
+QueryOutcome QueryStep(Road& road, const Step& step);
+
 // Adds a line for each difference between what a call came to and what is expected of its result
 // and arguments, by name, and of its error; without an expected one, none is.
 void CompareOutcome(const Method& method, const Json& expect,
@@ -39,11 +46,11 @@ struct Skipped {
   std::vector<std::string> for_obstacle;  // the rest of a scenario behind an obstacle, or a sweep
 };
 
-// Runs the scenario until its end or its first failing step. Nothing when all came as expected.
-// A step that needs the clock is left out where the roads do not fix it, and the rest of a scenario
-// that meets an obstacle; `skipped`, where given, is told of each.
-std::optional<StepFailure> RunScenario(const Scenario& scenario, Roads& roads,
-                                       Skipped* skipped = nullptr);
+// Runs the scenario to its end. The steps that came out otherwise than expected; none when all came
+// as expected. A step that needs the clock is left out where the roads do not fix it, and the rest
+// of a scenario that meets an obstacle; `skipped`, where given, is told of each.
+std::vector<StepFailure> RunScenario(const Scenario& scenario, Roads& roads,
+                                     Skipped* skipped = nullptr);
 
 // A fresh road on which the steps before `number` were taken, those that need the clock only where
 // it is `fixed`. Errors: those of Open.
@@ -55,8 +62,9 @@ const Sweep* SweepFor(const Step& step, int at);
 // The line for a step that needs the clock.
 std::string NeedsClockText(const Scenario& scenario, int step);
 
-// The failure as a person reads it: where, the differences, and the SQL that was sent.
-std::string DescribeFailure(const Scenario& scenario, const StepFailure& failure);
+// The failures as a person reads them: where, the differences, and the SQL that was sent. Empty
+// when there is none.
+std::string DescribeFailures(const Scenario& scenario, const std::vector<StepFailure>& failures);
 
 // What a call is supplied with beside the arguments it is given.
 struct Supplies {

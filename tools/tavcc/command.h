@@ -49,6 +49,12 @@ struct RunOptions {
   bool compare = false;            // with the embedded database
   std::string known_file;          // of known differences; empty when none was given
   bool own_database = false;
+  bool update = false;     // take what came for what is expected, in the files
+  bool review = false;     // the same, asking for each file
+  bool list = false;       // print the files and names, run nothing
+  std::string filter;      // only those with this in their path or name
+  std::string junit_file;  // where the outcome is written, too; empty for nowhere
+  int jobs = 1;            // how many run at a time
 };
 
 struct SqlOptions {

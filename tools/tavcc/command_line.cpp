@@ -31,6 +31,8 @@ void DescribeCall(CLI::App& app, CommandLine& line) {
                "Send names of tables that hold more than a name, as a host would");
 }
 
+constexpr int kMostJobs = 256;
+
 void DescribeRun(CLI::App& app, CommandLine& line) {
   app.add_option("SCENARIO", line.run.paths, "Scenario files, or folders of them")->required();
   app.add_flag("--compare", line.run.compare,
@@ -40,6 +42,18 @@ void DescribeRun(CLI::App& app, CommandLine& line) {
   app.add_flag("--own-database", line.run.own_database,
                "Where an error of the server ends the transaction in which a scenario runs: run "
                "it once more, in a database of its own");
+  app.add_option("--filter", line.run.filter, "Only those with this text in their path or name")
+      ->type_name("TEXT");
+  app.add_flag("--list", line.run.list, "Print the files and names, and run nothing");
+  app.add_option("-j,--jobs", line.run.jobs, "How many run at a time")
+      ->type_name("N")
+      ->check(CLI::Range(1, kMostJobs))
+      ->capture_default_str();
+  app.add_option("--junit", line.run.junit_file, "Write the outcome as JUnit's XML, too")
+      ->type_name("FILE");
+  app.add_flag("--update", line.run.update,
+               "Take what came for what is expected, in the files of failing scenarios");
+  app.add_flag("--review", line.run.review, "The same, showing each change and asking");
 }
 
 void DescribeSql(CLI::App& app, CommandLine& line) {

@@ -1,10 +1,19 @@
-// tavcc run: runs scenario files.
+// tavcc run: runs scenario files, and takes what came for what is expected.
 #include <fmt/core.h>
 
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <mutex>
 #include <random>
+#include <thread>
 
 #include "odbc/connection_string.h"
 #include "odbc/odbc.h"
+#include "scenario/accept.h"
 #include "scenario/compare_roads.h"
 #include "scenario/embedded_roads.h"
 #include "scenario/known_differences.h"
@@ -14,123 +23,284 @@
 #include "scenario/scenario.h"
 #include "tavcc/command.h"
 #include "tavcc/database.h"
+#include "tavcc/junit.h"
 #include "tavcc/output.h"
 #include "tavcc/progress.h"
+#include "tavcc/review.h"
 
 namespace tavcc {
 namespace {
 
+// What one thread runs scenarios on.
+struct Workplace {
+  std::unique_ptr<Roads> embedded;  // null unless compared with
+  std::unique_ptr<Roads> roads;
+  std::unique_ptr<Roads> own;  // null where none was asked for
+};
+
 class ScenarioRun {
  public:
   ScenarioRun(const CommonOptions& common, const RunOptions& options)
-      : common_(common), options_(options) {}
+      : common_(common), options_(options), server_(ServerOf(common)) {
+    RefuseWhatDoesNotGoTogether();
+  }
 
   Exit All();
 
  private:
-  // What --compare sets beside the server is always the embedded database.
-  void OpenRoads() {
-    const StatementObserver trace = common_.trace ? StatementObserver(TraceStatement) : nullptr;
-    if (options_.compare) embedded_ = MakeEmbeddedRoads();
-    const auto server = ServerOf(common_);
-    if (!server) {
-      if (options_.compare) throw CommandError("--compare wants a server: give --dsn STRING");
-      if (options_.own_database)
-        throw CommandError("--own-database wants a server: give --dsn STRING");
-      roads_ = MakeEmbeddedRoads(trace);
-      return;
+  bool Accepts() const { return options_.update || options_.review; }
+
+  void RefuseWhatDoesNotGoTogether() const {
+    if (options_.compare && !server_) {
+      throw CommandError("--compare wants a server: give --dsn STRING");
     }
-    const std::string dsn = MaskPassword(server->connection_string);
-    const auto open = [odbc = *server](std::string_view) { return OpenOdbc(odbc); };
-    roads_ = MakePreparedRoads(OnSqlServer(dsn, open, ReopenOdbc), trace);
-    if (options_.own_database)
-      own_ = MakeOwnDatabaseRoads({dsn, open, ReopenOdbc, NewName()}, trace);
+    if (options_.own_database && !server_) {
+      throw CommandError("--own-database wants a server: give --dsn STRING");
+    }
+    if (!options_.known_file.empty() && !options_.compare) {
+      throw CommandError("--known goes with --compare");
+    }
+    if (options_.jobs > 1 && (server_ || common_.trace)) {
+      throw CommandError("-j goes with neither a server nor --trace");
+    }
+    if (Accepts() && (server_ || options_.jobs > 1 || common_.json)) {
+      throw CommandError("--update and --review go with no server, no -j and no --json");
+    }
+  }
+
+  // What --compare sets beside the server is always the embedded database.
+  Workplace Open() const {
+    const StatementObserver trace = common_.trace ? StatementObserver(TraceStatement) : nullptr;
+    Workplace place;
+    if (options_.compare) place.embedded = MakeEmbeddedRoads();
+    if (!server_) {
+      place.roads = MakeEmbeddedRoads(trace);
+      return place;
+    }
+    const std::string dsn = MaskPassword(server_->connection_string);
+    const auto open = [odbc = *server_](std::string_view) { return OpenOdbc(odbc); };
+    place.roads = MakePreparedRoads(OnSqlServer(dsn, open, ReopenOdbc), trace);
+    if (options_.own_database) {
+      place.own = MakeOwnDatabaseRoads({dsn, open, ReopenOdbc, NewName()}, trace);
+    }
+    return place;
   }
 
   static std::string NewName() {
     return fmt::format("tavcc_scenario_{:08x}", std::random_device()());
   }
 
-  // What is wrong with the file or came out otherwise than it says; empty when nothing.
-  std::string RunFile(const std::string& file) {
-    try {
-      const Scenario scenario = LoadScenario(file);
-      Skipped skipped;
-      std::string failure = Tell(scenario, *roads_, skipped);
-      if (own_ != nullptr && !skipped.for_obstacle.empty()) {
-        skipped = {};
-        failure = Tell(scenario, *own_, skipped);
-      }
-      for (const auto* lines : {&skipped.for_clock, &skipped.for_obstacle}) {
-        skipped_.insert(skipped_.end(), lines->begin(), lines->end());
-      }
-      return failure;
-    } catch (const ScenarioError& error) {
-      return std::string(error.what()) + "\n";
-    }
-  }
-
-  std::string Tell(const Scenario& scenario, Roads& roads, Skipped& skipped) {
-    if (options_.compare) {
-      return DescribeDifferences(scenario, CompareRoads(scenario, *embedded_, roads, &skipped),
-                                 known_);
-    }
-    const auto failure = RunScenario(scenario, roads, &skipped);
-    return failure ? DescribeFailure(scenario, *failure) : "";
-  }
-
-  void PrintSummary(size_t files, size_t failed) const {
-    if (failed == 0) {
-      Print(fmt::format("{} scenario{} {}\n", files, files == 1 ? "" : "s",
-                        options_.compare ? "compared without a difference" : "passed"));
-    } else {
-      Print(fmt::format("{} of {} scenarios {}\n", failed, files,
-                        options_.compare ? "differ" : "failed"));
-    }
-    for (const std::string& line : skipped_) Print(fmt::format("skipped: {}\n", line));
-    for (const KnownDifference& known : known_) {
-      if (!known.met) {
-        Print(fmt::format("known, but did not occur: {}, line {}\n", options_.known_file,
-                          known.line));
-      }
-    }
-  }
+  bool IsWanted(const std::string& file) const;
+  ScenarioOutcome RunFile(const std::string& file, const Workplace& place);
+  std::string Tell(const Scenario& scenario, Roads& roads, const Workplace& place,
+                   Skipped& skipped);
+  std::vector<ScenarioOutcome> RunFiles(const std::vector<std::string>& files);
+  void TellOfFailure(const ScenarioOutcome& outcome) const;
+  void Accept(std::vector<ScenarioOutcome>& outcomes);
+  void PrintSummary(const std::vector<ScenarioOutcome>& outcomes, size_t failed) const;
+  void PrintJson(const std::vector<ScenarioOutcome>& outcomes) const;
 
   const CommonOptions& common_;
   const RunOptions& options_;
+  const std::optional<OdbcOptions> server_;
   std::vector<KnownDifference> known_;
-  std::unique_ptr<Roads> embedded_;  // null unless compared with
-  std::unique_ptr<Roads> roads_;
-  std::unique_ptr<Roads> own_;  // null where none was asked for
-  std::vector<std::string> skipped_;
 };
 
-Exit ScenarioRun::All() {
-  const std::vector<std::string> files = ScenarioFiles(options_.paths);
-  if (!options_.known_file.empty()) {
-    if (!options_.compare) throw CommandError("--known goes with --compare");
-    known_ = ParseKnownDifferences(options_.known_file, ReadTextFile(options_.known_file));
+std::string Lowered(std::string text) {
+  std::ranges::transform(text, text.begin(), [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  });
+  return text;
+}
+
+// The scenario's name; empty for a file that is none, which running it will say.
+std::string NameOf(const std::string& file) {
+  try {
+    return LoadScenario(file).name;
+  } catch (const ScenarioError&) {
+    return "";
   }
-  OpenRoads();
-  Json report = Json::array();
-  size_t failed = 0;
-  {
-    Progress progress(files.size());
-    for (size_t i = 0; i < files.size(); ++i) {
-      progress.Show(i, files[i]);
-      const std::string failure = RunFile(files[i]);
-      failed += failure.empty() ? 0 : 1;
-      Json& entry = report.push_back({{"file", files[i]}, {"passed", failure.empty()}});
-      if (!failure.empty()) entry["failure"] = failure;
-      if (!failure.empty() && !common_.json) {
-        PrintAside(fmt::format("{} {}", options_.compare ? "DIFFERS" : "FAILED", failure));
+}
+
+bool ScenarioRun::IsWanted(const std::string& file) const {
+  const std::string wanted = Lowered(options_.filter);
+  return Lowered(file).find(wanted) != std::string::npos ||
+         Lowered(NameOf(file)).find(wanted) != std::string::npos;
+}
+
+std::string ScenarioRun::Tell(const Scenario& scenario, Roads& roads, const Workplace& place,
+                              Skipped& skipped) {
+  if (options_.compare) {
+    return DescribeDifferences(scenario, CompareRoads(scenario, *place.embedded, roads, &skipped),
+                               known_);
+  }
+  return DescribeFailures(scenario, RunScenario(scenario, roads, &skipped));
+}
+
+ScenarioOutcome ScenarioRun::RunFile(const std::string& file, const Workplace& place) {
+  const auto start = std::chrono::steady_clock::now();
+  ScenarioOutcome outcome{file, "", {}, 0};
+  try {
+    const Scenario scenario = LoadScenario(file);
+    Skipped skipped;
+    outcome.failure = Tell(scenario, *place.roads, place, skipped);
+    if (place.own != nullptr && !skipped.for_obstacle.empty()) {
+      skipped = {};
+      outcome.failure = Tell(scenario, *place.own, place, skipped);
+    }
+    for (const auto* lines : {&skipped.for_clock, &skipped.for_obstacle}) {
+      outcome.skipped.insert(outcome.skipped.end(), lines->begin(), lines->end());
+    }
+  } catch (const ScenarioError& error) {
+    outcome.failure = std::string(error.what()) + "\n";
+  }
+  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+  outcome.seconds = took.count();
+  return outcome;
+}
+
+void ScenarioRun::TellOfFailure(const ScenarioOutcome& outcome) const {
+  if (outcome.failure.empty() || common_.json || Accepts()) return;
+  const std::string text =
+      fmt::format("{} {}", options_.compare ? "DIFFERS" : "FAILED", outcome.failure);
+  PrintAside(OutputHasColours() ? WithColours(text) : text);
+}
+
+// Outcomes in the order of the files, whichever thread ran them.
+std::vector<ScenarioOutcome> ScenarioRun::RunFiles(const std::vector<std::string>& files) {
+  std::vector<ScenarioOutcome> outcomes(files.size());
+  Progress progress(files.size());
+  std::mutex mutex;  // of what follows, and of what is printed
+  std::exception_ptr error;
+  size_t done = 0;
+  std::atomic<size_t> next = 0;
+  const auto work = [&] {
+    try {
+      const Workplace place = Open();
+      for (size_t i = 0; (i = next++) < files.size();) {
+        ScenarioOutcome outcome = RunFile(files[i], place);
+        const std::lock_guard lock(mutex);
+        progress.Show(++done, files[i]);
+        TellOfFailure(outcome);
+        outcomes[i] = std::move(outcome);
       }
+    } catch (...) {
+      const std::lock_guard lock(mutex);
+      if (error == nullptr) error = std::current_exception();
+      next = files.size();
+    }
+  };
+  std::vector<std::thread> others;
+  for (int i = 1; i < options_.jobs; ++i) others.emplace_back(work);
+  work();
+  for (std::thread& other : others) other.join();
+  if (error != nullptr) std::rethrow_exception(error);
+  return outcomes;
+}
+
+// Whole or not at all: the file keeps its name for what it was until the new one is there.
+void ReplaceFile(const std::string& file, const std::string& text) {
+  const std::string beside = file + ".new";
+  std::error_code problem;
+  {
+    std::ofstream out(beside, std::ios::binary);
+    out << text;
+    out.flush();
+    if (!out) {
+      std::filesystem::remove(beside, problem);
+      throw CommandError(file + " cannot be written");
     }
   }
-  if (common_.json) {
-    Print(fmt::format("{}\n", Show(report, 2)));
+  std::filesystem::rename(beside, file, problem);
+  if (!problem) return;
+  std::error_code ignored;
+  std::filesystem::remove(beside, ignored);
+  throw CommandError(file + " cannot be written: " + problem.message());
+}
+
+void ScenarioRun::Accept(std::vector<ScenarioOutcome>& outcomes) {
+  const Workplace place = Open();
+  size_t changed = 0;
+  for (ScenarioOutcome& outcome : outcomes) {
+    if (outcome.failure.empty()) continue;
+    const std::string before = ReadTextFile(outcome.file);
+    Acceptance acceptance;
+    try {
+      acceptance = AcceptScenario(outcome.file, before, *place.roads);
+    } catch (const ScenarioError&) {
+      continue;  // told with the failures
+    }
+    for (const std::string& note : acceptance.notes) PrintAside(note + "\n");
+    if (acceptance.text == before) continue;
+    const Decision decision =
+        options_.review ? AskForChange(outcome.file, before, acceptance.text) : Decision::kTake;
+    if (decision == Decision::kStop) break;
+    if (decision == Decision::kLeave) continue;
+    ReplaceFile(outcome.file, acceptance.text);
+    ++changed;
+    Print(fmt::format("changed {}\n", outcome.file));
+    outcome = RunFile(outcome.file, place);
+  }
+  Print(fmt::format("{} file{} changed\n", changed, changed == 1 ? "" : "s"));
+  for (const ScenarioOutcome& outcome : outcomes) {
+    if (!outcome.failure.empty()) PrintAside("FAILED " + outcome.failure);
+  }
+}
+
+void ScenarioRun::PrintSummary(const std::vector<ScenarioOutcome>& outcomes, size_t failed) const {
+  const size_t files = outcomes.size();
+  if (failed == 0) {
+    Print(fmt::format("{} scenario{} {}\n", files, files == 1 ? "" : "s",
+                      options_.compare ? "compared without a difference" : "passed"));
   } else {
-    PrintSummary(files.size(), failed);
+    Print(fmt::format("{} of {} scenarios {}\n", failed, files,
+                      options_.compare ? "differ" : "failed"));
+  }
+  for (const ScenarioOutcome& outcome : outcomes) {
+    for (const std::string& line : outcome.skipped) Print(fmt::format("skipped: {}\n", line));
+  }
+  for (const KnownDifference& known : known_) {
+    if (!known.met) {
+      Print(
+          fmt::format("known, but did not occur: {}, line {}\n", options_.known_file, known.line));
+    }
+  }
+}
+
+void ScenarioRun::PrintJson(const std::vector<ScenarioOutcome>& outcomes) const {
+  Json report = Json::array();
+  for (const ScenarioOutcome& outcome : outcomes) {
+    Json& entry = report.push_back({{"file", outcome.file}, {"passed", outcome.failure.empty()}});
+    if (!outcome.failure.empty()) entry["failure"] = outcome.failure;
+  }
+  Print(fmt::format("{}\n", Show(report, 2)));
+}
+
+Exit ScenarioRun::All() {
+  std::vector<std::string> files = ScenarioFiles(options_.paths);
+  if (!options_.filter.empty()) {
+    std::erase_if(files, [&](const std::string& file) { return !IsWanted(file); });
+    if (files.empty()) {
+      throw CommandError("--filter: no scenario has \"" + options_.filter +
+                         "\" in its path or name");
+    }
+  }
+  if (options_.list) {
+    for (const std::string& file : files) Print(fmt::format("{}: {}\n", file, NameOf(file)));
+    return Exit::kPassed;
+  }
+  if (!options_.known_file.empty()) {
+    known_ = ParseKnownDifferences(options_.known_file, ReadTextFile(options_.known_file));
+  }
+  std::vector<ScenarioOutcome> outcomes = RunFiles(files);
+  if (Accepts()) Accept(outcomes);
+  const auto failed = static_cast<size_t>(std::ranges::count_if(
+      outcomes, [](const ScenarioOutcome& outcome) { return !outcome.failure.empty(); }));
+  if (!options_.junit_file.empty()) ReplaceFile(options_.junit_file, JunitXml(outcomes));
+  if (common_.json) {
+    PrintJson(outcomes);
+  } else {
+    PrintSummary(outcomes, failed);
   }
   return failed == 0 ? Exit::kPassed : Exit::kFailed;
 }
