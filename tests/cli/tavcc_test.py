@@ -363,7 +363,7 @@ class Run(Case):
         for said, status in (("", FAILED), ("q\n", FAILED), ("what\nn\n", FAILED)):
             answer = tavcc("run", "--review", file, stdin=said)
             self.assertEqual((answer.returncode, self.read(file)), (status, before), said)
-            self.assertIn('\n-     "expect": {"result": false', answer.stdout)
+            self.assertIn('\n-    "expect": {"result": false', answer.stdout)
             self.assertIn("Take this change?", answer.stdout)
         self.assertEqual(tavcc("run", "--review", file, stdin="y\n").returncode, PASSED)
         self.assertEqual(self.read(file), PASSING)
