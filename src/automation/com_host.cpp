@@ -47,8 +47,8 @@ class ComDbContext final : public DbContext {
 
 class ComApplicationConnection final : public ApplicationConnection {
  public:
-  RecordsetPtr Execute(std::string_view sDsn, std::string_view strSQL) override {
-    return ToObject<Recordset>(late_.CallWithTexts(L"Execute", sDsn, strSQL));
+  RecordsetPtr Execute(std::string_view sDsn, const SqlText& strSQL) override {
+    return ToObject<Recordset>(late_.CallWithTexts(L"Execute", sDsn, strSQL.text));
   }
 
  private:
@@ -57,8 +57,8 @@ class ComApplicationConnection final : public ApplicationConnection {
 
 class ComClassInfo final : public ClassInfo {
  public:
-  RecordsetPtr GetData(std::string_view sDsn, std::string_view strSQL) override {
-    return ToObject<Recordset>(late_.Call(L"GetData", {Value(sDsn), Value(strSQL)}));
+  RecordsetPtr GetData(std::string_view sDsn, const SqlText& strSQL) override {
+    return ToObject<Recordset>(late_.Call(L"GetData", {Value(sDsn), Value(strSQL.text)}));
   }
 
  private:

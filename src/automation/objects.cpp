@@ -121,22 +121,23 @@ void AdoRecordset::Close() {
 
 // ---- Connection --------------------------------------------------------------------------------
 
-RecordsetPtr AdoConnection::Execute(std::string_view sql) {
-  return ToObject<Recordset>(late_.Call(L"Execute", {Value(sql), Missing{}, kOptionUnspecified}));
+RecordsetPtr AdoConnection::Execute(const SqlText& sql) {
+  return ToObject<Recordset>(
+      late_.Call(L"Execute", {Value(sql.text), Missing{}, kOptionUnspecified}));
 }
 
-RecordsetPtr AdoConnection::OpenClientRecordset(std::string_view sql) {
+RecordsetPtr AdoConnection::OpenClientRecordset(const SqlText& sql) {
   const LateBound recordset = LateBound::Create(ProgID(Role::kRecordset));
   recordset.Put(L"CursorLocation", {kUseClient});
-  recordset.Call(L"Open", {Value(sql), WrapObject(object()), kOpenDynamic, kLockReadOnly});
+  recordset.Call(L"Open", {Value(sql.text), WrapObject(object()), kOpenDynamic, kLockReadOnly});
   return std::make_shared<AdoRecordset>(recordset.object());
 }
 
-void AdoConnection::CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) {
+void AdoConnection::CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) {
   const LateBound command = LateBound::Create(ProgID(Role::kCommand));
   command.PutReference(L"ActiveConnection", object());
   command.Put(L"CommandType", {kStoredProcedure});
-  command.Put(L"CommandText", {Value(name)});
+  command.Put(L"CommandText", {Value(name.text)});
   const LateBound list = LateBoundOf(command.Get(L"Parameters"));
   for (const ProcedureParameter& parameter : parameters) {
     const bool is_text = parameter.output || parameter.value.IsText();

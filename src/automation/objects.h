@@ -89,9 +89,9 @@ class AdoRecordset final : public Recordset, public Adapter {
 class AdoConnection final : public Connection, public Adapter {
  public:
   using Adapter::Adapter;
-  RecordsetPtr Execute(std::string_view sql) override;
-  RecordsetPtr OpenClientRecordset(std::string_view sql) override;
-  void CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) override;
+  RecordsetPtr Execute(const SqlText& sql) override;
+  RecordsetPtr OpenClientRecordset(const SqlText& sql) override;
+  void CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) override;
   std::vector<ConnectionError> Errors() const override;
   int State() const override;
   void Close() override;

@@ -21,8 +21,8 @@ class StockBill {
     self_.db_context().ReadySecond();
   }
 
-  RecordsetPtr Ask(std::string_view question) const { return cn_->Execute(question); }
-  bool HasRow(std::string_view question) const { return !Ask(question)->AtEnd(); }
+  RecordsetPtr Ask(const SqlText& question) const { return cn_->Execute(question); }
+  bool HasRow(const SqlText& question) const { return !Ask(question)->AtEnd(); }
 
   // A bill without a row is not audited; its period decides.
   bool IsAudited() const;

@@ -77,10 +77,10 @@ class Verification {
  private:
   bool IsAudit() const { return direction_ == kAudit; }
   bool IsUnAudit() const { return direction_ == kUnAudit; }
-  RecordsetPtr Ask(std::string_view question) const {
+  RecordsetPtr Ask(const SqlText& question) const {
     return ExecuteSQL(self_.host(), sDsn_, question);
   }
-  bool HasRow(std::string_view question) const { return !Ask(question)->AtEnd(); }
+  bool HasRow(const SqlText& question) const { return !Ask(question)->AtEnd(); }
 
   // The bill's head, read once. Errors: 3021 where there is none.
   const Head& ReadHead();

@@ -5,10 +5,10 @@
 #include <memory>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "foundation/recordset.h"
+#include "foundation/sql_text.h"
 #include "foundation/value.h"
 
 namespace tavcc {
@@ -36,14 +36,14 @@ class Connection : public Object {
   // Errors: the first error of the batch as AutomationError with the server's number and text;
   // Errors() then lists all of them. What earlier statements of the batch did stays done, as the
   // server leaves it. Error 3704 when the connection is closed.
-  virtual RecordsetPtr Execute(std::string_view sql) = 0;
+  virtual RecordsetPtr Execute(const SqlText& sql) = 0;
 
   // As Execute, with a cursor on the client's side: the recordset knows its record count.
-  virtual RecordsetPtr OpenClientRecordset(std::string_view sql) = 0;
+  virtual RecordsetPtr OpenClientRecordset(const SqlText& sql) = 0;
 
   // Calls a stored procedure by name; output parameters get their values back in `parameters`.
   // Errors: as Execute.
-  virtual void CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) = 0;
+  virtual void CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) = 0;
 
   // The errors of the last Execute, OpenClientRecordset or CallProcedure, in the order in which the
   // server reported them; empty when it had none.

@@ -44,14 +44,14 @@ class DbContext {
 class ApplicationConnection {
  public:
   virtual ~ApplicationConnection() = default;
-  virtual RecordsetPtr Execute(std::string_view sDsn, std::string_view strSQL) = 0;
+  virtual RecordsetPtr Execute(std::string_view sDsn, const SqlText& strSQL) = 0;
 };
 
 // "TavMClass.ClassInfo"
 class ClassInfo {
  public:
   virtual ~ClassInfo() = default;
-  virtual RecordsetPtr GetData(std::string_view sDsn, std::string_view strSQL) = 0;
+  virtual RecordsetPtr GetData(std::string_view sDsn, const SqlText& strSQL) = 0;
 };
 
 // "TavEBSBase.SystemProfile"

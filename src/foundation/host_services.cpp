@@ -31,11 +31,11 @@ HostCache& ThreadCache() {
 
 }  // namespace
 
-RecordsetPtr ExecuteSQL(Host& host, std::string_view sDsn, std::string_view strSQL) {
+RecordsetPtr ExecuteSQL(Host& host, std::string_view sDsn, const SqlText& strSQL) {
   return host.NewApplicationConnection()->Execute(sDsn, strSQL);
 }
 
-std::string GetFirstValue(Host& host, std::string_view sDsn, std::string_view strSQL) {
+std::string GetFirstValue(Host& host, std::string_view sDsn, const SqlText& strSQL) {
   try {
     const RecordsetPtr rows = host.NewClassInfo()->GetData(sDsn, strSQL);
     return rows->AtEnd() ? "" : host.FieldText(rows->Field(0));

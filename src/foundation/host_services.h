@@ -13,11 +13,11 @@
 namespace tavcc {
 
 // Runs one statement through the host's application connection. Errors reach the caller.
-RecordsetPtr ExecuteSQL(Host& host, std::string_view sDsn, std::string_view strSQL);
+RecordsetPtr ExecuteSQL(Host& host, std::string_view sDsn, const SqlText& strSQL);
 
 // The first field of the first row as text, the empty text when there is no row. Any error gives
 // the empty text.
-std::string GetFirstValue(Host& host, std::string_view sDsn, std::string_view strSQL);
+std::string GetFirstValue(Host& host, std::string_view sDsn, const SqlText& strSQL);
 
 // A system setting, unchanged; note that the key comes before the category. Errors reach the
 // caller.

@@ -29,9 +29,9 @@ class NothingVector final : public Vector {
 
 class NothingConnection final : public Connection {
  public:
-  RecordsetPtr Execute(std::string_view) override { RaiseNotSet(); }
-  RecordsetPtr OpenClientRecordset(std::string_view) override { RaiseNotSet(); }
-  void CallProcedure(std::string_view, std::span<ProcedureParameter>) override { RaiseNotSet(); }
+  RecordsetPtr Execute(const SqlText&) override { RaiseNotSet(); }
+  RecordsetPtr OpenClientRecordset(const SqlText&) override { RaiseNotSet(); }
+  void CallProcedure(const SqlText&, std::span<ProcedureParameter>) override { RaiseNotSet(); }
   std::vector<ConnectionError> Errors() const override { RaiseNotSet(); }
   int State() const override { RaiseNotSet(); }
   void Close() override { RaiseNotSet(); }

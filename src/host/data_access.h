@@ -11,7 +11,7 @@ namespace tavcc {
 class HostApplicationConnection final : public ApplicationConnection {
  public:
   explicit HostApplicationConnection(std::shared_ptr<HostState> state) : state_(std::move(state)) {}
-  RecordsetPtr Execute(std::string_view sDsn, std::string_view strSQL) override {
+  RecordsetPtr Execute(std::string_view sDsn, const SqlText& strSQL) override {
     return state_->GetConnection(sDsn)->Execute(strSQL);
   }
 
@@ -22,7 +22,7 @@ class HostApplicationConnection final : public ApplicationConnection {
 class HostClassInfo final : public ClassInfo {
  public:
   explicit HostClassInfo(std::shared_ptr<HostState> state) : state_(std::move(state)) {}
-  RecordsetPtr GetData(std::string_view sDsn, std::string_view strSQL) override {
+  RecordsetPtr GetData(std::string_view sDsn, const SqlText& strSQL) override {
     return state_->GetConnection(sDsn)->Execute(strSQL);
   }
 

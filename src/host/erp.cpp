@@ -9,6 +9,7 @@
 #include "foundation/error.h"
 #include "foundation/host_services.h"
 #include "foundation/text.h"
+#include "host/connection_wrapper.h"
 
 namespace tavcc {
 namespace {
@@ -23,31 +24,27 @@ constexpr std::string_view kCommit = "IF @@TRANCOUNT > 0 COMMIT TRANSACTION";
 
 // A session that is never left without the host's transaction: an error may have made the database
 // give it up, and what a rule sends after it has trapped the error would be kept at once.
-class GuardedSession final : public Connection {
+class GuardedSession final : public ConnectionWrapper {
  public:
   using Renewal = std::function<std::string()>;
   GuardedSession(ConnectionPtr session, Renewal renewal)
-      : session_(std::move(session)), renewal_(std::move(renewal)) {}
+      : ConnectionWrapper(std::move(session)), renewal_(std::move(renewal)) {}
 
-  RecordsetPtr Execute(std::string_view sql) override {
-    return Guard([&] { return session_->Execute(sql); });
+  RecordsetPtr Execute(const SqlText& sql) override {
+    return Guard([&] { return ConnectionWrapper::Execute(sql); });
   }
-  RecordsetPtr OpenClientRecordset(std::string_view sql) override {
-    return Guard([&] { return session_->OpenClientRecordset(sql); });
+  RecordsetPtr OpenClientRecordset(const SqlText& sql) override {
+    return Guard([&] { return ConnectionWrapper::OpenClientRecordset(sql); });
   }
-  void CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) override {
+  void CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) override {
     Guard([&] {
-      session_->CallProcedure(name, parameters);
+      ConnectionWrapper::CallProcedure(name, parameters);
       return RecordsetPtr();
     });
   }
   std::vector<ConnectionError> Errors() const override {
-    return errors_ ? *errors_ : session_->Errors();
+    return errors_ ? *errors_ : ConnectionWrapper::Errors();
   }
-  int State() const override { return session_->State(); }
-  void Close() override { session_->Close(); }
-
-  Connection& session() { return *session_; }
 
  private:
   template <class Run>
@@ -63,17 +60,16 @@ class GuardedSession final : public Connection {
 
   void Renew() {
     const std::string renewal = renewal_();
-    if (renewal.empty() || session_->State() != kStateOpen) return;
-    errors_ = session_->Errors();
+    if (renewal.empty() || State() != kStateOpen) return;
+    errors_ = inner().Errors();
     try {
-      session_->Execute(renewal);
+      inner().Execute(renewal);
     } catch (const AutomationError&) {
       // Then nothing more is sent: a closed session is in a transaction when it is opened again.
-      session_->Close();
+      Close();
     }
   }
 
-  const ConnectionPtr session_;
   const Renewal renewal_;
   std::optional<std::vector<ConnectionError>> errors_;  // of the statement before the renewal
 };
@@ -154,7 +150,7 @@ ConnectionPtr Erp::Open(std::string_view sDsn) {
 }
 
 void Erp::Reopen(Connection& session) {
-  opening_.reopen(dynamic_cast<GuardedSession&>(session).session());
+  opening_.reopen(dynamic_cast<GuardedSession&>(session).inner());
   if (!begin_.empty()) session.Execute(begin_);
 }
 

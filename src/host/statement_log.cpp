@@ -1,11 +1,10 @@
 // What the library sends to the database: the log, and the connection that writes it.
 #include "host/statement_log.h"
 
-#include <chrono>
 #include <utility>
 
 #include "foundation/text.h"
-
+#include "host/connection_wrapper.h"
 #include "host/recordset_wrapper.h"
 
 namespace tavcc {
@@ -22,6 +21,7 @@ std::string PlaceText(const CallSite& site) {
 }
 
 void StatementLog::Clear() {
+  EndRows();
   statements_.clear();
   ready_calls_.clear();
   settings_.clear();
@@ -34,19 +34,25 @@ void StatementLog::FailAt(int k, StatementFault fault) {
   fault_.emplace(std::move(fault));
 }
 
-void StatementLog::SetObserver(std::function<void(const LoggedStatement&)> observer) {
-  observer_ = std::move(observer);
-}
-
 std::optional<StatementFault> StatementLog::TakeFault() {
   if (!fault_ || --statements_to_fault_ > 0) return std::nullopt;
   return std::exchange(fault_, std::nullopt);
 }
 
-void StatementLog::Add(LoggedStatement statement) {
-  if (statement.error) NoteFailure(statement.text, *statement.error);
-  if (observer_) observer_(statement);
+RecordsetPtr StatementLog::Add(LoggedStatement statement, RecordsetPtr rows) {
+  if (statement.error) NoteFailure(statement.text, *statement.error, statement.from);
+  if (rows != nullptr && observer_.rows > 0 && rows->IsOpen()) {
+    const auto seen = std::make_shared<SeenRows>();
+    statement.seen = seen;
+    std::function<void()> done;
+    if (observer_.rows_seen) {
+      done = [statement, rows_seen = observer_.rows_seen] { rows_seen(statement); };
+    }
+    rows = row_watch_.Watch(std::move(rows), observer_.rows, seen, std::move(done));
+  }
+  if (observer_.sent) observer_.sent(statement);
   if (keeps_) statements_.push_back(std::move(statement));
+  return rows;
 }
 
 void StatementLog::AddReadyCall(ReadyCall::Member member, int context) {
@@ -57,18 +63,18 @@ void StatementLog::AddSetting(std::string_view category, std::string_view key, c
   if (keeps_) settings_.push_back({std::string(category), std::string(key), value});
 }
 
-void StatementLog::NoteFailure(std::string_view what, const AutomationError& error) {
-  if (!first_failure_) first_failure_.emplace(Failure{std::string(what), error});
+void StatementLog::NoteFailure(std::string_view what, const AutomationError& error, CallSite from) {
+  if (!first_failure_) first_failure_.emplace(Failure{std::string(what), error, from});
 }
 
 namespace {
 
-std::vector<ProcedureParameter> InputsOf(std::span<const ProcedureParameter> parameters) {
-  std::vector<ProcedureParameter> inputs;
+std::vector<ProcedureParameter> Those(std::span<const ProcedureParameter> parameters, bool output) {
+  std::vector<ProcedureParameter> those;
   for (const ProcedureParameter& parameter : parameters) {
-    if (!parameter.output) inputs.push_back(parameter);
+    if (parameter.output == output) those.push_back(parameter);
   }
-  return inputs;
+  return those;
 }
 
 // The rows of another recordset, with Null in every field. A field that is not there is an error
@@ -92,64 +98,53 @@ RecordsetPtr Faulty(RecordsetPtr rows, FaultKind kind) {
   return rows;
 }
 
-class LoggedConnection final : public Connection {
+class LoggedConnection final : public ConnectionWrapper {
  public:
   LoggedConnection(ConnectionPtr connection, StatementLog& log)
-      : connection_(std::move(connection)), log_(log) {}
+      : ConnectionWrapper(std::move(connection)), log_(log) {}
 
-  RecordsetPtr Execute(std::string_view sql) override {
-    return Send({.text = std::string(sql)}, [&] { return connection_->Execute(sql); });
+  RecordsetPtr Execute(const SqlText& sql) override {
+    return Send({.text = std::string(sql.text), .from = sql.from},
+                [&](LoggedStatement&) { return ConnectionWrapper::Execute(sql); });
   }
 
-  RecordsetPtr OpenClientRecordset(std::string_view sql) override {
-    return Send({.text = std::string(sql)}, [&] { return connection_->OpenClientRecordset(sql); });
+  RecordsetPtr OpenClientRecordset(const SqlText& sql) override {
+    return Send({.text = std::string(sql.text), .from = sql.from},
+                [&](LoggedStatement&) { return ConnectionWrapper::OpenClientRecordset(sql); });
   }
 
-  void CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) override {
-    Send({.is_procedure = true, .text = std::string(name), .parameters = InputsOf(parameters)},
-         [&] {
-           connection_->CallProcedure(name, parameters);
+  void CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) override {
+    Send({.is_procedure = true,
+          .text = std::string(name.text),
+          .from = name.from,
+          .parameters = Those(parameters, false)},
+         [&](LoggedStatement& statement) {
+           ConnectionWrapper::CallProcedure(name, parameters);
+           statement.outputs = Those(parameters, true);
            return RecordsetPtr();
          });
   }
 
   std::vector<ConnectionError> Errors() const override {
-    if (!reported_) return connection_->Errors();
+    if (!reported_) return ConnectionWrapper::Errors();
     return {{reported_->number(), reported_->source(), reported_->description(), ""}};
   }
 
-  int State() const override { return connection_->State(); }
-  void Close() override { connection_->Close(); }
-
  private:
   template <class Run>
-  RecordsetPtr Send(LoggedStatement statement, Run run) {
+  RecordsetPtr Send(LoggedStatement sent, Run run) {
     const std::optional<StatementFault> fault = log_.TakeFault();
     const auto is = [&](FaultKind kind) { return fault && fault->kind == kind; };
     reported_.reset();
     if (is(FaultKind::kRaised) || is(FaultKind::kLeft)) reported_ = fault->error;
-    const auto start = std::chrono::steady_clock::now();
-    RecordsetPtr rows;
-    try {
+    return log_.Send(std::move(sent), [&](LoggedStatement& statement) {
       if (is(FaultKind::kRaised)) throw AutomationError(fault->error);
-      rows = run();
-    } catch (const AutomationError& error) {
-      statement.error = error;
-      Finish(std::move(statement), start);
-      throw;
-    }
-    if (rows != nullptr && rows->IsOpen()) statement.rows = rows->RecordCount();
-    Finish(std::move(statement), start);
-    return fault ? Faulty(std::move(rows), fault->kind) : rows;
+      RecordsetPtr rows = run(statement);
+      if (rows != nullptr && rows->IsOpen()) statement.rows = rows->RecordCount();
+      return fault ? Faulty(std::move(rows), fault->kind) : rows;
+    });
   }
 
-  void Finish(LoggedStatement statement, std::chrono::steady_clock::time_point start) {
-    const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - start;
-    statement.milliseconds = took.count();
-    log_.Add(std::move(statement));
-  }
-
-  ConnectionPtr connection_;
   StatementLog& log_;
   std::optional<AutomationError> reported_;  // by order, of the last statement
 };

@@ -3,9 +3,14 @@
 //
 // It serves `--trace`, the scenarios' lists of statements, fault injection, and the verdict on a
 // call. One log may watch any number of connections; it keeps the order in which they were used.
+// The rows that a rule saw are kept for those who ask; where nobody does, a recordset is the
+// connection's own.
 #pragma once
 
+#include <chrono>
 #include <functional>
+#include <limits>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,16 +20,22 @@
 #include "foundation/call_site.h"
 #include "foundation/connection.h"
 #include "foundation/error.h"
+#include "host/seen_rows.h"
 
 namespace tavcc {
 
 struct LoggedStatement {
   bool is_procedure = false;
   std::string text = {};                            // the batch as sent, or the procedure's name
+  CallSite from = {};                               // the line of source that sent it
   std::vector<ProcedureParameter> parameters = {};  // a procedure's input parameters, in order
+  std::vector<ProcedureParameter> outputs = {};     // what it gave back in the others
   int rows = -1;            // rows of the result; -1 when it has none or the cursor does not know
   double milliseconds = 0;  // how long the database took
   std::optional<AutomationError> error = {};  // what it raised instead of a result
+  // The rows of the result that the rule saw so far; null where there is no result, or rows are not
+  // kept.
+  std::shared_ptr<const SeenRows> seen = nullptr;
 };
 
 // "src/checks/credit.cpp:113": the file as it is named in the project. Empty for nowhere.
@@ -59,6 +70,20 @@ struct ReadyCall {
 struct Failure {
   std::string what;  // the statement, or the host's component that was asked
   AutomationError error;
+  CallSite from = {};  // where a statement was sent
+};
+
+// Who watches a log.
+struct StatementObserver {
+  static constexpr int kAllRows = std::numeric_limits<int>::max();
+
+  // Called when a statement has run, while the call goes on; may be null.
+  std::function<void(const LoggedStatement&)> sent = nullptr;
+  // Called when the rule has let go of a statement's rows, before or after the next is sent; may be
+  // null.
+  std::function<void(const LoggedStatement&)> rows_seen = nullptr;
+  // How many rows of each statement are kept.
+  int rows = 0;
 };
 
 // A system setting that the host was asked for.
@@ -92,17 +117,41 @@ class StatementLog {
   // Whether a failure was ordered that no statement has met yet.
   bool FailurePending() const { return fault_.has_value(); }
 
-  // Called after each statement, for output while a call runs.
-  void SetObserver(std::function<void(const LoggedStatement&)> observer);
+  // Watches from the next statement on, in place of who watched before.
+  void SetObserver(StatementObserver observer) { observer_ = std::move(observer); }
+  // A call has ended: what is read from here on of the recordsets that it leaves is no rule's.
+  void EndRows() { row_watch_.Settle(); }
 
   // For connections: what is to go wrong with the statement about to be sent, if anything.
   std::optional<StatementFault> TakeFault();
-  void Add(LoggedStatement statement);
+  // Adds a statement when `run`, which may fill it in, has run it: with its time and what came of
+  // it. Returns the rows that `run` returns, watched where rows are kept. Errors: those of `run`.
+  template <class Run>
+  RecordsetPtr Send(LoggedStatement statement, Run run) {
+    const auto start = std::chrono::steady_clock::now();
+    const auto finish = [&] {
+      const std::chrono::duration<double, std::milli> took =
+          std::chrono::steady_clock::now() - start;
+      statement.milliseconds = took.count();
+    };
+    try {
+      RecordsetPtr rows = run(statement);
+      finish();
+      return Add(std::move(statement), std::move(rows));
+    } catch (const AutomationError& error) {
+      finish();
+      statement.error = error;
+      Add(std::move(statement), nullptr);
+      throw;
+    }
+  }
   void AddReadyCall(ReadyCall::Member member, int context);
   void AddSetting(std::string_view category, std::string_view key, const Value& value);
-  void NoteFailure(std::string_view what, const AutomationError& error);
+  void NoteFailure(std::string_view what, const AutomationError& error, CallSite from = {});
 
  private:
+  RecordsetPtr Add(LoggedStatement statement, RecordsetPtr rows);
+
   bool keeps_ = true;
   std::vector<LoggedStatement> statements_;
   std::optional<StatementFault> fault_;
@@ -110,7 +159,8 @@ class StatementLog {
   std::vector<ReadyCall> ready_calls_;
   std::vector<LoggedSetting> settings_;
   std::optional<Failure> first_failure_;
-  std::function<void(const LoggedStatement&)> observer_;
+  StatementObserver observer_;
+  RowWatch row_watch_;
 };
 
 // The connection with a log before it; all else goes to `connection` unchanged. `log` must outlive

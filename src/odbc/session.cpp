@@ -224,15 +224,15 @@ void Session::RaiseFirstError() {
   throw AutomationError(first->number, first->source, first->description);
 }
 
-RecordsetPtr Session::Execute(std::string_view sql) {
-  return MakeRecordset(Run(sql, Keep::kFirst));
+RecordsetPtr Session::Execute(const SqlText& sql) {
+  return MakeRecordset(Run(sql.text, Keep::kFirst));
 }
 
-void Session::CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) {
+void Session::CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) {
   RequireOpen();
   const auto is_output = [](const ProcedureParameter& parameter) { return parameter.output; };
   const auto outputs = static_cast<size_t>(std::ranges::count_if(parameters, is_output));
-  const Rows rows = Run(ProcedureBatch(name, parameters), Keep::kLast);
+  const Rows rows = Run(ProcedureBatch(name.text, parameters), Keep::kLast);
   if (outputs == 0 || rows.cells.size() != outputs) return;
   auto value = rows.cells.begin();
   for (ProcedureParameter& parameter : parameters) {

@@ -24,9 +24,9 @@ class Session final : public Connection {
   // Connects. Errors: those of OpenOdbc.
   void Open();
 
-  RecordsetPtr Execute(std::string_view sql) override;
-  RecordsetPtr OpenClientRecordset(std::string_view sql) override { return Execute(sql); }
-  void CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) override;
+  RecordsetPtr Execute(const SqlText& sql) override;
+  RecordsetPtr OpenClientRecordset(const SqlText& sql) override { return Execute(sql); }
+  void CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) override;
   std::vector<ConnectionError> Errors() const override { return errors_; }
   int State() const override { return open_ ? kStateOpen : kStateClosed; }
   void Close() override;

@@ -172,7 +172,7 @@ std::string OpeningPriceQuery(int32_t item_id, int32_t unit_id) {
 }
 
 // The price of the first row that the statement returns; nothing when it returns none.
-std::optional<double> FirstPrice(Connection& cn, const std::string& sql) {
+std::optional<double> FirstPrice(Connection& cn, const SqlText& sql) {
   const RecordsetPtr rows = cn.Execute(sql);
   if (rows->AtEnd()) return std::nullopt;
   return ToDouble(rows->Field("FPrice"));

@@ -9,9 +9,9 @@ namespace {
 class TimelineConnection final : public Connection {
  public:
   explicit TimelineConnection(TimelineHost& host) : host_(host) {}
-  RecordsetPtr Execute(std::string_view sql) override { return host_.Answer(sql); }
-  RecordsetPtr OpenClientRecordset(std::string_view sql) override { return Execute(sql); }
-  void CallProcedure(std::string_view, std::span<ProcedureParameter>) override {}
+  RecordsetPtr Execute(const SqlText& sql) override { return host_.Answer(sql.text); }
+  RecordsetPtr OpenClientRecordset(const SqlText& sql) override { return Execute(sql); }
+  void CallProcedure(const SqlText&, std::span<ProcedureParameter>) override {}
   std::vector<ConnectionError> Errors() const override { return {}; }
   int State() const override { return host_.connection_is_closed ? kStateClosed : kStateOpen; }
   void Close() override { host_.timeline.push_back("close"); }

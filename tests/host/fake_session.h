@@ -13,14 +13,14 @@ namespace tavcc::testing {
 
 class FakeSession final : public Connection {
  public:
-  RecordsetPtr Execute(std::string_view sql) override {
+  RecordsetPtr Execute(const SqlText& sql) override {
     if (state == kStateClosed) throw AutomationError(RuntimeError::kObjectClosed);
-    sent.emplace_back(sql);
-    return answer ? answer(sql) : std::make_shared<OneColumn>(std::vector<Value>{});
+    sent.emplace_back(sql.text);
+    return answer ? answer(sql.text) : std::make_shared<OneColumn>(std::vector<Value>{});
   }
-  RecordsetPtr OpenClientRecordset(std::string_view sql) override { return Execute(sql); }
-  void CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) override {
-    sent.emplace_back(name);
+  RecordsetPtr OpenClientRecordset(const SqlText& sql) override { return Execute(sql); }
+  void CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) override {
+    sent.emplace_back(name.text);
     for (ProcedureParameter& parameter : parameters) {
       if (parameter.output) parameter.value = "out";
     }

@@ -128,13 +128,116 @@ TEST_F(StatementLogTest, ClearingDropsAFailureThatNoStatementMet) {
 
 TEST_F(StatementLogTest, TheObserverSeesEachStatementWhenItHasRun) {
   std::vector<std::string> seen;
-  log_.SetObserver([&](const LoggedStatement& statement) {
+  log_.SetObserver({.sent = [&](const LoggedStatement& statement) {
     seen.push_back(statement.text + (statement.error ? " failed" : " ran"));
-  });
+  }});
   log_.FailAt(2, AutomationError(50000, "test", "disk full"));
   Run("Select 1");
   Run("Select 2");
   EXPECT_THAT(seen, ElementsAre("Select 1 ran", "Select 2 failed"));
+}
+
+TEST_F(StatementLogTest, TellsTheLineThatSentAStatement) {
+  const int line = __LINE__ + 1;
+  connection_->Execute("Select 1");
+  connection_->OpenClientRecordset(std::string("Select 2"));
+  connection_->CallProcedure("sp_Post", {});
+  ASSERT_THAT(log_.statements(), SizeIs(3));
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(PlaceText(log_.statements()[static_cast<size_t>(i)].from),
+              "tests/host/statement_log_test.cpp:" + std::to_string(line + i));
+  }
+}
+
+TEST_F(StatementLogTest, AFailureTellsItsLineToo) {
+  log_.FailAt(1, AutomationError(50000, "test", "disk full"));
+  const int line = __LINE__ + 1;
+  EXPECT_THROW(connection_->Execute("Select 1"), AutomationError);
+  ASSERT_TRUE(log_.first_failure().has_value());
+  EXPECT_EQ(log_.first_failure()->from.line, line);
+}
+
+TEST(CallSites, AreNamedAsInTheProject) {
+  EXPECT_EQ(PlaceText({"/home/src/erp/src/checks/credit.cpp", 7}), "src/checks/credit.cpp:7");
+  EXPECT_EQ(PlaceText({"../../src/checks/credit.cpp", 7}), "src/checks/credit.cpp:7");
+  EXPECT_EQ(PlaceText({"src/checks/credit.cpp", 7}), "src/checks/credit.cpp:7");
+  EXPECT_EQ(PlaceText({"credit.cpp", 7}), "credit.cpp:7");
+  EXPECT_EQ(PlaceText(CallSite()), "");
+}
+
+TEST_F(StatementLogTest, AProceduresOutputsAreLogged) {
+  ProcedureParameter parameters[] = {{.name = "@ErrorMessage", .value = "", .output = true}};
+  connection_->CallProcedure("sp_Post", parameters);
+  ASSERT_THAT(log_.statements()[0].outputs, SizeIs(1));
+  EXPECT_EQ(log_.statements()[0].outputs[0].name, "@ErrorMessage");
+  EXPECT_EQ(log_.statements()[0].outputs[0].value, Value("out"));
+}
+
+TEST_F(StatementLogTest, WhereNobodyAsksForRowsTheRecordsetIsTheConnectionsOwn) {
+  const auto answer = std::make_shared<OneColumn>(std::vector<Value>{"a"});
+  session_->answer = [&](auto) { return answer; };
+  EXPECT_EQ(connection_->Execute("Select x"), answer);
+  EXPECT_EQ(log_.statements()[0].seen, nullptr);
+  log_.SetObserver({.rows = 1});
+  EXPECT_NE(connection_->Execute("Select x"), answer);
+}
+
+TEST_F(StatementLogTest, KeepsTheRowsThatWereSeen) {
+  session_->answer = [](auto) {
+    return std::make_shared<OneColumn>(std::vector<Value>{"a", "b", "c"});
+  };
+  log_.SetObserver({.rows = StatementObserver::kAllRows});
+  RecordsetPtr rows = connection_->Execute("Select x");
+  EXPECT_FALSE(rows->AtEnd());
+  rows->MoveNext();
+  EXPECT_EQ(rows->Field(0), Value("b"));
+  rows = nullptr;
+  const SeenRows& seen = *log_.statements()[0].seen;
+  EXPECT_THAT(seen.columns, ElementsAre("F0"));
+  EXPECT_THAT(seen.rows, ElementsAre(ElementsAre(Value("a")), ElementsAre(Value("b"))));
+  EXPECT_EQ(seen.count, 2);
+  EXPECT_FALSE(seen.to_the_end);
+}
+
+TEST_F(StatementLogTest, RowsReadBehindTheCallAreNoRules) {
+  session_->answer = [](auto) { return std::make_shared<OneColumn>(std::vector<Value>{"a", "b"}); };
+  log_.SetObserver({.rows = StatementObserver::kAllRows});
+  const RecordsetPtr rows = connection_->Execute("Select x");
+  EXPECT_FALSE(rows->AtEnd());
+  log_.EndRows();
+  rows->MoveNext();
+  EXPECT_EQ(rows->Field(0), Value("b"));
+  EXPECT_THAT(log_.statements()[0].seen->rows, ElementsAre(ElementsAre(Value("a"))));
+}
+
+TEST_F(StatementLogTest, TheObserverIsToldWhenTheRowsAreLetGo) {
+  session_->answer = [](auto) { return std::make_shared<OneColumn>(std::vector<Value>{"a"}); };
+  std::vector<std::string> told;
+  log_.SetObserver(
+      {.sent = [&](const LoggedStatement& statement) { told.push_back("sent " + statement.text); },
+       .rows_seen =
+           [&](const LoggedStatement& statement) {
+             told.push_back(statement.text + " " + std::to_string(statement.seen->count));
+           },
+       .rows = 1});
+  RecordsetPtr first = connection_->Execute("Select 1");
+  EXPECT_FALSE(first->AtEnd());
+  const RecordsetPtr second = connection_->Execute("Select 2");
+  first = nullptr;
+  second->Close();
+  EXPECT_THAT(told, ElementsAre("sent Select 1", "sent Select 2", "Select 1 1", "Select 2 0"));
+}
+
+// As on a connection that has one open recordset at a time.
+TEST_F(StatementLogTest, ARecordsetIsReleasedWhenTheRuleReleasesIt) {
+  const auto answer = std::make_shared<OneColumn>(std::vector<Value>{"a"});
+  session_->answer = [&](auto) { return answer; };
+  log_.SetObserver({.rows = 1});
+  RecordsetPtr rows = connection_->Execute("Select x");
+  EXPECT_FALSE(rows->AtEnd());
+  EXPECT_EQ(answer.use_count(), 2);  // the test's and the rule's
+  rows = nullptr;
+  EXPECT_EQ(answer.use_count(), 1);
 }
 
 TEST_F(StatementLogTest, StateAndClosingAreTheSessionsOwn) {

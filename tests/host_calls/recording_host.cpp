@@ -4,6 +4,7 @@
 
 #include "foundation/conversions.h"
 #include "foundation/text.h"
+#include "host/connection_wrapper.h"
 #include "host/recordset_wrapper.h"
 
 namespace tavcc::testing {
@@ -24,39 +25,39 @@ class WithBillNo final : public RecordsetWrapper {
   std::string bill_no_;
 };
 
-class RecordedConnection final : public Connection {
+class RecordedConnection final : public ConnectionWrapper {
  public:
   RecordedConnection(ConnectionPtr connection, HostCalls& calls)
-      : connection_(std::move(connection)), calls_(calls) {}
-  RecordsetPtr Execute(std::string_view sql) override {
+      : ConnectionWrapper(std::move(connection)), calls_(calls) {}
+  RecordsetPtr Execute(const SqlText& sql) override {
     calls_.Add("sql");
-    RecordsetPtr rows = connection_->Execute(sql);
-    if (calls_.bill_no.empty() || !sql.starts_with("Select FStatus,FVoucherID,FDate,")) return rows;
+    RecordsetPtr rows = ConnectionWrapper::Execute(sql);
+    const bool head = sql.text.starts_with("Select FStatus,FVoucherID,FDate,");
+    if (calls_.bill_no.empty() || !head) return rows;
     return std::make_shared<WithBillNo>(std::move(rows), calls_.bill_no);
   }
-  RecordsetPtr OpenClientRecordset(std::string_view sql) override {
+  RecordsetPtr OpenClientRecordset(const SqlText& sql) override {
     calls_.Add("client sql");
-    return connection_->OpenClientRecordset(sql);
+    return ConnectionWrapper::OpenClientRecordset(sql);
   }
-  void CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) override {
+  void CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) override {
     calls_.Add("procedure");
-    connection_->CallProcedure(name, parameters);
+    ConnectionWrapper::CallProcedure(name, parameters);
   }
   std::vector<ConnectionError> Errors() const override {
     calls_.Add("errors");
-    return connection_->Errors();
+    return ConnectionWrapper::Errors();
   }
   int State() const override {
     calls_.Add("state");
-    return connection_->State();
+    return ConnectionWrapper::State();
   }
   void Close() override {
     calls_.Add("close");
-    connection_->Close();
+    ConnectionWrapper::Close();
   }
 
  private:
-  ConnectionPtr connection_;
   HostCalls& calls_;
 };
 
@@ -94,7 +95,7 @@ class RecordedApplicationConnection final : public ApplicationConnection {
  public:
   RecordedApplicationConnection(std::unique_ptr<ApplicationConnection> connection, HostCalls& calls)
       : connection_(std::move(connection)), calls_(calls) {}
-  RecordsetPtr Execute(std::string_view sDsn, std::string_view strSQL) override {
+  RecordsetPtr Execute(std::string_view sDsn, const SqlText& strSQL) override {
     calls_.Add("run");
     return connection_->Execute(sDsn, strSQL);
   }
@@ -108,7 +109,7 @@ class RecordedClassInfo final : public ClassInfo {
  public:
   RecordedClassInfo(std::unique_ptr<ClassInfo> info, HostCalls& calls)
       : info_(std::move(info)), calls_(calls) {}
-  RecordsetPtr GetData(std::string_view sDsn, std::string_view strSQL) override {
+  RecordsetPtr GetData(std::string_view sDsn, const SqlText& strSQL) override {
     calls_.Add("first value");
     return info_->GetData(sDsn, strSQL);
   }

@@ -79,7 +79,7 @@ TEST(EmbeddedRoads, AreEachADatabaseOfTheirOwn) {
 TEST(EmbeddedRoads, ShowEachStatementOfACallToTheObserver) {
   std::vector<std::string> seen;
   const auto roads =
-      MakeEmbeddedRoads([&](const LoggedStatement& sent) { seen.push_back(sent.text); });
+      MakeEmbeddedRoads({.sent = [&](const LoggedStatement& sent) { seen.push_back(sent.text); }});
   const Scenario scenario = ParseScenario("f.json", R"json({"name": "n", "steps": [
     {"query": "select 1"},
     {"call": "cls_CX.UnAuditBill", "args": {"lngFID": 5},

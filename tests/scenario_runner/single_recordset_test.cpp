@@ -6,6 +6,7 @@
 #include <string>
 
 #include "embedded/embedded.h"
+#include "host/connection_wrapper.h"
 #include "host/recordset_wrapper.h"
 #include "host/schema.h"
 #include "scenario/erp_road.h"
@@ -63,29 +64,24 @@ class WatchedRecordset final : public RecordsetWrapper {
   OpenRecordsetsPtr open_;
 };
 
-class WatchedConnection final : public Connection {
+class WatchedConnection final : public ConnectionWrapper {
  public:
   WatchedConnection(ConnectionPtr connection, Overlaps& overlaps)
-      : connection_(std::move(connection)), open_(new OpenRecordsets{overlaps}) {}
+      : ConnectionWrapper(std::move(connection)), open_(new OpenRecordsets{overlaps}) {}
 
-  RecordsetPtr Execute(std::string_view sql) override {
-    open_->Sending(sql);
-    return Watched(connection_->Execute(sql), sql);
+  RecordsetPtr Execute(const SqlText& sql) override {
+    open_->Sending(sql.text);
+    return Watched(ConnectionWrapper::Execute(sql), sql.text);
   }
   // A cursor on the client's side has all its rows: it keeps nothing open on the connection.
-  RecordsetPtr OpenClientRecordset(std::string_view sql) override {
-    open_->Sending(sql);
-    return connection_->OpenClientRecordset(sql);
+  RecordsetPtr OpenClientRecordset(const SqlText& sql) override {
+    open_->Sending(sql.text);
+    return ConnectionWrapper::OpenClientRecordset(sql);
   }
-  void CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) override {
-    open_->Sending(name);
-    connection_->CallProcedure(name, parameters);
+  void CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) override {
+    open_->Sending(name.text);
+    ConnectionWrapper::CallProcedure(name, parameters);
   }
-  std::vector<ConnectionError> Errors() const override { return connection_->Errors(); }
-  int State() const override { return connection_->State(); }
-  void Close() override { connection_->Close(); }
-
-  Connection& inner() { return *connection_; }
 
  private:
   RecordsetPtr Watched(RecordsetPtr rows, std::string_view sql) {
@@ -93,7 +89,6 @@ class WatchedConnection final : public Connection {
     return std::make_shared<WatchedRecordset>(std::move(rows), std::string(sql), open_);
   }
 
-  ConnectionPtr connection_;
   OpenRecordsetsPtr open_;
 };
 
@@ -116,7 +111,7 @@ class WatchedRoads final : public Roads {
           database->Reopen(dynamic_cast<WatchedConnection&>(session).inner());
         });
     ApplyStartState(start, erp->host(), *erp->connection());
-    return std::make_unique<ErpRoad>(std::move(erp), nullptr);
+    return std::make_unique<ErpRoad>(std::move(erp), StatementObserver());
   }
 };
 

@@ -65,10 +65,10 @@ class Context final : public DbContext {
 class Sender final : public ApplicationConnection, public ClassInfo {
  public:
   explicit Sender(InstantHost& host) : host_(host) {}
-  RecordsetPtr Execute(std::string_view, std::string_view sql) override {
+  RecordsetPtr Execute(std::string_view, const SqlText& sql) override {
     return host_.connection().Execute(sql);
   }
-  RecordsetPtr GetData(std::string_view, std::string_view sql) override {
+  RecordsetPtr GetData(std::string_view, const SqlText& sql) override {
     return host_.connection().Execute(sql);
   }
 
@@ -112,11 +112,11 @@ void InstantConnection::Answer(std::string prefix, std::vector<std::string> name
                         std::make_shared<AtMostOneRow>(std::move(names), std::move(row)));
 }
 
-RecordsetPtr InstantConnection::Execute(std::string_view sql) {
+RecordsetPtr InstantConnection::Execute(const SqlText& sql) {
   ++sent;
-  bytes += sql.size();
+  bytes += sql.text.size();
   for (const auto& [prefix, rows] : answers_) {
-    if (!sql.starts_with(prefix)) continue;
+    if (!sql.text.starts_with(prefix)) continue;
     rows->MoveFirst();
     return rows;
   }

@@ -19,9 +19,9 @@ class InstantConnection final : public Connection {
   // handed out again each time, from its first row on.
   void Answer(std::string prefix, std::vector<std::string> names, std::vector<Value> row);
 
-  RecordsetPtr Execute(std::string_view sql) override;
-  RecordsetPtr OpenClientRecordset(std::string_view sql) override { return Execute(sql); }
-  void CallProcedure(std::string_view, std::span<ProcedureParameter>) override { ++sent; }
+  RecordsetPtr Execute(const SqlText& sql) override;
+  RecordsetPtr OpenClientRecordset(const SqlText& sql) override { return Execute(sql); }
+  void CallProcedure(const SqlText&, std::span<ProcedureParameter>) override { ++sent; }
   std::vector<ConnectionError> Errors() const override { return {}; }
   int State() const override { return kStateOpen; }
   void Close() override {}

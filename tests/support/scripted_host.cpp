@@ -37,8 +37,8 @@ class Runner : public ApplicationConnection {
  public:
   explicit Runner(ScriptedHost& host) : host_(host) {}
   ~Runner() override { host_.calls.push_back("application connection released"); }
-  RecordsetPtr Execute(std::string_view sDsn, std::string_view sql) override {
-    return host_.execute(sDsn, sql);
+  RecordsetPtr Execute(std::string_view sDsn, const SqlText& sql) override {
+    return host_.execute(sDsn, sql.text);
   }
 
  private:
@@ -48,8 +48,8 @@ class Runner : public ApplicationConnection {
 class Info : public ClassInfo {
  public:
   explicit Info(ScriptedHost& host) : host_(host) {}
-  RecordsetPtr GetData(std::string_view sDsn, std::string_view sql) override {
-    return host_.get_data(sDsn, sql);
+  RecordsetPtr GetData(std::string_view sDsn, const SqlText& sql) override {
+    return host_.get_data(sDsn, sql.text);
   }
 
  private:

@@ -54,9 +54,9 @@ class OneColumn : public Recordset {
 class ErrorsOnlyConnection : public Connection {
  public:
   explicit ErrorsOnlyConnection(std::vector<ConnectionError> errors) : errors_(std::move(errors)) {}
-  RecordsetPtr Execute(std::string_view) override { return nullptr; }
-  RecordsetPtr OpenClientRecordset(std::string_view) override { return nullptr; }
-  void CallProcedure(std::string_view, std::span<ProcedureParameter>) override {}
+  RecordsetPtr Execute(const SqlText&) override { return nullptr; }
+  RecordsetPtr OpenClientRecordset(const SqlText&) override { return nullptr; }
+  void CallProcedure(const SqlText&, std::span<ProcedureParameter>) override {}
   std::vector<ConnectionError> Errors() const override { return errors_; }
   int State() const override { return kStateOpen; }
   void Close() override {}

@@ -9,6 +9,6 @@ namespace tavcc {
 
 // Each road has a database of its own, in memory, whose clock stands still at the scenario's `now`.
 // `observer`, where given, sees each statement that a call sends.
-std::unique_ptr<Roads> MakeEmbeddedRoads(StatementObserver observer = nullptr);
+std::unique_ptr<Roads> MakeEmbeddedRoads(StatementObserver observer = {});
 
 }  // namespace tavcc

@@ -23,7 +23,7 @@ void ErpRoad::StartLog(const std::optional<InjectedFailure>& failure) {
 std::vector<LoggedStatement> ErpRoad::TakeLog() {
   auto statements = erp_->log().statements();
   erp_->log().Clear();
-  erp_->log().SetObserver(nullptr);
+  erp_->log().SetObserver({});
   return statements;
 }
 

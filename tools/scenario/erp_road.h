@@ -1,7 +1,6 @@
 // A road over an ERP database with the reference host: calls go straight to the classes.
 #pragma once
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -13,12 +12,9 @@
 
 namespace tavcc {
 
-// Sees each statement that a call sends.
-using StatementObserver = std::function<void(const LoggedStatement&)>;
-
 class ErpRoad : public Road {
  public:
-  // `observer` may be null.
+  // `observer` sees each statement that a call sends.
   ErpRoad(std::unique_ptr<Erp> erp, StatementObserver observer);
 
   Host& host() override { return erp_->host(); }

@@ -22,7 +22,6 @@ struct DatabaseServer {
 
 // One road at a time: opening one ends the last. Errors of Open: the server's, e.g. where databases
 // may not be created.
-std::unique_ptr<Roads> MakeOwnDatabaseRoads(DatabaseServer server,
-                                            StatementObserver observer = nullptr);
+std::unique_ptr<Roads> MakeOwnDatabaseRoads(DatabaseServer server, StatementObserver observer = {});
 
 }  // namespace tavcc

@@ -7,6 +7,7 @@
 
 #include "foundation/error.h"
 #include "foundation/text.h"
+#include "host/connection_wrapper.h"
 #include "scenario/start_state.h"
 
 namespace tavcc {
@@ -45,32 +46,32 @@ std::set<std::string> TemporaryNames(std::string_view sql) {
 }
 
 // The session of all roads, as one of them sees it.
-class ScenarioSession final : public Connection {
+class ScenarioSession final : public ConnectionWrapper {
  public:
-  explicit ScenarioSession(ConnectionPtr session) : session_(std::move(session)) {}
+  using ConnectionWrapper::ConnectionWrapper;
 
-  RecordsetPtr Execute(std::string_view sql) override {
-    temporary_.merge(TemporaryNames(sql));
-    return Guarded([&] { return session_->Execute(sql); });
+  RecordsetPtr Execute(const SqlText& sql) override {
+    temporary_.merge(TemporaryNames(sql.text));
+    return Guarded([&] { return ConnectionWrapper::Execute(sql); });
   }
-  RecordsetPtr OpenClientRecordset(std::string_view sql) override {
-    temporary_.merge(TemporaryNames(sql));
-    return Guarded([&] { return session_->OpenClientRecordset(sql); });
+  RecordsetPtr OpenClientRecordset(const SqlText& sql) override {
+    temporary_.merge(TemporaryNames(sql.text));
+    return Guarded([&] { return ConnectionWrapper::OpenClientRecordset(sql); });
   }
-  void CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) override {
+  void CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) override {
     Guarded([&] {
-      session_->CallProcedure(name, parameters);
+      ConnectionWrapper::CallProcedure(name, parameters);
       return RecordsetPtr();
     });
   }
   std::vector<ConnectionError> Errors() const override { return errors_; }
-  int State() const override { return closed_ ? kStateClosed : session_->State(); }
+  int State() const override { return closed_ ? kStateClosed : ConnectionWrapper::State(); }
   void Close() override { closed_ = true; }
 
   void Reopen() {
     closed_ = false;
     for (const std::string& name : std::exchange(temporary_, {})) {
-      session_->Execute(
+      inner().Execute(
           Cat("IF OBJECT_ID('tempdb..", name, "') IS NOT NULL DROP TABLE [", name, "]"));
     }
   }
@@ -83,26 +84,25 @@ class ScenarioSession final : public Connection {
     errors_.clear();
     try {
       RecordsetPtr rows = run();
-      errors_ = session_->Errors();
+      errors_ = inner().Errors();
       return rows;
     } catch (const AutomationError&) {
-      errors_ = session_->Errors();
+      errors_ = inner().Errors();
       KeepInTransaction();
       throw;
     }
   }
 
   void KeepInTransaction() {
-    if (session_->State() == kStateClosed) {
+    if (inner().State() == kStateClosed) {
       obstacle_ = "the connection was lost";
       return;
     }
-    if (session_->Execute(kTransactions)->Field(0) != Value(int32_t{0})) return;
-    session_->Execute(kBegin);
+    if (inner().Execute(kTransactions)->Field(0) != Value(int32_t{0})) return;
+    inner().Execute(kBegin);
     obstacle_ = "an error of the server ended the transaction in which the scenario runs";
   }
 
-  const ConnectionPtr session_;
   bool closed_ = false;
   // Of the temporary tables that may be there. A server need not list them.
   std::set<std::string> temporary_;

@@ -26,6 +26,6 @@ PreparedDatabase OnSqlServer(std::string dsn, ConnectionOpener open, ConnectionR
 // The database holds the schema and the base rows and no bill. Errors of Open, beside the
 // database's: AutomationError 5 where it holds bills, and is then left as it is.
 std::unique_ptr<Roads> MakePreparedRoads(PreparedDatabase database,
-                                         StatementObserver observer = nullptr);
+                                         StatementObserver observer = {});
 
 }  // namespace tavcc

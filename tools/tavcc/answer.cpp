@@ -134,7 +134,8 @@ Answer CallInTransaction(Erp& erp, const ClassDescription& cls, const Method& me
     answer.error = error;
     answer.verdict = VerdictOf(method, error);
   }
-  erp.log().SetObserver(nullptr);
+  erp.log().EndRows();
+  erp.log().SetObserver({});
   answer.statements = erp.log().statements();
   answer.failure = erp.log().first_failure();
   if (!answer.failure && watch.first()) answer.failure.emplace(Failure{"", *watch.first()});

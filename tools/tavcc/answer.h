@@ -37,7 +37,7 @@ using AnswerPrinter = std::function<void(const Answer&)>;
 // Errors: ArgumentError and the like before the method ran, and those of `print`: nothing is kept
 // then; those of keeping it, which say so. What the method itself raises is in the answer.
 Answer CallInTransaction(Erp& erp, const ClassDescription& cls, const Method& method,
-                         std::vector<Value> arguments, const StatementObserver& observer = nullptr,
+                         std::vector<Value> arguments, const StatementObserver& observer = {},
                          const AnswerPrinter& print = nullptr);
 
 // The verdict in the result, and for CheckBill, which tells it in words only, in its message. A

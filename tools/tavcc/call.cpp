@@ -11,6 +11,7 @@
 #include "tavcc/database.h"
 #include "tavcc/output.h"
 #include "tavcc/table.h"
+#include "tavcc/trace.h"
 
 namespace tavcc {
 namespace {
@@ -21,6 +22,13 @@ MethodName FindMethodOrFail(const std::string& dotted) {
   } catch (const std::invalid_argument& error) {
     throw CommandError(error.what());
   }
+}
+
+// The last statement of a call that failed although none of its statements did.
+std::string StatementBeforeError(const Answer& answer) {
+  const bool named = answer.failure && !answer.failure->what.empty();
+  if (answer.verdict != Exit::kFailed || named || answer.statements.empty()) return "";
+  return ShowStatement(answer.statements.back());
 }
 
 Json AnswerJson(const Method& method, const Answer& answer, bool trace) {
@@ -35,8 +43,10 @@ Json AnswerJson(const Method& method, const Answer& answer, bool trace) {
   if (answer.failure) {
     json["failure"] = {{"number", answer.failure->error.number()},
                        {"description", answer.failure->error.description()},
-                       {"at", answer.failure->what}};
+                       {"at", answer.failure->what},
+                       {"from", PlaceText(answer.failure->from)}};
   }
+  if (const std::string last = StatementBeforeError(answer); !last.empty()) json["after"] = last;
   json["arguments"] = Json::object();
   for (size_t i = 0; i < method.parameters.size(); ++i) {
     if (!method.parameters[i].in_out) continue;
@@ -92,6 +102,10 @@ std::string AnswerText(const MethodName& name, const Answer& answer) {
     const AutomationError& error = answer.failure->error;
     text += Named("failure", fmt::format("error {}: {}", error.number(), error.description()));
     if (!answer.failure->what.empty()) text += Named("at", answer.failure->what);
+    if (answer.failure->from.line > 0) text += Named("from", PlaceText(answer.failure->from));
+  }
+  if (const std::string last = StatementBeforeError(answer); !last.empty()) {
+    text += Named("after", last);
   }
   if (answer.verdict == Exit::kFailed) text += "What the call did was undone.\n";
   return text;
@@ -119,8 +133,6 @@ Exit CallCommand(const CommonOptions& common, const CallOptions& options) {
   erp->host().settings().user_id = options.user;
   std::vector<Value> arguments =
       MakeArguments({erp->host(), erp->dsn(), erp->connection()}, *name.method, given);
-  const StatementObserver trace =
-      common.trace && !common.json ? StatementObserver(TraceStatement) : nullptr;
   const auto print = [&](const Answer& answer) {
     try {
       Print(common.json ? Show(AnswerJson(*name.method, answer, common.trace), 2) + "\n"
@@ -129,7 +141,8 @@ Exit CallCommand(const CommonOptions& common, const CallOptions& options) {
       throw CommandError(std::string(error.what()) + "; what the call did was undone");
     }
   };
-  return CallInTransaction(*erp, *name.cls, *name.method, std::move(arguments), trace, print)
+  return CallInTransaction(*erp, *name.cls, *name.method, std::move(arguments),
+                           common.json ? TraceForJson(common) : TraceOf(common), print)
       .verdict;
 }
 

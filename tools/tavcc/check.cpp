@@ -5,6 +5,7 @@
 #include "tavcc/database.h"
 #include "tavcc/output.h"
 #include "tavcc/table.h"
+#include "tavcc/trace.h"
 
 namespace tavcc {
 namespace {
@@ -66,7 +67,7 @@ void PrintJson(const std::vector<LedgerDifference>& differences,
 
 Exit CheckCommand(const CommonOptions& common) {
   const auto erp = OpenDatabase(common);
-  if (common.trace) erp->log().SetObserver(TraceStatement);
+  erp->log().SetObserver(TraceWithoutRows(common));
   // One look at all of it, while others may be at work.
   erp->BeginReading();
   const auto differences = CheckLedger(*erp->connection());

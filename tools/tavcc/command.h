@@ -30,6 +30,7 @@ struct CommonOptions {
   int busy_seconds = sql::OpenOptions().busy_seconds;
   bool json = false;   // machine-readable output
   bool trace = false;  // show the statements
+  int rows = 20;       // of each of them, that --trace shows
 };
 
 struct InitOptions {

@@ -153,7 +153,12 @@ void DescribeCommon(CLI::App& app, CommonOptions& common) {
   AddSeconds(app, "--busy-timeout", common.busy_seconds,
              "How long a file is waited for that another process has locked; 0 does not wait");
   app.add_flag("--json", common.json, "Print JSON");
-  app.add_flag("--trace", common.trace, "Show each statement, its rows and its time");
+  app.add_flag("--trace", common.trace,
+               "Show each statement, its rows, its time, and the source line that sent it");
+  app.add_option("--rows", common.rows, "How many rows of each statement --trace shows")
+      ->type_name("N")
+      ->check(CLI::NonNegativeNumber)
+      ->capture_default_str();
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include "tavcc/demo_batch.h"
 #include "tavcc/output.h"
 #include "tavcc/table.h"
+#include "tavcc/trace.h"
 
 namespace tavcc {
 namespace {
@@ -177,7 +178,7 @@ Answer Story::Call(const MethodName& name, int32_t bill) {
   return CallInTransaction(
       erp_, *name.cls, *name.method,
       MakeArguments({erp_.host(), erp_.dsn(), erp_.connection()}, *name.method, arguments),
-      options_.trace ? StatementObserver(TraceStatement) : nullptr);
+      TraceOf(options_));
 }
 
 RecordsetPtr Story::Row(int32_t bill) {

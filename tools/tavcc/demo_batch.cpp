@@ -15,6 +15,7 @@
 #include "tavcc/bills.h"
 #include "tavcc/output.h"
 #include "tavcc/table.h"
+#include "tavcc/trace.h"
 
 namespace tavcc {
 namespace {
@@ -129,8 +130,7 @@ Json BatchStory::Audit(const std::vector<Bill>& bills, int check_type) {
   const auto vector = ToObject<Vector>(arguments.front());
   for (const Bill& bill : bills) vector->Add(BillDictionary(erp_.host(), bill));
   const Answer answer =
-      CallInTransaction(erp_, *name.cls, *name.method, std::move(arguments),
-                        options_.trace ? StatementObserver(TraceStatement) : nullptr);
+      CallInTransaction(erp_, *name.cls, *name.method, std::move(arguments), TraceOf(options_));
   if (answer.verdict == Exit::kFailed) {
     throw CommandError(fmt::format(
         "the batch failed and was undone: {}",

@@ -7,7 +7,6 @@
 #include <system_error>
 
 #include "foundation/conversions.h"
-#include "scenario/runner.h"
 #include "scenario/values.h"
 #include "tavcc/command.h"
 #include "tavcc/table.h"
@@ -119,41 +118,6 @@ std::string RowsText(Recordset& rows, std::string_view indent) {
 
 Json RowsJson(Recordset& rows) {
   return {{"columns", FieldNames(rows)}, {"rows", JsonFromRows(rows, RowForm::kArrays)}};
-}
-
-Json StatementJson(const LoggedStatement& statement) {
-  Json json = Json::object();
-  if (statement.is_procedure) {
-    json["procedure"] = statement.text;
-    json["parameters"] = Json::object();
-    for (const ProcedureParameter& parameter : statement.parameters) {
-      json["parameters"][parameter.name] = JsonFromValue(parameter.value);
-    }
-  } else {
-    json["sql"] = statement.text;
-  }
-  json["rows"] = statement.rows < 0 ? Json() : Json(statement.rows);
-  json["milliseconds"] = statement.milliseconds;
-  if (statement.error) {
-    json["error"] = {{"number", statement.error->number()},
-                     {"description", statement.error->description()}};
-  }
-  return json;
-}
-
-void TraceStatement(const LoggedStatement& statement) {
-  std::string text = ShowStatement(statement);
-  for (size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += 3) {
-    text.replace(at, 1, "\n  ");
-  }
-  std::string outcome = "done";
-  if (statement.error) {
-    outcome =
-        fmt::format("error {}: {}", statement.error->number(), statement.error->description());
-  } else if (statement.rows >= 0) {
-    outcome = fmt::format("{} row{}", statement.rows, statement.rows == 1 ? "" : "s");
-  }
-  PrintAside(fmt::format("> {}\n  {}, {:.3f} ms\n", text, outcome, statement.milliseconds));
 }
 
 }  // namespace tavcc

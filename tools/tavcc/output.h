@@ -1,11 +1,10 @@
-// What the commands print: values, rows, and statements.
+// What the commands print: values and rows.
 #pragma once
 
 #include <string>
 #include <string_view>
 
 #include "foundation/recordset.h"
-#include "host/statement_log.h"
 #include "scenario/json.h"
 
 namespace tavcc {
@@ -31,11 +30,5 @@ std::string RowsText(Recordset& rows, std::string_view indent = "");
 
 // {"columns": […], "rows": [[…], …]}
 Json RowsJson(Recordset& rows);
-
-// A statement with its rows, time and error.
-Json StatementJson(const LoggedStatement& statement);
-
-// An observer that shows each statement on standard error while a call runs.
-void TraceStatement(const LoggedStatement& statement);
 
 }  // namespace tavcc

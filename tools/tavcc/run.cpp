@@ -27,6 +27,7 @@
 #include "tavcc/output.h"
 #include "tavcc/progress.h"
 #include "tavcc/review.h"
+#include "tavcc/trace.h"
 
 namespace tavcc {
 namespace {
@@ -70,7 +71,7 @@ class ScenarioRun {
 
   // What --compare sets beside the server is always the embedded database.
   Workplace Open() const {
-    const StatementObserver trace = common_.trace ? StatementObserver(TraceStatement) : nullptr;
+    const StatementObserver trace = TraceOf(common_);
     Workplace place;
     if (options_.compare) place.embedded = MakeEmbeddedRoads();
     if (!server_) {

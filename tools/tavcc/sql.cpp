@@ -5,12 +5,13 @@
 #include "tavcc/command.h"
 #include "tavcc/database.h"
 #include "tavcc/output.h"
+#include "tavcc/trace.h"
 
 namespace tavcc {
 
 Exit SqlCommand(const CommonOptions& common, const SqlOptions& options) {
   const auto erp = OpenDatabase(common);
-  if (common.trace) erp->log().SetObserver(TraceStatement);
+  erp->log().SetObserver(TraceWithoutRows(common));
   const std::string batch = options.batch == "-"
                                 ? std::string(std::istreambuf_iterator<char>(std::cin), {})
                                 : options.batch;

@@ -55,18 +55,18 @@ void Session::RaiseFirst() const {
   }
 }
 
-RecordsetPtr Session::Execute(std::string_view sql) {
+RecordsetPtr Session::Execute(const SqlText& sql) {
   RequireOpen();
-  engine_->RunBatch(sql);
+  engine_->RunBatch(sql.text);
   RaiseFirst();
   return engine_->TakeResult();
 }
 
-RecordsetPtr Session::OpenClientRecordset(std::string_view sql) {
+RecordsetPtr Session::OpenClientRecordset(const SqlText& sql) {
   return Execute(sql);
 }
 
-void Session::CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) {
+void Session::CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) {
   RequireOpen();
   std::vector<CallArgument> arguments;
   try {
@@ -76,7 +76,7 @@ void Session::CallProcedure(std::string_view name, std::span<ProcedureParameter>
   } catch (const SqlError& error) {
     throw AutomationError(error.number, std::string(kErrorSource), error.message);
   }
-  engine_->RunProcedure(name, arguments);
+  engine_->RunProcedure(name.text, arguments);
   RaiseFirst();
   for (size_t i = 0; i < arguments.size(); ++i) {
     if (!parameters[i].output) continue;

@@ -15,9 +15,9 @@ class Session final : public Connection {
       : store_(std::move(store)), engine_(std::move(engine)) {}
   ~Session() override;
 
-  RecordsetPtr Execute(std::string_view sql) override;
-  RecordsetPtr OpenClientRecordset(std::string_view sql) override;
-  void CallProcedure(std::string_view name, std::span<ProcedureParameter> parameters) override;
+  RecordsetPtr Execute(const SqlText& sql) override;
+  RecordsetPtr OpenClientRecordset(const SqlText& sql) override;
+  void CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) override;
   std::vector<ConnectionError> Errors() const override;
   int State() const override { return open_ ? kStateOpen : kStateClosed; }
   void Close() override;

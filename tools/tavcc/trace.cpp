@@ -1,0 +1,143 @@
+#include "tavcc/trace.h"
+
+#include <fmt/core.h>
+
+#include <memory>
+#include <utility>
+
+#include "scenario/runner.h"
+#include "scenario/values.h"
+#include "tavcc/output.h"
+#include "tavcc/table.h"
+
+namespace tavcc {
+namespace {
+
+constexpr std::string_view kIndent = "  ";
+constexpr std::string_view kRowIndent = "    ";
+
+// Each line but the first behind blanks.
+std::string Indented(std::string text) {
+  for (size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += 1 + kIndent.size()) {
+    text.replace(at, 1, "\n" + std::string(kIndent));
+  }
+  return text;
+}
+
+std::string OutcomeText(const LoggedStatement& statement) {
+  if (statement.error) {
+    return fmt::format("error {}: {}", statement.error->number(), statement.error->description());
+  }
+  if (statement.rows >= 0) {
+    return fmt::format("{} row{}", statement.rows, statement.rows == 1 ? "" : "s");
+  }
+  return "done";
+}
+
+void ShowSent(const LoggedStatement& statement) {
+  std::string text = fmt::format("> {}\n{}{}, {:.3f} ms", Indented(ShowStatement(statement)),
+                                 kIndent, OutcomeText(statement), statement.milliseconds);
+  const std::string from = PlaceText(statement.from);
+  if (!from.empty()) text += ", " + from;
+  for (const ProcedureParameter& output : statement.outputs) {
+    text += fmt::format("\n{}{} = {}", kRowIndent, output.name, ValueText(output.value));
+  }
+  PrintAside(text + "\n");
+}
+
+// Shows rows below their statement, or says whose they are where another one was sent meanwhile.
+StatementObserver OnStandardError(int rows) {
+  const auto last = std::make_shared<std::shared_ptr<const SeenRows>>();
+  return {.sent =
+              [last](const LoggedStatement& statement) {
+                ShowSent(statement);
+                *last = statement.seen;
+              },
+          .rows_seen =
+              [last](const LoggedStatement& statement) {
+                if (statement.seen->count == 0) return;
+                std::string text;
+                if (statement.seen != *last) {
+                  text = fmt::format("{}rows of {}\n", kIndent, Indented(ShowStatement(statement)));
+                }
+                PrintAside(text + SeenRowsText(*statement.seen, statement.rows, kRowIndent));
+              },
+          .rows = rows};
+}
+
+Json ParametersJson(const std::vector<ProcedureParameter>& parameters) {
+  Json json = Json::object();
+  for (const ProcedureParameter& parameter : parameters) {
+    json[parameter.name] = JsonFromValue(parameter.value);
+  }
+  return json;
+}
+
+Json SeenRowsJson(const SeenRows& seen) {
+  Json rows = Json::array();
+  for (const std::vector<Value>& row : seen.rows) {
+    Json fields = Json::array();
+    for (const Value& value : row) fields.push_back(JsonFromValue(value));
+    rows.push_back(std::move(fields));
+  }
+  return {{"columns", seen.columns},
+          {"rows", std::move(rows)},
+          {"count", seen.count},
+          {"to_the_end", seen.to_the_end}};
+}
+
+}  // namespace
+
+StatementObserver TraceOf(const CommonOptions& options) {
+  if (!options.trace) return {};
+  return OnStandardError(options.rows);
+}
+
+StatementObserver TraceForJson(const CommonOptions& options) {
+  return {.rows = options.trace ? StatementObserver::kAllRows : 0};
+}
+
+StatementObserver TraceWithoutRows(const CommonOptions& options) {
+  if (!options.trace) return {};
+  return OnStandardError(0);
+}
+
+std::string SeenRowsText(const SeenRows& seen, int in_all, std::string_view indent) {
+  std::string text;
+  if (!seen.rows.empty()) {
+    Table table(seen.columns);
+    for (const std::vector<Value>& row : seen.rows) {
+      std::vector<std::string> cells;
+      for (const Value& value : row) cells.push_back(ValueText(value));
+      cells.resize(seen.columns.size());
+      table.Add(std::move(cells));
+    }
+    text = table.ToText(indent);
+  }
+  const int more = seen.count - static_cast<int>(seen.rows.size());
+  if (more > 0) text += fmt::format("{}… and {} more\n", indent, more);
+  if (in_all > seen.count) {
+    text += fmt::format("{}({} of {} rows were looked at)\n", indent, seen.count, in_all);
+  }
+  return text;
+}
+
+Json StatementJson(const LoggedStatement& statement) {
+  Json json = Json::object();
+  json[statement.is_procedure ? "procedure" : "sql"] = statement.text;
+  if (statement.is_procedure) {
+    json["parameters"] = ParametersJson(statement.parameters);
+    json["outputs"] = ParametersJson(statement.outputs);
+  }
+  json["from"] = PlaceText(statement.from);
+  json["rows"] = statement.rows < 0 ? Json() : Json(statement.rows);
+  if (statement.seen != nullptr) json["seen"] = SeenRowsJson(*statement.seen);
+  json["milliseconds"] = statement.milliseconds;
+  if (statement.error) {
+    json["error"] = {{"number", statement.error->number()},
+                     {"description", statement.error->description()}};
+  }
+  return json;
+}
+
+}  // namespace tavcc

@@ -1,0 +1,30 @@
+// --trace: the statements that a call sends, as a person or a program reads them.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "host/statement_log.h"
+#include "scenario/json.h"
+#include "tavcc/command.h"
+
+namespace tavcc {
+
+// Shows, where --trace asks for it, each statement on standard error as it is sent, and its rows
+// when the rule has let go of them.
+StatementObserver TraceOf(const CommonOptions& options);
+
+// The same for a command that prints the rows itself: without them.
+StatementObserver TraceWithoutRows(const CommonOptions& options);
+
+// For a command that prints its statements as JSON: all rows are kept, where --trace asks for it.
+StatementObserver TraceForJson(const CommonOptions& options);
+
+// The rows that were seen, as a table, each line behind `indent`; then how many were not kept, and
+// how many of the `in_all` (-1 where that is not known) were not looked at.
+std::string SeenRowsText(const SeenRows& seen, int in_all, std::string_view indent = "");
+
+// A statement with its parameters, rows, time, error and sender.
+Json StatementJson(const LoggedStatement& statement);
+
+}  // namespace tavcc
