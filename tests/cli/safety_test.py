@@ -52,6 +52,7 @@ class FailedCalls(Case):
         answer = self.call("PublicSysInfo.DeleteBill", "oDict=" + json.dumps(bill), "--json")
         record = json.loads(answer.stdout)
         self.assertEqual((answer.returncode, record["verdict"]), (FAILED, "failed"))
+        self.assertRegex(record["failure"].pop("from"), r"^src/balances/bill_deletion\.cpp:\d+$")
         self.assertEqual(record["failure"], {
             "number": 208, "description": "Invalid object name 'T_NoSuchTable'.",
             "at": f"Select FStatus,FVoucherID From T_NoSuchTable  where FID={ASSEMBLY_BILL}"})
