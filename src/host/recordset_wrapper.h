@@ -27,6 +27,8 @@ class RecordsetWrapper : public Recordset {
   void Detach() override { rows_->Detach(); }
   void Close() override { rows_->Close(); }
 
+  const RecordsetPtr& inner() const { return rows_; }
+
  private:
   RecordsetPtr rows_;
 };

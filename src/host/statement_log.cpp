@@ -22,6 +22,7 @@ std::string PlaceText(const CallSite& site) {
 
 void StatementLog::Clear() {
   EndRows();
+  sent_ = 0;
   statements_.clear();
   ready_calls_.clear();
   settings_.clear();
@@ -40,6 +41,7 @@ std::optional<StatementFault> StatementLog::TakeFault() {
 }
 
 RecordsetPtr StatementLog::Add(LoggedStatement statement, RecordsetPtr rows) {
+  statement.number = ++sent_;
   if (statement.error) NoteFailure(statement.text, *statement.error, statement.from);
   if (rows != nullptr && observer_.rows > 0 && rows->IsOpen()) {
     const auto seen = std::make_shared<SeenRows>();

@@ -25,6 +25,7 @@
 namespace tavcc {
 
 struct LoggedStatement {
+  int number = 0;  // from 1, in the order of sending, since the log was cleared
   bool is_procedure = false;
   std::string text = {};                            // the batch as sent, or the procedure's name
   CallSite from = {};                               // the line of source that sent it
@@ -153,6 +154,7 @@ class StatementLog {
   RecordsetPtr Add(LoggedStatement statement, RecordsetPtr rows);
 
   bool keeps_ = true;
+  int sent_ = 0;
   std::vector<LoggedStatement> statements_;
   std::optional<StatementFault> fault_;
   int statements_to_fault_ = 0;

@@ -5,9 +5,9 @@
 #include <optional>
 #include <utility>
 
+#include "foundation/connection_string.h"
 #include "foundation/error.h"
 #include "foundation/text.h"
-#include "odbc/connection_string.h"
 #include "odbc/driver_statement.h"
 #include "odbc/fetch.h"
 #include "odbc/procedure_batch.h"
@@ -118,12 +118,7 @@ bool Session::IsDead() const {
 }
 
 std::string Session::WithoutSecrets(std::string text) const {
-  for (const std::string& secret : PasswordsOf(options_.connection_string)) {
-    for (size_t at = 0; (at = text.find(secret, at)) != std::string::npos; at += 3) {
-      text.replace(at, secret.size(), "***");
-    }
-  }
-  return text;
+  return WithoutPasswords(std::move(text), options_.connection_string);
 }
 
 bool Session::Note(const std::vector<Diagnostic>& diagnostics) {

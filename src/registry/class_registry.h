@@ -56,6 +56,7 @@ struct Method {
   ArgumentType result;
   bool is_property = false;
   Invoker invoke = nullptr;  // null while the method is not built; for TransMode, always null
+  bool writes = false;       // whether it changes more than temporary tables
 };
 
 struct ClassDescription {

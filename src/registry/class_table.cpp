@@ -36,6 +36,7 @@ using enum ArgumentType;
 constexpr bool kInOut = true;
 constexpr bool kOptional = true;
 constexpr int16_t kTrue = -1;
+constexpr bool kWrites = true;
 
 // ---- Parameters --------------------------------------------------------------------------------
 
@@ -163,7 +164,7 @@ constexpr Method Property(int slot) {
 constexpr Method kPublicSysInfo[] = {
     {"AllowMinusStockNum", 0, 0x60030003, kOnlyConString, kVariant, false,
      Bind<&AllowMinusStockNum>},
-    {"AuditBill", 1, 0x60030004, kBatchAudit, kInteger, false, Bind<&AuditBill>},
+    {"AuditBill", 1, 0x60030004, kBatchAudit, kInteger, false, Bind<&AuditBill>, kWrites},
     {"CanCheckGH", 2, 0x60030005, kRelatedBillGate, kBoolean, false, Bind<&CanCheckGH>},
     {"CanCheckFL", 3, 0x60030006, kRelatedBillGate, kBoolean, false, Bind<&CanCheckFL>},
     {"CanCheckGJ", 4, 0x60030007, kRelatedBillGate, kBoolean, false, Bind<&CanCheckGJ>},
@@ -177,13 +178,13 @@ constexpr Method kPublicSysInfo[] = {
     {"CheckNegPrice", 11, 0x6003000E, kNegativePrice, kBoolean, false, Bind<&CheckNegPrice>},
     {"DateInCurrentPeriod", 12, 0x6003000F, kDateInPeriod, kBoolean, false,
      Bind<&DateInCurrentPeriod>},
-    {"DeleteBill", 13, 0x60030010, kGenericDelete, kBoolean, false, Bind<&DeleteBill>},
+    {"DeleteBill", 13, 0x60030010, kGenericDelete, kBoolean, false, Bind<&DeleteBill>, kWrites},
     {"GetPeriodStartAndEndDate", 14, 0x60030011, kPeriodDates, kVariant, false,
      Bind<&GetPeriodStartAndEndDate>},
     {"OtherBillCanCheck", 15, 0x60030012, kOtherBillGate, kBoolean, false,
      Bind<&OtherBillCanCheck>},
     {"ReBuildBal", 16, 0x60030013, kRebuild, kBoolean, false, Bind<&ReBuildBal>},
-    {"UpdateBal", 17, 0x60030014, kBalance, kText, false, Bind<&UpdateBal>},
+    {"UpdateBal", 17, 0x60030014, kBalance, kText, false, Bind<&UpdateBal>, kWrites},
     {"VerifyDataBeforeAudit", 18, 0x60030015, kVerification, kInteger, false,
      Bind<&VerifyDataBeforeAudit>},
     {"VerifyDataBeforeDelete", 19, 0x60030016, kGenericDeleteGate, kBoolean, false,
@@ -208,9 +209,10 @@ constexpr Method kPublicSysInfo[] = {
 };
 
 constexpr Method kClsCX[] = {
-    {"AuditBill", 0, 0x60030003, kBillAudit, kBoolean, false, Bind<&cls_cx::AuditBill>},
-    {"DeleteBill", 1, 0x60030004, kBillAction, kBoolean, false, Bind<&cls_cx::DeleteBill>},
-    {"UnAuditBill", 2, 0x60030005, kBillAction, kBoolean, false, Bind<&cls_cx::UnAuditBill>},
+    {"AuditBill", 0, 0x60030003, kBillAudit, kBoolean, false, Bind<&cls_cx::AuditBill>, kWrites},
+    {"DeleteBill", 1, 0x60030004, kBillAction, kBoolean, false, Bind<&cls_cx::DeleteBill>, kWrites},
+    {"UnAuditBill", 2, 0x60030005, kBillAction, kBoolean, false, Bind<&cls_cx::UnAuditBill>,
+     kWrites},
     {"VerifyDataBeforeAudit", 3, 0x60030006, kBillGate, kBoolean, false,
      Bind<&cls_cx::VerifyDataBeforeAudit>},
     {"VerifyDataBeforeDelete", 4, 0x60030007, kBillGate, kBoolean, false,
@@ -221,9 +223,10 @@ constexpr Method kClsCX[] = {
 };
 
 constexpr Method kClsDB[] = {
-    {"AuditBill", 0, 0x60030003, kBillAudit, kBoolean, false, Bind<&cls_db::AuditBill>},
-    {"DeleteBill", 1, 0x60030004, kBillAction, kBoolean, false, Bind<&cls_db::DeleteBill>},
-    {"UnAuditBill", 2, 0x60030005, kBillAction, kBoolean, false, Bind<&cls_db::UnAuditBill>},
+    {"AuditBill", 0, 0x60030003, kBillAudit, kBoolean, false, Bind<&cls_db::AuditBill>, kWrites},
+    {"DeleteBill", 1, 0x60030004, kBillAction, kBoolean, false, Bind<&cls_db::DeleteBill>, kWrites},
+    {"UnAuditBill", 2, 0x60030005, kBillAction, kBoolean, false, Bind<&cls_db::UnAuditBill>,
+     kWrites},
     {"VerifyDataBeforeAudit", 3, 0x60030006, kBillGate, kBoolean, false,
      Bind<&cls_db::VerifyDataBeforeAudit>},
     {"VerifyDataBeforeDelete", 4, 0x60030007, kBillGate, kBoolean, false,
@@ -231,14 +234,16 @@ constexpr Method kClsDB[] = {
     {"VerifyDataBeforeUnAudit", 5, 0x60030008, kBillGate, kBoolean, false,
      Bind<&cls_db::VerifyDataBeforeUnAudit>},
     Property(6),
-    {"AfterSave", 7, 0x6003000A, kAfterSave, kVariant, false, Bind<&cls_db::AfterSave>},
+    {"AfterSave", 7, 0x6003000A, kAfterSave, kVariant, false, Bind<&cls_db::AfterSave>, kWrites},
     {"BeforeDel", 8, 0x6003000B, kBeforeDel, kVariant, false, Bind<&cls_db::BeforeDel>},
 };
 
 constexpr Method kClsZZ[] = {
-    {"AuditBill", 0, 0x60030003, kGenericDelete, kBoolean, false, Bind<&cls_zz::AuditBill>},
-    {"DeleteBill", 1, 0x60030004, kBillAction, kBoolean, false, Bind<&cls_zz::DeleteBill>},
-    {"UnAuditBill", 2, 0x60030005, kBillAction, kBoolean, false, Bind<&cls_zz::UnAuditBill>},
+    {"AuditBill", 0, 0x60030003, kGenericDelete, kBoolean, false, Bind<&cls_zz::AuditBill>,
+     kWrites},
+    {"DeleteBill", 1, 0x60030004, kBillAction, kBoolean, false, Bind<&cls_zz::DeleteBill>, kWrites},
+    {"UnAuditBill", 2, 0x60030005, kBillAction, kBoolean, false, Bind<&cls_zz::UnAuditBill>,
+     kWrites},
     {"VerifyDataBeforeAudit", 3, 0x60030006, kGenericDelete, kBoolean, false,
      Bind<&cls_zz::VerifyDataBeforeAudit>},
     {"VerifyDataBeforeDelete", 4, 0x60030007, kBillGate, kBoolean, false,
@@ -247,33 +252,37 @@ constexpr Method kClsZZ[] = {
      Bind<&cls_zz::VerifyDataBeforeUnAudit>},
     Property(6),
     {"BeforeDel", 7, 0x6003000A, kBeforeDel, kVariant, false, Bind<&cls_zz::BeforeDel>},
-    {"AfterSave", 8, 0x6003000B, kAfterSave, kVariant, false, Bind<&cls_zz::AfterSave>},
+    {"AfterSave", 8, 0x6003000B, kAfterSave, kVariant, false, Bind<&cls_zz::AfterSave>, kWrites},
 };
 
 // CheckProfit, CheckLoss and AdjustPrice behave alike; they differ in their identity only.
 constexpr Method kStockCheckBill[] = {
-    {"CheckBill", 0, 0x60030003, kCheckBill, kLong, false, Bind<&stock_check_bill::CheckBill>},
-    {"SaveNote", 1, 0x60030004, kSaveNote, kBoolean, false, Bind<&stock_check_bill::SaveNote>},
+    {"CheckBill", 0, 0x60030003, kCheckBill, kLong, false, Bind<&stock_check_bill::CheckBill>,
+     kWrites},
+    {"SaveNote", 1, 0x60030004, kSaveNote, kBoolean, false, Bind<&stock_check_bill::SaveNote>,
+     kWrites},
     Property(2),
 };
 
 constexpr Method kClsTemplate[] = {
-    {"DeleteBill", 0, 0x60030003, kTemplateDelete, kBoolean, false,
-     Bind<&cls_template::DeleteBill>},
+    {"DeleteBill", 0, 0x60030003, kTemplateDelete, kBoolean, false, Bind<&cls_template::DeleteBill>,
+     kWrites},
     {"VerifyDataBeforeDelete", 1, 0x60030004, kBillGate, kBoolean, false,
      Bind<&cls_template::VerifyDataBeforeDelete>},
     Property(2),
 };
 
 constexpr Method kClsOtherIn[] = {
-    {"AfterSave", 0, 0x60030003, kAfterSave, kVariant, false, Bind<&cls_other_in::AfterSave>},
+    {"AfterSave", 0, 0x60030003, kAfterSave, kVariant, false, Bind<&cls_other_in::AfterSave>,
+     kWrites},
     {"BeforeDel", 1, 0x60030004, kBeforeDel, kVariant, false, Bind<&cls_other_in::BeforeDel>},
     Property(2),
 };
 
 constexpr Method kClsOtherOut[] = {
     {"BeforeDel", 0, 0x60030003, kBeforeDel, kVariant, false, Bind<&cls_other_out::BeforeDel>},
-    {"AfterSave", 1, 0x60030004, kAfterSave, kVariant, false, Bind<&cls_other_out::AfterSave>},
+    {"AfterSave", 1, 0x60030004, kAfterSave, kVariant, false, Bind<&cls_other_out::AfterSave>,
+     kWrites},
     Property(2),
 };
 

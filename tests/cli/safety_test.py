@@ -60,12 +60,12 @@ class FailedCalls(Case):
     def test_a_setting_that_cannot_be_read_is_a_failure(self):
         self.change("drop table t_SystemProfile")
         answer = self.call("PublicSysInfo.WhetherNeedCheckCredit",
-                           'oDict={"ClassTypeID":1030002}', "intCheckType=1")
+                           'oDict={"ClassTypeID":1030002,"BillType":3001}', "intCheckType=1")
         self.assertEqual(answer.returncode, FAILED, answer.stdout)
         self.assertIn("Invalid object name 't_SystemProfile'.", answer.stdout)
 
     def test_an_error_that_is_trapped_is_a_failure(self):
-        answer = self.call("PublicSysInfo.DeleteBill", 'oDict={"BillInterID":"x"}')
+        answer = self.call("PublicSysInfo.DeleteBill", 'oDict={"BillInterID":"x"}', "--unchecked")
         self.assertEqual(answer.returncode, FAILED, answer.stdout)
         self.assertIn("error 13: Type mismatch", answer.stdout)
 

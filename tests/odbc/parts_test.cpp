@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "foundation/error.h"
-#include "odbc/connection_string.h"
 #include "odbc/diagnostics.h"
 #include "odbc/procedure_batch.h"
 #include "odbc/text.h"
@@ -12,32 +11,6 @@ namespace tavcc {
 namespace {
 
 using ::testing::ElementsAre;
-
-TEST(ConnectionString, PasswordsAreMasked) {
-  struct Case {
-    const char* given;
-    const char* masked;
-  };
-  for (const Case& c : {
-           Case{"Server=a;UID=sa;PWD=x;Database=d", "Server=a;UID=sa;PWD=***;Database=d"},
-           Case{"pwd=x", "pwd=***"},
-           Case{"PWD={a;b};Database=d", "PWD=***;Database=d"},
-           Case{"PWD={a}};b}}c};Database=d", "PWD=***;Database=d"},
-           Case{"PWD={never;closed", "PWD=***"},
-           Case{" Password = x ;A=b", " Password =***;A=b"},
-           Case{"Driver={SQL;PWD=no};Server=a", "Driver={SQL;PWD=no};Server=a"},
-           Case{"PWD=a;PWD=b", "PWD=***;PWD=***"},
-           Case{"Server;PWD=x", "Server;PWD=***"},
-           Case{"PWD=", "PWD=***"},
-           Case{"", ""},
-       }) {
-    EXPECT_EQ(MaskPassword(c.given), c.masked) << c.given;
-  }
-}
-
-TEST(ConnectionString, PasswordsAreFoundWithoutTheirBraces) {
-  EXPECT_THAT(PasswordsOf("PWD={a}};b};Password=c;PWD=;UID=d"), ElementsAre("a};b", "c"));
-}
 
 TEST(Diagnostics, PrefixesGoButTheMessageStays) {
   struct Case {

@@ -32,16 +32,6 @@ constexpr std::string_view kMethodWithVerdictInWords = "CheckBill";
 constexpr std::string_view kWordOfSuccess = "成功";
 constexpr std::string_view kMethodWithErrorAsResult = "UpdateBal";
 
-// Methods that change something. All others only read, and temporary tables are all they write.
-constexpr std::string_view kWritingMethods[] = {"AuditBill", "UnAuditBill", "DeleteBill",
-                                                "UpdateBal", "AfterSave",   "BeforeDel",
-                                                "CheckBill", "SaveNote"};
-
-bool OnlyReads(const Method& method) {
-  return std::find(std::begin(kWritingMethods), std::end(kWritingMethods), method.name) ==
-         std::end(kWritingMethods);
-}
-
 Exit VerdictOfBoolean(const Method& method, bool result) {
   const bool question = std::find(std::begin(kBooleanQuestions), std::end(kBooleanQuestions),
                                   method.name) != std::end(kBooleanQuestions);
@@ -68,45 +58,6 @@ Exit VerdictInWords(const Method& method, std::span<const Value> arguments) {
   return Exit::kPassed;
 }
 
-// Undoes what was done unless told to keep it.
-class HostTransaction {
- public:
-  HostTransaction(Erp& erp, bool only_reads) : erp_(erp), only_reads_(only_reads) {
-    if (only_reads_) {
-      erp_.BeginReading();
-    } else {
-      erp_.BeginTransaction();
-    }
-  }
-  ~HostTransaction() {
-    if (ended_) return;
-    try {
-      erp_.Rollback();
-    } catch (const AutomationError&) {
-      // The database undoes by itself what is not committed when it is closed.
-    }
-  }
-  HostTransaction(const HostTransaction&) = delete;
-  HostTransaction& operator=(const HostTransaction&) = delete;
-
-  void Keep() {
-    if (only_reads_) return;
-    ended_ = true;
-    try {
-      erp_.Commit();
-    } catch (const AutomationError& error) {
-      throw AutomationError(
-          error.number(), error.source(),
-          error.description() + " (while the call was being kept: look whether it was)");
-    }
-  }
-
- private:
-  Erp& erp_;
-  const bool only_reads_;
-  bool ended_ = false;
-};
-
 // The registry's own errors, raised before the method runs, have no answer to show.
 bool IsErrorOfCaller(const AutomationError& error) {
   return dynamic_cast<const ArgumentError*>(&error) != nullptr ||
@@ -116,30 +67,65 @@ bool IsErrorOfCaller(const AutomationError& error) {
 
 }  // namespace
 
-Answer CallInTransaction(Erp& erp, const ClassDescription& cls, const Method& method,
-                         std::vector<Value> arguments, const StatementObserver& observer,
-                         const AnswerPrinter& print) {
+HostTransaction::HostTransaction(Erp& erp, bool only_reads) : erp_(erp), only_reads_(only_reads) {
+  if (only_reads_) {
+    erp_.BeginReading();
+  } else {
+    erp_.BeginTransaction();
+  }
+}
+
+HostTransaction::~HostTransaction() {
+  if (ended_) return;
+  try {
+    erp_.Rollback();
+  } catch (const AutomationError&) {
+    // The database undoes by itself what is not committed when it is closed.
+  }
+}
+
+void HostTransaction::Keep() {
+  if (only_reads_) return;
+  ended_ = true;
+  try {
+    erp_.Commit();
+  } catch (const AutomationError& error) {
+    throw AutomationError(
+        error.number(), error.source(),
+        error.description() + " (while the call was being kept: look whether it was)");
+  }
+}
+
+Answer CalledObject::Call(const Method& method, std::vector<Value> arguments,
+                          const StatementObserver& observer) {
   Answer answer;
   answer.arguments = std::move(arguments);
-  HostTransaction transaction(erp, OnlyReads(method));
-  erp.log().Clear();
-  erp.log().SetObserver(observer);
+  erp_.log().Clear();
+  erp_.log().SetObserver(observer);
   const TrapWatch watch;
   try {
-    PlugIn object(erp.host());
-    answer.result = Invoke(cls, method, object, answer.arguments);
+    if (object_ == nullptr) object_ = std::make_unique<PlugIn>(erp_.host());
+    answer.result = Invoke(cls_, method, *object_, answer.arguments);
     answer.verdict = VerdictOf(method, answer.result, answer.arguments);
   } catch (const AutomationError& error) {
     if (IsErrorOfCaller(error)) throw;
     answer.error = error;
     answer.verdict = VerdictOf(method, error);
   }
-  erp.log().EndRows();
-  erp.log().SetObserver({});
-  answer.statements = erp.log().statements();
-  answer.failure = erp.log().first_failure();
+  erp_.log().EndRows();
+  erp_.log().SetObserver({});
+  answer.statements = erp_.log().statements();
+  answer.failure = erp_.log().first_failure();
   if (!answer.failure && watch.first()) answer.failure.emplace(Failure{"", *watch.first()});
   if (answer.failure) answer.verdict = Exit::kFailed;
+  return answer;
+}
+
+Answer CallInTransaction(Erp& erp, const ClassDescription& cls, const Method& method,
+                         std::vector<Value> arguments, const StatementObserver& observer,
+                         const AnswerPrinter& print) {
+  HostTransaction transaction(erp, !method.writes);
+  Answer answer = CalledObject(erp, cls).Call(method, std::move(arguments), observer);
   if (print) print(answer);
   if (answer.verdict != Exit::kFailed) transaction.Keep();
   return answer;

@@ -8,10 +8,12 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <vector>
 
+#include "foundation/plug_in.h"
 #include "host/erp.h"
 #include "registry/class_registry.h"
 #include "scenario/embedded_roads.h"
@@ -28,14 +30,48 @@ struct Answer {
   std::vector<LoggedStatement> statements;  // what the call sent
 };
 
+// The host's transaction. What is done in it is undone unless it is kept.
+class HostTransaction {
+ public:
+  // One that only reads waits for nobody, and leaves nothing in any case.
+  HostTransaction(Erp& erp, bool only_reads);
+  ~HostTransaction();
+  HostTransaction(const HostTransaction&) = delete;
+  HostTransaction& operator=(const HostTransaction&) = delete;
+
+  // Errors: those of keeping it, which say so.
+  void Keep();
+
+ private:
+  Erp& erp_;
+  const bool only_reads_;
+  bool ended_ = false;
+};
+
+// One object of a class, as a host holds it for its calls.
+class CalledObject {
+ public:
+  CalledObject(Erp& erp, const ClassDescription& cls) : erp_(erp), cls_(cls) {}
+
+  // Calls a method, in the transaction that stands. `observer` sees each statement as it is sent.
+  // Errors: ArgumentError and the like before the method ran. What the method itself raises, and
+  // what the making of the object does, is in the answer.
+  Answer Call(const Method& method, std::vector<Value> arguments,
+              const StatementObserver& observer);
+
+ private:
+  Erp& erp_;
+  const ClassDescription& cls_;
+  std::unique_ptr<PlugIn> object_;  // made for the first call
+};
+
 // Shows an answer while the call can still be undone.
 using AnswerPrinter = std::function<void(const Answer&)>;
 
 // Calls the method on an object of its own, as a host does for each use. What it wrote is kept when
 // it passed or refused and undone when it failed; a method that only reads leaves nothing in any
 // case. `observer` sees each statement as it is sent, `print` the answer before it is kept.
-// Errors: ArgumentError and the like before the method ran, and those of `print`: nothing is kept
-// then; those of keeping it, which say so. What the method itself raises is in the answer.
+// Errors: those of the call and of `print`: nothing is kept then; those of keeping it.
 Answer CallInTransaction(Erp& erp, const ClassDescription& cls, const Method& method,
                          std::vector<Value> arguments, const StatementObserver& observer = {},
                          const AnswerPrinter& print = nullptr);

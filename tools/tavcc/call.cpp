@@ -1,16 +1,17 @@
-// tavcc call: one method call on a database.
+// tavcc call: calls of one object's methods on a database.
 #include <fmt/core.h>
 
-#include "host/host_dictionary.h"
+#include <algorithm>
+
 #include "scenario/runner.h"
 #include "scenario/scenario.h"
-#include "scenario/values.h"
 #include "tavcc/answer.h"
+#include "tavcc/answer_text.h"
+#include "tavcc/argument_check.h"
 #include "tavcc/arguments.h"
 #include "tavcc/command.h"
 #include "tavcc/database.h"
 #include "tavcc/output.h"
-#include "tavcc/table.h"
 #include "tavcc/trace.h"
 
 namespace tavcc {
@@ -24,91 +25,39 @@ MethodName FindMethodOrFail(const std::string& dotted) {
   }
 }
 
-// The last statement of a call that failed although none of its statements did.
-std::string StatementBeforeError(const Answer& answer) {
-  const bool named = answer.failure && !answer.failure->what.empty();
-  if (answer.verdict != Exit::kFailed || named || answer.statements.empty()) return "";
-  return ShowStatement(answer.statements.back());
+// What is called, and with what.
+struct PlannedCall {
+  const Method* method;
+  Json arguments;
+};
+
+PlannedCall Plan(const MethodName& name, const CallOptions& options) {
+  Json given = ReadArguments(*name.method, options);
+  RequireArguments(*name.method, given);
+  if (!options.unchecked) CheckMeaning(*name.cls, *name.method, given);
+  return {name.method, std::move(given)};
 }
 
-Json AnswerJson(const Method& method, const Answer& answer, bool trace) {
-  Json json = {{"verdict", VerdictText(answer.verdict)}};
-  if (answer.error) {
-    json["error"] = {{"number", answer.error->number()},
-                     {"source", answer.error->source()},
-                     {"description", answer.error->description()}};
-  } else {
-    json["result"] = JsonFromValue(answer.result);
-  }
-  if (answer.failure) {
-    json["failure"] = {{"number", answer.failure->error.number()},
-                       {"description", answer.failure->error.description()},
-                       {"at", answer.failure->what},
-                       {"from", PlaceText(answer.failure->from)}};
-  }
-  if (const std::string last = StatementBeforeError(answer); !last.empty()) json["after"] = last;
-  json["arguments"] = Json::object();
-  for (size_t i = 0; i < method.parameters.size(); ++i) {
-    if (!method.parameters[i].in_out) continue;
-    json["arguments"][std::string(method.parameters[i].name)] = JsonFromValue(answer.arguments[i]);
-  }
-  if (!trace) return json;
-  json["statements"] = Json::array();
-  for (const LoggedStatement& statement : answer.statements) {
-    json["statements"].push_back(StatementJson(statement));
-  }
-  return json;
-}
-
-// A name and its value, one below the other for rows.
-std::string Named(std::string_view name, const Value& value) {
-  constexpr size_t kNameWidth = 14;
-  Recordset* rows = nullptr;
-  HostDictionary* dictionary = nullptr;
-  if (value.IsObject()) {
-    rows = dynamic_cast<Recordset*>(value.object().get());
-    dictionary = dynamic_cast<HostDictionary*>(value.object().get());
-  }
-  if (rows != nullptr && rows->IsOpen()) {
-    return fmt::format("  {}\n{}", name, RowsText(*rows, "    "));
-  }
-  if (dictionary != nullptr) {
-    std::string entries;
-    for (const auto& [key, item] : dictionary->entries()) {
-      entries += Named(fmt::format("{}.{}", name, key), item);
+// The calls behind the first one, of the same object: each begins with its method.
+std::vector<PlannedCall> PlanThen(const ClassDescription& cls, const CallOptions& options) {
+  std::vector<PlannedCall> calls;
+  for (size_t i = 0; i < options.then.size();) {
+    std::string dotted = options.then[i];
+    if (dotted.find('.') == std::string::npos) dotted = std::string(cls.name) + "." + dotted;
+    const MethodName name = FindMethodOrFail(dotted);
+    if (name.cls != &cls) {
+      throw CommandError(fmt::format("--then {}: the calls are those of one object, a {}",
+                                     options.then[i], cls.name));
     }
-    return entries;
+    CallOptions one = options;
+    one.json_file.clear();
+    one.words.clear();
+    for (++i; i < options.then.size() && options.then[i].find('=') != std::string::npos; ++i) {
+      one.words.push_back(options.then[i]);
+    }
+    calls.push_back(Plan(name, one));
   }
-  const std::string text = ValueText(value);
-  return fmt::format("  {}\n",
-                     text.empty() ? std::string(name) : Padded(name, kNameWidth) + "  " + text);
-}
-
-std::string AnswerText(const MethodName& name, const Answer& answer) {
-  std::string text =
-      fmt::format("{}.{} {}\n", name.cls->name, name.method->name, VerdictText(answer.verdict));
-  if (answer.error) {
-    text += Named("error", answer.error->number());
-    text += Named("source", answer.error->source());
-    text += Named("description", answer.error->description());
-  } else {
-    text += Named("result", answer.result);
-  }
-  for (size_t i = 0; i < name.method->parameters.size(); ++i) {
-    const Parameter& parameter = name.method->parameters[i];
-    if (parameter.in_out) text += Named(parameter.name, answer.arguments[i]);
-  }
-  if (answer.failure) {
-    const AutomationError& error = answer.failure->error;
-    text += Named("failure", fmt::format("error {}: {}", error.number(), error.description()));
-    if (!answer.failure->what.empty()) text += Named("at", answer.failure->what);
-    if (answer.failure->from.line > 0) text += Named("from", PlaceText(answer.failure->from));
-  }
-  if (const std::string last = StatementBeforeError(answer); !last.empty()) {
-    text += Named("after", last);
-  }
-  if (answer.verdict == Exit::kFailed) text += "What the call did was undone.\n";
-  return text;
+  return calls;
 }
 
 // The database is named by --db or --dsn, and the call has its one session. Takes out what the
@@ -122,28 +71,85 @@ void DropDatabaseNames(Json& given, const std::string& dsn) {
   }
 }
 
+std::vector<Value> ArgumentsOf(Erp& erp, const PlannedCall& call) {
+  return MakeArguments({erp.host(), erp.dsn(), erp.connection()}, *call.method, call.arguments);
+}
+
+// One run of the command.
+class Calls {
+ public:
+  Calls(Erp& erp, const CommonOptions& common, const CallOptions& options,
+        const ClassDescription& cls, const std::vector<PlannedCall>& planned)
+      : erp_(erp), common_(common), options_(options), cls_(cls), planned_(planned) {}
+
+  Exit Run();
+
+ private:
+  void Make();
+  void Finish();
+  const char* What() const { return planned_.size() == 1 ? "the call" : "the calls"; }
+
+  Erp& erp_;
+  const CommonOptions& common_;
+  const CallOptions& options_;
+  const ClassDescription& cls_;
+  const std::vector<PlannedCall>& planned_;
+  Exit verdict_ = Exit::kPassed;
+  Json answers_ = Json::array();
+};
+
+Exit Calls::Run() {
+  // What is no argument is known before the first call.
+  for (const PlannedCall& call : planned_) ArgumentsOf(erp_, call);
+  const bool writes =
+      std::ranges::any_of(planned_, [](const PlannedCall& call) { return call.method->writes; });
+  HostTransaction transaction(erp_, !writes);
+  try {
+    Make();
+    Finish();
+  } catch (const CommandError& error) {
+    throw CommandError(fmt::format("{}; what {} did was undone", error.what(), What()));
+  }
+  if (verdict_ != Exit::kFailed && !options_.rollback) transaction.Keep();
+  return verdict_;
+}
+
+// Until the first call that fails: what it did may be half of what the next one stands on.
+void Calls::Make() {
+  CalledObject object(erp_, cls_);
+  for (const PlannedCall& call : planned_) {
+    const Answer answer = object.Call(*call.method, ArgumentsOf(erp_, call),
+                                      common_.json ? TraceForJson(common_) : TraceOf(common_));
+    verdict_ = std::max(verdict_, answer.verdict);
+    if (common_.json) {
+      answers_.push_back(AnswerJson(*call.method, answer, common_.trace));
+    } else {
+      Print(AnswerText(cls_, *call.method, answer));
+    }
+    if (verdict_ == Exit::kFailed) return;
+  }
+}
+
+void Calls::Finish() {
+  if (common_.json) {
+    Print(Show(planned_.size() == 1 ? *answers_.begin() : answers_, 2) + "\n");
+  } else if (verdict_ == Exit::kFailed) {
+    Print(fmt::format("What {} did was undone.\n", What()));
+  } else if (options_.rollback) {
+    Print(fmt::format("What {} did was rolled back.\n", What()));
+  }
+}
+
 }  // namespace
 
 Exit CallCommand(const CommonOptions& common, const CallOptions& options) {
   const MethodName name = FindMethodOrFail(options.method);
-  Json given = ReadArguments(*name.method, options);
-  RequireArguments(*name.method, given);
+  std::vector<PlannedCall> calls{Plan(name, options)};
+  for (PlannedCall& call : PlanThen(*name.cls, options)) calls.push_back(std::move(call));
   const auto erp = OpenDatabase(common);
-  DropDatabaseNames(given, erp->dsn());
+  for (PlannedCall& call : calls) DropDatabaseNames(call.arguments, erp->dsn());
   erp->host().settings().user_id = options.user;
-  std::vector<Value> arguments =
-      MakeArguments({erp->host(), erp->dsn(), erp->connection()}, *name.method, given);
-  const auto print = [&](const Answer& answer) {
-    try {
-      Print(common.json ? Show(AnswerJson(*name.method, answer, common.trace), 2) + "\n"
-                        : AnswerText(name, answer));
-    } catch (const CommandError& error) {
-      throw CommandError(std::string(error.what()) + "; what the call did was undone");
-    }
-  };
-  return CallInTransaction(*erp, *name.cls, *name.method, std::move(arguments),
-                           common.json ? TraceForJson(common) : TraceOf(common), print)
-      .verdict;
+  return Calls(*erp, common, options, *name.cls, calls).Run();
 }
 
 }  // namespace tavcc

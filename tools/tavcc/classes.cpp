@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 
+#include "registry/dictionary_keys.h"
 #include "scenario/json.h"
 #include "scenario/scenario.h"
 #include "tavcc/command.h"
@@ -48,27 +49,101 @@ void PrintClass(const ClassDescription& cls) {
   Print(table.ToText("  "));
 }
 
+const char* UseText(KeyUse use) {
+  switch (use) {
+    case KeyUse::kNeeded:
+      return "in";
+    case KeyUse::kOptional:
+      return "in, optional";
+    case KeyUse::kWritten:
+      return "out";
+  }
+  return "";
+}
+
+std::string MeaningText(const DictionaryKey& key) {
+  if (key.needed_by.empty()) return std::string(key.meaning);
+  std::string classes;
+  for (const int32_t cls : key.needed_by) {
+    classes += fmt::format("{}{}", classes.empty() ? "" : ", ", cls);
+  }
+  return fmt::format("{}; needed for the classes {}", key.meaning, classes);
+}
+
+void AddKeys(Table& table, std::span<const DictionaryKey> keys, const std::string& prefix) {
+  for (const DictionaryKey& key : keys) {
+    table.Add({fmt::format("{}{}", prefix, key.name), std::string(KeyTypeText(key.type)),
+               UseText(key.use), MeaningText(key)});
+    AddKeys(table, key.keys, fmt::format("{}{}.", prefix, key.name));
+  }
+}
+
+Json KeysJson(std::span<const DictionaryKey> keys) {
+  Json list = Json::array();
+  for (const DictionaryKey& key : keys) {
+    Json row = {{"key", key.name},
+                {"type", KeyTypeText(key.type)},
+                {"use", key.use == KeyUse::kWritten    ? "out"
+                        : key.use == KeyUse::kOptional ? "optional"
+                                                       : "needed"},
+                {"meaning", key.meaning}};
+    if (!key.keys.empty()) row["keys"] = KeysJson(key.keys);
+    if (!key.needed_by.empty()) {
+      row["needed_by"] = Json::array();
+      for (const int32_t cls : key.needed_by) row["needed_by"].push_back(cls);
+    }
+    list.push_back(std::move(row));
+  }
+  return list;
+}
+
+Json MethodJson(const ClassDescription& cls, const Method& method) {
+  Json parameters = Json::array();
+  for (const Parameter& parameter : method.parameters) {
+    Json json = {{"name", parameter.name},
+                 {"type", TypeText(parameter.type)},
+                 {"in_out", parameter.in_out},
+                 {"optional", parameter.optional}};
+    if (parameter.default_value) json["default"] = *parameter.default_value;
+    const auto keys = KeysOf(cls, method, parameter);
+    if (!keys.empty()) json["keys"] = KeysJson(keys);
+    parameters.push_back(std::move(json));
+  }
+  return {{"name", method.name},
+          {"slot", method.slot},
+          {"id", IdText(method)},
+          {"result", TypeText(method.result)},
+          {"property", method.is_property},
+          {"built", IsBuilt(method)},
+          {"writes", method.writes},
+          {"parameters", std::move(parameters)}};
+}
+
 Json ClassJson(const ClassDescription& cls) {
   Json methods = Json::array();
-  for (const Method& method : cls.methods) {
-    Json parameters = Json::array();
-    for (const Parameter& parameter : method.parameters) {
-      Json json = {{"name", parameter.name},
-                   {"type", TypeText(parameter.type)},
-                   {"in_out", parameter.in_out},
-                   {"optional", parameter.optional}};
-      if (parameter.default_value) json["default"] = *parameter.default_value;
-      parameters.push_back(std::move(json));
-    }
-    methods.push_back({{"name", method.name},
-                       {"slot", method.slot},
-                       {"id", IdText(method)},
-                       {"result", TypeText(method.result)},
-                       {"property", method.is_property},
-                       {"built", IsBuilt(method)},
-                       {"parameters", std::move(parameters)}});
-  }
+  for (const Method& method : cls.methods) methods.push_back(MethodJson(cls, method));
   return {{"name", cls.name}, {"trans_mode", cls.trans_mode}, {"methods", std::move(methods)}};
+}
+
+// One method: its row, and the keys of its dictionaries.
+Exit PrintMethod(const CommonOptions& common, const MethodName& name) {
+  if (common.json) {
+    Print(Show(MethodJson(*name.cls, *name.method), 2) + "\n");
+    return Exit::kPassed;
+  }
+  Print(fmt::format("{}.{}({})\n  answers {}; {}\n", name.cls->name, name.method->name,
+                    ParametersText(*name.method), TypeText(name.method->result),
+                    name.method->writes ? "writes" : "only reads"));
+  for (const Parameter& parameter : name.method->parameters) {
+    const auto keys = KeysOf(*name.cls, *name.method, parameter);
+    if (keys.empty()) continue;
+    Print(fmt::format("\n{}{}\n", parameter.name,
+                      parameter.type == ArgumentType::kDictionary ? "" : ", each"));
+    Table table({"key", "type", "use", "meaning"});
+    AddKeys(table, keys, "");
+    Print(table.ToText("  "));
+  }
+  return Exit::kPassed;
 }
 
 std::vector<const ClassDescription*> Chosen(const std::string& name) {
@@ -84,6 +159,9 @@ std::vector<const ClassDescription*> Chosen(const std::string& name) {
 }  // namespace
 
 Exit ClassesCommand(const CommonOptions& common, const ClassesOptions& options) {
+  if (options.name.find('.') != std::string::npos) {
+    return PrintMethod(common, FindMethodByName(options.name));
+  }
   Json all = Json::array();
   for (const ClassDescription* cls : Chosen(options.name)) {
     if (common.json) {

@@ -43,6 +43,20 @@ struct CallOptions {
   std::string json_file;           // of rich arguments; "-" is standard input, empty is none
   int16_t user = HostSettings().user_id;
   bool unsafe_names = false;  // names of tables are sent whatever is in them
+  bool unchecked = false;     // keys and directions that mean nothing are sent
+  // Further calls on the same object: each a method and its "name=value".
+  std::vector<std::string> then;
+  bool rollback = false;  // nothing is kept
+};
+
+struct AuditOptions {
+  bool un_audit = false;
+  std::vector<std::string> numbers;  // of bills
+  bool all = false;                  // that are not audited; or are, for an un-audit
+  int32_t class_type = 0;            // of them; 0 is any
+  bool each = false;                 // every bill in a transaction of its own
+  bool dry_run = false;              // nothing is kept
+  int16_t user = HostSettings().user_id;
 };
 
 struct RunOptions {
@@ -77,7 +91,7 @@ struct RefusalsOptions {
 };
 
 struct ClassesOptions {
-  std::string name;  // of the one class to print; empty for all
+  std::string name;  // of the one class to print, or of the one method of it; empty for all
 };
 
 // Anything that ends a command with exit status 2; what() is the one line for standard error.
@@ -91,6 +105,8 @@ class CommandError : public std::runtime_error {
 Exit DemoCommand(const CommonOptions& common);
 Exit InitCommand(const CommonOptions& common, const InitOptions& options);
 Exit CallCommand(const CommonOptions& common, const CallOptions& options);
+// An audit or, as the options say, an un-audit.
+Exit AuditCommand(const CommonOptions& common, const AuditOptions& options);
 Exit RunCommand(const CommonOptions& common, const RunOptions& options);
 Exit SqlCommand(const CommonOptions& common, const SqlOptions& options);
 Exit CheckCommand(const CommonOptions& common);

@@ -29,6 +29,23 @@ void DescribeCall(CLI::App& app, CommandLine& line) {
   app.add_option("--user", line.call.user, "The current user's id")->capture_default_str();
   app.add_flag("--unsafe-names", line.call.unsafe_names,
                "Send names of tables that hold more than a name, as a host would");
+  app.add_flag("--unchecked", line.call.unchecked,
+               "Send dictionaries with keys that are unknown or missing, and directions that are "
+               "none");
+  app.add_option("--then", line.call.then,
+                 "A further call on the same object: METHOD NAME=VALUE…; may be given again")
+      ->type_name("METHOD");
+  app.add_flag("--rollback", line.call.rollback, "Keep nothing of what the calls do");
+}
+
+void DescribeAudit(CLI::App& app, CommandLine& line) {
+  app.add_option("BILLNO", line.audit.numbers, "Numbers of bills, in the order in which they go");
+  app.add_flag("--all", line.audit.all, "All bills that are still to be done");
+  app.add_option("--class", line.audit.class_type, "Only bills of this class type, e.g. 1030002")
+      ->type_name("CLASSTYPE");
+  app.add_flag("--each", line.audit.each, "Every bill in a transaction of its own");
+  app.add_flag("--dry-run", line.audit.dry_run, "Keep nothing");
+  app.add_option("--user", line.audit.user, "The current user's id")->capture_default_str();
 }
 
 constexpr int kMostJobs = 256;
@@ -76,7 +93,8 @@ void DescribeRefusals(CLI::App& app, CommandLine& line) {
 }
 
 void DescribeClasses(CLI::App& app, CommandLine& line) {
-  app.add_option("CLASS", line.classes.name, "Only this class");
+  app.add_option("CLASS", line.classes.name,
+                 "Only this class; CLASS.METHOD prints the keys of its dictionaries too");
 }
 
 void DescribeNothing(CLI::App&, CommandLine&) {}
@@ -95,6 +113,14 @@ constexpr Entry kCommands[] = {
      [](const CommandLine& line) { return InitCommand(line.common, line.init); }},
     {"call", "Call one method of one class", DescribeCall,
      [](const CommandLine& line) { return CallCommand(line.common, line.call); }},
+    {"audit", "Audit bills in a batch, as a host does", DescribeAudit,
+     [](const CommandLine& line) { return AuditCommand(line.common, line.audit); }},
+    {"unaudit", "Un-audit bills in a batch", DescribeAudit,
+     [](const CommandLine& line) {
+       AuditOptions options = line.audit;
+       options.un_audit = true;
+       return AuditCommand(line.common, options);
+     }},
     {"run", "Run scenario files", DescribeRun,
      [](const CommandLine& line) { return RunCommand(line.common, line.run); }},
     {"sql", "Run a batch and print its rows", DescribeSql,

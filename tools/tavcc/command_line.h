@@ -11,6 +11,7 @@ struct CommandLine {
   CommonOptions common;
   InitOptions init;
   CallOptions call;
+  AuditOptions audit;
   RunOptions run;
   SqlOptions sql;
   ExplainOptions explain;

@@ -3,10 +3,10 @@
 #include <cstdlib>
 #include <utility>
 
+#include "foundation/connection_string.h"
 #include "foundation/error.h"
 #include "foundation/text.h"
 #include "host/schema.h"
-#include "odbc/connection_string.h"
 #include "scenario/json.h"
 
 namespace tavcc {

@@ -7,6 +7,7 @@
 #include "scenario/runner.h"
 #include "tavcc/output.h"
 #include "tavcc/table.h"
+#include "tavcc/trace.h"
 
 namespace tavcc {
 namespace {

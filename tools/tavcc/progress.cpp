@@ -19,7 +19,12 @@ constexpr size_t kBarWidth = 30;
 Progress::Progress(size_t total) : total_(total), terminal_(isatty(STDERR_FILENO) != 0) {}
 
 Progress::~Progress() {
+  Hide();
+}
+
+void Progress::Hide() {
   if (drawn_) PrintAside("\r\x1b[K");
+  drawn_ = false;
 }
 
 void Progress::Show(size_t done, std::string_view what) {

@@ -16,6 +16,9 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
+  // Takes the bar away until it is shown again: before something else is printed.
+  void Hide();
+
   // `done` of the total; `what` is being worked on now.
   void Show(size_t done, std::string_view what);
 

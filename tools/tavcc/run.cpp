@@ -11,7 +11,7 @@
 #include <random>
 #include <thread>
 
-#include "odbc/connection_string.h"
+#include "foundation/connection_string.h"
 #include "odbc/odbc.h"
 #include "scenario/accept.h"
 #include "scenario/compare_roads.h"

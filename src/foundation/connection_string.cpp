@@ -1,4 +1,4 @@
-#include "odbc/connection_string.h"
+#include "foundation/connection_string.h"
 
 #include <algorithm>
 
@@ -16,10 +16,17 @@ struct Attribute {
   size_t end = 0;
 };
 
-size_t EndOfBraces(std::string_view text, size_t open) {
+// What closes a value that begins so; 0 for one that stands by itself.
+char CloserOf(char first) {
+  if (first == '{') return '}';
+  return first == '"' || first == '\'' ? first : '\0';
+}
+
+size_t EndOfQuoted(std::string_view text, size_t open) {
+  const char closer = CloserOf(text[open]);
   for (size_t at = open + 1; at < text.size(); ++at) {
-    if (text[at] != '}') continue;
-    if (at + 1 < text.size() && text[at + 1] == '}') {
+    if (text[at] != closer) continue;
+    if (at + 1 < text.size() && text[at + 1] == closer) {
       ++at;
       continue;
     }
@@ -34,8 +41,8 @@ Attribute NextAttribute(std::string_view text, size_t at) {
   if (equals >= semicolon) return {"", semicolon, semicolon};
   Attribute attribute{Trim(text.substr(at, equals - at)), equals + 1, 0};
   const size_t first = text.find_first_not_of(' ', attribute.begin);
-  const bool braces = first != std::string_view::npos && text[first] == '{';
-  const size_t from = braces ? EndOfBraces(text, first) : attribute.begin;
+  const bool quoted = first != std::string_view::npos && CloserOf(text[first]) != '\0';
+  const size_t from = quoted ? EndOfQuoted(text, first) : attribute.begin;
   attribute.end = std::min(text.find(';', from), text.size());
   return attribute;
 }
@@ -52,15 +59,16 @@ std::vector<Attribute> PasswordAttributes(std::string_view text) {
   return found;
 }
 
-std::string WithoutBraces(std::string_view value) {
+std::string WithoutQuotes(std::string_view value) {
   value = Trim(value);
-  if (!value.starts_with('{')) return std::string(value);
+  const char closer = value.empty() ? '\0' : CloserOf(value.front());
+  if (closer == '\0') return std::string(value);
   value.remove_prefix(1);
-  if (value.ends_with('}')) value.remove_suffix(1);
+  if (value.ends_with(closer)) value.remove_suffix(1);
   std::string plain;
   for (size_t at = 0; at < value.size(); ++at) {
     plain += value[at];
-    if (value.substr(at, 2) == "}}") ++at;
+    if (value[at] == closer && value.substr(at + 1).starts_with(closer)) ++at;
   }
   return plain;
 }
@@ -82,10 +90,19 @@ std::vector<std::string> PasswordsOf(std::string_view connection_string) {
   std::vector<std::string> passwords;
   for (const Attribute& password : PasswordAttributes(connection_string)) {
     passwords.push_back(
-        WithoutBraces(connection_string.substr(password.begin, password.end - password.begin)));
+        WithoutQuotes(connection_string.substr(password.begin, password.end - password.begin)));
     if (passwords.back().empty()) passwords.pop_back();
   }
   return passwords;
+}
+
+std::string WithoutPasswords(std::string text, std::string_view connection_string) {
+  for (const std::string& password : PasswordsOf(connection_string)) {
+    for (size_t at = 0; (at = text.find(password, at)) != std::string::npos; at += kMask.size()) {
+      text.replace(at, password.size(), kMask);
+    }
+  }
+  return text;
 }
 
 }  // namespace tavcc

@@ -1,0 +1,97 @@
+// Which methods write: what the class table says, against what every call of every scenario does.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <optional>
+#include <regex>
+#include <set>
+
+#include "foundation/conversions.h"
+#include "foundation/text.h"
+#include "host/schema.h"
+#include "host_calls/watched_roads.h"
+#include "scenario/values.h"
+
+namespace tavcc::testing {
+namespace {
+
+// The query that counts the rows of each table of the schema.
+const std::string& CountsQuery() {
+  static const std::string query = [] {
+    const std::string schema(SchemaScript());
+    const std::regex create("create table ([A-Za-z_0-9]+)", std::regex::icase);
+    std::string counts;
+    for (std::sregex_iterator at(schema.begin(), schema.end(), create), end; at != end; ++at) {
+      const std::string name = (*at)[1];
+      CatTo(counts, counts.empty() ? "" : " union all ", "select '", name, "', count(*) from ",
+            name);
+    }
+    return counts;
+  }();
+  return query;
+}
+
+using Tables = std::map<std::string, std::string>;
+
+// All rows of all tables that have any; nothing where a scenario has taken a table away.
+std::optional<Tables> ReadTables(Connection& cn) {
+  try {
+    std::vector<std::string> filled;
+    const RecordsetPtr counts = cn.Execute(CountsQuery());
+    for (; !counts->AtEnd(); counts->MoveNext()) {
+      if (ToLong(counts->Field(1)) > 0) filled.push_back(ToText(counts->Field(0)));
+    }
+    Tables tables;
+    for (const std::string& name : filled) {
+      const RecordsetPtr rows = cn.Execute(Cat("select * from ", name));
+      tables[name] = Show(JsonFromRows(*rows, RowForm::kArrays));
+    }
+    return tables;
+  } catch (const AutomationError&) {
+    return std::nullopt;
+  }
+}
+
+std::string NameOf(const ClassDescription& cls, const Method& method) {
+  return Cat(cls.name, ".", method.name);
+}
+
+TEST(Writes, AreThoseOfTheClassTable) {
+  std::set<std::string> seen_writing;
+  int looks = 0;
+  RunAllScenarios([&](const ClassDescription& cls, const Method& method,
+                      std::vector<Value>& arguments, Connection& past_the_log, const auto& call) {
+    const std::string name = NameOf(cls, method);
+    if (seen_writing.contains(name)) return call(arguments);
+    const auto before = ReadTables(past_the_log);
+    const auto look = [&] {
+      // A rule may have closed the connection; other calls of it do not.
+      if (past_the_log.State() != Connection::kStateOpen) return;
+      const auto after = ReadTables(past_the_log);
+      if (!before || !after) return;
+      ++looks;
+      if (*after == *before) return;
+      seen_writing.insert(name);
+      EXPECT_TRUE(method.writes) << name << " writes, and the class table does not say so";
+    };
+    try {
+      Value result = call(arguments);
+      look();
+      return result;
+    } catch (const AutomationError&) {
+      look();
+      throw;
+    }
+  });
+  EXPECT_GT(looks, 1000);
+  for (const ClassDescription& cls : Classes()) {
+    for (const Method& method : cls.methods) {
+      if (!method.writes) continue;
+      EXPECT_TRUE(seen_writing.contains(NameOf(cls, method)))
+          << NameOf(cls, method) << " was never seen writing";
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tavcc::testing

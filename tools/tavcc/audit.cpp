@@ -1,0 +1,282 @@
+// tavcc audit and tavcc unaudit: the batch of bills that a host sends, in one call or bill by bill.
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "audit/class_names.h"
+#include "foundation/bill_kinds.h"
+#include "foundation/conversions.h"
+#include "host/host_dictionary.h"
+#include "scenario/scenario.h"
+#include "tavcc/answer.h"
+#include "tavcc/answer_text.h"
+#include "tavcc/bills.h"
+#include "tavcc/command.h"
+#include "tavcc/database.h"
+#include "tavcc/output.h"
+#include "tavcc/progress.h"
+#include "tavcc/trace.h"
+
+namespace tavcc {
+namespace {
+
+// The system makes these bills itself, and audits them with the bills that they belong to.
+constexpr int32_t kMadeBySystem = 2032;
+
+// The bills that the rules are given, which tells how far they are.
+class WatchedBills final : public Vector {
+ public:
+  WatchedBills(VectorPtr bills, const std::vector<Bill>& shown, size_t done, Progress& progress)
+      : bills_(std::move(bills)), shown_(shown), done_(done), progress_(progress) {}
+
+  int Size() const override { return bills_->Size(); }
+  int LBound() const override { return bills_->LBound(); }
+  int UBound() const override { return bills_->UBound(); }
+  Value Item(int index) const override {
+    const size_t at = done_ + static_cast<size_t>(index) - 1;
+    if (at < shown_.size()) progress_.Show(at, shown_[at].number);
+    return bills_->Item(index);
+  }
+  void Add(Value value) override { bills_->Add(std::move(value)); }
+
+ private:
+  const VectorPtr bills_;
+  const std::vector<Bill>& shown_;
+  const size_t done_;  // bills before these
+  Progress& progress_;
+};
+
+std::vector<Bill> BillsOfNumber(Erp& erp, const AuditOptions& options, const std::string& number) {
+  BillFilter filter{.number = number};
+  if (options.class_type != 0) filter.class_type = options.class_type;
+  std::vector<Bill> bills = FindBills(erp, filter);
+  if (bills.empty()) {
+    throw CommandError(fmt::format("no bill has the number \"{}\"", number));
+  }
+  if (bills.size() == 1) return bills;
+  std::string all;
+  for (const Bill& bill : bills) all += (all.empty() ? "" : ", ") + Described(bill);
+  throw CommandError(fmt::format("\"{}\" is the number of {} bills: {}; say which with --class",
+                                 number, bills.size(), all));
+}
+
+// All that can be audited, or un-audited: the last first, since what one bill brought in may have
+// been issued by a later one.
+std::vector<Bill> AllBills(Erp& erp, const AuditOptions& options) {
+  BillFilter filter{.status = static_cast<int32_t>(options.un_audit ? bill_status::kAudited
+                                                                    : bill_status::kNotAudited)};
+  if (options.class_type != 0) filter.class_type = options.class_type;
+  std::vector<Bill> bills = FindBills(erp, filter);
+  std::erase_if(bills, [](const Bill& bill) { return bill.bill_type == kMadeBySystem; });
+  if (options.un_audit) std::ranges::reverse(bills);
+  return bills;
+}
+
+std::vector<Bill> ChosenBills(Erp& erp, const AuditOptions& options) {
+  if (options.all) return AllBills(erp, options);
+  std::vector<Bill> bills;
+  for (const std::string& number : options.numbers) {
+    const std::vector<Bill> found = BillsOfNumber(erp, options, number);
+    const bool again = std::ranges::any_of(bills, [&](const Bill& bill) {
+      return bill.class_type == found[0].class_type && bill.id == found[0].id;
+    });
+    if (again) throw CommandError(fmt::format("bill {} is given twice", number));
+    bills.push_back(found[0]);
+  }
+  return bills;
+}
+
+// What became of one bill.
+struct Outcome {
+  Exit verdict = Exit::kFailed;
+  std::string text;
+};
+
+// One run of the command.
+class BatchRun {
+ public:
+  BatchRun(Erp& erp, const CommonOptions& common, const AuditOptions& options,
+           std::vector<Bill> bills)
+      : erp_(erp),
+        common_(common),
+        options_(options),
+        name_(FindMethodByName("PublicSysInfo.AuditBill")),
+        bills_(std::move(bills)),
+        outcomes_(bills_.size()) {}
+
+  Exit Run();
+
+ private:
+  void SendEach();
+  void SendAll();
+  // Sends the bills from `first` on, `count` of them, and tells what became of them. False when the
+  // call failed.
+  bool Send(size_t first, size_t count, Progress& progress);
+  std::vector<Value> Arguments(size_t first, size_t count, Progress& progress) const;
+  void Note(size_t first, size_t count, const Answer& answer);
+  void PrintReport() const;
+  Json ReportJson() const;
+  int Count(Exit verdict) const {
+    return static_cast<int>(std::ranges::count(outcomes_, verdict, &Outcome::verdict));
+  }
+
+  Erp& erp_;
+  const CommonOptions& common_;
+  const AuditOptions& options_;
+  const MethodName name_;
+  const std::vector<Bill> bills_;
+  std::vector<Outcome> outcomes_;
+  Exit verdict_ = Exit::kPassed;
+  std::string failures_;  // what the calls that failed failed by
+  Json statements_ = Json::array();
+};
+
+Exit BatchRun::Run() {
+  if (options_.each) {
+    SendEach();
+  } else {
+    SendAll();
+  }
+  return verdict_;
+}
+
+// What is told is told before it is kept.
+void BatchRun::SendAll() {
+  HostTransaction transaction(erp_, false);
+  try {
+    Progress progress(bills_.size());
+    if (!bills_.empty()) Send(0, bills_.size(), progress);
+    progress.Hide();
+    PrintReport();
+  } catch (const CommandError& error) {
+    throw CommandError(std::string(error.what()) + "; what the batch did was undone");
+  }
+  if (verdict_ != Exit::kFailed && !options_.dry_run) transaction.Keep();
+}
+
+void BatchRun::SendEach() {
+  size_t done = 0;
+  try {
+    Progress progress(bills_.size());
+    for (; done < bills_.size(); ++done) {
+      HostTransaction transaction(erp_, false);
+      if (Send(done, 1, progress) && !options_.dry_run) transaction.Keep();
+    }
+    progress.Hide();
+    PrintReport();
+  } catch (const CommandError& error) {
+    throw CommandError(fmt::format("{}; {} of {} bills were sent before, and what they did is {}",
+                                   error.what(), done, bills_.size(),
+                                   options_.dry_run ? "undone" : "kept"));
+  }
+}
+
+bool BatchRun::Send(size_t first, size_t count, Progress& progress) {
+  const Answer answer = CalledObject(erp_, *name_.cls)
+                            .Call(*name_.method, Arguments(first, count, progress),
+                                  common_.json ? TraceForJson(common_) : TraceOf(common_));
+  Note(first, count, answer);
+  verdict_ = std::max(verdict_, answer.verdict);
+  if (answer.verdict == Exit::kFailed) failures_ += FailureText(answer);
+  if (!common_.json) {
+    progress.Hide();
+    for (size_t i = first; i < first + count; ++i) Print(outcomes_[i].text + "\n");
+  }
+  return answer.verdict != Exit::kFailed;
+}
+
+std::vector<Value> BatchRun::Arguments(size_t first, size_t count, Progress& progress) const {
+  const VectorPtr bills = erp_.host().NewVector();
+  for (size_t i = first; i < first + count; ++i) {
+    bills->Add(BillDictionary(erp_.host(), bills_[i]));
+  }
+  return {std::make_shared<WatchedBills>(bills, bills_, first, progress),
+          options_.un_audit ? int16_t{kUnAudit} : int16_t{kAudit}, erp_.dsn(), true,
+          erp_.host().NewDictionary()};
+}
+
+// A line of the answer for each bill; none for those behind the one at which the run ended.
+void BatchRun::Note(size_t first, size_t count, const Answer& answer) {
+  const auto dct = std::dynamic_pointer_cast<Dictionary>(answer.arguments[4].object());
+  const std::vector<std::string> lines = BillLines(ToText(dct->ItemOr("BillInfo", "")));
+  const std::string error = ToText(dct->ItemOr("ErrorMsg", ""));
+  for (size_t i = 0; i < count; ++i) {
+    Outcome& outcome = outcomes_[first + i];
+    if (i < lines.size()) {
+      const bool passed = lines[i].ends_with("审核成功！");
+      outcome = {passed ? Exit::kPassed : Exit::kRefused, lines[i]};
+    } else if (i == lines.size()) {
+      outcome.text = fmt::format("{}: {}", Described(bills_[first + i]),
+                                 error.empty() ? "the run ended before it" : error);
+    } else {
+      outcome.text = Described(bills_[first + i]) + ": not reached";
+    }
+    if (answer.verdict == Exit::kFailed && outcome.verdict == Exit::kPassed) {
+      outcome.verdict = Exit::kFailed;
+      outcome.text += " (undone)";
+    }
+  }
+  if (!common_.trace || !common_.json) return;
+  for (const LoggedStatement& statement : answer.statements) {
+    statements_.push_back(StatementJson(statement));
+  }
+}
+
+void BatchRun::PrintReport() const {
+  if (common_.json) {
+    Print(Show(ReportJson(), 2) + "\n");
+    return;
+  }
+  if (verdict_ == Exit::kFailed) Print("\n" + failures_);
+  std::string summary =
+      fmt::format("\npassed: {}, refused: {}", Count(Exit::kPassed), Count(Exit::kRefused));
+  if (const int failed = Count(Exit::kFailed); failed > 0) {
+    summary += fmt::format(", failed: {}", failed);
+  }
+  Print(summary + "\n");
+  if (verdict_ == Exit::kFailed && !options_.each) {
+    Print("What the batch did was undone.\n");
+  } else if (options_.dry_run) {
+    Print("Nothing was kept.\n");
+  }
+}
+
+Json BatchRun::ReportJson() const {
+  Json bills = Json::array();
+  for (size_t i = 0; i < bills_.size(); ++i) {
+    Json bill = {{"bill", bills_[i].number},
+                 {"class", bills_[i].class_type},
+                 {"id", bills_[i].id},
+                 {"verdict", VerdictText(outcomes_[i].verdict)},
+                 {"message", outcomes_[i].text}};
+    if (outcomes_[i].verdict == Exit::kRefused) {
+      const std::string refusal = RefusalName(outcomes_[i].text);
+      if (!refusal.empty()) bill["refusal"] = refusal;
+    }
+    bills.push_back(std::move(bill));
+  }
+  Json report = {{"verdict", VerdictText(verdict_)},
+                 {"passed", Count(Exit::kPassed)},
+                 {"refused", Count(Exit::kRefused)},
+                 {"failed", Count(Exit::kFailed)},
+                 {"kept", !options_.dry_run && (options_.each || verdict_ != Exit::kFailed)},
+                 {"bills", std::move(bills)}};
+  if (!failures_.empty()) report["failure"] = failures_;
+  if (common_.trace) report["statements"] = statements_;
+  return report;
+}
+
+}  // namespace
+
+Exit AuditCommand(const CommonOptions& common, const AuditOptions& options) {
+  if (options.all == !options.numbers.empty()) {
+    throw CommandError("which bills? give their numbers, or --all");
+  }
+  const auto erp = OpenDatabase(common);
+  erp->host().settings().user_id = options.user;
+  return BatchRun(*erp, common, options, ChosenBills(*erp, options)).Run();
+}
+
+}  // namespace tavcc
