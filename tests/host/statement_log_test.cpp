@@ -158,7 +158,7 @@ TEST_F(StatementLogTest, AFailureTellsItsLineToo) {
 }
 
 TEST(CallSites, AreNamedAsInTheProject) {
-  EXPECT_EQ(PlaceText({"/home/src/erp/src/checks/credit.cpp", 7}), "src/checks/credit.cpp:7");
+  EXPECT_EQ(PlaceText({"/any/src/erp/src/checks/credit.cpp", 7}), "src/checks/credit.cpp:7");
   EXPECT_EQ(PlaceText({"../../src/checks/credit.cpp", 7}), "src/checks/credit.cpp:7");
   EXPECT_EQ(PlaceText({"src/checks/credit.cpp", 7}), "src/checks/credit.cpp:7");
   EXPECT_EQ(PlaceText({"credit.cpp", 7}), "credit.cpp:7");
