@@ -54,8 +54,8 @@ void RunAllScenarios(const AroundCall& around) {
   for (const std::string& file : ScenarioFiles({(SourceDir() / "tests/scenarios").string()})) {
     Scenario scenario = LoadScenario(file);
     for (Step& step : scenario.steps) step.sweeps.clear();
-    const auto failure = RunScenario(scenario, roads);
-    if (failure) ADD_FAILURE() << DescribeFailure(scenario, *failure);
+    const auto failures = RunScenario(scenario, roads);
+    if (!failures.empty()) ADD_FAILURE() << DescribeFailures(scenario, failures);
   }
 }
 
