@@ -93,7 +93,7 @@ class Audit(Case):
         self.assertIn("编号为：CG260302的购货单单据审核成功！ (undone)\n", answer.stdout)
         self.assertIn("failed: 2\nWhat the batch did was undone.\n", answer.stdout)
         self.assertRegex(answer.stdout, r"\n  failure +error 208: .*T_CC_ZZCX_Entry2")
-        self.assertRegex(answer.stdout, r"\n  from +src/audit/\w+\.cpp:\d+\n")
+        self.assertRegex(answer.stdout, r"\n  from +src/\w+/\w+\.cpp:\d+\n")
         self.assertEqual(self.states(), before)
 
     def test_a_failed_bill_undoes_itself_alone_with_each(self):
