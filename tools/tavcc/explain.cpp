@@ -103,9 +103,23 @@ std::vector<ReadSetting> SettingsSince(Erp& erp, size_t first_setting, size_t fi
 
 // ---- Gates -------------------------------------------------------------------------------------
 
-// The rows of a query, asked once more for whoever wants to see them.
+std::vector<std::string> Texts(const std::vector<Value>& row) {
+  std::vector<std::string> texts;
+  for (const Value& value : row) texts.push_back(ValueText(value));
+  return texts;
+}
+
+// The rows of a query: those that the rule saw, or, where it did not look at all of them, those
+// that the same query answers once more.
 ShownRows RowsOf(Erp& erp, const LoggedStatement& statement) {
   ShownRows shown;
+  const SeenRows* const seen = statement.seen.get();
+  if (seen != nullptr && seen->to_the_end && !seen->columns.empty()) {
+    shown.columns = seen->columns;
+    for (const std::vector<Value>& row : seen->rows) shown.rows.push_back(Texts(row));
+    shown.whole = seen->count == static_cast<int>(seen->rows.size());
+    return shown;
+  }
   const RecordsetPtr rows = erp.host().GetUnloggedConnection(erp.dsn())->Execute(statement.text);
   if (rows == nullptr || !rows->IsOpen()) return shown;
   for (int i = 0; i < rows->FieldCount(); ++i) shown.columns.push_back(rows->FieldName(i));
@@ -128,6 +142,7 @@ std::optional<AutomationError> FailureOf(Erp& erp, const TrapWatch& watch) {
 
 void Judge(Erp& erp, PlugIn& self, const LoneGate& gate, Rung& rung) {
   erp.log().Clear();
+  erp.log().SetObserver({.rows = static_cast<int>(kMostRows)});
   const TrapWatch watch;
   size_t first_setting = 0;
   size_t first_statement = 0;
@@ -142,6 +157,8 @@ void Judge(Erp& erp, PlugIn& self, const LoneGate& gate, Rung& rung) {
   } catch (const AutomationError& raised) {
     error = raised;
   }
+  erp.log().EndRows();
+  erp.log().SetObserver({});
   if (!error) error = FailureOf(erp, watch);
   if (error) {
     rung.answer = Rung::Answer::kFailed;

@@ -53,6 +53,7 @@ std::string DetailsHtml(const Rung& rung) {
   if (rung.statement) {
     AddTerm(html, "statement",
             fmt::format("<pre>{}</pre>", Escaped(ShowStatement(*rung.statement))));
+    AddTerm(html, "sent by", fmt::format("<code>{}</code>", PlaceText(rung.statement->from)));
     AddTerm(html, "rows", RowsHtml(rung));
   }
   return html + "</dl></div>\n";

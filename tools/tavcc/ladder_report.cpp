@@ -74,6 +74,7 @@ std::string DetailsText(const Rung& rung) {
   if (!rung.place.empty()) text += Labelled("rule", rung.place);
   if (rung.statement) {
     text += Labelled("statement", ShowStatement(*rung.statement));
+    text += Labelled("sent by", PlaceText(rung.statement->from));
     if (const std::string rows = RowsText(rung.rows); !rows.empty()) text += Labelled("rows", rows);
   }
   return text;
