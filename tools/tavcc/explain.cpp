@@ -19,32 +19,9 @@ namespace tavcc {
 namespace {
 
 constexpr size_t kMostRows = 100;
+// Of a transaction, which is rolled back here in any case.
+constexpr bool kOnlyReads = true;
 constexpr const char* kBatchAudit = "PublicSysInfo.AuditBill";
-
-// A transaction that is rolled back whatever happens.
-class UndoneTransaction {
- public:
-  enum class Kind { kReads, kWrites };
-  UndoneTransaction(Erp& erp, Kind kind) : erp_(erp) {
-    if (kind == Kind::kReads) {
-      erp_.BeginReading();
-    } else {
-      erp_.BeginTransaction();
-    }
-  }
-  ~UndoneTransaction() {
-    try {
-      erp_.Rollback();
-    } catch (const AutomationError&) {
-      // The database undoes by itself what is not committed when it is closed.
-    }
-  }
-  UndoneTransaction(const UndoneTransaction&) = delete;
-  UndoneTransaction& operator=(const UndoneTransaction&) = delete;
-
- private:
-  Erp& erp_;
-};
 
 std::string ErrorText(const AutomationError& error) {
   return fmt::format("error {}: {}", error.number(), error.description());
@@ -187,7 +164,7 @@ Rung AskGate(Erp& erp, PlugIn& self, const LoneGate& gate, const Bill& bill) {
   Rung rung;
   rung.gate = gate.name;
   rung.method = gate.method;
-  const UndoneTransaction transaction(erp, UndoneTransaction::Kind::kReads);
+  const HostTransaction transaction(erp, kOnlyReads);
   Judge(erp, self, gate, rung);
   if (rung.answer == Rung::Answer::kRefused) rung.reasons = ReasonsOf(erp, bill, rung);
   return rung;
@@ -202,9 +179,8 @@ std::vector<Rung> AskGates(Erp& erp, PlugIn& self, const Ladder& ladder, const B
 // ---- The audit itself --------------------------------------------------------------------------
 
 // The refusal of the procedure that posts value. It is no gate: the books are kept by then.
-std::optional<Rung> PostingRung(Erp& erp, const std::string& line) {
+std::optional<Rung> PostingRung(const std::vector<LoggedStatement>& sent, const std::string& line) {
   constexpr std::string_view kReason = "失败原因：";
-  const std::vector<LoggedStatement>& sent = erp.log().statements();
   if (sent.empty() || !sent.back().is_procedure) return std::nullopt;
   Rung rung;
   rung.gate = "posting";
@@ -220,28 +196,25 @@ std::optional<Rung> PostingRung(Erp& erp, const std::string& line) {
 Trial TryAudit(Erp& erp, const Bill& bill, int16_t direction) {
   Trial trial;
   try {
-    const UndoneTransaction transaction(erp, UndoneTransaction::Kind::kWrites);
+    const HostTransaction transaction(erp, !kOnlyReads);
     ChangeWatch watch(erp, bill);
     const MethodName name = FindMethodByName(kBatchAudit);
     const VectorPtr bills = erp.host().NewVector();
     bills->Add(BillDictionary(erp.host(), bill));
     const DictionaryPtr results = erp.host().NewDictionary();
-    std::vector<Value> arguments = {bills, direction, erp.dsn(), true, results};
-    erp.log().Clear();
-    const TrapWatch traps;
-    PlugIn object(erp.host());
-    const Value answer = Invoke(*name.cls, *name.method, object, arguments);
-    trial.verdict = VerdictOf(*name.method, answer, arguments);
+    const Answer answer = CalledObject(erp, *name.cls)
+                              .Call(*name.method, {bills, direction, erp.dsn(), true, results}, {});
+    trial.verdict = answer.verdict;
     trial.line = ToText(results->Item("BillInfo"));
     while (trial.line.ends_with('|')) trial.line.pop_back();
-    if (const auto failure = FailureOf(erp, traps)) {
-      trial.verdict = Exit::kFailed;
-      trial.error = ErrorText(*failure);
-    } else if (trial.verdict == Exit::kFailed) {
-      trial.error = ToText(results->Item("ErrorMsg"));
+    if (answer.verdict == Exit::kFailed) {
+      trial.error =
+          answer.failure ? ErrorText(answer.failure->error) : ToText(results->Item("ErrorMsg"));
     }
-    if (trial.verdict == Exit::kPassed) trial.changes = watch.Changes();
-    if (trial.verdict == Exit::kRefused) trial.posting = PostingRung(erp, trial.line);
+    if (answer.verdict == Exit::kPassed) trial.changes = watch.Changes();
+    if (answer.verdict == Exit::kRefused) {
+      trial.posting = PostingRung(answer.statements, trial.line);
+    }
   } catch (const AutomationError& error) {
     trial.verdict = Exit::kFailed;
     trial.error = ErrorText(error);
@@ -297,7 +270,7 @@ Bill FindBill(Erp& erp, const BillFilter& filter) {
 }
 
 std::vector<Bill> ChosenBills(Erp& erp, const ExplainOptions& options) {
-  const UndoneTransaction transaction(erp, UndoneTransaction::Kind::kReads);
+  const HostTransaction transaction(erp, kOnlyReads);
   std::vector<Bill> bills;
   if (options.numbers.empty()) bills.push_back(FindBill(erp, FilterOf(options, nullptr)));
   for (const std::string& number : options.numbers) {
