@@ -51,7 +51,6 @@ struct Posting {
 
 constexpr int32_t kPurchaseReturn[] = {2012};
 constexpr int32_t kReversedEstimate[] = {2031, 2032};
-constexpr int32_t kValueOnly[] = {2040, 2041, 3020, 3021};
 constexpr int32_t kSalesAtCost[] = {3001, 3010};
 constexpr int32_t kSalesReturns[] = {3002, 3004, 3011};
 
@@ -64,9 +63,9 @@ constexpr Posting kPostings[] = {
     {kPurchaseBill, {}, kIn, kReceived},
     {kPurchaseEstimate, kReversedEstimate, kOut, kReceived},
     {kPurchaseEstimate, {}, kIn, kReceived},
-    {kPurchaseRebate, kValueOnly, kNone, {}},
+    {kPurchaseRebate, bill_types::kValueOnly, kNone, {}},
     {kPurchaseRebate, {}, kIn, kReceived},
-    {kOtherReceipt, kValueOnly, kNone, {}},
+    {kOtherReceipt, bill_types::kValueOnly, kNone, {}},
     {kOtherReceipt, {}, kIn, kReceived},
     {kSalesBill, kSalesAtCost, kOut, kIssuedAtCost},
     {kSalesBill, kSalesReturns, kIn, kIssuedAtCost},
@@ -74,9 +73,9 @@ constexpr Posting kPostings[] = {
     {kConsignment, kSalesAtCost, kOut, kIssuedAtCost},
     {kConsignment, kSalesReturns, kIn, kIssuedAtCost},
     {kConsignment, {}, kOut, kIssued},
-    {kSalesRebate, kValueOnly, kNone, {}},
+    {kSalesRebate, bill_types::kValueOnly, kNone, {}},
     {kSalesRebate, {}, kOut, kIssued},
-    {kOtherIssue, kValueOnly, kNone, {}},
+    {kOtherIssue, bill_types::kValueOnly, kNone, {}},
     {kOtherIssue, {}, kOut, kIssued},
     {kCheckGain, {}, kIn, kReceived},
     {kCheckLoss, {}, kOut, kLost},

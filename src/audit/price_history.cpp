@@ -1,5 +1,6 @@
 #include "audit/price_history.h"
 
+#include "foundation/bill_kinds.h"
 #include "foundation/host_services.h"
 #include "foundation/text.h"
 
@@ -41,8 +42,6 @@ constexpr PriceSource kSources[] = {
 // Bills of other classes that leave prices behind too: those of these types.
 constexpr int32_t kPricedTypes[] = {3001, 3010, 2013, 2011};
 constexpr PriceSource kOtherClass = {0, "t_CC_StockBillEntry", "t_CC_StockBill", Side::kNone};
-
-constexpr int32_t kValueOnly[] = {2040, 2041, 3020, 3021};
 
 const PriceSource* FindSource(const AuditedBill& bill) {
   for (const PriceSource& source : kSources) {
@@ -165,7 +164,7 @@ void UpdatePriceHistory(Connection& connection, const AuditedBill& bill) {
                            : PurchaseItemPrices(source->entry_table, bill.bill_id));
     return;
   }
-  if (IsInArray(bill.bill_type, kValueOnly)) return;
+  if (IsInArray(bill.bill_type, bill_types::kValueOnly)) return;
   UpdateItemRows(connection, *source, bill.bill_id);
 }
 

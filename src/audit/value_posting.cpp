@@ -1,5 +1,6 @@
 #include "audit/value_posting.h"
 
+#include "foundation/bill_kinds.h"
 #include "foundation/host_services.h"
 
 namespace tavcc {
@@ -7,8 +8,8 @@ namespace tavcc {
 namespace {
 
 bool MovesValueOnly(const AuditedBill& bill) {
-  constexpr int32_t kValueOnly[] = {2040, 2041, 3020, 3021};
-  return bill.class_type == class_type::kPriceAdjustment || IsInArray(bill.bill_type, kValueOnly);
+  return bill.class_type == class_type::kPriceAdjustment ||
+         IsInArray(bill.bill_type, bill_types::kValueOnly);
 }
 
 }  // namespace

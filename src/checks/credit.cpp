@@ -15,20 +15,15 @@ namespace {
 
 using namespace class_type;
 
-constexpr int16_t kExceeded = 1;
-constexpr int16_t kWithin = 0;
-constexpr int16_t kFailed = -1;
-
 constexpr int32_t kSalesReturn = 3002;
 
 bool NeedsCheck(int32_t class_type, int32_t bill_type, int16_t direction) {
   constexpr int32_t kOnAuditUnlessValueOnly[] = {kPurchaseOrder, kPurchaseRebate, kSalesOrder,
                                                  kSalesRebate,   kOtherReceipt,   kOtherIssue};
-  constexpr int32_t kValueOnly[] = {2040, 2041, 3020, 3021};
   constexpr int32_t kOnAudit[] = {2011, 2013, 2030, 3001, 3003, 3010};
   constexpr int32_t kOtherwise[] = {2012, 2031, 2032, 3002, 3004, 3011};
   if (IsInArray(class_type, kOnAuditUnlessValueOnly)) {
-    return direction == kAudit && !IsInArray(bill_type, kValueOnly);
+    return direction == kAudit && !IsInArray(bill_type, bill_types::kValueOnly);
   }
   return direction == kAudit ? IsInArray(bill_type, kOnAudit) : IsInArray(bill_type, kOtherwise);
 }
@@ -100,7 +95,7 @@ bool IsExceeded(const Value& credit, const Value& balance, double amount) {
   return ToDouble(credit) > 0 && ToDouble(balance) + amount > ToDouble(credit);
 }
 
-Verdict Check(PlugIn& self, const Dictionary& oDict, std::string_view sDsn, bool& Cg) {
+Verdict HoldAgainstCredit(PlugIn& self, const Dictionary& oDict, std::string_view sDsn, bool& Cg) {
   self.InitObjects(sDsn);
   const ConnectionPtr cn = self.db_context().GetConnection();
   self.db_context().ReadySecond();
@@ -133,23 +128,13 @@ int16_t WhetherNeedCheckCredit(PlugIn& self, std::string_view sDsn, int16_t intC
 
 int16_t CheckCredit(PlugIn& self, Dictionary& oDict, int16_t, std::string_view sDsn,
                     std::string& strReturnMsg, bool& Cg) {
-  return Trap(
-      [&] {
-        Verdict verdict = Check(self, oDict, sDsn, Cg);
-        if (verdict.passed) return kWithin;
-        strReturnMsg = std::move(verdict.message);
-        return kExceeded;
-      },
-      [&](const AutomationError& error) {
-        strReturnMsg = error.description();
-        return kFailed;
-      });
+  return AnswerPartnerCheck(strReturnMsg, [&] { return HoldAgainstCredit(self, oDict, sDsn, Cg); });
 }
 
 Verdict CreditGate(PlugIn& self, Dictionary& oDict, int16_t direction, std::string_view sDsn) {
   if (WhetherNeedCheckCredit(self, sDsn, direction, oDict) != 1) return NotAsked();
   bool is_supplier = false;
-  return Check(self, oDict, sDsn, is_supplier);
+  return HoldAgainstCredit(self, oDict, sDsn, is_supplier);
 }
 
 }  // namespace tavcc

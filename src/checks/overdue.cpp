@@ -13,10 +13,6 @@ namespace {
 
 using namespace class_type;
 
-constexpr int16_t kOverdue = 1;
-constexpr int16_t kNothingOverdue = 0;
-constexpr int16_t kFailed = -1;
-
 bool NeedsCheck(int32_t bill_type, int16_t direction) {
   constexpr int32_t kOnAudit[] = {2011, 2013, 3001, 3003};
   constexpr int32_t kOtherwise[] = {2012, 3002, 3004};
@@ -51,7 +47,7 @@ std::string CustomerMessage(int32_t class_type) {
   return Cat("截止到今天", document, "存在超期的未收的款项，控制不允许出库");
 }
 
-Verdict Check(PlugIn& self, const Dictionary& oDict, std::string_view sDsn, bool& Cg) {
+Verdict LookForOverdue(PlugIn& self, const Dictionary& oDict, std::string_view sDsn, bool& Cg) {
   self.InitObjects(sDsn);
   const ConnectionPtr cn = self.db_context().GetConnection();
   self.db_context().ReadySecond();
@@ -92,23 +88,13 @@ int16_t WhetherNeedCheckUnCheckAmountOutOfDate(PlugIn& self, std::string_view sD
 
 int16_t CheckUnCheckAmountOutOfDate(PlugIn& self, Dictionary& oDict, int16_t, std::string_view sDsn,
                                     std::string& strReturnMsg, bool& Cg) {
-  return Trap(
-      [&] {
-        Verdict verdict = Check(self, oDict, sDsn, Cg);
-        if (verdict.passed) return kNothingOverdue;
-        strReturnMsg = std::move(verdict.message);
-        return kOverdue;
-      },
-      [&](const AutomationError& error) {
-        strReturnMsg = error.description();
-        return kFailed;
-      });
+  return AnswerPartnerCheck(strReturnMsg, [&] { return LookForOverdue(self, oDict, sDsn, Cg); });
 }
 
 Verdict OverdueGate(PlugIn& self, Dictionary& oDict, int16_t direction, std::string_view sDsn) {
   if (WhetherNeedCheckUnCheckAmountOutOfDate(self, sDsn, direction, oDict) != 1) return NotAsked();
   bool is_supplier = false;
-  return Check(self, oDict, sDsn, is_supplier);
+  return LookForOverdue(self, oDict, sDsn, is_supplier);
 }
 
 }  // namespace tavcc

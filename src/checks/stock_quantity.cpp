@@ -86,9 +86,9 @@ bool MovesStock(int32_t class_type, int32_t bill_type) {
                                  kConsignment, kPurchaseBill, kPurchaseEstimate};
   constexpr int32_t kMovingUnlessValueOnly[] = {kOtherReceipt, kOtherIssue, kSalesRebate,
                                                 kPurchaseRebate};
-  constexpr int32_t kValueOnly[] = {2040, 2041, 3020, 3021};
   if (IsInArray(class_type, kMoving)) return true;
-  return IsInArray(class_type, kMovingUnlessValueOnly) && !IsInArray(bill_type, kValueOnly);
+  return IsInArray(class_type, kMovingUnlessValueOnly) &&
+         !IsInArray(bill_type, bill_types::kValueOnly);
 }
 
 Value AllowMinusStockNum(PlugIn&, std::string_view) {

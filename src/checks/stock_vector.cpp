@@ -1,5 +1,6 @@
 #include "checks/stock_vector.h"
 
+#include <optional>
 #include <string>
 
 #include "foundation/bill_kinds.h"
@@ -14,22 +15,23 @@ namespace {
 
 using namespace class_type;
 
-// 0: lines of the class are not loaded.
-int32_t DestinationSign(int32_t class_type) {
+// Whether the quantity of a line leaves the warehouse that it names as its destination. Lines of
+// other classes are not loaded.
+std::optional<bool> LeavesDestination(int32_t class_type) {
   switch (class_type) {
     case kAssembly:
     case kDisassembly:
     case kPurchaseBill:
-      return 1;
+      return false;
     case kTransfer:
     case kPurchaseRebate:
     case kSalesBill:
     case kConsignment:
     case kSalesRebate:
     case kOtherIssue:
-      return -1;
+      return true;
     default:
-      return 0;
+      return std::nullopt;
   }
 }
 
@@ -76,7 +78,7 @@ Decimal BasePrice(const Dictionary& entry) {
 
 // Adds one row for the warehouse that the entry names under `stock_key`, if it names one.
 void StageRow(std::string& inserts, const Dictionary& entry, std::string_view stock_key,
-              int32_t sign) {
+              bool leaves) {
   if (!entry.Lookup(stock_key)) return;
   const Decimal quantity = DecimalItem(entry, "FQty", 0);
   if (!inserts.empty()) inserts += '\n';
@@ -84,7 +86,7 @@ void StageRow(std::string& inserts, const Dictionary& entry, std::string_view st
         TextItem(entry, "FBatchNo"), "',", LongItem(entry, "FAuxPropID"), ",",
         LongItem(entry, stock_key), ",", LongItem(entry, "FKFPeriod"), ", '",
         DayItem(entry, "FKFDate"), "','", DayItem(entry, "FPeriodDate"), "' ,",
-        sign < 0 ? quantity.Negated() : quantity, ",", DecimalItem(entry, "FSecQty", 0), ",",
+        leaves ? quantity.Negated() : quantity, ",", DecimalItem(entry, "FSecQty", 0), ",",
         BasePrice(entry), ",'", TextItem(entry, "FBatchNoIndex"), "',",
         LongItem(entry, "ClassTypeID"), ")");
 }
@@ -128,15 +130,15 @@ void CopyStagedRows(Connection& connection, int32_t bill_id) {
 
 void LoadBillFromVector(Connection& connection, int32_t class_type, int32_t bill_id,
                         const Vector& entries) {
-  const int32_t sign = DestinationSign(class_type);
-  if (sign == 0) return;
+  const std::optional<bool> leaves = LeavesDestination(class_type);
+  if (!leaves) return;
   CreateStagingTable(connection);
   std::string inserts;
   const int count = entries.Size();
   for (int i = 1; i <= count; ++i) {
     const auto entry = ToObject<Dictionary>(entries.Item(i));
-    StageRow(inserts, *entry, "FSCStockID", 1);
-    StageRow(inserts, *entry, "FDCStockID", sign);
+    StageRow(inserts, *entry, "FSCStockID", false);
+    StageRow(inserts, *entry, "FDCStockID", *leaves);
   }
   if (!inserts.empty()) connection.Execute(inserts);
   CopyStagedRows(connection, bill_id);

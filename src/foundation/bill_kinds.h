@@ -33,7 +33,12 @@ inline constexpr int32_t kDayEnd = 1090001;
 }  // namespace class_type
 
 // Bill type ids refine a class. The host's documentation gives most of them no word of their own,
-// so the rules' lists of bill types stay lists of numbers, laid out beside the rule that uses them.
+// so the rules' lists of bill types stay lists of numbers, laid out beside the rule that uses them;
+// here stands what several rules mean alike.
+namespace bill_types {
+// Amounts without quantities.
+inline constexpr int32_t kValueOnly[] = {2040, 2041, 3020, 3021};
+}  // namespace bill_types
 
 // FStatus of a bill's head.
 namespace bill_status {
