@@ -1,6 +1,5 @@
 #include "foundation/host_services.h"
 
-#include <array>
 #include <utility>
 
 #include "foundation/conversions.h"
@@ -11,13 +10,11 @@ namespace tavcc {
 
 namespace {
 
-// The references that a thread keeps. Nothing fills the last two; they are kept and released with
-// the others.
+// The references that a thread keeps.
 struct HostCache {
   std::shared_ptr<GLData> gl_data;
   std::shared_ptr<ProfileReader> system_profile;
   std::shared_ptr<ResourceLoader> resource_loader;
-  std::array<std::shared_ptr<void>, 2> others;
 };
 
 // A bare pointer: a thread's end runs no destructor that could still find its storage (see
@@ -136,7 +133,6 @@ void ReleaseHostObjects() {
   cache.gl_data.reset();
   cache.system_profile.reset();
   cache.resource_loader.reset();
-  for (auto& other : cache.others) other.reset();
   delete std::exchange(thread_cache, nullptr);
 }
 
