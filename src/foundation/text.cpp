@@ -32,6 +32,9 @@ namespace {
 char Upper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
+char Lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 }  // namespace
 
 std::string_view Trim(std::string_view text) {
@@ -43,6 +46,12 @@ std::string_view Trim(std::string_view text) {
 std::string UpperCase(std::string_view text) {
   std::string result(text);
   std::transform(result.begin(), result.end(), result.begin(), Upper);
+  return result;
+}
+
+std::string LowerCase(std::string_view text) {
+  std::string result(text);
+  std::transform(result.begin(), result.end(), result.begin(), Lower);
   return result;
 }
 

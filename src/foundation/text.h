@@ -47,10 +47,15 @@ void CatTo(std::string& out, const Pieces&... pieces) {
   (internal::Append(out, pieces), ...);
 }
 
+constexpr bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
 // Without the blanks (U+0020 only, as automation's Trim) at both ends.
 std::string_view Trim(std::string_view text);
 // ASCII letters folded; other bytes as they are.
 std::string UpperCase(std::string_view text);
+std::string LowerCase(std::string_view text);
 bool EqualsIgnoringCase(std::string_view a, std::string_view b);
 
 }  // namespace tavcc

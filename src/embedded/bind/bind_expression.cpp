@@ -15,20 +15,19 @@ struct GlobalRule {
   SqlType type;
 };
 
-constexpr SqlType kInt = Type(TypeKind::kInt);
 constexpr SqlType kIdentityType = DecimalType(38, 0);
 
 constexpr GlobalRule kGlobals[] = {
-    {"@@ROWCOUNT", SessionValue::kRowCount, kInt},
-    {"@@ERROR", SessionValue::kError, kInt},
+    {"@@ROWCOUNT", SessionValue::kRowCount, kIntType},
+    {"@@ERROR", SessionValue::kError, kIntType},
     {"@@IDENTITY", SessionValue::kIdentity, kIdentityType},
-    {"@@FETCH_STATUS", SessionValue::kFetchStatus, kInt},
-    {"@@TRANCOUNT", SessionValue::kTransactionCount, kInt},
+    {"@@FETCH_STATUS", SessionValue::kFetchStatus, kIntType},
+    {"@@TRANCOUNT", SessionValue::kTransactionCount, kIntType},
     {"@@VERSION", SessionValue::kVersion, TextType(TypeKind::kNVarChar, 300)},
     {"@@SERVERNAME", SessionValue::kServerName, TextType(TypeKind::kNVarChar, 128)},
     {"@@SPID", SessionValue::kProcessId, Type(TypeKind::kSmallInt)},
-    {"@@PROCID", SessionValue::kProcedureId, kInt},
-    {"@@NESTLEVEL", SessionValue::kNestLevel, kInt},
+    {"@@PROCID", SessionValue::kProcedureId, kIntType},
+    {"@@NESTLEVEL", SessionValue::kNestLevel, kIntType},
 };
 
 // Whether the qualifiers of a column name mean this source: its alias alone, or the table's name
@@ -216,7 +215,7 @@ BoundExpressionPtr Binder::BindConvert(const ConvertExpression& convert, const S
     Use(*style, LiteralDependence::kValue);
     bound->style = static_cast<int>(value);
   } else {
-    bound->style_value = Convert(std::move(style), kInt);
+    bound->style_value = Convert(std::move(style), kIntType);
   }
   return bound;
 }

@@ -10,8 +10,6 @@
 namespace tavcc::sql {
 namespace {
 
-constexpr SqlType kInt = Type(TypeKind::kInt);
-
 struct SessionFunction {
   std::string_view name;
   SessionValue value;
@@ -50,7 +48,7 @@ SqlType VaryingText(const SqlType& type, int least) {
 }
 
 SqlType NumberResult(const SqlType& type) {
-  if (IsInteger(type.kind) && type.kind < TypeKind::kInt) return kInt;
+  if (IsInteger(type.kind) && type.kind < TypeKind::kInt) return kIntType;
   if (type.kind == TypeKind::kReal) return Type(TypeKind::kFloat);
   if (type.kind == TypeKind::kSmallMoney) return Type(TypeKind::kMoney);
   return type;
@@ -60,7 +58,7 @@ SqlType ResultType(const FunctionRule& rule, const std::vector<BoundExpressionPt
   const SqlType first = arguments.empty() ? SqlType{} : arguments[0]->type;
   switch (rule.result) {
     case FunctionResult::kInt:
-      return kInt;
+      return kIntType;
     case FunctionResult::kFloat:
       return Type(TypeKind::kFloat);
     case FunctionResult::kDateTime:
@@ -114,7 +112,7 @@ BoundExpressionPtr Binder::BindFunction(const FunctionExpression& function, cons
   if (const auto* part = FindByName(kPartFunctions, name)) {
     RequireCount(function, 1, 1);
     const FunctionRule& rule = *FindFunction("DATEPART");
-    auto call = std::make_unique<BoundCall>(rule, kInt);
+    auto call = std::make_unique<BoundCall>(rule, kIntType);
     call->date_part = static_cast<int>(part->part);
     call->arguments.push_back(BindArgument('d', *function.arguments[0], 0, rule, scope));
     return call;
@@ -132,7 +130,7 @@ BoundExpressionPtr Binder::BindAggregate(const FunctionExpression& function, Agg
   aggregates_->found = true;
   if (function.star) {
     if (aggregate != Aggregate::kCount) Raise(102, "*");
-    return std::make_unique<BoundAggregate>(aggregate, kInt);
+    return std::make_unique<BoundAggregate>(aggregate, kIntType);
   }
   RequireCount(function, 1, 1);
   aggregates_->inside = true;
@@ -224,7 +222,7 @@ BoundExpressionPtr Binder::BindArgument(char letter, const Expression& argument,
                  ? std::move(value)
                  : ConvertImplicitly(std::move(value), TextType(TypeKind::kVarChar, 8000));
     case 'i':
-      return ConvertImplicitly(std::move(value), kInt);
+      return ConvertImplicitly(std::move(value), kIntType);
     case 'f':
       return ConvertImplicitly(std::move(value), Type(TypeKind::kFloat));
     case 'd':
@@ -239,7 +237,7 @@ BoundExpressionPtr Binder::BindArgument(char letter, const Expression& argument,
         return Convert(std::move(value), NumberResult(from));
       }
       return ConvertImplicitly(std::move(value),
-                               from.kind == TypeKind::kNull ? kInt : Type(TypeKind::kFloat));
+                               from.kind == TypeKind::kNull ? kIntType : Type(TypeKind::kFloat));
     default:
       return value;
   }

@@ -23,7 +23,7 @@ bool IsIdentity(const BoundExpression& expression) {
 
 // A column of the result that is a bare NULL is an int.
 SqlType ResultType(const SqlType& type) {
-  return type.kind == TypeKind::kNull ? Type(TypeKind::kInt) : type;
+  return type.kind == TypeKind::kNull ? kIntType : type;
 }
 
 void RequireOwnColumn(const BoundExpression& key, const std::vector<const BoundSource*>& sources) {

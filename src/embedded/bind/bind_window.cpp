@@ -87,7 +87,7 @@ void Binder::BindWindowArguments(const FunctionExpression& function, BoundWindow
     }
     return;
   }
-  window.type = Type(TypeKind::kInt);
+  window.type = kIntType;
   window.nullable = window.aggregate != Aggregate::kCount;
   if (function.star) {
     if (window.aggregate != Aggregate::kCount) Raise(102, "*");

@@ -1,26 +1,15 @@
 #include "embedded/catalog/names.h"
 
+#include "foundation/text.h"
+
 namespace tavcc::sql {
-namespace {
-
-char Fold(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-}  // namespace
 
 std::string FoldName(std::string_view name) {
-  std::string out(name);
-  for (char& c : out) c = Fold(c);
-  return out;
+  return LowerCase(name);
 }
 
 bool SameName(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i) {
-    if (Fold(a[i]) != Fold(b[i])) return false;
-  }
-  return true;
+  return EqualsIgnoringCase(a, b);
 }
 
 std::string BracketName(std::string_view name) {

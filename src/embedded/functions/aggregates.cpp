@@ -222,7 +222,7 @@ constexpr AggregateEntry Over(const char* name, int arguments, ScalarFunction st
 }
 
 // clang-format off
-constexpr auto kFunctions = std::to_array<AggregateEntry>({
+constexpr auto kAggregateFunctions = std::to_array<AggregateEntry>({
     Over("t_sum_int", 1, Guarded<SumIntegerStep>, SumIntegerFinal<TypeKind::kInt>, Guarded<SumIntegerInverse>),
     Over("t_sum_bigint", 1, Guarded<SumIntegerStep>, SumIntegerFinal<TypeKind::kBigInt>, Guarded<SumIntegerInverse>),
     Over("t_avg_int", 1, Guarded<SumIntegerStep>, AverageIntegerFinal<TypeKind::kInt>, Guarded<SumIntegerInverse>),
@@ -240,7 +240,7 @@ constexpr auto kFunctions = std::to_array<AggregateEntry>({
 }  // namespace
 
 std::span<const AggregateEntry> AggregateFunctions() {
-  return kFunctions;
+  return kAggregateFunctions;
 }
 
 }  // namespace tavcc::sql::internal

@@ -53,7 +53,7 @@ void ConvertStyled(Context context, int, Arguments arguments) {
   ConvertWith(context, 1, arguments, code);
 }
 
-constexpr auto kFunctions = std::to_array<ScalarEntry>({
+constexpr auto kConversionFunctions = std::to_array<ScalarEntry>({
     {"t_conv", 2, Strict<Convert>},
     {"t_conv", 4, Strict<Convert>},
     {"t_style", 3, Strict<ConvertStyled>},
@@ -62,7 +62,7 @@ constexpr auto kFunctions = std::to_array<ScalarEntry>({
 }  // namespace
 
 std::span<const ScalarEntry> ConversionFunctions() {
-  return kFunctions;
+  return kConversionFunctions;
 }
 
 }  // namespace tavcc::sql::internal

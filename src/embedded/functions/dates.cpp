@@ -8,6 +8,7 @@
 #include "embedded/types/calendar.h"
 #include "embedded/types/date_text.h"
 #include "embedded/types/type_rules.h"
+#include "foundation/text.h"
 
 namespace tavcc::sql {
 namespace {
@@ -40,12 +41,8 @@ constexpr auto kPartWords = std::to_array<PartWord>({
 }  // namespace
 
 std::optional<DatePart> ParseDatePart(std::string_view word) {
-  std::string lower(word);
-  for (char& c : lower) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
-  }
   for (const PartWord& entry : kPartWords) {
-    if (entry.word == lower) return entry.part;
+    if (EqualsIgnoringCase(entry.word, word)) return entry.part;
   }
   return std::nullopt;
 }
@@ -266,7 +263,7 @@ void IsDateText(Context context, int, Arguments arguments) {
   sqlite3_result_int(context, date ? 1 : 0);
 }
 
-constexpr auto kFunctions = std::to_array<ScalarEntry>({
+constexpr auto kDateFunctions = std::to_array<ScalarEntry>({
     {"t_getdate", 0, Guarded<Now>, false},
     {"t_datediff", 3, Strict<Difference>},
     {"t_dateadd", 4, Strict<AddToDate>},
@@ -280,7 +277,7 @@ constexpr auto kFunctions = std::to_array<ScalarEntry>({
 }  // namespace
 
 std::span<const ScalarEntry> DateFunctions() {
-  return kFunctions;
+  return kDateFunctions;
 }
 
 }  // namespace internal

@@ -262,7 +262,7 @@ void Power(Context context, int, Arguments arguments) {
 }
 
 // clang-format off
-constexpr auto kFunctions = std::to_array<ScalarEntry>({
+constexpr auto kDecimalFunctions = std::to_array<ScalarEntry>({
     {"t_add_decimal", 3, Strict<AddOrSubtract<false>>},
     {"t_sub_decimal", 3, Strict<AddOrSubtract<true>>},
     {"t_mul_decimal", 3, Strict<Multiply>},
@@ -283,7 +283,7 @@ constexpr auto kFunctions = std::to_array<ScalarEntry>({
 }  // namespace
 
 std::span<const ScalarEntry> DecimalFunctions() {
-  return kFunctions;
+  return kDecimalFunctions;
 }
 
 }  // namespace tavcc::sql::internal

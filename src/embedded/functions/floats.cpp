@@ -18,28 +18,28 @@ void Give(Context context, double value) {
 }
 
 template <TypeKind kind>
-void Add(Context context, int, Arguments arguments) {
+void AddFloats(Context context, int, Arguments arguments) {
   Give<kind>(context, sqlite3_value_double(arguments[0]) + sqlite3_value_double(arguments[1]));
 }
 
 template <TypeKind kind>
-void Subtract(Context context, int, Arguments arguments) {
+void SubtractFloats(Context context, int, Arguments arguments) {
   Give<kind>(context, sqlite3_value_double(arguments[0]) - sqlite3_value_double(arguments[1]));
 }
 
 template <TypeKind kind>
-void Multiply(Context context, int, Arguments arguments) {
+void MultiplyFloats(Context context, int, Arguments arguments) {
   Give<kind>(context, sqlite3_value_double(arguments[0]) * sqlite3_value_double(arguments[1]));
 }
 
 template <TypeKind kind>
-void Divide(Context context, int, Arguments arguments) {
+void DivideFloats(Context context, int, Arguments arguments) {
   const double divisor = sqlite3_value_double(arguments[1]);
   if (divisor == 0) return Fail(context, 8134);
   Give<kind>(context, sqlite3_value_double(arguments[0]) / divisor);
 }
 
-void Round(Context context, int, Arguments arguments) {
+void RoundFloat(Context context, int, Arguments arguments) {
   const double value = sqlite3_value_double(arguments[0]);
   const int digits = sqlite3_value_int(arguments[1]);
   const bool cut = sqlite3_value_int(arguments[2]) != 0;
@@ -54,7 +54,7 @@ void Round(Context context, int, Arguments arguments) {
   Give<TypeKind::kFloat>(context, digits >= 0 ? whole / unit : whole * unit);
 }
 
-void Sign(Context context, int, Arguments arguments) {
+void SignOfFloat(Context context, int, Arguments arguments) {
   const double value = sqlite3_value_double(arguments[0]);
   sqlite3_result_double(context, value > 0 ? 1 : value < 0 ? -1 : 0);
 }
@@ -89,7 +89,7 @@ double Floor(double x) {
   return std::floor(x);
 }
 
-void Power(Context context, int, Arguments arguments) {
+void PowerOfFloat(Context context, int, Arguments arguments) {
   const double base = sqlite3_value_double(arguments[0]);
   const double exponent = sqlite3_value_double(arguments[1]);
   if (base == 0 && exponent < 0) return Fail(context, 8134);
@@ -102,14 +102,14 @@ constexpr auto kFloat = TypeKind::kFloat;
 constexpr auto kReal = TypeKind::kReal;
 
 // clang-format off
-constexpr auto kFunctions = std::to_array<ScalarEntry>({
-    {"t_add_float", 2, Strict<Add<kFloat>>},         {"t_add_real", 2, Strict<Add<kReal>>},
-    {"t_sub_float", 2, Strict<Subtract<kFloat>>},    {"t_sub_real", 2, Strict<Subtract<kReal>>},
-    {"t_mul_float", 2, Strict<Multiply<kFloat>>},    {"t_mul_real", 2, Strict<Multiply<kReal>>},
-    {"t_div_float", 2, Strict<Divide<kFloat>>},      {"t_div_real", 2, Strict<Divide<kReal>>},
-    {"t_round_float", 3, Strict<Round>},             {"t_sign_float", 1, Strict<Sign>},
+constexpr auto kFloatFunctions = std::to_array<ScalarEntry>({
+    {"t_add_float", 2, Strict<AddFloats<kFloat>>},         {"t_add_real", 2, Strict<AddFloats<kReal>>},
+    {"t_sub_float", 2, Strict<SubtractFloats<kFloat>>},    {"t_sub_real", 2, Strict<SubtractFloats<kReal>>},
+    {"t_mul_float", 2, Strict<MultiplyFloats<kFloat>>},    {"t_mul_real", 2, Strict<MultiplyFloats<kReal>>},
+    {"t_div_float", 2, Strict<DivideFloats<kFloat>>},      {"t_div_real", 2, Strict<DivideFloats<kReal>>},
+    {"t_round_float", 3, Strict<RoundFloat>},             {"t_sign_float", 1, Strict<SignOfFloat>},
     {"t_ceiling_float", 1, Strict<Apply<Ceiling>>},  {"t_floor_float", 1, Strict<Apply<Floor>>},
-    {"t_power_float", 2, Strict<Power>},             {"t_sqrt", 1, Strict<Apply<SquareRoot>>},
+    {"t_power_float", 2, Strict<PowerOfFloat>},             {"t_sqrt", 1, Strict<Apply<SquareRoot>>},
     {"t_exp", 1, Strict<Apply<Exponential>>},        {"t_log", 1, Strict<Apply<Logarithm>>},
     {"t_log10", 1, Strict<Apply<DecimalLogarithm>>},
 });
@@ -118,7 +118,7 @@ constexpr auto kFunctions = std::to_array<ScalarEntry>({
 }  // namespace
 
 std::span<const ScalarEntry> FloatFunctions() {
-  return kFunctions;
+  return kFloatFunctions;
 }
 
 }  // namespace tavcc::sql::internal

@@ -127,7 +127,7 @@ void Power(Context context, int, Arguments arguments) {
   Fail(context, 232, {KindText(kind), text});
 }
 
-void Sign(Context context, int, Arguments arguments) {
+void SignOfInteger(Context context, int, Arguments arguments) {
   const int64_t value = sqlite3_value_int64(arguments[0]);
   sqlite3_result_int(context, value > 0 ? 1 : value < 0 ? -1 : 0);
 }
@@ -143,7 +143,7 @@ constexpr auto kInt = TypeKind::kInt;
 constexpr auto kBig = TypeKind::kBigInt;
 
 // clang-format off
-constexpr auto kFunctions = std::to_array<ScalarEntry>({
+constexpr auto kIntegerFunctions = std::to_array<ScalarEntry>({
     {"t_add_tinyint", 2, Strict<Add<kTiny>>},        {"t_add_smallint", 2, Strict<Add<kSmall>>},
     {"t_add_int", 2, Strict<Add<kInt>>},             {"t_add_bigint", 2, Strict<Add<kBig>>},
     {"t_sub_tinyint", 2, Strict<Subtract<kTiny>>},   {"t_sub_smallint", 2, Strict<Subtract<kSmall>>},
@@ -162,14 +162,14 @@ constexpr auto kFunctions = std::to_array<ScalarEntry>({
     {"t_round_int", 3, Strict<Round<kInt>>},         {"t_round_bigint", 3, Strict<Round<kBig>>},
     {"t_power_tinyint", 2, Strict<Power<kTiny>>},    {"t_power_smallint", 2, Strict<Power<kSmall>>},
     {"t_power_int", 2, Strict<Power<kInt>>},         {"t_power_bigint", 2, Strict<Power<kBig>>},
-    {"t_sign_int", 1, Strict<Sign>},                 {"t_xor", 2, Strict<ExclusiveOr>},
+    {"t_sign_int", 1, Strict<SignOfInteger>},                 {"t_xor", 2, Strict<ExclusiveOr>},
 });
 // clang-format on
 
 }  // namespace
 
 std::span<const ScalarEntry> IntegerFunctions() {
-  return kFunctions;
+  return kIntegerFunctions;
 }
 
 }  // namespace tavcc::sql::internal

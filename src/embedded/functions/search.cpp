@@ -187,7 +187,7 @@ void Replace(Context context, int, Arguments arguments) {
   ReturnText(context, result.append(text.substr(at)));
 }
 
-constexpr auto kFunctions = std::to_array<ScalarEntry>({
+constexpr auto kSearchFunctions = std::to_array<ScalarEntry>({
     {"t_like", 2, Strict<Like<false>>},
     {"t_like", 3, Strict<Like<false>>},
     {"t_like_char", 2, Strict<Like<true>>},
@@ -201,7 +201,7 @@ constexpr auto kFunctions = std::to_array<ScalarEntry>({
 }  // namespace
 
 std::span<const ScalarEntry> SearchFunctions() {
-  return kFunctions;
+  return kSearchFunctions;
 }
 
 }  // namespace tavcc::sql::internal

@@ -25,7 +25,7 @@ void Last(Context context, int count, Arguments arguments) {
 }
 
 // Not deterministic: SQLite would compute a call of constants once, at a time of its own.
-constexpr auto kFunctions = std::to_array<ScalarEntry>({
+constexpr auto kStepFunctions = std::to_array<ScalarEntry>({
     {"t_keep", 2, Guarded<Keep>, false},
     {"t_kept", 1, Guarded<Kept>, false},
     {"t_last", -1, Guarded<Last>, false},
@@ -34,7 +34,7 @@ constexpr auto kFunctions = std::to_array<ScalarEntry>({
 }  // namespace
 
 std::span<const ScalarEntry> StepFunctions() {
-  return kFunctions;
+  return kStepFunctions;
 }
 
 }  // namespace tavcc::sql::internal

@@ -231,7 +231,7 @@ void IsNumericText(Context context, int, Arguments arguments) {
 }
 
 // clang-format off
-constexpr auto kFunctions = std::to_array<ScalarEntry>({
+constexpr auto kTextFunctions = std::to_array<ScalarEntry>({
     {"t_left", 2, Strict<Left>},                {"t_right", 2, Strict<Right>},
     {"t_substring", 3, Strict<Substring>},      {"t_len", 1, Strict<Length>},
     {"t_datalength", 2, Strict<DataLength>},    {"t_ltrim", 1, Strict<TrimLeft>},
@@ -250,7 +250,7 @@ constexpr auto kFunctions = std::to_array<ScalarEntry>({
 }  // namespace
 
 std::span<const ScalarEntry> TextFunctions() {
-  return kFunctions;
+  return kTextFunctions;
 }
 
 }  // namespace tavcc::sql::internal

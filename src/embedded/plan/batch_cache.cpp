@@ -93,7 +93,7 @@ void BatchCache::Evaluate(std::vector<TypedValue>& values) {
   for (const ParameterizedLiteral& literal : literals_) {
     if (literal.plain) {
       value->type = literal.form == Form::kInteger
-                        ? Type(TypeKind::kInt)
+                        ? kIntType
                         : DecimalType(std::max(literal.digits, 1), literal.scale);
       value->value.SetInteger(literal.number);
     } else if (literal.form == Form::kText || literal.form == Form::kNationalText) {

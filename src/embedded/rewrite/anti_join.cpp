@@ -104,15 +104,14 @@ bool ComesApart(const BoundQuery& query) {
 
 BoundConditionPtr NoneOf(BoundFromPtr from, BoundConditionPtr where) {
   auto select = std::make_unique<BoundSelect>();
-  select->items.push_back({std::make_unique<BoundLiteral>(
-                               TypedValue{Type(TypeKind::kInt), StoredValue(int64_t{1})}, -1),
-                           "", -1});
+  select->items.push_back(
+      {std::make_unique<BoundLiteral>(TypedValue{kIntType, StoredValue(int64_t{1})}, -1), "", -1});
   select->from = std::move(from);
   select->where = std::move(where);
   auto exists = std::make_unique<BoundExists>();
   exists->query = std::make_unique<BoundQuery>();
   exists->query->select = std::move(select);
-  exists->query->columns.push_back({"", Type(TypeKind::kInt), false, false});
+  exists->query->columns.push_back({"", kIntType, false, false});
   auto none = std::make_unique<BoundNot>();
   none->operand = std::move(exists);
   return none;

@@ -7,8 +7,6 @@
 namespace tavcc::sql {
 namespace {
 
-constexpr size_t kMaxPrecision = 38;
-
 using Operator = BinaryExpression::Operator;
 
 std::optional<Operator> SumOperator(std::string_view symbol) {
@@ -45,25 +43,13 @@ size_t CountedDigits(std::string_view number) {
 }
 
 bool IsOneOf(std::string_view word, std::initializer_list<std::string_view> upper_words) {
-  for (const std::string_view upper : upper_words) {
-    if (word.size() != upper.size()) continue;
-    size_t same = 0;
-    while (same < word.size() && (word[same] == upper[same] || word[same] - 32 == upper[same]))
-      ++same;
-    if (same == word.size()) return true;
-  }
-  return false;
+  return std::ranges::any_of(
+      upper_words, [&](std::string_view upper) { return EqualsIgnoringCase(word, upper); });
 }
 
 bool TakesDatePart(const ObjectName& name) {
   return name.parts.size() == 1 &&
          IsOneOf(name.last(), {"DATEDIFF", "DATEDIFF_BIG", "DATEADD", "DATEPART", "DATENAME"});
-}
-
-std::string Lower(std::string text) {
-  for (char& c : text)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
-  return text;
 }
 
 }  // namespace
@@ -226,7 +212,7 @@ ExpressionPtr Parser::ParseLiteral() {
       literal->text = Unquote(token);
       return literal;
   }
-  if (CountedDigits(token.text) > kMaxPrecision) Fail(1007, {"number", Shown(token.text)});
+  if (CountedDigits(token.text) > SqlType::kMaxPrecision) Fail(1007, {"number", Shown(token.text)});
   return literal;
 }
 
@@ -267,7 +253,7 @@ ExpressionPtr Parser::ParseKeywordValue() {
     case Keyword::kSYSTEM_USER:
     case Keyword::kUSER: {
       auto call = MakeAt<FunctionExpression>(line);
-      call->name.parts.push_back(Lower(std::string(Take().text)));
+      call->name.parts.push_back(LowerCase(Take().text));
       return call;
     }
     case Keyword::kTRY_CONVERT:
@@ -290,7 +276,7 @@ ExpressionPtr Parser::ParseKeywordValue() {
 ExpressionPtr Parser::ParseKeywordCall() {
   if (!AtSymbol("(", 1)) Unexpected();
   const int line = Line();
-  ObjectName name{{Lower(std::string(Take().text))}};
+  ObjectName name{{LowerCase(Take().text)}};
   return ParseCallOf(std::move(name), line);
 }
 
@@ -333,7 +319,7 @@ void Parser::ParseArguments(FunctionExpression& call) {
   }
   if (TakesDatePart(call.name)) {
     if (Peek().kind != TokenKind::kWord || IsReserved(Peek().keyword))
-      Fail(1023, {1, Lower(call.name.last())});
+      Fail(1023, {1, LowerCase(call.name.last())});
     call.date_part = std::string(Take().text);
     if (!AcceptSymbol(",")) return;
   } else if (Accept(Keyword::kDISTINCT)) {

@@ -45,13 +45,6 @@ bool IsIn(const std::string_view (&options)[kCount], std::string_view name) {
   return false;
 }
 
-std::string Upper(std::string_view text) {
-  std::string upper(text);
-  for (char& c : upper)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
-  return upper;
-}
-
 }  // namespace
 
 // ---- DECLARE and SET ----
@@ -97,7 +90,7 @@ StatementPtr Parser::ParseSetOption(int line) {
   auto set = MakeAt<SetOptionStatement>(line);
   if (Peek().kind != TokenKind::kWord) Unexpected();
   const Token option = Take();
-  set->name = Upper(option.text);
+  set->name = UpperCase(option.text);
   if (option.keyword == Keyword::kIDENTITY_INSERT) {
     const size_t begin = Begin();
     TakeObjectName();
@@ -106,7 +99,7 @@ StatementPtr Parser::ParseSetOption(int line) {
   } else if (option.keyword == Keyword::kTRANSACTION) {
     ParseIsolationLevel(*set);
   } else if (option.keyword == Keyword::kSTATISTICS) {
-    set->name += " " + Upper(TakeName());
+    set->name += " " + UpperCase(TakeName());
     set->value = TakeOnOrOff();
   } else if (IsIn(kValueOptions, set->name)) {
     const size_t begin = Begin();
@@ -125,7 +118,7 @@ StatementPtr Parser::ParseSetOption(int line) {
 
 std::string Parser::TakeOnOrOff() {
   if (!At(Keyword::kON) && !At(Keyword::kOFF)) Unexpected();
-  return Upper(Take().text);
+  return UpperCase(Take().text);
 }
 
 void Parser::ParseIsolationLevel(SetOptionStatement& set) {
@@ -140,14 +133,14 @@ void Parser::ParseIsolationLevel(SetOptionStatement& set) {
   } else if (!AcceptWord("SNAPSHOT")) {
     ExpectWord("SERIALIZABLE");
   }
-  set.value = Upper(TextBetween(begin, last_.end));
+  set.value = UpperCase(TextBetween(begin, last_.end));
 }
 
 // The first switch is taken already; several may be set at once.
 void Parser::ParseSwitches(SetOptionStatement& set) {
   while (AcceptSymbol(",")) {
-    if (!IsIn(kSwitches, Upper(Peek().text))) Unexpected();
-    set.name += "," + Upper(Take().text);
+    if (!IsIn(kSwitches, UpperCase(Peek().text))) Unexpected();
+    set.name += "," + UpperCase(Take().text);
   }
   // Then "x" would be a text, and the batch would have been read wrongly.
   if (At(Keyword::kOFF) && (set.name.find("QUOTED_IDENTIFIER") != std::string::npos ||

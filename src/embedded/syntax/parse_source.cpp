@@ -14,16 +14,9 @@ constexpr std::string_view kHints[] = {
     "UPDLOCK",      "XLOCK",
 };
 
-std::string Upper(std::string_view text) {
-  std::string upper(text);
-  for (char& c : upper)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
-  return upper;
-}
-
 bool IsHint(const Token& token) {
   if (token.kind != TokenKind::kWord) return false;
-  const std::string word = Upper(token.text);
+  const std::string word = UpperCase(token.text);
   for (const std::string_view hint : kHints)
     if (word == hint) return true;
   return false;
@@ -201,7 +194,7 @@ void Parser::ParseHints(std::vector<std::string>& hints) {
       continue;
     }
     if (!IsHint(Peek())) Unexpected();
-    hints.push_back(Upper(Take().text));
+    hints.push_back(UpperCase(Take().text));
     if (AtSymbol("(")) SkipBrackets();  // FORCESEEK (index (columns))
   } while (AcceptSymbol(",") || IsHint(Peek()) || At(Keyword::kINDEX));
   ExpectSymbol(")");

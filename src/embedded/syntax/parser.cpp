@@ -28,12 +28,6 @@ std::string_view FirstCharacters(std::string_view text, size_t count) {
   return text.substr(0, at);
 }
 
-bool SameWord(std::string_view word, std::string_view upper) {
-  return word.size() == upper.size() &&
-         std::equal(word.begin(), word.end(), upper.begin(),
-                    [](char a, char b) { return (a >= 'a' && a <= 'z' ? a - 32 : a) == b; });
-}
-
 }  // namespace
 
 Batch ParseBatch(std::string_view text) {
@@ -114,7 +108,7 @@ bool Parser::AtSymbol(std::string_view symbol, size_t ahead) {
 bool Parser::AtWord(std::string_view upper, size_t ahead) {
   const Token& token = Peek(ahead);
   return token.kind == TokenKind::kWord && !IsReserved(token.keyword) &&
-         SameWord(token.text, upper);
+         EqualsIgnoringCase(token.text, upper);
 }
 
 bool Parser::AtName(size_t ahead) {

@@ -15,6 +15,7 @@
 #include "embedded/error.h"
 #include "embedded/syntax/ast.h"
 #include "embedded/syntax/lexer.h"
+#include "foundation/text.h"
 
 namespace tavcc::sql {
 

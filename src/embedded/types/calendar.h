@@ -9,7 +9,8 @@
 namespace tavcc::sql {
 
 inline constexpr int64_t kTicksPerSecond = 300;
-inline constexpr int64_t kTicksPerDay = 24 * 60 * 60 * kTicksPerSecond;
+inline constexpr int64_t kTicksPerMinute = 60 * kTicksPerSecond;
+inline constexpr int64_t kTicksPerDay = 24 * 60 * kTicksPerMinute;
 
 struct CivilDate {
   int year = 1900, month = 1, day = 1;

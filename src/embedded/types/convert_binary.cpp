@@ -16,7 +16,6 @@ namespace tavcc::sql::internal {
 namespace {
 
 constexpr size_t kDecimalHead = 4;
-constexpr int64_t kTicksPerMinute = 60 * kTicksPerSecond;
 
 void AppendNumber(uint64_t value, size_t width, std::string* out) {
   for (size_t i = width; i-- > 0;) out->push_back(static_cast<char>(value >> (8 * i)));

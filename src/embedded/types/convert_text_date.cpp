@@ -117,7 +117,6 @@ bool GuidToText(const Conversion& c) {
 
 // Rounds to what the target keeps: days, minutes, ticks.
 int64_t RoundFor(TypeKind kind, int64_t ticks) {
-  constexpr int64_t kTicksPerMinute = 60 * kTicksPerSecond;
   switch (kind) {
     case TypeKind::kDate:
       return DayOfTicks(ticks) * kTicksPerDay;

@@ -11,11 +11,6 @@
 namespace tavcc::sql {
 namespace {
 
-constexpr int kMaxPrecision = 38;
-constexpr int MaxLength(TypeKind kind) {
-  return IsNationalText(kind) ? 4000 : 8000;
-}
-
 SqlType NumberLiteral(std::string_view text, int64_t* value, WideInteger* coefficient) {
   int scale = 0;
   if (ReadDecimal(text, coefficient, &scale) != NumberReading::kOk) Raise(1007, "number", text);
@@ -24,7 +19,7 @@ SqlType NumberLiteral(std::string_view text, int64_t* value, WideInteger* coeffi
   scale = point == std::string_view::npos ? 0 : static_cast<int>(text.size() - point - 1);
   const int digits = coefficient->IsZero() ? 1 : static_cast<int>(coefficient->Digits().size());
   const int precision = std::max(digits, std::max(scale, 1));
-  if (precision > kMaxPrecision) Raise(1007, "number", text);
+  if (precision > SqlType::kMaxPrecision) Raise(1007, "number", text);
   *value = coefficient->ToInt64().value_or(0);
   return DecimalType(precision, scale);
 }
@@ -55,7 +50,7 @@ TypedValue EvaluateLiteral(LiteralForm form, std::string_view text) {
       WideInteger coefficient;
       const SqlType type = NumberLiteral(text, &value, &coefficient);
       const bool fits = coefficient.ToInt64() && value <= kLargestInt;
-      if (form == Form::kInteger && fits) return {Type(TypeKind::kInt), value};
+      if (form == Form::kInteger && fits) return {kIntType, value};
       Scratch scratch;
       return {type, ToStored(StoreCoefficient(coefficient, &scratch))};
     }
@@ -76,7 +71,7 @@ TypedValue EvaluateLiteral(LiteralForm form, std::string_view text) {
 SqlType TextLiteralType(LiteralForm form, size_t units) {
   const TypeKind kind = form == LiteralForm::kText ? TypeKind::kVarChar : TypeKind::kNVarChar;
   const int length = static_cast<int>(std::clamp<size_t>(units, 1, 1 << 20));
-  return TextType(kind, length > MaxLength(kind) ? SqlType::kMax : length);
+  return TextType(kind, length > MaxTextLength(kind) ? SqlType::kMax : length);
 }
 
 SqlType ConstantAsDecimal(int64_t value) {

@@ -8,13 +8,10 @@
 #include <cstdlib>
 
 #include "embedded/types/text_units.h"
+#include "foundation/text.h"
 
 namespace tavcc::sql {
 namespace {
-
-constexpr bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 // Takes a sign off the front; true for a minus.
 bool TakeSign(std::string_view* text) {

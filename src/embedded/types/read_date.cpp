@@ -6,26 +6,13 @@
 
 #include "embedded/types/calendar.h"
 #include "embedded/types/text_units.h"
+#include "foundation/text.h"
 
 namespace tavcc::sql {
 namespace {
 
-constexpr bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-constexpr char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-}
 constexpr bool IsLetter(char c) {
-  return Lower(c) >= 'a' && Lower(c) <= 'z';
-}
-
-bool SameWord(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (size_t i = 0; i < a.size(); ++i) {
-    if (Lower(a[i]) != Lower(b[i])) return false;
-  }
-  return true;
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
 // ---- Reading ----
@@ -108,7 +95,7 @@ class DateReader {
     const bool date = AtTime() || ReadDay();
     if (!date) return DateReading::kNoDate;
     SkipBlanks();
-    if (Is(Token::Kind::kWord) && SameWord(Peek().text, "T")) ++at_;
+    if (Is(Token::Kind::kWord) && EqualsIgnoringCase(Peek().text, "T")) ++at_;
     if (at_ < tokens_.size() && !ReadTime()) return DateReading::kNoDate;
     SkipBlanks();
     if (at_ < tokens_.size()) return DateReading::kNoDate;
@@ -128,7 +115,7 @@ class DateReader {
   }
 
   static bool IsMeridiem(std::string_view word) {
-    return SameWord(word, "AM") || SameWord(word, "PM");
+    return EqualsIgnoringCase(word, "AM") || EqualsIgnoringCase(word, "PM");
   }
 
   // "10:30", "4PM", "4 PM": a time stands here and no date.
@@ -150,9 +137,10 @@ class DateReader {
   static int MonthOf(std::string_view word) {
     for (int month = 1; month <= 12; ++month) {
       const std::string_view name = MonthName(month);
-      if (SameWord(word, name) || SameWord(word, name.substr(0, 3))) return month;
+      if (EqualsIgnoringCase(word, name) || EqualsIgnoringCase(word, name.substr(0, 3)))
+        return month;
     }
-    return SameWord(word, "Sept") ? 9 : 0;
+    return EqualsIgnoringCase(word, "Sept") ? 9 : 0;
   }
 
   bool ReadDay() {
@@ -272,14 +260,14 @@ class DateReader {
     const size_t before = at_;
     SkipBlanks();
     if (Is(Token::Kind::kWord) && IsMeridiem(Peek().text)) {
-      const bool afternoon = Lower(Peek().text[0]) == 'p';
+      const bool afternoon = EqualsIgnoringCase(Peek().text.substr(0, 1), "p");
       ++at_;
       if (hour_ > 12) return afternoon;
       hour_ = hour_ % 12 + (afternoon ? 12 : 0);
       return true;
     }
     at_ = before;
-    if (Is(Token::Kind::kWord) && SameWord(Peek().text, "Z")) ++at_;
+    if (Is(Token::Kind::kWord) && EqualsIgnoringCase(Peek().text, "Z")) ++at_;
     return minutes;
   }
 

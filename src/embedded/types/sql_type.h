@@ -33,7 +33,8 @@ enum class TypeKind : uint8_t {
 };
 
 struct SqlType {
-  static constexpr int kMax = -1;  // length of (max)
+  static constexpr int kMax = -1;           // length of (max)
+  static constexpr int kMaxPrecision = 38;  // digits of a decimal
 
   TypeKind kind = TypeKind::kNull;
   int length = 0;     // characters of a text type, bytes of a binary one; kMax for (max)

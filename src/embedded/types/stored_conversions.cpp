@@ -80,7 +80,7 @@ TypedValue FromValue(const Value& value) {
     case Value::Kind::kInteger:
       return {Type(TypeKind::kSmallInt), int64_t{value.integer()}};
     case Value::Kind::kLong:
-      return {Type(TypeKind::kInt), int64_t{value.long_integer()}};
+      return {kIntType, int64_t{value.long_integer()}};
     case Value::Kind::kDouble:
       return {Type(TypeKind::kFloat), value.number()};
     case Value::Kind::kDecimal:

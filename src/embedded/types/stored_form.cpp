@@ -3,6 +3,7 @@
 
 #include <limits>
 
+#include "embedded/types/calendar.h"
 #include "embedded/types/type_rules.h"
 #include "foundation/wide_integer.h"
 
@@ -16,11 +17,6 @@ bool Fits(int from, int to) {
 bool IsFixedText(TypeKind kind) {
   return kind == TypeKind::kChar || kind == TypeKind::kNChar;
 }
-
-// The first of January of year 1 and the last day of 9999, in days since 1900-01-01.
-constexpr int64_t kFirstDay = -693595;
-constexpr int64_t kLastDay = 2958463;
-constexpr int64_t kTicksADay = int64_t{300} * 60 * 60 * 24;
 
 bool IsWithin(const StoredValue& value, int64_t least, int64_t greatest) {
   return value.kind() == StoredValue::Kind::kInteger && value.integer() >= least &&
@@ -90,7 +86,7 @@ bool IsStoredAs(const StoredValue& value, const SqlType& type) {
     case TypeKind::kDate:
     case TypeKind::kSmallDateTime:
     case TypeKind::kDateTime:
-      return IsWithin(value, kFirstDay * kTicksADay, (kLastDay + 1) * kTicksADay - 1);
+      return value.kind() == Kind::kInteger && InRangeOf(TypeKind::kDate, value.integer());
     case TypeKind::kSmallMoney:
     case TypeKind::kMoney:
     case TypeKind::kDecimal:

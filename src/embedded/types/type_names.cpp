@@ -3,6 +3,7 @@
 
 #include "embedded/error.h"
 #include "embedded/types/type_rules.h"
+#include "foundation/text.h"
 
 namespace tavcc::sql {
 namespace {
@@ -56,16 +57,6 @@ constexpr auto kNotBuilt = std::to_array<std::string_view>({
 });
 // clang-format on
 
-constexpr int kMaxPrecision = 38;
-
-std::string LowerCase(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
-  }
-  return lower;
-}
-
 const NamedType& FindType(const TypeName& name, TypeNameUse use, const TypePlace& place) {
   const std::string lower = LowerCase(name.name);
   for (const NamedType& type : kTypes) {
@@ -112,7 +103,8 @@ SqlType WithPrecision(const TypeName& name, const TypePlace& place) {
   const int precision = name.arguments.empty() ? kDefaultPrecision : name.arguments[0];
   const int scale = name.arguments.size() < 2 ? 0 : name.arguments[1];
   if (precision <= 0) Raise(1001, place.line, precision);
-  if (precision > kMaxPrecision) Raise(2750, place.ordinal, precision, kMaxPrecision);
+  if (precision > SqlType::kMaxPrecision)
+    Raise(2750, place.ordinal, precision, SqlType::kMaxPrecision);
   if (scale < 0 || scale > precision) Raise(192);
   return DecimalType(precision, scale);
 }

@@ -8,12 +8,6 @@
 namespace tavcc::sql {
 namespace {
 
-constexpr int kMaxPrecision = 38;
-
-constexpr int MaxLength(TypeKind kind) {
-  return IsNationalText(kind) ? 4000 : 8000;
-}
-
 int LongerLength(int a, int b) {
   if (a == SqlType::kMax || b == SqlType::kMax) return SqlType::kMax;
   return std::max(a, b);
@@ -36,19 +30,21 @@ bool IsExact(TypeKind kind) {
 
 // The rule of + and - and of values side by side: the digits before the point come first.
 SqlType KeepWholeDigits(int precision, int scale, int whole_digits) {
-  if (precision <= kMaxPrecision) return DecimalType(std::max(precision, 1), scale);
-  return DecimalType(kMaxPrecision, std::max(0, std::min(scale, kMaxPrecision - whole_digits)));
+  if (precision <= SqlType::kMaxPrecision) return DecimalType(std::max(precision, 1), scale);
+  return DecimalType(SqlType::kMaxPrecision,
+                     std::max(0, std::min(scale, SqlType::kMaxPrecision - whole_digits)));
 }
 
 // The rule of * and /: the scale gives way, but not below 6.
 SqlType KeepSixDecimals(int precision, int scale) {
   constexpr int kLeastScale = 6;
-  if (precision <= kMaxPrecision) return DecimalType(std::max(precision, 1), scale);
+  if (precision <= SqlType::kMaxPrecision) return DecimalType(std::max(precision, 1), scale);
   const int whole_digits = precision - scale;
-  if (whole_digits < kMaxPrecision - kLeastScale) {
-    return DecimalType(kMaxPrecision, std::min(scale, kMaxPrecision - whole_digits));
+  if (whole_digits < SqlType::kMaxPrecision - kLeastScale) {
+    return DecimalType(SqlType::kMaxPrecision,
+                       std::min(scale, SqlType::kMaxPrecision - whole_digits));
   }
-  return DecimalType(kMaxPrecision, std::min(scale, kLeastScale));
+  return DecimalType(SqlType::kMaxPrecision, std::min(scale, kLeastScale));
 }
 
 SqlType CommonDecimal(const SqlType& a, const SqlType& b) {
@@ -121,7 +117,7 @@ using Way = ArithmeticResult::Way;
 
 ArithmeticResult Concatenate(const SqlType& a, const SqlType& b) {
   const TypeKind kind = CommonTextKind(a.kind, b.kind);
-  const int limit = MaxLength(kind);
+  const int limit = MaxTextLength(kind);
   const bool max = a.length == SqlType::kMax || b.length == SqlType::kMax;
   const int length = max ? SqlType::kMax : std::min(a.length + b.length, limit);
   return {Way::kText, TextType(kind, length), a, b};
@@ -247,7 +243,7 @@ SqlType CommonType(const SqlType& a, const SqlType& b) {
   if (IsText(a.kind) && IsText(b.kind)) {
     const TypeKind kind = CommonTextKind(a.kind, b.kind);
     const int length = LongerLength(a.length, b.length);
-    return TextType(kind, length > MaxLength(kind) ? SqlType::kMax : length);
+    return TextType(kind, length > MaxTextLength(kind) ? SqlType::kMax : length);
   }
   if (IsBinary(a.kind) && IsBinary(b.kind)) {
     return TextType(std::max(a.kind, b.kind), LongerLength(a.length, b.length));
@@ -265,7 +261,7 @@ ArithmeticResult ResolveArithmetic(BinaryOperator op, const SqlType& a, const Sq
                                    const int64_t* a_constant, const int64_t* b_constant) {
   // A bare NULL counts as an int beside another NULL, else as the other operand.
   if (a.kind == TypeKind::kNull && b.kind == TypeKind::kNull) {
-    return ResolveArithmetic(op, Type(TypeKind::kInt), Type(TypeKind::kInt));
+    return ResolveArithmetic(op, kIntType, kIntType);
   }
   if (a.kind == TypeKind::kNull) return ResolveArithmetic(op, b, b, nullptr, b_constant);
   if (b.kind == TypeKind::kNull) return ResolveArithmetic(op, a, a, a_constant, nullptr);
@@ -300,11 +296,11 @@ SqlType ResolveUnary(UnaryOperator op, const SqlType& operand) {
   using Operator = UnaryOperator;
   if (op == Operator::kPlus) return operand;
   if (op == Operator::kBitNot) {
-    if (operand.kind == TypeKind::kNull) return Type(TypeKind::kInt);
+    if (operand.kind == TypeKind::kNull) return kIntType;
     if (!IsInteger(operand.kind)) Raise(8117, KindText(operand.kind), "'~'");
     return operand;
   }
-  if (operand.kind == TypeKind::kNull) return Type(TypeKind::kInt);
+  if (operand.kind == TypeKind::kNull) return kIntType;
   if (operand.kind == TypeKind::kTinyInt) return Type(TypeKind::kSmallInt);
   if (!IsNumeric(operand.kind) || operand.kind == TypeKind::kBit) {
     Raise(8117, KindText(operand.kind), "minus");
@@ -336,7 +332,7 @@ SqlType DecimalRemainder(const SqlType& a, const SqlType& b) {
 // ---- Functions ----
 
 SqlType ResolveAggregate(Aggregate aggregate, const SqlType& operand) {
-  if (aggregate == Aggregate::kCount) return Type(TypeKind::kInt);
+  if (aggregate == Aggregate::kCount) return kIntType;
   constexpr std::string_view kNames[] = {"sum", "avg", "min", "max"};
   const std::string_view name = kNames[static_cast<size_t>(aggregate)];
   const bool ordered = aggregate == Aggregate::kMin || aggregate == Aggregate::kMax;
@@ -348,14 +344,14 @@ SqlType ResolveAggregate(Aggregate aggregate, const SqlType& operand) {
   switch (operand.kind) {
     case TypeKind::kTinyInt:
     case TypeKind::kSmallInt:
-      return Type(TypeKind::kInt);
+      return kIntType;
     case TypeKind::kSmallMoney:
       return Type(TypeKind::kMoney);
     case TypeKind::kReal:
       return Type(TypeKind::kFloat);
     case TypeKind::kDecimal:
-      if (aggregate == Aggregate::kSum) return DecimalType(kMaxPrecision, operand.scale);
-      return DecimalType(kMaxPrecision, std::max(operand.scale, kLeastScaleOfAverage));
+      if (aggregate == Aggregate::kSum) return DecimalType(SqlType::kMaxPrecision, operand.scale);
+      return DecimalType(SqlType::kMaxPrecision, std::max(operand.scale, kLeastScaleOfAverage));
     default:
       return operand;
   }

@@ -48,6 +48,10 @@ constexpr bool IsText(TypeKind k) {
 constexpr bool IsNationalText(TypeKind k) {
   return k == TypeKind::kNChar || k == TypeKind::kNVarChar;
 }
+// The characters that a text type holds without (max).
+constexpr int MaxTextLength(TypeKind k) {
+  return IsNationalText(k) ? 4000 : 8000;
+}
 constexpr bool IsBinary(TypeKind k) {
   return k == TypeKind::kBinary || k == TypeKind::kVarBinary;
 }
@@ -87,6 +91,7 @@ int StoredScale(const SqlType& type);
 constexpr SqlType Type(TypeKind kind) {
   return SqlType{kind, 0, 0, 0};
 }
+inline constexpr SqlType kIntType = Type(TypeKind::kInt);
 constexpr SqlType DecimalType(int precision, int scale) {
   return SqlType{TypeKind::kDecimal, 0, precision, scale};
 }

@@ -158,12 +158,10 @@ class FetchInstruction final : public Instruction {
  public:
   FetchInstruction(const FetchStatement& statement, DeclaredVariables visible)
       : Instruction(statement.line), statement_(statement) {
-    if (statement.offset) offset_.emplace(visible, *statement.offset, Type(TypeKind::kInt));
+    if (statement.offset) offset_.emplace(visible, *statement.offset, kIntType);
     const auto variables = visible.span();
     for (const std::string& name : statement.variables) {
-      size_t at = 0;
-      while (at < variables.size() && !SameName(variables[at].name, name)) ++at;
-      if (at == variables.size()) Raise(137, name);
+      const size_t at = visible.IndexOf(name);
       targets_.push_back(at);
       types_.push_back(variables[at].type);
     }

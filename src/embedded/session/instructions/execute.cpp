@@ -7,14 +7,6 @@
 namespace tavcc::sql {
 namespace {
 
-size_t IndexOf(DeclaredVariables visible, const std::string& name) {
-  const auto variables = visible.span();
-  for (size_t i = 0; i < variables.size(); ++i) {
-    if (SameName(variables[i].name, name)) return i;
-  }
-  Raise(137, name);
-}
-
 constexpr size_t kNone = static_cast<size_t>(-1);
 
 class ExecuteProcedureInstruction final : public Instruction {
@@ -27,13 +19,13 @@ class ExecuteProcedureInstruction final : public Instruction {
       if (argument.output && !is_variable) Raise(179);
       variables_.push_back(
           is_variable
-              ? IndexOf(visible, static_cast<const VariableExpression&>(*argument.value).name)
+              ? visible.IndexOf(static_cast<const VariableExpression&>(*argument.value).name)
               : kNone);
       values_.push_back(argument.value && !is_variable
                             ? std::make_unique<Evaluation>(visible, *argument.value, std::nullopt)
                             : nullptr);
     }
-    if (!statement.return_variable.empty()) return_ = IndexOf(visible, statement.return_variable);
+    if (!statement.return_variable.empty()) return_ = visible.IndexOf(statement.return_variable);
   }
 
   Flow Execute(SessionContext& session, Frame& frame) override {
@@ -54,7 +46,7 @@ class ExecuteProcedureInstruction final : public Instruction {
       if (arguments[i].output) SetVariable(frame, variables_[i], arguments[i].value);
     }
     if (return_ != kNone) {
-      SetVariable(frame, return_, TypedValue{Type(TypeKind::kInt), StoredValue(result)});
+      SetVariable(frame, return_, TypedValue{kIntType, StoredValue(result)});
     }
     return Flow::kNext;
   }

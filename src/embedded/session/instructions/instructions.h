@@ -17,6 +17,8 @@ struct DeclaredVariables {
   const std::vector<VariableInfo>* variables = nullptr;
   size_t count = 0;
   std::span<const VariableInfo> span() const { return {variables->data(), count}; }
+  // Errors: 137.
+  size_t IndexOf(const std::string& name) const;
 };
 
 // Some values, and perhaps a condition, that are computed without a table.

@@ -4,22 +4,22 @@
 #include "embedded/session/session_context.h"
 
 namespace tavcc::sql {
-namespace {
 
-size_t IndexOf(DeclaredVariables visible, const std::string& name) {
-  const auto variables = visible.span();
-  for (size_t i = 0; i < variables.size(); ++i) {
-    if (SameName(variables[i].name, name)) return i;
+size_t DeclaredVariables::IndexOf(const std::string& name) const {
+  for (size_t i = 0; i < count; ++i) {
+    if (SameName((*variables)[i].name, name)) return i;
   }
   Raise(137, name);
 }
+
+namespace {
 
 class SetInstruction final : public Instruction {
  public:
   SetInstruction(int line, DeclaredVariables visible, const std::string& name,
                  const Expression& value)
       : Instruction(line),
-        index_(IndexOf(visible, name)),
+        index_(visible.IndexOf(name)),
         value_(visible, value, visible.span()[index_].type) {}
   void Prepare(SessionContext& session, Frame& frame) override {
     PrepareDeferred(line(), [&] { value_.Prepare(session, frame); });
