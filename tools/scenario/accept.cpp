@@ -29,11 +29,6 @@ Json Plain(const Json& expected, const Value& actual) {
   return as_text ? json["date"] : json;
 }
 
-template <class T>
-T* ObjectOf(const Value& value) {
-  return value.IsObject() ? dynamic_cast<T*>(value.object().get()) : nullptr;
-}
-
 Json AcceptedRow(const Json& form, const Recordset& row) {
   Json accepted = form.is_object() ? Json::object() : Json::array();
   for (int i = 0; i < row.FieldCount(); ++i) {

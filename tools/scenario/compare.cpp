@@ -80,11 +80,6 @@ bool IsText(const std::string& expected, const Value& actual) {
   return actual.kind() == Value::Kind::kDate && DateTime::Parse(expected) == actual.date();
 }
 
-template <class T>
-T* ObjectOf(const Value& value) {
-  return value.IsObject() ? dynamic_cast<T*>(value.object().get()) : nullptr;
-}
-
 void Comparison::Values(const Json& expected, const Value& actual, const std::string& path) {
   if (expected.is_null() || IsForm(expected, "nothing") || IsForm(expected, "empty")) {
     if (!IsNothing(actual)) Differ(expected, actual, path);

@@ -92,9 +92,9 @@ class Answers {
   std::vector<RoadDifference>& differences_;
 };
 
-class Comparison {
+class RoadComparison {
  public:
-  Comparison(const Scenario& scenario, Roads& first, Roads& second, Skipped* skipped)
+  RoadComparison(const Scenario& scenario, Roads& first, Roads& second, Skipped* skipped)
       : scenario_(scenario),
         first_(first),
         second_(second),
@@ -125,7 +125,7 @@ class Comparison {
   std::vector<RoadDifference> differences_;
 };
 
-std::vector<RoadDifference> Comparison::All() {
+std::vector<RoadDifference> RoadComparison::All() {
   if (scenario_.needs_clock && !clock_) {
     SkipForClock(0);
     return {};
@@ -148,7 +148,7 @@ std::vector<RoadDifference> Comparison::All() {
   return differences_;
 }
 
-bool Comparison::OpenRoads(int step) {
+bool RoadComparison::OpenRoads(int step) {
   const auto open = [&](Roads& roads, std::unique_ptr<Road>& road) -> std::string {
     try {
       road = nullptr;
@@ -163,7 +163,7 @@ bool Comparison::OpenRoads(int step) {
   return road_ != nullptr && other_ != nullptr;
 }
 
-int Comparison::CompareStep(const Step& step) {
+int RoadComparison::CompareStep(const Step& step) {
   Answers answers(step.number, "", differences_);
   if (!step.IsCall()) {
     answers.Queries(step.query, *road_, *other_);
@@ -174,7 +174,7 @@ int Comparison::CompareStep(const Step& step) {
   return static_cast<int>(outcome.sent.size());
 }
 
-void Comparison::CompareSweep(const Step& step, const Sweep& sweep, int at) {
+void RoadComparison::CompareSweep(const Step& step, const Sweep& sweep, int at) {
   if (!OpenRoads(step.number)) return;
   const size_t before = differences_.size();
   const std::string place = "statement " + std::to_string(at) + " failing, ";
@@ -188,7 +188,7 @@ void Comparison::CompareSweep(const Step& step, const Sweep& sweep, int at) {
   MeetsObstacle(before, "sweep of step " + std::to_string(step.number));
 }
 
-bool Comparison::MeetsObstacle(size_t before, const std::string& what) {
+bool RoadComparison::MeetsObstacle(size_t before, const std::string& what) {
   const std::string obstacle = road_->Obstacle() + other_->Obstacle();
   if (obstacle.empty()) return false;
   differences_.resize(before);
@@ -201,7 +201,7 @@ bool Comparison::MeetsObstacle(size_t before, const std::string& what) {
 
 std::vector<RoadDifference> CompareRoads(const Scenario& scenario, Roads& first, Roads& second,
                                          Skipped* skipped) {
-  return Comparison(scenario, first, second, skipped).All();
+  return RoadComparison(scenario, first, second, skipped).All();
 }
 
 }  // namespace tavcc

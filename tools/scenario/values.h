@@ -23,6 +23,12 @@
 
 namespace tavcc {
 
+// The object of the value where it is a T, else null.
+template <class T>
+T* ObjectOf(const Value& value) {
+  return value.IsObject() ? dynamic_cast<T*>(value.object().get()) : nullptr;
+}
+
 // Errors: JsonError for a date, decimal or integer that is none.
 Value ValueFromJson(Host& host, const Json& json);
 

@@ -22,9 +22,6 @@
 namespace tavcc {
 namespace {
 
-// The system makes these bills itself, and audits them with the bills that they belong to.
-constexpr int32_t kMadeBySystem = 2032;
-
 // The bills that the rules are given, which tells how far they are.
 class WatchedBills final : public Vector {
  public:
@@ -66,10 +63,10 @@ std::vector<Bill> BillsOfNumber(Erp& erp, const AuditOptions& options, const std
 // been issued by a later one.
 std::vector<Bill> AllBills(Erp& erp, const AuditOptions& options) {
   BillFilter filter{.status = static_cast<int32_t>(options.un_audit ? bill_status::kAudited
-                                                                    : bill_status::kNotAudited)};
+                                                                    : bill_status::kNotAudited),
+                    .made_by_system = false};
   if (options.class_type != 0) filter.class_type = options.class_type;
   std::vector<Bill> bills = FindBills(erp, filter);
-  std::erase_if(bills, [](const Bill& bill) { return bill.bill_type == kMadeBySystem; });
   if (options.un_audit) std::ranges::reverse(bills);
   return bills;
 }

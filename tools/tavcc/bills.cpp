@@ -62,9 +62,13 @@ void AddBills(Connection& cn, const HeadTable& table, const BillFilter& filter,
 }  // namespace
 
 std::vector<Bill> FindBills(Erp& erp, const BillFilter& filter) {
+  constexpr int32_t kMadeBySystem = 2032;
   std::vector<Bill> bills;
   const ConnectionPtr cn = erp.connection();
   for (const HeadTable& table : kHeadTables) AddBills(*cn, table, filter, bills);
+  if (!filter.made_by_system) {
+    std::erase_if(bills, [](const Bill& bill) { return bill.bill_type == kMadeBySystem; });
+  }
   std::stable_sort(bills.begin(), bills.end(),
                    [](const Bill& a, const Bill& b) { return a.id < b.id; });
   return bills;

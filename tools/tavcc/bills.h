@@ -31,6 +31,8 @@ struct BillFilter {
   std::optional<int32_t> class_type = {};
   std::optional<int32_t> id = {};
   std::optional<int32_t> status = {};
+  // The system makes some bills itself, and audits them with those that they belong to.
+  bool made_by_system = true;
 };
 
 // In the order of their ids. Errors: the database's.

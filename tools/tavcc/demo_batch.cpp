@@ -20,9 +20,6 @@
 namespace tavcc {
 namespace {
 
-// The system makes bills of this type, and they go with those they belong to.
-constexpr int32_t kMadeBySystem = 2032;
-
 constexpr std::string_view kAuditedBills =
     "SELECT FID FROM T_CC_StockBill WHERE FStatus = 1 AND FCheckerID = 16394"
     " UNION ALL SELECT FID FROM T_CC_ZZCX WHERE FStatus = 1"
@@ -104,9 +101,7 @@ StockRows BatchStory::Stock() {
 }
 
 std::vector<Bill> BatchStory::OpenBills() {
-  std::vector<Bill> bills = FindBills(erp_, {.status = 0});
-  std::erase_if(bills, [](const Bill& bill) { return bill.bill_type == kMadeBySystem; });
-  return bills;
+  return FindBills(erp_, {.status = 0, .made_by_system = false});
 }
 
 // Those of the bills that are audited now, the last first: what one bill brought in may have been

@@ -32,7 +32,7 @@ std::string Escaped(const std::string& text) {
   return out;
 }
 
-std::string FirstLine(const std::string& text) {
+std::string Headline(const std::string& text) {
   return text.substr(0, text.find('\n'));
 }
 
@@ -59,7 +59,7 @@ std::string JunitXml(const std::vector<ScenarioOutcome>& outcomes) {
     xml += ">\n";
     if (!outcome.failure.empty()) {
       xml += fmt::format("    <failure message=\"{}\">{}</failure>\n",
-                         Escaped(FirstLine(outcome.failure)), Escaped(outcome.failure));
+                         Escaped(Headline(outcome.failure)), Escaped(outcome.failure));
     }
     for (const std::string& line : outcome.skipped) {
       xml += fmt::format("    <system-out>skipped: {}</system-out>\n", Escaped(line));

@@ -13,13 +13,14 @@
 namespace tavcc {
 namespace {
 
-constexpr std::string_view kIndent = "  ";
+constexpr std::string_view kLineIndent = "  ";
 constexpr std::string_view kRowIndent = "    ";
 
 // Each line but the first behind blanks.
 std::string Indented(std::string text) {
-  for (size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += 1 + kIndent.size()) {
-    text.replace(at, 1, "\n" + std::string(kIndent));
+  for (size_t at = 0; (at = text.find('\n', at)) != std::string::npos;
+       at += 1 + kLineIndent.size()) {
+    text.replace(at, 1, "\n" + std::string(kLineIndent));
   }
   return text;
 }
@@ -36,7 +37,7 @@ std::string OutcomeText(const LoggedStatement& statement) {
 
 void ShowSent(const LoggedStatement& statement) {
   std::string text = fmt::format("> {}\n{}{}, {:.3f} ms", Indented(ShowStatement(statement)),
-                                 kIndent, OutcomeText(statement), statement.milliseconds);
+                                 kLineIndent, OutcomeText(statement), statement.milliseconds);
   const std::string from = PlaceText(statement.from);
   if (!from.empty()) text += ", " + from;
   for (const ProcedureParameter& output : statement.outputs) {
@@ -58,7 +59,8 @@ StatementObserver OnStandardError(int rows) {
                 if (statement.seen->count == 0) return;
                 std::string text;
                 if (statement.seen != *last) {
-                  text = fmt::format("{}rows of {}\n", kIndent, Indented(ShowStatement(statement)));
+                  text = fmt::format("{}rows of {}\n", kLineIndent,
+                                     Indented(ShowStatement(statement)));
                 }
                 PrintAside(text + SeenRowsText(*statement.seen, statement.rows, kRowIndent));
               },
