@@ -7,7 +7,7 @@
 #include <limits>
 #include <string>
 
-#include "attacks/seed.h"
+#include "support/seed.h"
 #include "foundation/conversions.h"
 #include "foundation/error.h"
 #include "foundation/plug_in.h"

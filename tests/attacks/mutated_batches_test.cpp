@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <map>
 
-#include "attacks/seed.h"
+#include "support/seed.h"
 #include "embedded/embedded.h"
 #include "foundation/conversions.h"
 #include "foundation/error.h"

@@ -17,6 +17,7 @@
 #include "embedded/session/engine.h"
 #include "embedded/syntax/parser.h"
 #include "support/source_dir.h"
+#include "support/without_rewrite.h"
 
 namespace tavcc::sql {
 namespace {
@@ -74,7 +75,7 @@ BeforeAndAfter Rewritten(Engine& engine, const std::string& sql) {
   }
 }
 
-class OneRewrite : public testing::TestWithParam<std::string_view> {};
+class OneRewrite : public ::testing::TestWithParam<std::string_view> {};
 
 TEST_P(OneRewrite, ChangesTheTreeAsShown) {
   const auto path = SourceDir() / "tests/embedded/rewrite" / (std::string(GetParam()) + ".json");
@@ -103,15 +104,9 @@ TEST_P(OneRewrite, ChangesTheTreeAsShown) {
   EXPECT_TRUE(changes) << "no case that the rewrite changes";
 }
 
-std::string Identifier(const testing::TestParamInfo<std::string_view>& info) {
-  std::string name(info.param);
-  std::erase(name, '-');
-  return name;
-}
-
 INSTANTIATE_TEST_SUITE_P(Rewrites, OneRewrite,
-                         testing::ValuesIn(RewriteNames().begin(), RewriteNames().end()),
-                         Identifier);
+                         ::testing::ValuesIn(RewriteNames().begin(), RewriteNames().end()),
+                         tavcc::testing::IdentifierOf);
 
 TEST(Rewrites, AreOffOnlyWhileATestSaysSo) {
   EXPECT_TRUE(IsOn(RewriteRule::kAntiJoin));

@@ -1,41 +1,41 @@
-// No answer depends on a rewrite: all cases pass without any of them, and without each one.
+// No answer depends on a rewrite: all cases pass without any of them, and without each one; where
+// not everything is tried, each case without one of them in turn.
 #include <gtest/gtest.h>
 
 #include "embedded/rewrite/rewrite.h"
 #include "embedded/run/case_file.h"
+#include "support/without_rewrite.h"
 
 namespace tavcc::sql {
 namespace {
 
-void ExpectAllCasesPass() {
-  for (const char* folder : {"run", "corpus"}) {
-    for (const CaseName& which : FindCases(folder)) {
-      EXPECT_EQ("", RunCase(which)) << which.file << ": " << which.name;
-    }
+std::vector<CaseName> AllCases() {
+  std::vector<CaseName> cases = FindCases("run");
+  for (CaseName& which : FindCases("corpus")) cases.push_back(std::move(which));
+  return cases;
+}
+
+void ExpectToPass(const std::vector<CaseName>& cases) {
+  for (const CaseName& which : cases) {
+    EXPECT_EQ("", RunCase(which)) << which.file << ": " << which.name;
   }
 }
 
-class Without : public testing::TestWithParam<std::string_view> {};
+class Without : public ::testing::TestWithParam<std::string_view> {};
 
 TEST_P(Without, TheAnswersAreTheSame) {
   const std::string_view names[] = {GetParam()};
   const RewritesOff off(names);
-  ExpectAllCasesPass();
-}
-
-std::string Identifier(const testing::TestParamInfo<std::string_view>& info) {
-  std::string name(info.param);
-  std::erase(name, '-');
-  return name;
+  ExpectToPass(testing::ShareOf(AllCases(), RewriteNames(), GetParam()));
 }
 
 INSTANTIATE_TEST_SUITE_P(Rewrites, Without,
-                         testing::ValuesIn(RewriteNames().begin(), RewriteNames().end()),
-                         Identifier);
+                         ::testing::ValuesIn(RewriteNames().begin(), RewriteNames().end()),
+                         tavcc::testing::IdentifierOf);
 
 TEST(Rewrites, AreNeededForNoAnswer) {
   const RewritesOff off(RewriteNames());
-  ExpectAllCasesPass();
+  ExpectToPass(AllCases());
 }
 
 }  // namespace

@@ -8,32 +8,14 @@
 #include <gtest/gtest.h>
 
 #include "embedded/error.h"
+#include "embedded/types/named_types.h"
 #include "embedded/types/stored_conversions.h"
-#include "embedded/types/type_rules.h"
 
 namespace tavcc::sql {
 namespace {
 
-const SqlType kInt = Type(TypeKind::kInt);
-const SqlType kBigInt = Type(TypeKind::kBigInt);
-const SqlType kSmallInt = Type(TypeKind::kSmallInt);
-const SqlType kTinyInt = Type(TypeKind::kTinyInt);
-const SqlType kBit = Type(TypeKind::kBit);
-const SqlType kFloat = Type(TypeKind::kFloat);
-const SqlType kReal = Type(TypeKind::kReal);
-const SqlType kMoney = Type(TypeKind::kMoney);
-const SqlType kSmallMoney = Type(TypeKind::kSmallMoney);
-const SqlType kDateTime = Type(TypeKind::kDateTime);
-const SqlType kSmallDateTime = Type(TypeKind::kSmallDateTime);
-const SqlType kDate = Type(TypeKind::kDate);
 const SqlType kVarChar30 = TextType(TypeKind::kVarChar, 30);
 const SqlType kVarCharMax = TextType(TypeKind::kVarChar, SqlType::kMax);
-SqlType VarChar(int length) {
-  return TextType(TypeKind::kVarChar, length);
-}
-SqlType NVarChar(int length) {
-  return TextType(TypeKind::kNVarChar, length);
-}
 
 // The value as text, or "number message" of the error.
 std::string Convert(const StoredValue& value, const SqlType& from, const SqlType& to,

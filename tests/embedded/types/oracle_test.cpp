@@ -11,6 +11,7 @@
 
 #include "embedded/error.h"
 #include "embedded/functions/evaluator.h"
+#include "embedded/types/named_types.h"
 #include "support/source_dir.h"
 
 namespace tavcc::sql {
@@ -52,7 +53,6 @@ std::vector<std::string> RunModel(int seed, int count) {
 }
 
 const SqlType kText = TextType(TypeKind::kVarChar, 100);
-const SqlType kDateTime = Type(TypeKind::kDateTime);
 
 // Runs one case through the functions and says what came out, in the model's words.
 class Subject {

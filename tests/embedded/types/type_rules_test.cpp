@@ -7,26 +7,10 @@
 
 #include "embedded/error.h"
 #include "embedded/functions/functions.h"
+#include "embedded/types/named_types.h"
 
 namespace tavcc::sql {
 namespace {
-
-const SqlType kInt = Type(TypeKind::kInt);
-const SqlType kBit = Type(TypeKind::kBit);
-const SqlType kTinyInt = Type(TypeKind::kTinyInt);
-const SqlType kBigInt = Type(TypeKind::kBigInt);
-const SqlType kMoney = Type(TypeKind::kMoney);
-const SqlType kFloat = Type(TypeKind::kFloat);
-const SqlType kReal = Type(TypeKind::kReal);
-const SqlType kDate = Type(TypeKind::kDate);
-const SqlType kDateTime = Type(TypeKind::kDateTime);
-const SqlType kSmallDateTime = Type(TypeKind::kSmallDateTime);
-SqlType VarChar(int length) {
-  return TextType(TypeKind::kVarChar, length);
-}
-SqlType NVarChar(int length) {
-  return TextType(TypeKind::kNVarChar, length);
-}
 
 template <class Function>
 std::string TextOrError(Function function) {

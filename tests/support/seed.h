@@ -1,4 +1,5 @@
-// Random attacks that can be made again: the seed is printed, and TAVCC_SEED sets it.
+// How hard the tests try, and random attacks that can be made again: the seed is printed, and
+// TAVCC_SEED sets it.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "attacks/seed.h"
+#include "support/seed.h"
 
 #include <cstdlib>
 #include <string>
