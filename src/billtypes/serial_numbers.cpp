@@ -1,5 +1,6 @@
 #include "billtypes/serial_numbers.h"
 
+#include <algorithm>
 #include <optional>
 #include <span>
 #include <string>
@@ -20,11 +21,6 @@ namespace {
 
 enum Direction : int32_t { kOut = 0, kIn = 1 };
 
-struct BillTypeDirection {
-  int32_t bill_type;
-  Direction direction;
-};
-
 // One side of the stock's door. A class type is in a list when its decimal text occurs anywhere in
 // the list's text: deliberately loose, as the lists have always been read.
 struct Side {
@@ -32,16 +28,15 @@ struct Side {
   // Of these bills only one bill type carries goods; the others leave the ledger alone.
   std::string_view rebates;
   int32_t rebate_with_goods;
-  // Bills whose type says the direction; a type that is not listed counts as out.
+  // Bills whose type says the direction: these types are in, all others out.
   std::string_view both_ways;
-  std::span<const BillTypeDirection> by_bill_type;
+  std::span<const int32_t> types_in;
   Direction direction;  // of all others
   std::string_view stock_column;
 };
 
-constexpr BillTypeDirection kPurchases[] = {{2011, kIn}, {2030, kIn}, {2012, kOut}, {2031, kOut}};
-constexpr BillTypeDirection kSales[] = {
-    {3001, kOut}, {3010, kOut}, {3002, kIn}, {3004, kIn}, {3011, kIn}};
+constexpr int32_t kPurchasesIn[] = {2011, 2030};
+constexpr int32_t kSalesReturned[] = {3002, 3004, 3011};
 
 constexpr std::string_view kReceivingColumn = "FDCStockID";
 constexpr std::string_view kIssuingColumn = "FSCStockID";
@@ -49,9 +44,9 @@ constexpr std::string_view kIssuingColumn = "FSCStockID";
 // Looked through from the first on.
 constexpr Side kSides[] = {
     {"1020002,1020003,1020004,1040001,1040003,1040005,1020005", "1020004", 2042, "1020002,1020003",
-     kPurchases, kIn, kReceivingColumn},
+     kPurchasesIn, kIn, kReceivingColumn},
     {"1030002,1030003,1030004,1040002,1040004,1040006,1030005", "1030004", 3022, "1030002,1030003",
-     kSales, kOut, kIssuingColumn},
+     kSalesReturned, kOut, kIssuingColumn},
 };
 
 constexpr std::string_view kDisassemblies = "1040006";
@@ -71,10 +66,7 @@ struct RowRule {
 Direction DirectionOn(const Side& side, const SavedBill& bill, int32_t class_type) {
   if (!IsIn(side.both_ways, class_type)) return side.direction;
   const int32_t bill_type = bill.HeadNumber("FBillTypeID");
-  for (const BillTypeDirection& listed : side.by_bill_type) {
-    if (listed.bill_type == bill_type) return listed.direction;
-  }
-  return kOut;
+  return std::ranges::find(side.types_in, bill_type) != side.types_in.end() ? kIn : kOut;
 }
 
 // Nothing for a bill that leaves the ledger alone.

@@ -1,5 +1,6 @@
 #include "foundation/host_services.h"
 
+#include <optional>
 #include <utility>
 
 #include "foundation/conversions.h"
@@ -50,27 +51,22 @@ bool CheckADOError(Host& host, const Connection& cn, bool bRaise) {
   const std::vector<ConnectionError> errors = cn.Errors();
   if (errors.empty()) return false;
 
-  bool found = false;
-  int32_t number = 0;
+  std::optional<int32_t> number;  // of the first that is a real one
   std::string text;
   std::unique_ptr<ErrorChecker> checker;
   try {
     checker = host.NewErrorChecker();
   } catch (const AutomationError& error) {
     // Without a checker every list of errors counts as a real one, under the creation's number.
-    found = true;
     number = error.number();
-    text = Cat("Number:", number, "\r\nDescription:", error.description(), "\r\n");
+    text = Cat("Number:", *number, "\r\nDescription:", error.description(), "\r\n");
   }
   for (const ConnectionError& error : errors) {
-    if (!found && checker->IsError(error)) {
-      found = true;
-      number = error.number;
-    }
+    if (!number && checker->IsError(error)) number = error.number;
     CatTo(text, error.description, "\r\n");
   }
-  if (bRaise && found) throw AutomationError(number, "", text);
-  return found;
+  if (bRaise && number) throw AutomationError(*number, "", text);
+  return number.has_value();
 }
 
 bool IsInArray(const Value& value, const VariantArray& array) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "checks/related_bills.h"
+#include "checks/stock_quantity.h"
 #include "checks/verification.h"
 #include "foundation/bill_kinds.h"
 #include "foundation/host_services.h"
@@ -130,6 +131,29 @@ TEST_F(HostObjects, NothingIsLeftAliveAfterAFailureAtAnyStatement) {
   log_.Clear();
   EXPECT_EQ(VerifyUnAudit(object), check_result::kPassed);
   EXPECT_EQ(log_.statements().size(), kStatements);
+}
+
+// The host reads them when the connection may serve others, or is closed.
+TEST(StockQuantity, ShortagesAreHandedBackDetached) {
+  const auto shortages = std::make_shared<CountedRows>(CountedRows::Columns{{"FITEMID", 11}});
+  auto session = std::make_shared<FakeSession>();
+  session->answer = [&](std::string_view sql) -> RecordsetPtr {
+    if (sql.find("AS DIFFQTY") != std::string_view::npos) return shortages;
+    return std::make_shared<CountedRows>(CountedRows::Columns{});
+  };
+  StatementLog log;
+  ReferenceHost host([&](std::string_view) { return session; }, nullptr, &log);
+  PlugIn object(host);
+  HostDictionary bill;
+  bill.SetItem("ClassTypeID", class_type::kOtherIssue);
+  bill.SetItem("BillInterID", 1);
+  bill.SetItem("BillType", 0);
+  std::string message;
+  RecordsetPtr rows;
+  EXPECT_EQ(CheckItemStockNum(object, &bill, kAudit, kDsn, message, rows, "", nullptr), 2)
+      << message;
+  EXPECT_TRUE(shortages->detached());
+  ReleaseHostObjects();
 }
 
 struct MissingComponent {

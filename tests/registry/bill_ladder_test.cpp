@@ -95,6 +95,35 @@ TEST_F(BillLadderTest, HasTheGatesOfTheClass) {
   }
 }
 
+TEST_F(BillLadderTest, HasTheGatesOfTheClassItself) {
+  const std::vector<std::string> head = {"head: exists", "head: state", "head: voucher"};
+  std::vector<std::string> with_period = head;
+  with_period.push_back("head: period");
+  std::vector<std::string> with_maker = with_period;
+  with_maker.push_back("head: maker");
+  const struct {
+    int32_t class_type;
+    int16_t direction;
+    std::vector<std::string> gates;
+    std::string method;
+  } rows[] = {
+      {1040005, 1, with_maker, "cls_ZZ.VerifyDataBeforeAudit"},
+      {1040005, -1, with_period, "cls_ZZ.VerifyDataBeforeUnAudit"},
+      {1040006, 1, head, "cls_CX.VerifyDataBeforeAudit"},
+      {1040006, -1, head, "cls_CX.VerifyDataBeforeUnAudit"},
+      {1040007, 1, head, "cls_DB.VerifyDataBeforeAudit"},
+      {1040007, -1, head, "cls_DB.VerifyDataBeforeUnAudit"},
+      {1020001, 1, {}, ""},
+      {1030001, -1, {}, ""},
+  };
+  for (const auto& row : rows) {
+    const Ladder own =
+        LadderOf(object_, BillOf(row.class_type, 0, 1), row.direction, erp_.dsn()).own;
+    EXPECT_THAT(NamesOf(own), ElementsAreArray(row.gates));
+    for (const LoneGate& gate : own) EXPECT_EQ(gate.method, row.method);
+  }
+}
+
 // What the batch audit says of the bill, and what the first gate that refuses says when each is
 // asked on its own.
 TEST_F(BillLadderTest, AnswersAsTheBatchAuditDoes) {

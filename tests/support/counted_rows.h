@@ -41,12 +41,14 @@ class CountedRows final : public Recordset {
     }
     throw AutomationError(RuntimeError::kItemNotInCollection);
   }
-  void Detach() override {}
+  void Detach() override { detached_ = true; }
+  bool detached() const { return detached_; }
   void Close() override {}
 
  private:
   Columns columns_;
   bool at_end_;
+  bool detached_ = false;
 };
 
 }  // namespace tavcc::testing
