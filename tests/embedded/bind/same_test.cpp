@@ -82,7 +82,7 @@ constexpr Pair kConditions[] = {
     {"exists (select 1 from u where a=x.a)", "exists (select 1 from u where a=y.a)", false},
 };
 
-class Same : public testing::Test {
+class Same : public ::testing::Test {
  protected:
   void SetUp() override {
     engine_->RunBatch(kTables);

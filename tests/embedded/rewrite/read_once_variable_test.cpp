@@ -18,7 +18,7 @@
 namespace tavcc::sql {
 namespace {
 
-class ReadOnce : public testing::Test {
+class ReadOnce : public ::testing::Test {
  protected:
   RecordsetPtr Run(const std::string& sql) { return session_->Execute(sql); }
   sqlite3* Handle() { return dynamic_cast<Session&>(*session_).engine().context().store.handle(); }

@@ -10,7 +10,7 @@
 namespace tavcc::sql {
 namespace {
 
-class Compiled : public testing::Test {
+class Compiled : public ::testing::Test {
  protected:
   void Run(const std::string& sql) { session_->Execute(sql); }
   int64_t Count() { return dynamic_cast<Session&>(*session_).engine().context().compiled; }

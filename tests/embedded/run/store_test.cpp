@@ -19,7 +19,7 @@
 namespace tavcc::sql {
 namespace {
 
-class Store : public testing::Test {
+class Store : public ::testing::Test {
  protected:
   Store() {
     std::filesystem::remove_all(folder_);
@@ -483,7 +483,7 @@ int AsAnotherUser(const Body& body) {
       fprintf(stderr, "%s\n", error.what());
       _exit(98);
     }
-    _exit(testing::Test::HasFailure() ? 1 : 0);
+    _exit(::testing::Test::HasFailure() ? 1 : 0);
   }
   int status = 0;
   waitpid(child, &status, 0);
