@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <system_error>
 
@@ -114,19 +115,33 @@ std::string HtmlPage(std::string_view title, std::string_view body) {
       Escaped(title), kStyle, body);
 }
 
-void WritePage(const std::string& file, std::string_view page) {
-  const std::string unfinished = file + ".unfinished";
-  const auto fail = [&] {
-    const int problem = errno;
-    std::remove(unfinished.c_str());
-    throw CommandError(
-        fmt::format("{} cannot be written: {}", file, std::generic_category().message(problem)));
-  };
-  errno = 0;
-  std::ofstream out(unfinished, std::ios::binary | std::ios::trunc);
-  out.write(page.data(), static_cast<std::streamsize>(page.size()));
+namespace {
+
+// What is no file of its own, as a terminal, a pipe or a device, is written to in place.
+bool IsWrittenInPlace(const std::string& file) {
+  std::error_code problem;
+  const auto status = std::filesystem::status(file, problem);
+  return std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
+}
+
+bool Wrote(const std::string& file, std::string_view text) {
+  std::ofstream out(file, std::ios::binary | std::ios::trunc);
+  out.write(text.data(), static_cast<std::streamsize>(text.size()));
   out.close();
-  if (!out || std::rename(unfinished.c_str(), file.c_str()) != 0) fail();
+  return out.good();
+}
+
+}  // namespace
+
+void WritePage(const std::string& file, std::string_view page) {
+  const bool in_place = IsWrittenInPlace(file);
+  const std::string written = in_place ? file : file + ".unfinished";
+  errno = 0;
+  if (Wrote(written, page) && (in_place || std::rename(written.c_str(), file.c_str()) == 0)) return;
+  const int problem = errno;
+  if (!in_place) std::remove(written.c_str());
+  throw CommandError(
+      fmt::format("{} cannot be written: {}", file, std::generic_category().message(problem)));
 }
 
 }  // namespace tavcc
