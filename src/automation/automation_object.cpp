@@ -109,7 +109,8 @@ AutomationCore::AutomationCore(const ClassDescription& cls, const IID& interface
     : class_(cls), interface_id_(interface_id) {
   ObjectBegins();
   try {
-    object_ = std::make_unique<PlugIn>(host_);
+    tracer_ = CallTracer::IfAsked(host_);
+    object_ = std::make_unique<PlugIn>(tracer_ == nullptr ? host_ : tracer_->host());
   } catch (...) {
     ObjectEnds();
     throw;
@@ -118,6 +119,7 @@ AutomationCore::AutomationCore(const ClassDescription& cls, const IID& interface
 
 AutomationCore::~AutomationCore() {
   object_.reset();
+  tracer_.reset();
   ObjectEnds();
 }
 
@@ -171,6 +173,11 @@ HRESULT AutomationCore::Invoke(DISPID id, WORD kind, const DISPPARAMS* parameter
   }
 }
 
+Value AutomationCore::Run(const Method& method, std::vector<Value>& arguments) {
+  if (tracer_ == nullptr) return tavcc::Invoke(class_, method, *object_, arguments);
+  return tracer_->Invoke(class_, method, *object_, arguments);
+}
+
 HRESULT AutomationCore::InvokeMethod(const Method& method, const DISPPARAMS& parameters,
                                      VARIANT* result, UINT* bad_argument) {
   UINT nowhere = 0;
@@ -180,7 +187,7 @@ HRESULT AutomationCore::InvokeMethod(const Method& method, const DISPPARAMS& par
   const HRESULT read = given.Read(arguments, bad);
   if (FAILED(read)) return read;
   try {
-    const Value answer = tavcc::Invoke(class_, method, *object_, arguments);
+    const Value answer = Run(method, arguments);
     given.WriteBack(arguments);
     if (result != nullptr) ToVariant(answer, result);
     return S_OK;
@@ -219,7 +226,7 @@ HRESULT AutomationCore::Call(int slot, std::span<const RawArgument> raw,
       }
     };
     try {
-      const Value answer = tavcc::Invoke(class_, method, *object_, arguments);
+      const Value answer = Run(method, arguments);
       write_back();
       PutRaw(answer, method.result, result);
       return S_OK;

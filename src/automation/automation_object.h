@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "automation/border/platform.h"
+#include "automation/call_trace.h"
 #include "automation/com_host.h"
 #include "registry/class_registry.h"
 
@@ -40,11 +41,14 @@ class AutomationCore {
  private:
   HRESULT InvokeMethod(const Method& method, const DISPPARAMS& parameters, VARIANT* result,
                        UINT* bad_argument);
+  // Carries the method out, with a trace of it where one is asked for.
+  Value Run(const Method& method, std::vector<Value>& arguments);
   std::string ProgID() const;
 
   const ClassDescription& class_;
   const IID& interface_id_;
   ComHost host_;
+  std::unique_ptr<CallTracer> tracer_;  // null where nobody asks
   std::unique_ptr<PlugIn> object_;
 };
 

@@ -6,6 +6,7 @@
 #include "automation/objects.h"
 #include "automation/roles.h"
 #include "foundation/conversions.h"
+#include "foundation/rule_watch.h"
 
 namespace tavcc::automation {
 
@@ -22,7 +23,11 @@ LateBound ObjectOf(const Value& value) {
 class ComUserContext final : public UserContext {
  public:
   explicit ComUserContext(LateBound late) : late_(std::move(late)) {}
-  int16_t UserID() const override { return ToInteger(late_.Get(guessed::kUserID)); }
+  int16_t UserID() const override {
+    const int16_t id = ToInteger(late_.Get(guessed::kUserID));
+    RuleWatch::TellHostAnswer(HostQuestion::kUser, "", "", id);
+    return id;
+  }
 
  private:
   LateBound late_;
@@ -69,7 +74,9 @@ class ComSystemProfile final : public SystemProfile {
  public:
   Value GetProfile(std::string_view sDsn, std::string_view category,
                    std::string_view key) override {
-    return late_.Call(L"GetProfile", {Value(sDsn), Value(category), Value(key)});
+    Value value = late_.Call(L"GetProfile", {Value(sDsn), Value(category), Value(key)});
+    RuleWatch::TellHostAnswer(HostQuestion::kSetting, category, key, value);
+    return value;
   }
 
  private:
@@ -105,7 +112,9 @@ class ComProfileReader final : public ProfileReader {
   explicit ComProfileReader(LateBound late) : late_(std::move(late)) {}
   Value GetSystemProfile(std::string_view category, std::string_view key,
                          const Value& fallback) override {
-    return late_.Call(L"GetSystemProfile", {Value(category), Value(key), fallback});
+    Value value = late_.Call(L"GetSystemProfile", {Value(category), Value(key), fallback});
+    RuleWatch::TellHostAnswer(HostQuestion::kSetting, category, key, value);
+    return value;
   }
 
  private:

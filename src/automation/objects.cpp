@@ -5,6 +5,8 @@
 #include "automation/roles.h"
 #include "foundation/conversions.h"
 #include "foundation/error.h"
+#include "host/connection_wrapper.h"
+#include "host/recordset_wrapper.h"
 
 namespace tavcc::automation {
 
@@ -188,9 +190,23 @@ Value WrapObject(IDispatch* object) {
   return Make<OpaqueObject>(object);
 }
 
+namespace {
+
+// The adapter behind what watches it, if any; null where there is none.
+const Adapter* AdapterOf(const Object* object) {
+  if (const auto* adapter = dynamic_cast<const Adapter*>(object)) return adapter;
+  if (const auto* rows = dynamic_cast<const RecordsetWrapper*>(object)) {
+    return AdapterOf(rows->inner().get());
+  }
+  const auto* connection = dynamic_cast<const ConnectionWrapper*>(object);
+  return connection == nullptr ? nullptr : AdapterOf(&connection->inner());
+}
+
+}  // namespace
+
 IDispatch* UnwrapObject(const ObjectPtr& object) {
   if (object == nullptr) return nullptr;
-  const auto* adapter = dynamic_cast<const Adapter*>(object.get());
+  const Adapter* const adapter = AdapterOf(object.get());
   if (adapter == nullptr) throw AutomationError(RuntimeError::kTypeMismatch);
   adapter->object()->AddRef();
   return adapter->object();

@@ -5,6 +5,7 @@
 
 #include "foundation/conversions.h"
 #include "foundation/error.h"
+#include "foundation/rule_watch.h"
 #include "foundation/text.h"
 
 namespace tavcc {
@@ -83,7 +84,11 @@ bool CheckBillRight(Host& host, int32_t class_type_id, const Value& argument) {
   try {
     const auto service = host.NewDataService();
     service->SetClassTypeID(class_type_id);
-    return ToBoolean(service->CheckBillHaveRight(argument));
+    const bool right = ToBoolean(service->CheckBillHaveRight(argument));
+    if (RuleWatch* const watch = RuleWatch::OfThread()) {
+      watch->HostAnswered(HostQuestion::kRight, "", Cat(class_type_id), right);
+    }
+    return right;
   } catch (const AutomationError&) {
     return false;
   }
@@ -108,8 +113,10 @@ Value GetICProfile(Host& host, std::string_view key, const Value& fallback) {
 Value GetHostValue(Host& host, std::string_view key, const Value& fallback) {
   try {
     const Dictionary* published = host.PublishedValues();
-    if (published == nullptr) return fallback;
-    return published->Lookup(key) ? published->Item(key) : fallback;
+    const bool is_published = published != nullptr && published->Lookup(key);
+    const Value value = is_published ? published->Item(key) : Value();
+    RuleWatch::TellHostAnswer(HostQuestion::kPublished, "", key, value);
+    return is_published ? value : fallback;
   } catch (const AutomationError&) {
     return Empty{};
   }

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/rule_watch.h"
 #include "foundation/verdict.h"
 
 namespace tavcc {
@@ -35,8 +36,10 @@ struct Gate {
 
 template <class Run, size_t N>
 Verdict FirstRefusal(Run& run, const Gate<Run> (&gates)[N]) {
+  const WatchedLadder ladder;
   for (const Gate<Run>& gate : gates) {
-    Verdict verdict = (run.*gate.ask)();
+    Verdict verdict =
+        ladder.Ask(gate.name, gate.inner != nullptr, [&] { return (run.*gate.ask)(); });
     if (!verdict.passed) return verdict;
   }
   return Pass();

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "foundation/host_services.h"
+#include "foundation/rule_watch.h"
 #include "foundation/text.h"
 #include "foundation/trap.h"
 
@@ -29,6 +30,13 @@ ResourceLoader& LoaderFor(Host& host, std::string_view language) {
   return *loader;
 }
 
+std::string Translation(ResourceLoader& loader, const std::string& text,
+                        std::string_view language) {
+  std::string translation = loader.LoadString(text);
+  RuleWatch::TellHostAnswer(HostQuestion::kText, language, text, Value(translation));
+  return translation;
+}
+
 }  // namespace
 
 std::string LoadResText(Host& host, std::string_view sText, std::string_view sLanguage) {
@@ -38,7 +46,7 @@ std::string LoadResText(Host& host, std::string_view sText, std::string_view sLa
   return Trap(
       [&] {
         ResourceLoader& loader = LoaderFor(host, sLanguage);
-        if (key.find(kSeparator) == std::string::npos) return loader.LoadString(key);
+        if (key.find(kSeparator) == std::string::npos) return Translation(loader, key, sLanguage);
         return LoadResTextParts(host, key, sLanguage);
       },
       [&](const AutomationError&) { return key; });

@@ -26,6 +26,7 @@ class ConnectionWrapper : public Connection {
   void Close() override { inner_->Close(); }
 
   Connection& inner() { return *inner_; }
+  const Connection& inner() const { return *inner_; }
 
  private:
   const ConnectionPtr inner_;

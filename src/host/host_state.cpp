@@ -64,7 +64,7 @@ Value HostState::ReadProfile(std::string_view sDsn, std::string_view category,
   try {
     const RecordsetPtr rows = GetUnloggedConnection(sDsn)->Execute(sql);
     Value value = rows->AtEnd() ? Value() : rows->Field(0);
-    if (log_ != nullptr) log_->AddSetting(category, key, value);
+    if (log_ != nullptr) log_->AddHostAnswer(HostQuestion::kSetting, category, key, value);
     return value;
   } catch (const AutomationError& error) {
     if (log_ != nullptr) log_->NoteFailure(sql, error);

@@ -25,7 +25,8 @@ void StatementLog::Clear() {
   sent_ = 0;
   statements_.clear();
   ready_calls_.clear();
-  settings_.clear();
+  host_answers_.clear();
+  gates_.clear();
   first_failure_.reset();
   fault_.reset();
 }
@@ -42,6 +43,7 @@ std::optional<StatementFault> StatementLog::TakeFault() {
 
 RecordsetPtr StatementLog::Add(LoggedStatement statement, RecordsetPtr rows) {
   statement.number = ++sent_;
+  statement.gate = GateNow();
   if (statement.error) NoteFailure(statement.text, *statement.error, statement.from);
   if (rows != nullptr && observer_.rows > 0 && rows->IsOpen()) {
     const auto seen = std::make_shared<SeenRows>();
@@ -61,8 +63,46 @@ void StatementLog::AddReadyCall(ReadyCall::Member member, int context) {
   if (keeps_) ready_calls_.push_back({member, context, statements_.size()});
 }
 
-void StatementLog::AddSetting(std::string_view category, std::string_view key, const Value& value) {
-  if (keeps_) settings_.push_back({std::string(category), std::string(key), value});
+void StatementLog::AddHostAnswer(HostQuestion question, std::string_view category,
+                                 std::string_view key, const Value& value) {
+  if (!keeps_ && !observer_.host_answered) return;
+  HostAnswer answer{question, std::string(category), std::string(key), value, GateNow()};
+  if (observer_.host_answered) observer_.host_answered(answer);
+  if (keeps_) host_answers_.push_back(std::move(answer));
+}
+
+void StatementLog::BeginLadder() {
+  if (gates_.empty() && observer_.ladder_begun) observer_.ladder_begun();
+  gates_.emplace_back();
+}
+
+void StatementLog::EndLadder() {
+  if (gates_.empty()) return;
+  if (!gates_.back().name.empty()) TellGate(std::nullopt);
+  gates_.pop_back();
+}
+
+void StatementLog::AskGate(std::string_view name, bool by_others) {
+  if (!gates_.empty()) gates_.back() = {std::string(name), by_others};
+}
+
+void StatementLog::AnswerGate(const Verdict& verdict) {
+  if (gates_.empty()) return;
+  TellGate(verdict);
+  gates_.back() = {};
+}
+
+void StatementLog::TellGate(std::optional<Verdict> verdict) {
+  const AskedGate& gate = gates_.back();
+  if (gate.by_others || !observer_.gate_answered) return;
+  observer_.gate_answered({gate.name, std::move(verdict)});
+}
+
+std::string StatementLog::GateNow() const {
+  for (size_t i = gates_.size(); i-- > 0;) {
+    if (!gates_[i].name.empty()) return gates_[i].name;
+  }
+  return "";
 }
 
 void StatementLog::NoteFailure(std::string_view what, const AutomationError& error, CallSite from) {
@@ -128,8 +168,12 @@ class LoggedConnection final : public ConnectionWrapper {
   }
 
   std::vector<ConnectionError> Errors() const override {
-    if (!reported_) return ConnectionWrapper::Errors();
-    return {{reported_->number(), reported_->source(), reported_->description(), ""}};
+    auto errors = reported_
+                      ? std::vector<ConnectionError>{{reported_->number(), reported_->source(),
+                                                      reported_->description(), ""}}
+                      : ConnectionWrapper::Errors();
+    log_.AddErrorsSeen(last_ == 0 ? log_.sent() : last_, errors);
+    return errors;
   }
 
  private:
@@ -139,6 +183,7 @@ class LoggedConnection final : public ConnectionWrapper {
     const auto is = [&](FaultKind kind) { return fault && fault->kind == kind; };
     reported_.reset();
     if (is(FaultKind::kRaised) || is(FaultKind::kLeft)) reported_ = fault->error;
+    last_ = log_.sent() + 1;
     return log_.Send(std::move(sent), [&](LoggedStatement& statement) {
       if (is(FaultKind::kRaised)) throw AutomationError(fault->error);
       RecordsetPtr rows = run(statement);
@@ -149,6 +194,7 @@ class LoggedConnection final : public ConnectionWrapper {
 
   StatementLog& log_;
   std::optional<AutomationError> reported_;  // by order, of the last statement
+  int last_ = 0;  // the number of the last statement sent here; 0 for none
 };
 
 }  // namespace

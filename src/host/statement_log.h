@@ -1,5 +1,5 @@
 // What the library asks of the host: a record of every statement and every readying call, what
-// failed below the rules, and a way to make a statement fail.
+// what else the host answered, what failed below the rules, and a way to make a statement fail.
 //
 // It serves `--trace`, the scenarios' lists of statements, fault injection, and the verdict on a
 // call. One log may watch any number of connections; it keeps the order in which they were used.
@@ -20,6 +20,7 @@
 #include "foundation/call_site.h"
 #include "foundation/connection.h"
 #include "foundation/error.h"
+#include "foundation/rule_watch.h"
 #include "host/seen_rows.h"
 
 namespace tavcc {
@@ -29,6 +30,7 @@ struct LoggedStatement {
   bool is_procedure = false;
   std::string text = {};                            // the batch as sent, or the procedure's name
   CallSite from = {};                               // the line of source that sent it
+  std::string gate = {};                            // that was asked then; empty for none
   std::vector<ProcedureParameter> parameters = {};  // a procedure's input parameters, in order
   std::vector<ProcedureParameter> outputs = {};     // what it gave back in the others
   int rows = -1;            // rows of the result; -1 when it has none or the cursor does not know
@@ -74,6 +76,21 @@ struct Failure {
   CallSite from = {};  // where a statement was sent
 };
 
+// What the host answered beside statements.
+struct HostAnswer {
+  HostQuestion question;
+  std::string category;
+  std::string key;
+  Value value;
+  std::string gate = {};  // that was asked then; empty for none
+};
+
+// What a gate came to in the walk over its list.
+struct GateAnswer {
+  std::string gate;
+  std::optional<Verdict> verdict;  // nothing where an error left it
+};
+
 // Who watches a log.
 struct StatementObserver {
   static constexpr int kAllRows = std::numeric_limits<int>::max();
@@ -83,15 +100,15 @@ struct StatementObserver {
   // Called when the rule has let go of a statement's rows, before or after the next is sent; may be
   // null.
   std::function<void(const LoggedStatement&)> rows_seen = nullptr;
+  // Called when the rule has looked at the connection's errors behind a statement, and there were
+  // some; may be null, as those below.
+  std::function<void(int statement, const std::vector<ConnectionError>&)> errors_seen = nullptr;
+  std::function<void(const HostAnswer&)> host_answered = nullptr;
+  // Called when a list of gates begins that stands within no gate, and for each gate's answer.
+  std::function<void()> ladder_begun = nullptr;
+  std::function<void(const GateAnswer&)> gate_answered = nullptr;
   // How many rows of each statement are kept.
   int rows = 0;
-};
-
-// A system setting that the host was asked for.
-struct LoggedSetting {
-  std::string category;
-  std::string key;
-  Value value;  // Empty where the database has none
 };
 
 class StatementLog {
@@ -102,7 +119,7 @@ class StatementLog {
 
   const std::vector<LoggedStatement>& statements() const { return statements_; }
   const std::vector<ReadyCall>& ready_calls() const { return ready_calls_; }
-  const std::vector<LoggedSetting>& settings() const { return settings_; }
+  const std::vector<HostAnswer>& host_answers() const { return host_answers_; }
   // The first failure of a statement, or of the host or the store beside the statements. A text
   // without its translation is none: whoever asks for a translation takes the text itself where
   // there is none.
@@ -147,11 +164,30 @@ class StatementLog {
     }
   }
   void AddReadyCall(ReadyCall::Member member, int context);
-  void AddSetting(std::string_view category, std::string_view key, const Value& value);
+  // How many statements were sent since the log was cleared.
+  int sent() const { return sent_; }
+  void AddErrorsSeen(int statement, const std::vector<ConnectionError>& errors) const {
+    if (!errors.empty() && observer_.errors_seen) observer_.errors_seen(statement, errors);
+  }
+  void AddHostAnswer(HostQuestion question, std::string_view category, std::string_view key,
+                     const Value& value);
+  // For calls (LoggedCall): a list of gates begins and ends; a gate is asked and answers.
+  void BeginLadder();
+  void EndLadder();
+  void AskGate(std::string_view name, bool by_others);
+  void AnswerGate(const Verdict& verdict);
   void NoteFailure(std::string_view what, const AutomationError& error, CallSite from = {});
 
  private:
+  // The gate that a list asks now; no name before its first and between two.
+  struct AskedGate {
+    std::string name;
+    bool by_others = false;
+  };
+
   RecordsetPtr Add(LoggedStatement statement, RecordsetPtr rows);
+  std::string GateNow() const;
+  void TellGate(std::optional<Verdict> verdict);
 
   bool keeps_ = true;
   int sent_ = 0;
@@ -159,7 +195,8 @@ class StatementLog {
   std::optional<StatementFault> fault_;
   int statements_to_fault_ = 0;
   std::vector<ReadyCall> ready_calls_;
-  std::vector<LoggedSetting> settings_;
+  std::vector<HostAnswer> host_answers_;
+  std::vector<AskedGate> gates_;  // of each list that is walked, the outermost first
   std::optional<Failure> first_failure_;
   StatementObserver observer_;
   RowWatch row_watch_;

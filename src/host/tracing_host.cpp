@@ -56,22 +56,6 @@ class TracedClassInfo final : public ClassInfo {
   StatementLog& log_;
 };
 
-class TracedProfile final : public SystemProfile {
- public:
-  TracedProfile(std::unique_ptr<SystemProfile> profile, StatementLog& log)
-      : profile_(std::move(profile)), log_(log) {}
-  Value GetProfile(std::string_view sDsn, std::string_view category,
-                   std::string_view key) override {
-    Value value = profile_->GetProfile(sDsn, category, key);
-    log_.AddSetting(category, key, value);
-    return value;
-  }
-
- private:
-  const std::unique_ptr<SystemProfile> profile_;
-  StatementLog& log_;
-};
-
 }  // namespace
 
 std::shared_ptr<DbContext> TracingHost::NewDbContext() {
@@ -84,10 +68,6 @@ std::unique_ptr<ApplicationConnection> TracingHost::NewApplicationConnection() {
 
 std::unique_ptr<ClassInfo> TracingHost::NewClassInfo() {
   return std::make_unique<TracedClassInfo>(host_.NewClassInfo(), log_);
-}
-
-std::unique_ptr<SystemProfile> TracingHost::NewSystemProfile() {
-  return std::make_unique<TracedProfile>(host_.NewSystemProfile(), log_);
 }
 
 }  // namespace tavcc

@@ -2,8 +2,8 @@
 // log. All else is the other host's.
 //
 // For a host whose connections are not ours, as the ERP's own; the reference host has its log
-// inside. What the library keeps for its thread (the reader of settings, the resource loader) is
-// handed on as it is, since it outlives any log.
+// inside. What such a host answers beside statements its components tell the thread's watch
+// (foundation/rule_watch.h): some of them are kept for the thread and outlive any log.
 #pragma once
 
 #include <memory>
@@ -22,7 +22,7 @@ class TracingHost final : public Host {
   std::shared_ptr<DbContext> NewDbContext() override;
   std::unique_ptr<ApplicationConnection> NewApplicationConnection() override;
   std::unique_ptr<ClassInfo> NewClassInfo() override;
-  std::unique_ptr<SystemProfile> NewSystemProfile() override;
+  std::unique_ptr<SystemProfile> NewSystemProfile() override { return host_.NewSystemProfile(); }
   std::unique_ptr<ErrorChecker> NewErrorChecker() override { return host_.NewErrorChecker(); }
   std::unique_ptr<DataService> NewDataService() override { return host_.NewDataService(); }
   std::shared_ptr<GLData> NewGLData() override { return host_.NewGLData(); }

@@ -1,7 +1,11 @@
 """tavcc audit and tavcc unaudit: the batch as a host sends it."""
 
 import json
+import os
+import pty
+import sqlite3
 import subprocess
+import time
 
 import case
 from case import FAILED, PASSED, REFUSED, Case, fingerprint, tavcc
@@ -131,6 +135,22 @@ class Audit(Case):
         self.assertEqual(answer.returncode, REFUSED, answer.stdout + answer.stderr)
         self.assertIn("审核人与制单人不能为同一人！", answer.stdout)
 
+    def test_a_right_that_the_user_lacks(self):
+        answer = self.audit("CG260302", "ZZ260301", "--deny", 1020002, "--json")
+        report = json.loads(answer.stdout)
+        self.assertEqual(answer.returncode, REFUSED, answer.stderr)
+        self.assertEqual([bill.get("refusal") for bill in report["bills"]],
+                         ["user.no_right", None])
+        self.assertIn("您没有该单据对应基础资料的权限", report["bills"][0]["message"])
+        answer = self.audit("CG260302", "ZZ260301", "--deny", 1020002, "--deny", 1040005)
+        self.assertIn("passed: 0, refused: 2\n", answer.stdout)
+        for words, text in ((["--deny", 5], "--deny 5: no bill has this class type"),
+                            (["--deny", "all"], "--deny"),
+                            (["--publish", "IndustryType"], "give NAME=VALUE"),
+                            (["--publish", "=1"], "give NAME=VALUE")):
+            with self.subTest(words):
+                self.assert_error(self.audit("CG260302", *words), text)
+
     def test_bills_that_are_none(self):
         for words, text in ((["NONE"], 'no bill has the number "NONE"'),
                             ([], "which bills? give their numbers, or --all"),
@@ -160,6 +180,42 @@ class Audit(Case):
         self.assertEqual(answer.returncode, FAILED)
         self.assertIn("what the batch did was undone", answer.stderr)
         self.assertEqual(self.status("ZZ260301"), 0)
+
+    def on_terminal(self, *words, locked_for=0.0):
+        """What a terminal shows of an audit; another process has locked the file meanwhile."""
+        lock = sqlite3.connect(self.db, isolation_level=None)
+        lock.execute("begin immediate")
+        master, slave = pty.openpty()
+        with subprocess.Popen([case.TAVCC, "audit", "--db", self.db, *words], stdout=slave,
+                              stderr=slave) as process:
+            os.close(slave)
+            time.sleep(locked_for)
+            lock.execute("rollback")
+            lock.close()
+            shown = b""
+            try:
+                while part := os.read(master, 65536):
+                    shown += part
+            except OSError:  # the other end is closed
+                pass
+            os.close(master)
+            self.assertEqual(process.wait(60), PASSED)
+        return shown.decode("utf-8").replace("\r\n", "\n")
+
+    def test_a_terminal_shows_how_far_it_is(self):
+        """The bar is told of each bill before it is sent, and gone before its line is printed."""
+        bar = "\r\x1b[K[" + "." * 30 + "] 0/2 CG260302"
+        gone = "\r\x1b[K"
+        shown = self.on_terminal("CG260302", "ZZ260301", "--each", locked_for=1.0)
+        self.assertTrue(shown.startswith(bar + gone + "编号为：CG260302的购货单单据审核成功！\n"),
+                        repr(shown))
+        self.assertTrue(shown.endswith("编号为：ZZ260301的组装单单据审核成功！\n\n"
+                                       "passed: 2, refused: 0\n"), repr(shown))
+        self.assertEqual(shown.count("] 0/2 CG260302"), 1)
+
+    def test_what_is_done_at_once_shows_no_progress(self):
+        shown = self.on_terminal("ZZ260301")
+        self.assertEqual(shown, "编号为：ZZ260301的组装单单据审核成功！\n\npassed: 1, refused: 0\n")
 
     def test_no_progress_without_a_terminal(self):
         self.assertEqual(self.audit("--all", "--dry-run").stderr, "")

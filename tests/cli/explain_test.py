@@ -241,6 +241,26 @@ class Refusals(ExplainCase):
         self.assertEqual(self.gate(explanation, "maker")["reasons"],
                          [{"maker": "16390", "user": "16390"}])
 
+    def test_a_right_that_the_user_lacks(self):
+        explanation, status = self.explain_one("CG260302", "--deny", "1020002")
+        self.assertEqual(status, REFUSED)
+        right = self.gate(explanation, "right")
+        self.assertEqual((right["answer"], right["refusal"]["name"]), ("refused", "user.no_right"))
+        self.assertEqual(right["reasons"], [{"user": "16394"}])
+        self.assertEqual([gate["gate"] for gate in self.stopped(explanation["gates"])], ["right"])
+        explanation, _ = self.explain_one("CG260302", "--deny", "1030002")
+        self.assertEqual(self.gate(explanation, "right")["answer"], "passed")
+
+    def test_a_value_that_the_host_publishes(self):
+        explanation, _ = self.explain_one("XS260308")
+        general = self.gate(explanation, "limit prices")
+        self.assertEqual(self.settings(general)["published/IndustryType"], None)
+        explanation, _ = self.explain_one("XS260308", "--publish", "IndustryType=1")
+        steel = self.gate(explanation, "limit prices")
+        self.assertEqual(self.settings(steel)["published/IndustryType"], "1")
+        # Steel has a query of its own.
+        self.assertNotEqual(steel["statement"]["sql"], general["statement"]["sql"])
+
 
 class UnAudit(ExplainCase):
     def un_audit(self):
@@ -541,6 +561,20 @@ class Page(ExplainCase):
         answer = tavcc("explain", "XS260305", "--db", self.db, "--html",
                        os.path.join(self.folder.name, "none", "page.html"))
         self.assert_error(answer, "page.html cannot be written: No such file or directory")
+
+    def test_what_is_no_file_is_written_in_place(self):
+        """A page may go into a pipe; a device stays one."""
+        pipe = self.path("pipe")
+        os.mkfifo(pipe)
+        with subprocess.Popen(["cat", pipe], stdout=subprocess.PIPE, text=True) as reader:
+            answer = tavcc("explain", "XS260305", "--db", self.db, "--html", pipe)
+            self.assertEqual(answer.returncode, REFUSED, answer.stderr)
+            self.assertIn("审核出现负库存商品！", reader.communicate(timeout=60)[0])
+        full = self.path("full")
+        os.symlink("/dev/full", full)
+        answer = tavcc("explain", "XS260305", "--db", self.db, "--html", full)
+        self.assert_error(answer, "full cannot be written: No space left on device")
+        self.assertTrue(os.path.islink(full))
 
 
 def comparable(value):

@@ -22,7 +22,7 @@ class Trace(Case):
     def test_a_statement_has_its_rows_its_time_and_its_line(self):
         self.assertRegex(self.trace(*AUDIT), "".join([
             "^> ", re.escape(HEAD), r"\n",
-            r"  1 row, \d+\.\d{3} ms, src/billtypes/\w+\.cpp:\d+\n",
+            r"  1 row, \d+\.\d{3} ms, src/billtypes/bill_gates\.cpp:\d+, gate \"head: exists\"\n",
             r"    FStatus  FVoucherID\n",
             r"    -------  ----------\n",
             r"          0           0\n",
@@ -42,6 +42,8 @@ class Trace(Case):
         self.assertEqual(head["seen"], {"columns": ["FStatus", "FVoucherID"], "rows": [[0, 0]],
                                         "count": 1, "to_the_end": False})
         self.assertEqual(head["rows"], 1)
+        self.assertEqual(head["gate"], "head: exists")
+        self.assertNotIn("gate", update)
         self.assertIsNone(update["rows"])
         self.assertNotIn("seen", update)
 

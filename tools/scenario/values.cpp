@@ -2,10 +2,10 @@
 #include "scenario/values.h"
 
 #include <cstdint>
-#include <cstdio>
 #include <utility>
 
 #include "host/host_dictionary.h"
+#include "host/trace_lines.h"
 
 namespace tavcc {
 namespace {
@@ -52,16 +52,6 @@ Value ArrayFromJson(Host& host, const Json& json) {
   auto vector = host.NewVector();
   for (const Json& element : json) vector->Add(ValueFromJson(host, element));
   return vector;
-}
-
-// To the millisecond where the second is not whole.
-std::string DateText(DateTime date) {
-  const DateTime::Parts parts = date.ToParts();
-  if (parts.millisecond == 0) return date.ToText();
-  char text[40];
-  std::snprintf(text, sizeof(text), "%04d-%02d-%02d %02d:%02d:%02d.%03d", parts.year, parts.month,
-                parts.day, parts.hour, parts.minute, parts.second, parts.millisecond);
-  return text;
 }
 
 Json JsonFromDecimal(const Decimal& decimal) {
@@ -123,7 +113,7 @@ Json JsonFromValue(const Value& value) {
     case Value::Kind::kDecimal:
       return JsonFromDecimal(value.decimal());
     case Value::Kind::kDate:
-      return Json{{"date", DateText(value.date())}};
+      return ParseJson(JsonText(value));
     case Value::Kind::kText:
       return value.text();
     case Value::Kind::kObject:

@@ -6,7 +6,7 @@
 
 #include "foundation/conversions.h"
 #include "foundation/plug_in.h"
-#include "foundation/trap.h"
+#include "host/logged_call.h"
 
 namespace tavcc {
 namespace {
@@ -100,9 +100,7 @@ Answer CalledObject::Call(const Method& method, std::vector<Value> arguments,
                           const StatementObserver& observer) {
   Answer answer;
   answer.arguments = std::move(arguments);
-  erp_.log().Clear();
-  erp_.log().SetObserver(observer);
-  const TrapWatch watch;
+  LoggedCall call(erp_.log(), observer);
   try {
     if (object_ == nullptr) object_ = std::make_unique<PlugIn>(erp_.host());
     answer.result = Invoke(cls_, method, *object_, answer.arguments);
@@ -112,11 +110,9 @@ Answer CalledObject::Call(const Method& method, std::vector<Value> arguments,
     answer.error = error;
     answer.verdict = VerdictOf(method, error);
   }
-  erp_.log().EndRows();
-  erp_.log().SetObserver({});
+  call.End();
   answer.statements = erp_.log().statements();
-  answer.failure = erp_.log().first_failure();
-  if (!answer.failure && watch.first()) answer.failure.emplace(Failure{"", *watch.first()});
+  answer.failure = call.failure();
   if (answer.failure) answer.verdict = Exit::kFailed;
   return answer;
 }

@@ -13,6 +13,7 @@
 #include "foundation/date_time.h"
 #include "foundation/decimal.h"
 #include "foundation/text.h"
+#include "foundation/utf8.h"
 #include "scenario/scenario.h"
 #include "tavcc/command.h"
 #include "tavcc/output.h"

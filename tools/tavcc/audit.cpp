@@ -271,8 +271,7 @@ Exit AuditCommand(const CommonOptions& common, const AuditOptions& options) {
   if (options.all == !options.numbers.empty()) {
     throw CommandError("which bills? give their numbers, or --all");
   }
-  const auto erp = OpenDatabase(common);
-  erp->host().settings().user_id = options.user;
+  const auto erp = OpenDatabase(common, options.host);
   return BatchRun(*erp, common, options, ChosenBills(*erp, options)).Run();
 }
 

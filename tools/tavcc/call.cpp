@@ -146,9 +146,8 @@ Exit CallCommand(const CommonOptions& common, const CallOptions& options) {
   const MethodName name = FindMethodOrFail(options.method);
   std::vector<PlannedCall> calls{Plan(name, options)};
   for (PlannedCall& call : PlanThen(*name.cls, options)) calls.push_back(std::move(call));
-  const auto erp = OpenDatabase(common);
+  const auto erp = OpenDatabase(common, options.host);
   for (PlannedCall& call : calls) DropDatabaseNames(call.arguments, erp->dsn());
-  erp->host().settings().user_id = options.user;
   return Calls(*erp, common, options, *name.cls, calls).Run();
 }
 

@@ -33,6 +33,13 @@ struct CommonOptions {
   int rows = 20;       // of each of them, that --trace shows
 };
 
+// The host that the calls are made on, beside its database.
+struct HostOptions {
+  int16_t user = HostSettings().user_id;
+  std::vector<int32_t> denied;         // class types whose bills the user has no right on
+  std::vector<std::string> published;  // "name=value", for the process
+};
+
 struct InitOptions {
   bool sample = false;  // with the sample company
 };
@@ -41,7 +48,7 @@ struct CallOptions {
   std::string method;              // "Class.Method"
   std::vector<std::string> words;  // "name=value"
   std::string json_file;           // of rich arguments; "-" is standard input, empty is none
-  int16_t user = HostSettings().user_id;
+  HostOptions host;
   bool unsafe_names = false;  // names of tables are sent whatever is in them
   bool unchecked = false;     // keys and directions that mean nothing are sent
   // Further calls on the same object: each a method and its "name=value".
@@ -56,7 +63,7 @@ struct AuditOptions {
   int32_t class_type = 0;            // of them; 0 is any
   bool each = false;                 // every bill in a transaction of its own
   bool dry_run = false;              // nothing is kept
-  int16_t user = HostSettings().user_id;
+  HostOptions host;
 };
 
 struct RunOptions {
@@ -82,8 +89,9 @@ struct ExplainOptions {
   std::optional<int32_t> id;
   bool un_audit = false;
   bool full = false;  // statement and rows of every gate
-  int16_t user = HostSettings().user_id;
-  std::string html_file;  // empty: none is written
+  HostOptions host;
+  std::string html_file;   // empty: none is written
+  std::string trace_file;  // of the automation server; empty: bills are explained
 };
 
 struct RefusalsOptions {

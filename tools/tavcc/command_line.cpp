@@ -13,6 +13,19 @@
 namespace tavcc {
 namespace {
 
+// The host that a command makes its calls on.
+void DescribeHost(CLI::App& app, HostOptions& host) {
+  app.add_option("--user", host.user, "The current user's id")->capture_default_str();
+  app.add_option("--deny", host.denied,
+                 "The user has no right on bills of this class type; may be given again")
+      ->type_name("CLASSTYPE")
+      ->allow_extra_args(false);
+  app.add_option("--publish", host.published,
+                 "What the host publishes for its process, e.g. IndustryType=1; may be given again")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+}
+
 void DescribeInit(CLI::App& app, CommandLine& line) {
   app.add_flag("--sample", line.init.sample, "With the sample company and its bills");
 }
@@ -26,7 +39,7 @@ void DescribeCall(CLI::App& app, CommandLine& line) {
                  "Arguments from a JSON file (\"-\": standard input); \"--json FILE\" behind the "
                  "method's name does the same and prints JSON")
       ->type_name("FILE");
-  app.add_option("--user", line.call.user, "The current user's id")->capture_default_str();
+  DescribeHost(app, line.call.host);
   app.add_flag("--unsafe-names", line.call.unsafe_names,
                "Send names of tables that hold more than a name, as a host would");
   app.add_flag("--unchecked", line.call.unchecked,
@@ -45,7 +58,7 @@ void DescribeAudit(CLI::App& app, CommandLine& line) {
       ->type_name("CLASSTYPE");
   app.add_flag("--each", line.audit.each, "Every bill in a transaction of its own");
   app.add_flag("--dry-run", line.audit.dry_run, "Keep nothing");
-  app.add_option("--user", line.audit.user, "The current user's id")->capture_default_str();
+  DescribeHost(app, line.audit.host);
 }
 
 constexpr int kMostJobs = 256;
@@ -85,7 +98,10 @@ void DescribeExplain(CLI::App& app, CommandLine& line) {
   app.add_flag("--un-audit", line.explain.un_audit, "Why it may or may not be un-audited");
   app.add_flag("--full", line.explain.full, "Statement and rows of every gate");
   app.add_option("--html", line.explain.html_file, "Also write a page of it")->type_name("FILE");
-  app.add_option("--user", line.explain.user, "The current user's id")->capture_default_str();
+  app.add_option("--trace", line.explain.trace_file,
+                 "In place of bills: a call that the automation server traced")
+      ->type_name("FILE");
+  DescribeHost(app, line.explain.host);
 }
 
 void DescribeRefusals(CLI::App& app, CommandLine& line) {
@@ -104,13 +120,16 @@ struct Entry {
   const char* summary;
   void (*describe)(CLI::App& app, CommandLine& line);
   Exit (*run)(const CommandLine& line);
+  bool traces = true;  // it shows the statements that it sends where --trace asks for it
 };
+
+constexpr bool kTraces = true;
 
 constexpr Entry kCommands[] = {
     {"demo", "Audit a sample company's bills and show what happens", DescribeNothing,
      [](const CommandLine& line) { return DemoCommand(line.common); }},
     {"init", "Make a database with the ERP schema", DescribeInit,
-     [](const CommandLine& line) { return InitCommand(line.common, line.init); }},
+     [](const CommandLine& line) { return InitCommand(line.common, line.init); }, !kTraces},
     {"call", "Call one method of one class", DescribeCall,
      [](const CommandLine& line) { return CallCommand(line.common, line.call); }},
     {"audit", "Audit bills in a batch, as a host does", DescribeAudit,
@@ -129,11 +148,11 @@ constexpr Entry kCommands[] = {
      [](const CommandLine& line) { return CheckCommand(line.common); }},
     {"explain", "Why a bill is refused: ask every gate, try the audit, keep nothing",
      DescribeExplain,
-     [](const CommandLine& line) { return ExplainCommand(line.common, line.explain); }},
+     [](const CommandLine& line) { return ExplainCommand(line.common, line.explain); }, !kTraces},
     {"refusals", "Print the refusals of the rules: name, texts, cause, remedy", DescribeRefusals,
-     [](const CommandLine& line) { return RefusalsCommand(line.common, line.refusals); }},
+     [](const CommandLine& line) { return RefusalsCommand(line.common, line.refusals); }, !kTraces},
     {"classes", "Print the method table", DescribeClasses,
-     [](const CommandLine& line) { return ClassesCommand(line.common, line.classes); }},
+     [](const CommandLine& line) { return ClassesCommand(line.common, line.classes); }, !kTraces},
 };
 
 // `--json FILE` behind the method's name gives a call its arguments; `--json` alone asks for JSON
@@ -179,8 +198,12 @@ void DescribeCommon(CLI::App& app, CommonOptions& common) {
   AddSeconds(app, "--busy-timeout", common.busy_seconds,
              "How long a file is waited for that another process has locked; 0 does not wait");
   app.add_flag("--json", common.json, "Print JSON");
+}
+
+void DescribeTrace(CLI::App& app, CommonOptions& common) {
   app.add_flag("--trace", common.trace,
-               "Show each statement, its rows, its time, and the source line that sent it");
+               "Show each statement, its rows, its time, the source line that sent it and the gate "
+               "that was asked");
   app.add_option("--rows", common.rows, "How many rows of each statement --trace shows")
       ->type_name("N")
       ->check(CLI::NonNegativeNumber)
@@ -196,6 +219,7 @@ std::optional<CommandLine> ReadCommandLine(int argc, const char* const* argv) {
   for (const Entry& entry : kCommands) {
     CLI::App* const sub = app.add_subcommand(entry.name, entry.summary);
     DescribeCommon(*sub, line.common);
+    if (entry.traces) DescribeTrace(*sub, line.common);
     entry.describe(*sub, line);
     sub->callback([&line, run = entry.run] { line.command = run; });
   }

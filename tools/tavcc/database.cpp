@@ -1,8 +1,15 @@
 #include "tavcc/database.h"
 
-#include <cstdlib>
-#include <utility>
+#include <fmt/core.h>
 
+#include <charconv>
+#include <cstdlib>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "audit/class_names.h"
+#include "foundation/bill_kinds.h"
 #include "foundation/connection_string.h"
 #include "foundation/error.h"
 #include "foundation/text.h"
@@ -43,6 +50,35 @@ std::string ConnectionString(const CommonOptions& options) {
   return named == 0 && environment != nullptr ? environment : "";
 }
 
+void RequireClasses(const std::vector<int32_t>& class_types) {
+  for (const int32_t class_type : class_types) {
+    if (!ClassName(class_type).empty()) continue;
+    throw CommandError(fmt::format(
+        "--deny {}: no bill has this class type; that of sales bills, for example, is {}",
+        class_type, class_type::kSalesBill));
+  }
+}
+
+// A whole number where it reads as one, else the text.
+Value PublishedValue(const std::string& text) {
+  int32_t number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [at, problem] = std::from_chars(text.data(), end, number);
+  return problem == std::errc() && at == end ? Value(number) : Value(text);
+}
+
+std::vector<std::pair<std::string, Value>> PublishedValues(const std::vector<std::string>& words) {
+  std::vector<std::pair<std::string, Value>> values;
+  for (const std::string& word : words) {
+    const size_t equals = word.find('=');
+    if (equals == std::string::npos || equals == 0) {
+      throw CommandError("--publish " + word + ": give NAME=VALUE, e.g. IndustryType=1");
+    }
+    values.emplace_back(word.substr(0, equals), PublishedValue(word.substr(equals + 1)));
+  }
+  return values;
+}
+
 }  // namespace
 
 std::optional<OdbcOptions> ServerOf(const CommonOptions& options) {
@@ -63,6 +99,19 @@ std::unique_ptr<Erp> OpenDatabase(const CommonOptions& options) {
   if (const auto server = ServerOf(options)) return OpenServer(*server);
   if (options.db.empty()) throw CommandError("which database? give --db FILE or --dsn STRING");
   return std::make_unique<Erp>(FileOptions(options));
+}
+
+std::unique_ptr<Erp> OpenDatabase(const CommonOptions& options, const HostOptions& host) {
+  RequireClasses(host.denied);
+  const auto published = PublishedValues(host.published);
+  auto erp = OpenDatabase(options);
+  HostSettings& settings = erp->host().settings();
+  settings.user_id = host.user;
+  settings.denied_class_types = {host.denied.begin(), host.denied.end()};
+  if (published.empty()) return erp;
+  settings.published = erp->host().NewDictionary();
+  for (const auto& [name, value] : published) settings.published->SetItem(name, value);
+  return erp;
 }
 
 sql::OpenOptions FileOptions(const CommonOptions& options) {

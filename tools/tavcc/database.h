@@ -22,6 +22,10 @@ std::unique_ptr<Erp> OpenServer(const OdbcOptions& server);
 // The named database. Errors: CommandError when none is named; those of opening it.
 std::unique_ptr<Erp> OpenDatabase(const CommonOptions& options);
 
+// The same, with the host that is asked for. Errors: CommandError also for a class type that no
+// bill has, and for a published value without a name.
+std::unique_ptr<Erp> OpenDatabase(const CommonOptions& options, const HostOptions& host);
+
 // How the file of --db is opened. Errors: CommandError for a name that is no file's.
 sql::OpenOptions FileOptions(const CommonOptions& options);
 

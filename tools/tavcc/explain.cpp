@@ -7,11 +7,12 @@
 
 #include "foundation/conversions.h"
 #include "foundation/text.h"
-#include "foundation/trap.h"
+#include "host/logged_call.h"
 #include "registry/bill_ladder.h"
 #include "scenario/scenario.h"
 #include "tavcc/answer.h"
 #include "tavcc/database.h"
+#include "tavcc/explain_trace.h"
 #include "tavcc/output.h"
 #include "tavcc/page.h"
 
@@ -28,12 +29,6 @@ std::string ErrorText(const AutomationError& error) {
 }
 
 // ---- Settings ----------------------------------------------------------------------------------
-
-void AddSetting(std::vector<ReadSetting>& settings, ReadSetting setting) {
-  if (std::find(settings.begin(), settings.end(), setting) == settings.end()) {
-    settings.push_back(std::move(setting));
-  }
-}
 
 // The text of the literal behind `name` and a comparison, from `at` on, which moves behind it.
 std::optional<std::string> ComparedWith(std::string_view sql, std::string_view name, size_t& at) {
@@ -65,26 +60,16 @@ void AddSettingsOf(Erp& erp, const LoggedStatement& statement, std::vector<ReadS
   }
 }
 
-std::vector<ReadSetting> SettingsSince(Erp& erp, size_t first_setting, size_t first_statement) {
-  std::vector<ReadSetting> settings;
-  const auto& read = erp.log().settings();
-  for (size_t i = first_setting; i < read.size(); ++i) {
-    ReadSetting setting{read[i].category, read[i].key, std::nullopt};
-    if (!read[i].value.IsEmpty()) setting.value = ValueText(read[i].value);
-    AddSetting(settings, std::move(setting));
+// What was read while the gate was asked: of the host, and by its statements.
+std::vector<ReadSetting> SettingsOfGate(Erp& erp, std::string_view gate) {
+  std::vector<ReadSetting> settings = SettingsOf(erp.log().host_answers(), gate);
+  for (const LoggedStatement& sent : erp.log().statements()) {
+    if (!sent.gate.empty()) AddSettingsOf(erp, sent, settings);
   }
-  const auto& sent = erp.log().statements();
-  for (size_t i = first_statement; i < sent.size(); ++i) AddSettingsOf(erp, sent[i], settings);
   return settings;
 }
 
 // ---- Gates -------------------------------------------------------------------------------------
-
-std::vector<std::string> Texts(const std::vector<Value>& row) {
-  std::vector<std::string> texts;
-  for (const Value& value : row) texts.push_back(ValueText(value));
-  return texts;
-}
 
 // The rows of a query: those that the rule saw, or, where it did not look at all of them, those
 // that the same query answers once more.
@@ -92,10 +77,7 @@ ShownRows RowsOf(Erp& erp, const LoggedStatement& statement) {
   ShownRows shown;
   const SeenRows* const seen = statement.seen.get();
   if (seen != nullptr && seen->to_the_end && !seen->columns.empty()) {
-    shown.columns = seen->columns;
-    for (const std::vector<Value>& row : seen->rows) shown.rows.push_back(Texts(row));
-    shown.whole = seen->count == static_cast<int>(seen->rows.size());
-    return shown;
+    return Shown(*seen);
   }
   const RecordsetPtr rows = erp.host().GetUnloggedConnection(erp.dsn())->Execute(statement.text);
   if (rows == nullptr || !rows->IsOpen()) return shown;
@@ -111,32 +93,27 @@ ShownRows RowsOf(Erp& erp, const LoggedStatement& statement) {
   return shown;
 }
 
-// What failed below a gate, or was trapped in it; nothing when all went well.
-std::optional<AutomationError> FailureOf(Erp& erp, const TrapWatch& watch) {
-  if (erp.log().first_failure()) return erp.log().first_failure()->error;
-  return watch.first();
+// The last statement of the gate that answered with rows, or failed.
+std::optional<LoggedStatement> DecidingStatement(const std::vector<LoggedStatement>& sent) {
+  for (size_t i = sent.size(); i-- > 0;) {
+    if (!sent[i].gate.empty() && (sent[i].rows >= 0 || sent[i].error)) return sent[i];
+  }
+  return std::nullopt;
 }
 
 void Judge(Erp& erp, PlugIn& self, const LoneGate& gate, Rung& rung) {
-  erp.log().Clear();
-  erp.log().SetObserver({.rows = static_cast<int>(kMostRows)});
-  const TrapWatch watch;
-  size_t first_setting = 0;
-  size_t first_statement = 0;
+  LoggedCall call(erp.log(), {.rows = static_cast<int>(kMostRows)});
   Verdict verdict;
   std::optional<AutomationError> error;
   try {
     self.InitObjects(erp.dsn());
     const auto ask = gate.prepare();
-    first_setting = erp.log().settings().size();
-    first_statement = erp.log().statements().size();
-    verdict = ask();
+    verdict = WatchedLadder().Ask(gate.name, false, ask);
   } catch (const AutomationError& raised) {
     error = raised;
   }
-  erp.log().EndRows();
-  erp.log().SetObserver({});
-  if (!error) error = FailureOf(erp, watch);
+  call.End();
+  if (!error && call.failure()) error = call.failure()->error;
   if (error) {
     rung.answer = Rung::Answer::kFailed;
     rung.message = ErrorText(*error);
@@ -148,15 +125,10 @@ void Judge(Erp& erp, PlugIn& self, const LoneGate& gate, Rung& rung) {
   } else {
     rung.answer = verdict.asked ? Rung::Answer::kPassed : Rung::Answer::kNotAsked;
   }
-  const std::vector<LoggedStatement> sent = erp.log().statements();
-  for (size_t i = sent.size(); i-- > first_statement;) {
-    if (sent[i].rows < 0 && !sent[i].error) continue;
-    rung.statement = sent[i];
-    break;
-  }
+  rung.statement = DecidingStatement(erp.log().statements());
   // Behind an error nothing more is asked of the session.
   if (error) return;
-  rung.settings = SettingsSince(erp, first_setting, first_statement);
+  rung.settings = SettingsOfGate(erp, gate.name);
   if (rung.statement) rung.rows = RowsOf(erp, *rung.statement);
 }
 
@@ -304,11 +276,11 @@ Explanation Explain(Erp& erp, const Bill& bill, int16_t direction) {
 }
 
 Exit ExplainCommand(const CommonOptions& common, const ExplainOptions& options) {
+  if (!options.trace_file.empty()) return ExplainTrace(common, options);
   if (options.numbers.empty() && !options.id) {
     throw CommandError("which bill? give its number, or --id N with --class N");
   }
-  const auto erp = OpenDatabase(common);
-  erp->host().settings().user_id = options.user;
+  const auto erp = OpenDatabase(common, options.host);
   const int16_t direction = options.un_audit ? -1 : 1;
   std::vector<Explanation> explanations;
   Exit verdict = Exit::kPassed;

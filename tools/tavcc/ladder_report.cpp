@@ -82,6 +82,37 @@ std::string DetailsText(const Rung& rung) {
 
 }  // namespace
 
+void AddSetting(std::vector<ReadSetting>& settings, ReadSetting setting) {
+  if (std::find(settings.begin(), settings.end(), setting) == settings.end()) {
+    settings.push_back(std::move(setting));
+  }
+}
+
+std::vector<ReadSetting> SettingsOf(const std::vector<HostAnswer>& answers, std::string_view gate) {
+  std::vector<ReadSetting> settings;
+  for (const HostAnswer& answer : answers) {
+    const bool published = answer.question == HostQuestion::kPublished;
+    const bool told = published || answer.question == HostQuestion::kSetting;
+    if (!told || answer.gate != gate) continue;
+    ReadSetting setting{published ? "published" : answer.category, answer.key, std::nullopt};
+    if (!answer.value.IsEmpty()) setting.value = ValueText(answer.value);
+    AddSetting(settings, std::move(setting));
+  }
+  return settings;
+}
+
+ShownRows Shown(const SeenRows& seen) {
+  ShownRows shown;
+  shown.columns = seen.columns;
+  for (const std::vector<Value>& row : seen.rows) {
+    std::vector<std::string>& texts = shown.rows.emplace_back();
+    for (const Value& value : row) texts.push_back(ValueText(value));
+    texts.resize(seen.columns.size());
+  }
+  shown.whole = seen.count == static_cast<int>(seen.rows.size());
+  return shown;
+}
+
 std::string SettingText(const ReadSetting& setting) {
   return fmt::format("{}/{} {}", setting.category, setting.key,
                      setting.value ? "= " + *setting.value : "is not set");

@@ -21,6 +21,13 @@ struct ReadSetting {
   friend bool operator==(const ReadSetting&, const ReadSetting&) = default;
 };
 
+// Adds it where it is not among them.
+void AddSetting(std::vector<ReadSetting>& settings, ReadSetting setting);
+
+// The settings that were read while the gate was asked; values published for the process are told
+// under "published".
+std::vector<ReadSetting> SettingsOf(const std::vector<HostAnswer>& answers, std::string_view gate);
+
 // What a row says about a refusal: labels and values, e.g. line 1, item "03.001 内胎".
 using Reason = std::vector<std::pair<std::string, std::string>>;
 
@@ -46,6 +53,9 @@ struct Rung {
   ShownRows rows;  // its rows
   std::vector<Reason> reasons;
 };
+
+// Those that a rule saw.
+ShownRows Shown(const SeenRows& seen);
 
 // "passed", "refused", "failed", "not asked".
 const char* AnswerText(Rung::Answer answer);

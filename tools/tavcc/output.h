@@ -16,9 +16,6 @@ void Print(std::string_view text);
 // The same to standard error, where what cannot be written is lost: it is aside from any verdict.
 void PrintAside(std::string_view text);
 
-// Whether the whole text is UTF-8.
-bool IsUtf8(std::string_view text);
-
 // A value on one line: NULL, dates as YYYY-MM-DD HH:MM:SS, Booleans as True and False.
 std::string ValueText(const Value& value);
 

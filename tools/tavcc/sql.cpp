@@ -2,6 +2,7 @@
 #include <iostream>
 #include <iterator>
 
+#include "foundation/utf8.h"
 #include "tavcc/command.h"
 #include "tavcc/database.h"
 #include "tavcc/output.h"

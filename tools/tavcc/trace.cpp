@@ -5,8 +5,8 @@
 #include <memory>
 #include <utility>
 
+#include "host/trace_lines.h"
 #include "scenario/runner.h"
-#include "scenario/values.h"
 #include "tavcc/output.h"
 #include "tavcc/table.h"
 
@@ -35,23 +35,12 @@ std::string OutcomeText(const LoggedStatement& statement) {
   return "done";
 }
 
-void ShowSent(const LoggedStatement& statement) {
-  std::string text = fmt::format("> {}\n{}{}, {:.3f} ms", Indented(ShowStatement(statement)),
-                                 kLineIndent, OutcomeText(statement), statement.milliseconds);
-  const std::string from = PlaceText(statement.from);
-  if (!from.empty()) text += ", " + from;
-  for (const ProcedureParameter& output : statement.outputs) {
-    text += fmt::format("\n{}{} = {}", kRowIndent, output.name, ValueText(output.value));
-  }
-  PrintAside(text + "\n");
-}
-
 // Shows rows below their statement, or says whose they are where another one was sent meanwhile.
 StatementObserver OnStandardError(int rows) {
   const auto last = std::make_shared<std::shared_ptr<const SeenRows>>();
   return {.sent =
               [last](const LoggedStatement& statement) {
-                ShowSent(statement);
+                PrintAside(SentText(statement));
                 *last = statement.seen;
               },
           .rows_seen =
@@ -62,30 +51,9 @@ StatementObserver OnStandardError(int rows) {
                   text = fmt::format("{}rows of {}\n", kLineIndent,
                                      Indented(ShowStatement(statement)));
                 }
-                PrintAside(text + SeenRowsText(*statement.seen, statement.rows, kRowIndent));
+                PrintAside(text + SentRowsText(statement));
               },
           .rows = rows};
-}
-
-Json ParametersJson(const std::vector<ProcedureParameter>& parameters) {
-  Json json = Json::object();
-  for (const ProcedureParameter& parameter : parameters) {
-    json[parameter.name] = JsonFromValue(parameter.value);
-  }
-  return json;
-}
-
-Json SeenRowsJson(const SeenRows& seen) {
-  Json rows = Json::array();
-  for (const std::vector<Value>& row : seen.rows) {
-    Json fields = Json::array();
-    for (const Value& value : row) fields.push_back(JsonFromValue(value));
-    rows.push_back(std::move(fields));
-  }
-  return {{"columns", seen.columns},
-          {"rows", std::move(rows)},
-          {"count", seen.count},
-          {"to_the_end", seen.to_the_end}};
 }
 
 }  // namespace
@@ -102,6 +70,22 @@ StatementObserver TraceForJson(const CommonOptions& options) {
 StatementObserver TraceWithoutRows(const CommonOptions& options) {
   if (!options.trace) return {};
   return OnStandardError(0);
+}
+
+std::string SentText(const LoggedStatement& statement) {
+  std::string text = fmt::format("> {}\n{}{}, {:.3f} ms", Indented(ShowStatement(statement)),
+                                 kLineIndent, OutcomeText(statement), statement.milliseconds);
+  if (const std::string from = PlaceText(statement.from); !from.empty()) text += ", " + from;
+  if (!statement.gate.empty()) text += fmt::format(", gate \"{}\"", statement.gate);
+  for (const ProcedureParameter& output : statement.outputs) {
+    text += fmt::format("\n{}{} = {}", kRowIndent, output.name, ValueText(output.value));
+  }
+  return text + "\n";
+}
+
+std::string SentRowsText(const LoggedStatement& statement) {
+  if (statement.seen == nullptr || statement.seen->count == 0) return "";
+  return SeenRowsText(*statement.seen, statement.rows, kRowIndent);
 }
 
 std::string SeenRowsText(const SeenRows& seen, int in_all, std::string_view indent) {
@@ -125,20 +109,8 @@ std::string SeenRowsText(const SeenRows& seen, int in_all, std::string_view inde
 }
 
 Json StatementJson(const LoggedStatement& statement) {
-  Json json = Json::object();
-  json[statement.is_procedure ? "procedure" : "sql"] = statement.text;
-  if (statement.is_procedure) {
-    json["parameters"] = ParametersJson(statement.parameters);
-    json["outputs"] = ParametersJson(statement.outputs);
-  }
-  json["from"] = PlaceText(statement.from);
-  json["rows"] = statement.rows < 0 ? Json() : Json(statement.rows);
-  if (statement.seen != nullptr) json["seen"] = SeenRowsJson(*statement.seen);
-  json["milliseconds"] = statement.milliseconds;
-  if (statement.error) {
-    json["error"] = {{"number", statement.error->number()},
-                     {"description", statement.error->description()}};
-  }
+  Json json = ParseJson(StatementText(statement));
+  if (statement.seen != nullptr) json["seen"] = ParseJson(SeenText(*statement.seen));
   return json;
 }
 

@@ -24,7 +24,13 @@ StatementObserver TraceForJson(const CommonOptions& options);
 // how many of the `in_all` (-1 where that is not known) were not looked at.
 std::string SeenRowsText(const SeenRows& seen, int in_all, std::string_view indent = "");
 
-// A statement with its parameters, rows, time, error and sender.
+// A statement as --trace shows it: with what came of it, its time, its sender and its gate; and its
+// rows, as far as they were seen and kept.
+std::string SentText(const LoggedStatement& statement);
+std::string SentRowsText(const LoggedStatement& statement);
+
+// A statement in the form of host/trace_lines.h, without its number; under "seen" the rows that the
+// rule saw.
 Json StatementJson(const LoggedStatement& statement);
 
 }  // namespace tavcc

@@ -1,0 +1,214 @@
+"""tavcc explain --trace FILE: a call that the automation server traced."""
+
+import json
+import os
+import subprocess
+
+import case
+from case import FAILED, PASSED, REFUSED, Case, tavcc
+
+HEAD = "Select FStatus,FVoucherID From T_CC_ZZCX where FID=121"
+BEGIN = {"call": "cls_CX.AuditBill", "started": "2026-03-15 10:00:00.123", "process": 7,
+         "thread": 8, "arguments": {"lngFID": 121, "lngUserID": 7, "sDsn": "PWD=***;Server=erp",
+                                    "strReturnMsg": ""}}
+LADDER = {"ladder": 1}
+SENT = {"statement": 1, "sql": HEAD, "from": "src/billtypes/bill_gates.cpp:21",
+        "gate": "head: exists", "rows": 1, "milliseconds": 0.4}
+ROWS = {"rows_of": 1, "columns": ["FStatus", "FVoucherID"], "rows": [[1, {"decimal": "0.50"}]],
+        "count": 1, "to_the_end": False}
+EXISTS = {"gate": "head: exists", "answer": "passed"}
+REFUSED_GATE = {"gate": "head: state", "answer": "refused", "message": "该单据已被审核，不能再审核！",
+                "rule": "src/billtypes/bill_gates.cpp:65"}
+REFUSAL = {"result": False, "arguments": {"strReturnMsg": "该单据已被审核，不能再审核！"},
+           "milliseconds": 1.5}
+UPDATE = {"statement": 2, "sql": "Update T_CC_ZZCX set FStatus=1", "rows": None,
+          "from": "src/billtypes/bill_actions.cpp:30", "milliseconds": 2}
+PASSED_END = {"result": True, "arguments": {"strReturnMsg": ""}, "milliseconds": 3}
+
+# Two bills of a batch: the first is refused for lack of stock.
+BATCH = [
+    {"call": "PublicSysInfo.AuditBill", "started": "2026-03-15 10:00:00.123", "process": 7,
+     "thread": 8, "arguments": {"billVect": [
+         {"ClassTypeID": 1030002, "BillInterID": 134, "BillNo": "XS260305"},
+         {"ClassTypeID": 1040005, "BillInterID": 121, "BillNo": "ZZ260301"}], "CheckType": 1}},
+    {"host": "setting", "category": "IC", "key": "CalculateType", "value": "0"},
+    {"ladder": 1},
+    {"host": "right", "key": "1030002", "value": True, "gate": "right"},
+    {"gate": "right", "answer": "passed"},
+    {"gate": "auditor", "answer": "not asked"},
+    {"host": "published", "key": "IndustryType", "value": {"empty": True}, "gate": "limit prices"},
+    {"gate": "limit prices", "answer": "passed"},
+    {"host": "setting", "category": "IC", "key": "UnderStock", "value": None,
+     "gate": "negative stock"},
+    {"statement": 1, "sql": "Select Short", "from": "src/checks/x.cpp:7", "gate": "negative stock",
+     "rows": -1, "milliseconds": 1},
+    {"gate": "negative stock", "answer": "refused", "message": "审核出现负库存商品！",
+     "rule": "src/audit/batch_audit.cpp:160"},
+    {"rows_of": 1, "columns": ["DIFFQTY"], "rows": [[{"decimal": "-799"}]], "count": 1,
+     "to_the_end": True},
+    {"ladder": 2},
+    {"gate": "right", "answer": "passed"},
+    {"statement": 2, "procedure": "sp_Post", "parameters": {"@FID": 121}, "outputs": {"@m": ""},
+     "from": "src/audit/y.cpp:8", "rows": None, "milliseconds": 1},
+    {"result": {"integer": 0}, "milliseconds": 3, "arguments": {"dct": {
+        "BillInfo": "编号为：XS260305的销售单单据审核失败！失败原因：审核出现负库存商品！|"
+                    "编号为：ZZ260301的组装单单据审核成功！|",
+        "ErrorMsg": "", "SuccessCount": 1, "FailCount": 1, "NegItemID": "7"}}},
+]
+
+
+class ExplainTrace(Case):
+    def trace(self, *lines, tail=""):
+        text = "".join(json.dumps(line, ensure_ascii=False) + "\n" for line in lines)
+        return self.write("trace.jsonl", text + tail)
+
+    def explain(self, *lines, words=(), tail=""):
+        return tavcc("explain", "--trace", self.trace(*lines, tail=tail), *words)
+
+    def test_a_refusal_is_told_with_the_rows_that_decided(self):
+        answer = self.explain(BEGIN, LADDER, SENT, EXISTS, REFUSED_GATE, ROWS, REFUSAL)
+        self.assertEqual(answer.returncode, REFUSED, answer.stderr)
+        self.assertEqual(answer.stdout, """\
+cls_CX.AuditBill refused, 2026-03-15 10:00:00.123, 1.5 ms
+  lngFID = 121
+  lngUserID = 7
+  sDsn = PWD=***;Server=erp
+  strReturnMsg =
+
+Gates:
+
+  passed    head: exists
+  refused   head: state   该单据已被审核，不能再审核！  [bill.audited]
+            cause     The bill is audited already.
+            remedy    Nothing is left to do; to audit it again, un-audit it first.
+            rule      src/billtypes/bill_gates.cpp:65
+            statement Select FStatus,FVoucherID From T_CC_ZZCX where FID=121
+            sent by   src/billtypes/bill_gates.cpp:21
+            rows      FStatus  FVoucherID
+                      -------  ----------
+                            1        0.50
+
+该单据已被审核，不能再审核！
+  [bill.audited]
+  cause   The bill is audited already.
+  remedy  Nothing is left to do; to audit it again, un-audit it first.
+""")
+
+    def test_a_call_that_passed(self):
+        answer = self.explain(BEGIN, LADDER, SENT, EXISTS, ROWS, UPDATE, PASSED_END)
+        self.assertEqual(answer.returncode, PASSED, answer.stderr)
+        self.assertTrue(answer.stdout.endswith(
+            "  passed    head: exists\n\n1 statement beside the gates (--full shows them)\n"),
+            answer.stdout)
+
+    def test_full_shows_every_statement(self):
+        answer = self.explain(BEGIN, LADDER, SENT, EXISTS, ROWS, UPDATE, PASSED_END,
+                              words=["--full"])
+        self.assertIn(f"            statement {HEAD}\n", answer.stdout)
+        self.assertIn("\nStatements beside the gates:\n\n> Update T_CC_ZZCX set FStatus=1\n"
+                      "  done, 2.000 ms, src/billtypes/bill_actions.cpp:30\n", answer.stdout)
+
+    def test_a_call_without_gates_shows_its_statements(self):
+        begin = dict(BEGIN, call="PublicSysInfo.GetLowPrice", arguments={"lItemID": 7})
+        sent = {key: SENT[key] for key in SENT if key != "gate"}
+        answer = self.explain(begin, sent, ROWS, {"result": 1.5, "arguments": {},
+                                                  "milliseconds": 1})
+        self.assertEqual(answer.returncode, PASSED, answer.stderr)
+        self.assertIn(f"\nStatements:\n\n> {HEAD}\n  1 row, 0.400 ms, "
+                      "src/billtypes/bill_gates.cpp:21\n    FStatus  FVoucherID\n", answer.stdout)
+
+    def test_a_statement_that_failed(self):
+        failed = dict(SENT, rows=None,
+                      error={"number": 208, "source": "db", "description": "no such table"})
+        answer = self.explain(BEGIN, LADDER, failed, {"gate": "head: exists", "answer": "failed"},
+                              dict(REFUSAL, failure=failed["error"]))
+        self.assertEqual(answer.returncode, FAILED, answer.stderr)
+        self.assertRegex(answer.stdout, r"\n  failed    head: exists  no such table\n")
+        self.assertIn("\nerror 208: no such table\n", answer.stdout)
+
+    def test_an_error_that_the_call_raised(self):
+        end = {"error": {"number": -5, "source": "x", "description": "单据已经审核,不允许删除。"},
+               "arguments": {}, "milliseconds": 1}
+        begin = dict(BEGIN, call="cls_DB.BeforeDel", arguments={"nInterID": 7})
+        answer = self.explain(begin, SENT, ROWS, end)
+        self.assertEqual(answer.returncode, REFUSED, answer.stderr)
+        self.assertIn("error -5: 单据已经审核,不允许删除。", answer.stdout)
+
+    def test_a_batch_has_a_ladder_per_bill(self):
+        answer = self.explain(*BATCH)
+        self.assertEqual(answer.returncode, REFUSED, answer.stderr)
+        self.assertIn("\nGates of 销售单 XS260305:\n\n  passed    right\n"
+                      "  passed    limit prices    published/IndustryType is not set\n"
+                      "  refused   negative stock  审核出现负库存商品！  [stock.negative]\n",
+                      answer.stdout)
+        self.assertIn("settings  IC/UnderStock = NULL\n", answer.stdout)
+        self.assertRegex(answer.stdout, r"rows +DIFFQTY\n +-+\n +-799\n")
+        self.assertIn("\nGates of 组装单 ZZ260301:\n\n  passed    right\n\n"
+                      "1 statement beside the gates (--full shows them)\n", answer.stdout)
+        self.assertIn("\n编号为：XS260305的销售单单据审核失败！失败原因：审核出现负库存商品！\n"
+                      "编号为：ZZ260301的组装单单据审核成功！\n", answer.stdout)
+
+    def test_as_json(self):
+        record = json.loads(self.explain(*BATCH, words=["--json"]).stdout)
+        self.assertEqual((record["call"], record["verdict"]),
+                         ("PublicSysInfo.AuditBill", "refused"))
+        first, second = record["ladders"]
+        self.assertEqual((first["bill"], second["bill"]), ("销售单 XS260305", "组装单 ZZ260301"))
+        self.assertEqual([(gate["gate"], gate["answer"]) for gate in first["gates"]],
+                         [("right", "passed"), ("auditor", "not asked"), ("limit prices", "passed"),
+                          ("negative stock", "refused")])
+        self.assertEqual(first["gates"][-1]["refusal"]["name"], "stock.negative")
+        self.assertEqual(first["gates"][-1]["answer_rows"]["rows"], [["-799"]])
+        short, post = record["statements"]
+        self.assertEqual(short["seen"]["rows"], [[{"decimal": "-799"}]])
+        self.assertEqual(post["parameters"], {"@FID": 121})
+
+    def test_a_process_that_ended_in_the_middle(self):
+        answer = self.explain(BEGIN, SENT, tail='{"rows_of":1,"col')
+        self.assertEqual(answer.returncode, FAILED, answer.stderr)
+        self.assertIn("the trace ends before the call did", answer.stdout)
+
+    def test_lines_that_were_left_out_are_told(self):
+        answer = self.explain(BEGIN, SENT, {"left_out": 12}, REFUSAL)
+        self.assertIn("\n12 lines were left out: the file was full\n", answer.stdout)
+
+    def test_what_is_no_trace_is_told(self):
+        for lines, tail, text in (
+                ([], "hello\n", "line 1: "), ([], "", "is empty, no trace of a call"),
+                ([{"name": "a scenario"}], "", "line 1: is not the first line of a trace"),
+                ([BEGIN, {"other": 1}], "", "line 2: is of no kind that a trace has"),
+                ([BEGIN, BEGIN], "", "line 2: is not the first line"),
+                ([BEGIN], "broken\n{}\n", "line 2: "), ([BEGIN, {"statement": "x"}], "", "line 2"),
+                ([BEGIN, 7], "", "line 2: is of no kind"),
+                ([dict(BEGIN, call="cls_CX.Frob")], "", "line 1: cls_CX has no method"),
+                ([dict(BEGIN, call=7)], "", "line 1"), ([{"call": "cls_CX.AuditBill"}], "", "line 1")):
+            with self.subTest(text):
+                self.assert_error(self.explain(*lines, tail=tail), text)
+        self.assert_error(tavcc("explain", "--trace", self.path("none.jsonl")), "none.jsonl")
+        self.assert_error(tavcc("explain", "--trace"), "--trace")
+
+    def test_a_trace_is_explained_alone(self):
+        for words in (["XS260305"], ["--id", 7], ["--html", self.path("page.html")]):
+            self.assert_error(self.explain(*BATCH, words=words), "give no bill and no --html")
+
+    def test_an_output_that_cannot_be_written_is_told(self):
+        with open("/dev/full", "w", encoding="utf-8") as full:
+            answer = subprocess.run([case.TAVCC, "explain", "--trace", self.trace(*BATCH)],
+                                    stdout=full, stderr=subprocess.PIPE, text=True, timeout=60,
+                                    check=False)
+        self.assertEqual(answer.returncode, FAILED)
+        self.assertIn("the output cannot be written", answer.stderr)
+
+    def test_a_reader_that_has_gone_is_told(self):
+        read, write = os.pipe()
+        os.close(read)
+        answer = subprocess.run([case.TAVCC, "explain", "--trace", self.trace(*BATCH)],
+                                stdout=write, stderr=subprocess.PIPE, text=True, timeout=60,
+                                check=False)
+        os.close(write)
+        self.assertEqual(answer.returncode, FAILED)
+        self.assertIn("Broken pipe", answer.stderr)
+
+
+if __name__ == "__main__":
+    case.main()

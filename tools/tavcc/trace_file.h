@@ -1,0 +1,50 @@
+// A call that the automation server traced, read from its file (host/trace_lines.h has the form).
+#pragma once
+
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/host_dictionary.h"
+#include "host/statement_log.h"
+#include "scenario/json.h"
+
+namespace tavcc {
+
+// One walk over a list of gates, with what was sent and asked until the next one began.
+struct TracedLadder {
+  struct Gate {
+    std::string name;
+    std::string answer;  // "passed", "refused", "not asked", "failed"
+    std::string message;
+    std::string place;  // of the refusal
+  };
+  std::vector<Gate> gates;
+  std::vector<LoggedStatement> statements;
+  std::vector<HostAnswer> host_answers;
+};
+
+struct TracedCall {
+  // What came back.
+  struct End {
+    Json arguments;  // the in/out ones
+    Value result;    // Empty where the call raised an error
+    std::optional<AutomationError> error;
+    std::optional<AutomationError> failure;  // below the rules, whatever they made of it
+    double milliseconds = 0;
+  };
+
+  std::string call;  // "Class.Method"
+  std::string started;
+  Json arguments;
+  std::vector<TracedLadder> ladders;  // the first has no gates: it is what came before them
+  std::optional<End> end;             // nothing where the process ended before the call did
+  int left_out = 0;                   // lines that were too many for the file
+  std::deque<std::string> files;      // of the places of the statements, which refer to them
+};
+
+// Errors: CommandError naming the file, and the line where it is no trace.
+TracedCall ReadTrace(const std::string& file);
+
+}  // namespace tavcc
