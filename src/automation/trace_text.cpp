@@ -60,14 +60,14 @@ std::string TraceText::ResultLine(const Value& result, const std::optional<Failu
 
 std::string TraceText::ErrorLine(const AutomationError& error,
                                  const std::optional<Failure>& failure, double milliseconds) const {
-  return Cat("{\"error\":", ErrorText(Masked(error)), Tail(failure, milliseconds));
+  return Cat("{\"error\":", ErrorJsonText(Masked(error)), Tail(failure, milliseconds));
 }
 
 std::string TraceText::Tail(const std::optional<Failure>& failure, double milliseconds) const {
   char time[40];
   std::snprintf(time, sizeof(time), "%.3f", milliseconds);
   return Cat(",\"arguments\":", ArgumentsText(true),
-             failure ? Cat(",\"failure\":", ErrorText(Masked(failure->error))) : "",
+             failure ? Cat(",\"failure\":", ErrorJsonText(Masked(failure->error))) : "",
              ",\"milliseconds\":", std::string_view(time), "}");
 }
 

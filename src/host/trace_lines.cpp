@@ -85,7 +85,7 @@ std::string StatementMembers(const LoggedStatement& statement) {
   if (!statement.gate.empty()) CatTo(members, ",\"gate\":", JsonQuoted(statement.gate));
   CatTo(members, ",\"rows\":", RowCountText(statement),
         ",\"milliseconds\":", Milliseconds(statement.milliseconds));
-  if (statement.error) CatTo(members, ",\"error\":", ErrorText(*statement.error));
+  if (statement.error) CatTo(members, ",\"error\":", ErrorJsonText(*statement.error));
   return members;
 }
 
@@ -161,16 +161,16 @@ std::string JsonText(const Value& value) {
   return "null";
 }
 
-std::string ErrorText(const AutomationError& error) {
+std::string ErrorJsonText(const AutomationError& error) {
   return Cat("{\"number\":", error.number(), ",\"source\":", JsonQuoted(error.source()),
              ",\"description\":", JsonQuoted(error.description()), "}");
 }
 
-std::string StatementText(const LoggedStatement& statement) {
+std::string StatementJsonText(const LoggedStatement& statement) {
   return Cat("{", StatementMembers(statement), "}");
 }
 
-std::string SeenText(const SeenRows& seen) {
+std::string SeenJsonText(const SeenRows& seen) {
   return Cat("{", SeenMembers(seen), "}");
 }
 

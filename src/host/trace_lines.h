@@ -52,8 +52,8 @@ std::string HostLine(const HostAnswer& answer);
 std::string GateLine(const GateAnswer& answer);
 
 // Objects.
-std::string StatementText(const LoggedStatement& statement);
-std::string SeenText(const SeenRows& seen);
-std::string ErrorText(const AutomationError& error);
+std::string StatementJsonText(const LoggedStatement& statement);
+std::string SeenJsonText(const SeenRows& seen);
+std::string ErrorJsonText(const AutomationError& error);
 
 }  // namespace tavcc

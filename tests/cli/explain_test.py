@@ -10,6 +10,7 @@ import os
 import re
 import resource
 import shlex
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -723,6 +724,8 @@ class Document(ExplainCase):
         blocks = re.findall(r"^```\n(\$ tavcc .*?)^```", self.document(), re.S | re.M)
         self.assertGreater(len(blocks), 4)
         with tempfile.TemporaryDirectory() as folder:
+            shutil.copy(os.path.join(os.path.dirname(os.path.abspath(__file__)),
+                                     "traces/audited_twice.jsonl"), folder)
             for block in blocks:
                 printed = ""
                 for line in re.findall(r"^\$ (tavcc .*)$", block, re.M):

@@ -9,8 +9,8 @@ from case import FAILED, PASSED, REFUSED, Case, tavcc
 
 HEAD = "Select FStatus,FVoucherID From T_CC_ZZCX where FID=121"
 BEGIN = {"call": "cls_CX.AuditBill", "started": "2026-03-15 10:00:00.123", "process": 7,
-         "thread": 8, "arguments": {"lngFID": 121, "lngUserID": 7, "sDsn": "PWD=***;Server=erp",
-                                    "strReturnMsg": ""}}
+         "thread": 8, "arguments": {"lngFID": {"integer": 121}, "lngUserID": 7,
+                                    "sDsn": "PWD=***;Server=erp", "strReturnMsg": ""}}
 LADDER = {"ladder": 1}
 SENT = {"statement": 1, "sql": HEAD, "from": "src/billtypes/bill_gates.cpp:21",
         "gate": "head: exists", "rows": 1, "milliseconds": 0.4}
@@ -163,6 +163,13 @@ Gates:
         self.assertEqual(short["seen"]["rows"], [[{"decimal": "-799"}]])
         self.assertEqual(post["parameters"], {"@FID": 121})
 
+    def test_an_answer_without_rows_says_so(self):
+        none = {"rows_of": 1, "columns": [], "rows": [], "count": 0, "to_the_end": True}
+        gate = {"gate": "head: exists", "answer": "refused", "message": "该单据不存在！",
+                "rule": "x:1"}
+        answer = self.explain(BEGIN, LADDER, SENT, gate, none, REFUSAL)
+        self.assertIn("            rows      (no rows)\n", answer.stdout)
+
     def test_a_process_that_ended_in_the_middle(self):
         answer = self.explain(BEGIN, SENT, tail='{"rows_of":1,"col')
         self.assertEqual(answer.returncode, FAILED, answer.stderr)
@@ -181,7 +188,8 @@ Gates:
                 ([BEGIN], "broken\n{}\n", "line 2: "), ([BEGIN, {"statement": "x"}], "", "line 2"),
                 ([BEGIN, 7], "", "line 2: is of no kind"),
                 ([dict(BEGIN, call="cls_CX.Frob")], "", "line 1: cls_CX has no method"),
-                ([dict(BEGIN, call=7)], "", "line 1"), ([{"call": "cls_CX.AuditBill"}], "", "line 1")):
+                ([dict(BEGIN, call=7)], "", "line 1"),
+                ([{"call": "cls_CX.AuditBill"}], "", "line 1")):
             with self.subTest(text):
                 self.assert_error(self.explain(*lines, tail=tail), text)
         self.assert_error(tavcc("explain", "--trace", self.path("none.jsonl")), "none.jsonl")

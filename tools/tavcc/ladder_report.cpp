@@ -38,6 +38,7 @@ std::string Labelled(const std::string& label, const std::string& text) {
 }
 
 std::string RowsText(const ShownRows& rows) {
+  if (rows.none) return "(no rows)";
   if (rows.columns.empty()) return "";
   if (rows.rows.empty()) return "(no rows)";
   const size_t shown = std::min(rows.rows.size(), kMostShownRows);
@@ -110,6 +111,7 @@ ShownRows Shown(const SeenRows& seen) {
     texts.resize(seen.columns.size());
   }
   shown.whole = seen.count == static_cast<int>(seen.rows.size());
+  shown.none = seen.count == 0 && seen.to_the_end;
   return shown;
 }
 

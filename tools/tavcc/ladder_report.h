@@ -36,6 +36,7 @@ struct ShownRows {
   std::vector<std::string> columns;
   std::vector<std::vector<std::string>> rows;
   bool whole = true;  // whether these are all of them
+  bool none = false;  // whether it was seen that there is none
 };
 
 struct Rung {

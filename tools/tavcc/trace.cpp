@@ -109,8 +109,8 @@ std::string SeenRowsText(const SeenRows& seen, int in_all, std::string_view inde
 }
 
 Json StatementJson(const LoggedStatement& statement) {
-  Json json = ParseJson(StatementText(statement));
-  if (statement.seen != nullptr) json["seen"] = ParseJson(SeenText(*statement.seen));
+  Json json = ParseJson(StatementJsonText(statement));
+  if (statement.seen != nullptr) json["seen"] = ParseJson(SeenJsonText(*statement.seen));
   return json;
 }
 
