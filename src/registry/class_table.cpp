@@ -1,8 +1,14 @@
-// The ten classes, row by row. A rule that is built has its function in the last column; the slot
-// of a row is its place in the list.
+// The ten classes, row by row: name, slot, dispatch id, parameters, result, whether it is a
+// property, the function that carries it out, whether it writes.
 //
-// Dispatch ids are fixed for ever: hosts may have cached them. PublicSysInfo's methods were not
-// added in the order of their slots, hence its own column of ids.
+// Slots and dispatch ids are fixed for ever: hosts may have cached them. A new method comes last in
+// its class. Its slot is its place in the list, from 0; its dispatch id is the next one behind the
+// greatest of the class, TransMode's own aside. Neither is ever used again for something else.
+//
+// Three places follow from a row, and tests print what to write there: the type library's source
+// and the early-bound members (tests/registry/server_sources_test.cpp), and the interface as it was
+// published (tests/registry/class_table_test.cpp), which is typed out once more so that no row
+// changes by mistake.
 
 #include <array>
 

@@ -156,17 +156,20 @@ TEST(ClassTable, IsThePublishedInterface) {
     const ClassDescription* cls = FindClass(row.name);
     ASSERT_NE(cls, nullptr) << row.name;
     EXPECT_EQ(cls->name, row.name);
-    EXPECT_EQ(Print(*cls), row.interface) << row.name;
+    EXPECT_EQ(Print(*cls), row.interface)
+        << row.name << ": the row is on the left; where it is a new one, write it into this test";
   }
 }
 
-TEST(ClassTable, SlotsFollowTheListAndIdsAreDistinct) {
+TEST(ClassTable, SlotsFollowTheListAndIdsRise) {
   for (const ClassDescription& cls : Classes()) {
+    uint32_t greatest = 0;
     for (size_t i = 0; i < cls.methods.size(); ++i) {
       EXPECT_EQ(cls.methods[i].slot, static_cast<int>(i)) << cls.name;
-      for (size_t j = 0; j < i; ++j) {
-        EXPECT_NE(cls.methods[i].dispatch_id, cls.methods[j].dispatch_id) << cls.name;
-      }
+      if (cls.methods[i].is_property) continue;
+      EXPECT_GT(cls.methods[i].dispatch_id, greatest)
+          << cls.name << "." << cls.methods[i].name << ": its id is not behind those above it";
+      greatest = cls.methods[i].dispatch_id;
     }
   }
 }
