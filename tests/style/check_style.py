@@ -286,9 +286,13 @@ def is_linked(path, documents):
 
 
 def check_links(root, documents, findings):
-    """A relative link leads to a file that exists."""
+    """A relative link leads to a file that exists. What stands between fences is code."""
     for path, lines in documents.items():
+        fenced = False
         for number, line in enumerate(lines, 1):
+            fenced ^= line.startswith("```")
+            if fenced:
+                continue
             for target in re.findall(r"\]\(([^)#]+)", line):
                 if "://" in target:
                     continue
