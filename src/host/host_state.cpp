@@ -54,6 +54,10 @@ std::string Quoted(std::string_view text) {
   return literal += '\'';
 }
 
+Value FirstField(const Recordset& rows) {
+  return rows.AtEnd() ? Value() : rows.Field(0);
+}
+
 }  // namespace
 
 Value HostState::ReadProfile(std::string_view sDsn, std::string_view category,
@@ -62,8 +66,8 @@ Value HostState::ReadProfile(std::string_view sDsn, std::string_view category,
       Cat("select FValue from t_SystemProfile where FCategory=", Quoted(category),
           " and FKey=", Quoted(key));
   try {
-    const RecordsetPtr rows = GetUnloggedConnection(sDsn)->Execute(sql);
-    Value value = rows->AtEnd() ? Value() : rows->Field(0);
+    Value value = settings.read_setting ? settings.read_setting(category, key)
+                                        : FirstField(*GetUnloggedConnection(sDsn)->Execute(sql));
     if (log_ != nullptr) log_->AddHostAnswer(HostQuestion::kSetting, category, key, value);
     return value;
   } catch (const AutomationError& error) {

@@ -39,6 +39,8 @@ struct HostSettings {
   // Components that cannot be created (error 429), by ProgID, "DbContext", "Bzo.Dictionary" or
   // "Bzo.Vector".
   std::set<std::string, CaselessLess> missing_components;
+  // Where set, it knows the system settings, and the database is not asked for them.
+  std::function<Value(std::string_view category, std::string_view key)> read_setting;
 };
 
 // The component whose failures cost a translation only.

@@ -179,6 +179,7 @@ class LoggedConnection final : public ConnectionWrapper {
  private:
   template <class Run>
   RecordsetPtr Send(LoggedStatement sent, Run run) {
+    log_.Announce(sent);
     const std::optional<StatementFault> fault = log_.TakeFault();
     const auto is = [&](FaultKind kind) { return fault && fault->kind == kind; };
     reported_.reset();
@@ -186,10 +187,25 @@ class LoggedConnection final : public ConnectionWrapper {
     last_ = log_.sent() + 1;
     return log_.Send(std::move(sent), [&](LoggedStatement& statement) {
       if (is(FaultKind::kRaised)) throw AutomationError(fault->error);
-      RecordsetPtr rows = run(statement);
+      RecordsetPtr rows = log_.KeepsAnswers() ? RunAndKeep(statement, run) : run(statement);
       if (rows != nullptr && rows->IsOpen()) statement.rows = rows->RecordCount();
       return fault ? Faulty(std::move(rows), fault->kind) : rows;
     });
+  }
+
+  template <class Run>
+  RecordsetPtr RunAndKeep(LoggedStatement& statement, const Run& run) {
+    try {
+      RecordsetPtr rows = run(statement);
+      if (rows != nullptr && rows->IsOpen()) {
+        statement.answer = std::make_shared<AnswerRows>(ReadWhole(*rows));
+      }
+      statement.errors = ConnectionWrapper::Errors();
+      return rows;
+    } catch (const AutomationError&) {
+      statement.errors = ConnectionWrapper::Errors();
+      throw;
+    }
   }
 
   StatementLog& log_;

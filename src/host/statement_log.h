@@ -21,6 +21,7 @@
 #include "foundation/connection.h"
 #include "foundation/error.h"
 #include "foundation/rule_watch.h"
+#include "host/answer_rows.h"
 #include "host/seen_rows.h"
 
 namespace tavcc {
@@ -39,6 +40,10 @@ struct LoggedStatement {
   // The rows of the result that the rule saw so far; null where there is no result, or rows are not
   // kept.
   std::shared_ptr<const SeenRows> seen = nullptr;
+  // Where answers are kept: all rows of the result, null where there is none; and what the
+  // connection's Errors() then told.
+  AnswerRowsPtr answer = nullptr;
+  std::vector<ConnectionError> errors = {};
 };
 
 // "src/checks/credit.cpp:113": the file as it is named in the project. Empty for nowhere.
@@ -116,6 +121,10 @@ class StatementLog {
   // From here on statements are told to the observer only, and nothing is kept: for a process that
   // serves calls without end and whose log nobody reads.
   void KeepNothing() { keeps_ = false; }
+  // From here on the whole answer of each statement is kept. Each is then read to its end before
+  // the rule sees it.
+  void KeepAnswers() { keeps_answers_ = true; }
+  bool KeepsAnswers() const { return keeps_answers_; }
 
   const std::vector<LoggedStatement>& statements() const { return statements_; }
   const std::vector<ReadyCall>& ready_calls() const { return ready_calls_; }
@@ -137,6 +146,13 @@ class StatementLog {
 
   // Watches from the next statement on, in place of who watched before.
   void SetObserver(StatementObserver observer) { observer_ = std::move(observer); }
+  // Who is told of each statement in front of its being sent; nobody where it is null.
+  using Lookout = std::function<void(const LoggedStatement&)>;
+  void SetLookout(Lookout lookout) { lookout_ = std::move(lookout); }
+  // For connections: a statement is about to be sent.
+  void Announce(const LoggedStatement& statement) const {
+    if (lookout_) lookout_(statement);
+  }
   // A call has ended: what is read from here on of the recordsets that it leaves is no rule's.
   void EndRows() { row_watch_.Settle(); }
 
@@ -190,6 +206,7 @@ class StatementLog {
   void TellGate(std::optional<Verdict> verdict);
 
   bool keeps_ = true;
+  bool keeps_answers_ = false;
   int sent_ = 0;
   std::vector<LoggedStatement> statements_;
   std::optional<StatementFault> fault_;
@@ -199,6 +216,7 @@ class StatementLog {
   std::vector<AskedGate> gates_;  // of each list that is walked, the outermost first
   std::optional<Failure> first_failure_;
   StatementObserver observer_;
+  Lookout lookout_;
   RowWatch row_watch_;
 };
 

@@ -7,13 +7,13 @@
 #include <limits>
 #include <string>
 
-#include "support/seed.h"
 #include "foundation/conversions.h"
 #include "foundation/error.h"
 #include "foundation/plug_in.h"
 #include "host/erp.h"
 #include "host/schema.h"
 #include "registry/class_registry.h"
+#include "support/seed.h"
 
 namespace tavcc::testing {
 namespace {

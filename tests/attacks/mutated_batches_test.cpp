@@ -7,12 +7,12 @@
 #include <filesystem>
 #include <map>
 
-#include "support/seed.h"
 #include "embedded/embedded.h"
 #include "foundation/conversions.h"
 #include "foundation/error.h"
 #include "host/schema.h"
 #include "scenario/json.h"
+#include "support/seed.h"
 #include "support/source_dir.h"
 
 namespace tavcc::testing {

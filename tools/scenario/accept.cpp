@@ -130,21 +130,6 @@ Json AcceptedQuery(Json step, const QueryOutcome& outcome) {
   return With(step, "rows", Accepted(*rows, Value(outcome.rows)));
 }
 
-Json StatementJson(const LoggedStatement& sent) {
-  if (!sent.is_procedure) return sent.text;
-  Json parameters = Json::object();
-  for (const ProcedureParameter& parameter : sent.parameters) {
-    parameters[parameter.name] = JsonFromValue(parameter.value);
-  }
-  return Json{{"procedure", sent.text}, {"parameters", parameters}};
-}
-
-Json StatementsJson(const std::vector<LoggedStatement>& sent) {
-  Json statements = Json::array();
-  for (const LoggedStatement& statement : sent) statements.push_back(StatementJson(statement));
-  return statements;
-}
-
 class Accepting {
  public:
   Accepting(std::string file, std::string_view text, Roads& roads)
@@ -228,8 +213,12 @@ Json Accepting::TakeCall(const Scenario& scenario, const Step& step, Json json) 
   }
   const Json before = json;
   const CallOutcome outcome = Try(scenario, step, failure);
+  if (!outcome.off_tape.empty()) {
+    Note(step.number, "the tape does not fit any more; record the case again");
+    return before;
+  }
   json = AcceptedCall(std::move(json), *step.method, outcome);
-  if (step.statements) json["statements"] = StatementsJson(outcome.sent);
+  if (step.statements) json["statements"] = ListedStatements(outcome.sent);
   if (step.sweeps.empty()) return json;
   return TakeSweeps(scenario, step, before, std::move(json), static_cast<int>(outcome.sent.size()));
 }
@@ -246,7 +235,7 @@ std::optional<int> Accepting::FailingPlace(const Scenario& scenario, const Step&
       if (at < 1) continue;
       const CallOutcome outcome = Try(scenario, step, InjectedFailure{at, step.fail->fault});
       const auto sent = static_cast<size_t>(at) - 1;
-      if (sent < outcome.sent.size() && StatementJson(outcome.sent[sent]) == wanted) return at;
+      if (sent < outcome.sent.size() && ListedStatement(outcome.sent[sent]) == wanted) return at;
     }
   }
   return std::nullopt;

@@ -31,6 +31,7 @@ class EmbeddedRoads final : public Roads {
   std::unique_ptr<Road> Open(const StartState& start) override {
     return std::make_unique<EmbeddedRoad>(start, observer_);
   }
+  StatementObserver observer() const override { return observer_; }
 
  private:
   const StatementObserver observer_;

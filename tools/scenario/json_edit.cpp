@@ -234,6 +234,10 @@ class Rewriter {
 
 }  // namespace
 
+std::string LaidOut(const Json& json) {
+  return LaidOut(json, "", 0);
+}
+
 std::string Rewritten(std::string_view text, const Json& updated) {
   const Json old = ParseJson(text);
   const Part whole = Finder(text).Whole();

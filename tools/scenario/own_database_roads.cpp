@@ -54,6 +54,7 @@ class OwnDatabaseRoads final : public Roads {
   }
   bool FixesClock() const override { return false; }
   bool KeepsRoadsApart() const override { return false; }
+  StatementObserver observer() const override { return observer_; }
 
  private:
   void Drop() {

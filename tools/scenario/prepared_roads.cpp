@@ -144,6 +144,7 @@ class PreparedRoads final : public Roads {
   }
   bool FixesClock() const override { return false; }
   bool KeepsRoadsApart() const override { return false; }
+  StatementObserver observer() const override { return observer_; }
 
   ~PreparedRoads() override {
     // What is not rolled back here goes with the session.

@@ -33,6 +33,12 @@ class Road {
   virtual Value Call(const ClassDescription& cls, const Method& method,
                      std::vector<Value>& arguments) = 0;
 
+  // Puts in the tape that the next call is answered from, with `failure` among its statements. Only
+  // a road of tapes has a use for it.
+  virtual void Play(const Tape&, const std::optional<InjectedFailure>&) {}
+  // What the call asked that is not on its tape, or left unasked, a line each.
+  virtual std::vector<std::string> TakeComplaints() { return {}; }
+
   // Why the scenario cannot be told to its end here; empty while it can.
   virtual std::string Obstacle() const { return ""; }
 
@@ -53,6 +59,8 @@ class Roads {
   virtual bool FixesClock() const { return true; }
   // Whether a road stays as it is while another one is used. Where not, opening one ends the last.
   virtual bool KeepsRoadsApart() const { return true; }
+  // Who watches what the calls send.
+  virtual StatementObserver observer() const { return {}; }
 };
 
 }  // namespace tavcc

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "scenario/alignment.h"
+#include "scenario/tape_road.h"
 #include "scenario/values.h"
 #include "scenario/word_diff.h"
 
@@ -109,6 +110,12 @@ Differences RunQuery(Road& road, const Step& step) {
   return differences;
 }
 
+// A tape needs no database, whichever there is.
+std::unique_ptr<Road> OpenRoad(const Scenario& scenario, Roads& roads) {
+  if (scenario.IsTape()) return MakeTapeRoad(scenario.start, roads.observer());
+  return roads.Open(scenario.start);
+}
+
 class Run {
  public:
   Run(const Scenario& scenario, Roads& roads, Skipped* skipped)
@@ -146,7 +153,7 @@ std::vector<StepFailure> Run::All() {
   }
   std::unique_ptr<Road> road;
   try {
-    road = roads_.Open(scenario_.start);
+    road = OpenRoad(scenario_, roads_);
   } catch (const AutomationError& error) {
     return {StepFailure{0, "the start state", {ShowError(error)}, {}}};
   }
@@ -182,9 +189,7 @@ void Run::RunStep(Road& road, const Step& step) {
     return;
   }
   CallOutcome outcome = CallStep(road, step, step.fail);
-  Differences differences;
-  CompareOutcome(*step.method, step.expect, step.error, outcome, differences);
-  if (step.statements) CompareStatements(*step.statements, outcome.sent, differences);
+  Differences differences = StepDifferences(step, outcome);
   const int sent = static_cast<int>(outcome.sent.size());
   if (step.fail && step.fail->at > sent) {
     differences.push_back("fail: statement " + std::to_string(step.fail->at) +
@@ -269,6 +274,7 @@ CallOutcome CallStep(Road& road, const Step& step, const std::optional<InjectedF
   CallOutcome outcome;
   outcome.arguments =
       MakeArguments({road.host(), road.dsn(), road.connection()}, *step.method, step.args);
+  if (step.tape) road.Play(*step.tape, failure);
   road.StartLog(failure);
   try {
     outcome.result = road.Call(*step.cls, *step.method, outcome.arguments);
@@ -276,6 +282,7 @@ CallOutcome CallStep(Road& road, const Step& step, const std::optional<InjectedF
     outcome.error = error;
   }
   outcome.sent = road.TakeLog();
+  outcome.off_tape = road.TakeComplaints();
   return outcome;
 }
 
@@ -290,8 +297,16 @@ QueryOutcome QueryStep(Road& road, const Step& step) {
 void CompareOutcome(const Method& method, const Json& expect,
                     const std::optional<ExpectedError>& error, const CallOutcome& outcome,
                     std::vector<std::string>& differences) {
+  differences.insert(differences.end(), outcome.off_tape.begin(), outcome.off_tape.end());
   CompareErrors(error, outcome.error, differences);
   CompareAnswer(method, expect, outcome, differences);
+}
+
+std::vector<std::string> StepDifferences(const Step& step, const CallOutcome& outcome) {
+  Differences differences;
+  CompareOutcome(*step.method, step.expect, step.error, outcome, differences);
+  if (step.statements) CompareStatements(*step.statements, outcome.sent, differences);
+  return differences;
 }
 
 std::vector<StepFailure> RunScenario(const Scenario& scenario, Roads& roads, Skipped* skipped) {
@@ -299,7 +314,7 @@ std::vector<StepFailure> RunScenario(const Scenario& scenario, Roads& roads, Ski
 }
 
 std::unique_ptr<Road> RoadBefore(const Scenario& scenario, int number, Roads& roads, bool fixed) {
-  auto road = roads.Open(scenario.start);
+  auto road = OpenRoad(scenario, roads);
   for (const Step& earlier : scenario.steps) {
     if (earlier.number >= number) break;
     if (earlier.needs_clock && !fixed) continue;

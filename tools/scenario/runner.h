@@ -24,6 +24,7 @@ struct CallOutcome {
   std::vector<Value> arguments;
   std::optional<AutomationError> error;
   std::vector<LoggedStatement> sent;
+  std::vector<std::string> off_tape;  // what it asked that is not on its tape, or left unasked
 };
 CallOutcome CallStep(Road& road, const Step& step, const std::optional<InjectedFailure>& failure);
 
@@ -35,10 +36,14 @@ struct QueryOutcome {
 QueryOutcome QueryStep(Road& road, const Step& step);
 
 // Adds a line for each difference between what a call came to and what is expected of its result
-// and arguments, by name, and of its error; without an expected one, none is.
+// and arguments, by name, and of its error; without an expected one, none is. What was not on its
+// tape comes first.
 void CompareOutcome(const Method& method, const Json& expect,
                     const std::optional<ExpectedError>& error, const CallOutcome& outcome,
                     std::vector<std::string>& differences);
+
+// All of a call that came out otherwise than its step expects: the above, and its statements.
+std::vector<std::string> StepDifferences(const Step& step, const CallOutcome& outcome);
 
 // What of a scenario was left out, a line for each.
 struct Skipped {

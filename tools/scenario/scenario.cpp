@@ -8,6 +8,8 @@
 #include <initializer_list>
 #include <utility>
 
+#include "scenario/values.h"
+
 namespace tavcc {
 namespace {
 
@@ -174,6 +176,14 @@ void CheckStatements(const Section& section, const Json& statements) {
   }
 }
 
+Tape ReadTape(const Section& section, const Json& json) {
+  try {
+    return TapeFromJson(json);
+  } catch (const JsonError& error) {
+    section.Fail("tape", error.what());
+  }
+}
+
 Step ReadStep(const Json& json, const std::string& place, int number);
 
 Sweep ReadSweep(const Json& json, const std::string& place, const Method& method) {
@@ -215,8 +225,8 @@ std::vector<Sweep> ReadSweeps(const Section& section, const Method& method) {
 }
 
 void ReadCall(const Section& section, Step& step) {
-  section.AllowOnly(
-      {"note", "needs_clock", "call", "args", "expect", "statements", "fail", "error", "sweep"});
+  section.AllowOnly({"note", "needs_clock", "call", "args", "expect", "statements", "tape", "fail",
+                     "error", "sweep"});
   try {
     const MethodName name = FindMethodByName(section.Text("call"));
     step.cls = name.cls;
@@ -232,6 +242,7 @@ void ReadCall(const Section& section, Step& step) {
     step.statements = section.List("statements");
     CheckStatements(section, *step.statements);
   }
+  if (const Json* tape = section.Find("tape")) step.tape = ReadTape(section, *tape);
   if (const Json* fail = section.Find("fail")) {
     step.fail = ReadFail(*fail, section.place() + ", key \"fail\"");
   }
@@ -290,7 +301,26 @@ void ReadProfile(const Section& section, StartState& start) {
   }
 }
 
-StartState ReadStart(const Section& section) {
+Value SettingFromJson(const Json& json) {
+  if (json.is_null()) return Empty{};
+  if (IsForm(json, "null")) return Null{};
+  return ScalarFromJson(json);
+}
+
+void ReadTapedSettings(const Section& section, StartState& start) {
+  for (const auto& [key, value] : section.Object("profile").items()) {
+    if (key.find('.') == std::string::npos) {
+      section.Fail("profile", "\"" + key + "\" must have the form category.key");
+    }
+    try {
+      start.taped_settings.emplace_back(key, SettingFromJson(value));
+    } catch (const JsonError& error) {
+      section.Fail("profile", "\"" + key + "\": " + error.what());
+    }
+  }
+}
+
+StartState ReadStart(const Section& section, bool is_tape) {
   StartState start;
   const int32_t user = section.OptionalLong("user").value_or(start.user);
   if (user < INT16_MIN || user > INT16_MAX) section.Fail("user", "must be a 16-bit integer");
@@ -305,12 +335,36 @@ StartState ReadStart(const Section& section) {
   }
   start.published = section.Object("published");
   ReadResources(section, start);
-  ReadProfile(section, start);
+  is_tape ? ReadTapedSettings(section, start) : ReadProfile(section, start);
   for (const Json& sql : section.List("sql")) {
     if (!sql.is_string()) section.Fail("sql", "must list texts");
     start.sql.push_back(sql.get<std::string>());
   }
   return start;
+}
+
+bool HasTape(const Json& step) {
+  return step.contains("tape");
+}
+
+// A tape has no database that could be changed, asked or told the time.
+void CheckTape(const Section& section, const Scenario& scenario) {
+  for (const char* key : {"sql", "needs_clock"}) {
+    if (section.Find(key) != nullptr) section.Fail(key, "a tape has no database");
+  }
+  for (const Step& step : scenario.steps) {
+    const std::string place = section.place() + ": step " + std::to_string(step.number);
+    if (!step.IsCall()) throw ScenarioError(place + ", key \"query\": a tape has no database");
+    if (!step.tape) {
+      throw ScenarioError(place + ": the key \"tape\" is missing, which other steps have");
+    }
+    if (step.statements) {
+      throw ScenarioError(place + ", key \"statements\": the tape lists them");
+    }
+    if (step.needs_clock) {
+      throw ScenarioError(place + ", key \"needs_clock\": a tape has no database");
+    }
+  }
 }
 
 }  // namespace
@@ -329,13 +383,16 @@ Scenario ParseScenario(const std::string& file, std::string_view text) {
   scenario.file = file;
   scenario.name = section.Text("name");
   scenario.needs_clock = section.Flag("needs_clock");
-  scenario.start = ReadStart(section);
+  const Json& steps = section.List("steps");
+  const bool is_tape = std::any_of(steps.begin(), steps.end(), HasTape);
+  scenario.start = ReadStart(section, is_tape);
   int number = 0;
-  for (const Json& step : section.List("steps")) {
+  for (const Json& step : steps) {
     ++number;
     scenario.steps.push_back(ReadStep(step, file + ": step " + std::to_string(number), number));
   }
   if (scenario.steps.empty()) section.Fail("steps", "there is none");
+  if (is_tape) CheckTape(section, scenario);
   return scenario;
 }
 

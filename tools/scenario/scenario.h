@@ -12,6 +12,7 @@
 #include "host/statement_log.h"
 #include "registry/class_registry.h"
 #include "scenario/json.h"
+#include "scenario/tape.h"
 
 namespace tavcc {
 
@@ -26,6 +27,9 @@ struct StartState {
   // "category.key" to the text; nothing removes the row.
   std::vector<std::pair<std::string, std::optional<std::string>>> profile;
   std::vector<std::string> sql;
+  // Of a tape, in place of `profile`: every setting that the calls read, "category.key" and what
+  // the host answered; Empty where it has none.
+  std::vector<std::pair<std::string, Value>> taped_settings;
 };
 
 // The statement of a call that is made to go wrong, counted from 1, and how.
@@ -65,6 +69,7 @@ struct Step {
   std::optional<InjectedFailure> fail;
   Json expect = Json::object();
   std::optional<Json> statements;
+  std::optional<Tape> tape;
   std::vector<Sweep> sweeps;
   // … or a query.
   std::string query;
@@ -81,6 +86,9 @@ struct Scenario {
   bool needs_clock = false;  // all of it
   StartState start;
   std::vector<Step> steps;
+
+  // Whether its calls are answered from tapes: all of them then are, and there is no database.
+  bool IsTape() const { return !steps.empty() && steps.front().tape.has_value(); }
 };
 
 // A scenario file that is none. what() is one line with the file, the step and the key.

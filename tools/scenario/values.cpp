@@ -1,6 +1,7 @@
 // Conversions between automation values and JSON.
 #include "scenario/values.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 
@@ -36,12 +37,21 @@ Value NumberFromJson(const Json& json) {
   return static_cast<int32_t>(number);
 }
 
-Value ObjectFromJson(Host& host, const Json& json) {
+constexpr const char* kForms[] = {"date", "decimal", "integer", "empty", "nothing"};
+
+bool IsAnyForm(const Json& json) {
+  return std::ranges::any_of(kForms, [&](const char* form) { return IsForm(json, form); });
+}
+
+Value FormFromJson(const Json& json) {
   if (IsForm(json, "date")) return DateFromJson(json.items().front().value);
   if (IsForm(json, "decimal")) return DecimalFromJson(json.items().front().value);
   if (IsForm(json, "integer")) return IntegerFromJson(json.items().front().value);
   if (IsForm(json, "empty")) return Empty{};
-  if (IsForm(json, "nothing")) return ObjectPtr();
+  return ObjectPtr();
+}
+
+Value DictionaryFromJson(Host& host, const Json& json) {
   auto dictionary = host.NewDictionary();
   for (const auto& [key, value] : json.items())
     dictionary->SetItem(key, ValueFromJson(host, value));
@@ -85,15 +95,54 @@ Json JsonFromObject(const ObjectPtr& object) {
   return "an object";
 }
 
+Json ExactJsonOfObject(const ObjectPtr& object) {
+  if (object == nullptr) return Json{{"nothing", true}};
+  if (const auto* vector = dynamic_cast<const Vector*>(object.get())) {
+    Json elements = Json::array();
+    for (int i = vector->LBound(); i <= vector->UBound(); ++i) {
+      elements.push_back(ExactJson(vector->Item(i)));
+    }
+    return elements;
+  }
+  const auto* dictionary = dynamic_cast<const HostDictionary*>(object.get());
+  if (dictionary == nullptr) throw JsonError("an object that no file can hold");
+  Json items = Json::object();
+  for (const auto& [key, value] : dictionary->entries()) items[key] = ExactJson(value);
+  if (IsAnyForm(items))
+    throw JsonError("a dictionary that would read as one value: " + Show(items));
+  return items;
+}
+
 }  // namespace
 
-Value ValueFromJson(Host& host, const Json& json) {
+Value ScalarFromJson(const Json& json) {
   if (json.is_null()) return Null{};
   if (json.is_boolean()) return json.get<bool>();
   if (json.is_number()) return NumberFromJson(json);
   if (json.is_string()) return json.get<std::string>();
+  if (!IsAnyForm(json)) throw JsonError("no single value: " + Show(json));
+  return FormFromJson(json);
+}
+
+Value ValueFromJson(Host& host, const Json& json) {
   if (json.is_array()) return ArrayFromJson(host, json);
-  return ObjectFromJson(host, json);
+  if (json.is_object() && !IsAnyForm(json)) return DictionaryFromJson(host, json);
+  return ScalarFromJson(json);
+}
+
+Json ExactJson(const Value& value) {
+  switch (value.kind()) {
+    case Value::Kind::kEmpty:
+      return Json{{"empty", true}};
+    case Value::Kind::kInteger:
+      return Json{{"integer", value.integer()}};
+    case Value::Kind::kDecimal:
+      return Json{{"decimal", value.decimal().ToText()}};
+    case Value::Kind::kObject:
+      return ExactJsonOfObject(value.object());
+    default:
+      return JsonFromValue(value);
+  }
 }
 
 Json JsonFromValue(const Value& value) {

@@ -32,6 +32,13 @@ T* ObjectOf(const Value& value) {
 // Errors: JsonError for a date, decimal or integer that is none.
 Value ValueFromJson(Host& host, const Json& json);
 
+// The same of what is no dictionary and no vector. Errors: as above, and for those two.
+Value ScalarFromJson(const Json& json);
+
+// A value in the form that ValueFromJson reads back as the same kind with the same digits. Errors:
+// JsonError for an object that has no such form, e.g. a recordset.
+Json ExactJson(const Value& value);
+
 // The same forms back. Decimals are numbers while 15 digits hold them exactly; a recordset is the
 // array of its rows, each an object, read from its first row on and left there. Null, Empty and a
 // null reference are null. A dictionary that is not the reference host's tells nobody its keys, so

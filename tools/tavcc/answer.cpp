@@ -7,6 +7,7 @@
 #include "foundation/conversions.h"
 #include "foundation/plug_in.h"
 #include "host/logged_call.h"
+#include "tavcc/record.h"
 
 namespace tavcc {
 namespace {
@@ -100,6 +101,7 @@ Answer CalledObject::Call(const Method& method, std::vector<Value> arguments,
                           const StatementObserver& observer) {
   Answer answer;
   answer.arguments = std::move(arguments);
+  if (recorder_ != nullptr) recorder_->Begin(cls_, method, answer.arguments);
   LoggedCall call(erp_.log(), observer);
   try {
     if (object_ == nullptr) object_ = std::make_unique<PlugIn>(erp_.host());
@@ -114,6 +116,7 @@ Answer CalledObject::Call(const Method& method, std::vector<Value> arguments,
   answer.statements = erp_.log().statements();
   answer.failure = call.failure();
   if (answer.failure) answer.verdict = Exit::kFailed;
+  if (recorder_ != nullptr) recorder_->End(answer);
   return answer;
 }
 

@@ -21,6 +21,8 @@
 
 namespace tavcc {
 
+class Recorder;
+
 struct Answer {
   Exit verdict = Exit::kFailed;
   Value result;
@@ -51,7 +53,9 @@ class HostTransaction {
 // One object of a class, as a host holds it for its calls.
 class CalledObject {
  public:
-  CalledObject(Erp& erp, const ClassDescription& cls) : erp_(erp), cls_(cls) {}
+  // What it is called for is recorded, where there is a recorder.
+  CalledObject(Erp& erp, const ClassDescription& cls, Recorder* recorder = nullptr)
+      : erp_(erp), cls_(cls), recorder_(recorder) {}
 
   // Calls a method, in the transaction that stands. `observer` sees each statement as it is sent.
   // Errors: ArgumentError and the like before the method ran. What the method itself raises, and
@@ -62,6 +66,7 @@ class CalledObject {
  private:
   Erp& erp_;
   const ClassDescription& cls_;
+  Recorder* const recorder_;
   std::unique_ptr<PlugIn> object_;  // made for the first call
 };
 

@@ -17,6 +17,7 @@
 #include "tavcc/database.h"
 #include "tavcc/output.h"
 #include "tavcc/progress.h"
+#include "tavcc/record.h"
 #include "tavcc/trace.h"
 
 namespace tavcc {
@@ -101,7 +102,9 @@ class BatchRun {
         options_(options),
         name_(FindMethodByName("PublicSysInfo.AuditBill")),
         bills_(std::move(bills)),
-        outcomes_(bills_.size()) {}
+        outcomes_(bills_.size()),
+        recorder_(erp, options.record,
+                  (options.un_audit ? "un-audit of " : "audit of ") + NumbersOf(bills_)) {}
 
   Exit Run();
 
@@ -128,6 +131,7 @@ class BatchRun {
   Exit verdict_ = Exit::kPassed;
   std::string failures_;  // what the calls that failed failed by
   Json statements_ = Json::array();
+  Recorder recorder_;
 };
 
 Exit BatchRun::Run() {
@@ -147,6 +151,7 @@ void BatchRun::SendAll() {
     if (!bills_.empty()) Send(0, bills_.size(), progress);
     progress.Hide();
     PrintReport();
+    recorder_.Write();
   } catch (const CommandError& error) {
     throw CommandError(std::string(error.what()) + "; what the batch did was undone");
   }
@@ -163,6 +168,7 @@ void BatchRun::SendEach() {
     }
     progress.Hide();
     PrintReport();
+    recorder_.Write();
   } catch (const CommandError& error) {
     throw CommandError(fmt::format("{}; {} of {} bills were sent before, and what they did is {}",
                                    error.what(), done, bills_.size(),
@@ -171,7 +177,7 @@ void BatchRun::SendEach() {
 }
 
 bool BatchRun::Send(size_t first, size_t count, Progress& progress) {
-  const Answer answer = CalledObject(erp_, *name_.cls)
+  const Answer answer = CalledObject(erp_, *name_.cls, &recorder_)
                             .Call(*name_.method, Arguments(first, count, progress),
                                   common_.json ? TraceForJson(common_) : TraceOf(common_));
   Note(first, count, answer);

@@ -90,6 +90,12 @@ DictionaryPtr BillDictionary(Host& host, const Bill& bill) {
   return dictionary;
 }
 
+std::string NumbersOf(const std::vector<Bill>& bills) {
+  std::string text;
+  for (const Bill& bill : bills) text += (text.empty() ? "" : ", ") + bill.number;
+  return text;
+}
+
 std::string Described(const Bill& bill) {
   return fmt::format("{} {} (class {}, id {})", ClassName(bill.class_type), bill.number,
                      bill.class_type, bill.id);

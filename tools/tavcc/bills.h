@@ -41,6 +41,9 @@ std::vector<Bill> FindBills(Erp& erp, const BillFilter& filter);
 // The bill's dictionary with every key that a batch audit and the gates around it read.
 DictionaryPtr BillDictionary(Host& host, const Bill& bill);
 
+// "XS260305, XS260306"
+std::string NumbersOf(const std::vector<Bill>& bills);
+
 // "销售单 XS260305 (class 1030002, id 134)"
 std::string Described(const Bill& bill);
 

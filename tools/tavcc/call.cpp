@@ -12,6 +12,7 @@
 #include "tavcc/command.h"
 #include "tavcc/database.h"
 #include "tavcc/output.h"
+#include "tavcc/record.h"
 #include "tavcc/trace.h"
 
 namespace tavcc {
@@ -75,12 +76,25 @@ std::vector<Value> ArgumentsOf(Erp& erp, const PlannedCall& call) {
   return MakeArguments({erp.host(), erp.dsn(), erp.connection()}, *call.method, call.arguments);
 }
 
+// What the calls are, as they were typed.
+std::string SubjectOf(const CallOptions& options) {
+  std::string text = options.method;
+  for (const std::string& word : options.words) text += " " + word;
+  for (const std::string& word : options.then) text += " " + word;
+  return text;
+}
+
 // One run of the command.
 class Calls {
  public:
   Calls(Erp& erp, const CommonOptions& common, const CallOptions& options,
         const ClassDescription& cls, const std::vector<PlannedCall>& planned)
-      : erp_(erp), common_(common), options_(options), cls_(cls), planned_(planned) {}
+      : erp_(erp),
+        common_(common),
+        options_(options),
+        cls_(cls),
+        planned_(planned),
+        recorder_(erp, options.record, SubjectOf(options)) {}
 
   Exit Run();
 
@@ -94,6 +108,7 @@ class Calls {
   const CallOptions& options_;
   const ClassDescription& cls_;
   const std::vector<PlannedCall>& planned_;
+  Recorder recorder_;
   Exit verdict_ = Exit::kPassed;
   Json answers_ = Json::array();
 };
@@ -107,6 +122,7 @@ Exit Calls::Run() {
   try {
     Make();
     Finish();
+    recorder_.Write();
   } catch (const CommandError& error) {
     throw CommandError(fmt::format("{}; what {} did was undone", error.what(), What()));
   }
@@ -116,7 +132,7 @@ Exit Calls::Run() {
 
 // Until the first call that fails: what it did may be half of what the next one stands on.
 void Calls::Make() {
-  CalledObject object(erp_, cls_);
+  CalledObject object(erp_, cls_, &recorder_);
   for (const PlannedCall& call : planned_) {
     const Answer answer = object.Call(*call.method, ArgumentsOf(erp_, call),
                                       common_.json ? TraceForJson(common_) : TraceOf(common_));

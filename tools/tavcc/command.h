@@ -44,6 +44,19 @@ struct InitOptions {
   bool sample = false;  // with the sample company
 };
 
+// What is written of the calls that a command makes.
+struct RecordOptions {
+  std::string tape_file;   // a scenario with every answer in it; empty for none
+  std::string state_file;  // a scenario with the rows that the calls touch; likewise
+  std::vector<std::string> masked_columns;
+};
+
+struct RecordTraceOptions {
+  std::vector<std::string> traces;  // of the automation server, in the order of the calls
+  std::string file;                 // the tape
+  std::vector<std::string> masked_columns;
+};
+
 struct CallOptions {
   std::string method;              // "Class.Method"
   std::vector<std::string> words;  // "name=value"
@@ -54,6 +67,7 @@ struct CallOptions {
   // Further calls on the same object: each a method and its "name=value".
   std::vector<std::string> then;
   bool rollback = false;  // nothing is kept
+  RecordOptions record;
 };
 
 struct AuditOptions {
@@ -64,6 +78,7 @@ struct AuditOptions {
   bool each = false;                 // every bill in a transaction of its own
   bool dry_run = false;              // nothing is kept
   HostOptions host;
+  RecordOptions record;
 };
 
 struct RunOptions {
@@ -92,6 +107,7 @@ struct ExplainOptions {
   HostOptions host;
   std::string html_file;   // empty: none is written
   std::string trace_file;  // of the automation server; empty: bills are explained
+  RecordOptions record;
 };
 
 struct RefusalsOptions {
@@ -115,6 +131,7 @@ Exit InitCommand(const CommonOptions& common, const InitOptions& options);
 Exit CallCommand(const CommonOptions& common, const CallOptions& options);
 // An audit or, as the options say, an un-audit.
 Exit AuditCommand(const CommonOptions& common, const AuditOptions& options);
+Exit RecordCommand(const RecordTraceOptions& options);
 Exit RunCommand(const CommonOptions& common, const RunOptions& options);
 Exit SqlCommand(const CommonOptions& common, const SqlOptions& options);
 Exit CheckCommand(const CommonOptions& common);

@@ -30,6 +30,25 @@ void DescribeInit(CLI::App& app, CommandLine& line) {
   app.add_flag("--sample", line.init.sample, "With the sample company and its bills");
 }
 
+void DescribeMask(CLI::App& app, std::vector<std::string>& columns) {
+  app.add_option("--mask", columns,
+                 "Columns of texts whose values are replaced in what is recorded, everywhere")
+      ->type_name("COLUMN,…")
+      ->delimiter(',');
+}
+
+void DescribeRecord(CLI::App& app, RecordOptions& record) {
+  app.add_option("--record", record.tape_file,
+                 "Write what is called as a tape: a scenario with every answer in it, which runs "
+                 "without a database")
+      ->type_name("FILE");
+  app.add_option("--record-state", record.state_file,
+                 "Write it as a scenario with the rows that it touches as its start, which runs on "
+                 "the embedded database and can be changed")
+      ->type_name("FILE");
+  DescribeMask(app, record.masked_columns);
+}
+
 void DescribeCall(CLI::App& app, CommandLine& line) {
   app.add_option("CLASS.METHOD", line.call.method, "What is called, e.g. cls_CX.AuditBill")
       ->required();
@@ -49,6 +68,7 @@ void DescribeCall(CLI::App& app, CommandLine& line) {
                  "A further call on the same object: METHOD NAME=VALUE…; may be given again")
       ->type_name("METHOD");
   app.add_flag("--rollback", line.call.rollback, "Keep nothing of what the calls do");
+  DescribeRecord(app, line.call.record);
 }
 
 void DescribeAudit(CLI::App& app, CommandLine& line) {
@@ -59,6 +79,17 @@ void DescribeAudit(CLI::App& app, CommandLine& line) {
   app.add_flag("--each", line.audit.each, "Every bill in a transaction of its own");
   app.add_flag("--dry-run", line.audit.dry_run, "Keep nothing");
   DescribeHost(app, line.audit.host);
+  DescribeRecord(app, line.audit.record);
+}
+
+void DescribeRecordTrace(CLI::App& app, CommandLine& line) {
+  app.add_option("FILE", line.record.file, "The tape to write")->required();
+  app.add_option("--from", line.record.traces,
+                 "A call that the automation server traced; may be given again for the calls of "
+                 "one object")
+      ->type_name("TRACE")
+      ->required();
+  DescribeMask(app, line.record.masked_columns);
 }
 
 constexpr int kMostJobs = 256;
@@ -102,6 +133,7 @@ void DescribeExplain(CLI::App& app, CommandLine& line) {
                  "In place of bills: a call that the automation server traced")
       ->type_name("FILE");
   DescribeHost(app, line.explain.host);
+  DescribeRecord(app, line.explain.record);
 }
 
 void DescribeRefusals(CLI::App& app, CommandLine& line) {
@@ -140,6 +172,8 @@ constexpr Entry kCommands[] = {
        options.un_audit = true;
        return AuditCommand(line.common, options);
      }},
+    {"record", "Write calls that the automation server traced as a tape", DescribeRecordTrace,
+     [](const CommandLine& line) { return RecordCommand(line.record); }},
     {"run", "Run scenario files", DescribeRun,
      [](const CommandLine& line) { return RunCommand(line.common, line.run); }},
     {"sql", "Run a batch and print its rows", DescribeSql,

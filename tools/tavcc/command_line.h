@@ -12,6 +12,7 @@ struct CommandLine {
   InitOptions init;
   CallOptions call;
   AuditOptions audit;
+  RecordTraceOptions record;
   RunOptions run;
   SqlOptions sql;
   ExplainOptions explain;

@@ -13,8 +13,10 @@
 #include "tavcc/answer.h"
 #include "tavcc/database.h"
 #include "tavcc/explain_trace.h"
+#include "tavcc/file.h"
 #include "tavcc/output.h"
 #include "tavcc/page.h"
+#include "tavcc/record.h"
 
 namespace tavcc {
 namespace {
@@ -165,7 +167,7 @@ std::optional<Rung> PostingRung(const std::vector<LoggedStatement>& sent, const 
   return rung;
 }
 
-Trial TryAudit(Erp& erp, const Bill& bill, int16_t direction) {
+Trial TryAudit(Erp& erp, const Bill& bill, int16_t direction, Recorder* recorder) {
   Trial trial;
   try {
     const HostTransaction transaction(erp, !kOnlyReads);
@@ -174,7 +176,7 @@ Trial TryAudit(Erp& erp, const Bill& bill, int16_t direction) {
     const VectorPtr bills = erp.host().NewVector();
     bills->Add(BillDictionary(erp.host(), bill));
     const DictionaryPtr results = erp.host().NewDictionary();
-    const Answer answer = CalledObject(erp, *name.cls)
+    const Answer answer = CalledObject(erp, *name.cls, recorder)
                               .Call(*name.method, {bills, direction, erp.dsn(), true, results}, {});
     trial.verdict = answer.verdict;
     trial.line = ToText(results->Item("BillInfo"));
@@ -261,7 +263,7 @@ Exit Explanation::Verdict() const {
   return verdict;
 }
 
-Explanation Explain(Erp& erp, const Bill& bill, int16_t direction) {
+Explanation Explain(Erp& erp, const Bill& bill, int16_t direction, Recorder* recorder) {
   Explanation explanation;
   explanation.bill = bill;
   explanation.direction = direction;
@@ -270,7 +272,7 @@ Explanation Explain(Erp& erp, const Bill& bill, int16_t direction) {
   explanation.batch = AskGates(erp, self, ladder.batch, bill);
   explanation.host = AskGates(erp, self, ladder.host, bill);
   explanation.own = AskGates(erp, self, ladder.own, bill);
-  explanation.trial = TryAudit(erp, bill, direction);
+  explanation.trial = TryAudit(erp, bill, direction, recorder);
   if (explanation.trial.posting) explanation.batch.push_back(*explanation.trial.posting);
   return explanation;
 }
@@ -284,11 +286,15 @@ Exit ExplainCommand(const CommonOptions& common, const ExplainOptions& options) 
   const int16_t direction = options.un_audit ? -1 : 1;
   std::vector<Explanation> explanations;
   Exit verdict = Exit::kPassed;
-  for (const Bill& bill : ChosenBills(*erp, options)) {
-    explanations.push_back(Explain(*erp, bill, direction));
+  const std::vector<Bill> bills = ChosenBills(*erp, options);
+  Recorder recorder(*erp, options.record,
+                    (options.un_audit ? "un-audit of " : "audit of ") + NumbersOf(bills));
+  for (const Bill& bill : bills) {
+    explanations.push_back(Explain(*erp, bill, direction, &recorder));
     verdict = Worst(verdict, explanations.back().Verdict());
   }
-  if (!options.html_file.empty()) WritePage(options.html_file, ExplanationPage(explanations));
+  recorder.Write();
+  if (!options.html_file.empty()) ReplaceFile(options.html_file, ExplanationPage(explanations));
   if (common.json) {
     Json list = Json::array();
     for (const Explanation& explanation : explanations) {

@@ -35,6 +35,8 @@ struct Trial {
   std::optional<Rung> posting;
 };
 
+class Recorder;
+
 struct Explanation {
   Bill bill;
   int16_t direction = 1;
@@ -48,8 +50,9 @@ struct Explanation {
 };
 
 // Asks every gate of the bill, each in a transaction that is rolled back, and tries the audit in
-// another. Nothing is kept. Errors: those of the database outside of gates and trial.
-Explanation Explain(Erp& erp, const Bill& bill, int16_t direction);
+// another, which the recorder, where there is one, records. Nothing is kept. Errors: those of the
+// database outside of gates and trial.
+Explanation Explain(Erp& erp, const Bill& bill, int16_t direction, Recorder* recorder = nullptr);
 
 // What the reasons of a refusal are, from the rows that decided and from what the database says of
 // the bill. Errors: the database's.

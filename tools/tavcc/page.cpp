@@ -2,14 +2,6 @@
 
 #include <fmt/core.h>
 
-#include <cerrno>
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <system_error>
-
-#include "tavcc/command.h"
-
 namespace tavcc {
 namespace {
 
@@ -113,35 +105,6 @@ std::string HtmlPage(std::string_view title, std::string_view body) {
       "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
       "<title>{}</title>\n<style>{}</style>\n</head>\n<body>\n{}</body>\n</html>\n",
       Escaped(title), kStyle, body);
-}
-
-namespace {
-
-// What is no file of its own, as a terminal, a pipe or a device, is written to in place.
-bool IsWrittenInPlace(const std::string& file) {
-  std::error_code problem;
-  const auto status = std::filesystem::status(file, problem);
-  return std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
-}
-
-bool Wrote(const std::string& file, std::string_view text) {
-  std::ofstream out(file, std::ios::binary | std::ios::trunc);
-  out.write(text.data(), static_cast<std::streamsize>(text.size()));
-  out.close();
-  return out.good();
-}
-
-}  // namespace
-
-void WritePage(const std::string& file, std::string_view page) {
-  const bool in_place = IsWrittenInPlace(file);
-  const std::string written = in_place ? file : file + ".unfinished";
-  errno = 0;
-  if (Wrote(written, page) && (in_place || std::rename(written.c_str(), file.c_str()) == 0)) return;
-  const int problem = errno;
-  if (!in_place) std::remove(written.c_str());
-  throw CommandError(
-      fmt::format("{} cannot be written: {}", file, std::generic_category().message(problem)));
 }
 
 }  // namespace tavcc

@@ -18,8 +18,4 @@ std::string HtmlTable(const std::vector<std::string>& header,
 // The whole page. `title` is text, `body` is HTML.
 std::string HtmlPage(std::string_view title, std::string_view body);
 
-// Writes the page to a file, whole or not at all; to a terminal, pipe or device in place. Errors:
-// CommandError naming the file and why.
-void WritePage(const std::string& file, std::string_view page);
-
 }  // namespace tavcc

@@ -5,8 +5,6 @@
 #include <atomic>
 #include <chrono>
 #include <exception>
-#include <filesystem>
-#include <fstream>
 #include <mutex>
 #include <random>
 #include <thread>
@@ -23,6 +21,7 @@
 #include "scenario/scenario.h"
 #include "tavcc/command.h"
 #include "tavcc/database.h"
+#include "tavcc/file.h"
 #include "tavcc/junit.h"
 #include "tavcc/output.h"
 #include "tavcc/progress.h"
@@ -197,26 +196,6 @@ std::vector<ScenarioOutcome> ScenarioRun::RunFiles(const std::vector<std::string
   for (std::thread& other : others) other.join();
   if (error != nullptr) std::rethrow_exception(error);
   return outcomes;
-}
-
-// Whole or not at all: the file keeps its name for what it was until the new one is there.
-void ReplaceFile(const std::string& file, const std::string& text) {
-  const std::string beside = file + ".new";
-  std::error_code problem;
-  {
-    std::ofstream out(beside, std::ios::binary);
-    out << text;
-    out.flush();
-    if (!out) {
-      std::filesystem::remove(beside, problem);
-      throw CommandError(file + " cannot be written");
-    }
-  }
-  std::filesystem::rename(beside, file, problem);
-  if (!problem) return;
-  std::error_code ignored;
-  std::filesystem::remove(beside, ignored);
-  throw CommandError(file + " cannot be written: " + problem.message());
 }
 
 void ScenarioRun::Accept(std::vector<ScenarioOutcome>& outcomes) {

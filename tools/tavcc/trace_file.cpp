@@ -65,7 +65,9 @@ class Reader {
       trace_.left_out = line["left_out"].get<int32_t>();
     } else if (kind == "result" || kind == "error") {
       TakeEnd(line);
-    } else if (kind != "errors_of") {
+    } else if (kind == "errors_of") {
+      AddErrors(line);
+    } else {
       throw JsonError("is of no kind that a trace has");
     }
   }
@@ -157,12 +159,32 @@ class Reader {
   }
 
   void AddHostAnswer(const Json& line) {
+    constexpr std::pair<std::string_view, HostQuestion> kWords[] = {
+        {"setting", HostQuestion::kSetting}, {"published", HostQuestion::kPublished},
+        {"right", HostQuestion::kRight},     {"text", HostQuestion::kText},
+        {"user", HostQuestion::kUser},
+    };
     const auto name = line["host"].get<std::string>();
-    if (name != "setting" && name != "published") return;
-    Now().host_answers.push_back(
-        {name == "setting" ? HostQuestion::kSetting : HostQuestion::kPublished,
-         line.value("category", std::string()), line["key"].get<std::string>(),
-         ValueFromJson(host_, line["value"]), line.value("gate", std::string())});
+    for (const auto& [word, question] : kWords) {
+      if (word != name) continue;
+      Now().host_answers.push_back(
+          {question, line.value("category", std::string()), line.value("key", std::string()),
+           ValueFromJson(host_, line["value"]), line.value("gate", std::string())});
+    }
+  }
+
+  void AddErrors(const Json& line) {
+    const auto number = line["errors_of"].get<int32_t>();
+    for (TracedLadder& ladder : trace_.ladders) {
+      for (LoggedStatement& statement : ladder.statements) {
+        if (statement.number != number) continue;
+        for (const Json& error : line["errors"]) {
+          statement.errors.push_back(
+              {error["number"].get<int32_t>(), error["source"].get<std::string>(),
+               error["description"].get<std::string>(), error.value("state", std::string())});
+        }
+      }
+    }
   }
 
   const std::string& file_;

@@ -1,0 +1,64 @@
+// The rows that a call is about to touch, read before it touches them: the start state of a case
+// that runs on the embedded database.
+//
+// A table is read when the first statement that names it, itself or through a view or a procedure,
+// is about to be sent: nothing that is recorded has changed it by then. A small table is read
+// whole. Of a large one those rows are read that a number or text which the case knows by then
+// leads to: what stands in its statements, and what it was answered.
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/erp.h"
+
+namespace tavcc {
+
+struct TouchedTable {
+  std::string name;
+  std::vector<std::string> columns;  // those that the ERP schema has
+  std::vector<std::vector<Value>> rows;
+};
+
+class TouchedRows {
+ public:
+  explicit TouchedRows(Erp& erp);
+
+  // A statement is about to be sent. Errors: the database's; CommandError where a table has too
+  // many rows that may matter.
+  void Look(const LoggedStatement& statement);
+  // The statement was answered.
+  void Note(const LoggedStatement& statement);
+
+  const std::vector<TouchedTable>& tables() const { return tables_; }
+
+ private:
+  struct Known {
+    std::set<std::string> numbers, texts;
+  };
+  struct Reading {
+    size_t table;       // of tables_
+    bool whole = true;  // nothing more is to be read
+    Known looked_up;    // what rows were read for
+  };
+
+  void AddTable(Connection& schema, const std::string& name);
+  void AddBehind(const std::string& name, const std::vector<std::string>& tokens);
+  void Read(const std::string& name);
+  void ReadMore(Reading& reading);
+  bool WasRead(const Reading& reading, const std::vector<Value>& row) const;
+  RecordsetPtr Ask(const std::string& sql);
+
+  Erp& erp_;
+  std::map<std::string, std::vector<std::string>, CaselessLess> columns_;  // by table of the schema
+  // By view or procedure, what it reads and writes.
+  std::map<std::string, std::set<std::string, CaselessLess>, CaselessLess> behind_;
+  std::map<std::string, Reading, CaselessLess> readings_;
+  std::vector<TouchedTable> tables_;
+  Known known_;
+};
+
+}  // namespace tavcc
