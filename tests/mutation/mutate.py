@@ -107,7 +107,7 @@ def prepare(faults):
             path = os.path.join(folder, name)
             if os.path.relpath(path, COPY) not in wanted:
                 os.remove(path)
-    must(["cmake", "--preset", "dev"], cwd=COPY)
+    must(["cmake", "--preset", "dev", "-DTAVCC_BY_FOLDER=OFF"], cwd=COPY)
     must(["cmake", "--build", "--preset", "dev", "-j", "2", "--target", "tavcc",
           *sorted(programs() - (set() if faults else {"faults_tests"}))], cwd=COPY)
 

@@ -239,8 +239,13 @@ def check_head(path, lines, findings):
 def compiled_sources(root, build):
     with open(os.path.join(build, "compile_commands.json"), encoding="utf-8") as file:
         entries = json.load(file)
-    return {os.path.relpath(os.path.join(entry["directory"], entry["file"]), root)
-            for entry in entries}
+    sources = {os.path.join(entry["directory"], entry["file"]) for entry in entries}
+    # Compiled a folder at a time, a source is included by a file of the build's own.
+    for source in sorted(sources):
+        if "/Unity/unity_" in source:
+            with open(source, encoding="utf-8") as file:
+                sources.update(re.findall(r'^#include "(.*)"$', file.read(), re.MULTILINE))
+    return {os.path.relpath(source, root) for source in sources}
 
 
 def check_dead_sources(root, build, files, texts, findings):
