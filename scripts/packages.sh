@@ -3,6 +3,7 @@
 # To build tavcc. The driver manager's headers are among it, since tavcc knows SQL Servers too.
 build_packages=(
   cmake ninja-build g++ libsqlite3-dev unixodbc-dev nlohmann-json3-dev libcli11-dev libfmt-dev
+  libedit-dev
 )
 # To build the tests.
 test_packages=(libgtest-dev libgmock-dev)

@@ -29,7 +29,7 @@ class StoreDatabase final : public Database, public std::enable_shared_from_this
     if (InMemory()) memory_ = MakeEngine();
   }
 
-  ConnectionPtr NewSession() override {
+  BatchSessionPtr NewSession() override {
     if (!InMemory()) return std::make_shared<Session>(MakeEngine(), shared_from_this());
     if (!session_.expired()) {
       throw AutomationError(kStoreFailure, std::string(kErrorSource),
@@ -44,7 +44,9 @@ class StoreDatabase final : public Database, public std::enable_shared_from_this
 
   void RunScript(std::string_view script) override {
     const auto engine = InMemory() ? memory_ : MakeEngine();
-    for (const ScriptBatch& batch : SplitScript(script)) RunOneBatch(*engine, batch);
+    for (const ScriptBatch& batch : SplitScript(script)) {
+      for (int i = 0; i < batch.times; ++i) RunOneBatch(*engine, batch);
+    }
   }
 
   void SaveAs(const std::string& path) override {

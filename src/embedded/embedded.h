@@ -8,7 +8,7 @@
 #include <string>
 
 #include "embedded/open_options.h"
-#include "foundation/connection.h"
+#include "foundation/batch_session.h"
 
 namespace tavcc::sql {
 
@@ -22,7 +22,7 @@ class Database {
   static std::shared_ptr<Database> Open(const OpenOptions& options);
 
   // A new session. It keeps the store alive. Sessions of one Database belong to one thread.
-  virtual ConnectionPtr NewSession() = 0;
+  virtual BatchSessionPtr NewSession() = 0;
 
   // Opens a session again that was closed; its temporary tables and its transaction are gone.
   virtual void Reopen(Connection& session) = 0;

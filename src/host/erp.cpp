@@ -105,7 +105,7 @@ void Erp::RunScript(std::string_view script) {
   const ConnectionPtr session = host_.GetUnloggedConnection(dsn_);
   for (const sql::ScriptBatch& batch : sql::SplitScript(script)) {
     try {
-      session->Execute(batch.text);
+      for (int i = 0; i < batch.times; ++i) session->Execute(batch.text);
     } catch (const AutomationError& error) {
       throw AutomationError(error.number(), error.source(),
                             Cat(batch.line, ": ", error.description()));

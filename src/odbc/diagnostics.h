@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "odbc/api.h"
+#include "odbc/statement_calls.h"
 #include "odbc/text.h"
 
 namespace tavcc::odbc {
@@ -21,19 +22,29 @@ struct Diagnostic {
   bool IsLoss() const { return state.starts_with("08"); }
   // The batch was given up: nothing more comes of it.
   bool IsTimeout() const { return state.starts_with("HYT"); }
+  bool IsCancel() const { return state == "HY008"; }
 };
 
-// All records of the handle, in the order of the driver.
+// What drivers of SQL Server know beyond the standard's fields; 0 and empty where one does not.
+struct ServerDetails {
+  int severity = 0;
+  int state = 0;
+  int line = 0;
+  std::string procedure;
+};
+
+// All records of the statement, in the order of the driver.
+std::vector<Diagnostic> ReadDiagnostics(const StatementCalls& calls, Encoding encoding);
+
+// All records of an environment or a connection.
 std::vector<Diagnostic> ReadDiagnostics(SQLSMALLINT kind, SQLHANDLE handle, Encoding encoding);
-
-// The same, asked of a driver's own function.
-std::vector<Diagnostic> ReadDiagnostics(SQLSMALLINT kind, SQLHANDLE handle,
-                                        decltype(&SQLGetDiagRecW) read_record);
-
 template <class Handle>
 std::vector<Diagnostic> ReadDiagnostics(const Handle& handle, Encoding encoding) {
   return ReadDiagnostics(Handle::kind(), handle.get(), encoding);
 }
+
+// Of the record, counted from 1. The calls are best the driver's own.
+ServerDetails ReadDetails(const StatementCalls& calls, SQLSMALLINT record);
 
 // "[Microsoft][ODBC Driver 18 for SQL Server][SQL Server]Invalid object name 'X'." without what is
 // in front of the message: up to three names, of which "[SQL Server]" is the last. A message may

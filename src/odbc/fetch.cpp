@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <iterator>
 #include <span>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "foundation/text.h"
 #include "odbc/text.h"
@@ -28,6 +29,14 @@ struct Column {
 
 // The driver failed; the statement's diagnostics say how.
 struct FetchFailed {};
+// A value that the port has no form for.
+struct Refused {
+  AutomationError error;
+};
+
+[[noreturn]] void Refuse(std::string why) {
+  throw Refused{AutomationError(RuntimeError::kTypeMismatch, std::move(why))};
+}
 
 void Require(SQLRETURN result) {
   if (!SQL_SUCCEEDED(result)) throw FetchFailed();
@@ -35,8 +44,7 @@ void Require(SQLRETURN result) {
 
 class Reader {
  public:
-  Reader(const Statement& statement, Encoding encoding)
-      : statement_(statement), encoding_(encoding) {}
+  Reader(const StatementCalls& calls, Encoding encoding) : calls_(calls), encoding_(encoding) {}
 
   Column Describe(SQLUSMALLINT number);
   Value Read(const Column& column, SQLUSMALLINT number);
@@ -54,7 +62,7 @@ class Reader {
     for (;;) {
       SQLLEN length = 0;
       const SQLRETURN result =
-          SQLGetData(statement_.get(), number, c_type, piece.data(), sizeof(piece), &length);
+          calls_.get_data(calls_.handle, number, c_type, piece.data(), sizeof(piece), &length);
       if (result == SQL_NO_DATA) return text;
       Require(result);
       if (length == SQL_NULL_DATA) return std::nullopt;
@@ -71,12 +79,12 @@ class Reader {
   std::optional<T> Fixed(SQLUSMALLINT number, SQLSMALLINT c_type) {
     T value{};
     SQLLEN length = 0;
-    Require(SQLGetData(statement_.get(), number, c_type, &value, sizeof(value), &length));
+    Require(calls_.get_data(calls_.handle, number, c_type, &value, sizeof(value), &length));
     if (length == SQL_NULL_DATA) return std::nullopt;
     return value;
   }
 
-  const Statement& statement_;
+  const StatementCalls& calls_;
   const Encoding encoding_;
 };
 
@@ -85,16 +93,16 @@ Column Reader::Describe(SQLUSMALLINT number) {
   SQLSMALLINT length = 0, digits = 0, nullable = 0;
   SQLULEN size = 0;
   const auto describe = [&](auto call, auto& name) {
-    Require(call(statement_.get(), number, name.data(), static_cast<SQLSMALLINT>(name.size()),
-                 &length, &column.type, &size, &digits, &nullable));
+    Require(call(calls_.handle, number, name.data(), static_cast<SQLSMALLINT>(name.size()), &length,
+                 &column.type, &size, &digits, &nullable));
     return std::span(name.data(), std::min(static_cast<size_t>(length), name.size() - 1));
   };
   if (encoding_ == Encoding::kWide) {
     std::array<SQLWCHAR, kLongestName> name;
-    column.name = FromWide(describe(SQLDescribeColW, name));
+    column.name = FromWide(describe(calls_.describe_wide, name));
   } else {
     std::array<SQLCHAR, kLongestName> name;
-    const auto bytes = describe(SQLDescribeCol, name);
+    const auto bytes = describe(calls_.describe_bytes, name);
     column.name.assign(bytes.begin(), bytes.end());
   }
   return column;
@@ -119,8 +127,7 @@ Value Reader::Number(const Column& column, SQLUSMALLINT number) {
   if (!text) return Null{};
   const auto decimal = ParseDecimal(*text);
   if (decimal) return *decimal;
-  throw AutomationError(RuntimeError::kTypeMismatch,
-                        Cat("Column ", column.name, " holds no decimal number: ", *text));
+  Refuse(Cat("Column ", column.name, " holds no decimal number: ", *text));
 }
 
 Value Reader::Date(const Column& column, SQLUSMALLINT number) {
@@ -130,9 +137,7 @@ Value Reader::Date(const Column& column, SQLUSMALLINT number) {
   const auto second = DateTime::FromParts(
       {stamp->year, stamp->month, stamp->day, stamp->hour, stamp->minute, stamp->second, 0});
   if (!second) {
-    throw AutomationError(
-        RuntimeError::kTypeMismatch,
-        Cat("Column ", column.name, " holds a date outside the years 100 to 9999."));
+    Refuse(Cat("Column ", column.name, " holds a date outside the years 100 to 9999."));
   }
   const int64_t ticks =
       (int64_t{stamp->fraction} * DateTime::kTicksPerSecond + kNanoseconds / 2) / kNanoseconds;
@@ -168,51 +173,71 @@ Value Reader::Read(const Column& column, SQLUSMALLINT number) {
     case SQL_VARBINARY:
     case SQL_LONGVARBINARY:
     case kUserDefinedType:
-      throw AutomationError(
-          RuntimeError::kTypeMismatch,
+      Refuse(
           Cat("Column ", column.name, " is binary, which is not supported; convert it to text."));
     default:
       return OrNull<std::string>(Text(number));
   }
 }
 
-void AddDiagnostics(const Statement& statement, Encoding encoding, Fetched& fetched) {
-  std::ranges::move(ReadDiagnostics(statement, encoding), std::back_inserter(fetched.diagnostics));
-}
-
-void FetchAll(const Statement& statement, Encoding encoding, Fetched& fetched) {
-  SQLSMALLINT count = 0;
-  Require(SQLNumResultCols(statement.get(), &count));
-  if (count == 0) return;
-  Reader reader(statement, encoding);
-  std::vector<Column> columns;
-  for (SQLUSMALLINT number = 1; number <= count; ++number) {
-    columns.push_back(reader.Describe(number));
-    fetched.rows.names.push_back(columns.back().name);
-  }
-  for (;;) {
-    const SQLRETURN result = SQLFetch(statement.get());
-    if (result == SQL_NO_DATA) return;
-    Require(result);
-    if (result == SQL_SUCCESS_WITH_INFO) AddDiagnostics(statement, encoding, fetched);
-    SQLUSMALLINT number = 0;
-    for (const Column& column : columns) {
-      fetched.rows.cells.push_back(reader.Read(column, ++number));
+// The current result, row by row. Errors of all: FetchFailed; of rows also Refused.
+class Result {
+ public:
+  Result(const StatementCalls& calls, Encoding encoding) : calls_(calls), reader_(calls, encoding) {
+    SQLSMALLINT count = 0;
+    Require(calls_.column_count(calls_.handle, &count));
+    for (SQLUSMALLINT number = 1; number <= count; ++number) {
+      columns_.push_back(reader_.Describe(number));
     }
+    values_.resize(columns_.size());
   }
-}
+
+  std::vector<std::string> Names() const {
+    std::vector<std::string> names;
+    for (const Column& column : columns_) names.push_back(column.name);
+    return names;
+  }
+
+  // Goes on to the next row; false behind the last.
+  bool Next(const std::function<void()>& hear) {
+    const SQLRETURN result = calls_.fetch(calls_.handle);
+    if (result == SQL_NO_DATA) return false;
+    Require(result);
+    if (result == SQL_SUCCESS_WITH_INFO) hear();
+    SQLUSMALLINT number = 0;
+    for (const Column& column : columns_) {
+      Value& value = values_[number];
+      value = reader_.Read(column, ++number);
+    }
+    return true;
+  }
+  std::span<Value> values() { return values_; }
+
+ private:
+  const StatementCalls& calls_;
+  Reader reader_;
+  std::vector<Column> columns_;
+  std::vector<Value> values_;
+};
 
 }  // namespace
 
-Fetched FetchRows(const Statement& statement, Encoding encoding) {
+Fetched FetchRows(const StatementCalls& calls, Encoding encoding, BatchReader& reader,
+                  const std::atomic<bool>& interrupted, const std::function<void()>& hear) {
   Fetched fetched;
+  bool begun = false, failed = false;
   try {
-    FetchAll(statement, encoding, fetched);
+    Result result(calls, encoding);
+    reader.BeginRows(result.Names());
+    begun = true;
+    for (; !interrupted && result.Next(hear); ++fetched.rows) reader.Row(result.values());
   } catch (const FetchFailed&) {
-    AddDiagnostics(statement, encoding, fetched);
-  } catch (const AutomationError& error) {
-    fetched.refusal = error;
+    failed = true;
+  } catch (const Refused& refused) {
+    fetched.refusal = refused.error;
   }
+  if (begun) reader.EndRows();
+  if (failed) hear();
   return fetched;
 }
 

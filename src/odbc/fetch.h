@@ -1,25 +1,29 @@
 // Reading the rows of a statement's current result.
 #pragma once
 
+#include <atomic>
+#include <cstdint>
+#include <functional>
 #include <optional>
-#include <vector>
 
+#include "foundation/batch_session.h"
 #include "foundation/error.h"
-#include "odbc/api.h"
-#include "odbc/diagnostics.h"
-#include "odbc/rows.h"
+#include "odbc/statement_calls.h"
+#include "odbc/text.h"
 
 namespace tavcc::odbc {
 
 struct Fetched {
-  Rows rows;                            // no result where the statement returns none
-  std::vector<Diagnostic> diagnostics;  // what the driver said while it was read
-  // A value that the port has no form for; the rows are then not to be used.
+  int64_t rows = 0;  // that were told
+  // Of a value that the port has no form for: nothing of the result was read behind it.
   std::optional<AutomationError> refusal;
 };
 
-// Reads the current result to its end. Integers are 16 or 32 bits wide; bigint, decimal and money
-// are decimals, made of the driver's text; dates are those of `datetime`; text comes in pieces.
-Fetched FetchRows(const Statement& statement, Encoding encoding);
+// Tells the reader of the current result, which has columns, to its end, or until it is
+// interrupted; `hear` is called whenever the driver has something to say of a call. Integers are 16
+// or 32 bits wide; bigint, decimal and money are decimals, made of the driver's text; dates are
+// those of `datetime`; text comes in pieces. Errors: what the reader throws.
+Fetched FetchRows(const StatementCalls& calls, Encoding encoding, BatchReader& reader,
+                  const std::atomic<bool>& interrupted, const std::function<void()>& hear);
 
 }  // namespace tavcc::odbc

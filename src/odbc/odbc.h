@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "foundation/connection.h"
+#include "foundation/batch_session.h"
 
 namespace tavcc {
 
@@ -32,7 +32,7 @@ inline constexpr int32_t kDriverError = -2147467259;
 // called by a batch "EXEC name @a = …" whose variables take the output parameters, since drivers
 // disagree about bound ones; an output parameter's variable is of the kind of its value, text where
 // it has none. A column of binary type raises error 13.
-ConnectionPtr OpenOdbc(const OdbcOptions& options);
+BatchSessionPtr OpenOdbc(const OdbcOptions& options);
 
 // Opens a session of OpenOdbc again that was closed or lost. Errors: as OpenOdbc; it stays closed.
 void ReopenOdbc(Connection& session);

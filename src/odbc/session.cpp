@@ -8,9 +8,9 @@
 #include "foundation/connection_string.h"
 #include "foundation/error.h"
 #include "foundation/text.h"
-#include "odbc/driver_statement.h"
 #include "odbc/fetch.h"
 #include "odbc/procedure_batch.h"
+#include "odbc/schema.h"
 #include "odbc/text.h"
 
 namespace tavcc {
@@ -36,6 +36,27 @@ const Diagnostic* FirstError(const std::vector<Diagnostic>& diagnostics) {
 // nothing.
 bool ServerSpoke(const std::vector<Diagnostic>& diagnostics) {
   return std::ranges::any_of(diagnostics, [](const Diagnostic& d) { return d.number != 0; });
+}
+
+bool IsError(const ConnectionError& error) {
+  return error.number != 0;
+}
+
+bool HasColumns(const StatementCalls& calls, SQLRETURN result) {
+  SQLSMALLINT columns = 0;
+  return result != SQL_NO_DATA && SQL_SUCCEEDED(calls.column_count(calls.handle, &columns)) &&
+         columns > 0;
+}
+
+// `fetched`: the rows that a query returned, which not every driver counts.
+void TellCount(const StatementCalls& calls, std::optional<int64_t> fetched, BatchReader& reader) {
+  SQLLEN rows = -1;
+  const bool counted = SQL_SUCCEEDED(calls.row_count(calls.handle, &rows)) && rows >= 0;
+  if (counted) reader.RowCount(fetched.value_or(rows));
+}
+
+BatchMessage MessageOf(const AutomationError& refusal) {
+  return {.is_error = true, .number = refusal.number(), .text = refusal.description()};
 }
 
 }  // namespace
@@ -157,57 +178,120 @@ SQLRETURN Session::Send(const Statement& statement, std::string_view sql) {
   return SQLExecDirectW(statement.get(), wide.data(), length);
 }
 
-Session::Outcome Session::Walk(const Statement& statement, SQLRETURN result, Keep keep) {
-  Outcome outcome;
-  for (bool first = true;; first = false, result = SQLMoreResults(statement.get())) {
-    const auto said =
-        result == SQL_SUCCESS ? std::vector<Diagnostic>() : ReadDiagnostics(statement, encoding_);
-    if (!Note(said)) break;
-    // An update of no rows begins with "no data"; later it is the end.
-    if (result == SQL_NO_DATA && !first) break;
-    if (result != SQL_NO_DATA && !SQL_SUCCEEDED(result) && !ServerSpoke(said)) break;
-    if (first && result == SQL_ERROR && WalkBehindError(statement)) break;
-    const bool wanted = keep == Keep::kLast || !outcome.rows.IsResult();
-    if (!SQL_SUCCEEDED(result) || !wanted) continue;
-    Fetched fetched = FetchRows(statement, encoding_);
-    if (fetched.refusal) outcome.refusal = fetched.refusal;
-    if (fetched.rows.IsResult()) outcome.rows = std::move(fetched.rows);
-    if (!Note(fetched.diagnostics)) break;
+// Lets others cancel a statement while it lives.
+class Session::Running {
+ public:
+  Running(Session& session, const StatementCalls& calls) : session_(session) { Set(&calls); }
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+  ~Running() { Set(nullptr); }
+
+ private:
+  void Set(const StatementCalls* calls) {
+    const std::lock_guard lock(session_.running_mutex_);
+    session_.running_ = calls;
   }
-  return outcome;
+  Session& session_;
+};
+
+void Session::Interrupt() {
+  const std::lock_guard lock(running_mutex_);
+  if (running_ == nullptr) return;
+  interrupted_ = true;
+  running_->cancel(running_->handle);
 }
 
-bool Session::WalkBehindError(const Statement& statement) {
-  const auto driver = DriverStatement::Find(link_, statement);
-  if (!driver) return false;
-  for (;;) {
-    const SQLRETURN result = driver->MoreResults();
-    const auto said = driver->Diagnostics();
-    if (!Note(said) || result == SQL_NO_DATA) return true;
-    if (!SQL_SUCCEEDED(result) && !ServerSpoke(said)) return true;
+std::optional<AutomationError> Session::Walk(std::string_view sql, const Listener& listener) {
+  Statement statement;
+  Prepare(statement);
+  const StatementCalls manager = ManagerCalls(statement);
+  const Running running(*this, manager);
+  StatementCalls calls = manager;
+  std::optional<AutomationError> refusal;
+  bool more = true;
+  const auto hear = [&] { more = Hear(calls, statement, listener).more && more; };
+  SQLRETURN result = Send(statement, sql);
+  for (bool first = true;; first = false, result = calls.more_results(calls.handle)) {
+    const Said said = result == SQL_SUCCESS ? Said() : Hear(calls, statement, listener);
+    // An update of no rows begins with "no data"; later it is the end.
+    if (!said.more || (result == SQL_NO_DATA && !first)) break;
+    if (result != SQL_NO_DATA && !SQL_SUCCEEDED(result)) {
+      if (!said.by_server) break;
+      if (first) calls = DriverCalls(link_, statement).value_or(manager);
+      continue;
+    }
+    std::optional<int64_t> rows;
+    if (HasColumns(calls, result) && listener.wants_rows()) {
+      const Fetched fetched = FetchRows(calls, encoding_, listener.reader, interrupted_, hear);
+      rows = fetched.rows;
+      if (fetched.refusal) refusal = fetched.refusal;
+      if (fetched.refusal) listener.reader.Message(MessageOf(*fetched.refusal));
+    }
+    if (listener.wants_messages) TellCount(calls, rows, listener.reader);
+    if (!more || interrupted_) break;
   }
+  return refusal;
+}
+
+Session::Said Session::Hear(const StatementCalls& calls, const Statement& statement,
+                            const Listener& listener) {
+  const std::vector<Diagnostic> diagnostics = ReadDiagnostics(calls, encoding_);
+  if (listener.wants_messages && !diagnostics.empty()) {
+    const StatementCalls driver = DriverCalls(link_, statement).value_or(calls);
+    SQLSMALLINT record = 0;
+    for (const Diagnostic& diagnostic : diagnostics) {
+      Tell(diagnostic, ReadDetails(driver, ++record), listener.reader);
+    }
+  }
+  return {Note(diagnostics), ServerSpoke(diagnostics)};
+}
+
+// Of the loss of the connection the session tells when it is sure, of an interruption nobody.
+void Session::Tell(const Diagnostic& diagnostic, const ServerDetails& details,
+                   BatchReader& reader) const {
+  if (diagnostic.IsLoss() || (interrupted_ && diagnostic.IsCancel())) return;
+  reader.Message({!diagnostic.IsMessage(), diagnostic.number, details.severity, details.state,
+                  details.line, details.procedure, WithoutSecrets(diagnostic.text)});
 }
 
 Rows Session::Run(std::string_view sql, Keep keep) {
   RequireOpen();
   errors_.clear();
-  Outcome outcome;
-  {
-    Statement statement;
-    Prepare(statement);
-    outcome = Walk(statement, Send(statement, sql), keep);
+  KeptRows kept;
+  const auto wants_rows = [&] {
+    const bool failed = std::ranges::any_of(errors_, IsError);
+    return !failed && (keep == Keep::kLast || !kept.rows().IsResult());
+  };
+  const auto refusal = Walk(sql, {kept, wants_rows});
+  if (const ConnectionError* error = FirstFailure()) {
+    throw AutomationError(error->number, error->source, error->description);
   }
-  RaiseFirstError();
-  if (outcome.refusal) throw AutomationError(*outcome.refusal);
-  return std::move(outcome.rows);
+  if (refusal) throw AutomationError(*refusal);
+  return std::move(kept.rows());
 }
 
-void Session::RaiseFirstError() {
-  auto first =
-      std::ranges::find_if(errors_, [](const ConnectionError& e) { return e.number != 0; });
+bool Session::RunBatch(std::string_view batch, BatchReader& reader) {
+  RequireOpen();
+  errors_.clear();
+  interrupted_ = false;
+  try {
+    Walk(batch, {reader, [] { return true; }, true});
+  } catch (...) {
+    Close();
+    throw;
+  }
+  const ConnectionError* error = FirstFailure();
+  if (error != nullptr && !open_) {
+    reader.Message({.is_error = true, .text = error->description});
+  }
+  return !interrupted_;
+}
+
+const ConnectionError* Session::FirstFailure() {
+  auto first = std::ranges::find_if(errors_, IsError);
   // A driver may tell of the loss by a message alone, or not at all.
   const bool gone = lost_ || IsDead();
-  if (first == errors_.end() && !gone) return;
+  if (first == errors_.end() && !gone) return nullptr;
   if (first == errors_.end()) {
     const std::string text = errors_.empty() ? "no reason given" : errors_.back().description;
     first = errors_.insert(errors_.end(), {kDriverError, std::string(kErrorSource), text, "08S01"});
@@ -216,11 +300,39 @@ void Session::RaiseFirstError() {
     first->description = Cat("the connection to the database was lost: ", first->description);
     Close();
   }
-  throw AutomationError(first->number, first->source, first->description);
+  return &*first;
 }
 
 RecordsetPtr Session::Execute(const SqlText& sql) {
   return MakeRecordset(Run(sql.text, Keep::kFirst));
+}
+
+std::vector<SchemaObject> Session::Objects() {
+  RequireOpen();
+  Statement statement;
+  Prepare(statement);
+  const auto tables = ReadTables(statement, encoding_);
+  if (!tables) {
+    throw AutomationError(kDriverError, std::string(kErrorSource),
+                          "the driver does not tell which tables there are");
+  }
+  return ObjectsOf(*tables);
+}
+
+std::vector<std::string> Session::Columns(std::string_view name) {
+  RequireOpen();
+  Statement statement;
+  Prepare(statement);
+  const auto columns = ReadColumns(statement, encoding_, name);
+  return columns ? NamesOf(*columns) : std::vector<std::string>();
+}
+
+std::string Session::Definition(std::string_view name) {
+  RequireOpen();
+  Statement statement;
+  Prepare(statement);
+  const auto columns = ReadColumns(statement, encoding_, name);
+  return columns ? DefinitionOf(name, *columns) : "";
 }
 
 void Session::CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) {
@@ -237,7 +349,7 @@ void Session::CallProcedure(const SqlText& name, std::span<ProcedureParameter> p
 
 }  // namespace odbc
 
-ConnectionPtr OpenOdbc(const OdbcOptions& options) {
+BatchSessionPtr OpenOdbc(const OdbcOptions& options) {
   auto session = std::make_shared<odbc::Session>(options);
   session->Open();
   return session;

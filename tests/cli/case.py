@@ -58,7 +58,8 @@ class Case(unittest.TestCase):
     def rows(self, batch):
         answer = tavcc("sql", "--db", self.db, "--json", batch)
         self.assertEqual(answer.returncode, PASSED, answer.stderr)
-        return json.loads(answer.stdout)["rows"]
+        results = json.loads(answer.stdout)["results"]
+        return [row for result in results for row in result.get("rows", [])]
 
     def change(self, batch):
         answer = tavcc("sql", "--db", self.db, batch)

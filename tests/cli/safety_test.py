@@ -99,7 +99,7 @@ class Output(Case):
     def test_each_command_notices(self):
         with open("/dev/full", "w", encoding="utf-8") as full:
             for arguments, word in (
-                    (["sql", "--db", self.db, "select 1 as A"], "what the batch did is kept"),
+                    (["sql", "--db", self.db, "select 1 as A"], "what it did before is kept"),
                     (["check", "--db", self.db], "No space left"),
                     (["init", "--db", self.path("new.db")], "new.db was made"),
                     (["classes"], "No space left"), (["demo"], "No space left"),
@@ -367,7 +367,8 @@ class DamagedContents(Case):
                 self.setUp()
                 self.damage(column, cell)
                 answer = tavcc("sql", "--db", self.db, f"select [{column}] from Cells")
-                self.assert_error(answer, f"{self.db}: the file is damaged: {said}")
+                self.assertEqual(answer.returncode, FAILED)
+                self.assertIn(f"{self.db}: the file is damaged: {said}", answer.stderr)
 
     def test_what_is_reckoned_with_too(self):
         self.damage("d", "'much'")
@@ -375,7 +376,8 @@ class DamagedContents(Case):
                       "declare @d decimal(18,4) select @d=d+1 from Cells"):
             with self.subTest(batch):
                 answer = tavcc("sql", "--db", self.db, batch)
-                self.assert_error(answer, "the file is damaged: a number is stored as something")
+                self.assertEqual(answer.returncode, FAILED)
+                self.assertIn("the file is damaged: a number is stored as something", answer.stderr)
 
     def test_a_call_over_damage_is_no_refusal(self):
         store = sqlite3.connect(self.db)

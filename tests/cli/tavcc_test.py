@@ -141,7 +141,8 @@ class Servers(Case):
         answer = tavcc("sql", "--json", "--dsn", "Driver=SQLite3;Database=" + self.path("x.db"),
                        "select '单😀' as A, 7 as B, null as C")
         self.assertEqual(json.loads(answer.stdout),
-                         {"columns": ["A", "B", "C"], "rows": [["单😀", 7, None]]})
+                         {"results": [{"columns": ["A", "B", "C"], "rows": [["单😀", 7, None]],
+                                       "rows_affected": 1}]})
 
     def test_a_login_that_is_never_answered_is_given_up(self):
         with socket.create_server(("127.0.0.1", 0)) as silent:
@@ -257,31 +258,6 @@ class Calls(Case):
         self.assertIn("> Select FStatus,FVoucherID From T_CC_ZZCX where FID=", answer.stderr)
         self.assertRegex(answer.stderr, r"1 row, \d+\.\d+ ms")
         self.assertNotIn("Select", answer.stdout)
-
-
-class Sql(Case):
-    def test_columns_are_aligned_by_display_width(self):
-        answer = tavcc("sql", "--db", self.db,
-                       "select N'单据' as A, 1 as B union all select N'x', 22 order by B")
-        self.assertEqual(answer.stdout, "A      B\n----  --\n单据   1\nx     22\n")
-
-    def test_json(self):
-        answer = tavcc("sql", "--db", self.db, "--json", "select 1 as A, N'单' as B, null as C")
-        self.assertEqual(json.loads(answer.stdout),
-                         {"columns": ["A", "B", "C"], "rows": [[1, "单", None]]})
-
-    def test_batch_from_standard_input(self):
-        answer = tavcc("sql", "--db", self.db, "-", stdin="declare @n int\nset @n = 5\nselect @n N")
-        self.assertEqual(answer.stdout, "N\n-\n5\n")
-
-    def test_the_database_s_error_is_one_line(self):
-        self.assert_error(tavcc("sql", "--db", self.db, "select * from NoTable"),
-                          "error 208: Invalid object name 'NoTable'.")
-
-    def test_what_is_not_understood_is_refused(self):
-        answer = tavcc("sql", "--db", self.db, "frobnicate the stock")
-        self.assertEqual(answer.returncode, FAILED)
-        self.assertEqual(answer.stdout, "")
 
 
 class Classes(unittest.TestCase):

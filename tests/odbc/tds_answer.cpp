@@ -108,28 +108,37 @@ TdsAnswer& TdsAnswer::Row(const std::vector<std::string>& cells) {
   return *this;
 }
 
-TdsAnswer& TdsAnswer::Error(int32_t number, std::string_view text) {
+TdsAnswer& TdsAnswer::Error(int32_t number, std::string_view text, int state, int line) {
   failed_ = true;
-  return Tell(kError, number, 16, text);
+  return Tell(kError, number, 16, text, state, line);
 }
 
 TdsAnswer& TdsAnswer::Message(std::string_view text) {
-  return Tell(kInfo, 0, 0, text);
+  return Tell(kInfo, 0, 0, text, 1, 1);
 }
 
-TdsAnswer& TdsAnswer::Tell(char token, int32_t number, char severity, std::string_view text) {
-  const std::string body = LittleEndian(static_cast<uint32_t>(number), 4) + '\x01' + severity +
-                           Counted(text, 2) + Counted("responder", 1) + Counted("", 1) +
-                           LittleEndian(1, 4);
+TdsAnswer& TdsAnswer::Tell(char token, int32_t number, char severity, std::string_view text,
+                           int state, int line) {
+  const std::string body = LittleEndian(static_cast<uint32_t>(number), 4) +
+                           static_cast<char>(state) + severity + Counted(text, 2) +
+                           Counted("responder", 1) + Counted("", 1) +
+                           LittleEndian(static_cast<uint32_t>(line), 4);
   bytes_ += token + LittleEndian(body.size(), 2) + body;
   return *this;
 }
 
 TdsAnswer& TdsAnswer::Statement(int64_t rows) {
+  return Done(failed_ ? kDoneError : kDoneCount, rows);
+}
+
+TdsAnswer& TdsAnswer::StatementWithoutCount() {
+  return Done(failed_ ? kDoneError : '\0', 0);
+}
+
+TdsAnswer& TdsAnswer::Done(char status, int64_t rows) {
   bytes_ += kDone;
   last_status_ = bytes_.size();
-  const char ending = failed_ ? kDoneError : kDoneCount;
-  bytes_ += std::string{static_cast<char>(ending | kDoneMore), '\0', '\0', '\0'};
+  bytes_ += std::string{static_cast<char>(status | kDoneMore), '\0', '\0', '\0'};
   bytes_ += LittleEndian(static_cast<uint64_t>(rows), 8);
   failed_ = false;
   return *this;

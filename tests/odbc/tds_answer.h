@@ -30,17 +30,21 @@ class TdsAnswer {
  public:
   TdsAnswer& Columns(const std::vector<TdsColumn>& columns);
   TdsAnswer& Row(const std::vector<std::string>& cells);
-  TdsAnswer& Error(int32_t number, std::string_view text);
+  TdsAnswer& Error(int32_t number, std::string_view text, int state = 1, int line = 1);
   TdsAnswer& Message(std::string_view text);
   // A statement ends: with an error where it said one, else with this many rows.
   TdsAnswer& Statement(int64_t rows);
+  // As one that counts no rows.
+  TdsAnswer& StatementWithoutCount();
   TdsAnswer& LoginAccepted();
 
   // All of it; the last statement is the end of the batch.
   std::string Bytes() const;
 
  private:
-  TdsAnswer& Tell(char token, int32_t number, char severity, std::string_view text);
+  TdsAnswer& Tell(char token, int32_t number, char severity, std::string_view text, int state,
+                  int line);
+  TdsAnswer& Done(char status, int64_t rows);
 
   std::string bytes_;
   size_t last_status_ = std::string::npos;  // where the last statement's status stands

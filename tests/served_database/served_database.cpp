@@ -7,7 +7,9 @@
 #include <cstdio>
 #include <iostream>
 #include <memory>
+#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "embedded/embedded.h"
@@ -71,42 +73,73 @@ std::string Cell(const Value& value, TdsType type) {
   }
 }
 
-// A column has the type of its first value that is not null; decimals have the places that the rest
-// of the project gives them.
-TdsAnswer AnswerOf(Recordset& rows) {
-  std::vector<std::vector<Value>> values;
-  const int count = rows.FieldCount();
-  std::vector<TdsColumn> columns;
-  for (int i = 0; i < count; ++i) columns.push_back({rows.FieldName(i), TdsType::kText, kScale});
-  std::vector<bool> typed(columns.size(), false);
-  for (; !rows.AtEnd(); rows.MoveNext()) {
-    std::vector<Value>& row = values.emplace_back();
-    for (int i = 0; i < count; ++i) {
-      const auto at = static_cast<size_t>(i);
-      row.push_back(rows.Field(i));
-      if (typed[at] || row.back().IsNull()) continue;
-      columns[at].type = TypeOf(row.back());
-      typed[at] = true;
+// Makes an answer of all that a batch gives. A column has the type of its first value that is not
+// null; decimals have the places that the rest of the project gives them.
+class AnswerMaker final : public BatchReader {
+ public:
+  void BeginRows(const std::vector<std::string>& columns) override {
+    EndStatement();
+    columns_.clear();
+    for (const std::string& name : columns) columns_.push_back({name, TdsType::kText, kScale});
+    rows_.clear();
+  }
+  void Row(std::span<Value> values) override { rows_.emplace_back(values.begin(), values.end()); }
+  void EndRows() override {
+    for (size_t column = 0; column < columns_.size(); ++column) {
+      for (const std::vector<Value>& row : rows_) {
+        if (row[column].IsNull()) continue;
+        columns_[column].type = TypeOf(row[column]);
+        break;
+      }
     }
+    answer_.Columns(columns_);
+    for (const std::vector<Value>& row : rows_) {
+      std::vector<std::string> cells;
+      for (size_t i = 0; i < row.size(); ++i) cells.push_back(Cell(row[i], columns_[i].type));
+      answer_.Row(cells);
+    }
+    open_ = true;
   }
-  TdsAnswer answer;
-  answer.Columns(columns);
-  for (const std::vector<Value>& row : values) {
-    std::vector<std::string> cells;
-    for (size_t i = 0; i < row.size(); ++i) cells.push_back(Cell(row[i], columns[i].type));
-    answer.Row(cells);
+  void RowCount(int64_t rows) override {
+    open_ = false;
+    any_ = true;
+    answer_.Statement(rows);
   }
-  return answer.Statement(static_cast<int64_t>(values.size()));
-}
+  void Message(const BatchMessage& message) override {
+    EndStatement();
+    any_ = true;
+    if (!message.is_error) {
+      answer_.Message(message.text);
+    } else {
+      answer_.Error(message.number, message.text, message.state, message.line);
+    }
+    answer_.StatementWithoutCount();
+  }
 
-TdsAnswer Run(Connection& session, const std::string& batch) {
-  try {
-    const RecordsetPtr rows = session.Execute(batch);
-    if (rows == nullptr || !rows->IsOpen()) return TdsAnswer().Statement(0);
-    return AnswerOf(*rows);
-  } catch (const AutomationError& error) {
-    return TdsAnswer().Error(error.number(), error.description()).Statement(0);
+  TdsAnswer Take() {
+    EndStatement();
+    if (!any_) answer_.StatementWithoutCount();
+    return answer_;
   }
+
+ private:
+  void EndStatement() {
+    if (!std::exchange(open_, false)) return;
+    any_ = true;
+    answer_.StatementWithoutCount();
+  }
+
+  TdsAnswer answer_;
+  std::vector<TdsColumn> columns_;
+  std::vector<std::vector<Value>> rows_;
+  bool open_ = false;  // a result without its count
+  bool any_ = false;
+};
+
+TdsAnswer Run(BatchSession& session, const std::string& batch) {
+  AnswerMaker answer;
+  session.RunBatch(batch, answer);
+  return answer.Take();
 }
 
 int Main(const char* file) {
@@ -114,7 +147,7 @@ int Main(const char* file) {
   options.path = file;
   options.create = false;
   const auto database = sql::Database::Open(options);
-  const ConnectionPtr session = database->NewSession();
+  const BatchSessionPtr session = database->NewSession();
   TdsResponder responder([&](const std::string& batch) { return Run(*session, batch); });
   std::cout << responder.port() << std::endl;
   std::string line;

@@ -37,6 +37,12 @@ Json& Json::operator=(const Json&) = default;
 Json& Json::operator=(Json&&) noexcept = default;
 Json::~Json() = default;
 
+Json Json::number(std::string digits) {
+  Json json;
+  json.value_ = Digits{std::move(digits)};
+  return json;
+}
+
 Json Json::array() {
   Json json;
   json.value_.emplace<std::vector<Json>>();
@@ -58,7 +64,8 @@ bool Json::is_boolean() const {
 }
 
 bool Json::is_number() const {
-  return is_number_integer() || std::holds_alternative<double>(value_);
+  return is_number_integer() || std::holds_alternative<double>(value_) ||
+         std::holds_alternative<Digits>(value_);
 }
 
 bool Json::is_number_integer() const {
@@ -117,6 +124,7 @@ double Json::get() const {
   if (const auto* number = std::get_if<double>(&value_)) return *number;
   if (const auto* number = std::get_if<uint64_t>(&value_)) return static_cast<double>(*number);
   if (const auto* number = std::get_if<int64_t>(&value_)) return static_cast<double>(*number);
+  if (const auto* number = DigitsOf(*this)) return std::stod(*number);
   throw JsonError("no number: " + Show(*this));
 }
 
@@ -190,6 +198,11 @@ bool operator==(const Json& a, const Json& b) {
     return exact ? a.value_ == b.value_ : a.get<double>() == b.get<double>();
   }
   return a.value_ == b.value_;
+}
+
+const std::string* DigitsOf(const Json& json) {
+  const auto* const digits = std::get_if<Json::Digits>(&json.value_);
+  return digits == nullptr ? nullptr : &digits->text;
 }
 
 bool IsForm(const Json& json, std::string_view key) {

@@ -47,6 +47,9 @@ class Json {
   Json& operator=(Json&&) noexcept;
   ~Json();
 
+  // A number with these digits, all of which are shown: "1.5000". As any other it has the value of
+  // a double.
+  static Json number(std::string digits);
   static Json array();
   static Json object();
 
@@ -111,9 +114,15 @@ class Json {
   explicit Json(Signed whole);
   explicit Json(Unsigned whole);
 
+  struct Digits {
+    std::string text;
+    friend bool operator==(const Digits&, const Digits&) = default;
+  };
+  friend const std::string* DigitsOf(const Json& json);
+
   // The library's own kinds; only numbers beyond the range of int64_t are kept without a sign.
-  std::variant<std::nullptr_t, bool, int64_t, uint64_t, double, std::string, std::vector<Json>,
-               std::vector<Member>>
+  std::variant<std::nullptr_t, bool, int64_t, uint64_t, double, Digits, std::string,
+               std::vector<Json>, std::vector<Member>>
       value_;
 };
 
@@ -140,6 +149,9 @@ template <>
 std::string Json::get() const;
 template <>
 Json Json::get() const;
+
+// Null where it is no number with digits of its own.
+const std::string* DigitsOf(const Json& json);
 
 // Parses a whole text. Errors: JsonError for a text that is no JSON (line and column), for an
 // object that has the same key twice, since only one of the two would count, and for one that is

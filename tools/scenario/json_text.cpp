@@ -123,24 +123,65 @@ class Builder final : public nlohmann::json_sax<Library> {
   std::string twice_;
 };
 
-Library ToLibrary(const Json& json) {
-  if (json.is_object()) {
-    Library object = Library::object();
-    for (const auto& [key, value] : json.items()) object.emplace(key, ToLibrary(value));
-    return object;
-  }
-  if (json.is_array()) {
-    Library array = Library::array();
-    for (const Json& element : json) array.push_back(ToLibrary(element));
-    return array;
-  }
-  if (json.is_string()) return json.get<std::string>();
-  if (json.is_boolean()) return json.get<bool>();
-  if (json.is_null()) return nullptr;
-  if (!json.is_number_integer()) return json.get<double>();
-  if (IsWholeNumber(json, INT64_MIN, INT64_MAX)) return json.get<int64_t>();
-  return json.get<uint64_t>();
+// Neither a list nor an object, as the library writes it.
+std::string ShowPlain(const Json& json) {
+  const auto show = [](const Library& plain) {
+    return plain.dump(-1, ' ', false, Library::error_handler_t::replace);
+  };
+  if (const std::string* digits = DigitsOf(json)) return *digits;
+  if (json.is_string()) return show(json.get<std::string>());
+  if (json.is_boolean()) return show(json.get<bool>());
+  if (json.is_null()) return show(nullptr);
+  if (!json.is_number_integer()) return show(json.get<double>());
+  if (IsWholeNumber(json, INT64_MIN, INT64_MAX)) return show(json.get<int64_t>());
+  return show(json.get<uint64_t>());
 }
+
+// Writes values into one text. The library's own way of writing has no word for a number's digits.
+class Writer {
+ public:
+  explicit Writer(int indent) : indent_(indent) {}
+
+  std::string Take() { return std::move(text_); }
+
+  void Write(const Json& json, int level = 0) {
+    if (!json.is_structured()) {
+      text_ += ShowPlain(json);
+    } else if (json.is_array()) {
+      text_ += '[';
+      for (const Json& element : json) {
+        Separate(&element == json.begin(), level);
+        Write(element, level + 1);
+      }
+      Close(']', json.empty(), level);
+    } else {
+      text_ += '{';
+      for (const Json::Member& member : json.items()) {
+        Separate(&member == json.items().data(), level);
+        text_ += ShowPlain(member.key) + (indent_ < 0 ? ":" : ": ");
+        Write(member.value, level + 1);
+      }
+      Close('}', json.empty(), level);
+    }
+  }
+
+ private:
+  void Break(int level) {
+    if (indent_ >= 0) text_ += '\n' + std::string(static_cast<size_t>(indent_ * level), ' ');
+  }
+  void Separate(bool first, int level) {
+    if (!first) text_ += ',';
+    Break(level + 1);
+  }
+  void Close(char mark, bool empty, int level) {
+    if (!empty) Break(level);
+    text_ += mark;
+  }
+
+  const int indent_;
+  std::string text_;
+};
+
 }  // namespace
 
 Json ParseJson(std::string_view text) {
@@ -151,7 +192,9 @@ Json ParseJson(std::string_view text) {
 }
 
 std::string Show(const Json& json, int indent) {
-  return ToLibrary(json).dump(indent, ' ', false, Library::error_handler_t::replace);
+  Writer writer(indent);
+  writer.Write(json);
+  return writer.Take();
 }
 
 std::string ReadTextFile(const std::string& path) {

@@ -64,7 +64,8 @@ Value ArrayFromJson(Host& host, const Json& json) {
   return vector;
 }
 
-Json JsonFromDecimal(const Decimal& decimal) {
+Json JsonFromDecimal(const Decimal& decimal, DecimalForm form) {
+  if (form == DecimalForm::kAllDigits) return Json::number(decimal.ToText());
   constexpr int kDigitsOfDouble = 15;
   const Decimal normal = decimal.Normalized();
   if (normal.Digits() > kDigitsOfDouble || normal.scale() > kDigitsOfDouble) {
@@ -74,21 +75,24 @@ Json JsonFromDecimal(const Decimal& decimal) {
   return normal.ToDouble();
 }
 
-Json JsonFromObject(const ObjectPtr& object) {
+Json JsonFromObject(const ObjectPtr& object, DecimalForm decimals) {
   if (object == nullptr) return nullptr;
   if (auto* recordset = dynamic_cast<Recordset*>(object.get())) {
-    return recordset->IsOpen() ? JsonFromRows(*recordset, RowForm::kObjects) : Json("closed");
+    return recordset->IsOpen() ? JsonFromRows(*recordset, RowForm::kObjects, decimals)
+                               : Json("closed");
   }
   if (auto* vector = dynamic_cast<Vector*>(object.get())) {
     Json elements = Json::array();
     for (int i = vector->LBound(); i <= vector->UBound(); ++i) {
-      elements.push_back(JsonFromValue(vector->Item(i)));
+      elements.push_back(JsonFromValue(vector->Item(i), decimals));
     }
     return elements;
   }
   if (auto* dictionary = dynamic_cast<HostDictionary*>(object.get())) {
     Json items = Json::object();
-    for (const auto& [key, value] : dictionary->entries()) items[key] = JsonFromValue(value);
+    for (const auto& [key, value] : dictionary->entries()) {
+      items[key] = JsonFromValue(value, decimals);
+    }
     return items;
   }
   if (dynamic_cast<Dictionary*>(object.get()) != nullptr) return "a dictionary";
@@ -145,7 +149,7 @@ Json ExactJson(const Value& value) {
   }
 }
 
-Json JsonFromValue(const Value& value) {
+Json JsonFromValue(const Value& value, DecimalForm form) {
   switch (value.kind()) {
     case Value::Kind::kEmpty:
     case Value::Kind::kNull:
@@ -160,25 +164,25 @@ Json JsonFromValue(const Value& value) {
     case Value::Kind::kDouble:
       return value.number();
     case Value::Kind::kDecimal:
-      return JsonFromDecimal(value.decimal());
+      return JsonFromDecimal(value.decimal(), form);
     case Value::Kind::kDate:
       return ParseJson(JsonText(value));
     case Value::Kind::kText:
       return value.text();
     case Value::Kind::kObject:
-      return JsonFromObject(value.object());
+      return JsonFromObject(value.object(), form);
   }
   return nullptr;
 }
 
-Json JsonFromRows(Recordset& recordset, RowForm form) {
+Json JsonFromRows(Recordset& recordset, RowForm form, DecimalForm decimals) {
   Json rows = Json::array();
   if (recordset.AtEnd() && recordset.AtStart()) return rows;
   recordset.MoveFirst();
   for (; !recordset.AtEnd(); recordset.MoveNext()) {
     Json row = form == RowForm::kObjects ? Json::object() : Json::array();
     for (int i = 0; i < recordset.FieldCount(); ++i) {
-      Json field = JsonFromValue(recordset.Field(i));
+      Json field = JsonFromValue(recordset.Field(i), decimals);
       if (form == RowForm::kObjects) {
         row[recordset.FieldName(i)] = std::move(field);
       } else {

@@ -39,15 +39,20 @@ Value ScalarFromJson(const Json& json);
 // JsonError for an object that has no such form, e.g. a recordset.
 Json ExactJson(const Value& value);
 
-// The same forms back. Decimals are numbers while 15 digits hold them exactly; a recordset is the
+// How a decimal is written: as a scenario says it, a number while 15 digits hold it exactly; or,
+// for those who read it, a number with all its digits, "1.5000".
+enum class DecimalForm { kScenario, kAllDigits };
+
+// The same forms back. A recordset is the
 // array of its rows, each an object, read from its first row on and left there. Null, Empty and a
 // null reference are null. A dictionary that is not the reference host's tells nobody its keys, so
 // it is the text "a dictionary".
-Json JsonFromValue(const Value& value);
+Json JsonFromValue(const Value& value, DecimalForm form = DecimalForm::kScenario);
 
 // All rows of a recordset as objects, or as arrays of the fields in order.
 enum class RowForm { kObjects, kArrays };
-Json JsonFromRows(Recordset& recordset, RowForm form);
+Json JsonFromRows(Recordset& recordset, RowForm form,
+                  DecimalForm decimals = DecimalForm::kScenario);
 
 // Adds to `differences` a line for each difference between what is expected and what is. Only what
 // `expected` names is compared:

@@ -120,7 +120,7 @@ Json AnswerJson(const Method& method, const Answer& answer, bool statements) {
                      {"source", answer.error->source()},
                      {"description", answer.error->description()}};
   } else {
-    json["result"] = JsonFromValue(answer.result);
+    json["result"] = ValueJson(answer.result);
   }
   if (answer.failure) {
     json["failure"] = {{"number", answer.failure->error.number()},
@@ -132,7 +132,7 @@ Json AnswerJson(const Method& method, const Answer& answer, bool statements) {
   json["arguments"] = Json::object();
   for (size_t i = 0; i < method.parameters.size(); ++i) {
     if (!method.parameters[i].in_out) continue;
-    json["arguments"][std::string(method.parameters[i].name)] = JsonFromValue(answer.arguments[i]);
+    json["arguments"][std::string(method.parameters[i].name)] = ValueJson(answer.arguments[i]);
   }
   if (const std::string name = RefusalOf(method, answer); !name.empty()) json["refusal"] = name;
   if (!statements) return json;

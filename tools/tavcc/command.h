@@ -95,7 +95,13 @@ struct RunOptions {
 };
 
 struct SqlOptions {
-  std::string batch;  // "-" is standard input
+  std::string batch;                   // "-" is standard input
+  std::vector<std::string> files;      // of scripts, which run one after the other
+  std::vector<std::string> variables;  // "name=value"
+  std::string mode = "table";
+  std::string on_error = "exit";  // or "ignore": go on with the next batch
+  bool timer = false;
+  bool no_pager = false;
 };
 
 struct ExplainOptions {

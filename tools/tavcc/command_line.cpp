@@ -8,7 +8,11 @@
 #include <utility>
 #include <vector>
 
+#include "registry/class_registry.h"
+#include "scenario/scenario.h"
+#include "tavcc/option_table.h"
 #include "tavcc/output.h"
+#include "tavcc/sql/row_format.h"
 
 namespace tavcc {
 namespace {
@@ -118,8 +122,26 @@ void DescribeRun(CLI::App& app, CommandLine& line) {
 }
 
 void DescribeSql(CLI::App& app, CommandLine& line) {
-  app.add_option("BATCH", line.sql.batch, "The batch; \"-\" reads it from standard input")
-      ->required();
+  app.add_option("BATCH", line.sql.batch,
+                 "The batch; \"-\" reads it from standard input. Without one, a shell on a "
+                 "terminal, else standard input");
+  app.add_option("--file", line.sql.files, "A script; may be given again")
+      ->type_name("FILE")
+      ->allow_extra_args(false);
+  app.add_option("-v", line.sql.variables, "$(NAME) in scripts is VALUE; may be given again")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+  app.add_option("--mode", line.sql.mode, "How rows are shown: table, box, csv, line or json")
+      ->type_name("MODE")
+      ->check(CLI::IsMember(OutputModeNames()))
+      ->capture_default_str();
+  app.add_option("--on-error", line.sql.on_error,
+                 "Whether a batch that fails is the last: exit, or ignore")
+      ->type_name("WHAT")
+      ->check(CLI::IsMember({"exit", "ignore"}))
+      ->capture_default_str();
+  app.add_flag("--timer", line.sql.timer, "Show how long each batch takes");
+  app.add_flag("--no-pager", line.sql.no_pager, "Show long output on a terminal without a pager");
 }
 
 void DescribeExplain(CLI::App& app, CommandLine& line) {
@@ -147,12 +169,27 @@ void DescribeClasses(CLI::App& app, CommandLine& line) {
 
 void DescribeNothing(CLI::App&, CommandLine&) {}
 
+void DescribeHelp(CLI::App& app, CommandLine& line) {
+  app.add_option("COMMAND", line.help_for, "Only of this command");
+}
+
+void DescribeCompletion(CLI::App& app, CommandLine& line) {
+  app.add_option("SHELL", line.shell, "The shell that is to complete")
+      ->required()
+      ->check(CLI::IsMember({"bash", "zsh", "fish"}));
+}
+
+Exit HelpCommand(const CommandLine& line);
+Exit CompletionCommand(const CommandLine& line);
+Exit ManCommand(const CommandLine& line);
+
 struct Entry {
   const char* name;
   const char* summary;
   void (*describe)(CLI::App& app, CommandLine& line);
   Exit (*run)(const CommandLine& line);
-  bool traces = true;  // it shows the statements that it sends where --trace asks for it
+  bool traces = true;        // it shows the statements that it sends where --trace asks for it
+  bool has_database = true;  // it takes the options of all that have one
 };
 
 constexpr bool kTraces = true;
@@ -176,7 +213,7 @@ constexpr Entry kCommands[] = {
      [](const CommandLine& line) { return RecordCommand(line.record); }},
     {"run", "Run scenario files", DescribeRun,
      [](const CommandLine& line) { return RunCommand(line.common, line.run); }},
-    {"sql", "Run a batch and print its rows", DescribeSql,
+    {"sql", "Run batches and scripts, or a shell", DescribeSql,
      [](const CommandLine& line) { return SqlCommand(line.common, line.sql); }},
     {"check", "Compare the stock on hand with the audited bills", DescribeNothing,
      [](const CommandLine& line) { return CheckCommand(line.common); }},
@@ -187,7 +224,18 @@ constexpr Entry kCommands[] = {
      [](const CommandLine& line) { return RefusalsCommand(line.common, line.refusals); }, !kTraces},
     {"classes", "Print the method table", DescribeClasses,
      [](const CommandLine& line) { return ClassesCommand(line.common, line.classes); }, !kTraces},
+    {"help", "Print what a command takes", DescribeHelp, HelpCommand, !kTraces, false},
+    {"completion", "Print the script by which a shell completes", DescribeCompletion,
+     CompletionCommand, !kTraces, false},
+    {"man", "Print the manual page: tavcc man | man -l -", DescribeNothing, ManCommand, !kTraces,
+     false},
 };
+
+std::vector<std::string> CommandNames() {
+  std::vector<std::string> names;
+  for (const Entry& entry : kCommands) names.emplace_back(entry.name);
+  return names;
+}
 
 // `--json FILE` behind the method's name gives a call its arguments; `--json` alone asks for JSON
 // output. An option cannot be both, so the first form is told apart here.
@@ -244,21 +292,105 @@ void DescribeTrace(CLI::App& app, CommonOptions& common) {
       ->capture_default_str();
 }
 
-}  // namespace
+std::vector<std::string> AllMethods() {
+  std::vector<std::string> names;
+  for (const ClassDescription& cls : Classes()) {
+    for (const Method& method : cls.methods) {
+      names.push_back(std::string(cls.name) + "." + std::string(method.name));
+    }
+  }
+  return names;
+}
 
-std::optional<CommandLine> ReadCommandLine(int argc, const char* const* argv) {
-  CLI::App app("Business rules of an ERP's inventory module, on an embedded database.", "tavcc");
+// The parser with all commands; what is given goes to `line`.
+void DescribeAll(CLI::App& app, CommandLine& line) {
+  app.name("tavcc");
+  app.description("Business rules of an ERP's inventory module, on an embedded database.");
   app.require_subcommand(1);
-  CommandLine line;
+  app.set_version_flag("--version", "tavcc " TAVCC_VERSION);
   for (const Entry& entry : kCommands) {
     CLI::App* const sub = app.add_subcommand(entry.name, entry.summary);
-    DescribeCommon(*sub, line.common);
+    if (entry.has_database) DescribeCommon(*sub, line.common);
     if (entry.traces) DescribeTrace(*sub, line.common);
     entry.describe(*sub, line);
     sub->callback([&line, run = entry.run] { line.command = run; });
   }
+}
+
+// "FILE:{table,box}" as the parser shows a value and the words that it may be.
+OptionText TextOf(const CLI::Option& option) {
+  OptionText text;
+  for (const std::string& name : option.get_snames()) text.names.push_back("-" + name);
+  for (const std::string& name : option.get_lnames()) text.names.push_back("--" + name);
+  if (option.get_positional()) text.names = {option.get_name(true)};
+  text.what = option.get_description();
+  if (option.get_items_expected_max() == 0) return text;
+  const std::string type = option.get_type_name();
+  const size_t open = type.find('{'), close = type.find('}');
+  if (open != std::string::npos && close != std::string::npos) {
+    std::istringstream words(type.substr(open + 1, close - open - 1));
+    for (std::string word; std::getline(words, word, ',');) text.choices.push_back(word);
+  }
+  text.value = type.substr(0, type.find_first_of(" :["));
+  const std::string& name = text.names.front();
+  text.is_file = text.value == "FILE" || name == "SCENARIO";
+  if (name == "CLASS.METHOD") text.choices = AllMethods();
+  if (name == "COMMAND") text.choices = CommandNames();
+  return text;
+}
+
+std::vector<CommandText> CommandTable() {
+  CLI::App app;
+  CommandLine line;
+  DescribeAll(app, line);
+  std::vector<CommandText> commands;
+  for (const Entry& entry : kCommands) {
+    CommandText& command = commands.emplace_back(CommandText{entry.name, entry.summary, {}, {}});
+    for (const CLI::Option* option : app.get_subcommand(entry.name)->get_options()) {
+      auto& list = option->get_positional() ? command.arguments : command.options;
+      list.push_back(TextOf(*option));
+    }
+  }
+  return commands;
+}
+
+void RequireCommand(const std::string& name) {
+  const std::vector<std::string> names = CommandNames();
+  if (std::ranges::find(names, name) != names.end()) return;
+  throw CommandError("there is no command \"" + name + "\"" + DidYouMean(name, names) +
+                     " (see tavcc --help)");
+}
+
+Exit HelpCommand(const CommandLine& line) {
+  CLI::App app;
+  CommandLine described;
+  DescribeAll(app, described);
+  if (!line.help_for.empty()) RequireCommand(line.help_for);
+  Print(line.help_for.empty() ? app.help() : app.get_subcommand(line.help_for)->help("tavcc"));
+  return Exit::kPassed;
+}
+
+Exit CompletionCommand(const CommandLine& line) {
+  Print(CompletionScript(line.shell, CommandTable()));
+  return Exit::kPassed;
+}
+
+Exit ManCommand(const CommandLine&) {
+  Print(ManualPage(CommandTable()));
+  return Exit::kPassed;
+}
+
+}  // namespace
+
+std::optional<CommandLine> ReadCommandLine(int argc, const char* const* argv) {
+  CLI::App app;
+  CommandLine line;
+  DescribeAll(app, line);
   try {
     std::vector<std::string> arguments = SplitJson(argc, argv);
+    if (!arguments.empty() && !arguments.front().starts_with('-')) {
+      RequireCommand(arguments.front());
+    }
     std::reverse(arguments.begin(), arguments.end());  // the parser takes them from the end
     app.parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {

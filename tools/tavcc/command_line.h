@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "tavcc/command.h"
 
@@ -18,6 +19,8 @@ struct CommandLine {
   ExplainOptions explain;
   RefusalsOptions refusals;
   ClassesOptions classes;
+  std::string help_for;  // a command; empty for all
+  std::string shell;     // that is to complete
   // The command that was chosen, with its part of this line.
   Exit (*command)(const CommandLine& line) = nullptr;
 };

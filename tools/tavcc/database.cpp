@@ -79,6 +79,10 @@ std::vector<std::pair<std::string, Value>> PublishedValues(const std::vector<std
   return values;
 }
 
+void RequireDatabase(const CommonOptions& options) {
+  if (options.db.empty()) throw CommandError("which database? give --db FILE or --dsn STRING");
+}
+
 }  // namespace
 
 std::optional<OdbcOptions> ServerOf(const CommonOptions& options) {
@@ -97,7 +101,7 @@ std::unique_ptr<Erp> OpenServer(const OdbcOptions& server) {
 
 std::unique_ptr<Erp> OpenDatabase(const CommonOptions& options) {
   if (const auto server = ServerOf(options)) return OpenServer(*server);
-  if (options.db.empty()) throw CommandError("which database? give --db FILE or --dsn STRING");
+  RequireDatabase(options);
   return std::make_unique<Erp>(FileOptions(options));
 }
 
@@ -112,6 +116,12 @@ std::unique_ptr<Erp> OpenDatabase(const CommonOptions& options, const HostOption
   settings.published = erp->host().NewDictionary();
   for (const auto& [name, value] : published) settings.published->SetItem(name, value);
   return erp;
+}
+
+BatchSessionPtr OpenSession(const CommonOptions& options) {
+  if (const auto server = ServerOf(options)) return OpenOdbc(*server);
+  RequireDatabase(options);
+  return sql::Database::Open(FileOptions(options))->NewSession();
 }
 
 sql::OpenOptions FileOptions(const CommonOptions& options) {

@@ -26,6 +26,9 @@ std::unique_ptr<Erp> OpenDatabase(const CommonOptions& options);
 // bill has, and for a published value without a name.
 std::unique_ptr<Erp> OpenDatabase(const CommonOptions& options, const HostOptions& host);
 
+// A session with the named database by itself, without a host. Errors: as OpenDatabase.
+BatchSessionPtr OpenSession(const CommonOptions& options);
+
 // How the file of --db is opened. Errors: CommandError for a name that is no file's.
 sql::OpenOptions FileOptions(const CommonOptions& options);
 

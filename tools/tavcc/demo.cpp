@@ -165,9 +165,9 @@ void Story::Record(const Scene& scene, const Answer& answer, Recordset& before, 
                      {"method", Cat("cls_CX.", scene.method)},
                      {"bill", scene.bill},
                      {"verdict", VerdictText(answer.verdict)},
-                     {"message", JsonFromValue(answer.arguments.back())},
-                     {"before", JsonFromRows(before, RowForm::kObjects)},
-                     {"after", JsonFromRows(after, RowForm::kObjects)}});
+                     {"message", ValueJson(answer.arguments.back())},
+                     {"before", RowsJson(before, RowForm::kObjects)},
+                     {"after", RowsJson(after, RowForm::kObjects)}});
 }
 
 Answer Story::Call(const MethodName& name, int32_t bill) {

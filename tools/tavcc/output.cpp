@@ -8,7 +8,6 @@
 
 #include "foundation/conversions.h"
 #include "foundation/utf8.h"
-#include "scenario/values.h"
 #include "tavcc/command.h"
 #include "tavcc/table.h"
 
@@ -48,17 +47,38 @@ void PrintAside(std::string_view text) {
 std::string ValueText(const Value& value) {
   switch (value.kind()) {
     case Value::Kind::kNull:
-      return "NULL";
+      return std::string(kNullText);
     case Value::Kind::kEmpty:
     case Value::Kind::kMissing:
       return "";
     case Value::Kind::kDecimal:
       return value.decimal().ToText();
     case Value::Kind::kObject:
-      return Show(JsonFromValue(value));
+      return Show(ValueJson(value));
     default:
       return ToText(value);
   }
+}
+
+std::string TableCell(const Value& value) {
+  const std::string text = ValueText(value);
+  if (!value.IsText()) return text;
+  std::string cell;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x20) {
+      cell += {'\xE2', '\x90', static_cast<char>(0x80 + byte)};  // U+2400 and those behind it
+    } else if (byte == 0x7F) {
+      cell += "\xE2\x90\xA1";
+    } else {
+      cell += c;
+    }
+  }
+  std::string_view inside = cell;
+  while (inside.size() > 1 && inside.front() == '\'' && inside.back() == '\'') {
+    inside = inside.substr(1, inside.size() - 2);
+  }
+  return inside == kNullText ? "'" + cell + "'" : cell;
 }
 
 std::string PlainText(const Value& value) {
@@ -71,14 +91,18 @@ std::string RowsText(Recordset& rows, std::string_view indent) {
   Table table(FieldNames(rows));
   for (; !rows.AtEnd(); rows.MoveNext()) {
     std::vector<std::string> cells;
-    for (int i = 0; i < rows.FieldCount(); ++i) cells.push_back(ValueText(rows.Field(i)));
+    for (int i = 0; i < rows.FieldCount(); ++i) cells.push_back(TableCell(rows.Field(i)));
     table.Add(std::move(cells));
   }
   return table.ToText(indent);
 }
 
-Json RowsJson(Recordset& rows) {
-  return {{"columns", FieldNames(rows)}, {"rows", JsonFromRows(rows, RowForm::kArrays)}};
+Json ValueJson(const Value& value) {
+  return JsonFromValue(value, DecimalForm::kAllDigits);
+}
+
+Json RowsJson(Recordset& rows, RowForm form) {
+  return JsonFromRows(rows, form, DecimalForm::kAllDigits);
 }
 
 }  // namespace tavcc

@@ -6,6 +6,7 @@
 
 #include "foundation/recordset.h"
 #include "scenario/json.h"
+#include "scenario/values.h"
 
 namespace tavcc {
 
@@ -19,13 +20,18 @@ void PrintAside(std::string_view text);
 // A value on one line: NULL, dates as YYYY-MM-DD HH:MM:SS, Booleans as True and False.
 std::string ValueText(const Value& value);
 
-// The same, with a decimal's zeros behind the point left out.
+// A value as a cell of a table: on one line, whatever is in it, and a text is never taken for NULL:
+// control characters are shown as Unicode's pictures of them, and the text "NULL" in quotes.
+std::string TableCell(const Value& value);
+
+// The same as ValueText, with a decimal's zeros behind the point left out.
 std::string PlainText(const Value& value);
 
 // All rows with their header, each line behind `indent`; "(no rows)" where there is none.
 std::string RowsText(Recordset& rows, std::string_view indent = "");
 
-// {"columns": […], "rows": [[…], …]}
-Json RowsJson(Recordset& rows);
+// A value as every command prints it in JSON: decimals are numbers with all their digits.
+Json ValueJson(const Value& value);
+Json RowsJson(Recordset& rows, RowForm form);
 
 }  // namespace tavcc

@@ -57,6 +57,8 @@ class ScenarioRun {
     if (options_.own_database && !server_) {
       throw CommandError("--own-database wants a server: give --dsn STRING");
     }
+    // Every scenario has a database of its own; a file that is named must at least be one.
+    if (!common_.db.empty()) sql::Database::Open(FileOptions(common_));
     if (!options_.known_file.empty() && !options_.compare) {
       throw CommandError("--known goes with --compare");
     }

@@ -1,33 +1,114 @@
-// tavcc sql: runs a batch and prints the rows of its first result.
+// tavcc sql: runs a batch, a script, or a shell.
+#include <unistd.h>
+
+#include <algorithm>
 #include <iostream>
 #include <iterator>
+#include <utility>
 
 #include "foundation/utf8.h"
 #include "tavcc/command.h"
 #include "tavcc/database.h"
 #include "tavcc/output.h"
+#include "tavcc/sql/batch_runner.h"
+#include "tavcc/sql/script.h"
+#include "tavcc/sql/script_text.h"
+#include "tavcc/sql/shell.h"
 #include "tavcc/trace.h"
 
 namespace tavcc {
+namespace {
+
+constexpr std::string_view kStandardInput = "-";
+
+ScriptVariables VariablesOf(const SqlOptions& options) {
+  ScriptVariables variables;
+  for (const std::string& word : options.variables) {
+    const size_t equals = std::min(word.find('='), word.size());
+    const std::string name = word.substr(0, equals);
+    if (equals == word.size() || !ScriptVariables::IsName(name)) {
+      throw CommandError("-v " + word + ": must have the form NAME=VALUE");
+    }
+    variables.Set(name, word.substr(equals + 1));
+  }
+  return variables;
+}
+
+RunnerOptions RunnerOptionsOf(const CommonOptions& common, const SqlOptions& options) {
+  const auto& names = OutputModeNames();
+  const std::string mode = common.json ? "json" : options.mode;
+  const auto at = std::ranges::find(names, mode) - names.begin();
+  return {.mode = static_cast<OutputMode>(at),
+          .timer = options.timer,
+          .pages = !options.no_pager && isatty(STDOUT_FILENO) != 0,
+          .trace = TraceWithoutRows(common)};
+}
+
+// Runs scripts, whichever way they come in, as far as errors let it.
+class ScriptRun {
+ public:
+  ScriptRun(BatchRunner& runner, const SqlOptions& options)
+      : runner_(runner),
+        ignore_(options.on_error == "ignore"),
+        script_(VariablesOf(options), {[this](const Batch& batch) { return RunBatch(batch); },
+                                       [this](bool ignore) { ignore_ = ignore; }}) {}
+
+  // False when no more is to be run.
+  bool Run(const std::string& text, const std::string& source) {
+    return script_.ReadText(text, source) && script_.Finish();
+  }
+  bool failed() const { return failed_; }
+
+ private:
+  bool RunBatch(const Batch& batch) {
+    const auto outcome = runner_.Run(batch);
+    failed_ = failed_ || outcome != BatchRunner::Outcome::kDone;
+    if (runner_.session().State() != Connection::kStateOpen) return false;
+    return outcome == BatchRunner::Outcome::kDone ||
+           (outcome == BatchRunner::Outcome::kFailed && ignore_);
+  }
+
+  BatchRunner& runner_;
+  bool ignore_;
+  bool failed_ = false;
+  Script script_;
+};
+
+std::string ReadStandardInput() {
+  return DecodeScript(std::string(std::istreambuf_iterator<char>(std::cin), {}), "standard input");
+}
+
+void RunAll(ScriptRun& run, const SqlOptions& options) {
+  for (const std::string& file : options.files) {
+    const bool input = file == kStandardInput;
+    if (!run.Run(input ? ReadStandardInput() : ReadScript(file), input ? "" : file)) return;
+  }
+  if (options.batch.empty() && !options.files.empty()) return;
+  if (options.batch.empty() || options.batch == kStandardInput) {
+    run.Run(ReadStandardInput(), "");
+  } else {
+    run.Run(options.batch, "");
+  }
+}
+
+}  // namespace
 
 Exit SqlCommand(const CommonOptions& common, const SqlOptions& options) {
-  const auto erp = OpenDatabase(common);
-  erp->log().SetObserver(TraceWithoutRows(common));
-  const std::string batch = options.batch == "-"
-                                ? std::string(std::istreambuf_iterator<char>(std::cin), {})
-                                : options.batch;
-  if (!IsUtf8(batch)) throw CommandError("the batch is not UTF-8");
-  const RecordsetPtr rows = erp->connection()->OpenClientRecordset(batch);
-  try {
-    if (common.json) {
-      Print(Show(rows->IsOpen() ? RowsJson(*rows) : Json::object()) + "\n");
-    } else if (rows->IsOpen()) {
-      Print(RowsText(*rows));
-    }
-  } catch (const CommandError& error) {
-    throw CommandError(std::string(error.what()) + "; what the batch did is kept");
+  if (!IsUtf8(options.batch)) throw CommandError("the batch is not UTF-8");
+  BatchRunner runner(OpenSession(common), RunnerOptionsOf(common, options));
+  const bool asked = !options.batch.empty() || !options.files.empty();
+  if (!asked && isatty(STDIN_FILENO) != 0) {
+    return RunShell(runner, VariablesOf(options));
   }
-  return Exit::kPassed;
+  ScriptRun run(runner, options);
+  try {
+    RunAll(run, options);
+  } catch (const CommandError&) {
+    runner.Finish();
+    throw;
+  }
+  runner.Finish();
+  return run.failed() ? Exit::kFailed : Exit::kPassed;
 }
 
 }  // namespace tavcc

@@ -2,37 +2,17 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
+#include <span>
+
+#include "tavcc/unicode_widths.h"
 
 namespace tavcc {
 namespace {
 
-struct Range {
-  uint32_t first;
-  uint32_t last;
-};
-
-// East Asian Wide and Fullwidth of the Unicode Standard, as far as such texts use them.
-constexpr Range kWide[] = {
-    {0x1100, 0x115F},    // Hangul Jamo
-    {0x2E80, 0x303E},    // CJK radicals, CJK symbols and punctuation
-    {0x3041, 0x33FF},    // Kana to CJK compatibility
-    {0x3400, 0x4DBF},    // CJK extension A
-    {0x4E00, 0x9FFF},    // CJK unified ideographs
-    {0xA000, 0xA4CF},    // Yi
-    {0xAC00, 0xD7A3},    // Hangul syllables
-    {0xF900, 0xFAFF},    // CJK compatibility ideographs
-    {0xFE30, 0xFE4F},    // CJK compatibility forms
-    {0xFF00, 0xFF60},    // Fullwidth forms
-    {0xFFE0, 0xFFE6},    // Fullwidth signs
-    {0x1F300, 0x1F64F},  // pictographs
-    {0x20000, 0x3FFFD},  // CJK extensions B and later
-};
-constexpr Range kCombining[] = {{0x0300, 0x036F}, {0x200B, 0x200F}, {0xFE00, 0xFE0F}};
-
-template <size_t N>
-bool IsIn(uint32_t code, const Range (&ranges)[N]) {
-  return std::any_of(std::begin(ranges), std::end(ranges),
-                     [&](const Range& range) { return range.first <= code && code <= range.last; });
+bool IsIn(uint32_t code, std::span<const CodeRange> ranges) {
+  const auto above = std::ranges::upper_bound(ranges, code, {}, &CodeRange::first);
+  return above != ranges.begin() && code <= std::prev(above)->last;
 }
 
 // The code point at `at`, which moves behind it. A broken byte counts as one character.
@@ -70,7 +50,9 @@ size_t DisplayWidth(std::string_view utf8) {
   size_t width = 0;
   for (size_t at = 0; at < utf8.size();) {
     const uint32_t code = NextCodePoint(utf8, at);
-    width += IsIn(code, kCombining) ? 0 : IsIn(code, kWide) ? 2 : 1;
+    // The first of the table's; what lies below is plain text, most of all.
+    const bool plain = code < kZeroWidthCharacters[0].first;
+    width += plain ? 1 : IsIn(code, kZeroWidthCharacters) ? 0 : IsIn(code, kWideCharacters) ? 2 : 1;
   }
   return width;
 }
@@ -80,33 +62,61 @@ std::string Padded(std::string_view utf8, size_t width) {
   return std::string(utf8) + std::string(used < width ? width - used : 0, ' ');
 }
 
-std::string Table::ToText(std::string_view indent) const {
-  const size_t columns = rows_.front().size();
-  std::vector<size_t> widths(columns, 0);
-  std::vector<bool> numeric(columns, rows_.size() > 1);
-  for (size_t r = 0; r < rows_.size(); ++r) {
-    for (size_t c = 0; c < columns; ++c) {
-      widths[c] = std::max(widths[c], DisplayWidth(rows_[r][c]));
-      if (r > 0 && !rows_[r][c].empty()) numeric[c] = numeric[c] && IsNumber(rows_[r][c]);
-    }
+namespace {
+
+// Whether all cells but the header's are numbers, where any is; empty ones and NULL are none.
+bool IsNumeric(std::span<const std::vector<std::string>> rows, size_t column) {
+  bool any_null = false, any_number = false;
+  for (const std::vector<std::string>& row : rows.subspan(1)) {
+    const std::string& cell = row[column];
+    const bool number = IsNumber(cell);
+    any_number = any_number || number;
+    any_null = any_null || cell == kNullText;
+    if (!number && !cell.empty() && cell != kNullText) return false;
   }
+  return rows.size() > 1 && (any_number || !any_null);
+}
+
+}  // namespace
+
+TableLayout::TableLayout(std::span<const std::vector<std::string>> rows) {
+  for (size_t column = 0; column < rows.front().size(); ++column) {
+    size_t& width = widths_.emplace_back(0);
+    for (const auto& row : rows) width = std::max(width, DisplayWidth(row[column]));
+    numeric_.push_back(IsNumeric(rows, column));
+  }
+}
+
+std::string TableLayout::Cell(const std::string& cell, size_t column) const {
+  if (!numeric_[column]) return Padded(cell, widths_[column]);
+  const size_t used = DisplayWidth(cell);
+  return std::string(used < widths_[column] ? widths_[column] - used : 0, ' ') + cell;
+}
+
+std::string TableLayout::Line(const std::vector<std::string>& cells) const {
+  std::string line;
+  for (size_t c = 0; c < cells.size(); ++c) {
+    if (c > 0) line += "  ";
+    line += Cell(cells[c], c);
+  }
+  return line.erase(line.find_last_not_of(' ') + 1);
+}
+
+std::string TableLayout::Rule() const {
+  std::vector<std::string> dashes;
+  for (const size_t width : widths_) dashes.emplace_back(width, '-');
+  std::string line;
+  for (const std::string& dash : dashes) line += (line.empty() ? "" : "  ") + dash;
+  return line;
+}
+
+std::string Table::ToText(std::string_view indent) const {
+  const TableLayout layout(rows_);
   std::string text;
-  const auto add_line = [&](const auto& cell_text) {
-    std::string line(indent);
-    for (size_t c = 0; c < columns; ++c) {
-      if (c > 0) line += "  ";
-      line += cell_text(c);
-    }
-    line.erase(line.find_last_not_of(' ') + 1);
-    text += line + "\n";
-  };
-  for (size_t r = 0; r < rows_.size(); ++r) {
-    add_line([&](size_t c) {
-      const std::string& cell = rows_[r][c];
-      if (!numeric[c]) return Padded(cell, widths[c]);
-      return std::string(widths[c] - DisplayWidth(cell), ' ') + cell;
-    });
-    if (r == 0) add_line([&](size_t c) { return std::string(widths[c], '-'); });
+  const auto add = [&](const std::string& line) { text += std::string(indent) + line + "\n"; };
+  for (const std::vector<std::string>& row : rows_) {
+    add(layout.Line(row));
+    if (&row == &rows_.front()) add(layout.Rule());
   }
   return text;
 }

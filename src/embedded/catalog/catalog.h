@@ -36,6 +36,11 @@ class Catalog {
   // ---- Looking up: null when there is none ----
   CatalogObjectPtr Find(const ObjectName& name) const;  // of the store only
   TablePtr FindTable(const ObjectName& name) const;     // also "#temporary" and "@variable"
+  // Every object of the store, in no order.
+  template <class Visitor>
+  void ForEachObject(const Visitor& visit) const {
+    objects_.ForEachObject(visit);
+  }
   // OBJECT_ID of a name in one text; 0 when there is none.
   int64_t ObjectId(std::string_view text) const;
 

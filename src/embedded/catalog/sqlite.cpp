@@ -176,10 +176,16 @@ SqliteConnection::~SqliteConnection() {
 bool SqliteConnection::GoOnWaiting(int tries) {
   const auto now = std::chrono::steady_clock::now();
   if (tries == 0) waiting_since_ = now;
+  if (IsInterrupted()) return false;
   waited_in_vain_ = now - waiting_since_ >= std::chrono::seconds(location_.wait_seconds);
   if (waited_in_vain_) return false;
   std::this_thread::sleep_for(kWaitForLock);
   return true;
+}
+
+void SqliteConnection::Interrupt() {
+  interrupted_.store(true, std::memory_order_relaxed);
+  sqlite3_interrupt(handle_);
 }
 
 void SqliteConnection::MarkChange() {
@@ -235,6 +241,10 @@ SqlError SqliteConnection::TakeError(int code) {
     functions_.pending.reset();
     return error.number == kStoreFailure ? Failure(error.message) : error;
   }
+  const int kind = code & 0xff;
+  if (IsInterrupted() && (kind == SQLITE_INTERRUPT || kind == SQLITE_BUSY)) {
+    return SqlError{kInterrupted, 16, 1, 0, "interrupted"};
+  }
   switch (code) {
     case SQLITE_CONSTRAINT_NOTNULL:
       return SqlError{kNullRefused, 16, 1, 0, sqlite3_errmsg(handle_)};
@@ -245,7 +255,7 @@ SqlError SqliteConnection::TakeError(int code) {
     default:
       break;
   }
-  switch (code & 0xff) {
+  switch (kind) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
       return LockError(code);

@@ -1,6 +1,7 @@
 // The thin layer over SQLite's C API: owned handles, and failures as SqlErrors.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <memory>
@@ -83,6 +84,12 @@ class SqliteConnection {
   // As the wait for a lock goes on: whether to try again. Called by SQLite.
   bool GoOnWaiting(int tries);
 
+  // Ends the statement that runs, with the error kInterrupted, and any wait for a lock. From any
+  // thread; holds until it is forgotten.
+  void Interrupt();
+  bool IsInterrupted() const { return interrupted_.load(std::memory_order_relaxed); }
+  void ForgetInterrupt() { interrupted_.store(false, std::memory_order_relaxed); }
+
  private:
   void Open();
   SqlError LockError(int code);
@@ -98,12 +105,15 @@ class SqliteConnection {
   bool marked_ = false;
   std::chrono::steady_clock::time_point waiting_since_;
   bool waited_in_vain_ = false;
+  std::atomic<bool> interrupted_ = false;
 };
 
 // A row that SQLite refuses: the message names the columns, the statement knows the rest of the
 // server's error (515, 2627, 2601).
 inline constexpr int kNullRefused = -1;
 inline constexpr int kDuplicateRefused = -2;
+// A statement that Interrupt ended: no error that anybody is told of.
+inline constexpr int kInterrupted = -3;
 
 // `name` as an identifier of SQLite.
 std::string QuoteName(std::string_view name);

@@ -52,6 +52,10 @@ class StoredObjects {
   static std::string NewStoreText();
 
   CatalogObjectPtr Find(const std::string& name) const;  // null when there is none
+  template <class Visitor>
+  void ForEachObject(const Visitor& visit) const {
+    for (const auto& [name, object] : objects_) visit(*object);
+  }
   void ForEachTable(const TableVisitor& visit) const;
 
   // Grows with every change of what a name stands for.

@@ -13,4 +13,17 @@ Engine::Engine(const StoreLocation& location, std::function<DateTime()> clock, i
   RegisterSessionFunctions(context_);
 }
 
+bool Engine::RunBatch(std::string_view text, BatchReader& reader) {
+  struct Told {
+    Told(SessionContext& session, BatchReader& to) : context(session) { context.TellTo(&to); }
+    Told(const Told&) = delete;
+    Told& operator=(const Told&) = delete;
+    ~Told() { context.TellTo(nullptr); }
+    SessionContext& context;
+  };
+  const Told told(context_, reader);
+  interpreter_.RunBatch(text);
+  return !context_.store.IsInterrupted();
+}
+
 }  // namespace tavcc::sql

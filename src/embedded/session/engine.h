@@ -7,7 +7,7 @@
 
 #include "embedded/session/interpreter.h"
 #include "embedded/session/session_context.h"
-#include "foundation/connection.h"
+#include "foundation/batch_session.h"
 
 namespace tavcc::sql {
 
@@ -20,6 +20,10 @@ class Engine {
   SessionContext& context() { return context_; }
   // Runs a batch to its end. Errors are listed, not thrown.
   void RunBatch(std::string_view text) { interpreter_.RunBatch(text); }
+  // The same, and tells the reader all that the batch gives. False when it was interrupted.
+  bool RunBatch(std::string_view text, BatchReader& reader);
+  // Ends the batch under way, from any thread.
+  void Interrupt() { context_.store.Interrupt(); }
   // Calls a procedure; output arguments get their values back.
   void RunProcedure(std::string_view name, std::vector<CallArgument>& arguments) {
     interpreter_.RunProcedure(name, arguments);

@@ -47,6 +47,7 @@ void Interpreter::LimitWork() {
 void Interpreter::Start() {
   session_.errors.Clear();
   session_.results.Clear();
+  session_.store.ForgetInterrupt();
   spent_ = 0;
   if (session_.transaction.IsOpen()) return;
   session_.catalog.Forget();
@@ -128,6 +129,7 @@ void Interpreter::RunBlock(const std::vector<InstructionPtr>& body, Frame& frame
 }
 
 void Interpreter::Spend() {
+  if (session_.store.IsInterrupted()) throw BatchEnded{};
   if (budget_ == 0 || ++spent_ <= budget_) return;
   session_.errors.Add(StoreFailure("the batch did more than it may"));
   throw BatchEnded{};
@@ -139,10 +141,15 @@ Flow Interpreter::RunOne(Instruction& instruction, Frame& frame) {
   try {
     const Flow flow = instruction.Execute(session_, frame);
     if (!instruction.IsControl()) session_.errors.ForgetLast();
+    BatchReader* const reader = session_.results.reader();
+    if (reader != nullptr && instruction.CountsRows() && !session_.state.no_count) {
+      reader->RowCount(session_.state.row_count);
+    }
     return flow;
   } catch (SqlError& error) {
     if (error.line == 0) error.line = instruction.line();
-    AfterError after = WhatFollows(error.number);
+    AfterError after =
+        error.number == kInterrupted ? AfterError::kEndBatch : WhatFollows(error.number);
     if (session_.state.abort_transaction_on_error && error.severity > 10 &&
         after != AfterError::kEndScope) {
       after = AfterError::kEndTransaction;
@@ -194,6 +201,7 @@ void Interpreter::RunText(std::string_view text) {
     Frame frame;
     frame.interpreter = this;
     frame.literals = batch.literals;
+    const ErrorList::Procedure none(session_.errors, {});
     RunProgram(batch.program, frame);
   });
 }
@@ -210,7 +218,10 @@ int64_t Interpreter::Call(const ObjectName& name, std::vector<CallArgument>& arg
   frame.variables.resize(program->variables().size());
   BindArguments(procedure, arguments, frame);
   const int transactions = session_.transaction.count();
-  RunInScope([&] { RunProgram(program, frame); });
+  {
+    const ErrorList::Procedure in(session_.errors, procedure.name);
+    RunInScope([&] { RunProgram(program, frame); });
+  }
   if (session_.transaction.count() != transactions) {
     session_.errors.Add(MakeError(266, {transactions, session_.transaction.count()}));
   }

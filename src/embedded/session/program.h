@@ -26,6 +26,8 @@ class Instruction {
   // Finds the mistakes that the server finds before it runs a batch, names of missing tables
   // excepted.
   virtual void Prepare(SessionContext&, Frame&) {}
+  // Whether the server tells the client how many rows the statement returned or changed.
+  virtual bool CountsRows() const { return false; }
   // Statements made of statements have their errors caught inside.
   virtual bool IsControl() const { return false; }
 

@@ -1,10 +1,13 @@
-// Where the rows of queries go: the first result of a batch is the client's.
+// Where the rows of queries go: the first result of a batch is the client's, or all of them are
+// told to a reader.
 #pragma once
 
+#include <span>
 #include <utility>
 #include <vector>
 
 #include "embedded/session/recordset.h"
+#include "foundation/batch_session.h"
 
 namespace tavcc::sql {
 
@@ -17,6 +20,8 @@ class Results {
   void Add(Rows&& rows) {
     if (captured_ != nullptr) {
       captured_->push_back(std::move(rows));
+    } else if (reader_ != nullptr) {
+      Tell(rows);
     } else if (!any_) {
       any_ = true;
       first_ = std::move(rows);
@@ -32,14 +37,36 @@ class Results {
   void Capture(std::vector<Rows>* captured) { captured_ = captured; }
   bool capturing() const { return captured_ != nullptr; }
 
+  // Until it is called with null, the reader is told of all that is not captured.
+  void TellTo(BatchReader* reader) { reader_ = reader; }
+  // Whom to tell of a row as it comes; null where results are added whole.
+  BatchReader* reader() const { return capturing() ? nullptr : reader_; }
+
   RecordsetMaker& recordsets() { return recordsets_; }
 
  private:
+  void Tell(const Rows& rows);
+
   bool any_ = false;
   Rows first_;
   std::vector<Rows>* captured_ = nullptr;
+  BatchReader* reader_ = nullptr;
   RecordsetMaker recordsets_;
   const RecordsetPtr closed_ = ClosedRecordset();
+};
+
+// Tells a reader of one result, row by row. End is to be called, also after an error.
+class ToldRows {
+ public:
+  ToldRows(BatchReader& reader, const ResultShape& shape);
+  // Errors: SqlError of a value that no automation value can be.
+  void Send(std::span<const StoredValue> cells);
+  void End() { reader_.EndRows(); }
+
+ private:
+  BatchReader& reader_;
+  const ResultShape& shape_;
+  std::vector<Value> values_;
 };
 
 }  // namespace tavcc::sql

@@ -1,15 +1,14 @@
 #include "embedded/session/session.h"
 
 #include <algorithm>
+#include <functional>
 
+#include "embedded/catalog/names.h"
 #include "embedded/types/stored_conversions.h"
 #include "foundation/error.h"
 
 namespace tavcc::sql {
 namespace {
-
-// Errors of this severity and below are messages.
-constexpr int kMessageSeverity = 10;
 
 struct SqlState {
   int number;
@@ -82,6 +81,55 @@ void Session::CallProcedure(const SqlText& name, std::span<ProcedureParameter> p
     if (!parameters[i].output) continue;
     parameters[i].value = ToValue(arguments[i].value.value, arguments[i].value.type);
   }
+}
+
+bool Session::RunBatch(std::string_view batch, BatchReader& reader) {
+  RequireOpen();
+  try {
+    return engine_->RunBatch(batch, reader);
+  } catch (...) {
+    // The reader's error has left the batch wherever it was.
+    Close();
+    throw;
+  }
+}
+
+std::vector<SchemaObject> Session::Objects() {
+  RequireOpen();
+  engine_->RunBatch("");  // takes note of what others changed
+  std::vector<SchemaObject> objects;
+  engine_->context().catalog.ForEachObject([&](const CatalogObject& object) {
+    const auto kind = object.table  ? SchemaObject::Kind::kTable
+                      : object.view ? SchemaObject::Kind::kView
+                                    : SchemaObject::Kind::kProcedure;
+    objects.push_back({kind, object.name});
+  });
+  std::ranges::sort(objects, std::less(), &SchemaObject::name);
+  return objects;
+}
+
+std::vector<std::string> Session::Columns(std::string_view name) {
+  RequireOpen();
+  engine_->RunBatch("");
+  const ObjectName object{SplitName(name)};
+  std::vector<std::string> names;
+  if (const TablePtr table = engine_->context().catalog.FindTable(object)) {
+    for (const Column& column : table->columns) names.push_back(column.name);
+  } else if (const auto view = engine_->context().catalog.Find(object); view && view->view) {
+    engine_->RunBatch("SELECT TOP 0 * FROM " + WrittenName(object));
+    const RecordsetPtr rows = engine_->TakeResult();
+    for (int i = 0; rows->IsOpen() && i < rows->FieldCount(); ++i) {
+      names.push_back(rows->FieldName(i));
+    }
+  }
+  return names;
+}
+
+std::string Session::Definition(std::string_view name) {
+  RequireOpen();
+  engine_->RunBatch("");
+  const auto object = engine_->context().catalog.Find(ObjectName{SplitName(name)});
+  return object == nullptr ? "" : object->definition;
 }
 
 std::vector<ConnectionError> Session::Errors() const {

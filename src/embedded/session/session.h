@@ -4,11 +4,11 @@
 #include <memory>
 
 #include "embedded/session/engine.h"
-#include "foundation/connection.h"
+#include "foundation/batch_session.h"
 
 namespace tavcc::sql {
 
-class Session final : public Connection {
+class Session final : public BatchSession {
  public:
   // `store` is kept alive as long as the session.
   Session(std::shared_ptr<Engine> engine, std::shared_ptr<void> store)
@@ -18,6 +18,11 @@ class Session final : public Connection {
   RecordsetPtr Execute(const SqlText& sql) override;
   RecordsetPtr OpenClientRecordset(const SqlText& sql) override;
   void CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) override;
+  bool RunBatch(std::string_view batch, BatchReader& reader) override;
+  void Interrupt() override { engine_->Interrupt(); }
+  std::vector<SchemaObject> Objects() override;
+  std::vector<std::string> Columns(std::string_view name) override;
+  std::string Definition(std::string_view name) override;
   std::vector<ConnectionError> Errors() const override;
   int State() const override { return open_ ? kStateOpen : kStateClosed; }
   void Close() override;

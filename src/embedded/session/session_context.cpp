@@ -30,6 +30,11 @@ void SessionContext::Clear() {
   results.recordsets().Forget();
 }
 
+void SessionContext::TellTo(BatchReader* reader) {
+  errors.TellTo(reader);
+  results.TellTo(reader);
+}
+
 StoredValue SessionContext::ValueOf(SessionValue value, const Frame& frame) const {
   switch (value) {
     case SessionValue::kRowCount:

@@ -23,6 +23,8 @@ struct SessionContext {
   StoredValue ValueOf(SessionValue value, const Frame& frame) const;
   // Ends the transaction, temporary tables and cursors.
   void Clear();
+  // Until it is called with null, the reader is told all that a batch gives.
+  void TellTo(BatchReader* reader);
 
   SqliteConnection store;
   const bool shared;  // the store is a file, which other processes may be at work on

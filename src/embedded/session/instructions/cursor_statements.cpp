@@ -167,6 +167,7 @@ class FetchInstruction final : public Instruction {
     }
   }
 
+  bool CountsRows() const override { return targets_.empty(); }
   Flow Execute(SessionContext& session, Frame& frame) override {
     Cursor& cursor = RequireCursor(session, statement_.cursor);
     if (!cursor.open) Raise(16917);

@@ -62,6 +62,29 @@ class QueryInstruction : public Instruction {
   const DeclaredVariables visible_;
 };
 
+// Tells the reader of each row when SQLite gives it. The number of rows.
+int64_t TellRows(SessionContext& session, QueryPlan& plan, Frame& frame, BatchReader& reader) {
+  int64_t count = 0;
+  std::vector<StoredValue> cells(plan.shape->types.size());
+  PlanRun run(session, plan, frame);
+  // An error before the first row leaves no result.
+  bool more = run.Step();
+  ToldRows told(reader, *plan.shape);
+  try {
+    while (more) {
+      ++count;
+      for (size_t i = 0; i < cells.size(); ++i) run.ReadTyped(i, *plan.shape, cells[i]);
+      told.Send(cells);
+      more = !plan.emitted.single_row && run.Step();
+    }
+  } catch (const SqlError&) {
+    told.End();
+    throw;
+  }
+  told.End();
+  return count;
+}
+
 class SelectInstruction final : public QueryInstruction {
  public:
   using QueryInstruction::QueryInstruction;
@@ -70,8 +93,14 @@ class SelectInstruction final : public QueryInstruction {
     PrepareDeferred(line(), [&] { Find(session, frame); });
   }
 
+  bool CountsRows() const override { return true; }
   Flow Execute(SessionContext& session, Frame& frame) override {
-    Rows rows = ReadRows(session, Find(session, frame), frame);
+    QueryPlan& plan = Find(session, frame);
+    if (BatchReader* const reader = session.results.reader()) {
+      session.state.row_count = TellRows(session, plan, frame, *reader);
+      return Flow::kNext;
+    }
+    Rows rows = ReadRows(session, plan, frame);
     session.state.row_count = static_cast<int64_t>(rows.count);
     session.results.Add(std::move(rows));
     return Flow::kNext;
@@ -156,6 +185,7 @@ class SelectIntoInstruction final : public QueryInstruction {
     PrepareDeferred(line(), [&] { FindTable(session, frame); });
   }
 
+  bool CountsRows() const override { return true; }
   Flow Execute(SessionContext& session, Frame& frame) override {
     const TablePtr definition = FindTable(session, frame).definition;
     StatementGuard guard(session.transaction, !definition->IsTemporary());

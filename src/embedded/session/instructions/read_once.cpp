@@ -100,7 +100,9 @@ class ReadOnceInstruction final : public Instruction {
     remove_->Prepare(session, frame);
   }
   Flow Execute(SessionContext& session, Frame& frame) override {
-    if (both_->Serves(session, frame)) return frame.interpreter->RunOne(*both_, frame);
+    // A reader is told the row counts of both.
+    if (session.results.reader() == nullptr && both_->Serves(session, frame))
+      return frame.interpreter->RunOne(*both_, frame);
     const Flow flow = frame.interpreter->RunOne(*insert_, frame);
     return flow == Flow::kNext ? frame.interpreter->RunOne(*remove_, frame) : flow;
   }

@@ -115,7 +115,7 @@ class PrintInstruction final : public Instruction {
   }
   Flow Execute(SessionContext& session, Frame& frame) override {
     const StoredValue value = value_.Value(session, frame).value;
-    session.errors.AddMessage(0, 0, 1, value.IsNull() ? std::string() : value.text());
+    session.errors.AddMessage({0, 0, 1, line(), value.IsNull() ? std::string() : value.text()});
     session.state.row_count = 0;
     return Flow::kNext;
   }
@@ -186,7 +186,8 @@ class RaisErrorInstruction final : public Instruction {
       error.message = Format(DisplayText(values[0].value, values[0].type), rest);
     }
     if (error.severity > 10) throw error;
-    session.errors.AddMessage(error.number, error.severity, error.state, error.message);
+    error.line = line();
+    session.errors.AddMessage(std::move(error));
     return Flow::kNext;
   }
 

@@ -59,6 +59,7 @@ class WriteInstruction : public Instruction {
   void Prepare(SessionContext& session, Frame& frame) override {
     PrepareDeferred(line(), [&] { Find(session, frame); });
   }
+  bool CountsRows() const override { return true; }
 
  protected:
   virtual void Compile(Binder& binder, StatementPlan& plan) = 0;
@@ -131,6 +132,7 @@ class InsertExecuteInstruction final : public Instruction {
   InsertExecuteInstruction(const InsertStatement& statement, InstructionPtr execute)
       : Instruction(statement.line), statement_(statement), execute_(std::move(execute)) {}
 
+  bool CountsRows() const override { return true; }
   Flow Execute(SessionContext& session, Frame& frame) override {
     if (session.results.capturing()) Raise(8164);
     std::vector<Rows> results;

@@ -1,4 +1,4 @@
-#include "odbc/driver_statement.h"
+#include "odbc/statement_calls.h"
 
 #ifndef _WIN32
 #include <dlfcn.h>
@@ -11,10 +11,16 @@
 
 namespace tavcc::odbc {
 
+StatementCalls ManagerCalls(const Statement& statement) {
+  StatementCalls calls;
+  calls.handle = statement.get();
+  return calls;
+}
+
 #ifdef _WIN32
 
 // What this gets round is unixODBC's way.
-std::optional<DriverStatement> DriverStatement::Find(const Link&, const Statement&) {
+std::optional<StatementCalls> DriverCalls(const Link&, const Statement&) {
   return std::nullopt;
 }
 
@@ -52,33 +58,41 @@ void* LoadedLibrary(const std::string& name) {
   return dlopen(file.path.c_str(), RTLD_LAZY | RTLD_NOLOAD);
 }
 
+// False where the driver has no function of the name.
 template <class Function>
-void FindFunction(void* library, const char* name, Function& function) {
+bool FindFunction(void* library, const char* name, Function& function) {
   function = reinterpret_cast<Function>(dlsym(library, name));
+  return function != nullptr;
+}
+
+bool FindFunctions(void* library, StatementCalls& calls) {
+  return FindFunction(library, "SQLNumResultCols", calls.column_count) &&
+         FindFunction(library, "SQLDescribeColW", calls.describe_wide) &&
+         FindFunction(library, "SQLFetch", calls.fetch) &&
+         FindFunction(library, "SQLGetData", calls.get_data) &&
+         FindFunction(library, "SQLRowCount", calls.row_count) &&
+         FindFunction(library, "SQLMoreResults", calls.more_results) &&
+         FindFunction(library, "SQLGetDiagRecW", calls.record_wide) &&
+         FindFunction(library, "SQLGetDiagFieldW", calls.field) &&
+         FindFunction(library, "SQLCancel", calls.cancel);
 }
 
 }  // namespace
 
-std::optional<DriverStatement> DriverStatement::Find(const Link& link, const Statement& statement) {
-  SQLHANDLE handle = statement.get();
-  if (!SQL_SUCCEEDED(SQLGetInfo(link.get(), SQL_DRIVER_HSTMT, &handle, sizeof(handle), nullptr))) {
+std::optional<StatementCalls> DriverCalls(const Link& link, const Statement& statement) {
+  StatementCalls calls;
+  calls.handle = statement.get();
+  if (!SQL_SUCCEEDED(
+          SQLGetInfo(link.get(), SQL_DRIVER_HSTMT, &calls.handle, sizeof(calls.handle), nullptr))) {
     return std::nullopt;
   }
   void* const library = LoadedLibrary(DriverName(link));
   if (library == nullptr) return std::nullopt;
-  DriverStatement driver;
-  driver.handle_ = handle;
-  FindFunction(library, "SQLMoreResults", driver.more_results_);
-  FindFunction(library, "SQLGetDiagRecW", driver.read_record_);
+  const bool found = FindFunctions(library, calls);
   dlclose(library);  // the driver manager keeps it
-  if (driver.more_results_ == nullptr || driver.read_record_ == nullptr) return std::nullopt;
-  return driver;
+  return found ? std::optional(calls) : std::nullopt;
 }
 
 #endif
-
-std::vector<Diagnostic> DriverStatement::Diagnostics() const {
-  return ReadDiagnostics(SQL_HANDLE_STMT, handle_, read_record_);
-}
 
 }  // namespace tavcc::odbc

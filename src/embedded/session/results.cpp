@@ -1,0 +1,32 @@
+#include "embedded/session/results.h"
+
+#include "embedded/error.h"
+#include "embedded/types/stored_conversions.h"
+
+namespace tavcc::sql {
+
+ToldRows::ToldRows(BatchReader& reader, const ResultShape& shape) : reader_(reader), shape_(shape) {
+  values_.resize(shape.types.size());
+  reader_.BeginRows(shape.names);
+}
+
+void ToldRows::Send(std::span<const StoredValue> cells) {
+  for (size_t i = 0; i < values_.size(); ++i) values_[i] = ToValue(cells[i], shape_.types[i]);
+  reader_.Row(values_);
+}
+
+void Results::Tell(const Rows& rows) {
+  ToldRows told(*reader_, *rows.shape);
+  const size_t columns = rows.shape->types.size();
+  try {
+    for (size_t row = 0; row < rows.count; ++row) {
+      told.Send(std::span(rows.cells).subspan(row * columns, columns));
+    }
+  } catch (const SqlError&) {
+    told.End();
+    throw;
+  }
+  told.End();
+}
+
+}  // namespace tavcc::sql

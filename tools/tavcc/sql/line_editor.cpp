@@ -1,0 +1,196 @@
+#include "tavcc/sql/line_editor.h"
+
+#include <histedit.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <clocale>
+#include <csignal>
+#include <cstdlib>
+#include <cwchar>
+#include <filesystem>
+#include <utility>
+
+#include "tavcc/output.h"
+
+namespace tavcc {
+namespace {
+
+constexpr int kMostLines = 2000;  // of the history
+
+volatile std::sig_atomic_t interrupted = 0;
+
+// SIGINT ends the line while this lives.
+class LineInterrupt {
+ public:
+  LineInterrupt() {
+    interrupted = 0;
+    struct sigaction action = {};
+    action.sa_handler = [](int) { interrupted = 1; };
+    sigaction(SIGINT, &action, &earlier_);
+  }
+  LineInterrupt(const LineInterrupt&) = delete;
+  LineInterrupt& operator=(const LineInterrupt&) = delete;
+  ~LineInterrupt() { sigaction(SIGINT, &earlier_, nullptr); }
+
+ private:
+  struct sigaction earlier_ = {};
+};
+
+// The next byte of the terminal; -1 at its end, and after Ctrl-C.
+int ReadByte() {
+  unsigned char byte = 0;
+  for (;;) {
+    const ssize_t got = read(STDIN_FILENO, &byte, 1);
+    if (got == 1) return byte;
+    if (got < 0 && errno == EINTR && interrupted == 0) continue;
+    return -1;
+  }
+}
+
+// The next character, UTF-8 whatever the locale: the library's own way gives up the whole shell
+// when a signal comes.
+int ReadCharacter(EditLine*, wchar_t* character) {
+  const int lead = ReadByte();
+  if (lead < 0) return interrupted != 0 ? -1 : 0;
+  int more = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC0 ? 1 : 0;
+  auto code = static_cast<wchar_t>(more == 0 ? lead : lead & (0x3F >> more));
+  for (; more > 0; --more) {
+    const int byte = ReadByte();
+    if (byte < 0) return 0;
+    code = static_cast<wchar_t>(code << 6 | (byte & 0x3F));
+  }
+  *character = code;
+  return 1;
+}
+
+// Without a locale of UTF-8 the library shows nothing beyond ASCII.
+void UseUtf8() {
+  std::setlocale(LC_CTYPE, "");
+  if (MB_CUR_MAX == 1) std::setlocale(LC_CTYPE, "C.UTF-8");
+}
+
+std::string CommonBeginning(const std::vector<std::string>& words) {
+  std::string common = words.front();
+  for (const std::string& word : words) {
+    const auto end = std::ranges::mismatch(common, word).in1;
+    common.erase(end, common.end());
+  }
+  return common;
+}
+
+size_t Characters(std::string_view text) {
+  return static_cast<size_t>(std::ranges::count_if(
+      text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; }));
+}
+
+}  // namespace
+
+struct LineEditor::State {
+  std::string file;
+  Complete complete;
+  std::string prompt;
+  History* history = nullptr;
+  EditLine* editor = nullptr;
+
+  static State& Of(EditLine* line) {
+    void* data = nullptr;
+    el_get(line, EL_CLIENTDATA, &data);
+    return *static_cast<State*>(data);
+  }
+  unsigned char CompleteWord();
+};
+
+// One word is put in; of several what they begin with, and when that is there already, they are
+// listed.
+unsigned char LineEditor::State::CompleteWord() {
+  const LineInfo* const line = el_line(editor);
+  const std::string before(line->buffer, line->cursor);
+  const Completions completions = complete(before);
+  if (completions.words.empty()) return CC_REFRESH_BEEP;
+  const bool one = completions.words.size() == 1;
+  const std::string word =
+      one ? completions.words.front() + " " : CommonBeginning(completions.words);
+  const std::string typed = before.substr(completions.begin);
+  if (one || word.size() > typed.size()) {
+    el_deletestr(editor, static_cast<int>(Characters(typed)));
+    el_insertstr(editor, word.c_str());
+    return CC_REFRESH;
+  }
+  std::string list = "\n";
+  for (const std::string& candidate : completions.words) list += candidate + "  ";
+  Print(list + "\n");
+  return CC_REDISPLAY;
+}
+
+LineEditor::LineEditor(std::string history_file, Complete complete)
+    : state_(std::make_unique<State>()) {
+  UseUtf8();
+  state_->file = std::move(history_file);
+  state_->complete = std::move(complete);
+  state_->history = history_init();
+  HistEvent event;
+  history(state_->history, &event, H_SETSIZE, kMostLines);
+  history(state_->history, &event, H_SETUNIQUE, 1);
+  if (!state_->file.empty()) history(state_->history, &event, H_LOAD, state_->file.c_str());
+  EditLine* const editor = el_init("tavcc", stdin, stdout, stderr);
+  state_->editor = editor;
+  el_set(editor, EL_CLIENTDATA, state_.get());
+  el_set(
+      editor, EL_PROMPT, +[](EditLine* line) { return State::Of(line).prompt.data(); });
+  el_set(editor, EL_HIST, history, state_->history);
+  el_set(editor, EL_EDITOR, "emacs");
+  el_set(editor, EL_SIGNAL, 0);
+  el_set(editor, EL_GETCFN, ReadCharacter);
+  el_set(
+      editor, EL_ADDFN, "complete", "Complete the word",
+      +[](EditLine* line, int) { return State::Of(line).CompleteWord(); });
+  el_set(editor, EL_BIND, "^I", "complete", nullptr);
+  el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
+}
+
+LineEditor::~LineEditor() {
+  el_end(state_->editor);
+  history_end(state_->history);
+}
+
+LineEditor::Read LineEditor::ReadLine(const std::string& prompt, std::string& line) {
+  state_->prompt = prompt;
+  const LineInterrupt interrupt;
+  int count = 0;
+  const char* const read = el_gets(state_->editor, &count);
+  if (interrupted != 0) return Read::kInterrupted;
+  if (read == nullptr || count <= 0) return Read::kEnd;
+  line = read;
+  if (line.ends_with('\n')) line.pop_back();
+  return Read::kLine;
+}
+
+void LineEditor::Remember(const std::string& line) {
+  HistEvent event;
+  history(state_->history, &event, H_ENTER, line.c_str());
+  if (state_->file.empty()) return;
+  // What is typed may hold what others are not to read.
+  const mode_t mask = umask(S_IRWXG | S_IRWXO);
+  history(state_->history, &event, H_SAVE, state_->file.c_str());
+  umask(mask);
+}
+
+std::string HistoryFile() {
+  namespace fs = std::filesystem;
+  const auto variable = [](const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? std::string() : std::string(value);
+  };
+  fs::path folder = variable("XDG_STATE_HOME");
+  if (folder.empty() && !variable("HOME").empty()) folder = variable("HOME") + "/.local/state";
+  if (folder.empty()) return "";
+  folder /= "tavcc";
+  std::error_code problem;
+  fs::create_directories(folder, problem);
+  return problem ? "" : (folder / "history").string();
+}
+
+}  // namespace tavcc

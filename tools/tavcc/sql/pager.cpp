@@ -1,0 +1,84 @@
+#include "tavcc/sql/pager.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <string>
+
+namespace tavcc {
+namespace {
+
+// Quits where all fits on one screen, shows colours, cuts long lines, and leaves the screen as it
+// is.
+constexpr const char* kLessOptions = "-FRSX";
+
+bool IsProgram(const std::string& name) {
+  if (name.find('/') != std::string::npos) return access(name.c_str(), X_OK) == 0;
+  const char* const variable = std::getenv("PATH");
+  std::string path = variable == nullptr ? "" : variable;
+  for (size_t at = 0; at <= path.size();) {
+    const size_t end = std::min(path.find(':', at), path.size());
+    if (access((path.substr(at, end - at) + "/" + name).c_str(), X_OK) == 0) return true;
+    at = end + 1;
+  }
+  return false;
+}
+
+std::string PagerCommand() {
+  const char* const variable = std::getenv("PAGER");
+  const std::string command = variable == nullptr ? "less" : variable;
+  const std::string program = command.substr(0, command.find(' '));
+  return program == "cat" || program.empty() || !IsProgram(program) ? "" : command;
+}
+
+[[noreturn]] void Become(const std::string& command, int input, int other_end) {
+  dup2(input, STDIN_FILENO);
+  close(input);
+  close(other_end);
+  std::signal(SIGPIPE, SIG_DFL);
+  setenv("LESS", kLessOptions, /*overwrite=*/0);
+  execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+  _exit(127);
+}
+
+}  // namespace
+
+std::unique_ptr<Pager> Pager::Begin() {
+  const std::string command = PagerCommand();
+  int ends[2];
+  if (command.empty() || pipe2(ends, O_CLOEXEC) != 0) return nullptr;
+  const pid_t process = fork();
+  if (process == 0) Become(command, ends[0], ends[1]);
+  close(ends[0]);
+  if (process < 0) {
+    close(ends[1]);
+    return nullptr;
+  }
+  return std::unique_ptr<Pager>(new Pager(process, ends[1]));
+}
+
+Pager::~Pager() {
+  if (input_ >= 0) close(input_);
+  while (waitpid(process_, nullptr, 0) < 0 && errno == EINTR) {
+  }
+}
+
+void Pager::Write(std::string_view text) {
+  while (input_ >= 0 && !text.empty()) {
+    const ssize_t written = write(input_, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) {
+      close(input_);
+      input_ = -1;
+      return;
+    }
+    text.remove_prefix(static_cast<size_t>(written));
+  }
+}
+
+}  // namespace tavcc
