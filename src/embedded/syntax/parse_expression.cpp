@@ -2,6 +2,8 @@
 //
 // The signs rank with addition, below multiplication, as the server's table of operator precedence
 // has it: -a * b is -(a * b), and a / -b * c is a / -(b * c).
+#include <algorithm>
+
 #include "embedded/syntax/parser_impl.h"
 
 namespace tavcc::sql {
