@@ -2,61 +2,19 @@
 
 #include <utility>
 
-#include "foundation/error.h"
-#include "foundation/text.h"
+#include "foundation/in_memory_recordset.h"
 
 namespace tavcc {
 namespace {
 
-class GivenRows final : public Recordset {
- public:
-  explicit GivenRows(AnswerRowsPtr rows) : rows_(std::move(rows)) {}
+// Rows that others hold too. None: no result.
+struct SharedRows {
+  AnswerRowsPtr shared;
 
-  bool IsOpen() const override { return rows_ != nullptr; }
-  bool AtEnd() const override { return at_ >= Open().rows.size(); }
-  bool AtStart() const override { return Open().rows.empty(); }
-  void MoveNext() override {
-    RequireRow();
-    ++at_;
-  }
-  void MoveFirst() override {
-    if (Open().rows.empty()) throw AutomationError(RuntimeError::kNoCurrentRow);
-    at_ = 0;
-  }
-  int RecordCount() const override { return static_cast<int>(Open().rows.size()); }
-  int FieldCount() const override { return static_cast<int>(Open().columns.size()); }
-  std::string FieldName(int index) const override { return Open().columns[Column(index)]; }
-  Value Field(int index) const override {
-    const size_t column = Column(index);
-    RequireRow();
-    return rows_->rows[at_][column];
-  }
-  Value Field(std::string_view name) const override {
-    for (int i = 0; i < FieldCount(); ++i) {
-      if (EqualsIgnoringCase(rows_->columns[static_cast<size_t>(i)], name)) return Field(i);
-    }
-    throw AutomationError(RuntimeError::kItemNotInCollection);
-  }
-  void Detach() override {}
-  void Close() override { rows_ = nullptr; }
-
- private:
-  const AnswerRows& Open() const {
-    if (rows_ == nullptr) throw AutomationError(RuntimeError::kObjectClosed);
-    return *rows_;
-  }
-  size_t Column(int index) const {
-    if (index < 0 || index >= FieldCount()) {
-      throw AutomationError(RuntimeError::kItemNotInCollection);
-    }
-    return static_cast<size_t>(index);
-  }
-  void RequireRow() const {
-    if (AtEnd()) throw AutomationError(RuntimeError::kNoCurrentRow);
-  }
-
-  AnswerRowsPtr rows_;
-  size_t at_ = 0;
+  bool IsResult() const { return shared != nullptr; }
+  size_t RowCount() const { return shared->rows.size(); }
+  const std::vector<std::string>& FieldNames() const { return shared->columns; }
+  const Value& ValueAt(size_t row, size_t field) const { return shared->rows[row][field]; }
 };
 
 }  // namespace
@@ -75,7 +33,7 @@ AnswerRows ReadWhole(Recordset& recordset) {
 }
 
 RecordsetPtr MakeRecordset(AnswerRowsPtr rows) {
-  return std::make_shared<GivenRows>(std::move(rows));
+  return std::make_shared<InMemoryRecordset<SharedRows>>(SharedRows{std::move(rows)});
 }
 
 }  // namespace tavcc

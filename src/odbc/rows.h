@@ -16,7 +16,9 @@ struct Rows {
   std::vector<Value> cells;        // row by row
 
   bool IsResult() const { return !names.empty(); }
-  size_t count() const { return IsResult() ? cells.size() / names.size() : 0; }
+  size_t RowCount() const { return IsResult() ? cells.size() / names.size() : 0; }
+  const std::vector<std::string>& FieldNames() const { return names; }
+  const Value& ValueAt(size_t row, size_t field) const { return cells[row * names.size() + field]; }
 };
 
 // Keeps the rows of the last result that it is told of.

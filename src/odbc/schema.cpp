@@ -89,7 +89,7 @@ std::optional<Rows> ReadColumns(const Statement& statement, Encoding encoding,
 
 std::vector<SchemaObject> ObjectsOf(const Rows& tables) {
   std::vector<SchemaObject> objects;
-  for (size_t row = 0; row < tables.count(); ++row) {
+  for (size_t row = 0; row < tables.RowCount(); ++row) {
     const bool view = CellText(tables, row, kTableType) == "VIEW";
     objects.push_back({view ? SchemaObject::Kind::kView : SchemaObject::Kind::kTable,
                        CellText(tables, row, kTableName)});
@@ -100,7 +100,7 @@ std::vector<SchemaObject> ObjectsOf(const Rows& tables) {
 
 std::vector<std::string> NamesOf(const Rows& columns) {
   std::vector<std::string> names;
-  for (size_t row = 0; row < columns.count(); ++row) {
+  for (size_t row = 0; row < columns.RowCount(); ++row) {
     names.push_back(CellText(columns, row, kColumnName));
   }
   return names;
@@ -108,7 +108,7 @@ std::vector<std::string> NamesOf(const Rows& columns) {
 
 std::string DefinitionOf(std::string_view table, const Rows& columns) {
   std::string text;
-  for (size_t row = 0; row < columns.count(); ++row) {
+  for (size_t row = 0; row < columns.RowCount(); ++row) {
     const bool nullable = CellText(columns, row, kNullable) != "0";
     CatTo(text, text.empty() ? "" : ",\n", "  ", CellText(columns, row, kColumnName), " ",
           TypeOf(columns, row), nullable ? " NULL" : " NOT NULL");

@@ -106,9 +106,7 @@ TEST(Compare, LooksAtAllElementsOfAVector) {
 }
 
 TEST(Compare, LooksAtAllRowsAndTheNamedColumns) {
-  const auto rows =
-      std::make_shared<WrittenRows>(std::vector<std::string>{"FID", "FName"},
-                                    std::vector<std::vector<Value>>{{1, "a"}, {2, "b"}});
+  const RecordsetPtr rows = WrittenRows({"FID", "FName"}, {{1, "a"}, {2, "b"}});
   EXPECT_THAT(Differences(R"([{"FID": 1}, {"FID": 2, "FName": "b"}])", rows), ::testing::IsEmpty());
   EXPECT_THAT(Differences(R"([[1, "a"], [2, "b"]])", rows), ::testing::IsEmpty());
   EXPECT_THAT(Differences(R"([{"FID": 1}, {"FName": "c"}])", rows),

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "embedded/plan/result_shape.h"
@@ -14,6 +15,12 @@ struct Rows {
   std::shared_ptr<const ResultShape> shape;
   std::vector<StoredValue> cells;  // row by row
   size_t count = 0;
+
+  bool IsResult() const { return shape != nullptr; }
+  size_t RowCount() const { return count; }
+  const std::vector<std::string>& FieldNames() const { return shape->names; }
+  // Errors: that of a stored value which its type cannot say, as an AutomationError.
+  Value ValueAt(size_t row, size_t field) const;
 };
 
 // Makes recordsets. One that nobody holds any more is made again of the next rows, in its memory.
