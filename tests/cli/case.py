@@ -9,6 +9,7 @@ import tempfile
 import unittest
 
 TAVCC = ""
+SERVED_DATABASE = ""
 
 PASSED, REFUSED, FAILED = 0, 1, 2
 ASSEMBLY_BILL = 121  # of the sample company, not audited
@@ -74,9 +75,31 @@ class Case(unittest.TestCase):
         self.assertIn(text, answer.stderr)
 
 
-def main():
-    """Runs the tests of the calling file: FILE TAVCC [unittest options]."""
-    global TAVCC
+class Served:
+    """Of a Case: its database is a server's too, reached through a driver and a server's protocol."""
+
+    def setUp(self):
+        super().setUp()
+        if not os.path.exists(SERVED_DATABASE):
+            self.skipTest("served_database is not built")
+        server = subprocess.Popen([SERVED_DATABASE, self.db], stdin=subprocess.PIPE,
+                                  stdout=subprocess.PIPE, text=True)
+        self.addCleanup(server.communicate)
+        port = server.stdout.readline().strip()
+        self.dsn = f"Driver=FreeTDS;Server=127.0.0.1;Port={port};UID=tester;PWD=x;TDS_Version=7.4"
+
+    def over_odbc(self, command, *words):
+        answer = tavcc(command, "--dsn", self.dsn, *words)
+        if "Can't open lib" in answer.stderr:
+            self.skipTest("the driver of package tdsodbc is missing")
+        return answer
+
+
+def main(*, served=False):
+    """Runs the tests of the calling file: FILE TAVCC [SERVED_DATABASE] [unittest options]."""
+    global TAVCC, SERVED_DATABASE
     TAVCC = os.path.abspath(sys.argv.pop(1))
+    if served:
+        SERVED_DATABASE = os.path.abspath(sys.argv.pop(1))
     os.environ.pop("TAVCC_DSN", None)
     unittest.main(module="__main__")

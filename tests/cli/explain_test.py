@@ -12,9 +12,7 @@ import resource
 import shlex
 import shutil
 import subprocess
-import sys
 import tempfile
-import unittest
 
 import case
 from case import FAILED, PASSED, REFUSED, Case, fingerprint, tavcc
@@ -589,31 +587,13 @@ def comparable(value):
     return value
 
 
-class OverOdbc(ExplainCase):
-    """The same through a driver and a server's protocol, of a database that a server has."""
-
-    def setUp(self):
-        super().setUp()
-        if not os.path.exists(SERVED_DATABASE):
-            self.skipTest("served_database is not built")
-        self.server = subprocess.Popen([SERVED_DATABASE, self.db], stdin=subprocess.PIPE,
-                                       stdout=subprocess.PIPE, text=True)
-        port = self.server.stdout.readline().strip()
-        self.dsn = f"Driver=FreeTDS;Server=127.0.0.1;Port={port};UID=tester;PWD=x;TDS_Version=7.4"
-
-    def tearDown(self):
-        self.server.communicate()
-
-    def over_odbc(self, *words):
-        answer = tavcc("explain", "--dsn", self.dsn, *words)
-        if "Can't open lib" in answer.stderr:
-            self.skipTest("the driver of package tdsodbc is missing")
-        return answer
+class OverOdbc(case.Served, ExplainCase):
+    """The same of a database that a server has."""
 
     def test_the_ten_refused_bills(self):
         numbers = list(TEN_REFUSED)
         before = self.rows(EVERYTHING)
-        answer = self.over_odbc("--json", *numbers)
+        answer = self.over_odbc("explain", "--json", *numbers)
         self.assertEqual((answer.returncode, answer.stderr), (REFUSED, ""))
         explanations = json.loads(answer.stdout)
         for explanation in explanations:
@@ -629,7 +609,7 @@ class OverOdbc(ExplainCase):
         for words in (["CG260302", "XS260301", "DB260301", "ZZ260301", "TJ260301", "CD260301"],
                       ["CG260301", "--un-audit"]):
             before = self.rows(EVERYTHING)
-            answer = self.over_odbc("--json", *words)
+            answer = self.over_odbc("explain", "--json", *words)
             self.assertEqual(answer.stderr, "")
             self.assertEqual(self.rows(EVERYTHING), before)
             on_the_file, _ = self.explain(*words)
@@ -751,5 +731,4 @@ class Document(ExplainCase):
 
 
 if __name__ == "__main__":
-    SERVED_DATABASE = os.path.abspath(sys.argv.pop(2))
-    case.main()
+    case.main(served=True)

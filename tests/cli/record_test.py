@@ -2,13 +2,10 @@
 
 import json
 import os
-import subprocess
-import sys
 
 import case
 from case import ASSEMBLY_BILL, FAILED, PASSED, REFUSED, Case, tavcc
 
-SERVED_DATABASE = ""
 AUDIT = ["cls_CX.AuditBill", f"lngFID={ASSEMBLY_BILL}", "lngUserID=7"]
 HEAD = f"Select FStatus,FVoucherID From T_CC_ZZCX where FID={ASSEMBLY_BILL}"
 STATUS = f"select FStatus from T_CC_ZZCX where FID={ASSEMBLY_BILL}"
@@ -293,26 +290,8 @@ class FromTraces(Recording):
                                   "cls_CX.AuditBill: statement 2 is not on the tape")
 
 
-class OverOdbc(Recording):
+class OverOdbc(case.Served, Recording):
     """From a server to a replay without it."""
-
-    def setUp(self):
-        super().setUp()
-        if not os.path.exists(SERVED_DATABASE):
-            self.skipTest("served_database is not built")
-        self.server = subprocess.Popen([SERVED_DATABASE, self.db], stdin=subprocess.PIPE,
-                                       stdout=subprocess.PIPE, text=True)
-        port = self.server.stdout.readline().strip()
-        self.dsn = f"Driver=FreeTDS;Server=127.0.0.1;Port={port};UID=tester;PWD=x;TDS_Version=7.4"
-
-    def tearDown(self):
-        self.server.communicate()
-
-    def over_odbc(self, *words):
-        answer = tavcc(words[0], "--dsn", self.dsn, *words[1:])
-        if "Can't open lib" in answer.stderr:
-            self.skipTest("the driver of package tdsodbc is missing")
-        return answer
 
     def test_what_the_server_answered_is_what_the_tape_answers(self):
         for number in ("XS260305", "XS260306", "CG260302", "DB260301"):
@@ -340,5 +319,4 @@ class OverOdbc(Recording):
 
 
 if __name__ == "__main__":
-    SERVED_DATABASE = os.path.abspath(sys.argv.pop(2))
-    case.main()
+    case.main(served=True)
