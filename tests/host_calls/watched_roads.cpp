@@ -4,11 +4,8 @@
 
 #include <utility>
 
-#include "embedded/embedded.h"
-#include "host/schema.h"
-#include "scenario/erp_road.h"
+#include "scenario/embedded_roads.h"
 #include "scenario/runner.h"
-#include "scenario/start_state.h"
 #include "support/source_dir.h"
 
 namespace tavcc::testing {
@@ -34,13 +31,7 @@ class WatchedRoads final : public Roads {
   explicit WatchedRoads(const AroundCall& around) : around_(around) {}
 
   std::unique_ptr<Road> Open(const StartState& start) override {
-    sql::OpenOptions options;
-    options.clock = [now = start.now] { return now; };
-    auto erp = std::make_unique<Erp>(options);
-    erp->RunScript(SchemaScript());
-    erp->RunScript(BaseScript());
-    ApplyStartState(start, erp->host(), *erp->connection());
-    return std::make_unique<WatchedRoad>(std::move(erp), around_);
+    return std::make_unique<WatchedRoad>(MakeEmbeddedErp(start), around_);
   }
 
  private:

@@ -2,14 +2,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/schema.h"
 #include "scenario/accept.h"
 #include "scenario/compare_roads.h"
 #include "scenario/embedded_roads.h"
 #include "scenario/erp_road.h"
 #include "scenario/recording.h"
 #include "scenario/runner.h"
-#include "scenario/start_state.h"
 #include "scenario/tape_road.h"
 #include "scenario/values.h"
 #include "support/source_dir.h"
@@ -222,17 +220,9 @@ Exactly Exact(const Method& method, const CallOutcome& outcome) {
 // The embedded database with a log that keeps answers.
 class RecordedRoad final : public ErpRoad {
  public:
-  static std::unique_ptr<RecordedRoad> Open(const StartState& start) {
-    sql::OpenOptions options;
-    options.clock = [now = start.now] { return now; };
-    auto erp = std::make_unique<Erp>(options);
-    erp->RunScript(SchemaScript());
-    erp->RunScript(BaseScript());
-    ApplyStartState(start, erp->host(), *erp->connection());
-    erp->log().KeepAnswers();
-    return std::make_unique<RecordedRoad>(std::move(erp));
+  explicit RecordedRoad(const StartState& start) : ErpRoad(MakeEmbeddedErp(start), {}) {
+    erp().log().KeepAnswers();
   }
-  explicit RecordedRoad(std::unique_ptr<Erp> erp) : ErpRoad(std::move(erp), {}) {}
 
   Value Call(const ClassDescription& cls, const Method& method,
              std::vector<Value>& arguments) override {
@@ -268,18 +258,18 @@ class RecordedRoad final : public ErpRoad {
 // The text of the tape of a scenario's calls, which are added to `recorded`; empty where there is
 // none.
 std::string Recorded(const Scenario& scenario, std::vector<Exactly>& recorded) {
-  const auto road = RecordedRoad::Open(scenario.start);
+  RecordedRoad road(scenario.start);
   for (const Step& step : scenario.steps) {
     if (!step.IsCall()) {
-      QueryStep(*road, step);
+      QueryStep(road, step);
       continue;
     }
     if (step.fail) continue;
-    const CallOutcome outcome = CallStep(*road, step, std::nullopt);
+    const CallOutcome outcome = CallStep(road, step, std::nullopt);
     recorded.push_back(Exact(*step.method, outcome));
-    road->recording.tapes.push_back(outcome.sent);
+    road.recording.tapes.push_back(outcome.sent);
   }
-  return recorded.empty() ? "" : road->Text();
+  return recorded.empty() ? "" : road.Text();
 }
 
 // Returns how many calls there were.

@@ -8,28 +8,12 @@
 namespace tavcc {
 namespace {
 
-sql::OpenOptions InMemory(DateTime now) {
-  sql::OpenOptions options;
-  options.clock = [now] { return now; };
-  return options;
-}
-
-class EmbeddedRoad final : public ErpRoad {
- public:
-  EmbeddedRoad(const StartState& start, StatementObserver observer)
-      : ErpRoad(std::make_unique<Erp>(InMemory(start.now)), std::move(observer)) {
-    erp().RunScript(SchemaScript());
-    erp().RunScript(BaseScript());
-    ApplyStartState(start, erp().host(), *erp().connection());
-  }
-};
-
 class EmbeddedRoads final : public Roads {
  public:
   explicit EmbeddedRoads(StatementObserver observer) : observer_(std::move(observer)) {}
 
   std::unique_ptr<Road> Open(const StartState& start) override {
-    return std::make_unique<EmbeddedRoad>(start, observer_);
+    return std::make_unique<ErpRoad>(MakeEmbeddedErp(start), observer_);
   }
   StatementObserver observer() const override { return observer_; }
 
@@ -38,6 +22,16 @@ class EmbeddedRoads final : public Roads {
 };
 
 }  // namespace
+
+std::unique_ptr<Erp> MakeEmbeddedErp(const StartState& start) {
+  sql::OpenOptions options;
+  options.clock = [now = start.now] { return now; };
+  auto erp = std::make_unique<Erp>(options);
+  erp->RunScript(SchemaScript());
+  erp->RunScript(BaseScript());
+  ApplyStartState(start, erp->host(), *erp->connection());
+  return erp;
+}
 
 std::unique_ptr<Roads> MakeEmbeddedRoads(StatementObserver observer) {
   return std::make_unique<EmbeddedRoads>(std::move(observer));
