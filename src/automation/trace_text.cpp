@@ -16,10 +16,6 @@ namespace {
 // Of a vector that is longer, the first elements are told.
 constexpr int kMostElements = 1000;
 
-bool IsConnectionString(const Parameter& parameter) {
-  return parameter.name == "sDsn" || parameter.name == "strConString";
-}
-
 std::vector<std::string> ConnectionStringsOf(const Method& method,
                                              const std::vector<Value>& arguments) {
   std::vector<std::string> strings;

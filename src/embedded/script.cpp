@@ -8,18 +8,11 @@
 namespace tavcc::sql {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n\f\v";
 constexpr std::string_view kGo = "go";
 constexpr std::string_view kVariable = "$(";
 
 bool IsBlank(std::string_view text) {
   return text.find_first_not_of(kBlanks) == std::string_view::npos;
-}
-
-std::string_view WithoutBlanks(std::string_view text) {
-  if (IsBlank(text)) return {};
-  const size_t first = text.find_first_not_of(kBlanks);
-  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
 }
 
 char ClosingOf(char opening) {
@@ -35,6 +28,12 @@ char ClosingOf(char opening) {
 }
 
 }  // namespace
+
+std::string_view WithoutBlanks(std::string_view text) {
+  if (IsBlank(text)) return {};
+  const size_t first = text.find_first_not_of(kBlanks);
+  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+}
 
 std::optional<int> BatchEnd(std::string_view line) {
   line = WithoutBlanks(line.substr(0, line.find("--")));

@@ -8,6 +8,10 @@
 
 namespace tavcc::sql {
 
+// What parts words in a script, and a text without it at both ends.
+inline constexpr std::string_view kBlanks = " \t\r\n\f\v";
+std::string_view WithoutBlanks(std::string_view text);
+
 struct ScriptBatch {
   std::string_view text;  // of the script
   int line = 1;           // on which it starts, from 1

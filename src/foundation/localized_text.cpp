@@ -33,7 +33,9 @@ ResourceLoader& LoaderFor(Host& host, std::string_view language) {
 std::string Translation(ResourceLoader& loader, const std::string& text,
                         std::string_view language) {
   std::string translation = loader.LoadString(text);
-  RuleWatch::TellHostAnswer(HostQuestion::kText, language, text, Value(translation));
+  if (RuleWatch* const watch = RuleWatch::OfThread()) {
+    watch->HostAnswered(HostQuestion::kText, language, text, translation);
+  }
   return translation;
 }
 

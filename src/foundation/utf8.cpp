@@ -1,5 +1,7 @@
 #include "foundation/utf8.h"
 
+#include <algorithm>
+
 namespace tavcc {
 
 namespace {
@@ -44,6 +46,11 @@ std::string RepairedUtf8(std::string_view text) {
     text.remove_prefix(length == 0 ? 1 : length);
   }
   return out;
+}
+
+size_t CharacterCount(std::string_view text) {
+  return static_cast<size_t>(std::ranges::count_if(
+      text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; }));
 }
 
 }  // namespace tavcc

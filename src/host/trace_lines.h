@@ -14,18 +14,16 @@
 //   {"result":1,"arguments":{…},"milliseconds":12.5}
 //
 // - "ladder" begins the n-th list of gates: in a batch that of the n-th bill.
-// - A statement stands where it was sent; its rows, as far as the rule saw them, follow when the
-// rule
-//   has let go of them. Its "rows" are null where it has no result, -1 where the cursor does not
-//   know how many. One that failed has "error"; a stored procedure has "procedure" with
-//   "parameters" and "outputs" in place of "sql".
+// - A statement stands where it was sent; its rows, as far as the rule saw them, follow when it has
+//   let go of them. Its "rows" are null where it has no result, -1 where the cursor does not know
+//   how many. One that failed has "error"; a stored procedure has "procedure" with "parameters" and
+//   "outputs" in place of "sql".
 // - "errors_of" is what the connection told of its last statement when the rule asked.
 // - "host" is what the host answered: setting, published, right (by class type), text, user.
 // - A gate's answer is passed, refused, not asked, or failed: an error left it.
 // - "left_out" tells how many lines were too many for the file.
-// - The last line has what came back, or "error" in place of "result" where the call raised one,
-// and
-//   "failure" where anything failed below the rules, whatever they made of it.
+// - The last line has what came back, or "error" in place of "result" where the call raised one.
+//   It has "failure" too where anything failed below the rules, whatever they made of it.
 //
 // Values have the forms of tests/scenarios/README.md, exactly: 7 is a 32-bit integer, {"integer":7}
 // a 16-bit one, 7.0 a double, {"decimal":"1.50"}, {"date":"…"}, null is Null, {"empty":true},

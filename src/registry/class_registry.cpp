@@ -140,6 +140,10 @@ const Method* FindMethod(const ClassDescription& cls, std::string_view name) {
   return nullptr;
 }
 
+bool IsConnectionString(const Parameter& parameter) {
+  return parameter.name == "sDsn" || parameter.name == "strConString";
+}
+
 ArgumentError::ArgumentError(const AutomationError& cause, int index, std::string_view parameter)
     : AutomationError(cause.number(), cause.source(),
                       Cat(cause.description(), ": argument ", parameter)),

@@ -44,6 +44,9 @@ struct Parameter {
   std::optional<int16_t> default_value = std::nullopt;  // True is -1
 };
 
+// Whether the parameter takes the host's connection string: no part of a call that may be told.
+bool IsConnectionString(const Parameter& parameter);
+
 // Calls a method. `arguments` are as many as the parameters, none of them omitted and each of its
 // parameter's type; in/out ones are written back in place. Errors: what the method lets through.
 using Invoker = Value (*)(PlugIn& object, std::span<Value> arguments);

@@ -92,9 +92,7 @@ Json With(const Json& object, std::string_view key, const std::optional<Json>& v
 std::optional<Json> AcceptedError(const Json* expected,
                                   const std::optional<AutomationError>& error) {
   if (!error) return std::nullopt;
-  const Json all = {{"number", error->number()},
-                    {"source", error->source()},
-                    {"description", error->description()}};
+  const Json all = ErrorJson(*error);
   if (expected == nullptr) return all;
   Json accepted = Json::object();
   for (const auto& [key, value] : expected->items()) accepted[key] = all[key];

@@ -46,7 +46,7 @@ bool IsReference(ArgumentType type) {
 }
 
 Value NotGiven(const Supplies& supplies, const Parameter& parameter) {
-  if (parameter.name == "sDsn" || parameter.name == "strConString") return supplies.dsn;
+  if (IsConnectionString(parameter)) return supplies.dsn;
   if (parameter.type == ArgumentType::kConnection) return supplies.connection;
   if (parameter.optional) return Missing{};
   return EmptyOfType(supplies.host, parameter.type);

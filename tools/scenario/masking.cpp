@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "foundation/text.h"
+#include "foundation/utf8.h"
 #include "scenario/scenario.h"
 
 namespace tavcc {
@@ -11,11 +12,6 @@ namespace {
 
 // A shorter value is masked where it stands alone; inside a text it could be anything.
 constexpr size_t kShortestInside = 2;
-
-size_t Characters(std::string_view text) {
-  return static_cast<size_t>(
-      std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
-}
 
 // "xxx1": as long as the value.
 std::string MaskOf(size_t characters, size_t number) {
@@ -117,8 +113,8 @@ void Masks::Settle(std::string_view texts) {
   size_t number = 0;
   for (auto& [value, mask] : masks_) {
     do {
-      mask = MaskOf(Characters(value), ++number);
-    } while (texts.find(mask) != std::string_view::npos && Characters(mask) >= kShortestInside);
+      mask = MaskOf(CharacterCount(value), ++number);
+    } while (texts.find(mask) != std::string_view::npos && CharacterCount(mask) >= kShortestInside);
     longest_first_.push_back(value);
   }
   std::ranges::stable_sort(longest_first_, [](const std::string& a, const std::string& b) {
@@ -131,7 +127,7 @@ std::string Masks::InText(const std::string& text) const {
   std::string out;
   for (size_t at = 0; at < text.size();) {
     const auto value = std::ranges::find_if(longest_first_, [&](const std::string& known) {
-      return Characters(known) >= kShortestInside && text.compare(at, known.size(), known) == 0;
+      return CharacterCount(known) >= kShortestInside && text.compare(at, known.size(), known) == 0;
     });
     if (value == longest_first_.end()) {
       out += text[at++];
@@ -161,7 +157,7 @@ std::string Masks::InStatement(const std::string& sql, const std::string& place)
     at = std::min(end + 1, sql.size());
   }
   for (const std::string& value : longest_first_) {
-    if (Characters(value) >= kShortestInside && out.find(value) != std::string::npos) {
+    if (CharacterCount(value) >= kShortestInside && out.find(value) != std::string::npos) {
       throw JsonError(
           "--mask: a masked value stands outside of quotes, where it cannot be masked: " + place);
     }

@@ -15,7 +15,7 @@ bool IsObject(const Value& value) {
 // Not what a scenario's runner supplies, nor what was left out.
 bool IsTold(const Parameter& parameter, const Value& value) {
   if (parameter.type == ArgumentType::kConnection) return !IsObject(value);
-  return parameter.name != "sDsn" && parameter.name != "strConString" && !value.IsMissing();
+  return !IsConnectionString(parameter) && !value.IsMissing();
 }
 
 Json SettingJson(const Value& value) {
@@ -79,8 +79,7 @@ void RecordedCall::Answered(const Value& result, std::span<const Value> argument
 
 void RecordedCall::Raised(const AutomationError& error, std::span<const Value> arguments) {
   ExpectArguments(arguments);
-  step_["error"] = {
-      {"number", error.number()}, {"source", error.source()}, {"description", error.description()}};
+  step_["error"] = ErrorJson(error);
 }
 
 // A dictionary or vector that came back as it was says nothing.

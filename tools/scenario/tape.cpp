@@ -12,11 +12,6 @@
 namespace tavcc {
 namespace {
 
-Json ErrorJson(const AutomationError& error) {
-  return {
-      {"number", error.number()}, {"source", error.source()}, {"description", error.description()}};
-}
-
 bool IsTheOne(const std::vector<ConnectionError>& errors, const AutomationError& error) {
   return errors.size() == 1 && errors[0].number == error.number() &&
          errors[0].source == error.source() && errors[0].description == error.description() &&

@@ -149,6 +149,11 @@ Json ExactJson(const Value& value) {
   }
 }
 
+Json ErrorJson(const AutomationError& error) {
+  return {
+      {"number", error.number()}, {"source", error.source()}, {"description", error.description()}};
+}
+
 Json JsonFromValue(const Value& value, DecimalForm form) {
   switch (value.kind()) {
     case Value::Kind::kEmpty:

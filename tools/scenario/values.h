@@ -18,6 +18,7 @@
 #include <string>
 #include <vector>
 
+#include "foundation/error.h"
 #include "foundation/host.h"
 #include "scenario/json.h"
 
@@ -39,14 +40,16 @@ Value ScalarFromJson(const Json& json);
 // JsonError for an object that has no such form, e.g. a recordset.
 Json ExactJson(const Value& value);
 
+// {"number": …, "source": …, "description": …}
+Json ErrorJson(const AutomationError& error);
+
 // How a decimal is written: as a scenario says it, a number while 15 digits hold it exactly; or,
 // for those who read it, a number with all its digits, "1.5000".
 enum class DecimalForm { kScenario, kAllDigits };
 
-// The same forms back. A recordset is the
-// array of its rows, each an object, read from its first row on and left there. Null, Empty and a
-// null reference are null. A dictionary that is not the reference host's tells nobody its keys, so
-// it is the text "a dictionary".
+// The same forms back. A recordset is the array of its rows, each an object, read from its first
+// row on and left there. Null, Empty and a null reference are null. A dictionary that is not the
+// reference host's tells nobody its keys, so it is the text "a dictionary".
 Json JsonFromValue(const Value& value, DecimalForm form = DecimalForm::kScenario);
 
 // All rows of a recordset as objects, or as arrays of the fields in order.

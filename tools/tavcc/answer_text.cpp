@@ -86,8 +86,7 @@ std::vector<std::string> BillLines(std::string_view bill_info) {
 std::string FailureText(const Answer& answer) {
   std::string text;
   if (answer.failure) {
-    const AutomationError& error = answer.failure->error;
-    text += Named("failure", fmt::format("error {}: {}", error.number(), error.description()));
+    text += Named("failure", ErrorText(answer.failure->error));
     if (!answer.failure->what.empty()) text += Named("at", answer.failure->what);
     if (answer.failure->from.line > 0) text += Named("from", PlaceText(answer.failure->from));
   }
@@ -116,9 +115,7 @@ std::string AnswerText(const ClassDescription& cls, const Method& method, const 
 Json AnswerJson(const Method& method, const Answer& answer, bool statements) {
   Json json = {{"verdict", VerdictText(answer.verdict)}};
   if (answer.error) {
-    json["error"] = {{"number", answer.error->number()},
-                     {"source", answer.error->source()},
-                     {"description", answer.error->description()}};
+    json["error"] = ErrorJson(*answer.error);
   } else {
     json["result"] = ValueJson(answer.result);
   }

@@ -26,10 +26,6 @@ constexpr size_t kMostRows = 100;
 constexpr bool kOnlyReads = true;
 constexpr const char* kBatchAudit = "PublicSysInfo.AuditBill";
 
-std::string ErrorText(const AutomationError& error) {
-  return fmt::format("error {}: {}", error.number(), error.description());
-}
-
 // ---- Settings ----------------------------------------------------------------------------------
 
 // The text of the literal behind `name` and a comparison, from `at` on, which moves behind it.

@@ -51,7 +51,7 @@ std::string BatchMessage(const Json& results) {
 std::string MessageOf(const TracedCall& trace) {
   if (!trace.end) return "the trace ends before the call did";
   for (const auto* const error : {&trace.end->error, &trace.end->failure}) {
-    if (*error) return fmt::format("error {}: {}", (*error)->number(), (*error)->description());
+    if (*error) return ErrorText(**error);
   }
   for (const Json::Member& argument : trace.end->arguments.items()) {
     if (argument.value.is_string()) return argument.value.get<std::string>();

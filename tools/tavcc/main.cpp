@@ -21,16 +21,12 @@ Exit Fail(const std::string& text) {
   return Exit::kFailed;
 }
 
-std::string DescribeError(const AutomationError& error) {
-  return fmt::format("error {}: {}", error.number(), error.description());
-}
-
 Exit Main(int argc, const char* const* argv) {
   try {
     const auto line = ReadCommandLine(argc, argv);
     return line ? line->command(*line) : Exit::kPassed;
   } catch (const AutomationError& error) {
-    return Fail(DescribeError(error));
+    return Fail(ErrorText(error));
   } catch (const std::exception& error) {
     return Fail(error.what());
   }

@@ -86,6 +86,10 @@ std::string PlainText(const Value& value) {
   return value.decimal().Normalized().ToText();
 }
 
+std::string ErrorText(const AutomationError& error) {
+  return fmt::format("error {}: {}", error.number(), error.description());
+}
+
 std::string RowsText(Recordset& rows, std::string_view indent) {
   if (rows.AtEnd()) return std::string(indent) + "(no rows)\n";
   Table table(FieldNames(rows));

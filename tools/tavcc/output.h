@@ -27,6 +27,9 @@ std::string TableCell(const Value& value);
 // The same as ValueText, with a decimal's zeros behind the point left out.
 std::string PlainText(const Value& value);
 
+// "error 208: Invalid object name 'x'."
+std::string ErrorText(const AutomationError& error);
+
 // All rows with their header, each line behind `indent`; "(no rows)" where there is none.
 std::string RowsText(Recordset& rows, std::string_view indent = "");
 

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "scenario/embedded_roads.h"
-#include "scenario/masking.h"
 #include "scenario/runner.h"
 #include "scenario/values.h"
 #include "tavcc/answer.h"
@@ -43,6 +42,15 @@ void RequireReplay(const std::string& file, const std::string& text) {
 }
 
 }  // namespace
+
+Json WithMasks(Masks& masks, const Json& scenario, const Json& tape) {
+  masks.Learn(tape);
+  masks.Settle(Show(tape) + Show(scenario));
+  for (const std::string& note : masks.Notes(tape)) {
+    PrintAside(fmt::format("tavcc: note: {}\n", note));
+  }
+  return masks.Apply(scenario);
+}
 
 void WriteRecorded(const std::string& file, const Json& scenario) {
   const std::string text = ScenarioText(scenario);
@@ -135,7 +143,6 @@ void Recorder::WriteScenario(const std::string& file, const Json& scenario,
 Json Recorder::Masked(const Json& scenario, const Json& tape) const {
   if (options_.masked_columns.empty()) return scenario;
   Masks masks(options_.masked_columns);
-  masks.Learn(tape);
   if (touched_) {
     for (const TouchedTable& table : touched_->tables()) {
       for (const std::vector<Value>& row : table.rows) {
@@ -143,11 +150,7 @@ Json Recorder::Masked(const Json& scenario, const Json& tape) const {
       }
     }
   }
-  masks.Settle(Show(tape) + Show(scenario));
-  for (const std::string& note : masks.Notes(tape)) {
-    PrintAside(fmt::format("tavcc: note: {}\n", note));
-  }
-  return masks.Apply(scenario);
+  return WithMasks(masks, scenario, tape);
 }
 
 }  // namespace tavcc

@@ -9,6 +9,7 @@
 
 #include "host/erp.h"
 #include "registry/class_registry.h"
+#include "scenario/masking.h"
 #include "scenario/recording.h"
 #include "tavcc/command.h"
 #include "tavcc/touched_rows.h"
@@ -20,6 +21,10 @@ struct Answer;
 // Writes a scenario to a new file, once it was run. Errors: CommandError where it does not run, or
 // cannot be written.
 void WriteRecorded(const std::string& file, const Json& scenario);
+
+// The scenario with what the masks have learned, and what they learn from the tape, put in its
+// place. What they could not mask is noted on standard error.
+Json WithMasks(Masks& masks, const Json& scenario, const Json& tape);
 
 // Records the calls of a command on one database, where it is asked to: as a tape, which is
 // replayed without a database; as an ordinary scenario with the rows that the calls touch; or both.

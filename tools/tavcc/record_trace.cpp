@@ -93,8 +93,7 @@ class TracedStep {
 
   // What the runner supplies, or a trace does not tell, is not told.
   static bool IsTold(const Parameter& parameter) {
-    return parameter.name != "sDsn" && parameter.name != "strConString" &&
-           parameter.type != ArgumentType::kConnection &&
+    return !IsConnectionString(parameter) && parameter.type != ArgumentType::kConnection &&
            parameter.type != ArgumentType::kRecordset && parameter.type != ArgumentType::kObject;
   }
 
@@ -117,11 +116,7 @@ class TracedStep {
       const Json* const left = end.arguments.find(parameter.name);
       if (left != nullptr && IsTold(parameter)) step["expect"][parameter.name] = *left;
     }
-    if (end.error) {
-      step["error"] = {{"number", end.error->number()},
-                       {"source", end.error->source()},
-                       {"description", end.error->description()}};
-    }
+    if (end.error) step["error"] = ErrorJson(*end.error);
     return step;
   }
 
@@ -133,12 +128,7 @@ class TracedStep {
 Json Masked(const Json& scenario, const std::vector<std::string>& columns) {
   if (columns.empty()) return scenario;
   Masks masks(columns);
-  masks.Learn(scenario);
-  masks.Settle(Show(scenario));
-  for (const std::string& note : masks.Notes(scenario)) {
-    PrintAside(fmt::format("tavcc: note: {}\n", note));
-  }
-  return masks.Apply(scenario);
+  return WithMasks(masks, scenario, scenario);
 }
 
 }  // namespace

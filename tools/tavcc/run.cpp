@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "foundation/connection_string.h"
+#include "foundation/text.h"
 #include "odbc/odbc.h"
 #include "scenario/accept.h"
 #include "scenario/compare_roads.h"
@@ -108,13 +109,6 @@ class ScenarioRun {
   std::vector<KnownDifference> known_;
 };
 
-std::string Lowered(std::string text) {
-  std::ranges::transform(text, text.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
-  return text;
-}
-
 // The scenario's name; empty for a file that is none, which running it will say.
 std::string NameOf(const std::string& file) {
   try {
@@ -125,9 +119,9 @@ std::string NameOf(const std::string& file) {
 }
 
 bool ScenarioRun::IsWanted(const std::string& file) const {
-  const std::string wanted = Lowered(options_.filter);
-  return Lowered(file).find(wanted) != std::string::npos ||
-         Lowered(NameOf(file)).find(wanted) != std::string::npos;
+  const std::string wanted = LowerCase(options_.filter);
+  return LowerCase(file).find(wanted) != std::string::npos ||
+         LowerCase(NameOf(file)).find(wanted) != std::string::npos;
 }
 
 std::string ScenarioRun::Tell(const Scenario& scenario, Roads& roads, const Workplace& place,

@@ -26,9 +26,7 @@ std::string Indented(std::string text) {
 }
 
 std::string OutcomeText(const LoggedStatement& statement) {
-  if (statement.error) {
-    return fmt::format("error {}: {}", statement.error->number(), statement.error->description());
-  }
+  if (statement.error) return ErrorText(*statement.error);
   if (statement.rows >= 0) {
     return fmt::format("{} row{}", statement.rows, statement.rows == 1 ? "" : "s");
   }

@@ -99,6 +99,16 @@ class Reader {
 
   TracedLadder& Now() { return trace_.ladders.back(); }
 
+  // Null for one that was left out of the trace.
+  LoggedStatement* Statement(int32_t number) {
+    for (TracedLadder& ladder : trace_.ladders) {
+      for (LoggedStatement& statement : ladder.statements) {
+        if (statement.number == number) return &statement;
+      }
+    }
+    return nullptr;
+  }
+
   static AutomationError ErrorOf(const Json& json) {
     return {json["number"].get<int32_t>(), json["source"].get<std::string>(),
             json["description"].get<std::string>()};
@@ -150,11 +160,8 @@ class Reader {
     }
     seen.count = line["count"].get<int32_t>();
     seen.to_the_end = line["to_the_end"].get<bool>();
-    const auto number = line["rows_of"].get<int32_t>();
-    for (TracedLadder& ladder : trace_.ladders) {
-      for (LoggedStatement& statement : ladder.statements) {
-        if (statement.number == number) statement.seen = std::make_shared<SeenRows>(seen);
-      }
+    if (LoggedStatement* const statement = Statement(line["rows_of"].get<int32_t>())) {
+      statement->seen = std::make_shared<SeenRows>(std::move(seen));
     }
   }
 
@@ -174,16 +181,12 @@ class Reader {
   }
 
   void AddErrors(const Json& line) {
-    const auto number = line["errors_of"].get<int32_t>();
-    for (TracedLadder& ladder : trace_.ladders) {
-      for (LoggedStatement& statement : ladder.statements) {
-        if (statement.number != number) continue;
-        for (const Json& error : line["errors"]) {
-          statement.errors.push_back(
-              {error["number"].get<int32_t>(), error["source"].get<std::string>(),
-               error["description"].get<std::string>(), error.value("state", std::string())});
-        }
-      }
+    LoggedStatement* const statement = Statement(line["errors_of"].get<int32_t>());
+    if (statement == nullptr) return;
+    for (const Json& error : line["errors"]) {
+      statement->errors.push_back(
+          {error["number"].get<int32_t>(), error["source"].get<std::string>(),
+           error["description"].get<std::string>(), error.value("state", std::string())});
     }
   }
 

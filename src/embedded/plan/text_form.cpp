@@ -16,7 +16,7 @@ namespace {
 
 using Form = LiteralExpression::Form;
 
-constexpr size_t kMaxPrecision = 38;
+constexpr size_t kMaxPrecision = SqlType::kMaxPrecision;
 
 std::string_view WithoutLeadingZeros(std::string_view digits) {
   digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size()));

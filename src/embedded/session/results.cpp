@@ -16,17 +16,12 @@ void ToldRows::Send(std::span<const StoredValue> cells) {
 }
 
 void Results::Tell(const Rows& rows) {
-  ToldRows told(*reader_, *rows.shape);
   const size_t columns = rows.shape->types.size();
-  try {
+  TellResult(*reader_, *rows.shape, [&](ToldRows& told) {
     for (size_t row = 0; row < rows.count; ++row) {
       told.Send(std::span(rows.cells).subspan(row * columns, columns));
     }
-  } catch (const SqlError&) {
-    told.End();
-    throw;
-  }
-  told.End();
+  });
 }
 
 }  // namespace tavcc::sql

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "embedded/error.h"
 #include "embedded/session/recordset.h"
 #include "foundation/batch_session.h"
 
@@ -61,12 +62,25 @@ class ToldRows {
   ToldRows(BatchReader& reader, const ResultShape& shape);
   // Errors: SqlError of a value that no automation value can be.
   void Send(std::span<const StoredValue> cells);
-  void End() { reader_.EndRows(); }
 
  private:
   BatchReader& reader_;
   const ResultShape& shape_;
   std::vector<Value> values_;
 };
+
+// Tells the reader of a result, whose rows `send_all` sends; also of the end of one that an error
+// cuts short.
+template <class SendAll>
+void TellResult(BatchReader& reader, const ResultShape& shape, const SendAll& send_all) {
+  ToldRows told(reader, shape);
+  try {
+    send_all(told);
+  } catch (const SqlError&) {
+    reader.EndRows();
+    throw;
+  }
+  reader.EndRows();
+}
 
 }  // namespace tavcc::sql

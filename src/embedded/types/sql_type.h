@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "foundation/decimal.h"
+
 namespace tavcc::sql {
 
 // In order of precedence, lowest first, as the documentation of Transact-SQL lists it ("Data type
@@ -33,8 +35,8 @@ enum class TypeKind : uint8_t {
 };
 
 struct SqlType {
-  static constexpr int kMax = -1;           // length of (max)
-  static constexpr int kMaxPrecision = 38;  // digits of a decimal
+  static constexpr int kMax = -1;  // length of (max)
+  static constexpr int kMaxPrecision = Decimal::kMaxPrecision;
 
   TypeKind kind = TypeKind::kNull;
   int length = 0;     // characters of a text type, bytes of a binary one; kMax for (max)

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tavcc/sql/words.h"
 #include "tavcc/table.h"
 
 namespace tavcc {
@@ -26,11 +27,6 @@ std::vector<std::string> QuotedWords(std::string_view text) {
     at = end + 1;
   }
   return words;
-}
-
-bool IsPartOfWord(char c) {
-  return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || c == '@' || c == '#' ||
-         c == '$' || static_cast<unsigned char>(c) >= 0x80;
 }
 
 // Where the word stands by itself, without regard to letter case of ASCII.

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "foundation/utf8.h"
 #include "tavcc/output.h"
 
 namespace tavcc {
@@ -81,11 +82,6 @@ std::string CommonBeginning(const std::vector<std::string>& words) {
   return common;
 }
 
-size_t Characters(std::string_view text) {
-  return static_cast<size_t>(std::ranges::count_if(
-      text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; }));
-}
-
 }  // namespace
 
 struct LineEditor::State {
@@ -115,7 +111,7 @@ unsigned char LineEditor::State::CompleteWord() {
       one ? completions.words.front() + " " : CommonBeginning(completions.words);
   const std::string typed = before.substr(completions.begin);
   if (one || word.size() > typed.size()) {
-    el_deletestr(editor, static_cast<int>(Characters(typed)));
+    el_deletestr(editor, static_cast<int>(CharacterCount(typed)));
     el_insertstr(editor, word.c_str());
     return CC_REFRESH;
   }

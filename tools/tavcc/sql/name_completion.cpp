@@ -10,14 +10,10 @@
 #include "foundation/error.h"
 #include "foundation/text.h"
 #include "tavcc/sql/row_format.h"
+#include "tavcc/sql/words.h"
 
 namespace tavcc {
 namespace {
-
-bool IsWordByte(char c) {
-  return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || c == '@' || c == '#' ||
-         c == '$' || static_cast<unsigned char>(c) >= 0x80;
-}
 
 bool BeginsWith(std::string_view word, std::string_view begin) {
   return word.size() >= begin.size() && EqualsIgnoringCase(word.substr(0, begin.size()), begin);
@@ -34,11 +30,7 @@ void AddMatching(const std::vector<std::string>& words, std::string_view begin,
 std::vector<std::string> ReservedWords(bool lower_case) {
   std::vector<std::string> words;
   const auto add = [&](std::string_view word) {
-    std::string text(word);
-    if (lower_case) {
-      for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    }
-    words.push_back(std::move(text));
+    words.push_back(lower_case ? LowerCase(word) : std::string(word));
   };
 #define TAVCC_ADD_WORD(word) add(#word);
   TAVCC_SQL_RESERVED_WORDS(TAVCC_ADD_WORD)
@@ -95,7 +87,7 @@ const std::vector<std::string>& NameCompletion::ColumnsOf(const std::string& tab
 Completions NameCompletion::Complete(std::string_view pending, std::string_view before) {
   if (pending.empty() && before.starts_with('.')) return CompleteCommand(before);
   Completions completions{before.size(), {}};
-  while (completions.begin > 0 && IsWordByte(before[completions.begin - 1])) --completions.begin;
+  while (completions.begin > 0 && IsPartOfWord(before[completions.begin - 1])) --completions.begin;
   const std::string_view word = before.substr(completions.begin);
   const bool qualified = completions.begin > 0 && before[completions.begin - 1] == '.';
   std::set<std::string> found;

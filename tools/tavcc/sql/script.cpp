@@ -18,7 +18,6 @@
 namespace tavcc {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n\f\v";
 // A file that reads itself comes to an end.
 constexpr int kDeepest = 32;
 
@@ -26,25 +25,14 @@ constexpr int kDeepest = 32;
   throw CommandError(fmt::format("{}: {}", place.ToText(), what));
 }
 
-std::string LowerCase(std::string text) {
-  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return text;
-}
-
-std::string_view Stripped(std::string_view text) {
-  const size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
-}
-
 // The first word, and what stands behind the blanks after it.
 struct Words {
   std::string_view first, rest;
 };
 Words SplitWord(std::string_view text) {
-  text = Stripped(text);
-  const size_t end = std::min(text.find_first_of(kBlanks), text.size());
-  return {text.substr(0, end), Stripped(text.substr(end))};
+  text = sql::WithoutBlanks(text);
+  const size_t end = std::min(text.find_first_of(sql::kBlanks), text.size());
+  return {text.substr(0, end), sql::WithoutBlanks(text.substr(end))};
 }
 
 // The text between quotation marks where it stands in them; a doubled mark is one.
@@ -65,7 +53,7 @@ const std::vector<std::string> kCommands = {":exit", ":list", ":listvar", ":on e
                                             ":quit", ":r",    ":reset",   ":setvar"};
 
 bool IsCommand(std::string_view line) {
-  const std::string_view text = Stripped(line);
+  const std::string_view text = sql::WithoutBlanks(line);
   if (text.starts_with(':')) return text.size() > 1 && text[1] != ':';
   return EqualsIgnoringCase(text, "exit") || EqualsIgnoringCase(text, "quit");
 }
@@ -79,7 +67,7 @@ std::string ScriptPlace::ToText() const {
 
 bool Batch::IsBlank() const {
   return std::ranges::all_of(lines, [](const std::string& line) {
-    return line.find_first_not_of(kBlanks) == std::string::npos;
+    return line.find_first_not_of(sql::kBlanks) == std::string::npos;
   });
 }
 
@@ -117,7 +105,7 @@ bool Script::Read(std::string_view line, const ScriptPlace& place) {
       if (*times == 0) Fail(place, "GO takes a count from 1, or nothing");
       return RunTimes(*times);
     }
-    if (IsCommand(line)) return Command(Stripped(line), place);
+    if (IsCommand(line)) return Command(sql::WithoutBlanks(line), place);
   }
   const std::vector<size_t> variables = lines_.Read(line);
   pending_.lines.push_back(Replaced(line, variables, place));
@@ -171,7 +159,7 @@ bool Script::Command(std::string_view line, const ScriptPlace& place) {
     for (const auto& [name, value] : variables_.own()) Print(name + " = " + value + "\n");
     return true;
   }
-  const std::string name = LowerCase(std::string(word));
+  const std::string name = LowerCase(word);
   if (std::ranges::find(kForeign, name) != std::end(kForeign)) {
     Fail(place, fmt::format("{} is a command of sqlcmd that tavcc does not have", name));
   }
@@ -207,7 +195,7 @@ void Script::SetVariable(std::string_view rest, const ScriptPlace& place) {
   if (quoted && (value.size() < 2 || !value.ends_with('"'))) {
     Fail(place, "the quotation mark of the value is not closed");
   }
-  if (!quoted && value.find_first_of(kBlanks) != std::string_view::npos) {
+  if (!quoted && value.find_first_of(sql::kBlanks) != std::string_view::npos) {
     Fail(place, "a value with blanks stands in quotation marks: :setvar name \"a value\"");
   }
   variables_.Set(name, Unquoted(value));

@@ -196,13 +196,9 @@ bool Shell::Schema(const std::string& name) {
 bool Shell::Tables(const std::string& part) {
   Table table({"name", "kind"});
   bool any = false;
-  const auto lower = [](std::string text) {
-    for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return text;
-  };
   for (const SchemaObject& object : runner_.session().Objects()) {
     if (object.kind == SchemaObject::Kind::kProcedure) continue;
-    if (lower(object.name).find(lower(part)) == std::string::npos) continue;
+    if (LowerCase(object.name).find(LowerCase(part)) == std::string::npos) continue;
     table.Add({object.name, object.kind == SchemaObject::Kind::kView ? "view" : "table"});
     any = true;
   }

@@ -69,19 +69,14 @@ int64_t TellRows(SessionContext& session, QueryPlan& plan, Frame& frame, BatchRe
   PlanRun run(session, plan, frame);
   // An error before the first row leaves no result.
   bool more = run.Step();
-  ToldRows told(reader, *plan.shape);
-  try {
+  TellResult(reader, *plan.shape, [&](ToldRows& told) {
     while (more) {
       ++count;
       for (size_t i = 0; i < cells.size(); ++i) run.ReadTyped(i, *plan.shape, cells[i]);
       told.Send(cells);
       more = !plan.emitted.single_row && run.Step();
     }
-  } catch (const SqlError&) {
-    told.End();
-    throw;
-  }
-  told.End();
+  });
   return count;
 }
 
