@@ -86,7 +86,7 @@ class Served:
                                   stdout=subprocess.PIPE, text=True)
         self.addCleanup(server.communicate)
         port = server.stdout.readline().strip()
-        self.dsn = f"Driver=FreeTDS;Server=127.0.0.1;Port={port};UID=tester;PWD=x;TDS_Version=7.4"
+        self.dsn = f"Driver=FreeTDS;Server=127.0.0.1;Port={port};UID=tester;PWD=none;TDS_Version=7.4"
 
     def over_odbc(self, command, *words):
         answer = tavcc(command, "--dsn", self.dsn, *words)
