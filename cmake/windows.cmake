@@ -17,6 +17,11 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# No DLL stands beside ours: the compiler's runtime is linked in.
-set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
-set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static")
+# No DLL stands beside ours: the compiler's runtime is linked in. Loaded anywhere, with data that
+# cannot be run.
+set(link_options "-static -Wl,--dynamicbase,--nxcompat")
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL x86_64)
+  string(APPEND link_options ",--high-entropy-va")
+endif()
+set(CMAKE_EXE_LINKER_FLAGS_INIT "${link_options}")
+set(CMAKE_SHARED_LINKER_FLAGS_INIT "${link_options}")

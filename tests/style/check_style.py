@@ -276,7 +276,7 @@ def check_dead_sources(root, build, files, texts, findings):
 
 def is_windows_only(path):
     return path.startswith(("src/automation/", "src/host/automation/", "tests/automation/",
-                            "bench/automation/"))
+                            "bench/automation/", "tools/tavcc/platform/windows/"))
 
 
 def is_linked(path, documents):

@@ -10,6 +10,8 @@
 #include <sstream>
 #include <utility>
 
+#include "foundation/file_path.h"
+
 namespace tavcc {
 namespace {
 
@@ -199,7 +201,7 @@ std::string Show(const Json& json, int indent) {
 
 std::string ReadTextFile(const std::string& path) {
   errno = 0;
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(PathOf(path), std::ios::binary);
   std::ostringstream text;
   // A directory opens, and only reading it fails.
   if (!file || !(file.peek() == std::ifstream::traits_type::eof() || (text << file.rdbuf())) ||

@@ -8,6 +8,7 @@
 #include <initializer_list>
 #include <utility>
 
+#include "foundation/file_path.h"
 #include "scenario/values.h"
 
 namespace tavcc {
@@ -410,14 +411,15 @@ std::vector<std::string> ScenarioFiles(const std::vector<std::string>& paths) {
   namespace fs = std::filesystem;
   std::vector<std::string> files;
   for (const std::string& path : paths) {
-    if (!fs::exists(path)) throw ScenarioError(path + ": no such file or folder");
-    if (!fs::is_directory(path)) {
+    const fs::path place = PathOf(path);
+    if (!fs::exists(place)) throw ScenarioError(path + ": no such file or folder");
+    if (!fs::is_directory(place)) {
       files.push_back(path);
       continue;
     }
     std::vector<std::string> found;
-    for (const auto& entry : fs::recursive_directory_iterator(path)) {
-      if (entry.path().extension() == ".json") found.push_back(entry.path().string());
+    for (const auto& entry : fs::recursive_directory_iterator(place)) {
+      if (entry.path().extension() == ".json") found.push_back(PathText(entry.path()));
     }
     if (found.empty()) throw ScenarioError(path + ": no scenario file in this folder");
     std::sort(found.begin(), found.end());

@@ -239,15 +239,15 @@ std::vector<std::string> CommandNames() {
 
 // `--json FILE` behind the method's name gives a call its arguments; `--json` alone asks for JSON
 // output. An option cannot be both, so the first form is told apart here.
-std::vector<std::string> SplitJson(int argc, const char* const* argv) {
+std::vector<std::string> SplitJson(const std::vector<std::string>& words) {
   std::vector<std::string> arguments;
   bool method_seen = false;
-  const bool is_call = argc > 1 && std::string(argv[1]) == "call";
-  for (int i = 1; i < argc; ++i) {
-    arguments.emplace_back(argv[i]);
-    method_seen = method_seen || (is_call && i > 1 && arguments.back().front() != '-');
-    if (!method_seen || arguments.back() != "--json" || i + 1 == argc) continue;
-    const std::string next = argv[i + 1];
+  const bool is_call = !words.empty() && words.front() == "call";
+  for (size_t i = 0; i < words.size(); ++i) {
+    arguments.push_back(words[i]);
+    method_seen = method_seen || (is_call && i > 0 && !words[i].starts_with('-'));
+    if (!method_seen || words[i] != "--json" || i + 1 == words.size()) continue;
+    const std::string& next = words[i + 1];
     const bool option = next.size() > 1 && next.front() == '-';
     if (option || next.find('=') != std::string::npos) continue;
     arguments.emplace_back("--args");
@@ -382,12 +382,12 @@ Exit ManCommand(const CommandLine&) {
 
 }  // namespace
 
-std::optional<CommandLine> ReadCommandLine(int argc, const char* const* argv) {
+std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& words) {
   CLI::App app;
   CommandLine line;
   DescribeAll(app, line);
   try {
-    std::vector<std::string> arguments = SplitJson(argc, argv);
+    std::vector<std::string> arguments = SplitJson(words);
     if (!arguments.empty() && !arguments.front().starts_with('-')) {
       RequireCommand(arguments.front());
     }

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "tavcc/command.h"
 
@@ -25,8 +26,8 @@ struct CommandLine {
   Exit (*command)(const CommandLine& line) = nullptr;
 };
 
-// Reads the arguments; prints the help where it is asked for, and answers nothing then. Errors:
-// CommandError for a line that no command takes.
-std::optional<CommandLine> ReadCommandLine(int argc, const char* const* argv);
+// Reads the words behind the program's name; prints the help where it is asked for, and answers
+// nothing then. Errors: CommandError for a line that no command takes.
+std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& words);
 
 }  // namespace tavcc

@@ -3,7 +3,6 @@
 #include <fmt/core.h>
 
 #include <charconv>
-#include <cstdlib>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -15,6 +14,7 @@
 #include "foundation/text.h"
 #include "host/schema.h"
 #include "scenario/json.h"
+#include "tavcc/platform/process.h"
 
 namespace tavcc {
 namespace {
@@ -46,8 +46,7 @@ std::string ConnectionString(const CommonOptions& options) {
     if (text.empty()) throw CommandError(options.dsn_file + ": its first line is empty");
     return text;
   }
-  const char* environment = std::getenv(kDsnVariable);
-  return named == 0 && environment != nullptr ? environment : "";
+  return named == 0 ? EnvironmentVariable(kDsnVariable).value_or("") : "";
 }
 
 void RequireClasses(const std::vector<int32_t>& class_types) {

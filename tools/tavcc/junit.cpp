@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "foundation/file_path.h"
+
 namespace tavcc {
 namespace {
 
@@ -48,10 +50,10 @@ std::string JunitXml(const std::vector<ScenarioOutcome>& outcomes) {
       "<testsuite name=\"scenarios\" tests=\"{}\" failures=\"{}\" time=\"{:.3f}\">\n",
       outcomes.size(), failed, seconds);
   for (const ScenarioOutcome& outcome : outcomes) {
-    const std::filesystem::path path(outcome.file);
+    const std::filesystem::path path = PathOf(outcome.file);
     xml += fmt::format("  <testcase classname=\"{}\" name=\"{}\" file=\"{}\" time=\"{:.3f}\"",
-                       Escaped(path.parent_path().filename().string()),
-                       Escaped(path.stem().string()), Escaped(outcome.file), outcome.seconds);
+                       Escaped(PathText(path.parent_path().filename())),
+                       Escaped(PathText(path.stem())), Escaped(outcome.file), outcome.seconds);
     if (outcome.failure.empty() && outcome.skipped.empty()) {
       xml += "/>\n";
       continue;

@@ -3,12 +3,13 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <csignal>
 #include <string>
+#include <vector>
 
 #include "foundation/error.h"
 #include "tavcc/command_line.h"
 #include "tavcc/output.h"
+#include "tavcc/platform/process.h"
 
 namespace tavcc {
 namespace {
@@ -21,9 +22,9 @@ Exit Fail(const std::string& text) {
   return Exit::kFailed;
 }
 
-Exit Main(int argc, const char* const* argv) {
+Exit Main(const std::vector<std::string>& words) {
   try {
-    const auto line = ReadCommandLine(argc, argv);
+    const auto line = ReadCommandLine(words);
     return line ? line->command(*line) : Exit::kPassed;
   } catch (const AutomationError& error) {
     return Fail(ErrorText(error));
@@ -36,7 +37,6 @@ Exit Main(int argc, const char* const* argv) {
 }  // namespace tavcc
 
 int main(int argc, char** argv) {
-  // A reader that has gone away is an output that cannot be written, no end without a word.
-  std::signal(SIGPIPE, SIG_IGN);
-  return static_cast<int>(tavcc::Main(argc, argv));
+  tavcc::PrepareProcess();
+  return static_cast<int>(tavcc::Main(tavcc::CommandLineWords(argc, argv)));
 }

@@ -1,14 +1,11 @@
 #include "tavcc/output.h"
 
-#include <fmt/core.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <system_error>
 
 #include "foundation/conversions.h"
 #include "foundation/utf8.h"
 #include "tavcc/command.h"
+#include "tavcc/platform/streams.h"
 #include "tavcc/table.h"
 
 namespace tavcc {
@@ -20,28 +17,20 @@ std::vector<std::string> FieldNames(const Recordset& rows) {
   return names;
 }
 
-// 0, or the number of the error that kept a part of the text from being written.
-int Write(int file, std::string_view text) {
-  const std::string bytes = IsUtf8(text) ? std::string(text) : RepairedUtf8(text);
-  for (size_t done = 0; done < bytes.size();) {
-    const ssize_t written = write(file, bytes.data() + done, bytes.size() - done);
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return errno;
-    done += static_cast<size_t>(written);
-  }
-  return 0;
+// What is no UTF-8 in the text is written as U+FFFD.
+std::error_code Write(Stream stream, std::string_view text) {
+  return IsUtf8(text) ? WriteAll(stream, text) : WriteAll(stream, RepairedUtf8(text));
 }
 
 }  // namespace
 
 void Print(std::string_view text) {
-  const int problem = Write(STDOUT_FILENO, text);
-  if (problem == 0) return;
-  throw CommandError("the output cannot be written: " + std::system_category().message(problem));
+  const std::error_code problem = Write(Stream::kOutput, text);
+  if (problem) throw CommandError("the output cannot be written: " + problem.message());
 }
 
 void PrintAside(std::string_view text) {
-  Write(STDERR_FILENO, text);
+  Write(Stream::kErrors, text);
 }
 
 std::string ValueText(const Value& value) {

@@ -1,11 +1,11 @@
 #include "tavcc/progress.h"
 
 #include <fmt/core.h>
-#include <unistd.h>
 
 #include <string>
 
 #include "tavcc/output.h"
+#include "tavcc/platform/streams.h"
 
 namespace tavcc {
 namespace {
@@ -16,7 +16,7 @@ constexpr size_t kBarWidth = 30;
 
 }  // namespace
 
-Progress::Progress(size_t total) : total_(total), terminal_(isatty(STDERR_FILENO) != 0) {}
+Progress::Progress(size_t total) : total_(total), terminal_(ShowsEscapes(Stream::kErrors)) {}
 
 Progress::~Progress() {
   Hide();

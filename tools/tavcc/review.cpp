@@ -1,15 +1,16 @@
 #include "tavcc/review.h"
 
 #include <fmt/core.h>
-#include <unistd.h>
 
-#include <cstdlib>
+#include <algorithm>
 #include <iostream>
 #include <sstream>
 #include <vector>
 
 #include "scenario/alignment.h"
 #include "tavcc/output.h"
+#include "tavcc/platform/process.h"
+#include "tavcc/platform/streams.h"
 
 namespace tavcc {
 namespace {
@@ -107,8 +108,7 @@ Decision AskForChange(const std::string& file, const std::string& before,
 }
 
 bool OutputHasColours() {
-  const char* const no_colour = std::getenv("NO_COLOR");
-  return isatty(STDOUT_FILENO) != 0 && (no_colour == nullptr || *no_colour == '\0');
+  return ShowsEscapes(Stream::kOutput) && EnvironmentVariable("NO_COLOR").value_or("").empty();
 }
 
 std::string WithColours(const std::string& text) {

@@ -1,5 +1,4 @@
 // tavcc sql: runs a batch, a script, or a shell.
-#include <unistd.h>
 
 #include <algorithm>
 #include <iostream>
@@ -10,6 +9,7 @@
 #include "tavcc/command.h"
 #include "tavcc/database.h"
 #include "tavcc/output.h"
+#include "tavcc/platform/streams.h"
 #include "tavcc/sql/batch_runner.h"
 #include "tavcc/sql/script.h"
 #include "tavcc/sql/script_text.h"
@@ -40,7 +40,7 @@ RunnerOptions RunnerOptionsOf(const CommonOptions& common, const SqlOptions& opt
   const auto at = std::ranges::find(names, mode) - names.begin();
   return {.mode = static_cast<OutputMode>(at),
           .timer = options.timer,
-          .pages = !options.no_pager && isatty(STDOUT_FILENO) != 0,
+          .pages = !options.no_pager && IsTerminal(Stream::kOutput),
           .trace = TraceWithoutRows(common)};
 }
 
@@ -97,7 +97,7 @@ Exit SqlCommand(const CommonOptions& common, const SqlOptions& options) {
   if (!IsUtf8(options.batch)) throw CommandError("the batch is not UTF-8");
   BatchRunner runner(OpenSession(common), RunnerOptionsOf(common, options));
   const bool asked = !options.batch.empty() || !options.files.empty();
-  if (!asked && isatty(STDIN_FILENO) != 0) {
+  if (!asked && IsTerminal(Stream::kInput)) {
     return RunShell(runner, VariablesOf(options));
   }
   ScriptRun run(runner, options);

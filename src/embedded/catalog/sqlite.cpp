@@ -9,6 +9,8 @@
 #include <thread>
 #include <utility>
 
+#include "foundation/file_path.h"
+
 namespace tavcc::sql {
 namespace {
 
@@ -55,14 +57,15 @@ std::string QuoteBytes(std::string_view bytes) {
 // "file:…").
 std::string FilePath(const std::string& path) {
   std::error_code problem;
-  const auto absolute = std::filesystem::absolute(path, problem);
-  return problem ? path : absolute.string();
+  const auto absolute = std::filesystem::absolute(PathOf(path), problem);
+  return problem ? path : PathText(absolute);
 }
 
 // The file as a URI that lets SQLite read it without a lock and without a journal.
 std::string ReadOnlyUri(const std::string& path) {
   static constexpr char kDigits[] = "0123456789ABCDEF";
-  std::string generic = std::filesystem::path(FilePath(path)).generic_string();
+  const std::u8string text = PathOf(FilePath(path)).generic_u8string();
+  std::string generic(text.begin(), text.end());
   if (!generic.starts_with('/')) generic.insert(0, "/");
   std::string uri = "file://";
   for (const char c : generic) {

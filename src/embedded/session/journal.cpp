@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/file_path.h"
+
 namespace tavcc::sql {
 namespace {
 
@@ -66,7 +68,7 @@ enum class FirstTransaction : uint8_t { kNone, kOfThisFile, kOfAnother };
 // Follows the log to the first page or to the end of the first transaction, as SQLite would follow
 // it: what does not pass its checks is not played.
 FirstTransaction ReadLog(const std::string& path, uint32_t user_version) {
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(PathOf(path), std::ios::binary);
   const auto header = Read(file, kLogHeaderSize);
   if (!header || (BigEndian(header->data()) & ~1U) != kLogMagic) return FirstTransaction::kNone;
   const uint32_t page_size = BigEndian(header->data() + 8);
@@ -96,7 +98,7 @@ FirstTransaction ReadLog(const std::string& path, uint32_t user_version) {
 // A rollback journal that SQLite would play back: one that begins with anything but zero. A store
 // never has one.
 bool IsHot(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(PathOf(path), std::ios::binary);
   char first = 0;
   return file.get(first) && first != 0;
 }
@@ -105,7 +107,7 @@ bool IsHot(const std::string& path) {
 
 std::string ForeignJournal(const std::string& path) {
   if (IsHot(path + "-journal")) return path + "-journal";
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(PathOf(path), std::ios::binary);
   const auto header = Read(file, kHeaderSize);
   if (!header) return {};
   const uint32_t user_version = BigEndian(header->data() + kUserVersionAt);

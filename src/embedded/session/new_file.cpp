@@ -8,6 +8,7 @@
 
 #include "embedded/catalog/sqlite.h"
 #include "embedded/session/journal.h"
+#include "foundation/file_path.h"
 #include "foundation/text.h"
 
 namespace tavcc::sql {
@@ -28,7 +29,7 @@ class UnfinishedFile {
  public:
   explicit UnfinishedFile(const std::string& path)
       : path_(path),
-        absolute_(fs::absolute(path).string()),
+        absolute_(PathText(fs::absolute(PathOf(path)))),
         name_(absolute_ + RandomEnding() + '\0'),
         memory_(static_cast<size_t>(system_->szOsFile)) {
     Check(system_->xOpen(system_, name_.c_str(), file(),
@@ -65,11 +66,12 @@ class UnfinishedFile {
   // Gives the file its name as well; never another file's.
   void Name() {
     std::error_code problem;
-    fs::create_hard_link(name_.c_str(), absolute_, problem);
+    const fs::path own = PathOf(name_.c_str()), wanted = PathOf(absolute_);
+    fs::create_hard_link(own, wanted, problem);
     if (!problem) return;
     // Not every disk knows files of two names.
-    if (!fs::exists(fs::symlink_status(absolute_)))
-      fs::rename(name_.c_str(), absolute_, problem);
+    if (!fs::exists(fs::symlink_status(wanted)))
+      fs::rename(own, wanted, problem);
     else
       problem = std::make_error_code(std::errc::file_exists);
     if (!problem) return;
@@ -132,8 +134,8 @@ class UnfinishedFile {
 
 void MakeFile(const std::string& path, std::string_view bytes) {
   std::error_code ignored;
-  const fs::file_status there = fs::symlink_status(path, ignored);
-  if (fs::is_symlink(there) && !fs::exists(path, ignored)) {
+  const fs::file_status there = fs::symlink_status(PathOf(path), ignored);
+  if (fs::is_symlink(there) && !fs::exists(PathOf(path), ignored)) {
     throw StoreFailure(path + ": is a link to a file that does not exist");
   }
   if (fs::exists(there)) throw StoreFailure(path + ": exists already; it is left as it is");

@@ -12,6 +12,7 @@
 #include "embedded/session/journal.h"
 #include "embedded/session/new_file.h"
 #include "foundation/error.h"
+#include "foundation/file_path.h"
 #include "foundation/text.h"
 
 namespace tavcc::sql {
@@ -27,7 +28,7 @@ constexpr int64_t kApplicationId = 0x54766363;
 }
 
 void RequireSqliteHeader(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(PathOf(path), std::ios::binary);
   char header[16] = {};
   if (!file.read(header, sizeof header)) Refuse(path, "cannot be read, or is no database");
   if (std::string_view(header, sizeof header) != std::string_view("SQLite format 3\0", 16)) {
@@ -39,16 +40,16 @@ bool MayWrite(const fs::path& path) {
   sqlite3_vfs* const system = sqlite3_vfs_find(nullptr);
   int allowed = 0;
   const int code =
-      system->xAccess(system, path.string().c_str(), SQLITE_ACCESS_READWRITE, &allowed);
+      system->xAccess(system, PathText(path).c_str(), SQLITE_ACCESS_READWRITE, &allowed);
   return code == SQLITE_OK && allowed != 0;
 }
 
 // Whether the file can only be read as it stands. SQLite wants to write a journal beside the file
 // even to read it; where there is one already, somebody else may be writing, and it is asked.
 bool IsReadOnly(const std::string& path) {
-  const fs::path absolute = fs::absolute(path);
+  const fs::path absolute = fs::absolute(PathOf(path));
   if (MayWrite(absolute) && MayWrite(absolute.parent_path())) return false;
-  return !fs::exists(path + "-wal");
+  return !fs::exists(PathOf(path + "-wal"));
 }
 
 void Check(const StoreLocation& location) {
@@ -71,7 +72,7 @@ void MakeStore(const std::string& path) {
   try {
     SaveStore(memory, path);
   } catch (const SqlError&) {
-    if (!fs::exists(path)) throw;
+    if (!fs::exists(PathOf(path))) throw;
   }
 }
 
@@ -88,8 +89,8 @@ StoreLocation FindStore(const OpenOptions& options) {
   if (path == kInMemory) return {};
   if (path.empty()) throw StoreFailure("the name of the file is empty");
   std::error_code error;
-  if (options.create && !fs::exists(path, error)) MakeStore(path);
-  const auto status = fs::status(path, error);
+  if (options.create && !fs::exists(PathOf(path), error)) MakeStore(path);
+  const auto status = fs::status(PathOf(path), error);
   if (!fs::exists(status)) Refuse(path, "does not exist");
   if (!fs::is_regular_file(status)) Refuse(path, "is no file");
   RequireSqliteHeader(path);

@@ -9,7 +9,7 @@
 #include "host/erp.h"
 #include "tavcc/command.h"
 #include "tavcc/output.h"
-#include "tavcc/sql/interrupts.h"
+#include "tavcc/platform/interrupts.h"
 
 namespace tavcc {
 

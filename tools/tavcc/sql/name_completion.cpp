@@ -8,6 +8,7 @@
 #include "embedded/syntax/keywords.h"
 #include "embedded/syntax/scanner.h"
 #include "foundation/error.h"
+#include "foundation/file_path.h"
 #include "foundation/text.h"
 #include "tavcc/sql/row_format.h"
 #include "tavcc/sql/words.h"
@@ -46,8 +47,8 @@ std::vector<std::string> Files(const std::string& begin) {
   const std::string folder = slash == std::string::npos ? "" : begin.substr(0, slash + 1);
   std::vector<std::string> files;
   std::error_code problem;
-  for (const auto& entry : fs::directory_iterator(folder.empty() ? "." : folder, problem)) {
-    const std::string name = folder + entry.path().filename().string();
+  for (const auto& entry : fs::directory_iterator(PathOf(folder.empty() ? "." : folder), problem)) {
+    const std::string name = folder + PathText(entry.path().filename());
     if (name.starts_with(begin)) files.push_back(name + (entry.is_directory(problem) ? "/" : ""));
   }
   return files;

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "foundation/batch_session.h"
-#include "tavcc/sql/line_editor.h"
+#include "tavcc/platform/line_editor.h"
 
 namespace tavcc {
 

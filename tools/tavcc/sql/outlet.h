@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "tavcc/sql/pager.h"
+#include "tavcc/platform/pager.h"
 
 namespace tavcc {
 

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstdlib>
 #include <iterator>
 #include <utility>
 
@@ -13,6 +12,7 @@
 #include "scenario/scenario.h"
 #include "tavcc/command.h"
 #include "tavcc/output.h"
+#include "tavcc/platform/process.h"
 #include "tavcc/sql/script_text.h"
 
 namespace tavcc {
@@ -94,8 +94,7 @@ void ScriptVariables::Remove(const std::string& name) {
 
 std::optional<std::string> ScriptVariables::Find(const std::string& name) const {
   if (const auto own = values_.find(LowerCase(name)); own != values_.end()) return own->second;
-  const char* const environment = std::getenv(name.c_str());
-  return environment == nullptr ? std::nullopt : std::optional<std::string>(environment);
+  return EnvironmentVariable(name);
 }
 
 bool Script::Read(std::string_view line, const ScriptPlace& place) {

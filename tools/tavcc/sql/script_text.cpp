@@ -1,7 +1,6 @@
 #include "tavcc/sql/script_text.h"
 
 #include <fmt/core.h>
-#include <iconv.h>
 
 #include <algorithm>
 #include <utility>
@@ -9,41 +8,10 @@
 #include "foundation/utf8.h"
 #include "scenario/json.h"
 #include "tavcc/command.h"
+#include "tavcc/platform/encoding.h"
 
 namespace tavcc {
 namespace {
-
-// A converter of the C library to UTF-8.
-class Converter {
- public:
-  explicit Converter(const char* from) : handle_(iconv_open("UTF-8", from)) {}
-  Converter(const Converter&) = delete;
-  Converter& operator=(const Converter&) = delete;
-  ~Converter() {
-    if (IsOpen()) iconv_close(handle_);
-  }
-  // False where the system's library does not know the encoding.
-  bool IsOpen() const { return reinterpret_cast<intptr_t>(handle_) != -1; }
-
-  struct Converted {
-    std::string text;
-    size_t read = 0;  // all bytes, or as far as they are of the encoding
-  };
-  Converted Convert(std::string_view bytes) {
-    // No character takes more than three times as many bytes in UTF-8.
-    Converted converted{std::string(bytes.size() * 3 + 4, '\0'), 0};
-    char* in = const_cast<char*>(bytes.data());
-    char* out = converted.text.data();
-    size_t left = bytes.size(), room = converted.text.size();
-    iconv(handle_, &in, &left, &out, &room);
-    converted.read = bytes.size() - left;
-    converted.text.resize(converted.text.size() - room);
-    return converted;
-  }
-
- private:
-  iconv_t handle_;
-};
 
 struct Mark {
   std::string_view bytes;
@@ -62,13 +30,12 @@ constexpr Mark kMarks[] = {
 
 std::string Convert(std::string_view bytes, const char* encoding, std::string_view source,
                     std::string_view what) {
-  Converter converter(encoding);
-  if (!converter.IsOpen()) {
+  auto converted = ConvertToUtf8(bytes, encoding);
+  if (!converted) {
     throw CommandError(fmt::format("{}: this system cannot read {}", source, encoding));
   }
-  Converter::Converted converted = converter.Convert(bytes);
-  if (converted.read < bytes.size()) Refuse(source, converted.text, what);
-  return std::move(converted.text);
+  if (converted->read < bytes.size()) Refuse(source, converted->text, what);
+  return std::move(converted->text);
 }
 
 }  // namespace

@@ -14,7 +14,7 @@
 #include "scenario/json.h"
 #include "scenario/scenario.h"
 #include "tavcc/output.h"
-#include "tavcc/sql/line_editor.h"
+#include "tavcc/platform/line_editor.h"
 #include "tavcc/sql/name_completion.h"
 #include "tavcc/sql/script_text.h"
 #include "tavcc/table.h"

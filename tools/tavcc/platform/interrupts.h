@@ -2,11 +2,12 @@
 #pragma once
 
 #include <functional>
-#include <thread>
+#include <memory>
 
 namespace tavcc {
 
-// While it lives, SIGINT does not end the program but calls a function, on a thread of its own.
+// While it lives, Ctrl-C does not end the program but calls a function, on a thread of its own.
+// There is one at a time.
 class InterruptWatch {
  public:
   explicit InterruptWatch(std::function<void()> interrupted);
@@ -15,10 +16,8 @@ class InterruptWatch {
   ~InterruptWatch();
 
  private:
-  void Wait();
-
-  const std::function<void()> interrupted_;
-  std::thread thread_;
+  struct State;
+  const std::unique_ptr<State> state_;
 };
 
 }  // namespace tavcc

@@ -1,4 +1,4 @@
-#include "tavcc/sql/line_editor.h"
+#include "tavcc/platform/line_editor.h"
 
 #include <histedit.h>
 #include <sys/stat.h>
@@ -8,13 +8,13 @@
 #include <cerrno>
 #include <clocale>
 #include <csignal>
-#include <cstdlib>
 #include <cwchar>
 #include <filesystem>
 #include <utility>
 
 #include "foundation/utf8.h"
 #include "tavcc/output.h"
+#include "tavcc/platform/process.h"
 
 namespace tavcc {
 namespace {
@@ -73,15 +73,6 @@ void UseUtf8() {
   if (MB_CUR_MAX == 1) std::setlocale(LC_CTYPE, "C.UTF-8");
 }
 
-std::string CommonBeginning(const std::vector<std::string>& words) {
-  std::string common = words.front();
-  for (const std::string& word : words) {
-    const auto end = std::ranges::mismatch(common, word).in1;
-    common.erase(end, common.end());
-  }
-  return common;
-}
-
 }  // namespace
 
 struct LineEditor::State {
@@ -106,18 +97,14 @@ unsigned char LineEditor::State::CompleteWord() {
   const std::string before(line->buffer, line->cursor);
   const Completions completions = complete(before);
   if (completions.words.empty()) return CC_REFRESH_BEEP;
-  const bool one = completions.words.size() == 1;
-  const std::string word =
-      one ? completions.words.front() + " " : CommonBeginning(completions.words);
+  const std::string word = CompletedWord(completions);
   const std::string typed = before.substr(completions.begin);
-  if (one || word.size() > typed.size()) {
+  if (word.size() > typed.size()) {
     el_deletestr(editor, static_cast<int>(CharacterCount(typed)));
     el_insertstr(editor, word.c_str());
     return CC_REFRESH;
   }
-  std::string list = "\n";
-  for (const std::string& candidate : completions.words) list += candidate + "  ";
-  Print(list + "\n");
+  Print("\n" + CompletionList(completions));
   return CC_REDISPLAY;
 }
 
@@ -176,10 +163,7 @@ void LineEditor::Remember(const std::string& line) {
 
 std::string HistoryFile() {
   namespace fs = std::filesystem;
-  const auto variable = [](const char* name) {
-    const char* const value = std::getenv(name);
-    return value == nullptr ? std::string() : std::string(value);
-  };
+  const auto variable = [](const char* name) { return EnvironmentVariable(name).value_or(""); };
   fs::path folder = variable("XDG_STATE_HOME");
   if (folder.empty() && !variable("HOME").empty()) folder = variable("HOME") + "/.local/state";
   if (folder.empty()) return "";

@@ -1,4 +1,4 @@
-#include "tavcc/sql/pager.h"
+#include "tavcc/platform/pager.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -10,6 +10,8 @@
 #include <cstdlib>
 #include <string>
 
+#include "tavcc/platform/process.h"
+
 namespace tavcc {
 namespace {
 
@@ -19,8 +21,7 @@ constexpr const char* kLessOptions = "-FRSX";
 
 bool IsProgram(const std::string& name) {
   if (name.find('/') != std::string::npos) return access(name.c_str(), X_OK) == 0;
-  const char* const variable = std::getenv("PATH");
-  std::string path = variable == nullptr ? "" : variable;
+  const std::string path = EnvironmentVariable("PATH").value_or("");
   for (size_t at = 0; at <= path.size();) {
     const size_t end = std::min(path.find(':', at), path.size());
     if (access((path.substr(at, end - at) + "/" + name).c_str(), X_OK) == 0) return true;
@@ -30,8 +31,7 @@ bool IsProgram(const std::string& name) {
 }
 
 std::string PagerCommand() {
-  const char* const variable = std::getenv("PAGER");
-  const std::string command = variable == nullptr ? "less" : variable;
+  const std::string command = EnvironmentVariable("PAGER").value_or("less");
   const std::string program = command.substr(0, command.find(' '));
   return program == "cat" || program.empty() || !IsProgram(program) ? "" : command;
 }
@@ -46,6 +46,33 @@ std::string PagerCommand() {
   _exit(127);
 }
 
+class PagerProcess : public Pager {
+ public:
+  PagerProcess(pid_t process, int input) : process_(process), input_(input) {}
+  ~PagerProcess() override {
+    if (input_ >= 0) close(input_);
+    while (waitpid(process_, nullptr, 0) < 0 && errno == EINTR) {
+    }
+  }
+
+  void Write(std::string_view text) override {
+    while (input_ >= 0 && !text.empty()) {
+      const ssize_t written = write(input_, text.data(), text.size());
+      if (written < 0 && errno == EINTR) continue;
+      if (written < 0) {
+        close(input_);
+        input_ = -1;
+        return;
+      }
+      text.remove_prefix(static_cast<size_t>(written));
+    }
+  }
+
+ private:
+  const pid_t process_;
+  int input_;
+};
+
 }  // namespace
 
 std::unique_ptr<Pager> Pager::Begin() {
@@ -59,26 +86,7 @@ std::unique_ptr<Pager> Pager::Begin() {
     close(ends[1]);
     return nullptr;
   }
-  return std::unique_ptr<Pager>(new Pager(process, ends[1]));
-}
-
-Pager::~Pager() {
-  if (input_ >= 0) close(input_);
-  while (waitpid(process_, nullptr, 0) < 0 && errno == EINTR) {
-  }
-}
-
-void Pager::Write(std::string_view text) {
-  while (input_ >= 0 && !text.empty()) {
-    const ssize_t written = write(input_, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) {
-      close(input_);
-      input_ = -1;
-      return;
-    }
-    text.remove_prefix(static_cast<size_t>(written));
-  }
+  return std::make_unique<PagerProcess>(process, ends[1]);
 }
 
 }  // namespace tavcc

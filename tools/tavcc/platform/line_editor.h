@@ -1,5 +1,5 @@
-// Lines that a person types: edited, remembered, completed. The one place that knows the editing
-// library (libedit: BSD's, kept with NetBSD).
+// Lines that a person types: edited, remembered, completed. On Unix with libedit (BSD's, kept with
+// NetBSD), on Windows with the console's own editing.
 #pragma once
 
 #include <functional>
@@ -15,6 +15,11 @@ struct Completions {
   size_t begin = 0;  // of the word, in bytes of the line
   std::vector<std::string> words;
 };
+
+// What the word becomes: its one way to go on with a blank behind it, or as far as all go together.
+std::string CompletedWord(const Completions& completions);
+// All ways, as a line.
+std::string CompletionList(const Completions& completions);
 
 class LineEditor {
  public:
@@ -40,7 +45,7 @@ class LineEditor {
 };
 
 // Where the history is kept: $XDG_STATE_HOME/tavcc/history, or in ~/.local/state; empty where there
-// is no home. The folder is made.
+// is no home, and on Windows, whose consoles keep it themselves. The folder is made.
 std::string HistoryFile();
 
 }  // namespace tavcc

@@ -1,10 +1,11 @@
-#include "tavcc/sql/interrupts.h"
+#include "tavcc/platform/interrupts.h"
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
+#include <thread>
 #include <utility>
 
 namespace tavcc {
@@ -26,10 +27,24 @@ void Tell(char what) {
 
 }  // namespace
 
+struct InterruptWatch::State {
+  std::function<void()> interrupted;
+  std::thread thread;
+
+  void Wait() {
+    for (char what = 0;;) {
+      const ssize_t got = read(ends[0], &what, 1);
+      if (got < 0 && errno == EINTR) continue;
+      if (got != 1 || what == kEnd) return;
+      interrupted();
+    }
+  }
+};
+
 InterruptWatch::InterruptWatch(std::function<void()> interrupted)
-    : interrupted_(std::move(interrupted)) {
+    : state_(std::make_unique<State>(State{std::move(interrupted), {}})) {
   if (ends[0] < 0 && pipe2(ends, O_CLOEXEC) != 0) return;  // then Ctrl-C ends the program, as ever
-  thread_ = std::thread([this] { Wait(); });
+  state_->thread = std::thread([this] { state_->Wait(); });
   struct sigaction action = {};
   action.sa_handler = [](int) { Tell(kInterrupted); };
   action.sa_flags = SA_RESTART;
@@ -37,19 +52,10 @@ InterruptWatch::InterruptWatch(std::function<void()> interrupted)
 }
 
 InterruptWatch::~InterruptWatch() {
-  if (!thread_.joinable()) return;
+  if (!state_->thread.joinable()) return;
   sigaction(SIGINT, &earlier, nullptr);
   Tell(kEnd);
-  thread_.join();
-}
-
-void InterruptWatch::Wait() {
-  for (char what = 0;;) {
-    const ssize_t got = read(ends[0], &what, 1);
-    if (got < 0 && errno == EINTR) continue;
-    if (got != 1 || what == kEnd) return;
-    interrupted_();
-  }
+  state_->thread.join();
 }
 
 }  // namespace tavcc

@@ -1,0 +1,15 @@
+# The libraries of headers that tavcc is compiled with, for Windows: the build machine's, reached by
+# links of their own, so that no other header of that machine is found.
+file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/include)
+function(tavcc_header_library target folder)
+  if(NOT EXISTS /usr/include/${folder})
+    message(FATAL_ERROR "/usr/include/${folder} is missing; see scripts/packages.sh")
+  endif()
+  file(CREATE_LINK /usr/include/${folder} ${PROJECT_BINARY_DIR}/include/${folder} SYMBOLIC)
+  add_library(${target} INTERFACE IMPORTED)
+  target_include_directories(${target} SYSTEM INTERFACE ${PROJECT_BINARY_DIR}/include)
+endfunction()
+tavcc_header_library(nlohmann_json::nlohmann_json nlohmann)
+tavcc_header_library(CLI11::CLI11 CLI)
+tavcc_header_library(fmt::fmt fmt)
+target_compile_definitions(fmt::fmt INTERFACE FMT_HEADER_ONLY)

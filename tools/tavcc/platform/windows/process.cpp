@@ -1,0 +1,42 @@
+#include "tavcc/platform/process.h"
+
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+// Behind windows.h, whose words it is written in.
+#include <shellapi.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+#include "tavcc/platform/streams.h"
+#include "tavcc/platform/windows/wide_text.h"
+
+namespace tavcc {
+
+void PrepareProcess() {
+  // What is typed ends its lines as the C library does it; a file or a pipe is read as it is.
+  if (IsTerminal(Stream::kInput)) {
+    SetConsoleCP(CP_UTF8);
+  } else {
+    _setmode(_fileno(stdin), _O_BINARY);
+  }
+}
+
+// The words of `main` have lost what the system's code page does not know.
+std::vector<std::string> CommandLineWords(int, const char* const*) {
+  int count = 0;
+  const std::unique_ptr<wchar_t*, decltype(&LocalFree)> words(
+      CommandLineToArgvW(GetCommandLineW(), &count), LocalFree);
+  std::vector<std::string> utf8;
+  for (int i = 1; i < count; ++i) utf8.push_back(FromWide(words.get()[i]));
+  return utf8;
+}
+
+std::optional<std::string> EnvironmentVariable(const std::string& name) {
+  const wchar_t* const value = _wgetenv(ToWide(name).c_str());
+  return value == nullptr ? std::nullopt : std::optional<std::string>(FromWide(value));
+}
+
+}  // namespace tavcc
