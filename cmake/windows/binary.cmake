@@ -14,6 +14,7 @@ function(tavcc_windows_binary target description)
   else()
     set(bits 32)
   endif()
+  set(file $<TARGET_FILE:${target}>)
   set(resource ${CMAKE_CURRENT_BINARY_DIR}/${target}.version.rc)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/windows/version.rc ${resource} @ONLY)
   target_sources(${target} PRIVATE ${resource})
@@ -24,8 +25,8 @@ function(tavcc_windows_binary target description)
   add_custom_command(
     TARGET ${target}
     POST_BUILD
-    COMMAND ${CMAKE_OBJCOPY} --only-keep-debug $<TARGET_FILE:${target}> $<TARGET_FILE:${target}>.debug
-    COMMAND ${CMAKE_STRIP} --strip-all $<TARGET_FILE:${target}>
-    COMMAND ${CMAKE_OBJCOPY} --add-gnu-debuglink=$<TARGET_FILE:${target}>.debug $<TARGET_FILE:${target}>
+    COMMAND ${CMAKE_OBJCOPY} --only-keep-debug ${file} ${file}.debug
+    COMMAND ${CMAKE_STRIP} --strip-all ${file}
+    COMMAND ${CMAKE_OBJCOPY} --add-gnu-debuglink=${file}.debug ${file}
     VERBATIM)
 endfunction()

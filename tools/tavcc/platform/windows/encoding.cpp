@@ -43,9 +43,9 @@ ConvertedText FromCodePage(std::string_view bytes, UINT code_page) {
     const size_t end = std::min(bytes.find('\n', converted.read), bytes.size() - 1) + 1;
     const std::string_view line = bytes.substr(converted.read, end - converted.read);
     std::wstring wide(line.size(), L'\0');
-    const int units =
-        MultiByteToWideChar(code_page, MB_ERR_INVALID_CHARS, line.data(),
-                            static_cast<int>(line.size()), wide.data(), static_cast<int>(wide.size()));
+    const int units = MultiByteToWideChar(code_page, MB_ERR_INVALID_CHARS, line.data(),
+                                          static_cast<int>(line.size()), wide.data(),
+                                          static_cast<int>(wide.size()));
     if (units == 0) break;
     converted.text += FromWide(std::wstring_view(wide).substr(0, static_cast<size_t>(units)));
     converted.read = end;

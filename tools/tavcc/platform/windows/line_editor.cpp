@@ -12,7 +12,7 @@
 namespace tavcc {
 namespace {
 
-constexpr DWORD kMostTyped = 8000;  // of a line
+constexpr DWORD kMostTyped = 8000;   // of a line
 constexpr wchar_t kControlZ = 0x1A;  // at its beginning: there are no more
 
 // Ctrl-C ends the line, not the program, while this lives.
@@ -44,8 +44,8 @@ Typed ReadFromConsole(const std::string& begin) {
   control.dwCtrlWakeupMask = 1U << L'\t';
   DWORD units = 0;
   SetLastError(0);
-  const BOOL read = ReadConsoleW(GetStdHandle(STD_INPUT_HANDLE), buffer.data(), kMostTyped, &units,
-                                 &control);
+  const BOOL read =
+      ReadConsoleW(GetStdHandle(STD_INPUT_HANDLE), buffer.data(), kMostTyped, &units, &control);
   if (GetLastError() == ERROR_OPERATION_ABORTED) return {Typed::End::kInterrupted, {}};
   buffer.resize(units);
   if (read == 0 || buffer.empty() || buffer.front() == kControlZ) return {Typed::End::kEnd, {}};

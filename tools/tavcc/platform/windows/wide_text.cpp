@@ -7,8 +7,8 @@ namespace tavcc {
 std::wstring ToWide(std::string_view utf8) {
   const int size = static_cast<int>(utf8.size());
   std::wstring wide(utf8.size(), L'\0');  // no text has more units in UTF-16 than bytes in UTF-8
-  const int units =
-      MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, wide.data(), static_cast<int>(wide.size()));
+  const int units = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, wide.data(),
+                                        static_cast<int>(wide.size()));
   wide.resize(static_cast<size_t>(units));
   return wide;
 }
