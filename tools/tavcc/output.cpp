@@ -2,6 +2,8 @@
 
 #include <system_error>
 
+#include <fmt/core.h>
+
 #include "foundation/conversions.h"
 #include "foundation/utf8.h"
 #include "tavcc/command.h"
