@@ -307,6 +307,7 @@ void DescribeAll(CLI::App& app, CommandLine& line) {
   app.name("tavcc");
   app.description("Business rules of an ERP's inventory module, on an embedded database.");
   app.require_subcommand(1);
+  app.allow_windows_style_options(false);  // a word that begins with a slash is a path
   app.set_version_flag("--version", "tavcc " TAVCC_VERSION);
   for (const Entry& entry : kCommands) {
     CLI::App* const sub = app.add_subcommand(entry.name, entry.summary);

@@ -1,0 +1,10 @@
+# What is installed, and the packages that are made of it.
+include(${CMAKE_CURRENT_LIST_DIR}/notices.cmake)
+if(WIN32)
+  include(${CMAKE_CURRENT_LIST_DIR}/windows.cmake)
+else()
+  include(GNUInstallDirs)
+  include(${CMAKE_CURRENT_LIST_DIR}/tool.cmake)
+  include(${CMAKE_CURRENT_LIST_DIR}/library.cmake)
+  include(${CMAKE_CURRENT_LIST_DIR}/debian.cmake)
+endif()
