@@ -15,6 +15,9 @@ windows_packages=(
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools libwine-dev wine wine64
   googletest npm
 )
+# To look at the pages of `--html` in a browser, with a font for what they say: 300 MB, and more
+# with what comes with it. Only ./test --all installs it; without it that one test is skipped.
+browser_packages=(chromium fonts-noto-cjk)
 # Only for `./test --lint`.
 lint_packages=(clang-tidy)
 

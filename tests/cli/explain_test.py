@@ -4,7 +4,6 @@
 usage: explain_test.py TAVCC SERVED_DATABASE [unittest options]
 """
 
-import html.parser
 import json
 import os
 import re
@@ -500,80 +499,6 @@ class Text(ExplainCase):
         self.assertIn("The audit passes it.\n", text)
         self.assertIn("What the audit would change:\n", text)
         self.assertIn("Quantities of the order:", text)
-
-
-class Page(ExplainCase):
-    class Reader(html.parser.HTMLParser):
-        """Holds the page to be whole: every element is closed, nothing comes from elsewhere."""
-        VOID = ("meta", "br")
-
-        def __init__(self):
-            super().__init__()
-            self.open, self.texts, self.elsewhere = [], [], []
-
-        def handle_starttag(self, tag, attrs):
-            if tag not in self.VOID:
-                self.open.append(tag)
-            for name, value in attrs:
-                if name in ("src", "href") and not value.startswith("#"):
-                    self.elsewhere.append(value)
-
-        def handle_endtag(self, tag):
-            assert self.open and self.open[-1] == tag, f"</{tag}> in {self.open}"
-            self.open.pop()
-
-        def handle_data(self, data):
-            self.texts.append(data)
-
-    def page(self, *words):
-        file = self.path("page.html")
-        answer = tavcc("explain", "--db", self.db, "--html", file, *words)
-        self.assertEqual(answer.stderr, "")
-        self.assertNotEqual(answer.stdout, "")
-        with open(file, encoding="utf-8") as page:
-            text = page.read()
-        reader = self.Reader()
-        reader.feed(text)
-        self.assertEqual(reader.open, [])
-        self.assertEqual(reader.elsewhere, [])
-        self.assertNotIn("url(", text)
-        self.assertNotIn("@import", text)
-        return " ".join(" ".join(reader.texts).split()), text
-
-    def test_it_says_what_the_text_says(self):
-        shown, _ = self.page("XS260305", "CG260302")
-        for said in ("销售单 XS260305 (class 1030002, id 134)", "审核出现负库存商品！",
-                     "line 1, item 01.005 内胎, stock 主仓库, in stock 200, wanted 999, short by 799",
-                     "减少数量，先入库，或将 IC/UnderStock 设为1。", "40 → 60"):
-            self.assertIn(said, shown)
-
-    def test_it_is_light_and_dark(self):
-        self.assertIn("prefers-color-scheme: dark", self.page("XS260305")[1])
-
-    def test_what_the_database_says_is_text(self):
-        self.change("UPDATE t_ICItem SET FName=N'<script>&' WHERE FItemID=1009")
-        shown, text = self.page("XS260305")
-        self.assertIn("<script>&", shown)
-        self.assertNotIn("<script>", text)
-
-    def test_a_file_that_cannot_be_written(self):
-        answer = tavcc("explain", "XS260305", "--db", self.db, "--html",
-                       os.path.join(self.folder.name, "none", "page.html"))
-        self.assert_error(answer, "page.html cannot be written: No such file or directory")
-
-    def test_what_is_no_file_is_written_in_place(self):
-        """A page may go into a pipe; a device stays one."""
-        pipe = self.path("pipe")
-        os.mkfifo(pipe)
-        with subprocess.Popen(["cat", pipe], stdout=subprocess.PIPE, text=True) as reader:
-            answer = tavcc("explain", "XS260305", "--db", self.db, "--html", pipe)
-            self.assertEqual(answer.returncode, REFUSED, answer.stderr)
-            self.assertIn("审核出现负库存商品！", reader.communicate(timeout=60)[0])
-        full = self.path("full")
-        os.symlink("/dev/full", full)
-        answer = tavcc("explain", "XS260305", "--db", self.db, "--html", full)
-        self.assert_error(answer, "full cannot be written: No space left on device")
-        self.assertTrue(os.path.islink(full))
 
 
 def comparable(value):

@@ -118,8 +118,8 @@ std::unique_ptr<Road> OpenRoad(const Scenario& scenario, Roads& roads) {
 
 class Run {
  public:
-  Run(const Scenario& scenario, Roads& roads, Skipped* skipped)
-      : scenario_(scenario), roads_(roads), skipped_(skipped) {}
+  Run(const Scenario& scenario, Roads& roads, Skipped* skipped, const RunObserver& observer)
+      : scenario_(scenario), roads_(roads), skipped_(skipped), observer_(observer) {}
 
   std::vector<StepFailure> All();
 
@@ -143,6 +143,7 @@ class Run {
   const Scenario& scenario_;
   Roads& roads_;
   Skipped* skipped_;
+  const RunObserver& observer_;
   std::vector<StepFailure> failures_;
 };
 
@@ -157,6 +158,7 @@ std::vector<StepFailure> Run::All() {
   } catch (const AutomationError& error) {
     return {StepFailure{0, "the start state", {ShowError(error)}, {}}};
   }
+  if (observer_.opened) observer_.opened(*road);
   for (const Step& step : scenario_.steps) {
     if (IsSkipped(step)) {
       SkipForClock(step.number);
@@ -179,6 +181,7 @@ std::vector<StepFailure> Run::All() {
                           ", key \"args\": " + error.what());
     }
   }
+  if (observer_.ended) observer_.ended(*road);
   return std::move(failures_);
 }
 
@@ -188,7 +191,9 @@ void Run::RunStep(Road& road, const Step& step) {
     if (!differences.empty()) Fail(step, "query " + step.query, std::move(differences));
     return;
   }
+  if (observer_.calling) observer_.calling(step);
   CallOutcome outcome = CallStep(road, step, step.fail);
+  if (observer_.called) observer_.called(step, outcome);
   Differences differences = StepDifferences(step, outcome);
   const int sent = static_cast<int>(outcome.sent.size());
   if (step.fail && step.fail->at > sent) {
@@ -309,8 +314,9 @@ std::vector<std::string> StepDifferences(const Step& step, const CallOutcome& ou
   return differences;
 }
 
-std::vector<StepFailure> RunScenario(const Scenario& scenario, Roads& roads, Skipped* skipped) {
-  return Run(scenario, roads, skipped).All();
+std::vector<StepFailure> RunScenario(const Scenario& scenario, Roads& roads, Skipped* skipped,
+                                     const RunObserver& observer) {
+  return Run(scenario, roads, skipped, observer).All();
 }
 
 std::unique_ptr<Road> RoadBefore(const Scenario& scenario, int number, Roads& roads, bool fixed) {

@@ -1,6 +1,7 @@
 // Runs scenarios and tells what differs.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -51,11 +52,20 @@ struct Skipped {
   std::vector<std::string> for_obstacle;  // the rest of a scenario behind an obstacle, or a sweep
 };
 
+// Who watches a run: what the scenario's own steps do, not what its sweeps repeat. Each may be
+// null.
+struct RunObserver {
+  std::function<void(Road&)> opened = nullptr;         // a road in the start state
+  std::function<void(const Step&)> calling = nullptr;  // what is a call
+  std::function<void(const Step&, const CallOutcome&)> called = nullptr;
+  std::function<void(Road&)> ended = nullptr;  // the last step was taken
+};
+
 // Runs the scenario to its end. The steps that came out otherwise than expected; none when all came
 // as expected. A step that needs the clock is left out where the roads do not fix it, and the rest
 // of a scenario that meets an obstacle; `skipped`, where given, is told of each.
 std::vector<StepFailure> RunScenario(const Scenario& scenario, Roads& roads,
-                                     Skipped* skipped = nullptr);
+                                     Skipped* skipped = nullptr, const RunObserver& observer = {});
 
 // A fresh road on which the steps before `number` were taken, those that need the clock only where
 // it is `fixed`. Errors: those of Open.

@@ -2,6 +2,8 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -12,9 +14,12 @@
 #include "scenario/scenario.h"
 #include "tavcc/answer.h"
 #include "tavcc/answer_text.h"
+#include "tavcc/batch_report.h"
 #include "tavcc/bills.h"
 #include "tavcc/command.h"
 #include "tavcc/database.h"
+#include "tavcc/file.h"
+#include "tavcc/html/batch_page.h"
 #include "tavcc/output.h"
 #include "tavcc/progress.h"
 #include "tavcc/record.h"
@@ -86,12 +91,6 @@ std::vector<Bill> ChosenBills(Erp& erp, const AuditOptions& options) {
   return bills;
 }
 
-// What became of one bill.
-struct Outcome {
-  Exit verdict = Exit::kFailed;
-  std::string text;
-};
-
 // One run of the command.
 class BatchRun {
  public:
@@ -116,10 +115,16 @@ class BatchRun {
   bool Send(size_t first, size_t count, Progress& progress);
   std::vector<Value> Arguments(size_t first, size_t count, Progress& progress) const;
   void Note(size_t first, size_t count, const Answer& answer);
+  StatementObserver Trace() const {
+    return common_.json ? TraceForJson(common_) : TraceOf(common_);
+  }
+  void Watch();
+  void WritePage();
   void PrintReport() const;
+  std::string EndingText() const;
   Json ReportJson() const;
   int Count(Exit verdict) const {
-    return static_cast<int>(std::ranges::count(outcomes_, verdict, &Outcome::verdict));
+    return static_cast<int>(std::ranges::count(outcomes_, verdict, &BillOutcome::verdict));
   }
 
   Erp& erp_;
@@ -127,11 +132,12 @@ class BatchRun {
   const AuditOptions& options_;
   const MethodName name_;
   const std::vector<Bill> bills_;
-  std::vector<Outcome> outcomes_;
+  std::vector<BillOutcome> outcomes_;
   Exit verdict_ = Exit::kPassed;
   std::string failures_;  // what the calls that failed failed by
   Json statements_ = Json::array();
   Recorder recorder_;
+  std::optional<BatchWatch> watch_;  // where a page is asked for
 };
 
 Exit BatchRun::Run() {
@@ -147,11 +153,13 @@ Exit BatchRun::Run() {
 void BatchRun::SendAll() {
   HostTransaction transaction(erp_, false);
   try {
+    Watch();
     Progress progress(bills_.size());
     if (!bills_.empty()) Send(0, bills_.size(), progress);
     progress.Hide();
     PrintReport();
     recorder_.Write();
+    WritePage();
   } catch (const CommandError& error) {
     throw CommandError(std::string(error.what()) + "; what the batch did was undone");
   }
@@ -161,6 +169,7 @@ void BatchRun::SendAll() {
 void BatchRun::SendEach() {
   size_t done = 0;
   try {
+    Watch();
     Progress progress(bills_.size());
     for (; done < bills_.size(); ++done) {
       HostTransaction transaction(erp_, false);
@@ -169,6 +178,7 @@ void BatchRun::SendEach() {
     progress.Hide();
     PrintReport();
     recorder_.Write();
+    WritePage();
   } catch (const CommandError& error) {
     throw CommandError(fmt::format("{}; {} of {} bills were sent before, and what they did is {}",
                                    error.what(), done, bills_.size(),
@@ -177,9 +187,10 @@ void BatchRun::SendEach() {
 }
 
 bool BatchRun::Send(size_t first, size_t count, Progress& progress) {
+  if (watch_) watch_->BeginCall();
   const Answer answer = CalledObject(erp_, *name_.cls, &recorder_)
                             .Call(*name_.method, Arguments(first, count, progress),
-                                  common_.json ? TraceForJson(common_) : TraceOf(common_));
+                                  watch_ ? watch_->observer() : Trace());
   Note(first, count, answer);
   verdict_ = std::max(verdict_, answer.verdict);
   if (answer.verdict == Exit::kFailed) failures_ += FailureText(answer);
@@ -200,31 +211,32 @@ std::vector<Value> BatchRun::Arguments(size_t first, size_t count, Progress& pro
           erp_.host().NewDictionary()};
 }
 
-// A line of the answer for each bill; none for those behind the one at which the run ended.
 void BatchRun::Note(size_t first, size_t count, const Answer& answer) {
-  const auto dct = std::dynamic_pointer_cast<Dictionary>(answer.arguments[4].object());
-  const std::vector<std::string> lines = BillLines(ToText(dct->ItemOr("BillInfo", "")));
-  const std::string error = ToText(dct->ItemOr("ErrorMsg", ""));
-  for (size_t i = 0; i < count; ++i) {
-    Outcome& outcome = outcomes_[first + i];
-    if (i < lines.size()) {
-      const bool passed = lines[i].ends_with("审核成功！");
-      outcome = {passed ? Exit::kPassed : Exit::kRefused, lines[i]};
-    } else if (i == lines.size()) {
-      outcome.text = fmt::format("{}: {}", Described(bills_[first + i]),
-                                 error.empty() ? "the run ended before it" : error);
-    } else {
-      outcome.text = Described(bills_[first + i]) + ": not reached";
-    }
-    if (answer.verdict == Exit::kFailed && outcome.verdict == Exit::kPassed) {
-      outcome.verdict = Exit::kFailed;
-      outcome.text += " (undone)";
-    }
-  }
+  const std::span bills = std::span(bills_).subspan(first, count);
+  const std::vector<BillOutcome> outcomes = OutcomesOf(bills, answer);
+  std::ranges::copy(outcomes, outcomes_.begin() + static_cast<ptrdiff_t>(first));
+  if (watch_) watch_->EndCall(bills, outcomes);
   if (!common_.trace || !common_.json) return;
   for (const LoggedStatement& statement : answer.statements) {
     statements_.push_back(StatementJson(statement));
   }
+}
+
+void BatchRun::Watch() {
+  if (options_.html_file.empty()) return;
+  constexpr size_t kMostNamed = 5;
+  const std::string which =
+      bills_.size() <= kMostNamed ? NumbersOf(bills_) : fmt::format("{} bills", bills_.size());
+  watch_.emplace(erp_, Trace(), (options_.un_audit ? "Un-audit of " : "Audit of ") + which, bills_);
+}
+
+// Told before it is kept, as everything is.
+void BatchRun::WritePage() {
+  if (!watch_) return;
+  BatchReport& report = watch_->Report();
+  report.failures = failures_;
+  report.ending = EndingText();
+  ReplaceFile(options_.html_file, BatchPage(report));
 }
 
 void BatchRun::PrintReport() const {
@@ -239,11 +251,12 @@ void BatchRun::PrintReport() const {
     summary += fmt::format(", failed: {}", failed);
   }
   Print(summary + "\n");
-  if (verdict_ == Exit::kFailed && !options_.each) {
-    Print("What the batch did was undone.\n");
-  } else if (options_.dry_run) {
-    Print("Nothing was kept.\n");
-  }
+  if (const std::string ending = EndingText(); !ending.empty()) Print(ending + "\n");
+}
+
+std::string BatchRun::EndingText() const {
+  if (verdict_ == Exit::kFailed && !options_.each) return "What the batch did was undone.";
+  return options_.dry_run ? "Nothing was kept." : "";
 }
 
 Json BatchRun::ReportJson() const {
@@ -277,6 +290,8 @@ Exit AuditCommand(const CommonOptions& common, const AuditOptions& options) {
   if (options.all == !options.numbers.empty()) {
     throw CommandError("which bills? give their numbers, or --all");
   }
+  RequireOwnFile(options.html_file,
+                 {common.db, common.dsn_file, options.record.tape_file, options.record.state_file});
   const auto erp = OpenDatabase(common, options.host);
   return BatchRun(*erp, common, options, ChosenBills(*erp, options)).Run();
 }

@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <map>
 #include <string_view>
 
 #include "audit/class_names.h"
@@ -59,6 +60,11 @@ void AddBills(Connection& cn, const HeadTable& table, const BillFilter& filter,
   }
 }
 
+std::vector<std::string> EntryTablesOf(const Bill& bill) {
+  if (bill.head_table == "T_CC_ZZCX") return {"T_CC_ZZCX_Entry", "T_CC_ZZCX_Entry2"};
+  return {bill.head_table + "Entry"};
+}
+
 }  // namespace
 
 std::vector<Bill> FindBills(Erp& erp, const BillFilter& filter) {
@@ -88,6 +94,25 @@ DictionaryPtr BillDictionary(Host& host, const Bill& bill) {
   dictionary->SetItem("AllAmount", bill.amount);
   dictionary->SetItem("FNeutralizeAmount", bill.neutralized);
   return dictionary;
+}
+
+std::string ItemsOf(const std::vector<Bill>& bills) {
+  constexpr size_t kMostNamed = 1000;
+  if (bills.empty()) return "0";
+  if (bills.size() > kMostNamed) return "";
+  std::map<std::string, std::string> ids;  // by table of lines
+  for (const Bill& bill : bills) {
+    for (const std::string& table : EntryTablesOf(bill)) {
+      std::string& list = ids[table];
+      list += fmt::format("{}{}", list.empty() ? "" : ", ", bill.id);
+    }
+  }
+  std::string query;
+  for (const auto& [table, list] : ids) {
+    query += fmt::format("{}SELECT FItemID FROM {} WHERE FID IN ({})",
+                         query.empty() ? "" : " UNION ", table, list);
+  }
+  return query;
 }
 
 std::string NumbersOf(const std::vector<Bill>& bills) {

@@ -41,6 +41,9 @@ std::vector<Bill> FindBills(Erp& erp, const BillFilter& filter);
 // The bill's dictionary with every key that a batch audit and the gates around it read.
 DictionaryPtr BillDictionary(Host& host, const Bill& bill);
 
+// A query that answers with the items of the bills' lines. Empty for more bills than it can name.
+std::string ItemsOf(const std::vector<Bill>& bills);
+
 // "XS260305, XS260306"
 std::string NumbersOf(const std::vector<Bill>& bills);
 

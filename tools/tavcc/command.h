@@ -40,6 +40,10 @@ struct HostOptions {
   std::vector<std::string> published;  // "name=value", for the process
 };
 
+struct DemoOptions {
+  std::string html_file;  // of the page that is written, too; empty for none
+};
+
 struct InitOptions {
   bool sample = false;  // with the sample company
 };
@@ -77,6 +81,7 @@ struct AuditOptions {
   int32_t class_type = 0;            // of them; 0 is any
   bool each = false;                 // every bill in a transaction of its own
   bool dry_run = false;              // nothing is kept
+  std::string html_file;             // of the page that is written, too; empty for none
   HostOptions host;
   RecordOptions record;
 };
@@ -91,6 +96,7 @@ struct RunOptions {
   bool list = false;       // print the files and names, run nothing
   std::string filter;      // only those with this in their path or name
   std::string junit_file;  // where the outcome is written, too; empty for nowhere
+  std::string html_file;   // of the page that is written, too; likewise
   int jobs = 1;            // how many run at a time
 };
 
@@ -132,7 +138,7 @@ class CommandError : public std::runtime_error {
 
 // Errors of any: CommandError, AutomationError, JsonError, ScenarioError; main shows each as one
 // line.
-Exit DemoCommand(const CommonOptions& common);
+Exit DemoCommand(const CommonOptions& common, const DemoOptions& options);
 Exit InitCommand(const CommonOptions& common, const InitOptions& options);
 Exit CallCommand(const CommonOptions& common, const CallOptions& options);
 // An audit or, as the options say, an un-audit.

@@ -30,6 +30,19 @@ void DescribeHost(CLI::App& app, HostOptions& host) {
       ->allow_extra_args(false);
 }
 
+// A page of what the command does.
+void DescribeHtml(CLI::App& app, std::string& file) {
+  app.add_option("--html", file, "Also write a page to look at: one file, for any browser")
+      ->type_name("FILE")
+      ->check([](const std::string& name) {
+        return name.empty() ? std::string("the name of the file to write is empty") : "";
+      });
+}
+
+void DescribeDemo(CLI::App& app, CommandLine& line) {
+  DescribeHtml(app, line.demo.html_file);
+}
+
 void DescribeInit(CLI::App& app, CommandLine& line) {
   app.add_flag("--sample", line.init.sample, "With the sample company and its bills");
 }
@@ -82,6 +95,7 @@ void DescribeAudit(CLI::App& app, CommandLine& line) {
       ->type_name("CLASSTYPE");
   app.add_flag("--each", line.audit.each, "Every bill in a transaction of its own");
   app.add_flag("--dry-run", line.audit.dry_run, "Keep nothing");
+  DescribeHtml(app, line.audit.html_file);
   DescribeHost(app, line.audit.host);
   DescribeRecord(app, line.audit.record);
 }
@@ -116,6 +130,7 @@ void DescribeRun(CLI::App& app, CommandLine& line) {
       ->capture_default_str();
   app.add_option("--junit", line.run.junit_file, "Write the outcome as JUnit's XML, too")
       ->type_name("FILE");
+  DescribeHtml(app, line.run.html_file);
   app.add_flag("--update", line.run.update,
                "Take what came for what is expected, in the files of failing scenarios");
   app.add_flag("--review", line.run.review, "The same, showing each change and asking");
@@ -150,7 +165,7 @@ void DescribeExplain(CLI::App& app, CommandLine& line) {
   app.add_option("--id", line.explain.id, "Only the bill with this id")->type_name("ID");
   app.add_flag("--un-audit", line.explain.un_audit, "Why it may or may not be un-audited");
   app.add_flag("--full", line.explain.full, "Statement and rows of every gate");
-  app.add_option("--html", line.explain.html_file, "Also write a page of it")->type_name("FILE");
+  DescribeHtml(app, line.explain.html_file);
   app.add_option("--trace", line.explain.trace_file,
                  "In place of bills: a call that the automation server traced")
       ->type_name("FILE");
@@ -195,8 +210,8 @@ struct Entry {
 constexpr bool kTraces = true;
 
 constexpr Entry kCommands[] = {
-    {"demo", "Audit a sample company's bills and show what happens", DescribeNothing,
-     [](const CommandLine& line) { return DemoCommand(line.common); }},
+    {"demo", "Audit a sample company's bills and show what happens", DescribeDemo,
+     [](const CommandLine& line) { return DemoCommand(line.common, line.demo); }},
     {"init", "Make a database with the ERP schema", DescribeInit,
      [](const CommandLine& line) { return InitCommand(line.common, line.init); }, !kTraces},
     {"call", "Call one method of one class", DescribeCall,

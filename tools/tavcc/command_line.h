@@ -11,6 +11,7 @@ namespace tavcc {
 
 struct CommandLine {
   CommonOptions common;
+  DemoOptions demo;
   InitOptions init;
   CallOptions call;
   AuditOptions audit;

@@ -11,9 +11,12 @@
 #include "scenario/scenario.h"
 #include "scenario/values.h"
 #include "tavcc/answer.h"
+#include "tavcc/call_watch.h"
 #include "tavcc/command.h"
 #include "tavcc/database.h"
 #include "tavcc/demo_batch.h"
+#include "tavcc/file.h"
+#include "tavcc/html/demo_page.h"
 #include "tavcc/output.h"
 #include "tavcc/table.h"
 #include "tavcc/trace.h"
@@ -71,6 +74,17 @@ constexpr std::string_view kBillsQuery =
     " INNER JOIN t_Stock s ON s.FItemID = k.FStockID"
     " ORDER BY b.FID, k.FOrder, k.FIndex";
 
+// A title without its line ends.
+std::string OnOneLine(std::string_view text) {
+  std::string line;
+  for (const char c : text) {
+    if (c == '\n') line += ' ';
+    const bool blank = c == '\n' || (c == ' ' && line.ends_with(' '));
+    if (!blank) line += c;
+  }
+  return line;
+}
+
 // The fields of the current row; none where there is no row.
 std::vector<std::string> Cells(const Recordset& row) {
   std::vector<std::string> cells;
@@ -87,7 +101,8 @@ std::vector<std::string> Labelled(std::string label, std::vector<std::string> ce
 
 class Story {
  public:
-  Story(Erp& erp, const CommonOptions& options) : erp_(erp), options_(options) {}
+  Story(Erp& erp, const CommonOptions& options, DemoReport* page)
+      : erp_(erp), options_(options), page_(page), watch_(TraceOf(options), 0) {}
 
   void Tell();
 
@@ -97,18 +112,21 @@ class Story {
   void ShowCall(const Scene& scene);
   void ShowOutcome(const Answer& answer, Recordset& before, Recordset& after);
   void Record(const Scene& scene, const Answer& answer, Recordset& before, Recordset& after);
+  void Draw(const Scene& scene, const Answer& answer, Recordset& before, Recordset& after);
   Answer Call(const MethodName& name, int32_t bill);
   RecordsetPtr Row(int32_t bill);
 
   Erp& erp_;
   const CommonOptions& options_;
+  DemoReport* const page_;
+  CallWatch watch_;
   int scene_ = 0;
   Json record_ = Json::array();
 };
 
 void Story::Tell() {
   if (!options_.json) Print("An ERP database was made from T-SQL files.\n\n");
-  TellBatchAudit(erp_, options_, record_);
+  TellBatchAudit(erp_, options_, record_, page_);
   if (!options_.json) ShowCompany();
   for (const Scene& scene : kScenes) Play(scene);
   if (options_.json) Print(fmt::format("{}\n", Show(record_, 2)));
@@ -128,6 +146,7 @@ void Story::Play(const Scene& scene) {
   if (!options_.json) ShowCall(scene);
   const Answer answer = Call(name, scene.bill);
   const RecordsetPtr after = Row(scene.bill);
+  if (page_ != nullptr) Draw(scene, answer, *before, *after);
   if (options_.json) {
     Record(scene, answer, *before, *after);
   } else {
@@ -146,9 +165,7 @@ void Story::ShowOutcome(const Answer& answer, Recordset& before, Recordset& afte
   const std::string message = ValueText(answer.arguments.back());
   Print(fmt::format("{} {}{}{}\n\n", options_.trace ? "   " : " ", VerdictText(answer.verdict),
                     message.empty() ? "" : ": ", message));
-  std::vector<std::string> header = {""};
-  for (int i = 0; i < before.FieldCount(); ++i) header.push_back(before.FieldName(i));
-  Table table(std::move(header));
+  Table table(Labelled("", FieldNames(before)));
   const std::vector<std::string> old_cells = Cells(before);
   const std::vector<std::string> new_cells = Cells(after);
   if (old_cells == new_cells) {
@@ -170,15 +187,27 @@ void Story::Record(const Scene& scene, const Answer& answer, Recordset& before, 
                      {"after", RowsJson(after, RowForm::kObjects)}});
 }
 
+void Story::Draw(const Scene& scene, const Answer& answer, Recordset& before, Recordset& after) {
+  page_->scenes.push_back({.title = OnOneLine(scene.title),
+                           .call = fmt::format("cls_CX.{}(lngFID={})", scene.method, scene.bill),
+                           .verdict = answer.verdict,
+                           .message = ValueText(answer.arguments.back()),
+                           .columns = FieldNames(before),
+                           .before = Cells(before),
+                           .after = Cells(after),
+                           .sent = watch_.End()});
+}
+
 Answer Story::Call(const MethodName& name, int32_t bill) {
   Json arguments = {{"lngFID", bill}};
   for (const Parameter& parameter : name.method->parameters) {
     if (parameter.name == "lngUserID") arguments["lngUserID"] = erp_.host().settings().user_id;
   }
+  watch_.Begin();
   return CallInTransaction(
       erp_, *name.cls, *name.method,
       MakeArguments({erp_.host(), erp_.dsn(), erp_.connection()}, *name.method, arguments),
-      TraceOf(options_));
+      watch_.observer());
 }
 
 RecordsetPtr Story::Row(int32_t bill) {
@@ -187,20 +216,25 @@ RecordsetPtr Story::Row(int32_t bill) {
 
 }  // namespace
 
-Exit DemoCommand(const CommonOptions& options) {
-  if (const auto server = ServerOf(options)) {
+Exit DemoCommand(const CommonOptions& common, const DemoOptions& options) {
+  RequireOwnFile(options.html_file, {common.db, common.dsn_file});
+  DemoReport page;
+  const auto tell = [&](Erp& erp) {
+    Story(erp, common, options.html_file.empty() ? nullptr : &page).Tell();
+    if (!options.html_file.empty()) ReplaceFile(options.html_file, DemoPage(page));
+    return Exit::kPassed;
+  };
+  if (const auto server = ServerOf(common)) {
     const auto erp = OpenServer(*server);
     FillServer(*erp, true);
-    Story(*erp, options).Tell();
-    return Exit::kPassed;
+    return tell(*erp);
   }
-  if (!options.db.empty()) MakeDatabase(options.db, true);
-  sql::OpenOptions open = options.db.empty() ? sql::OpenOptions{} : FileOptions(options);
+  if (!common.db.empty()) MakeDatabase(common.db, true);
+  sql::OpenOptions open = common.db.empty() ? sql::OpenOptions{} : FileOptions(common);
   open.clock = [] { return *DateTime::Parse(kToday); };
   Erp erp(open);
-  if (options.db.empty()) FillDatabase(erp, true);
-  Story(erp, options).Tell();
-  return Exit::kPassed;
+  if (common.db.empty()) FillDatabase(erp, true);
+  return tell(erp);
 }
 
 }  // namespace tavcc

@@ -12,7 +12,9 @@
 #include "scenario/runner.h"
 #include "scenario/values.h"
 #include "tavcc/answer.h"
+#include "tavcc/batch_report.h"
 #include "tavcc/bills.h"
+#include "tavcc/changes.h"
 #include "tavcc/output.h"
 #include "tavcc/table.h"
 #include "tavcc/trace.h"
@@ -57,17 +59,10 @@ constexpr std::string_view kOrderQuantities =
     "SELECT FID, FEntryID, FXSOrderQty, FBaseXSOrderQty, FInTotalQty FROM t_XS_OrderEntry"
     " ORDER BY FID, FEntryID, FCgOrderQty, FInTotalQty";
 
-// What lies in stock: name, stock, batch and property of the item; quantity; value.
-struct StockRow {
-  std::vector<std::string> key;
-  std::string quantity;
-  std::string value;
-};
-using StockRows = std::vector<StockRow>;
-
 class BatchStory {
  public:
-  BatchStory(Erp& erp, const CommonOptions& options) : erp_(erp), options_(options) {}
+  BatchStory(Erp& erp, const CommonOptions& options, DemoReport* page)
+      : erp_(erp), options_(options), page_(page) {}
 
   Json Tell();
 
@@ -75,30 +70,19 @@ class BatchStory {
   RecordsetPtr Query(std::string_view sql) { return erp_.connection()->Execute(sql); }
   Json Rows(std::string_view sql) { return JsonFromRows(*Query(sql), RowForm::kArrays); }
   Json State() { return {Rows(kStock), Rows(kBalances), Rows(kStates), Rows(kOrderQuantities)}; }
-  StockRows Stock();
   std::vector<Bill> OpenBills();
   std::vector<Bill> AuditedBills(const std::vector<Bill>& bills);
-  Json Audit(const std::vector<Bill>& bills, int check_type);
+  // The answer; what is seen of the batch goes to `report`, where there is one.
+  Json Audit(const std::vector<Bill>& bills, int check_type, BatchReport* report);
+  Answer Send(const std::vector<Bill>& bills, int check_type, BatchReport* report);
   void PrintAnswer(const Json& answer);
-  void PrintStock(const StockRows& before, const StockRows& after);
+  void PrintStock(const ChangeTable& stock);
   void CheckLedgerHolds();
 
   Erp& erp_;
   const CommonOptions& options_;
+  DemoReport* const page_;
 };
-
-StockRows BatchStory::Stock() {
-  constexpr int kKeyColumns = 4;
-  StockRows stock;
-  const RecordsetPtr rows = Query(kStock);
-  for (; !rows->AtEnd(); rows->MoveNext()) {
-    StockRow& row = stock.emplace_back();
-    for (int i = 0; i < kKeyColumns; ++i) row.key.push_back(ToText(rows->Field(i)));
-    row.quantity = ToText(rows->Field("FQty"));
-    row.value = ToText(rows->Field("FBal"));
-  }
-  return stock;
-}
 
 std::vector<Bill> BatchStory::OpenBills() {
   return FindBills(erp_, {.status = 0, .made_by_system = false});
@@ -117,27 +101,36 @@ std::vector<Bill> BatchStory::AuditedBills(const std::vector<Bill>& bills) {
   return reversed;
 }
 
-Json BatchStory::Audit(const std::vector<Bill>& bills, int check_type) {
+Answer BatchStory::Send(const std::vector<Bill>& bills, int check_type, BatchReport* report) {
   const MethodName name = FindMethodByName("PublicSysInfo.AuditBill");
   std::vector<Value> arguments =
       MakeArguments({erp_.host(), erp_.dsn(), erp_.connection()}, *name.method,
                     Json{{"CheckType", check_type}, {"BatchCheck", true}});
   const auto vector = ToObject<Vector>(arguments.front());
   for (const Bill& bill : bills) vector->Add(BillDictionary(erp_.host(), bill));
-  const Answer answer =
-      CallInTransaction(erp_, *name.cls, *name.method, std::move(arguments), TraceOf(options_));
+  const StatementObserver trace = TraceOf(options_);
+  if (report == nullptr) {
+    return CallInTransaction(erp_, *name.cls, *name.method, std::move(arguments), trace);
+  }
+  BatchWatch watch(erp_, trace, report->title, bills);
+  watch.BeginCall();
+  Answer answer =
+      CallInTransaction(erp_, *name.cls, *name.method, std::move(arguments), watch.observer());
+  watch.EndCall(bills, OutcomesOf(bills, answer));
+  *report = std::move(watch.Report());
+  return answer;
+}
+
+Json BatchStory::Audit(const std::vector<Bill>& bills, int check_type, BatchReport* report) {
+  const Answer answer = Send(bills, check_type, report);
   if (answer.verdict == Exit::kFailed) {
     throw CommandError(fmt::format(
         "the batch failed and was undone: {}",
         answer.failure ? answer.failure->error.description() : VerdictText(answer.verdict)));
   }
-  for (size_t i = 0; i < answer.arguments.size(); ++i) {
-    if (name.method->parameters[i].name != "dct") continue;
-    Json results = JsonFromValue(answer.arguments[i]);
-    results["result"] = JsonFromValue(answer.result);
-    return results;
-  }
-  return {};
+  Json results = JsonFromValue(answer.arguments[kBatchResults]);
+  results["result"] = JsonFromValue(answer.result);
+  return results;
 }
 
 void BatchStory::PrintAnswer(const Json& answer) {
@@ -154,16 +147,13 @@ void BatchStory::PrintAnswer(const Json& answer) {
                     answer["FailCount"].get<int>()));
 }
 
-// Auditing may add stock rows, but takes none away.
-void BatchStory::PrintStock(const StockRows& before, const StockRows& after) {
+void BatchStory::PrintStock(const ChangeTable& stock) {
   Table table({"item", "stock", "batch", "aux", "before", "after", "value before", "value after"});
-  for (const StockRow& row : after) {
-    const auto same = std::find_if(before.begin(), before.end(),
-                                   [&](const StockRow& other) { return other.key == row.key; });
-    const StockRow old = same == before.end() ? StockRow{row.key, "0", "0"} : *same;
-    if (old.quantity == row.quantity && old.value == row.value) continue;
-    table.Add({row.key[0], row.key[1], row.key[2], row.key[3], old.quantity, row.quantity,
-               old.value, row.value});
+  for (const ChangeTable::Row& row : stock.rows) {
+    // Auditing may add stock rows, but takes none away.
+    const auto before = row.before.empty() ? std::vector<std::string>{"0", "0"} : row.before;
+    table.Add({row.key[1], row.key[2], row.key[3], row.key[4], before[0], row.after[0], before[1],
+               row.after[1]});
   }
   Print(fmt::format("{}\n", table.ToText("    ")));
 }
@@ -177,25 +167,29 @@ void BatchStory::CheckLedgerHolds() {
 Json BatchStory::Tell() {
   const bool print = !options_.json;
   const Json before = State();
-  const StockRows stock_before = Stock();
+  const RowComparison stock(*erp_.connection(), StockRows(""));
   const std::vector<Bill> bills = OpenBills();
+  if (page_ != nullptr) {
+    page_->audit.title = fmt::format("{} open bills are audited in one call", bills.size());
+    page_->un_audit.title = "The bills that passed are un-audited, the last first";
+  }
   if (print) {
     Print(fmt::format(
         "The sample company's {} open bills, of every kind, are audited in one call.\n\n",
         bills.size()));
   }
-  const Json audited = Audit(bills, 1);
+  const Json audited = Audit(bills, 1, page_ == nullptr ? nullptr : &page_->audit);
   const Json stock_after = Rows(kStock);
   CheckLedgerHolds();
   if (print) {
     PrintAnswer(audited);
     Print(fmt::format("  What moved in stock:\n\n"));
-    PrintStock(stock_before, Stock());
+    PrintStock(stock.Changes(*erp_.connection()));
   }
 
   const std::vector<Bill> to_undo = AuditedBills(bills);
   if (print) Print(fmt::format("The bills that passed are un-audited, the last first.\n\n"));
-  const Json undone = Audit(to_undo, -1);
+  const Json undone = Audit(to_undo, -1, page_ == nullptr ? nullptr : &page_->un_audit);
   CheckLedgerHolds();
   if (print) PrintAnswer(undone);
   if (State() != before) {
@@ -215,8 +209,8 @@ Json BatchStory::Tell() {
 
 }  // namespace
 
-void TellBatchAudit(Erp& erp, const CommonOptions& options, Json& record) {
-  record.push_back(BatchStory(erp, options).Tell());
+void TellBatchAudit(Erp& erp, const CommonOptions& options, Json& record, DemoReport* page) {
+  record.push_back(BatchStory(erp, options, page).Tell());
 }
 
 }  // namespace tavcc

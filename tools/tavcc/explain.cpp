@@ -14,8 +14,8 @@
 #include "tavcc/database.h"
 #include "tavcc/explain_trace.h"
 #include "tavcc/file.h"
+#include "tavcc/html/explanation_page.h"
 #include "tavcc/output.h"
-#include "tavcc/page.h"
 #include "tavcc/record.h"
 
 namespace tavcc {
@@ -172,8 +172,12 @@ Trial TryAudit(Erp& erp, const Bill& bill, int16_t direction, Recorder* recorder
     const VectorPtr bills = erp.host().NewVector();
     bills->Add(BillDictionary(erp.host(), bill));
     const DictionaryPtr results = erp.host().NewDictionary();
-    const Answer answer = CalledObject(erp, *name.cls, recorder)
-                              .Call(*name.method, {bills, direction, erp.dsn(), true, results}, {});
+    CallWatch sent({}, 0);
+    sent.Begin();
+    const Answer answer =
+        CalledObject(erp, *name.cls, recorder)
+            .Call(*name.method, {bills, direction, erp.dsn(), true, results}, sent.observer());
+    trial.sent = sent.End();
     trial.verdict = answer.verdict;
     trial.line = ToText(results->Item("BillInfo"));
     while (trial.line.ends_with('|')) trial.line.pop_back();
@@ -278,6 +282,8 @@ Exit ExplainCommand(const CommonOptions& common, const ExplainOptions& options) 
   if (options.numbers.empty() && !options.id) {
     throw CommandError("which bill? give its number, or --id N with --class N");
   }
+  RequireOwnFile(options.html_file,
+                 {common.db, common.dsn_file, options.record.tape_file, options.record.state_file});
   const auto erp = OpenDatabase(common, options.host);
   const int16_t direction = options.un_audit ? -1 : 1;
   std::vector<Explanation> explanations;

@@ -7,23 +7,12 @@
 
 #include "host/erp.h"
 #include "tavcc/bills.h"
+#include "tavcc/call_watch.h"
+#include "tavcc/changes.h"
 #include "tavcc/command.h"
 #include "tavcc/ladder_report.h"
 
 namespace tavcc {
-
-// Rows before and after, those that differ.
-struct ChangeTable {
-  struct Row {
-    std::vector<std::string> key;
-    std::vector<std::string> before;  // empty where the row is new
-    std::vector<std::string> after;   // empty where the row is gone
-  };
-  std::string title;
-  std::vector<std::string> key_columns;
-  std::vector<std::string> value_columns;
-  std::vector<Row> rows;
-};
 
 // The audit itself, tried in a transaction that was rolled back.
 struct Trial {
@@ -31,6 +20,7 @@ struct Trial {
   std::string line;   // the bill's result line
   std::string error;  // why it failed; otherwise empty
   std::vector<ChangeTable> changes;
+  std::vector<Stretch> sent;  // the statements, and when
   // What refused a bill behind all gates, while it was posted.
   std::optional<Rung> posting;
 };
@@ -68,22 +58,14 @@ class ChangeWatch {
 
  private:
   Erp& erp_;
-  const Bill& bill_;
-  std::vector<ChangeTable> before_;
+  std::vector<RowComparison> watched_;
 };
 
 // "audit" or "un-audit".
 const char* DirectionText(const Explanation& explanation);
 // "The audit refuses it."
 std::string VerdictLine(const Explanation& explanation);
-// A table of changes: the key's columns, then a column for each value, with "before → after" where
-// it differs.
-std::vector<std::string> ChangeHeader(const ChangeTable& table);
-std::vector<std::vector<std::string>> ChangeRows(const ChangeTable& table);
-
 std::string ExplanationText(const Explanation& explanation, bool everything);
 Json ExplanationJson(const Explanation& explanation);
-// One page for all of them.
-std::string ExplanationPage(const std::vector<Explanation>& explanations);
 
 }  // namespace tavcc

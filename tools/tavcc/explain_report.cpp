@@ -90,28 +90,6 @@ std::string VerdictLine(const Explanation& explanation) {
   return "";
 }
 
-std::vector<std::string> ChangeHeader(const ChangeTable& table) {
-  std::vector<std::string> header = table.key_columns;
-  header.insert(header.end(), table.value_columns.begin(), table.value_columns.end());
-  return header;
-}
-
-std::vector<std::vector<std::string>> ChangeRows(const ChangeTable& table) {
-  const auto cell = [](const std::vector<std::string>& cells, size_t i) {
-    return i < cells.size() ? cells[i] : "none";
-  };
-  std::vector<std::vector<std::string>> rows;
-  for (const ChangeTable::Row& row : table.rows) {
-    std::vector<std::string>& cells = rows.emplace_back(row.key);
-    for (size_t i = 0; i < table.value_columns.size(); ++i) {
-      const std::string before = cell(row.before, i);
-      const std::string after = cell(row.after, i);
-      cells.push_back(before == after ? before : fmt::format("{} → {}", before, after));
-    }
-  }
-  return rows;
-}
-
 std::string ExplanationText(const Explanation& explanation, bool everything) {
   return Headline(explanation) +
          Section("Gates of the batch audit:", explanation.batch, everything) +

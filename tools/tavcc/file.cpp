@@ -49,6 +49,12 @@ std::string WriteBeside(const std::string& file, std::string_view text) {
   return beside;
 }
 
+bool IsSameFile(const std::string& a, const std::string& b) {
+  std::error_code problem;
+  if (fs::equivalent(PathOf(a), PathOf(b), problem)) return true;
+  return fs::weakly_canonical(PathOf(a), problem) == fs::weakly_canonical(PathOf(b), problem);
+}
+
 }  // namespace
 
 void ReplaceFile(const std::string& file, std::string_view text) {
@@ -59,6 +65,15 @@ void ReplaceFile(const std::string& file, std::string_view text) {
   if (!problem) return;
   Remove(beside);
   Fail(file, problem);
+}
+
+void RequireOwnFile(const std::string& file, const std::vector<std::string>& others) {
+  if (file.empty() || IsDevice(file)) return;
+  for (const std::string& other : others) {
+    if (other.empty() || !IsSameFile(file, other)) continue;
+    throw CommandError(
+        fmt::format("{} is used by this command already: name another file to write", file));
+  }
 }
 
 void RequireNewFile(const std::string& file) {

@@ -4,14 +4,9 @@
 #include <string>
 #include <vector>
 
-namespace tavcc {
+#include "tavcc/scenario_outcome.h"
 
-struct ScenarioOutcome {
-  std::string file;
-  std::string failure;               // what came out otherwise; empty when nothing did
-  std::vector<std::string> skipped;  // what of it was left out, a line each
-  double seconds = 0;
-};
+namespace tavcc {
 
 // One test suite; a test case for each file, of the class that is the file's folder.
 std::string JunitXml(const std::vector<ScenarioOutcome>& outcomes);

@@ -13,12 +13,6 @@
 namespace tavcc {
 namespace {
 
-std::vector<std::string> FieldNames(const Recordset& rows) {
-  std::vector<std::string> names;
-  for (int i = 0; i < rows.FieldCount(); ++i) names.push_back(rows.FieldName(i));
-  return names;
-}
-
 // What is no UTF-8 in the text is written as U+FFFD.
 std::error_code Write(Stream stream, std::string_view text) {
   return IsUtf8(text) ? WriteAll(stream, text) : WriteAll(stream, RepairedUtf8(text));
@@ -79,6 +73,12 @@ std::string PlainText(const Value& value) {
 
 std::string ErrorText(const AutomationError& error) {
   return fmt::format("error {}: {}", error.number(), error.description());
+}
+
+std::vector<std::string> FieldNames(const Recordset& rows) {
+  std::vector<std::string> names;
+  for (int i = 0; i < rows.FieldCount(); ++i) names.push_back(rows.FieldName(i));
+  return names;
 }
 
 std::string RowsText(Recordset& rows, std::string_view indent) {

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "foundation/recordset.h"
 #include "scenario/json.h"
@@ -29,6 +30,9 @@ std::string PlainText(const Value& value);
 
 // "error 208: Invalid object name 'x'."
 std::string ErrorText(const AutomationError& error);
+
+// The names of the columns.
+std::vector<std::string> FieldNames(const Recordset& rows);
 
 // All rows with their header, each line behind `indent`; "(no rows)" where there is none.
 std::string RowsText(Recordset& rows, std::string_view indent = "");

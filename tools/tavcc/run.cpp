@@ -23,10 +23,12 @@
 #include "tavcc/command.h"
 #include "tavcc/database.h"
 #include "tavcc/file.h"
+#include "tavcc/html/run_page.h"
 #include "tavcc/junit.h"
 #include "tavcc/output.h"
 #include "tavcc/progress.h"
 #include "tavcc/review.h"
+#include "tavcc/scenario_outcome.h"
 #include "tavcc/trace.h"
 
 namespace tavcc {
@@ -34,7 +36,8 @@ namespace {
 
 // What one thread runs scenarios on.
 struct Workplace {
-  std::unique_ptr<Roads> embedded;  // null unless compared with
+  std::unique_ptr<CallWatch> calls;  // null unless a page is to tell of them
+  std::unique_ptr<Roads> embedded;   // null unless compared with
   std::unique_ptr<Roads> roads;
   std::unique_ptr<Roads> own;  // null where none was asked for
 };
@@ -58,6 +61,8 @@ class ScenarioRun {
     if (options_.own_database && !server_) {
       throw CommandError("--own-database wants a server: give --dsn STRING");
     }
+    RequireOwnFile(options_.html_file,
+                   {common_.db, common_.dsn_file, options_.junit_file, options_.known_file});
     // Every scenario has a database of its own; a file that is named must at least be one.
     if (!common_.db.empty()) sql::Database::Open(FileOptions(common_));
     if (!options_.known_file.empty() && !options_.compare) {
@@ -73,8 +78,12 @@ class ScenarioRun {
 
   // What --compare sets beside the server is always the embedded database.
   Workplace Open() const {
-    const StatementObserver trace = TraceOf(common_);
+    StatementObserver trace = TraceOf(common_);
     Workplace place;
+    if (!options_.html_file.empty()) {
+      place.calls = std::make_unique<CallWatch>(trace, 0);
+      trace = place.calls->observer();
+    }
     if (options_.compare) place.embedded = MakeEmbeddedRoads();
     if (!server_) {
       place.roads = MakeEmbeddedRoads(trace);
@@ -95,16 +104,19 @@ class ScenarioRun {
 
   bool IsWanted(const std::string& file) const;
   ScenarioOutcome RunFile(const std::string& file, const Workplace& place);
-  std::string Tell(const Scenario& scenario, Roads& roads, const Workplace& place,
-                   Skipped& skipped);
+  void Tell(const Scenario& scenario, Roads& roads, const Workplace& place, Skipped& skipped,
+            ScenarioOutcome& outcome);
   std::vector<ScenarioOutcome> RunFiles(const std::vector<std::string>& files);
   void TellOfFailure(const ScenarioOutcome& outcome) const;
   void Accept(std::vector<ScenarioOutcome>& outcomes);
   void PrintSummary(const std::vector<ScenarioOutcome>& outcomes, size_t failed) const;
   void PrintJson(const std::vector<ScenarioOutcome>& outcomes) const;
 
+  using Clock = std::chrono::steady_clock;
+
   const CommonOptions& common_;
   const RunOptions& options_;
+  const Clock::time_point started_ = Clock::now();
   const std::optional<OdbcOptions> server_;
   std::vector<KnownDifference> known_;
 };
@@ -124,25 +136,32 @@ bool ScenarioRun::IsWanted(const std::string& file) const {
          LowerCase(NameOf(file)).find(wanted) != std::string::npos;
 }
 
-std::string ScenarioRun::Tell(const Scenario& scenario, Roads& roads, const Workplace& place,
-                              Skipped& skipped) {
+void ScenarioRun::Tell(const Scenario& scenario, Roads& roads, const Workplace& place,
+                       Skipped& skipped, ScenarioOutcome& outcome) {
   if (options_.compare) {
-    return DescribeDifferences(scenario, CompareRoads(scenario, *place.embedded, roads, &skipped),
-                               known_);
+    outcome.failure = DescribeDifferences(
+        scenario, CompareRoads(scenario, *place.embedded, roads, &skipped), known_);
+    return;
   }
-  return DescribeFailures(scenario, RunScenario(scenario, roads, &skipped));
+  std::optional<ScenarioWatch> watch;
+  if (place.calls != nullptr) watch.emplace(scenario, *place.calls, outcome);
+  outcome.failure = DescribeFailures(
+      scenario, RunScenario(scenario, roads, &skipped, watch ? watch->observer() : RunObserver()));
 }
 
 ScenarioOutcome ScenarioRun::RunFile(const std::string& file, const Workplace& place) {
-  const auto start = std::chrono::steady_clock::now();
-  ScenarioOutcome outcome{file, "", {}, 0};
+  const auto start = Clock::now();
+  ScenarioOutcome outcome;
+  outcome.file = file;
+  outcome.begun = std::chrono::duration<double, std::milli>(start - started_).count();
   try {
     const Scenario scenario = LoadScenario(file);
+    outcome.name = scenario.name;
     Skipped skipped;
-    outcome.failure = Tell(scenario, *place.roads, place, skipped);
+    Tell(scenario, *place.roads, place, skipped, outcome);
     if (place.own != nullptr && !skipped.for_obstacle.empty()) {
       skipped = {};
-      outcome.failure = Tell(scenario, *place.own, place, skipped);
+      Tell(scenario, *place.own, place, skipped, outcome);
     }
     for (const auto* lines : {&skipped.for_clock, &skipped.for_obstacle}) {
       outcome.skipped.insert(outcome.skipped.end(), lines->begin(), lines->end());
@@ -150,7 +169,7 @@ ScenarioOutcome ScenarioRun::RunFile(const std::string& file, const Workplace& p
   } catch (const ScenarioError& error) {
     outcome.failure = std::string(error.what()) + "\n";
   }
-  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+  const std::chrono::duration<double> took = Clock::now() - start;
   outcome.seconds = took.count();
   return outcome;
 }
@@ -254,6 +273,7 @@ void ScenarioRun::PrintJson(const std::vector<ScenarioOutcome>& outcomes) const 
 
 Exit ScenarioRun::All() {
   std::vector<std::string> files = ScenarioFiles(options_.paths);
+  RequireOwnFile(options_.html_file, files);
   if (!options_.filter.empty()) {
     std::erase_if(files, [&](const std::string& file) { return !IsWanted(file); });
     if (files.empty()) {
@@ -273,6 +293,7 @@ Exit ScenarioRun::All() {
   const auto failed = static_cast<size_t>(std::ranges::count_if(
       outcomes, [](const ScenarioOutcome& outcome) { return !outcome.failure.empty(); }));
   if (!options_.junit_file.empty()) ReplaceFile(options_.junit_file, JunitXml(outcomes));
+  if (!options_.html_file.empty()) ReplaceFile(options_.html_file, RunPage(outcomes));
   if (common_.json) {
     PrintJson(outcomes);
   } else {

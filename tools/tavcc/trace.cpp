@@ -2,7 +2,9 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <memory>
+#include <span>
 #include <utility>
 
 #include "host/trace_lines.h"
@@ -42,14 +44,14 @@ StatementObserver OnStandardError(int rows) {
                 *last = statement.seen;
               },
           .rows_seen =
-              [last](const LoggedStatement& statement) {
+              [last, rows](const LoggedStatement& statement) {
                 if (statement.seen->count == 0) return;
                 std::string text;
                 if (statement.seen != *last) {
                   text = fmt::format("{}rows of {}\n", kLineIndent,
                                      Indented(ShowStatement(statement)));
                 }
-                PrintAside(text + SentRowsText(statement));
+                PrintAside(text + SentRowsText(statement, rows));
               },
           .rows = rows};
 }
@@ -81,16 +83,17 @@ std::string SentText(const LoggedStatement& statement) {
   return text + "\n";
 }
 
-std::string SentRowsText(const LoggedStatement& statement) {
+std::string SentRowsText(const LoggedStatement& statement, int most) {
   if (statement.seen == nullptr || statement.seen->count == 0) return "";
-  return SeenRowsText(*statement.seen, statement.rows, kRowIndent);
+  return SeenRowsText(*statement.seen, statement.rows, most, kRowIndent);
 }
 
-std::string SeenRowsText(const SeenRows& seen, int in_all, std::string_view indent) {
+std::string SeenRowsText(const SeenRows& seen, int in_all, int most, std::string_view indent) {
+  const int shown = std::min(most, static_cast<int>(seen.rows.size()));
   std::string text;
-  if (!seen.rows.empty()) {
+  if (shown > 0) {
     Table table(seen.columns);
-    for (const std::vector<Value>& row : seen.rows) {
+    for (const std::vector<Value>& row : std::span(seen.rows).first(static_cast<size_t>(shown))) {
       std::vector<std::string> cells;
       for (const Value& value : row) cells.push_back(ValueText(value));
       cells.resize(seen.columns.size());
@@ -98,7 +101,7 @@ std::string SeenRowsText(const SeenRows& seen, int in_all, std::string_view inde
     }
     text = table.ToText(indent);
   }
-  const int more = seen.count - static_cast<int>(seen.rows.size());
+  const int more = seen.count - shown;
   if (more > 0) text += fmt::format("{}… and {} more\n", indent, more);
   if (in_all > seen.count) {
     text += fmt::format("{}({} of {} rows were looked at)\n", indent, seen.count, in_all);

@@ -20,14 +20,14 @@ StatementObserver TraceWithoutRows(const CommonOptions& options);
 // For a command that prints its statements as JSON: all rows are kept, where --trace asks for it.
 StatementObserver TraceForJson(const CommonOptions& options);
 
-// The rows that were seen, as a table, each line behind `indent`; then how many were not kept, and
-// how many of the `in_all` (-1 where that is not known) were not looked at.
-std::string SeenRowsText(const SeenRows& seen, int in_all, std::string_view indent = "");
+// The first `most` of the rows that were seen, as a table, each line behind `indent`; then how many
+// more there were, and how many of the `in_all` (-1 where that is not known) were not looked at.
+std::string SeenRowsText(const SeenRows& seen, int in_all, int most, std::string_view indent = "");
 
 // A statement as --trace shows it: with what came of it, its time, its sender and its gate; and its
-// rows, as far as they were seen and kept.
+// rows, as far as they were seen and kept, but not more than `most`.
 std::string SentText(const LoggedStatement& statement);
-std::string SentRowsText(const LoggedStatement& statement);
+std::string SentRowsText(const LoggedStatement& statement, int most = StatementObserver::kAllRows);
 
 // A statement in the form of host/trace_lines.h, without its number; under "seen" the rows that the
 // rule saw.

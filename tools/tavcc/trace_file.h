@@ -9,21 +9,9 @@
 #include "host/host_dictionary.h"
 #include "host/statement_log.h"
 #include "scenario/json.h"
+#include "tavcc/traced_ladder.h"
 
 namespace tavcc {
-
-// One walk over a list of gates, with what was sent and asked until the next one began.
-struct TracedLadder {
-  struct Gate {
-    std::string name;
-    std::string answer;  // "passed", "refused", "not asked", "failed"
-    std::string message;
-    std::string place;  // of the refusal
-  };
-  std::vector<Gate> gates;
-  std::vector<LoggedStatement> statements;
-  std::vector<HostAnswer> host_answers;
-};
 
 struct TracedCall {
   // What came back.

@@ -1,0 +1,89 @@
+#include "tavcc/changes.h"
+
+#include <fmt/core.h>
+
+#include <map>
+#include <utility>
+
+#include "tavcc/output.h"
+
+namespace tavcc {
+namespace {
+
+std::string CellText(const Value& value) {
+  return value.IsNull() ? "" : PlainText(value);
+}
+
+// The rows as they are now, in `after`.
+ChangeTable Look(Connection& cn, const WatchedRows& watched) {
+  ChangeTable table{watched.title, watched.key_columns, watched.value_columns, watched.amounts, {}};
+  const RecordsetPtr rows = cn.Execute(watched.query);
+  for (; !rows->AtEnd(); rows->MoveNext()) {
+    ChangeTable::Row& row = table.rows.emplace_back();
+    int i = 0;
+    for (; i < static_cast<int>(watched.key_columns.size()); ++i) {
+      row.key.push_back(CellText(rows->Field(i)));
+    }
+    for (; i < rows->FieldCount(); ++i) row.after.push_back(CellText(rows->Field(i)));
+  }
+  return table;
+}
+
+}  // namespace
+
+WatchedRows StockRows(const std::string& items) {
+  return {"Stock on hand",
+          {"item", "name", "stock", "batch", "aux"},
+          {"quantity", "value"},
+          fmt::format("SELECT i.FNumber, i.FName, s.FName, v.FBatchNo, ISNULL(a.FName, ''),"
+                      " SUM(v.FQty), SUM(v.FBal) FROM T_CC_Inventory v"
+                      " INNER JOIN t_ICItem i ON v.FItemID = i.FItemID"
+                      " LEFT JOIN t_Stock s ON v.FStockID = s.FItemID"
+                      " LEFT JOIN t_AuxItem a ON v.FAuxPropID = a.FItemID{}"
+                      " GROUP BY v.FItemID, i.FNumber, i.FName, v.FStockID, s.FName, v.FBatchNo,"
+                      " v.FAuxPropID, a.FName"
+                      " ORDER BY v.FItemID, v.FStockID, v.FBatchNo, v.FAuxPropID",
+                      items.empty() ? "" : fmt::format(" WHERE v.FItemID IN ({})", items))};
+}
+
+RowComparison::RowComparison(Connection& cn, WatchedRows watched)
+    : watched_(std::move(watched)), before_(Look(cn, watched_)) {}
+
+ChangeTable RowComparison::Changes(Connection& cn) const {
+  ChangeTable after = Look(cn, watched_);
+  std::map<std::vector<std::string>, const ChangeTable::Row*> gone;
+  for (const ChangeTable::Row& row : before_.rows) gone.emplace(row.key, &row);
+  for (ChangeTable::Row& row : after.rows) {
+    const auto old = gone.find(row.key);
+    if (old == gone.end()) continue;
+    row.before = old->second->after;
+    gone.erase(old);
+  }
+  for (const auto& [key, row] : gone) after.rows.push_back({key, row->after, {}});
+  std::erase_if(after.rows, [](const ChangeTable::Row& row) { return row.before == row.after; });
+  return after;
+}
+
+std::vector<std::string> ChangeHeader(const ChangeTable& table) {
+  std::vector<std::string> header = table.key_columns;
+  header.insert(header.end(), table.value_columns.begin(), table.value_columns.end());
+  return header;
+}
+
+std::vector<std::vector<std::string>> ChangeRows(const ChangeTable& table) {
+  const auto cell = [](const std::vector<std::string>& cells, size_t i) {
+    return i < cells.size() ? cells[i] : "none";
+  };
+  std::vector<std::vector<std::string>> rows;
+  for (const ChangeTable::Row& row : table.rows) {
+    std::vector<std::string>& cells = rows.emplace_back(row.key);
+    for (size_t i = 0; i < table.value_columns.size(); ++i) {
+      const std::string before = cell(row.before, i);
+      const std::string after = cell(row.after, i);
+      cells.push_back(before == after ? before : fmt::format("{} → {}", before, after));
+    }
+  }
+  return rows;
+}
+
+}  // namespace tavcc

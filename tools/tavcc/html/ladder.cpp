@@ -1,0 +1,108 @@
+#include "tavcc/html/ladder.h"
+
+#include <algorithm>
+
+#include "scenario/runner.h"
+#include "tavcc/html/page.h"
+#include "tavcc/html/table.h"
+
+namespace tavcc {
+namespace {
+
+void WriteSettings(HtmlWriter& html, const std::vector<ReadSetting>& settings) {
+  for (const ReadSetting& setting : settings) {
+    if (&setting != &settings.front()) html.Text(", ");
+    WriteCode(html, SettingText(setting));
+  }
+}
+
+void WriteBilingual(HtmlWriter& html, std::string_view term, const Bilingual& text) {
+  WriteTerm(html, term, [&] {
+    html.Leaf("p", text.english);
+    html.Leaf("p", text.chinese);
+  });
+}
+
+void WriteRows(HtmlWriter& html, const ShownRows& rows) {
+  if (rows.none || rows.rows.empty()) {
+    html.Text("(no rows)");
+    return;
+  }
+  WriteTable(html, "The rows that the rule saw", rows.columns, rows.rows);
+  if (!rows.whole) html.Text("… and more");
+}
+
+void WriteStatement(HtmlWriter& html, const Rung& rung) {
+  WriteTerm(html, "statement", [&] { WriteCodeBlock(html, ShowStatement(*rung.statement)); });
+  if (const std::string place = PlaceText(rung.statement->from); !place.empty()) {
+    WriteTerm(html, "sent by", [&] { WriteCode(html, place); });
+  }
+  if (rung.rows.none || !rung.rows.columns.empty()) {
+    WriteTerm(html, "rows", [&] { WriteRows(html, rung.rows); });
+  }
+}
+
+void WriteDetails(HtmlWriter& html, const Rung& rung) {
+  const auto list = html.Open("dl");
+  for (const Reason& reason : rung.reasons) WriteTerm(html, "reason", ReasonText(reason));
+  if (rung.refusal != nullptr) {
+    WriteTerm(html, "refusal", [&] { WriteCode(html, rung.refusal->name); });
+    WriteBilingual(html, "cause", rung.refusal->cause);
+    WriteBilingual(html, "remedy", rung.refusal->remedy);
+  }
+  if (!rung.settings.empty()) {
+    WriteTerm(html, "settings", [&] { WriteSettings(html, rung.settings); });
+  }
+  WriteTerm(html, "method", [&] { WriteCode(html, rung.method); });
+  if (!rung.place.empty()) {
+    WriteTerm(html, "rule", [&] { WriteCode(html, rung.place); });
+  }
+  if (rung.statement) WriteStatement(html, rung);
+}
+
+void WriteRung(HtmlWriter& html, const Rung& rung) {
+  const bool stopped = IsStopped(rung);
+  const auto item = html.Open("li");
+  const auto fold = html.Open("details", {{"open", stopped ? "open" : ""}});
+  {
+    const auto summary = html.Open("summary");
+    WriteMark(html, AnswerText(rung.answer));
+    html.Leaf("span", rung.gate, {{"class", "name"}});
+    if (stopped) {
+      html.Leaf("span", rung.message);
+    } else {
+      const auto beside = html.Open("span");
+      WriteSettings(html, rung.settings);
+    }
+  }
+  WriteDetails(html, rung);
+}
+
+}  // namespace
+
+void WriteLadder(HtmlWriter& html, std::span<const Rung> ladder) {
+  const auto list = html.Open("ol", {{"class", "ladder"}});
+  for (const Rung& rung : ladder) {
+    if (!IsShown(rung, false)) continue;
+    WriteRung(html, rung);
+    html.EndLine();
+  }
+}
+
+void WriteWhy(HtmlWriter& html, const Why& why) {
+  const auto box = html.Open("div", {{"class", "why"}});
+  html.Leaf("p", why.message, {{"class", "message"}});
+  for (const Reason& reason : why.reasons) html.Leaf("p", ReasonText(reason));
+  if (why.refusal == nullptr) return;
+  const auto list = html.Open("dl");
+  WriteTerm(html, "refusal", [&] { WriteCode(html, why.refusal->name); });
+  WriteBilingual(html, "cause", why.refusal->cause);
+  WriteBilingual(html, "remedy", why.refusal->remedy);
+}
+
+const Rung* FirstStop(std::span<const Rung> ladder) {
+  const auto found = std::ranges::find_if(ladder, IsStopped);
+  return found == ladder.end() ? nullptr : &*found;
+}
+
+}  // namespace tavcc
