@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "registry/bilingual.h"
 #include "registry/class_registry.h"
 
 namespace tavcc {
@@ -39,7 +40,7 @@ struct DictionaryKey {
   std::string_view name;
   KeyType type;
   KeyUse use;
-  std::string_view meaning;
+  Bilingual meaning;
   // Of the dictionary under the key, or of each dictionary in the vector.
   std::span<const DictionaryKey> keys = {};
   // The class types of the bills for which it is needed; none: for all.

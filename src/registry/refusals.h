@@ -7,12 +7,9 @@
 #include <span>
 #include <string_view>
 
-namespace tavcc {
+#include "registry/bilingual.h"
 
-struct Bilingual {
-  std::string_view english;
-  std::string_view chinese;
-};
+namespace tavcc {
 
 // One text of a refusal. "%1" and the like stand for what a rule puts there.
 struct RefusalText {

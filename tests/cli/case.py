@@ -102,4 +102,6 @@ def main(*, served=False):
     if served:
         SERVED_DATABASE = os.path.abspath(sys.argv.pop(1))
     os.environ.pop("TAVCC_DSN", None)
+    os.environ.pop("LC_ALL", None)
+    os.environ["LC_MESSAGES"] = "C"
     unittest.main(module="__main__")

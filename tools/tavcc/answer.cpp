@@ -7,6 +7,7 @@
 #include "foundation/conversions.h"
 #include "foundation/plug_in.h"
 #include "host/logged_call.h"
+#include "language/language.h"
 #include "tavcc/record.h"
 
 namespace tavcc {
@@ -93,7 +94,7 @@ void HostTransaction::Keep() {
   } catch (const AutomationError& error) {
     throw AutomationError(
         error.number(), error.source(),
-        error.description() + " (while the call was being kept: look whether it was)");
+        Say("{} (while the call was being kept: look whether it was)", error.description()));
   }
 }
 
@@ -154,11 +155,11 @@ Exit VerdictOf(const Method& method, const AutomationError& error) {
 const char* VerdictText(Exit verdict) {
   switch (verdict) {
     case Exit::kPassed:
-      return "passed";
+      return Translatable("passed");
     case Exit::kRefused:
-      return "refused";
+      return Translatable("refused");
     case Exit::kFailed:
-      return "failed";
+      return Translatable("failed");
   }
   return "";
 }

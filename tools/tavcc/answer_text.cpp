@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "host/host_dictionary.h"
+#include "language/language.h"
 #include "registry/refusals.h"
 #include "scenario/runner.h"
 #include "scenario/values.h"
@@ -86,24 +87,27 @@ std::vector<std::string> BillLines(std::string_view bill_info) {
 std::string FailureText(const Answer& answer) {
   std::string text;
   if (answer.failure) {
-    text += Named("failure", ErrorText(answer.failure->error));
-    if (!answer.failure->what.empty()) text += Named("at", answer.failure->what);
-    if (answer.failure->from.line > 0) text += Named("from", PlaceText(answer.failure->from));
+    text += Named(Translated("failure"), ErrorText(answer.failure->error));
+    if (!answer.failure->what.empty()) text += Named(Translated("at"), answer.failure->what);
+    if (answer.failure->from.line > 0) {
+      text += Named(Translated("from"), PlaceText(answer.failure->from));
+    }
   }
   if (const std::string last = StatementBeforeError(answer); !last.empty()) {
-    text += Named("after", last);
+    text += Named(Translated("after"), last);
   }
   return text;
 }
 
 std::string AnswerText(const ClassDescription& cls, const Method& method, const Answer& answer) {
-  std::string text = fmt::format("{}.{} {}\n", cls.name, method.name, VerdictText(answer.verdict));
+  std::string text =
+      fmt::format("{}.{} {}\n", cls.name, method.name, Translated(VerdictText(answer.verdict)));
   if (answer.error) {
-    text += Named("error", answer.error->number());
-    text += Named("source", answer.error->source());
-    text += Named("description", answer.error->description());
+    text += Named(Translated("error"), answer.error->number());
+    text += Named(Translated("source"), answer.error->source());
+    text += Named(Translated("description"), answer.error->description());
   } else {
-    text += Named("result", answer.result);
+    text += Named(Translated("result"), answer.result);
   }
   for (size_t i = 0; i < method.parameters.size(); ++i) {
     const Parameter& parameter = method.parameters[i];

@@ -9,14 +9,16 @@
 
 #include "foundation/bill_kinds.h"
 #include "foundation/text.h"
+#include "language/language.h"
 #include "registry/dictionary_keys.h"
 #include "scenario/scenario.h"
 #include "tavcc/command.h"
+#include "tavcc/output.h"
 
 namespace tavcc {
 namespace {
 
-constexpr const char* kUnlessMeant = " (--unchecked sends it as it is)";
+constexpr const char* kUnlessMeant = Translatable(" (--unchecked sends it as it is)");
 
 // The names that the methods have for the direction of an audit.
 constexpr std::string_view kDirections[] = {"intCheckType", "CheckType", "lCheckType", "Check",
@@ -39,8 +41,8 @@ class DictionaryCheck {
     for (const Json::Member& member : dictionary.items()) CheckMember(member);
     for (const DictionaryKey& key : keys_) {
       if (IsNeeded(key, dictionary) && FindIgnoringCase(dictionary, key.name) == nullptr) {
-        throw CommandError(fmt::format("argument {}: {} needs \"{}\" ({}){}", place_, method_.name,
-                                       key.name, key.meaning, kUnlessMeant));
+        throw CommandError(Say("argument {}: {} needs \"{}\" ({}){}", place_, method_.name,
+                               key.name, InLanguage(key.meaning), Translated(kUnlessMeant)));
       }
     }
   }
@@ -54,8 +56,8 @@ class DictionaryCheck {
     if (IsKeyOfBills(member.key)) return;
     std::vector<std::string> known;
     for (const DictionaryKey& other : keys_) known.emplace_back(other.name);
-    throw CommandError(fmt::format("argument {}: {} reads no key \"{}\"{}{}", place_, method_.name,
-                                   member.key, DidYouMean(member.key, known), kUnlessMeant));
+    throw CommandError(Say("argument {}: {} reads no key \"{}\"{}{}", place_, method_.name,
+                           member.key, DidYouMean(member.key, known), Translated(kUnlessMeant)));
   }
 
   void CheckInner(const DictionaryKey& key, const Json::Member& member) const {
@@ -87,8 +89,8 @@ class DictionaryCheck {
 void CheckDirection(const Parameter& parameter, const Json& value) {
   if (std::ranges::find(kDirections, parameter.name) == std::end(kDirections)) return;
   if (value == Json(kAudit) || value == Json(kUnAudit)) return;
-  throw CommandError(fmt::format("argument {}: {} is no direction: 1 audits, -1 un-audits{}",
-                                 parameter.name, Show(value), kUnlessMeant));
+  throw CommandError(Say("argument {}: {} is no direction: 1 audits, -1 un-audits{}",
+                         parameter.name, Show(value), Translated(kUnlessMeant)));
 }
 
 }  // namespace

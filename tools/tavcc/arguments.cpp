@@ -14,6 +14,7 @@
 #include "foundation/decimal.h"
 #include "foundation/text.h"
 #include "foundation/utf8.h"
+#include "language/language.h"
 #include "scenario/scenario.h"
 #include "tavcc/command.h"
 #include "tavcc/output.h"
@@ -28,12 +29,12 @@ const Parameter& FindParameter(const Method& method, const std::string& name) {
     known.emplace_back(parameter.name);
   }
   throw CommandError(
-      fmt::format("{} has no argument \"{}\"{}", method.name, name, DidYouMean(name, known)));
+      Say("{} has no argument \"{}\"{}", method.name, name, DidYouMean(name, known)));
 }
 
 [[noreturn]] void Refuse(const Parameter& parameter, const std::string& value,
                          const std::string& reason) {
-  throw CommandError(fmt::format("argument {}: \"{}\" {}", parameter.name, value, reason));
+  throw CommandError(Say("argument {}: \"{}\" {}", parameter.name, value, reason));
 }
 
 template <class Integer>
@@ -44,32 +45,32 @@ Json IntegerOf(const Parameter& parameter, const std::string& word) {
   const auto [stop, problem] = std::from_chars(word.data(), end, number);
   const bool whole = stop == end && !word.empty();
   if (!whole || problem == std::errc::invalid_argument) {
-    Refuse(parameter, word, "is no whole number");
+    Refuse(parameter, word, Translated("is no whole number"));
   }
   if (problem == std::errc::result_out_of_range || number < Limits::min() ||
       number > Limits::max()) {
     Refuse(parameter, word,
-           fmt::format("is out of range for {} ({} to {})", TypeText(parameter.type), Limits::min(),
-                       Limits::max()));
+           Say("is out of range for {} ({} to {})", TypeText(parameter.type), Limits::min(),
+               Limits::max()));
   }
   return number;
 }
 
 Json NumberOf(const Parameter& parameter, const std::string& word) {
   const auto number = Decimal::Parse(word);
-  if (!number) Refuse(parameter, word, "is no number");
+  if (!number) Refuse(parameter, word, Translated("is no number"));
   return number->ToDouble();
 }
 
 Json BooleanOf(const Parameter& parameter, const std::string& word) {
   if (EqualsIgnoringCase(word, "true") || word == "1" || word == "-1") return true;
   if (EqualsIgnoringCase(word, "false") || word == "0") return false;
-  Refuse(parameter, word, "is no Boolean (true or false)");
+  Refuse(parameter, word, Translated("is no Boolean (true or false)"));
 }
 
 Json DateOf(const Parameter& parameter, const std::string& word) {
   if (!DateTime::Parse(word)) {
-    Refuse(parameter, word, "is no date (YYYY-MM-DD or YYYY-MM-DD HH:MM:SS)");
+    Refuse(parameter, word, Translated("is no date (YYYY-MM-DD or YYYY-MM-DD HH:MM:SS)"));
   }
   return Json{{"date", word}};
 }
@@ -79,14 +80,15 @@ Json StructureOf(const Parameter& parameter, const std::string& word) {
   try {
     json = ParseJson(word);
   } catch (const JsonError& error) {
-    throw CommandError(fmt::format("argument {}: {}", parameter.name, error.what()));
+    throw CommandError(Say("argument {}: {}", parameter.name, error.what()));
   }
   const bool fits =
       parameter.type == ArgumentType::kDictionary ? json.is_object() : json.is_array();
   const bool object = parameter.type == ArgumentType::kObject;
   if (!fits && !json.is_null() && !object) {
     Refuse(parameter, word,
-           parameter.type == ArgumentType::kDictionary ? "is no JSON object" : "is no JSON array");
+           parameter.type == ArgumentType::kDictionary ? Translated("is no JSON object")
+                                                       : Translated("is no JSON array"));
   }
   return json;
 }
@@ -115,7 +117,7 @@ Json FromWord(const Parameter& parameter, const std::string& word) {
     case ArgumentType::kRecordset:
       break;
   }
-  Refuse(parameter, word, "cannot be given on the command line");
+  Refuse(parameter, word, Translated("cannot be given on the command line"));
 }
 
 // Numbers of a file go the same way as words, so that both have the same ranges and messages.
@@ -132,7 +134,7 @@ Json Checked(const Parameter& parameter, const Json& json) {
       parameter.type == ArgumentType::kObject || parameter.type == ArgumentType::kVariant ||
       parameter.type == ArgumentType::kDate;
   if (json.is_structured() && !wanted_structure) {
-    Refuse(parameter, Show(json), fmt::format("is no {}", TypeText(parameter.type)));
+    Refuse(parameter, Show(json), Say("is no {}", TypeText(parameter.type)));
   }
   if (json.is_structured() && parameter.type != ArgumentType::kVariant &&
       parameter.type != ArgumentType::kDate) {
@@ -142,15 +144,15 @@ Json Checked(const Parameter& parameter, const Json& json) {
 }
 
 Json ReadJsonFile(const std::string& file) {
-  const std::string name = file == "-" ? "standard input" : file;
+  const std::string name = file == "-" ? Translated("standard input") : file;
   const std::string text =
       file == "-" ? std::string(std::istreambuf_iterator<char>(std::cin), {}) : ReadTextFile(file);
   try {
     Json json = ParseJson(text);
-    if (!json.is_object()) throw JsonError("must be an object of arguments by name");
+    if (!json.is_object()) throw JsonError(Translated("must be an object of arguments by name"));
     return json;
   } catch (const JsonError& error) {
-    throw CommandError(name + ": " + error.what());
+    throw CommandError(fmt::format("{}: {}", name, error.what()));
   }
 }
 
@@ -168,7 +170,7 @@ bool IsPlainName(std::string_view name) {
 void RequirePlainNames(const std::string& path, std::string_view name, const Json& value) {
   const bool names_table = UpperCase(name).find("TABLENAME") != std::string::npos;
   if (names_table && value.is_string() && !IsPlainName(value.get<std::string>())) {
-    throw CommandError(fmt::format(
+    throw CommandError(Say(
         "argument {}: \"{}\" is more than the name of a table; --unsafe-names sends it as it is",
         path, value.get<std::string>()));
   }
@@ -182,7 +184,7 @@ Json ReadArguments(const Method& method, const CallOptions& options) {
   Json arguments = Json::object();
   const auto add = [&](const Parameter& parameter, Json value) {
     const std::string name(parameter.name);
-    if (arguments.contains(name)) throw CommandError("argument " + name + ": is given twice");
+    if (arguments.contains(name)) throw CommandError(Say("argument {}: is given twice", name));
     arguments[name] = std::move(value);
   };
   if (!options.json_file.empty()) {
@@ -195,9 +197,9 @@ Json ReadArguments(const Method& method, const CallOptions& options) {
   for (const std::string& word : options.words) {
     const size_t equals = word.find('=');
     if (equals == std::string::npos) {
-      throw CommandError(fmt::format("\"{}\" must have the form name=value", word));
+      throw CommandError(Say("\"{}\" must have the form name=value", word));
     }
-    if (!IsUtf8(word)) throw CommandError("argument " + word.substr(0, equals) + ": is not UTF-8");
+    if (!IsUtf8(word)) throw CommandError(Say("argument {}: is not UTF-8", word.substr(0, equals)));
     const Parameter& parameter = FindParameter(method, word.substr(0, equals));
     add(parameter, FromWord(parameter, word.substr(equals + 1)));
   }
@@ -222,7 +224,7 @@ void RequireArguments(const Method& method, const Json& arguments) {
     if (parameter.optional || parameter.in_out) continue;
     if (!arguments.contains(std::string(parameter.name))) {
       throw CommandError(
-          fmt::format("argument {} ({}) is missing", parameter.name, TypeText(parameter.type)));
+          Say("argument {} ({}) is missing", parameter.name, TypeText(parameter.type)));
     }
   }
 }

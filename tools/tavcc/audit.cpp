@@ -11,6 +11,7 @@
 #include "foundation/bill_kinds.h"
 #include "foundation/conversions.h"
 #include "host/host_dictionary.h"
+#include "language/language.h"
 #include "scenario/scenario.h"
 #include "tavcc/answer.h"
 #include "tavcc/answer_text.h"
@@ -56,13 +57,13 @@ std::vector<Bill> BillsOfNumber(Erp& erp, const AuditOptions& options, const std
   if (options.class_type != 0) filter.class_type = options.class_type;
   std::vector<Bill> bills = FindBills(erp, filter);
   if (bills.empty()) {
-    throw CommandError(fmt::format("no bill has the number \"{}\"", number));
+    throw CommandError(Say("no bill has the number \"{}\"", number));
   }
   if (bills.size() == 1) return bills;
   std::string all;
   for (const Bill& bill : bills) all += (all.empty() ? "" : ", ") + Described(bill);
-  throw CommandError(fmt::format("\"{}\" is the number of {} bills: {}; say which with --class",
-                                 number, bills.size(), all));
+  throw CommandError(Say("\"{}\" is the number of {} bills: {}; say which with --class", number,
+                         bills.size(), all));
 }
 
 // All that can be audited, or un-audited: the last first, since what one bill brought in may have
@@ -85,7 +86,7 @@ std::vector<Bill> ChosenBills(Erp& erp, const AuditOptions& options) {
     const bool again = std::ranges::any_of(bills, [&](const Bill& bill) {
       return bill.class_type == found[0].class_type && bill.id == found[0].id;
     });
-    if (again) throw CommandError(fmt::format("bill {} is given twice", number));
+    if (again) throw CommandError(Say("bill {} is given twice", number));
     bills.push_back(found[0]);
   }
   return bills;
@@ -161,7 +162,7 @@ void BatchRun::SendAll() {
     recorder_.Write();
     WritePage();
   } catch (const CommandError& error) {
-    throw CommandError(std::string(error.what()) + "; what the batch did was undone");
+    throw CommandError(Say("{}; what the batch did was undone", error.what()));
   }
   if (verdict_ != Exit::kFailed && !options_.dry_run) transaction.Keep();
 }
@@ -180,9 +181,11 @@ void BatchRun::SendEach() {
     recorder_.Write();
     WritePage();
   } catch (const CommandError& error) {
-    throw CommandError(fmt::format("{}; {} of {} bills were sent before, and what they did is {}",
-                                   error.what(), done, bills_.size(),
-                                   options_.dry_run ? "undone" : "kept"));
+    throw CommandError(options_.dry_run
+                           ? Say("{}; {} of {} bills were sent before, and what they did is undone",
+                                 error.what(), done, bills_.size())
+                           : Say("{}; {} of {} bills were sent before, and what they did is kept",
+                                 error.what(), done, bills_.size()));
   }
 }
 
@@ -245,18 +248,17 @@ void BatchRun::PrintReport() const {
     return;
   }
   if (verdict_ == Exit::kFailed) Print("\n" + failures_);
-  std::string summary =
-      fmt::format("\npassed: {}, refused: {}", Count(Exit::kPassed), Count(Exit::kRefused));
+  std::string summary = Say("passed: {}, refused: {}", Count(Exit::kPassed), Count(Exit::kRefused));
   if (const int failed = Count(Exit::kFailed); failed > 0) {
-    summary += fmt::format(", failed: {}", failed);
+    summary += Say(", failed: {}", failed);
   }
-  Print(summary + "\n");
+  Print("\n" + summary + "\n");
   if (const std::string ending = EndingText(); !ending.empty()) Print(ending + "\n");
 }
 
 std::string BatchRun::EndingText() const {
-  if (verdict_ == Exit::kFailed && !options_.each) return "What the batch did was undone.";
-  return options_.dry_run ? "Nothing was kept." : "";
+  if (verdict_ == Exit::kFailed && !options_.each) return Say("What the batch did was undone.");
+  return options_.dry_run ? Say("Nothing was kept.") : "";
 }
 
 Json BatchRun::ReportJson() const {
@@ -288,7 +290,7 @@ Json BatchRun::ReportJson() const {
 
 Exit AuditCommand(const CommonOptions& common, const AuditOptions& options) {
   if (options.all == !options.numbers.empty()) {
-    throw CommandError("which bills? give their numbers, or --all");
+    throw CommandError(Say("which bills? give their numbers, or --all"));
   }
   RequireOwnFile(options.html_file,
                  {common.db, common.dsn_file, options.record.tape_file, options.record.state_file});

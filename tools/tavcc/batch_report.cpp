@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "foundation/conversions.h"
+#include "language/language.h"
 #include "tavcc/answer_text.h"
 #include "tavcc/explain.h"
 
@@ -35,13 +36,13 @@ std::vector<BillOutcome> OutcomesOf(std::span<const Bill> bills, const Answer& a
       outcome = {passed ? Exit::kPassed : Exit::kRefused, lines[i]};
     } else if (i == lines.size()) {
       outcome.text = fmt::format("{}: {}", Described(bills[i]),
-                                 error.empty() ? "the run ended before it" : error);
+                                 error.empty() ? Translated("the run ended before it") : error);
     } else {
-      outcome.text = Described(bills[i]) + ": not reached";
+      outcome.text = Say("{}: not reached", Described(bills[i]));
     }
     if (answer.verdict == Exit::kFailed && outcome.verdict == Exit::kPassed) {
       outcome.verdict = Exit::kFailed;
-      outcome.text += " (undone)";
+      outcome.text = Say("{} (undone)", outcome.text);
     }
   }
   return outcomes;

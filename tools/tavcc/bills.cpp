@@ -8,6 +8,7 @@
 
 #include "audit/class_names.h"
 #include "foundation/conversions.h"
+#include "language/language.h"
 
 namespace tavcc {
 namespace {
@@ -122,8 +123,8 @@ std::string NumbersOf(const std::vector<Bill>& bills) {
 }
 
 std::string Described(const Bill& bill) {
-  return fmt::format("{} {} (class {}, id {})", ClassName(bill.class_type), bill.number,
-                     bill.class_type, bill.id);
+  return Say("{} {} (class {}, id {})", ClassName(bill.class_type), bill.number, bill.class_type,
+             bill.id);
 }
 
 std::string SqlLiteral(const std::string& text) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "language/language.h"
 #include "scenario/runner.h"
 #include "scenario/scenario.h"
 #include "tavcc/answer.h"
@@ -47,8 +48,8 @@ std::vector<PlannedCall> PlanThen(const ClassDescription& cls, const CallOptions
     if (dotted.find('.') == std::string::npos) dotted = std::string(cls.name) + "." + dotted;
     const MethodName name = FindMethodOrFail(dotted);
     if (name.cls != &cls) {
-      throw CommandError(fmt::format("--then {}: the calls are those of one object, a {}",
-                                     options.then[i], cls.name));
+      throw CommandError(
+          Say("--then {}: the calls are those of one object, a {}", options.then[i], cls.name));
     }
     CallOptions one = options;
     one.json_file.clear();
@@ -67,7 +68,7 @@ void DropDatabaseNames(Json& given, const std::string& dsn) {
   for (const char* name : {"sDsn", "strConString"}) {
     const Json* const value = given.find(name);
     if (value == nullptr || *value == Json(dsn)) continue;
-    PrintAside(fmt::format("tavcc: note: {} is not used: the call works on {}\n", name, dsn));
+    PrintAside(Say("tavcc: note: {} is not used: the call works on {}\n", name, dsn));
     given[name] = dsn;
   }
 }
@@ -101,7 +102,10 @@ class Calls {
  private:
   void Make();
   void Finish();
-  const char* What() const { return planned_.size() == 1 ? "the call" : "the calls"; }
+  // What the calls are called.
+  std::string What() const {
+    return planned_.size() == 1 ? Translated("the call") : Translated("the calls");
+  }
 
   Erp& erp_;
   const CommonOptions& common_;
@@ -124,7 +128,7 @@ Exit Calls::Run() {
     Finish();
     recorder_.Write();
   } catch (const CommandError& error) {
-    throw CommandError(fmt::format("{}; what {} did was undone", error.what(), What()));
+    throw CommandError(Say("{}; what {} did was undone", error.what(), What()));
   }
   if (verdict_ != Exit::kFailed && !options_.rollback) transaction.Keep();
   return verdict_;
@@ -150,9 +154,9 @@ void Calls::Finish() {
   if (common_.json) {
     Print(Show(planned_.size() == 1 ? *answers_.begin() : answers_, 2) + "\n");
   } else if (verdict_ == Exit::kFailed) {
-    Print(fmt::format("What {} did was undone.\n", What()));
+    Print(Say("What {} did was undone.\n", What()));
   } else if (options_.rollback) {
-    Print(fmt::format("What {} did was rolled back.\n", What()));
+    Print(Say("What {} did was rolled back.\n", What()));
   }
 }
 

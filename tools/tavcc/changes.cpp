@@ -5,6 +5,7 @@
 #include <map>
 #include <utility>
 
+#include "language/language.h"
 #include "tavcc/output.h"
 
 namespace tavcc {
@@ -32,7 +33,7 @@ ChangeTable Look(Connection& cn, const WatchedRows& watched) {
 }  // namespace
 
 WatchedRows StockRows(const std::string& items) {
-  return {"Stock on hand",
+  return {Translatable("Stock on hand"),
           {"item", "name", "stock", "batch", "aux"},
           {"quantity", "value"},
           fmt::format("SELECT i.FNumber, i.FName, s.FName, v.FBatchNo, ISNULL(a.FName, ''),"
@@ -65,14 +66,16 @@ ChangeTable RowComparison::Changes(Connection& cn) const {
 }
 
 std::vector<std::string> ChangeHeader(const ChangeTable& table) {
-  std::vector<std::string> header = table.key_columns;
-  header.insert(header.end(), table.value_columns.begin(), table.value_columns.end());
+  std::vector<std::string> header;
+  for (const auto* const columns : {&table.key_columns, &table.value_columns}) {
+    for (const std::string& column : *columns) header.push_back(Translated(column));
+  }
   return header;
 }
 
 std::vector<std::vector<std::string>> ChangeRows(const ChangeTable& table) {
   const auto cell = [](const std::vector<std::string>& cells, size_t i) {
-    return i < cells.size() ? cells[i] : "none";
+    return i < cells.size() ? cells[i] : Translated("none");
   };
   std::vector<std::vector<std::string>> rows;
   for (const ChangeTable::Row& row : table.rows) {

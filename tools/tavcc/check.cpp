@@ -1,6 +1,7 @@
 // tavcc check: does the stock on hand equal the opening stock and the audited bills' lines? Names
 // what differs.
 #include "host/ledger_check.h"
+#include "language/language.h"
 #include "tavcc/command.h"
 #include "tavcc/database.h"
 #include "tavcc/output.h"
@@ -15,8 +16,9 @@ std::string Number(const Decimal& number) {
 }
 
 void PrintTable(const std::vector<LedgerDifference>& differences) {
-  Table table({"item", "name", "stock", "batch", "aux", "quantity should be", "is",
-               "value should be", "is"});
+  Table table({Translated("item"), Translated("name"), Translated("stock"), Translated("batch"),
+               Translated("aux"), Translated("quantity should be"), Translated("is"),
+               Translated("value should be"), Translated("is")});
   for (const LedgerDifference& d : differences) {
     table.Add({d.item_number.empty() ? std::to_string(d.item_id) : d.item_number, d.item_name,
                d.stock_name.empty() ? std::to_string(d.stock_id) : d.stock_name, d.batch,
@@ -28,12 +30,12 @@ void PrintTable(const std::vector<LedgerDifference>& differences) {
 
 // What one bill has to do with the differences.
 std::string CauseText(const LedgerCause& cause) {
-  return cause.bill_no + (cause.audited ? " is audited, but its lines are not in the stock"
-                                        : " is not audited, but its lines are in the stock");
+  return cause.audited ? Say("{} is audited, but its lines are not in the stock\n", cause.bill_no)
+                       : Say("{} is not audited, but its lines are in the stock\n", cause.bill_no);
 }
 
 void PrintCauses(const std::vector<LedgerCause>& causes) {
-  for (const LedgerCause& cause : causes) Print(CauseText(cause) + "\n");
+  for (const LedgerCause& cause : causes) Print(CauseText(cause));
 }
 
 // Quantities and values are texts, so that no reader rounds them.
@@ -76,7 +78,7 @@ Exit CheckCommand(const CommonOptions& common) {
   if (common.json) {
     PrintJson(differences, causes);
   } else if (differences.empty()) {
-    Print("The stock on hand is the opening stock and the audited bills' lines.\n");
+    Print(Say("The stock on hand is the opening stock and the audited bills' lines.\n"));
   } else {
     PrintTable(differences);
     PrintCauses(causes);

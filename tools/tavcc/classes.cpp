@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 
+#include "language/language.h"
 #include "registry/dictionary_keys.h"
 #include "scenario/json.h"
 #include "scenario/scenario.h"
@@ -40,10 +41,11 @@ std::string IdText(const Method& method) {
 
 void PrintClass(const ClassDescription& cls) {
   Print(fmt::format("{}.{}  (TransMode {})\n", kLibraryName, cls.name, cls.trans_mode));
-  Table table({"slot", "id", "method", "result", "parameters"});
+  Table table({Translated("slot"), Translated("id"), Translated("method"), Translated("result"),
+               Translated("parameters")});
   for (const Method& method : cls.methods) {
     table.Add({std::to_string(method.slot), IdText(method),
-               std::string(method.name) + (IsBuilt(method) ? "" : " (not built yet)"),
+               std::string(method.name) + (IsBuilt(method) ? "" : Translated(" (not built yet)")),
                std::string(TypeText(method.result)), ParametersText(method)});
   }
   Print(table.ToText("  "));
@@ -52,28 +54,28 @@ void PrintClass(const ClassDescription& cls) {
 const char* UseText(KeyUse use) {
   switch (use) {
     case KeyUse::kNeeded:
-      return "in";
+      return Translatable("in");
     case KeyUse::kOptional:
-      return "in, optional";
+      return Translatable("in, optional");
     case KeyUse::kWritten:
-      return "out";
+      return Translatable("out");
   }
   return "";
 }
 
 std::string MeaningText(const DictionaryKey& key) {
-  if (key.needed_by.empty()) return std::string(key.meaning);
+  if (key.needed_by.empty()) return InLanguage(key.meaning);
   std::string classes;
   for (const int32_t cls : key.needed_by) {
     classes += fmt::format("{}{}", classes.empty() ? "" : ", ", cls);
   }
-  return fmt::format("{}; needed for the classes {}", key.meaning, classes);
+  return Say("{}; needed for the classes {}", InLanguage(key.meaning), classes);
 }
 
 void AddKeys(Table& table, std::span<const DictionaryKey> keys, const std::string& prefix) {
   for (const DictionaryKey& key : keys) {
     table.Add({fmt::format("{}{}", prefix, key.name), std::string(KeyTypeText(key.type)),
-               UseText(key.use), MeaningText(key)});
+               Translated(UseText(key.use)), MeaningText(key)});
     AddKeys(table, key.keys, fmt::format("{}{}.", prefix, key.name));
   }
 }
@@ -86,7 +88,8 @@ Json KeysJson(std::span<const DictionaryKey> keys) {
                 {"use", key.use == KeyUse::kWritten    ? "out"
                         : key.use == KeyUse::kOptional ? "optional"
                                                        : "needed"},
-                {"meaning", key.meaning}};
+                {"meaning", key.meaning.english},
+                {"meaning_zh", key.meaning.chinese}};
     if (!key.keys.empty()) row["keys"] = KeysJson(key.keys);
     if (!key.needed_by.empty()) {
       row["needed_by"] = Json::array();
@@ -131,15 +134,16 @@ Exit PrintMethod(const CommonOptions& common, const MethodName& name) {
     Print(Show(MethodJson(*name.cls, *name.method), 2) + "\n");
     return Exit::kPassed;
   }
-  Print(fmt::format("{}.{}({})\n  answers {}; {}\n", name.cls->name, name.method->name,
-                    ParametersText(*name.method), TypeText(name.method->result),
-                    name.method->writes ? "writes" : "only reads"));
+  Print(fmt::format(
+      "{}.{}({})\n  {}\n", name.cls->name, name.method->name, ParametersText(*name.method),
+      name.method->writes ? Say("answers {}; writes", TypeText(name.method->result))
+                          : Say("answers {}; only reads", TypeText(name.method->result))));
   for (const Parameter& parameter : name.method->parameters) {
     const auto keys = KeysOf(*name.cls, *name.method, parameter);
     if (keys.empty()) continue;
     Print(fmt::format("\n{}{}\n", parameter.name,
-                      parameter.type == ArgumentType::kDictionary ? "" : ", each"));
-    Table table({"key", "type", "use", "meaning"});
+                      parameter.type == ArgumentType::kDictionary ? "" : Translated(", each")));
+    Table table({Translated("key"), Translated("type"), Translated("use"), Translated("meaning")});
     AddKeys(table, keys, "");
     Print(table.ToText("  "));
   }

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "language/language.h"
 #include "registry/class_registry.h"
 #include "scenario/scenario.h"
 #include "tavcc/option_table.h"
@@ -252,15 +253,25 @@ std::vector<std::string> CommandNames() {
   return names;
 }
 
+// Where the command stands: only the language may be named before it.
+size_t CommandPlace(const std::vector<std::string>& words) {
+  size_t place = 0;
+  while (place < words.size() && words[place].starts_with(kLanguageOption)) {
+    place += words[place] == kLanguageOption ? 2 : 1;
+  }
+  return place;
+}
+
 // `--json FILE` behind the method's name gives a call its arguments; `--json` alone asks for JSON
 // output. An option cannot be both, so the first form is told apart here.
 std::vector<std::string> SplitJson(const std::vector<std::string>& words) {
   std::vector<std::string> arguments;
   bool method_seen = false;
-  const bool is_call = !words.empty() && words.front() == "call";
+  const size_t command = CommandPlace(words);
+  const bool is_call = command < words.size() && words[command] == "call";
   for (size_t i = 0; i < words.size(); ++i) {
     arguments.push_back(words[i]);
-    method_seen = method_seen || (is_call && i > 0 && !words[i].starts_with('-'));
+    method_seen = method_seen || (is_call && i > command && !words[i].starts_with('-'));
     if (!method_seen || words[i] != "--json" || i + 1 == words.size()) continue;
     const std::string& next = words[i + 1];
     const bool option = next.size() > 1 && next.front() == '-';
@@ -272,6 +283,8 @@ std::vector<std::string> SplitJson(const std::vector<std::string>& words) {
 
 // A month; no one waits longer on purpose.
 constexpr int kMostSeconds = 31 * 24 * 60 * 60;
+
+constexpr int kMostRows = 1'000'000;
 
 void AddSeconds(CLI::App& app, const char* name, int& seconds, const char* what) {
   app.add_option(name, seconds, what)
@@ -303,7 +316,7 @@ void DescribeTrace(CLI::App& app, CommonOptions& common) {
                "that was asked");
   app.add_option("--rows", common.rows, "How many rows of each statement --trace shows")
       ->type_name("N")
-      ->check(CLI::NonNegativeNumber)
+      ->check(CLI::Range(0, kMostRows))
       ->capture_default_str();
 }
 
@@ -317,6 +330,31 @@ std::vector<std::string> AllMethods() {
   return names;
 }
 
+void DescribeLanguage(CLI::App& app, CommandLine& line) {
+  app.add_option(
+         std::string(kLanguageOption), line.language,
+         "The language of messages and help, en or zh; by default the environment's. JSON is "
+         "English in each")
+      ->type_name("LANGUAGE")
+      ->check(CLI::IsMember({"en", "zh"}));
+}
+
+// Every description in the language of the process, and the words of the parser's own.
+void Translate(CLI::App& app) {
+  for (const char* const word : {"Usage", "OPTIONS", "Positionals", "SUBCOMMAND", "REQUIRED"}) {
+    app.get_formatter()->label(word, Translated(word));
+  }
+  app.description(Translated(app.get_description()));
+  for (CLI::Option* const option : app.get_options()) {
+    option->description(Translated(option->get_description()));
+    option->group(Translated(option->get_group()));
+  }
+  for (CLI::App* const sub : app.get_subcommands({})) {
+    sub->group(Translated(sub->get_group()));
+    Translate(*sub);
+  }
+}
+
 // The parser with all commands; what is given goes to `line`.
 void DescribeAll(CLI::App& app, CommandLine& line) {
   app.name("tavcc");
@@ -324,13 +362,16 @@ void DescribeAll(CLI::App& app, CommandLine& line) {
   app.require_subcommand(1);
   app.allow_windows_style_options(false);  // a word that begins with a slash is a path
   app.set_version_flag("--version", "tavcc " TAVCC_VERSION);
+  DescribeLanguage(app, line);
   for (const Entry& entry : kCommands) {
     CLI::App* const sub = app.add_subcommand(entry.name, entry.summary);
     if (entry.has_database) DescribeCommon(*sub, line.common);
     if (entry.traces) DescribeTrace(*sub, line.common);
+    DescribeLanguage(*sub, line);
     entry.describe(*sub, line);
     sub->callback([&line, run = entry.run] { line.command = run; });
   }
+  Translate(app);
 }
 
 // "FILE:{table,box}" as the parser shows a value and the words that it may be.
@@ -361,8 +402,10 @@ std::vector<CommandText> CommandTable() {
   DescribeAll(app, line);
   std::vector<CommandText> commands;
   for (const Entry& entry : kCommands) {
-    CommandText& command = commands.emplace_back(CommandText{entry.name, entry.summary, {}, {}});
-    for (const CLI::Option* option : app.get_subcommand(entry.name)->get_options()) {
+    const CLI::App& sub = *app.get_subcommand(entry.name);
+    CommandText& command =
+        commands.emplace_back(CommandText{entry.name, sub.get_description(), {}, {}});
+    for (const CLI::Option* option : sub.get_options()) {
       auto& list = option->get_positional() ? command.arguments : command.options;
       list.push_back(TextOf(*option));
     }
@@ -373,8 +416,8 @@ std::vector<CommandText> CommandTable() {
 void RequireCommand(const std::string& name) {
   const std::vector<std::string> names = CommandNames();
   if (std::ranges::find(names, name) != names.end()) return;
-  throw CommandError("there is no command \"" + name + "\"" + DidYouMean(name, names) +
-                     " (see tavcc --help)");
+  throw CommandError(
+      Say("there is no command \"{}\"{} (see tavcc --help)", name, DidYouMean(name, names)));
 }
 
 Exit HelpCommand(const CommandLine& line) {
@@ -396,28 +439,43 @@ Exit ManCommand(const CommandLine&) {
   return Exit::kPassed;
 }
 
+// What the parser says of a line that it does not take.
+constexpr const char* kParserTexts[] = {
+    "A subcommand is required",
+    "{} is required",
+    "{}: Value {} not in range {} to {}",
+    "{}: {} not in {}",
+    "{}: 1 required {} missing",
+    "{}: At Most {} required but received {}",
+    "{}: At least {} required but received {}",
+    "Could not convert: {} = {}",
+    "The following argument was not expected: {}",
+    "The following arguments were not expected: {}",
+};
+
 }  // namespace
 
 std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& words) {
+  ChooseLanguage(words);
   CLI::App app;
   CommandLine line;
   DescribeAll(app, line);
   try {
     std::vector<std::string> arguments = SplitJson(words);
-    if (!arguments.empty() && !arguments.front().starts_with('-')) {
-      RequireCommand(arguments.front());
-    }
+    const size_t command = CommandPlace(words);
+    if (command < words.size() && !words[command].starts_with('-')) RequireCommand(words[command]);
     std::reverse(arguments.begin(), arguments.end());  // the parser takes them from the end
     app.parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() != 0) {
-      throw CommandError(std::string(error.what()) + " (see tavcc --help)");
+      throw CommandError(Say("{} (see tavcc --help)", TranslatedLike(error.what(), kParserTexts)));
     }
     std::ostringstream help;
     app.exit(error, help, help);
     Print(help.str());
     return std::nullopt;
   }
+  if (line.common.json) SetLanguage(Language::kEnglish);
   return line;
 }
 

@@ -23,12 +23,14 @@ struct CommandLine {
   ClassesOptions classes;
   std::string help_for;  // a command; empty for all
   std::string shell;     // that is to complete
+  std::string language;  // of the program's own words; empty for the environment's
   // The command that was chosen, with its part of this line.
   Exit (*command)(const CommandLine& line) = nullptr;
 };
 
-// Reads the words behind the program's name; prints the help where it is asked for, and answers
-// nothing then. Errors: CommandError for a line that no command takes.
+// Chooses the language, which the environment or --lang names, then reads the words behind the
+// program's name; prints the help where it is asked for, and answers nothing then. Errors:
+// CommandError for a line that no command takes.
 std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& words);
 
 }  // namespace tavcc

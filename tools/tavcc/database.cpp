@@ -13,6 +13,7 @@
 #include "foundation/error.h"
 #include "foundation/text.h"
 #include "host/schema.h"
+#include "language/language.h"
 #include "scenario/json.h"
 #include "tavcc/platform/process.h"
 
@@ -22,8 +23,8 @@ namespace {
 // What other programs take for something else than a file is no name for one.
 void RequireFileName(const std::string& name) {
   if (name == ":memory:" || name.starts_with("file:")) {
-    throw CommandError("--db " + name + ": must be the name of a file (./" + name +
-                       " is one, if it is meant)");
+    throw CommandError(
+        Say("--db {0}: must be the name of a file (./{0} is one, if it is meant)", name));
   }
 }
 
@@ -39,11 +40,11 @@ std::string FirstLine(const std::string& text) {
 
 std::string ConnectionString(const CommonOptions& options) {
   const int named = !options.db.empty() + !options.dsn.empty() + !options.dsn_file.empty();
-  if (named > 1) throw CommandError("give only one of --db, --dsn and --dsn-file");
+  if (named > 1) throw CommandError(Say("give only one of --db, --dsn and --dsn-file"));
   if (!options.dsn.empty()) return options.dsn;
   if (!options.dsn_file.empty()) {
     const std::string text = FirstLine(ReadTextFile(options.dsn_file));
-    if (text.empty()) throw CommandError(options.dsn_file + ": its first line is empty");
+    if (text.empty()) throw CommandError(Say("{}: its first line is empty", options.dsn_file));
     return text;
   }
   return named == 0 ? EnvironmentVariable(kDsnVariable).value_or("") : "";
@@ -52,9 +53,9 @@ std::string ConnectionString(const CommonOptions& options) {
 void RequireClasses(const std::vector<int32_t>& class_types) {
   for (const int32_t class_type : class_types) {
     if (!ClassName(class_type).empty()) continue;
-    throw CommandError(fmt::format(
-        "--deny {}: no bill has this class type; that of sales bills, for example, is {}",
-        class_type, class_type::kSalesBill));
+    throw CommandError(
+        Say("--deny {}: no bill has this class type; that of sales bills, for example, is {}",
+            class_type, class_type::kSalesBill));
   }
 }
 
@@ -71,7 +72,7 @@ std::vector<std::pair<std::string, Value>> PublishedValues(const std::vector<std
   for (const std::string& word : words) {
     const size_t equals = word.find('=');
     if (equals == std::string::npos || equals == 0) {
-      throw CommandError("--publish " + word + ": give NAME=VALUE, e.g. IndustryType=1");
+      throw CommandError(Say("--publish {}: give NAME=VALUE, e.g. IndustryType=1", word));
     }
     values.emplace_back(word.substr(0, equals), PublishedValue(word.substr(equals + 1)));
   }
@@ -79,7 +80,7 @@ std::vector<std::pair<std::string, Value>> PublishedValues(const std::vector<std
 }
 
 void RequireDatabase(const CommonOptions& options) {
-  if (options.db.empty()) throw CommandError("which database? give --db FILE or --dsn STRING");
+  if (options.db.empty()) throw CommandError(Say("which database? give --db FILE or --dsn STRING"));
 }
 
 }  // namespace
@@ -140,7 +141,7 @@ void FillDatabase(Erp& erp, bool sample) {
 
 void FillServer(Erp& erp, bool sample) {
   if (!erp.connection()->Execute(kSchemaQuery)->AtEnd()) {
-    throw CommandError("the database holds an ERP schema already; it is left as it is");
+    throw CommandError(Say("the database holds an ERP schema already; it is left as it is"));
   }
   erp.BeginTransaction();
   try {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "foundation/text.h"
+#include "language/language.h"
 #include "scenario/runner.h"
 #include "scenario/scenario.h"
 #include "scenario/values.h"
@@ -40,20 +41,21 @@ struct Scene {
 };
 
 constexpr Scene kScenes[] = {
-    {"The assembly bill is audited.", "", "AuditBill", kAssemblyBill},
-    {"A bill is audited only once.", "", "AuditBill", kAssemblyBill},
-    {"An audited bill is not deleted.", "", "DeleteBill", kAssemblyBill},
-    {"The audit is taken back.", "", "UnAuditBill", kAssemblyBill},
-    {"What is not audited cannot be un-audited.", "", "UnAuditBill", kAssemblyBill},
-    {"The disassembly bill is audited.", "", "AuditBill", kDisassemblyBill},
-    {"Meanwhile another bill was made from it: its audit stays.",
+    {Translatable("The assembly bill is audited."), "", "AuditBill", kAssemblyBill},
+    {Translatable("A bill is audited only once."), "", "AuditBill", kAssemblyBill},
+    {Translatable("An audited bill is not deleted."), "", "DeleteBill", kAssemblyBill},
+    {Translatable("The audit is taken back."), "", "UnAuditBill", kAssemblyBill},
+    {Translatable("What is not audited cannot be un-audited."), "", "UnAuditBill", kAssemblyBill},
+    {Translatable("The disassembly bill is audited."), "", "AuditBill", kDisassemblyBill},
+    {Translatable("Meanwhile another bill was made from it: its audit stays."),
      "UPDATE T_CC_ZZCX SET FStatus = 2 WHERE FID = 122", "UnAuditBill", kDisassemblyBill},
-    {"Bookkeeping made a voucher from the assembly bill: nothing goes any more.",
+    {Translatable("Bookkeeping made a voucher from the assembly bill: nothing goes any more."),
      "UPDATE T_CC_ZZCX SET FVoucherID = 77 WHERE FID = 121", "AuditBill", kAssemblyBill},
-    {"The voucher is withdrawn and the bill is deleted: the statement names no existing table,\n"
-     "    the database's own message comes back, and the bill stays.",
+    {Translatable(
+         "The voucher is withdrawn and the bill is deleted: the statement names no existing table,\n"
+         "    the database's own message comes back, and the bill stays."),
      "UPDATE T_CC_ZZCX SET FVoucherID = 0 WHERE FID = 121", "DeleteBill", kAssemblyBill},
-    {"There is no such bill.", "", "AuditBill", kNoBill},
+    {Translatable("There is no such bill."), "", "AuditBill", kNoBill},
 };
 
 std::string BillQuery(int32_t bill) {
@@ -125,7 +127,7 @@ class Story {
 };
 
 void Story::Tell() {
-  if (!options_.json) Print("An ERP database was made from T-SQL files.\n\n");
+  if (!options_.json) Print(Say("An ERP database was made from T-SQL files.\n\n"));
   TellBatchAudit(erp_, options_, record_, page_);
   if (!options_.json) ShowCompany();
   for (const Scene& scene : kScenes) Play(scene);
@@ -134,9 +136,9 @@ void Story::Tell() {
 
 void Story::ShowCompany() {
   Print(
-      fmt::format("The assembly bills, one by one:\n\n{}\n"
-                  "FStatus of a bill: 0 not audited, 1 audited, 2 used by another bill.\n\n",
-                  RowsText(*erp_.connection()->Execute(kBillsQuery), "    ")));
+      Say("The assembly bills, one by one:\n\n{}\n"
+          "FStatus of a bill: 0 not audited, 1 audited, 2 used by another bill.\n\n",
+          RowsText(*erp_.connection()->Execute(kBillsQuery), "    ")));
 }
 
 void Story::Play(const Scene& scene) {
@@ -156,23 +158,23 @@ void Story::Play(const Scene& scene) {
 
 void Story::ShowCall(const Scene& scene) {
   ++scene_;
-  Print(fmt::format("{:2}. {}\n", scene_, scene.title));
+  Print(fmt::format("{:2}. {}\n", scene_, Translated(scene.title)));
   Print(fmt::format("    cls_CX.{}(lngFID={}){}", scene.method, scene.bill,
                     options_.trace ? "\n" : ""));
 }
 
 void Story::ShowOutcome(const Answer& answer, Recordset& before, Recordset& after) {
   const std::string message = ValueText(answer.arguments.back());
-  Print(fmt::format("{} {}{}{}\n\n", options_.trace ? "   " : " ", VerdictText(answer.verdict),
-                    message.empty() ? "" : ": ", message));
+  Print(fmt::format("{} {}{}{}\n\n", options_.trace ? "   " : " ",
+                    Translated(VerdictText(answer.verdict)), message.empty() ? "" : ": ", message));
   Table table(Labelled("", FieldNames(before)));
   const std::vector<std::string> old_cells = Cells(before);
   const std::vector<std::string> new_cells = Cells(after);
   if (old_cells == new_cells) {
-    table.Add(Labelled("unchanged", new_cells));
+    table.Add(Labelled(Translated("unchanged"), new_cells));
   } else {
-    table.Add(Labelled("before", old_cells));
-    table.Add(Labelled("after", new_cells));
+    table.Add(Labelled(Translated("before"), old_cells));
+    table.Add(Labelled(Translated("after"), new_cells));
   }
   if (!new_cells.empty()) Print(fmt::format("{}\n", table.ToText("    ")));
 }

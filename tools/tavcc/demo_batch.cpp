@@ -9,6 +9,7 @@
 
 #include "foundation/conversions.h"
 #include "host/ledger_check.h"
+#include "language/language.h"
 #include "scenario/runner.h"
 #include "scenario/values.h"
 #include "tavcc/answer.h"
@@ -124,9 +125,9 @@ Answer BatchStory::Send(const std::vector<Bill>& bills, int check_type, BatchRep
 Json BatchStory::Audit(const std::vector<Bill>& bills, int check_type, BatchReport* report) {
   const Answer answer = Send(bills, check_type, report);
   if (answer.verdict == Exit::kFailed) {
-    throw CommandError(fmt::format(
-        "the batch failed and was undone: {}",
-        answer.failure ? answer.failure->error.description() : VerdictText(answer.verdict)));
+    throw CommandError(Say("the batch failed and was undone: {}",
+                           answer.failure ? answer.failure->error.description()
+                                          : Translated(VerdictText(answer.verdict))));
   }
   Json results = JsonFromValue(answer.arguments[kBatchResults]);
   results["result"] = JsonFromValue(answer.result);
@@ -143,12 +144,14 @@ void BatchStory::PrintAnswer(const Json& answer) {
     Print(fmt::format("    {}\n", line));
     line.clear();
   }
-  Print(fmt::format("\n  passed: {}, refused: {}\n\n", answer["SuccessCount"].get<int>(),
-                    answer["FailCount"].get<int>()));
+  Print(fmt::format("\n  {}\n\n", Say("passed: {}, refused: {}", answer["SuccessCount"].get<int>(),
+                                      answer["FailCount"].get<int>())));
 }
 
 void BatchStory::PrintStock(const ChangeTable& stock) {
-  Table table({"item", "stock", "batch", "aux", "before", "after", "value before", "value after"});
+  Table table({Translated("item"), Translated("stock"), Translated("batch"), Translated("aux"),
+               Translated("before"), Translated("after"), Translated("value before"),
+               Translated("value after")});
   for (const ChangeTable::Row& row : stock.rows) {
     // Auditing may add stock rows, but takes none away.
     const auto before = row.before.empty() ? std::vector<std::string>{"0", "0"} : row.before;
@@ -160,7 +163,7 @@ void BatchStory::PrintStock(const ChangeTable& stock) {
 
 void BatchStory::CheckLedgerHolds() {
   if (!CheckLedger(*erp_.connection()).empty()) {
-    throw CommandError("the stock on hand is not that of the audited bills (see tavcc check)");
+    throw CommandError(Say("the stock on hand is not that of the audited bills (see tavcc check)"));
   }
 }
 
@@ -174,29 +177,28 @@ Json BatchStory::Tell() {
     page_->un_audit.title = "The bills that passed are un-audited, the last first";
   }
   if (print) {
-    Print(fmt::format(
-        "The sample company's {} open bills, of every kind, are audited in one call.\n\n",
-        bills.size()));
+    Print(Say("The sample company's {} open bills, of every kind, are audited in one call.\n\n",
+              bills.size()));
   }
   const Json audited = Audit(bills, 1, page_ == nullptr ? nullptr : &page_->audit);
   const Json stock_after = Rows(kStock);
   CheckLedgerHolds();
   if (print) {
     PrintAnswer(audited);
-    Print(fmt::format("  What moved in stock:\n\n"));
+    Print(Say("  What moved in stock:\n\n"));
     PrintStock(stock.Changes(*erp_.connection()));
   }
 
   const std::vector<Bill> to_undo = AuditedBills(bills);
-  if (print) Print(fmt::format("The bills that passed are un-audited, the last first.\n\n"));
+  if (print) Print(Say("The bills that passed are un-audited, the last first.\n\n"));
   const Json undone = Audit(to_undo, -1, page_ == nullptr ? nullptr : &page_->un_audit);
   CheckLedgerHolds();
   if (print) PrintAnswer(undone);
   if (State() != before) {
-    throw CommandError("un-auditing did not bring everything back");
+    throw CommandError(Say("un-auditing did not bring everything back"));
   }
   if (print) {
-    Print(fmt::format("  Stock, balances, order quantities and states are what they were.\n\n\n"));
+    Print(Say("  Stock, balances, order quantities and states are what they were.\n\n\n"));
   }
   return {{"title", "The sample company's open bills are audited and un-audited again."},
           {"method", "PublicSysInfo.AuditBill"},

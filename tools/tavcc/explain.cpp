@@ -8,6 +8,7 @@
 #include "foundation/conversions.h"
 #include "foundation/text.h"
 #include "host/logged_call.h"
+#include "language/language.h"
 #include "registry/bill_ladder.h"
 #include "scenario/scenario.h"
 #include "tavcc/answer.h"
@@ -153,7 +154,7 @@ std::optional<Rung> PostingRung(const std::vector<LoggedStatement>& sent, const 
   constexpr std::string_view kReason = "失败原因：";
   if (sent.empty() || !sent.back().is_procedure) return std::nullopt;
   Rung rung;
-  rung.gate = "posting";
+  rung.gate = Translatable("posting");
   rung.method = kBatchAudit;
   rung.answer = Rung::Answer::kRefused;
   const size_t at = line.find(kReason);
@@ -225,22 +226,24 @@ std::string Named(const std::string& number) {
 
 std::string ChoiceText(const BillFilter& filter) {
   std::string text;
-  const auto add = [&](const std::string& part) { text += (text.empty() ? "" : " and ") + part; };
-  if (filter.number) add(fmt::format("the number {}", Named(*filter.number)));
-  if (filter.class_type) add(fmt::format("class {}", *filter.class_type));
-  if (filter.id) add(fmt::format("id {}", *filter.id));
+  const auto add = [&](const std::string& part) {
+    text += (text.empty() ? "" : Translated(" and ")) + part;
+  };
+  if (filter.number) add(Say("the number {}", Named(*filter.number)));
+  if (filter.class_type) add(Say("class {}", *filter.class_type));
+  if (filter.id) add(Say("id {}", *filter.id));
   return text;
 }
 
 // The one bill that is meant. Errors: CommandError where there is none, or more than one.
 Bill FindBill(Erp& erp, const BillFilter& filter) {
   const std::vector<Bill> found = FindBills(erp, filter);
-  if (found.empty()) throw CommandError(fmt::format("no bill has {}", ChoiceText(filter)));
+  if (found.empty()) throw CommandError(Say("no bill has {}", ChoiceText(filter)));
   if (found.size() == 1) return found.front();
   std::string list;
   for (const Bill& bill : found) list += (list.empty() ? "" : ", ") + Described(bill);
-  throw CommandError(fmt::format("{} bills have {}: {}; say which with --class or --id",
-                                 found.size(), ChoiceText(filter), list));
+  throw CommandError(Say("{} bills have {}: {}; say which with --class or --id", found.size(),
+                         ChoiceText(filter), list));
 }
 
 std::vector<Bill> ChosenBills(Erp& erp, const ExplainOptions& options) {
@@ -280,7 +283,7 @@ Explanation Explain(Erp& erp, const Bill& bill, int16_t direction, Recorder* rec
 Exit ExplainCommand(const CommonOptions& common, const ExplainOptions& options) {
   if (!options.trace_file.empty()) return ExplainTrace(common, options);
   if (options.numbers.empty() && !options.id) {
-    throw CommandError("which bill? give its number, or --id N with --class N");
+    throw CommandError(Say("which bill? give its number, or --id N with --class N"));
   }
   RequireOwnFile(options.html_file,
                  {common.db, common.dsn_file, options.record.tape_file, options.record.state_file});

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "foundation/bill_kinds.h"
+#include "language/language.h"
 #include "tavcc/explain.h"
 
 namespace tavcc {
@@ -12,7 +13,8 @@ namespace {
 
 WatchedRows Partner(const Bill& bill) {
   const bool customer = bill.customer_id != 0;
-  return {customer ? "Balances of the customer" : "Balances of the supplier",
+  return {customer ? Translatable("Balances of the customer")
+                   : Translatable("Balances of the supplier"),
           {"partner"},
           {"owed", "paid beforehand", "of it settled", "of it open"},
           fmt::format("SELECT FName, FCurReceAmount, FCurPrepAmount, FPrepCheckAmount,"
@@ -22,7 +24,7 @@ WatchedRows Partner(const Bill& bill) {
 
 WatchedRows OrderLines(const Bill& bill) {
   const bool sales = bill.class_type == class_type::kSalesOrder;
-  return {"Quantities of the order",
+  return {Translatable("Quantities of the order"),
           {"line", "item", "name"},
           {"on order", "on order (base)", sales ? "to go out" : "to come in",
            sales ? "to go out (base)" : "to come in (base)"},
@@ -36,7 +38,7 @@ WatchedRows OrderLines(const Bill& bill) {
 
 // The bill's own head and, where a purchase reverses an estimate, the heads that go with it.
 WatchedRows Heads(const Bill& bill) {
-  return {"State of the bill",
+  return {Translatable("State of the bill"),
           {"bill"},
           {"state", "auditor"},
           fmt::format("SELECT FBillNo, FStatus, FCheckerID FROM {} WHERE FID = {}"

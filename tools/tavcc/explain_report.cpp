@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "language/language.h"
 #include "tavcc/answer.h"
 #include "tavcc/explain.h"
 #include "tavcc/table.h"
@@ -16,10 +17,11 @@ std::string BesideRefusals(const Explanation& explanation) {
   for (const auto* ladder : {&explanation.host, &explanation.own}) {
     for (const Rung& rung : *ladder) {
       if (!IsStopped(rung)) continue;
-      gates += fmt::format("{}{} ({})", gates.empty() ? "" : ", ", rung.gate, rung.message);
+      gates +=
+          fmt::format("{}{} ({})", gates.empty() ? "" : ", ", Translated(rung.gate), rung.message);
     }
   }
-  return gates.empty() ? "" : "; what is asked beside it does not: " + gates;
+  return gates.empty() ? "" : Say("; what is asked beside it does not: {}", gates);
 }
 
 // The first thing to know: would it pass.
@@ -31,22 +33,22 @@ std::string Headline(const Explanation& explanation) {
 
 std::string Section(const char* title, const std::vector<Rung>& ladder, bool everything) {
   const std::string rungs = LadderText(ladder, everything);
-  return rungs.empty() ? "" : fmt::format("\n{}\n\n{}", title, rungs);
+  return rungs.empty() ? "" : fmt::format("\n{}\n\n{}", Translated(title), rungs);
 }
 
 std::string ChangesText(const ChangeTable& table) {
   Table text(ChangeHeader(table));
   for (auto& row : ChangeRows(table)) text.Add(std::move(row));
-  return fmt::format("\n  {}:\n\n{}", table.title, text.ToText("    "));
+  return fmt::format("\n  {}:\n\n{}", Translated(table.title), text.ToText("    "));
 }
 
 std::string TrialText(const Explanation& explanation) {
-  const char* const doing = DirectionText(explanation);
+  const std::string doing = Translated(DirectionText(explanation));
   if (explanation.trial.verdict != Exit::kPassed) {
-    return fmt::format("\nThe {} would change nothing.\n", doing);
+    return Say("\nThe {} would change nothing.\n", doing);
   }
   if (explanation.trial.changes.empty()) return "";
-  std::string text = fmt::format("\nWhat the {} would change:\n", doing);
+  std::string text = Say("\nWhat the {} would change:\n", doing);
   for (const ChangeTable& table : explanation.trial.changes) text += ChangesText(table);
   return text;
 }
@@ -74,27 +76,28 @@ Json ChangesJson(const std::vector<ChangeTable>& tables) {
 }  // namespace
 
 const char* DirectionText(const Explanation& explanation) {
-  return explanation.direction < 0 ? "un-audit" : "audit";
+  return explanation.direction < 0 ? Translatable("un-audit") : Translatable("audit");
 }
 
 std::string VerdictLine(const Explanation& explanation) {
-  const char* const doing = DirectionText(explanation);
+  const std::string doing = Translated(DirectionText(explanation));
   switch (explanation.trial.verdict) {
     case Exit::kPassed:
-      return fmt::format("The {} passes it{}.", doing, BesideRefusals(explanation));
+      return Say("The {} passes it{}.", doing, BesideRefusals(explanation));
     case Exit::kRefused:
-      return fmt::format("The {} refuses it.", doing);
+      return Say("The {} refuses it.", doing);
     case Exit::kFailed:
-      return fmt::format("The {} fails: {}", doing, explanation.trial.error);
+      return Say("The {} fails: {}", doing, explanation.trial.error);
   }
   return "";
 }
 
 std::string ExplanationText(const Explanation& explanation, bool everything) {
   return Headline(explanation) +
-         Section("Gates of the batch audit:", explanation.batch, everything) +
-         Section("What a host asks beside it:", explanation.host, everything) +
-         Section("The bill's own class, where it is audited alone:", explanation.own, everything) +
+         Section(Translatable("Gates of the batch audit:"), explanation.batch, everything) +
+         Section(Translatable("What a host asks beside it:"), explanation.host, everything) +
+         Section(Translatable("The bill's own class, where it is audited alone:"), explanation.own,
+                 everything) +
          TrialText(explanation);
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "audit/class_names.h"
+#include "language/language.h"
 #include "scenario/scenario.h"
 #include "scenario/values.h"
 #include "tavcc/answer.h"
@@ -49,7 +50,7 @@ std::string BatchMessage(const Json& results) {
 // What the call said: the error that it raised or kept to itself, or the first text that it gave
 // back.
 std::string MessageOf(const TracedCall& trace) {
-  if (!trace.end) return "the trace ends before the call did";
+  if (!trace.end) return Translated("the trace ends before the call did");
   for (const auto* const error : {&trace.end->error, &trace.end->failure}) {
     if (*error) return ErrorText(**error);
   }
@@ -80,7 +81,7 @@ std::string BillOf(const TracedCall& trace, size_t ladder) {
 
 std::string TitleOf(const TracedCall& trace, size_t ladder) {
   const std::string bill = BillOf(trace, ladder);
-  return bill.empty() ? "Gates:" : fmt::format("Gates of {}:", bill);
+  return bill.empty() ? Translated("Gates:") : Say("Gates of {}:", bill);
 }
 
 // Statements that no gate sent.
@@ -97,7 +98,8 @@ std::vector<LoggedStatement> Beside(const TracedLadder& ladder) {
 // ---- As text -----------------------------------------------------------------------------------
 
 std::string HeadText(const TracedCall& trace, const Method& method, Exit verdict) {
-  std::string text = fmt::format("{} {}, {}", trace.call, VerdictText(verdict), trace.started);
+  std::string text =
+      fmt::format("{} {}, {}", trace.call, Translated(VerdictText(verdict)), trace.started);
   if (trace.end) text += fmt::format(", {:.1f} ms", trace.end->milliseconds);
   text += "\n";
   for (const Parameter& parameter : method.parameters) {
@@ -128,14 +130,16 @@ std::string LadderSection(const TracedCall& trace, size_t number, bool everythin
   if (beside.empty()) return text;
   const bool shown = everything || trace.ladders.size() == 1 ||
                      std::ranges::any_of(beside, [](const auto& sent) { return !!sent.error; });
-  const char* const where = number == 0 ? "before the gates" : "beside the gates";
+  const std::string where =
+      number == 0 ? Translated("before the gates") : Translated("beside the gates");
   if (!shown) {
-    return text + fmt::format("\n{} statement{} {} (--full shows them)\n", beside.size(),
-                              beside.size() == 1 ? "" : "s", where);
+    return text + (beside.size() == 1
+                       ? Say("\n1 statement {} (--full shows them)\n", where)
+                       : Say("\n{} statements {} (--full shows them)\n", beside.size(), where));
   }
   const bool no_gates = trace.ladders.size() == 1;
-  return text + fmt::format("\nStatements{}{}:\n\n{}", no_gates ? "" : " ", no_gates ? "" : where,
-                            StatementsText(beside));
+  const std::string title = no_gates ? Translated("Statements:") : Say("Statements {}:", where);
+  return text + fmt::format("\n{}\n\n{}", title, StatementsText(beside));
 }
 
 std::string EndText(const std::string& message) {
@@ -143,8 +147,8 @@ std::string EndText(const std::string& message) {
   std::string text = "\n" + LinePerBill(message, "");
   const Refusal* const refusal = FindRefusal(message);
   if (refusal == nullptr) return text;
-  return text + fmt::format("  [{}]\n  cause   {}\n  remedy  {}\n", refusal->name,
-                            refusal->cause.english, refusal->remedy.english);
+  return text + Say("  [{}]\n  cause   {}\n  remedy  {}\n", refusal->name,
+                    InLanguage(refusal->cause), InLanguage(refusal->remedy));
 }
 
 // ---- As JSON -----------------------------------------------------------------------------------
@@ -179,7 +183,8 @@ Json TraceJson(const TracedCall& trace, Exit verdict) {
 
 void RequireTraceAlone(const ExplainOptions& options) {
   if (!options.numbers.empty() || options.class_type || options.id || !options.html_file.empty()) {
-    throw CommandError("--trace explains the call in its file: give no bill and no --html with it");
+    throw CommandError(
+        Say("--trace explains the call in its file: give no bill and no --html with it"));
   }
 }
 
@@ -187,7 +192,7 @@ MethodName MethodOf(const TracedCall& trace, const std::string& file) {
   try {
     return FindMethodByName(trace.call);
   } catch (const std::invalid_argument& error) {
-    throw CommandError(fmt::format("{}, line 1: {}", file, error.what()));
+    throw CommandError(Say("{}, line 1: {}", file, error.what()));
   }
 }
 
@@ -207,7 +212,7 @@ Exit ExplainTrace(const CommonOptions& common, const ExplainOptions& options) {
     text += LadderSection(trace, i, options.full);
   }
   if (trace.left_out > 0) {
-    text += fmt::format("\n{} lines were left out: the file was full\n", trace.left_out);
+    text += Say("\n{} lines were left out: the file was full\n", trace.left_out);
   }
   Print(text + EndText(MessageOf(trace)));
   return verdict;

@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "foundation/file_path.h"
+#include "language/language.h"
 #include "tavcc/command.h"
 
 namespace tavcc {
@@ -17,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 [[noreturn]] void Fail(const std::string& file, const std::error_code& problem) {
-  throw CommandError(fmt::format("{} cannot be written: {}", file, problem.message()));
+  throw CommandError(Say("{} cannot be written: {}", file, problem.message()));
 }
 
 // A terminal, a pipe, a device: nothing that could be half there afterwards.
@@ -78,9 +79,9 @@ void RequireOwnFile(const std::string& file, const std::vector<std::string>& oth
 
 void RequireNewFile(const std::string& file) {
   std::error_code problem;
-  if (file.empty()) throw CommandError("the name of the file to write is empty");
+  if (file.empty()) throw CommandError(Say("the name of the file to write is empty"));
   if (fs::exists(PathOf(file), problem) && !IsDevice(file)) {
-    throw CommandError(fmt::format("{} is there already, and is left as it is", file));
+    throw CommandError(Say("{} is there already, and is left as it is", file));
   }
 }
 

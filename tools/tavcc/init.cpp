@@ -1,6 +1,7 @@
 // tavcc init: a database with the ERP schema.
 #include <fmt/core.h>
 
+#include "language/language.h"
 #include "scenario/json.h"
 #include "tavcc/command.h"
 #include "tavcc/database.h"
@@ -16,16 +17,16 @@ Exit InitCommand(const CommonOptions& common, const InitOptions& options) {
     name = erp->dsn();
   } else {
     if (common.db.empty()) {
-      throw CommandError("which database is to be made? give --db FILE or --dsn STRING");
+      throw CommandError(Say("which database is to be made? give --db FILE or --dsn STRING"));
     }
     MakeDatabase(common.db, options.sample);
   }
   try {
-    Print(common.json ? Show({{"database", name}, {"sample", options.sample}}) + "\n"
-                      : fmt::format("{} holds a new ERP database{}\n", name,
-                                    options.sample ? " with the sample company" : ""));
+    Print(common.json      ? Show({{"database", name}, {"sample", options.sample}}) + "\n"
+          : options.sample ? Say("{} holds a new ERP database with the sample company\n", name)
+                           : Say("{} holds a new ERP database\n", name));
   } catch (const CommandError& error) {
-    throw CommandError(fmt::format("{}; {} was made", error.what(), name));
+    throw CommandError(Say("{}; {} was made", error.what(), name));
   }
   return Exit::kPassed;
 }

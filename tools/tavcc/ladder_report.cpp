@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "language/language.h"
 #include "scenario/runner.h"
 #include "tavcc/output.h"
 #include "tavcc/table.h"
@@ -38,9 +39,9 @@ std::string Labelled(const std::string& label, const std::string& text) {
 }
 
 std::string RowsText(const ShownRows& rows) {
-  if (rows.none) return "(no rows)";
+  if (rows.none) return Translated("(no rows)");
   if (rows.columns.empty()) return "";
-  if (rows.rows.empty()) return "(no rows)";
+  if (rows.rows.empty()) return Translated("(no rows)");
   const size_t shown = std::min(rows.rows.size(), kMostShownRows);
   std::string text;
   if (rows.columns.size() <= kMostTableColumns) {
@@ -58,25 +59,27 @@ std::string RowsText(const ShownRows& rows) {
     }
   }
   if (shown < rows.rows.size() || !rows.whole) {
-    text += fmt::format("… and {} more\n", rows.whole ? std::to_string(rows.rows.size() - shown)
-                                                      : std::string("rows"));
+    text +=
+        rows.whole ? Say("… and {} more\n", rows.rows.size() - shown) : Say("… and rows more\n");
   }
   return text;
 }
 
 std::string DetailsText(const Rung& rung) {
   std::string text;
-  for (const Reason& reason : rung.reasons) text += Labelled("reason", ReasonText(reason));
+  for (const Reason& reason : rung.reasons)
+    text += Labelled(Translated("reason"), ReasonText(reason));
   if (rung.refusal != nullptr) {
-    text += Labelled("cause", std::string(rung.refusal->cause.english));
-    text += Labelled("remedy", std::string(rung.refusal->remedy.english));
+    text += Labelled(Translated("cause"), InLanguage(rung.refusal->cause));
+    text += Labelled(Translated("remedy"), InLanguage(rung.refusal->remedy));
   }
-  if (!rung.settings.empty()) text += Labelled("settings", SettingsText(rung.settings));
-  if (!rung.place.empty()) text += Labelled("rule", rung.place);
+  if (!rung.settings.empty()) text += Labelled(Translated("settings"), SettingsText(rung.settings));
+  if (!rung.place.empty()) text += Labelled(Translated("rule"), rung.place);
   if (rung.statement) {
-    text += Labelled("statement", ShowStatement(*rung.statement));
-    text += Labelled("sent by", PlaceText(rung.statement->from));
-    if (const std::string rows = RowsText(rung.rows); !rows.empty()) text += Labelled("rows", rows);
+    text += Labelled(Translated("statement"), ShowStatement(*rung.statement));
+    text += Labelled(Translated("sent by"), PlaceText(rung.statement->from));
+    if (const std::string rows = RowsText(rung.rows); !rows.empty())
+      text += Labelled(Translated("rows"), rows);
   }
   return text;
 }
@@ -117,7 +120,7 @@ ShownRows Shown(const SeenRows& seen) {
 
 std::string SettingText(const ReadSetting& setting) {
   return fmt::format("{}/{} {}", setting.category, setting.key,
-                     setting.value ? "= " + *setting.value : "is not set");
+                     setting.value ? "= " + *setting.value : Translated("is not set"));
 }
 
 const char* AnswerText(Rung::Answer answer) {
@@ -129,7 +132,7 @@ const char* AnswerText(Rung::Answer answer) {
     case Rung::Answer::kFailed:
       return "failed";
     case Rung::Answer::kNotAsked:
-      return "not asked";
+      return Translatable("not asked");
   }
   return "";
 }
@@ -145,7 +148,7 @@ bool IsShown(const Rung& rung, bool everything) {
 std::string ReasonText(const Reason& reason) {
   std::string text;
   for (const auto& [label, value] : reason) {
-    text += fmt::format("{}{} {}", text.empty() ? "" : ", ", label, value);
+    text += fmt::format("{}{} {}", text.empty() ? "" : ", ", Translated(label), value);
   }
   return text;
 }
@@ -163,13 +166,14 @@ std::string BesideText(const Rung& rung, bool everything) {
 std::string LadderText(const std::vector<Rung>& ladder, bool everything) {
   size_t width = 0;
   for (const Rung& rung : ladder) {
-    if (IsShown(rung, everything)) width = std::max(width, DisplayWidth(rung.gate));
+    if (IsShown(rung, everything)) width = std::max(width, DisplayWidth(Translated(rung.gate)));
   }
   std::string text;
   for (const Rung& rung : ladder) {
     if (!IsShown(rung, everything)) continue;
-    std::string line = fmt::format("  {} {}  {}", Padded(AnswerText(rung.answer), 9),
-                                   Padded(rung.gate, width), BesideText(rung, everything));
+    std::string line =
+        fmt::format("  {} {}  {}", Padded(Translated(AnswerText(rung.answer)), 9),
+                    Padded(Translated(rung.gate), width), BesideText(rung, everything));
     line.erase(line.find_last_not_of(' ') + 1);
     text += line + "\n";
     if (everything || IsStopped(rung)) text += DetailsText(rung);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "language/language.h"
 #include "tavcc/option_table.h"
 
 namespace tavcc {
@@ -31,14 +32,18 @@ std::string Head(const OptionText& option) {
   return option.value.empty() ? head : head + " \\fI" + Roff(option.value) + "\\fR";
 }
 
+std::string Sentence(const std::string& text) {
+  return Say("{}.", text);
+}
+
 std::string Item(const OptionText& option) {
-  std::string text = fmt::format(".TP\n{}\n{}.\n", Head(option), Roff(option.what));
+  const std::string text = fmt::format(".TP\n{}\n{}\n", Head(option), Sentence(Roff(option.what)));
   if (option.choices.empty() || option.choices.size() > 8) return text;
-  text += "One of ";
+  std::string choices;
   for (const std::string& choice : option.choices) {
-    text += (&choice == &option.choices.front() ? "" : ", ") + Roff(choice);
+    choices += (choices.empty() ? "" : ", ") + Roff(choice);
   }
-  return text + ".\n";
+  return text + Say("One of {}.", choices) + "\n";
 }
 
 bool IsIn(const OptionText& option, const CommandText& command) {
@@ -59,41 +64,53 @@ std::string Synopsis(const CommandText& command) {
   for (const OptionText& argument : command.arguments) {
     text += " " + Roff(argument.names.front());
   }
-  return fmt::format("{}\"\n{}.\n", text, Roff(command.summary));
+  return fmt::format("{}\"\n{}\n", text, Sentence(Roff(command.summary)));
 }
 
-constexpr const char* kPageHead =
-    ".TH TAVCC 1 2026-11-22 \"tavcc\" \"User Commands\"\n"
-    ".SH NAME\n"
-    "tavcc \\- business rules of an ERP's inventory module, from a shell\n"
-    ".SH SYNOPSIS\n"
-    ".B tavcc\n"
-    ".I command\n"
-    "[\\fIargument\\fR .\\|.\\|.]\n"
-    ".SH DESCRIPTION\n"
-    "Runs the rules on a database file with the ERP schema, or on a SQL Server over ODBC.\n"
-    ".SH COMMANDS\n";
+std::string Section(const std::string& title) {
+  return ".SH " + title + "\n";
+}
 
-constexpr const char* kPageFoot =
-    ".SH EXIT STATUS\n"
-    "0 passed, 1 refused by a rule, 2 failed.\n"
-    ".SH ENVIRONMENT\n"
-    ".TP\n"
-    "\\fBTAVCC_DSN\\fR\n"
-    "The connection string where no database is named.\n"
-    ".TP\n"
-    "\\fBPAGER\\fR\n"
-    "What long output of \\fBtavcc sql\\fR is read with on a terminal; \\fBless\\fR where it is not\n"
-    "set, nothing where it is empty.\n"
-    ".SH FILES\n"
-    ".TP\n"
-    "\\fI$XDG_STATE_HOME/tavcc/history\\fR\n"
-    "The history of the shell of \\fBtavcc sql\\fR, by default in \\fI~/.local/state\\fR.\n";
+// A term of a list, as roff has it, and what it stands for.
+std::string Term(const char* term, const std::string& what) {
+  return fmt::format(".TP\n{}\n{}\n", term, what);
+}
+
+std::string PageHead() {
+  return fmt::format(".TH TAVCC 1 2026-11-22 \"tavcc\" \"{}\"\n", Translated("User Commands")) +
+         Section(Translated("NAME")) + "tavcc \\- " +
+         Translated("business rules of an ERP's inventory module, from a shell") + "\n" +
+         Section(Translated("SYNOPSIS")) + ".B tavcc\n" +
+         fmt::format(".I {}\n[\\fI{}\\fR .\\|.\\|.]\n", Translated("command"),
+                     Translated("argument")) +
+         Section(Translated("DESCRIPTION")) +
+         Translated(
+             "Runs the rules on a database file with the ERP schema, or on a SQL Server over ODBC.") +
+         "\n" + Section(Translated("COMMANDS"));
+}
+
+std::string PageFoot() {
+  return Section(Translated("EXIT STATUS")) +
+         Translated("0 passed, 1 refused by a rule, 2 failed.") + "\n" +
+         Section(Translated("ENVIRONMENT")) +
+         Term("\\fBTAVCC_DSN\\fR",
+              Translated("The connection string where no database is named.")) +
+         Term("\\fBLC_ALL\\fR, \\fBLC_MESSAGES\\fR, \\fBLANG\\fR",
+              Translated("The language, where \\fB\\-\\-lang\\fR names none: Chinese for "
+                         "\\fIzh\\fR and all that begins so, else English.")) +
+         Term("\\fBPAGER\\fR",
+              Translated("What long output of \\fBtavcc sql\\fR is read with on a terminal; "
+                         "\\fBless\\fR where it is not set, nothing where it is empty.")) +
+         Section(Translated("FILES")) +
+         Term("\\fI$XDG_STATE_HOME/tavcc/history\\fR",
+              Translated("The history of the shell of \\fBtavcc sql\\fR, by default in "
+                         "\\fI~/.local/state\\fR."));
+}
 
 }  // namespace
 
 std::string ManualPage(const std::vector<CommandText>& commands) {
-  std::string text = kPageHead;
+  std::string text = PageHead();
   std::vector<OptionText> common;
   for (const CommandText& command : commands) {
     text += Synopsis(command);
@@ -106,9 +123,10 @@ std::string ManualPage(const std::vector<CommandText>& commands) {
       }
     }
   }
-  text += ".SH COMMON OPTIONS\nOf every command that works on a database.\n";
+  text += Section(Translated("COMMON OPTIONS")) +
+          Translated("Of every command that works on a database.") + "\n";
   for (const OptionText& option : common) text += Item(option);
-  return text + kPageFoot;
+  return text + PageFoot();
 }
 
 }  // namespace tavcc

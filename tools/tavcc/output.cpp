@@ -6,6 +6,7 @@
 
 #include "foundation/conversions.h"
 #include "foundation/utf8.h"
+#include "language/language.h"
 #include "tavcc/command.h"
 #include "tavcc/platform/streams.h"
 #include "tavcc/table.h"
@@ -22,11 +23,15 @@ std::error_code Write(Stream stream, std::string_view text) {
 
 void Print(std::string_view text) {
   const std::error_code problem = Write(Stream::kOutput, text);
-  if (problem) throw CommandError("the output cannot be written: " + problem.message());
+  if (problem) throw CommandError(Say("the output cannot be written: {}", problem.message()));
 }
 
 void PrintAside(std::string_view text) {
   Write(Stream::kErrors, text);
+}
+
+std::string InLanguage(const Bilingual& text) {
+  return std::string(CurrentLanguage() == Language::kChinese ? text.chinese : text.english);
 }
 
 std::string ValueText(const Value& value) {
@@ -72,7 +77,7 @@ std::string PlainText(const Value& value) {
 }
 
 std::string ErrorText(const AutomationError& error) {
-  return fmt::format("error {}: {}", error.number(), error.description());
+  return Say("error {}: {}", error.number(), error.description());
 }
 
 std::vector<std::string> FieldNames(const Recordset& rows) {
@@ -82,7 +87,7 @@ std::vector<std::string> FieldNames(const Recordset& rows) {
 }
 
 std::string RowsText(Recordset& rows, std::string_view indent) {
-  if (rows.AtEnd()) return std::string(indent) + "(no rows)\n";
+  if (rows.AtEnd()) return std::string(indent) + Translated("(no rows)") + "\n";
   Table table(FieldNames(rows));
   for (; !rows.AtEnd(); rows.MoveNext()) {
     std::vector<std::string> cells;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "foundation/recordset.h"
+#include "registry/bilingual.h"
 #include "scenario/json.h"
 #include "scenario/values.h"
 
@@ -17,6 +18,9 @@ void Print(std::string_view text);
 
 // The same to standard error, where what cannot be written is lost: it is aside from any verdict.
 void PrintAside(std::string_view text);
+
+// Of the two texts the one in the language of the process.
+std::string InLanguage(const Bilingual& text);
 
 // A value on one line: NULL, dates as YYYY-MM-DD HH:MM:SS, Booleans as True and False.
 std::string ValueText(const Value& value);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "language/language.h"
 #include "scenario/embedded_roads.h"
 #include "scenario/runner.h"
 #include "scenario/values.h"
@@ -29,7 +30,7 @@ auto OrRefuse(const Work& work) {
 std::string FirstDifference(const StepFailure& failure) {
   std::string line = failure.differences.front();
   std::replace(line.begin(), line.end(), '\n', ' ');
-  return fmt::format("step {}, {}: {}", failure.step, failure.what, line);
+  return Say("step {}, {}: {}", failure.step, failure.what, line);
 }
 
 // What is written runs. A case whose failure lies beside its statements, as a lost connection does,
@@ -37,8 +38,8 @@ std::string FirstDifference(const StepFailure& failure) {
 void RequireReplay(const std::string& file, const std::string& text) {
   const auto failures = RunScenario(ParseScenario(file, text), *MakeEmbeddedRoads());
   if (failures.empty()) return;
-  throw CommandError(fmt::format("{} is not written, since it would not replay: {}", file,
-                                 FirstDifference(failures.front())));
+  throw CommandError(Say("{} is not written, since it would not replay: {}", file,
+                         FirstDifference(failures.front())));
 }
 
 }  // namespace
@@ -47,7 +48,7 @@ Json WithMasks(Masks& masks, const Json& scenario, const Json& tape) {
   masks.Learn(tape);
   masks.Settle(Show(tape) + Show(scenario));
   for (const std::string& note : masks.Notes(tape)) {
-    PrintAside(fmt::format("tavcc: note: {}\n", note));
+    PrintAside(Say("tavcc: note: {}\n", note));
   }
   return masks.Apply(scenario);
 }
@@ -56,20 +57,20 @@ void WriteRecorded(const std::string& file, const Json& scenario) {
   const std::string text = ScenarioText(scenario);
   RequireReplay(file, text);
   WriteNewFile(file, text);
-  PrintAside(fmt::format("recorded {}\n", file));
+  PrintAside(Say("recorded {}\n", file));
 }
 
 Recorder::Recorder(Erp& erp, const RecordOptions& options, std::string subject)
     : erp_(erp), options_(options) {
   if (!options_.masked_columns.empty() && !IsOn()) {
-    throw CommandError("--mask goes with --record or --record-state");
+    throw CommandError(Say("--mask goes with --record or --record-state"));
   }
   if (!IsOn()) return;
   for (const std::string& file : {options_.tape_file, options_.state_file}) {
     if (!file.empty()) RequireNewFile(file);
   }
   if (options_.tape_file == options_.state_file) {
-    throw CommandError("--record and --record-state name the same file");
+    throw CommandError(Say("--record and --record-state name the same file"));
   }
   recording_.name = std::move(subject);
   erp_.log().KeepAnswers();

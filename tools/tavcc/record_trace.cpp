@@ -5,6 +5,7 @@
 
 #include "foundation/conversions.h"
 #include "host/host_dictionary.h"
+#include "language/language.h"
 #include "scenario/masking.h"
 #include "scenario/recording.h"
 #include "scenario/scenario.h"
@@ -25,9 +26,9 @@ class TracedStep {
       : file_(file), trace_(ReadTrace(file)), recording_(recording) {}
 
   void Add() {
-    if (!trace_.end) Refuse("the process ended before the call did");
+    if (!trace_.end) Refuse(Translated("the process ended before the call did"));
     if (trace_.left_out > 0) {
-      Refuse(fmt::format("{} lines were too many for it and are missing", trace_.left_out));
+      Refuse(Say("{} lines were too many for it and are missing", trace_.left_out));
     }
     if (recording_.name.empty()) {
       recording_.name = fmt::format("{} of {}", trace_.call, trace_.started);
@@ -44,7 +45,7 @@ class TracedStep {
 
  private:
   [[noreturn]] void Refuse(const std::string& text) const {
-    throw CommandError(fmt::format("{}: is no whole tape: {}", file_, text));
+    throw CommandError(Say("{}: is no whole tape: {}", file_, text));
   }
 
   // The rows that the rule saw are those that it will ask for again.
@@ -56,8 +57,8 @@ class TracedStep {
     if (statement.seen == nullptr) return statement;
     const SeenRows& seen = *statement.seen;
     if (static_cast<size_t>(seen.count) > seen.rows.size()) {
-      Refuse(fmt::format("statement {}: it keeps {} of the {} rows that were seen",
-                         statement.number, seen.rows.size(), seen.count));
+      Refuse(Say("statement {}: it keeps {} of the {} rows that were seen", statement.number,
+                 seen.rows.size(), seen.count));
     }
     auto answer = std::make_shared<AnswerRows>();
     answer->columns = seen.columns;

@@ -1,5 +1,6 @@
 // tavcc refusals: the catalogue, or what it says of one message.
 #include "registry/refusals.h"
+#include "language/language.h"
 
 #include <fmt/core.h>
 
@@ -21,8 +22,8 @@ const Refusal& ByNameOrMessage(const std::string& text) {
     names.emplace_back(refusal.name);
   }
   if (const Refusal* const refusal = FindRefusal(text)) return *refusal;
-  throw CommandError(fmt::format("no refusal has the name or the message \"{}\"{}", text,
-                                 DidYouMean(text, names)));
+  throw CommandError(
+      Say("no refusal has the name or the message \"{}\"{}", text, DidYouMean(text, names)));
 }
 
 std::string MethodsText(const RefusalText& text) {
@@ -38,9 +39,8 @@ void PrintRefusal(const Refusal& refusal) {
   for (const RefusalText& each : refusal.texts) {
     text += fmt::format("  {}\n    {}\n", each.text, MethodsText(each));
   }
-  text +=
-      fmt::format("  cause   {}\n          {}\n  remedy  {}\n          {}\n", refusal.cause.english,
-                  refusal.cause.chinese, refusal.remedy.english, refusal.remedy.chinese);
+  text += Say("  cause   {}\n          {}\n  remedy  {}\n          {}\n", refusal.cause.english,
+              refusal.cause.chinese, refusal.remedy.english, refusal.remedy.chinese);
   Print(text);
 }
 

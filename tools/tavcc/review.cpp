@@ -7,6 +7,7 @@
 #include <sstream>
 #include <vector>
 
+#include "language/language.h"
 #include "scenario/alignment.h"
 #include "tavcc/output.h"
 #include "tavcc/platform/process.h"
@@ -95,7 +96,7 @@ Decision AskForChange(const std::string& file, const std::string& before,
                       const std::string& after) {
   Print(fmt::format("{}\n{}", file, LineDiff(before, after, OutputHasColours())));
   for (;;) {
-    Print("Take this change? [y]es, [n]o, [q]uit: ");
+    Print(Say("Take this change? [y]es, [n]o, [q]uit: "));
     std::string answer;
     if (!std::getline(std::cin, answer)) {
       Print("\n");

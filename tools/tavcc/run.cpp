@@ -11,6 +11,7 @@
 
 #include "foundation/connection_string.h"
 #include "foundation/text.h"
+#include "language/language.h"
 #include "odbc/odbc.h"
 #include "scenario/accept.h"
 #include "scenario/compare_roads.h"
@@ -56,23 +57,23 @@ class ScenarioRun {
 
   void RefuseWhatDoesNotGoTogether() const {
     if (options_.compare && !server_) {
-      throw CommandError("--compare wants a server: give --dsn STRING");
+      throw CommandError(Say("--compare wants a server: give --dsn STRING"));
     }
     if (options_.own_database && !server_) {
-      throw CommandError("--own-database wants a server: give --dsn STRING");
+      throw CommandError(Say("--own-database wants a server: give --dsn STRING"));
     }
     RequireOwnFile(options_.html_file,
                    {common_.db, common_.dsn_file, options_.junit_file, options_.known_file});
     // Every scenario has a database of its own; a file that is named must at least be one.
     if (!common_.db.empty()) sql::Database::Open(FileOptions(common_));
     if (!options_.known_file.empty() && !options_.compare) {
-      throw CommandError("--known goes with --compare");
+      throw CommandError(Say("--known goes with --compare"));
     }
     if (options_.jobs > 1 && (server_ || common_.trace)) {
-      throw CommandError("-j goes with neither a server nor --trace");
+      throw CommandError(Say("-j goes with neither a server nor --trace"));
     }
     if (Accepts() && (server_ || options_.jobs > 1 || common_.json)) {
-      throw CommandError("--update and --review go with no server, no -j and no --json");
+      throw CommandError(Say("--update and --review go with no server, no -j and no --json"));
     }
   }
 
@@ -109,6 +110,7 @@ class ScenarioRun {
   std::vector<ScenarioOutcome> RunFiles(const std::vector<std::string>& files);
   void TellOfFailure(const ScenarioOutcome& outcome) const;
   void Accept(std::vector<ScenarioOutcome>& outcomes);
+  std::string SummaryText(size_t files, size_t failed) const;
   void PrintSummary(const std::vector<ScenarioOutcome>& outcomes, size_t failed) const;
   void PrintJson(const std::vector<ScenarioOutcome>& outcomes) const;
 
@@ -176,8 +178,8 @@ ScenarioOutcome ScenarioRun::RunFile(const std::string& file, const Workplace& p
 
 void ScenarioRun::TellOfFailure(const ScenarioOutcome& outcome) const {
   if (outcome.failure.empty() || common_.json || Accepts()) return;
-  const std::string text =
-      fmt::format("{} {}", options_.compare ? "DIFFERS" : "FAILED", outcome.failure);
+  const std::string text = fmt::format(
+      "{} {}", options_.compare ? Translated("DIFFERS") : Translated("FAILED"), outcome.failure);
   PrintAside(OutputHasColours() ? WithColours(text) : text);
 }
 
@@ -233,31 +235,36 @@ void ScenarioRun::Accept(std::vector<ScenarioOutcome>& outcomes) {
     if (decision == Decision::kLeave) continue;
     ReplaceFile(outcome.file, acceptance.text);
     ++changed;
-    Print(fmt::format("changed {}\n", outcome.file));
+    Print(Say("changed {}\n", outcome.file));
     outcome = RunFile(outcome.file, place);
   }
-  Print(fmt::format("{} file{} changed\n", changed, changed == 1 ? "" : "s"));
+  Print(changed == 1 ? Say("1 file changed\n") : Say("{} files changed\n", changed));
   for (const ScenarioOutcome& outcome : outcomes) {
-    if (!outcome.failure.empty()) PrintAside("FAILED " + outcome.failure);
+    if (!outcome.failure.empty()) PrintAside(Translated("FAILED") + " " + outcome.failure);
   }
+}
+
+std::string ScenarioRun::SummaryText(size_t files, size_t failed) const {
+  if (failed > 0) {
+    return options_.compare ? Say("{} of {} scenarios differ", failed, files)
+                            : Say("{} of {} scenarios failed", failed, files);
+  }
+  if (options_.compare) {
+    return files == 1 ? Say("1 scenario compared without a difference")
+                      : Say("{} scenarios compared without a difference", files);
+  }
+  return files == 1 ? Say("1 scenario passed") : Say("{} scenarios passed", files);
 }
 
 void ScenarioRun::PrintSummary(const std::vector<ScenarioOutcome>& outcomes, size_t failed) const {
   const size_t files = outcomes.size();
-  if (failed == 0) {
-    Print(fmt::format("{} scenario{} {}\n", files, files == 1 ? "" : "s",
-                      options_.compare ? "compared without a difference" : "passed"));
-  } else {
-    Print(fmt::format("{} of {} scenarios {}\n", failed, files,
-                      options_.compare ? "differ" : "failed"));
-  }
+  Print(SummaryText(files, failed) + "\n");
   for (const ScenarioOutcome& outcome : outcomes) {
-    for (const std::string& line : outcome.skipped) Print(fmt::format("skipped: {}\n", line));
+    for (const std::string& line : outcome.skipped) Print(Say("skipped: {}\n", line));
   }
   for (const KnownDifference& known : known_) {
     if (!known.met) {
-      Print(
-          fmt::format("known, but did not occur: {}, line {}\n", options_.known_file, known.line));
+      Print(Say("known, but did not occur: {}, line {}\n", options_.known_file, known.line));
     }
   }
 }
@@ -277,8 +284,8 @@ Exit ScenarioRun::All() {
   if (!options_.filter.empty()) {
     std::erase_if(files, [&](const std::string& file) { return !IsWanted(file); });
     if (files.empty()) {
-      throw CommandError("--filter: no scenario has \"" + options_.filter +
-                         "\" in its path or name");
+      throw CommandError(
+          Say("--filter: no scenario has \"{}\" in its path or name", options_.filter));
     }
   }
   if (options_.list) {

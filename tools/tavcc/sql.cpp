@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "foundation/utf8.h"
+#include "language/language.h"
 #include "tavcc/command.h"
 #include "tavcc/database.h"
 #include "tavcc/output.h"
@@ -27,7 +28,7 @@ ScriptVariables VariablesOf(const SqlOptions& options) {
     const size_t equals = std::min(word.find('='), word.size());
     const std::string name = word.substr(0, equals);
     if (equals == word.size() || !ScriptVariables::IsName(name)) {
-      throw CommandError("-v " + word + ": must have the form NAME=VALUE");
+      throw CommandError(Say("-v {}: must have the form NAME=VALUE", word));
     }
     variables.Set(name, word.substr(equals + 1));
   }
@@ -75,7 +76,8 @@ class ScriptRun {
 };
 
 std::string ReadStandardInput() {
-  return DecodeScript(std::string(std::istreambuf_iterator<char>(std::cin), {}), "standard input");
+  return DecodeScript(std::string(std::istreambuf_iterator<char>(std::cin), {}),
+                      Translated("standard input"));
 }
 
 void RunAll(ScriptRun& run, const SqlOptions& options) {
@@ -94,7 +96,7 @@ void RunAll(ScriptRun& run, const SqlOptions& options) {
 }  // namespace
 
 Exit SqlCommand(const CommonOptions& common, const SqlOptions& options) {
-  if (!IsUtf8(options.batch)) throw CommandError("the batch is not UTF-8");
+  if (!IsUtf8(options.batch)) throw CommandError(Say("the batch is not UTF-8"));
   BatchRunner runner(OpenSession(common), RunnerOptionsOf(common, options));
   const bool asked = !options.batch.empty() || !options.files.empty();
   if (!asked && IsTerminal(Stream::kInput)) {

@@ -9,6 +9,7 @@
 #include "foundation/conversions.h"
 #include "foundation/text.h"
 #include "host/schema.h"
+#include "language/language.h"
 #include "scenario/embedded_roads.h"
 #include "scenario/runner.h"
 #include "scenario/values.h"
@@ -253,7 +254,7 @@ bool StateBuilder::NeedsClock(Json scenario) const {
 Json StateBuilder::Build() {
   const Trial whole = Try(rows_);
   if (!whole.failures.empty()) {
-    throw JsonError("the rows that were read do not tell the whole case: " + whole.failures);
+    throw JsonError(Say("the rows that were read do not tell the whole case: {}", whole.failures));
   }
   LeaveOutRows(whole);
   Json scenario = ScenarioWith(rows_);
@@ -267,7 +268,7 @@ Json StateScenario(const Recording& recording, const std::vector<TouchedTable>& 
   try {
     return StateBuilder(recording, tables).Build();
   } catch (const AutomationError& error) {
-    throw JsonError("the rows that were read make no start state: " + error.description());
+    throw JsonError(Say("the rows that were read make no start state: {}", error.description()));
   }
 }
 

@@ -9,6 +9,7 @@
 #include "foundation/conversions.h"
 #include "foundation/text.h"
 #include "host/schema.h"
+#include "language/language.h"
 #include "tavcc/bills.h"
 #include "tavcc/command.h"
 
@@ -200,7 +201,7 @@ void TouchedRows::ReadMore(Reading& reading) {
     if (!WasRead(reading, row)) table.rows.push_back(std::move(row));
   }
   if (table.rows.size() > static_cast<size_t>(kMostRowsRead)) {
-    throw CommandError(fmt::format(
+    throw CommandError(Say(
         "--record-state: more than {} rows of {} may matter to the case; --record has no such limit",
         kMostRowsRead, table.name));
   }

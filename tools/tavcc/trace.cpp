@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "host/trace_lines.h"
+#include "language/language.h"
 #include "scenario/runner.h"
 #include "tavcc/output.h"
 #include "tavcc/table.h"
@@ -30,9 +31,9 @@ std::string Indented(std::string text) {
 std::string OutcomeText(const LoggedStatement& statement) {
   if (statement.error) return ErrorText(*statement.error);
   if (statement.rows >= 0) {
-    return fmt::format("{} row{}", statement.rows, statement.rows == 1 ? "" : "s");
+    return statement.rows == 1 ? Say("1 row") : Say("{} rows", statement.rows);
   }
-  return "done";
+  return Translated("done");
 }
 
 // Shows rows below their statement, or says whose they are where another one was sent meanwhile.
@@ -48,8 +49,8 @@ StatementObserver OnStandardError(int rows) {
                 if (statement.seen->count == 0) return;
                 std::string text;
                 if (statement.seen != *last) {
-                  text = fmt::format("{}rows of {}\n", kLineIndent,
-                                     Indented(ShowStatement(statement)));
+                  text = kLineIndent;
+                  text += Say("rows of {}\n", Indented(ShowStatement(statement)));
                 }
                 PrintAside(text + SentRowsText(statement, rows));
               },
@@ -76,7 +77,7 @@ std::string SentText(const LoggedStatement& statement) {
   std::string text = fmt::format("> {}\n{}{}, {:.3f} ms", Indented(ShowStatement(statement)),
                                  kLineIndent, OutcomeText(statement), statement.milliseconds);
   if (const std::string from = PlaceText(statement.from); !from.empty()) text += ", " + from;
-  if (!statement.gate.empty()) text += fmt::format(", gate \"{}\"", statement.gate);
+  if (!statement.gate.empty()) text += Say(", gate \"{}\"", Translated(statement.gate));
   for (const ProcedureParameter& output : statement.outputs) {
     text += fmt::format("\n{}{} = {}", kRowIndent, output.name, ValueText(output.value));
   }
@@ -102,9 +103,9 @@ std::string SeenRowsText(const SeenRows& seen, int in_all, int most, std::string
     text = table.ToText(indent);
   }
   const int more = seen.count - shown;
-  if (more > 0) text += fmt::format("{}… and {} more\n", indent, more);
+  if (more > 0) text += Say("{}… and {} more\n", indent, more);
   if (in_all > seen.count) {
-    text += fmt::format("{}({} of {} rows were looked at)\n", indent, seen.count, in_all);
+    text += Say("{}({} of {} rows were looked at)\n", indent, seen.count, in_all);
   }
   return text;
 }

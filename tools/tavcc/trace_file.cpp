@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "host/reference_host.h"
+#include "language/language.h"
 #include "scenario/values.h"
 #include "tavcc/command.h"
 
@@ -27,7 +28,7 @@ class Reader {
       Take(std::string_view(text).substr(at, end - at), end == text.size());
       at = end + 1;
     }
-    if (line_ == 0) throw CommandError(file_ + ": is empty, no trace of a call");
+    if (line_ == 0) throw CommandError(Say("{}: is empty, no trace of a call", file_));
     return std::move(trace_);
   }
 
@@ -38,15 +39,15 @@ class Reader {
       Sort(ParseJson(text));
     } catch (const JsonError& error) {
       if (unended && line_ > 1) return;
-      throw CommandError(
-          fmt::format("{}, line {}: {}; a trace is what the automation server writes", file_, line_,
-                      error.what()));
+      throw CommandError(Say("{}, line {}: {}; a trace is what the automation server writes", file_,
+                             line_, error.what()));
     }
   }
 
   void Sort(const Json& line) {
     const std::string kind = line.items().empty() ? "" : line.items().front().key;
-    if ((line_ == 1) != (kind == "call")) throw JsonError("is not the first line of a trace");
+    if ((line_ == 1) != (kind == "call"))
+      throw JsonError(Translated("is not the first line of a trace"));
     if (kind == "call") {
       TakeBegin(line);
     } else if (kind == "ladder") {
@@ -68,12 +69,12 @@ class Reader {
     } else if (kind == "errors_of") {
       AddErrors(line);
     } else {
-      throw JsonError("is of no kind that a trace has");
+      throw JsonError(Translated("is of no kind that a trace has"));
     }
   }
 
   static void RequireArguments(const Json& line) {
-    if (!line["arguments"].is_object()) throw JsonError("its arguments are no object");
+    if (!line["arguments"].is_object()) throw JsonError(Translated("its arguments are no object"));
   }
 
   // Without the forms that tell apart what a reader takes for the same: 7 for {"integer":7}.

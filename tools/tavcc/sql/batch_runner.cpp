@@ -7,6 +7,7 @@
 
 #include "foundation/error.h"
 #include "host/erp.h"
+#include "language/language.h"
 #include "tavcc/command.h"
 #include "tavcc/output.h"
 #include "tavcc/platform/interrupts.h"
@@ -53,9 +54,9 @@ BatchRunner::Outcome BatchRunner::Run(const Batch& batch) {
     const InterruptWatch interrupts([this] { session_->Interrupt(); });
     whole = session_->RunBatch(text, watched);
   } catch (const CommandError& error) {
-    throw CommandError(std::string(error.what()) +
-                       "; the batch ended there: what it did before is kept, but for an open "
-                       "transaction");
+    throw CommandError(
+        Say("{}; the batch ended there: what it did before is kept, but for an open transaction",
+            error.what()));
   }
   const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - start;
   if (options_.trace.sent) {
@@ -74,7 +75,7 @@ BatchRunner::Outcome BatchRunner::Run(const Batch& batch) {
 
 void BatchRunner::RollBack() {
   if (session_->State() == Connection::kStateOpen) session_->Execute(kRollback);
-  outlet_->WriteAside("Interrupted: what the batch had not committed is rolled back.\n");
+  outlet_->WriteAside(Say("Interrupted: what the batch had not committed is rolled back.\n"));
 }
 
 void BatchRunner::Finish() {

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "language/language.h"
 #include "tavcc/output.h"
 #include "tavcc/sql/error_report.h"
 
@@ -35,7 +36,7 @@ class TextWriter : public BatchWriter {
     outlet_.Flush();
   }
   void RowCount(int64_t rows) override {
-    outlet_.Write(fmt::format("({} row{} affected)\n", rows, rows == 1 ? "" : "s"));
+    outlet_.Write(rows == 1 ? Say("(1 row affected)\n") : Say("({} rows affected)\n", rows));
     outlet_.Flush();
   }
   void Message(const BatchMessage& message) override {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "foundation/text.h"
+#include "language/language.h"
 #include "scenario/json.h"
 #include "scenario/scenario.h"
 #include "tavcc/command.h"
@@ -101,7 +102,7 @@ bool Script::Read(std::string_view line, const ScriptPlace& place) {
   if (line.ends_with('\r')) line.remove_suffix(1);
   if (lines_.IsOutside()) {
     if (const auto times = sql::BatchEnd(line)) {
-      if (*times == 0) Fail(place, "GO takes a count from 1, or nothing");
+      if (*times == 0) Fail(place, Translated("GO takes a count from 1, or nothing"));
       return RunTimes(*times);
     }
     if (IsCommand(line)) return Command(sql::WithoutBlanks(line), place);
@@ -160,16 +161,16 @@ bool Script::Command(std::string_view line, const ScriptPlace& place) {
   }
   const std::string name = LowerCase(word);
   if (std::ranges::find(kForeign, name) != std::end(kForeign)) {
-    Fail(place, fmt::format("{} is a command of sqlcmd that tavcc does not have", name));
+    Fail(place, Say("{} is a command of sqlcmd that tavcc does not have", name));
   }
-  Fail(place, fmt::format("there is no command \"{}\"{}", word, DidYouMean(name, kCommands)));
+  Fail(place, Say("there is no command \"{}\"{}", word, DidYouMean(name, kCommands)));
 }
 
 bool Script::ReadFile(std::string_view rest, const ScriptPlace& place) {
   const std::string path = Unquoted(rest);
-  if (path.empty()) Fail(place, ":r needs the name of a file");
+  if (path.empty()) Fail(place, Translated(":r needs the name of a file"));
   if (depth_ == kDeepest) {
-    Fail(place, fmt::format("files read one another more than {} deep", kDeepest));
+    Fail(place, Say("files read one another more than {} deep", kDeepest));
   }
   std::string text;
   try {
@@ -187,15 +188,16 @@ void Script::SetVariable(std::string_view rest, const ScriptPlace& place) {
   const auto [word, value] = SplitWord(rest);
   const std::string name(word);
   if (!ScriptVariables::IsName(name)) {
-    Fail(place, fmt::format("\"{}\" is no name for a variable", name));
+    Fail(place, Say("\"{}\" is no name for a variable", name));
   }
   if (value.empty()) return variables_.Remove(name);
   const bool quoted = value.starts_with('"');
   if (quoted && (value.size() < 2 || !value.ends_with('"'))) {
-    Fail(place, "the quotation mark of the value is not closed");
+    Fail(place, Translated("the quotation mark of the value is not closed"));
   }
   if (!quoted && value.find_first_of(sql::kBlanks) != std::string_view::npos) {
-    Fail(place, "a value with blanks stands in quotation marks: :setvar name \"a value\"");
+    Fail(place,
+         Translated("a value with blanks stands in quotation marks: :setvar name \"a value\""));
   }
   variables_.Set(name, Unquoted(value));
 }
@@ -204,7 +206,7 @@ void Script::SetOnError(std::string_view rest, const ScriptPlace& place) {
   const auto [error, what] = SplitWord(rest);
   const bool ignore = EqualsIgnoringCase(what, "ignore");
   if (!EqualsIgnoringCase(error, "error") || !(ignore || EqualsIgnoringCase(what, "exit"))) {
-    Fail(place, "it is :on error exit, or :on error ignore");
+    Fail(place, Translated("it is :on error exit, or :on error ignore"));
   }
   events_.on_error(ignore);
 }
@@ -215,12 +217,11 @@ std::string Script::Replaced(std::string_view line, const std::vector<size_t>& v
   size_t done = 0;
   for (const size_t at : variables) {
     const size_t end = line.find(')', at);
-    if (end == std::string_view::npos) Fail(place, "\"$(\" without its \")\"");
+    if (end == std::string_view::npos) Fail(place, Translated("\"$(\" without its \")\""));
     const std::string name(line.substr(at + 2, end - at - 2));
     const auto value = variables_.Find(name);
     if (!value) {
-      Fail(place,
-           fmt::format("the variable {0} is not set; give -v {0}=VALUE, or write :setvar", name));
+      Fail(place, Say("the variable {0} is not set; give -v {0}=VALUE, or write :setvar", name));
     }
     out += line.substr(done, at - done);
     out += *value;

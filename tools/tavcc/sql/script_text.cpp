@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "foundation/utf8.h"
+#include "language/language.h"
 #include "scenario/json.h"
 #include "tavcc/command.h"
 #include "tavcc/platform/encoding.h"
@@ -25,14 +26,14 @@ constexpr Mark kMarks[] = {
 
 [[noreturn]] void Refuse(std::string_view source, std::string_view before, std::string_view what) {
   const auto line = std::ranges::count(before, '\n') + 1;
-  throw CommandError(fmt::format("{}: line {} {}", source, line, what));
+  throw CommandError(Say("{}: line {} {}", source, line, what));
 }
 
 std::string Convert(std::string_view bytes, const char* encoding, std::string_view source,
                     std::string_view what) {
   auto converted = ConvertToUtf8(bytes, encoding);
   if (!converted) {
-    throw CommandError(fmt::format("{}: this system cannot read {}", source, encoding));
+    throw CommandError(Say("{}: this system cannot read {}", source, encoding));
   }
   if (converted->read < bytes.size()) Refuse(source, converted->text, what);
   return std::move(converted->text);
@@ -45,14 +46,15 @@ std::string DecodeScript(std::string bytes, std::string_view source) {
     if (!bytes.starts_with(mark.bytes)) continue;
     bytes.erase(0, mark.bytes.size());
     if (mark.encoding == nullptr) break;
-    return Convert(bytes, mark.encoding, source, "is no UTF-16, although the file begins as such");
+    return Convert(bytes, mark.encoding, source,
+                   Translated("is no UTF-16, although the file begins as such"));
   }
   if (const size_t zero = bytes.find('\0'); zero != std::string::npos) {
     Refuse(source, std::string_view(bytes).substr(0, zero),
-           "holds a zero character (UTF-16 is known by its byte order mark)");
+           Translated("holds a zero character (UTF-16 is known by its byte order mark)"));
   }
   if (IsUtf8(bytes)) return bytes;
-  return Convert(bytes, "GB18030", source, "is neither UTF-8 nor GB18030");
+  return Convert(bytes, "GB18030", source, Translated("is neither UTF-8 nor GB18030"));
 }
 
 std::string ReadScript(const std::string& path) {

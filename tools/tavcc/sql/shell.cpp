@@ -11,6 +11,7 @@
 #include "embedded/syntax/scanner.h"
 #include "foundation/error.h"
 #include "foundation/text.h"
+#include "language/language.h"
 #include "scenario/json.h"
 #include "scenario/scenario.h"
 #include "tavcc/output.h"
@@ -69,14 +70,17 @@ class Shell {
 
 const std::vector<Shell::Command>& Shell::Commands() {
   static const std::vector<Command> commands = {
-      {".help", "", "This list", &Shell::Help},
-      {".mode", "[MODE]", "How rows are shown: table, box, csv, line or json", &Shell::Mode},
-      {".quit", "", "Leave, as Ctrl-D does", &Shell::Quit},
-      {".read", "FILE", "Run a script", &Shell::ReadScriptFile},
-      {".schema", "NAME", "The statement that makes a table, view or procedure", &Shell::Schema},
-      {".tables", "[PART]", "The tables and views, or those with this in their name",
+      {".help", "", Translatable("This list"), &Shell::Help},
+      {".mode", "[MODE]", Translatable("How rows are shown: table, box, csv, line or json"),
+       &Shell::Mode},
+      {".quit", "", Translatable("Leave, as Ctrl-D does"), &Shell::Quit},
+      {".read", "FILE", Translatable("Run a script"), &Shell::ReadScriptFile},
+      {".schema", "NAME", Translatable("The statement that makes a table, view or procedure"),
+       &Shell::Schema},
+      {".tables", "[PART]", Translatable("The tables and views, or those with this in their name"),
        &Shell::Tables},
-      {".timer", "on|off", "Whether to show how long each batch takes", &Shell::Timer},
+      {".timer", "on|off", Translatable("Whether to show how long each batch takes"),
+       &Shell::Timer},
   };
   return commands;
 }
@@ -88,7 +92,7 @@ std::vector<std::string> Shell::CommandNames() {
 }
 
 Exit Shell::Loop() {
-  Print("A batch ends at a line that ends with \";\", or at GO. .help lists the commands.\n");
+  Print(Say("A batch ends at a line that ends with \";\", or at GO. .help lists the commands.\n"));
   for (;;) {
     const std::string prompt = fmt::format("{}> ", script_.pending().lines.size() + 1);
     std::string line;
@@ -139,8 +143,7 @@ bool Shell::RunCommand(const std::string& line) {
   const auto found = std::ranges::find_if(
       Commands(), [&](const Command& command) { return EqualsIgnoringCase(command.name, name); });
   if (found == Commands().end()) {
-    throw CommandError(
-        fmt::format("there is no command \"{}\"{}", name, DidYouMean(name, CommandNames())));
+    throw CommandError(Say("there is no command \"{}\"{}", name, DidYouMean(name, CommandNames())));
   }
   return (this->*found->run)(argument);
 }
@@ -148,14 +151,13 @@ bool Shell::RunCommand(const std::string& line) {
 bool Shell::Help(const std::string&) {
   std::string text;
   for (const Command& command : Commands()) {
-    text += fmt::format("{:<9}{:<8}{}\n", command.name, command.argument, command.what);
+    text += fmt::format("{:<9}{:<8}{}\n", command.name, command.argument, Translated(command.what));
   }
-  Print(text +
-        "GO [N]           Run the batch, or run it N times\n"
-        ":r FILE          Read lines from a file, as if they were typed\n"
-        ":setvar N VALUE  Set $(N); without a value it is removed\n"
-        ":reset           Forget the batch, as Ctrl-C does\n"
-        "Tab completes words, tables and columns; Ctrl-C ends a batch that runs.\n");
+  Print(text + Say("GO [N]           Run the batch, or run it N times\n"
+                   ":r FILE          Read lines from a file, as if they were typed\n"
+                   ":setvar N VALUE  Set $(N); without a value it is removed\n"
+                   ":reset           Forget the batch, as Ctrl-C does\n"
+                   "Tab completes words, tables and columns; Ctrl-C ends a batch that runs.\n"));
   return true;
 }
 
@@ -166,14 +168,14 @@ bool Shell::Mode(const std::string& mode) {
   }
   const auto found = std::ranges::find(names, mode);
   if (found == names.end()) {
-    throw CommandError(fmt::format("there is no mode \"{}\"{}", mode, DidYouMean(mode, names)));
+    throw CommandError(Say("there is no mode \"{}\"{}", mode, DidYouMean(mode, names)));
   }
   runner_.options().mode = static_cast<OutputMode>(found - names.begin());
   return true;
 }
 
 bool Shell::ReadScriptFile(const std::string& file) {
-  if (file.empty()) throw CommandError(".read needs the name of a file");
+  if (file.empty()) throw CommandError(Say(".read needs the name of a file"));
   Script script(variables_, {[this](const Batch& batch) {
                                return Run(batch) == BatchRunner::Outcome::kDone && !IsLost();
                              },
@@ -183,30 +185,31 @@ bool Shell::ReadScriptFile(const std::string& file) {
 }
 
 bool Shell::Schema(const std::string& name) {
-  if (name.empty()) throw CommandError(".schema needs the name of a table, view or procedure");
+  if (name.empty()) throw CommandError(Say(".schema needs the name of a table, view or procedure"));
   const std::string definition = runner_.session().Definition(name);
   if (definition.empty()) {
     std::vector<std::string> names;
     for (const SchemaObject& object : runner_.session().Objects()) names.push_back(object.name);
-    throw CommandError(fmt::format("there is no \"{}\"{}", name, DidYouMean(name, names)));
+    throw CommandError(Say("there is no \"{}\"{}", name, DidYouMean(name, names)));
   }
   return Print(definition + "\n"), true;
 }
 
 bool Shell::Tables(const std::string& part) {
-  Table table({"name", "kind"});
+  Table table({Translated("name"), Translated("kind")});
   bool any = false;
   for (const SchemaObject& object : runner_.session().Objects()) {
     if (object.kind == SchemaObject::Kind::kProcedure) continue;
     if (LowerCase(object.name).find(LowerCase(part)) == std::string::npos) continue;
-    table.Add({object.name, object.kind == SchemaObject::Kind::kView ? "view" : "table"});
+    table.Add({object.name, object.kind == SchemaObject::Kind::kView ? Translated("view")
+                                                                     : Translated("table")});
     any = true;
   }
-  return Print(any ? table.ToText() : "There is none.\n"), true;
+  return Print(any ? table.ToText() : Say("There is none.\n")), true;
 }
 
 bool Shell::Timer(const std::string& on) {
-  if (on != "on" && on != "off") throw CommandError("it is .timer on, or .timer off");
+  if (on != "on" && on != "off") throw CommandError(Say("it is .timer on, or .timer off"));
   runner_.options().timer = on == "on";
   return true;
 }
