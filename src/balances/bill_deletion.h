@@ -16,8 +16,9 @@ namespace tavcc {
 // null counting as 0. Errors: the connection's.
 Verdict CheckBeforeDelete(Connection& connection, std::string_view head_table, int32_t bill_id);
 
-// The same as a public method: true leaves the message untouched, false puts the refusal or the
-// description of an error there. Raises nothing.
+// May this bill be deleted? As CheckBeforeDelete answers: it is there, not audited and without a
+// voucher. True leaves the message untouched, false puts the refusal or the description of an error
+// there. Raises nothing.
 bool VerifyDataBeforeDelete(PlugIn& self, int32_t lngFID, Connection& cn, std::string& strReturnMsg,
                             std::string_view HeadTableName);
 

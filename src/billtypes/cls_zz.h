@@ -22,6 +22,7 @@ bool UnAuditBill(PlugIn& self, int32_t lngFID, std::string_view sDsn, std::strin
 // Ties the object to the database of `sDsn` first: the maker is held against its current user.
 bool VerifyDataBeforeAudit(PlugIn& self, Dictionary& oDict, std::string_view sDsn,
                            std::string& strReturnMsg);
+
 bool VerifyDataBeforeDelete(PlugIn& self, int32_t lngFID, Connection& cn,
                             std::string& strReturnMsg);
 bool VerifyDataBeforeUnAudit(PlugIn& self, int32_t lngFID, std::string_view sDsn,

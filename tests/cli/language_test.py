@@ -1,5 +1,5 @@
-"""The languages of tavcc's own words: every English text has a Chinese one that takes the same values,
-and the program says them as --lang and the environment ask."""
+"""The languages of tavcc's own words: every English text has a Chinese one that takes the same
+values, and the program says them as --lang and the environment ask."""
 
 import glob
 import json

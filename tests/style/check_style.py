@@ -301,19 +301,46 @@ def is_linked(path, documents):
     return False
 
 
+def without_code(lines):
+    """(number, line) of what stands outside of fences."""
+    fenced = False
+    for number, line in enumerate(lines, 1):
+        fenced ^= line.startswith("```")
+        if not fenced:
+            yield number, line
+
+
+def anchors(lines):
+    """What a document's headings are called as targets of links; a second one gets a number."""
+    found = {}
+    for _, line in without_code(lines):
+        heading = re.match(r"#+ (.*)", line)
+        if not heading:
+            continue
+        text = re.sub(r"\[([^\]]*)\]\([^)]*\)", r"\1", heading.group(1)).strip().lower()
+        name = re.sub(r"[^\w\- ]", "", text).replace(" ", "-")
+        times = found[name] = found.get(name, -1) + 1
+        if times:
+            found[f"{name}-{times}"] = 0
+    return set(found)
+
+
 def check_links(root, documents, findings):
-    """A relative link leads to a file that exists. What stands between fences is code."""
+    """A relative link leads to a file that exists, and to a heading that is in it. What stands
+    between fences or in backquotes is code."""
+    targets = {path: anchors(lines) for path, lines in documents.items()}
     for path, lines in documents.items():
-        fenced = False
-        for number, line in enumerate(lines, 1):
-            fenced ^= line.startswith("```")
-            if fenced:
-                continue
-            for target in re.findall(r"\]\(([^)#]+)", line):
+        for number, line in without_code(lines):
+            for link in re.findall(r"\]\(([^)]+)\)", re.sub(r"`[^`]*`", "", line)):
+                target, _, heading = link.partition("#")
                 if "://" in target:
                     continue
-                if not os.path.exists(os.path.join(root, os.path.dirname(path), target)):
+                beside = os.path.join(os.path.dirname(path), target)
+                to = os.path.normpath(beside) if target else path
+                if not os.path.exists(os.path.join(root, to)):
                     findings.add(path, number, f"the link leads nowhere: {target}")
+                elif heading and heading not in targets.get(to, ()):
+                    findings.add(path, number, f"{to} has no heading for the link: #{heading}")
 
 
 def main():
