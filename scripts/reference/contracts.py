@@ -80,7 +80,7 @@ class Contracts:
         self.functions = functions()
 
     def header(self, function):
-        return next((header for header in self.headers.values() if function in header.contracts), None)
+        return next(header for header in self.headers.values() if function in header.contracts)
 
     def of(self, function):
         """Its paragraphs, with those of a function to which it refers ("See RunBeforeDel.")."""

@@ -19,7 +19,7 @@ LITERALS = r'(?:"(?:[^"\\]|\\.)*"\s*)+'
 SAID = re.compile(r"\b(?:Say|Translated|Translatable)\(\s*(" + LITERALS + r")[,)]")
 # What ends a command or is printed is said in the language of the process.
 UNSAID = re.compile(r'\b(?:CommandError|Print|PrintAside)\((?:fmt::format\()?\s*(' + LITERALS + ")")
-CHINESE = re.compile(r"[\u4e00-\u9fff]")
+CHINESE = re.compile(r"[\u3000-\u303f\u4e00-\u9fff\uff00-\uffef]")
 
 
 def sources():
@@ -190,7 +190,7 @@ class Choice(Case):
                 self.assertEqual(self.said("", **english), self.ENGLISH)
 
     def test_a_language_that_is_none(self):
-        for language in ("fr", "zh_CN", ""):
+        for language in ("fr", "EN", "zhuang"):
             answer = speak("", "check", f"--lang={language}")
             self.assertEqual((answer.returncode, answer.stdout), (FAILED, ""))
             self.assertEqual(answer.stderr,
@@ -212,7 +212,8 @@ class Choice(Case):
                 self.assertEqual(answer.stderr, f"tavcc: {text}（见 tavcc --help）\n")
 
     def test_a_call(self):
-        answer = speak("zh", "call", "--db", self.db, "cls_CX.AuditBill", "lngFID=999")
+        answer = speak("zh", "call", "--db", self.db, "cls_CX.AuditBill", "lngFID=999",
+                       "lngUserID=7")
         self.assertEqual((answer.returncode, answer.stderr), (REFUSED, ""))
         self.assertEqual(answer.stdout, "cls_CX.AuditBill 被拒\n  结果            False\n"
                          "  strReturnMsg    该单据不存在，不能审核！\n")
@@ -226,18 +227,20 @@ class Choice(Case):
         shown = speak("zh", "explain", "--db", self.db, "XS260305").stdout
         for line in ("销售单 XS260305（类型 1030002，内码 134）", "审核被拒。", "批量审核的检查项：",
                      "缘由      行 1, 商品 01.005 内胎, 仓库 主仓库, 现存量 200, 需要量 999, 缺少 799",
-                     "处理      降低数量"):
+                     "处理      减少数量，先入库"):
             self.assertIn(line, shown)
-        self.assertNotRegex(shown, "[a-z]{3} [a-z]{3}")
+        # No label, gate or title is left in English; statements and columns are what they are.
+        for line in shown.splitlines():
+            self.assertNotRegex(line, r"^( {2}| {12})?[a-z]")
 
     def test_json_is_the_same_in_all_languages(self):
-        numbers = [row["FBillNo"] for row in self.rows("select FBillNo from T_CC_StockBill")]
+        numbers = [row[0] for row in self.rows("select FBillNo from T_CC_StockBill")]
         for arguments in (["demo"], ["classes"], ["refusals"], ["check", "--db", self.db],
                           ["explain", "--db", self.db, *numbers],
                           ["explain", "--un-audit", "--db", self.db, *numbers],
                           ["audit", "--all", "--dry-run", "--db", self.db],
                           ["sql", "--db", self.db, "select 1 as a"],
-                          ["call", "--db", self.db, "cls_CX.AuditBill", "lngFID=999"]):
+                          ["call", "--db", self.db, "cls_CX.AuditBill", "lngFID=999", "lngUserID=7"]):
             with self.subTest(arguments):
                 english = speak("en", *arguments, "--json")
                 chinese = speak("zh", *arguments, "--json")
