@@ -23,7 +23,7 @@ CHINESE = re.compile(r"[\u3000-\u303f\u4e00-\u9fff\uff00-\uffef]")
 
 
 def sources():
-    for path in sorted(glob.glob(TOOLS + "/tavcc/**/*", recursive=True)):
+    for path in sorted(glob.glob(TOOLS + "/*/**/*", recursive=True)):
         if path.endswith((".h", ".cpp")):
             with open(path, encoding="utf-8") as file:
                 yield os.path.relpath(path, TOOLS), file.read()

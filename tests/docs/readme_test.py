@@ -25,7 +25,7 @@ def commands(text):
         for line in block.splitlines():
             if line.startswith("$ "):
                 typed.append(line[2:])
-            elif re.match(r"(tavcc|\./\w+)\b", line):
+            elif re.match(r"(tavcc |\./\w+)", line):
                 typed.append(re.split(r"  +(?=[^ -\[])", line)[0].rstrip())
     return typed
 

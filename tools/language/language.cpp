@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <vector>
 
@@ -11,13 +10,17 @@
 namespace tavcc {
 namespace {
 
-using Words = std::map<std::string, std::string, std::less<>>;
+using Words = std::map<std::string_view, std::string_view>;
 
 Language language = Language::kEnglish;
 
-// Read when the first of them is said.
-const Words& WordsOf(std::string_view file) {
-  static const Words words = nlohmann::json::parse(file).get<Words>();
+// Looked through when the first of them is said.
+const Words& Chinese() {
+  static const Words words = [] {
+    Words all;
+    for (const Word& word : ChineseWords()) all.emplace(word.english, word.other);
+    return all;
+  }();
   return words;
 }
 
@@ -88,9 +91,8 @@ void ChooseLanguage(std::span<const std::string> arguments) {
 
 std::string Translated(std::string_view english) {
   if (language == Language::kEnglish) return std::string(english);
-  const Words& words = WordsOf(ChineseWords());
-  const auto found = words.find(english);
-  return found == words.end() ? std::string(english) : found->second;
+  const auto found = Chinese().find(english);
+  return std::string(found == Chinese().end() ? english : found->second);
 }
 
 std::string TranslatedLike(std::string_view english, std::span<const char* const> patterns) {

@@ -1,11 +1,17 @@
-// The files of words, as they travel inside the program.
+// The words of the other languages, as they travel inside the program.
 #pragma once
 
+#include <span>
 #include <string_view>
 
 namespace tavcc {
 
-// A JSON object from English texts to Chinese ones: zh.json, byte for byte.
-std::string_view ChineseWords();
+struct Word {
+  std::string_view english;
+  std::string_view other;
+};
+
+// Those of zh.json.
+std::span<const Word> ChineseWords();
 
 }  // namespace tavcc

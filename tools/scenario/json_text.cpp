@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "foundation/file_path.h"
+#include "language/language.h"
 
 namespace tavcc {
 namespace {
@@ -206,8 +207,8 @@ std::string ReadTextFile(const std::string& path) {
   // A directory opens, and only reading it fails.
   if (!file || !(file.peek() == std::ifstream::traits_type::eof() || (text << file.rdbuf())) ||
       file.bad()) {
-    throw JsonError("cannot read " + path + ": " +
-                    (errno != 0 ? std::strerror(errno) : "it is no file"));
+    throw JsonError(Say("cannot read {}: {}", path,
+                        errno != 0 ? std::strerror(errno) : Translated("it is no file")));
   }
   return text.str();
 }

@@ -3,6 +3,7 @@
 #include <numeric>
 
 #include "foundation/text.h"
+#include "language/language.h"
 #include "scenario/scenario.h"
 
 namespace tavcc {
@@ -48,14 +49,14 @@ std::string DidYouMean(std::string_view name, const std::vector<std::string>& kn
   if (nearest == known.end()) return "";
   // Half of the letters wrong is no slip of the finger any more.
   const size_t most = std::max(name.size(), nearest->size()) / 2;
-  return Distance(name, *nearest) <= most ? "; did you mean " + *nearest + "?" : "";
+  return Distance(name, *nearest) <= most ? Say("; did you mean {}?", *nearest) : "";
 }
 
 const ClassDescription& FindClassByName(std::string_view name) {
   const ClassDescription* cls = FindClass(name);
   if (cls == nullptr) {
-    throw std::invalid_argument("there is no class \"" + std::string(name) + "\"" +
-                                DidYouMean(name, ClassNames()));
+    throw std::invalid_argument(
+        Say("there is no class \"{}\"{}", name, DidYouMean(name, ClassNames())));
   }
   return *cls;
 }
@@ -63,15 +64,14 @@ const ClassDescription& FindClassByName(std::string_view name) {
 MethodName FindMethodByName(std::string_view dotted) {
   const size_t dot = dotted.find('.');
   if (dot == std::string_view::npos) {
-    throw std::invalid_argument("\"" + std::string(dotted) + "\" must have the form CLASS.METHOD");
+    throw std::invalid_argument(Say("\"{}\" must have the form CLASS.METHOD", dotted));
   }
   const std::string_view method_name = dotted.substr(dot + 1);
   const ClassDescription& cls = FindClassByName(dotted.substr(0, dot));
   const Method* method = FindMethod(cls, method_name);
   if (method == nullptr) {
-    throw std::invalid_argument(std::string(cls.name) + " has no method \"" +
-                                std::string(method_name) + "\"" +
-                                DidYouMean(method_name, MethodNames(cls)));
+    throw std::invalid_argument(Say("{} has no method \"{}\"{}", cls.name, method_name,
+                                    DidYouMean(method_name, MethodNames(cls))));
   }
   return {&cls, method};
 }
