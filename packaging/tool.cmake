@@ -4,11 +4,11 @@ file(MAKE_DIRECTORY ${pages})
 find_program(GZIP gzip REQUIRED)
 add_custom_command(
   OUTPUT ${pages}/tavcc.1.gz ${pages}/tavcc.bash ${pages}/_tavcc ${pages}/tavcc.fish
-  COMMAND tavcc man > ${pages}/tavcc.1
+  COMMAND tavcc man --lang en > ${pages}/tavcc.1
   COMMAND ${GZIP} -9nf ${pages}/tavcc.1
-  COMMAND tavcc completion bash > ${pages}/tavcc.bash
-  COMMAND tavcc completion zsh > ${pages}/_tavcc
-  COMMAND tavcc completion fish > ${pages}/tavcc.fish
+  COMMAND tavcc completion bash --lang en > ${pages}/tavcc.bash
+  COMMAND tavcc completion zsh --lang en > ${pages}/_tavcc
+  COMMAND tavcc completion fish --lang en > ${pages}/tavcc.fish
   DEPENDS tavcc
   VERBATIM)
 add_custom_target(tavcc_pages ALL DEPENDS ${pages}/tavcc.1.gz)
