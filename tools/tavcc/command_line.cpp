@@ -36,7 +36,7 @@ void DescribeHtml(CLI::App& app, std::string& file) {
   app.add_option("--html", file, "Also write a page to look at: one file, for any browser")
       ->type_name("FILE")
       ->check([](const std::string& name) {
-        return name.empty() ? std::string("the name of the file to write is empty") : "";
+        return name.empty() ? Translated("the name of the file to write is empty") : "";
       });
 }
 
