@@ -1,6 +1,6 @@
 // An error of the dialect as the server words it: what every stage of the embedded database throws.
 //
-// One table (error.cpp) is the contract: number, severity, state, wording, and what the error does
+// One table (errors.def) is the contract: number, severity, state, wording, and what the error does
 // to the batch and the transaction.
 #pragma once
 
@@ -29,19 +29,23 @@ enum class AfterError : uint8_t {
   kEndTransaction,  // as kEndBatch, and the open transaction is rolled back
 };
 
+namespace errors {
+// The numbers by name: kInvalidObjectName is 208. errors::kNotSupported is a construct that the
+// embedded database does not know.
+enum Number : int {
+#define TAVCC_SQL_ERROR(number, name, severity, state, text, after) name = number,
+#include "embedded/errors.def"
+#undef TAVCC_SQL_ERROR
+};
+}  // namespace errors
+
 struct ErrorDefinition {
   int number;
   int severity;
   int state;
-  // As in sys.messages: "%.*ls", "%ls", "%s", "%d" and "%ld" stand for the arguments in their
-  // order.
-  std::string_view text;
+  std::string_view text;  // with marks for the arguments
   AfterError after;
 };
-
-// The number of a construct that the embedded database does not know: "Not supported by the
-// embedded database: X."
-inline constexpr int kNotSupported = 50001;
 
 // The number for a store that itself fails, in a way for which the server has no error.
 inline constexpr int kStoreFailure = 50002;
@@ -72,7 +76,7 @@ class ErrorArgument {
 // number must be in the table.
 SqlError MakeError(int number, std::initializer_list<ErrorArgument> arguments = {});
 
-// As MakeError, thrown: Raise(208, name).
+// As MakeError, thrown: Raise(errors::kInvalidObjectName, name).
 template <class... Arguments>
 [[noreturn]] void Raise(int number, const Arguments&... arguments) {
   throw MakeError(number, {ErrorArgument(arguments)...});

@@ -51,11 +51,12 @@ Members FindMembers(const CommonTable& table) {
   while (CountReferences(*members.anchor, table.name) > 0) {
     const Query& query = *members.anchor;
     if (query.block || query.set_operator != Query::SetOperator::kUnionAll) {
-      Raise(members.recursive.empty() ? 252 : 246, table.name);
+      Raise(members.recursive.empty() ? errors::kRecursionWithoutUnionAll : errors::kNoAnchorMember,
+            table.name);
     }
     const int references = CountReferences(*query.right, table.name);
-    if (references == 0) Raise(247, table.name);
-    if (references > 1) Raise(253, table.name);
+    if (references == 0) Raise(errors::kAnchorAmongRecursive, table.name);
+    if (references > 1) Raise(errors::kSeveralRecursiveReferences, table.name);
     members.recursive.insert(members.recursive.begin(), query.right.get());
     members.anchor = query.left.get();
   }
@@ -71,14 +72,14 @@ bool HasOuterJoin(const TableSource& source) {
 
 // What a recursive member may not have. Errors: 460, 461, 462, 466, 467.
 void CheckMember(const Query& member, const std::string& name) {
-  if (!member.block) Raise(466, name);
+  if (!member.block) Raise(errors::kRecursiveUnion, name);
   const SelectBlock& block = *member.block;
-  if (block.distinct) Raise(460, name);
-  if (block.top) Raise(461, name);
+  if (block.distinct) Raise(errors::kRecursiveDistinct, name);
+  if (block.top) Raise(errors::kRecursiveTop, name);
   if (std::ranges::any_of(block.from, [](const auto& source) { return HasOuterJoin(*source); })) {
-    Raise(462, name);
+    Raise(errors::kRecursiveOuterJoin, name);
   }
-  if (!block.group_by.empty() || block.having) Raise(467, name);
+  if (!block.group_by.empty() || block.having) Raise(errors::kRecursiveAggregate, name);
 }
 
 }  // namespace
@@ -87,7 +88,8 @@ void Binder::EnterWith(const WithClause& with) {
   common_tables_ = {&with, with.tables.size()};
   for (size_t i = 0; i < with.tables.size(); ++i) {
     for (size_t j = 0; j < i; ++j) {
-      if (SameName(with.tables[i].name, with.tables[j].name)) Raise(239, with.tables[i].name);
+      if (SameName(with.tables[i].name, with.tables[j].name))
+        Raise(errors::kDuplicateCommonTable, with.tables[i].name);
     }
   }
 }
@@ -105,7 +107,7 @@ const CommonTable* Binder::FindCommonTable(const ObjectName& name) const {
 }
 
 BoundFromPtr Binder::BindCommonTable(const CommonTable& table, const std::string& alias) {
-  if (++bound_ > kMostExpressions) Raise(8632);
+  if (++bound_ > kMostExpressions) Raise(errors::kTooComplex);
   common_table_used_ = true;
   if (recursion_ != nullptr && recursion_->table == &table) {
     return BindRecursiveReference(table, alias);
@@ -129,7 +131,7 @@ BoundFromPtr Binder::BindCommonTable(const CommonTable& table, const std::string
 BoundQueryPtr Binder::BindRecursive(const CommonTable& table) {
   const Members members = FindMembers(table);
   if (members.recursive.empty()) return BindInner(*table.query, nullptr);
-  if (!table.query->order_by.empty()) Raise(1033);
+  if (!table.query->order_by.empty()) Raise(errors::kOrderByInSubquery);
   auto query = std::make_unique<BoundQuery>();
   query->set_operator = Query::SetOperator::kUnionAll;
   query->left = BindQuery(*members.anchor, nullptr);
@@ -165,18 +167,18 @@ BoundQueryPtr Binder::BindRecursiveMember(const CommonTable& table, const Query&
                                           const std::vector<SourceColumn>& columns) {
   CheckMember(member, table.name);
   BoundQueryPtr bound = BindQuery(member, nullptr);
-  if (bound->select->grouped) Raise(467, table.name);
-  if (bound->columns.size() != columns.size()) Raise(205);
+  if (bound->select->grouped) Raise(errors::kRecursiveAggregate, table.name);
+  if (bound->columns.size() != columns.size()) Raise(errors::kUnionOfUnequalWidths);
   for (size_t i = 0; i < columns.size(); ++i) {
     if (bound->columns[i].type != columns[i].type) {
-      Raise(240, recursion_->columns[i].name, table.name);
+      Raise(errors::kRecursiveTypesDiffer, recursion_->columns[i].name, table.name);
     }
   }
   return bound;
 }
 
 BoundFromPtr Binder::BindRecursiveReference(const CommonTable& table, const std::string& alias) {
-  if (recursion_->id == 0 || recursion_->depth > 1) Raise(465);
+  if (recursion_->id == 0 || recursion_->depth > 1) Raise(errors::kRecursionInSubquery);
   auto source = std::make_unique<BoundSource>();
   source->recursion = recursion_->id;
   source->columns = recursion_->columns;

@@ -122,7 +122,7 @@ BoundConditionPtr Binder::BindInList(const InListCondition& in, const Scope& sco
 BoundConditionPtr Binder::BindInQuery(const InQueryCondition& in, const Scope& scope) {
   auto operand = Bind(*in.operand, scope);
   auto query = BindInner(*in.query, &scope);
-  if (query->columns.size() != 1) Raise(116);
+  if (query->columns.size() != 1) Raise(errors::kSubqueryWithSeveralColumns);
   const SqlType type = query->columns[0].type;
   const SqlType common = CommonType(operand->type, type);
   const auto same = [&](const SqlType& other) {

@@ -99,7 +99,7 @@ BoundExpressionPtr Binder::BindValue(const Expression& expression,
 }
 
 BoundExpressionPtr Binder::Bind(const Expression& expression, const Scope& scope) {
-  if (++bound_ > kMostExpressions) Raise(8632);
+  if (++bound_ > kMostExpressions) Raise(errors::kTooComplex);
   switch (expression.kind) {
     case Expression::Kind::kLiteral:
       return BindLiteral(static_cast<const LiteralExpression&>(expression));
@@ -148,22 +148,22 @@ BoundExpressionPtr Binder::BindColumn(const ColumnExpression& column, const Scop
       prefix_known = true;
       const int here = ColumnOf(*source, name);
       if (here < 0) continue;
-      if (found != nullptr) Raise(209, name);
+      if (found != nullptr) Raise(errors::kAmbiguousColumnName, name);
       found = source;
       index = here;
     }
     if (found != nullptr) return std::make_unique<BoundColumn>(*found, index);
     if (qualified && prefix_known) break;
   }
-  if (qualified && !prefix_known) Raise(4104, WrittenName(column.name));
-  Raise(207, name);
+  if (qualified && !prefix_known) Raise(errors::kUnboundIdentifier, WrittenName(column.name));
+  Raise(errors::kInvalidColumnName, name);
 }
 
 int Binder::FindVariable(std::string_view name) const {
   for (size_t i = 0; i < variables_.size(); ++i) {
     if (SameName(variables_[i].name, name)) return static_cast<int>(i);
   }
-  Raise(137, name);
+  Raise(errors::kUndeclaredVariable, name);
 }
 
 BoundExpressionPtr Binder::BindVariable(const std::string& name) {
@@ -177,7 +177,7 @@ BoundExpressionPtr Binder::BindGlobal(const GlobalVariableExpression& global) {
       return std::make_unique<BoundSessionValue>(rule.value, rule.type);
     }
   }
-  Raise(137, global.name);
+  Raise(errors::kUndeclaredVariable, global.name);
 }
 
 BoundExpressionPtr Binder::BindUnary(const UnaryExpression& unary, const Scope& scope) {
@@ -242,7 +242,7 @@ BoundExpressionPtr Binder::FinishCase(std::vector<BoundCase::When> whens,
     type = CommonType(type, when.result->type);
     nullable = nullable || when.result->nullable;
   }
-  if (type.kind == TypeKind::kNull) Raise(8133);
+  if (type.kind == TypeKind::kNull) Raise(errors::kCaseOfNulls);
   auto bound = std::make_unique<BoundCase>(type);
   bound->nullable = nullable;
   for (auto& when : whens) {
@@ -253,9 +253,9 @@ BoundExpressionPtr Binder::FinishCase(std::vector<BoundCase::When> whens,
 }
 
 BoundExpressionPtr Binder::BindScalarSubquery(const Query& query, const Scope& scope) {
-  if (aggregates_ != nullptr && aggregates_->inside) Raise(130);
+  if (aggregates_ != nullptr && aggregates_->inside) Raise(errors::kAggregateOfAggregateOrSubquery);
   auto bound = BindInner(query, &scope);
-  if (bound->columns.size() != 1) Raise(116);
+  if (bound->columns.size() != 1) Raise(errors::kSubqueryWithSeveralColumns);
   return std::make_unique<BoundSubquery>(std::move(bound));
 }
 

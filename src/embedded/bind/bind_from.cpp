@@ -23,26 +23,27 @@ void MakeNullable(BoundFrom& from) {
 void NameColumns(BoundSource& source, const std::string& what,
                  const std::vector<std::string>& names) {
   if (!names.empty()) {
-    if (names.size() < source.columns.size()) Raise(8158, what);
-    if (names.size() > source.columns.size()) Raise(8159, what);
+    if (names.size() < source.columns.size()) Raise(errors::kMoreColumnsThanNames, what);
+    if (names.size() > source.columns.size()) Raise(errors::kFewerColumnsThanNames, what);
     for (size_t i = 0; i < names.size(); ++i) source.columns[i].name = names[i];
   }
   for (size_t i = 0; i < source.columns.size(); ++i) {
     const std::string& name = source.columns[i].name;
-    if (name.empty()) Raise(8155, static_cast<int64_t>(i) + 1, what);
+    if (name.empty()) Raise(errors::kUnnamedColumn, static_cast<int64_t>(i) + 1, what);
     for (size_t j = 0; j < i; ++j) {
-      if (SameName(source.columns[j].name, name)) Raise(8156, name, what);
+      if (SameName(source.columns[j].name, name)) Raise(errors::kColumnNamedTwice, name, what);
     }
   }
 }
 
 // Two sources of one name, by whether the names were given to them.
 [[noreturn]] void RaiseSameName(const BoundSource& first, const BoundSource& second) {
-  if (first.correlated && second.correlated) Raise(1011, second.alias);
-  if (!first.correlated && !second.correlated) Raise(1013, first.alias, second.alias);
+  if (first.correlated && second.correlated) Raise(errors::kCorrelationNameTwice, second.alias);
+  if (!first.correlated && !second.correlated)
+    Raise(errors::kSameExposedNames, first.alias, second.alias);
   const BoundSource& named = first.correlated ? first : second;
   const BoundSource& bare = first.correlated ? second : first;
-  Raise(1012, named.alias, bare.alias);
+  Raise(errors::kCorrelationNameOfTable, named.alias, bare.alias);
 }
 
 }  // namespace
@@ -51,14 +52,15 @@ void Binder::CheckView(const CreateViewStatement& view) {
   const auto query = BindInner(*view.query, nullptr);
   if (!view.columns.empty()) return;
   for (size_t i = 0; i < query->columns.size(); ++i) {
-    if (query->columns[i].name.empty()) Raise(4511, static_cast<int64_t>(i) + 1);
+    if (query->columns[i].name.empty())
+      Raise(errors::kViewColumnWithoutName, static_cast<int64_t>(i) + 1);
   }
 }
 
 TablePtr Binder::RequireTable(const ObjectName& name, int number) {
   TablePtr table = catalog_.FindTable(name);
   if (!table) {
-    if (name.last().starts_with('@')) Raise(1087, name.last());
+    if (name.last().starts_with('@')) Raise(errors::kUndeclaredTableVariable, name.last());
     Raise(number, WrittenName(name));
   }
   result_.dependencies.push_back(Dependency{name, table, nullptr});
@@ -136,7 +138,7 @@ BoundFromPtr Binder::FinishSource(std::unique_ptr<BoundSource> source, const std
 
 // A view is its text in its place. It sees nothing of the statement: no variables, no outer names.
 BoundFromPtr Binder::BindView(const View& view, const std::string& alias) {
-  if (views_ >= kViewNesting) Raise(217, kViewNesting);
+  if (views_ >= kViewNesting) Raise(errors::kCallsNestedTooDeep, kViewNesting);
   ++views_;
   const auto variables = std::exchange(variables_, {});
   auto* const aggregates = std::exchange(aggregates_, nullptr);
@@ -173,7 +175,7 @@ BoundFromPtr Binder::BindJoin(const JoinedTable& join, const Scope* parent, Scop
   if (join.on) {
     Scope both{parent,
                {visible.sources.begin() + static_cast<ptrdiff_t>(first), visible.sources.end()}};
-    Aggregates none{147, false, false};
+    Aggregates none{errors::kAggregateInWhere, false, false};
     auto* const outer = std::exchange(aggregates_, &none);
     bound->on = Bind(*join.on, both);
     aggregates_ = outer;

@@ -34,9 +34,10 @@ constexpr PartFunction kPartFunctions[] = {
 void RequireCount(const FunctionExpression& function, size_t least, size_t most) {
   const size_t count = function.arguments.size();
   if (count >= least && count <= most) return;
-  if (least == most) Raise(174, FoldName(function.name.last()), static_cast<int64_t>(least));
-  Raise(189, FoldName(function.name.last()), static_cast<int64_t>(least),
-        static_cast<int64_t>(most));
+  if (least == most)
+    Raise(errors::kWrongArgumentCount, FoldName(function.name.last()), static_cast<int64_t>(least));
+  Raise(errors::kArgumentCountOutOfRange, FoldName(function.name.last()),
+        static_cast<int64_t>(least), static_cast<int64_t>(most));
 }
 
 // Text of the same kind without padding, as long as the source may be.
@@ -93,14 +94,14 @@ SqlType ResultType(const FunctionRule& rule, const std::vector<BoundExpressionPt
 BoundExpressionPtr Binder::BindFunction(const FunctionExpression& function, const Scope& scope) {
   const std::string& name = function.name.last();
   if (function.name.parts.size() > 1) {
-    Raise(4121, function.name.parts[0], WrittenName(function.name));
+    Raise(errors::kUnknownUserFunction, function.name.parts[0], WrittenName(function.name));
   }
   if (function.over) return BindWindow(function, scope);
-  if (FindWindowFunction(name) != nullptr) Raise(10753, name);
+  if (FindWindowFunction(name) != nullptr) Raise(errors::kOverRequired, name);
   if (const AggregateName* aggregate = FindAggregate(name)) {
     return BindAggregate(function, aggregate->aggregate, scope);
   }
-  if (function.star || function.distinct) Raise(102, "*");
+  if (function.star || function.distinct) Raise(errors::kSyntaxNear, "*");
   if (const auto* session = FindByName(kSessionFunctions, name)) {
     RequireCount(function, 0, 0);
     return std::make_unique<BoundSessionValue>(session->value, session->type);
@@ -118,18 +119,18 @@ BoundExpressionPtr Binder::BindFunction(const FunctionExpression& function, cons
     return call;
   }
   const FunctionRule* rule = FindFunction(name);
-  if (rule == nullptr) Raise(195, name, "built-in function name");
+  if (rule == nullptr) Raise(errors::kUnknownFunction, name, "built-in function name");
   return BindCall(function, *rule, scope);
 }
 
 BoundExpressionPtr Binder::BindAggregate(const FunctionExpression& function, Aggregate aggregate,
                                          const Scope& scope) {
-  if (aggregates_ == nullptr) Raise(102, function.name.last());
-  if (aggregates_->inside) Raise(130);
+  if (aggregates_ == nullptr) Raise(errors::kSyntaxNear, function.name.last());
+  if (aggregates_->inside) Raise(errors::kAggregateOfAggregateOrSubquery);
   if (aggregates_->refusal != 0) Raise(aggregates_->refusal);
   aggregates_->found = true;
   if (function.star) {
-    if (aggregate != Aggregate::kCount) Raise(102, "*");
+    if (aggregate != Aggregate::kCount) Raise(errors::kSyntaxNear, "*");
     return std::make_unique<BoundAggregate>(aggregate, kIntType);
   }
   RequireCount(function, 1, 1);
@@ -180,7 +181,7 @@ BoundExpressionPtr Binder::BindCoalesce(const FunctionExpression& function, cons
   };
   if (is_null(*otherwise) &&
       std::ranges::all_of(whens, [&](const auto& when) { return is_null(*when.result); })) {
-    Raise(4127);
+    Raise(errors::kCoalesceOfNulls);
   }
   const bool nullable = otherwise->nullable;
   auto bound = FinishCase(std::move(whens), std::move(otherwise));
@@ -192,7 +193,7 @@ BoundExpressionPtr Binder::BindCoalesce(const FunctionExpression& function, cons
 BoundExpressionPtr Binder::BindNullIf(const FunctionExpression& function, const Scope& scope) {
   RequireCount(function, 2, 2);
   auto first = Bind(*function.arguments[0], scope);
-  if (first->type.kind == TypeKind::kNull) Raise(4151);
+  if (first->type.kind == TypeKind::kNull) Raise(errors::kNullIfOfNull);
   std::vector<BoundCase::When> whens;
   whens.push_back(
       {Compare(ComparisonOperator::kEqual, std::move(first), Bind(*function.arguments[1], scope)),
@@ -207,16 +208,16 @@ BoundExpressionPtr Binder::BindArgument(char letter, const Expression& argument,
   switch (letter) {
     case 'c':
       if (!IsText(from.kind) && from.kind != TypeKind::kNull) {
-        Raise(8116, std::string(KindText(from.kind)), static_cast<int64_t>(position) + 1,
-              FoldName(rule.name));
+        Raise(errors::kInvalidArgumentType, std::string(KindText(from.kind)),
+              static_cast<int64_t>(position) + 1, FoldName(rule.name));
       }
       [[fallthrough]];
     case 't':
       if (from.kind == TypeKind::kNull)
         return Convert(std::move(value), TextType(TypeKind::kVarChar, 1));
       if (IsBinary(from.kind)) {
-        Raise(8116, std::string(KindText(from.kind)), static_cast<int64_t>(position) + 1,
-              FoldName(rule.name));
+        Raise(errors::kInvalidArgumentType, std::string(KindText(from.kind)),
+              static_cast<int64_t>(position) + 1, FoldName(rule.name));
       }
       return IsText(from.kind)
                  ? std::move(value)
@@ -230,8 +231,8 @@ BoundExpressionPtr Binder::BindArgument(char letter, const Expression& argument,
                                : ConvertImplicitly(std::move(value), Type(TypeKind::kDateTime));
     case 'n':
       if (IsDate(from.kind) || IsBinary(from.kind)) {
-        Raise(8116, std::string(KindText(from.kind)), static_cast<int64_t>(position) + 1,
-              FoldName(rule.name));
+        Raise(errors::kInvalidArgumentType, std::string(KindText(from.kind)),
+              static_cast<int64_t>(position) + 1, FoldName(rule.name));
       }
       if (IsNumeric(from.kind)) {
         return Convert(std::move(value), NumberResult(from));
@@ -250,7 +251,8 @@ void CheckDatePart(const FunctionRule& rule, const std::vector<BoundExpressionPt
                    int date_part) {
   if (date_part >= static_cast<int>(DatePart::kHour) && rule.name != "DATEDIFF" &&
       arguments.back()->type.kind == TypeKind::kDate) {
-    Raise(9810, DatePartWord(static_cast<DatePart>(date_part)), FoldName(rule.name), "date");
+    Raise(errors::kDatePartNotSupported, DatePartWord(static_cast<DatePart>(date_part)),
+          FoldName(rule.name), "date");
   }
 }
 
@@ -263,7 +265,7 @@ BoundExpressionPtr Binder::BindCall(const FunctionExpression& function, const Fu
   if (letters.starts_with('p')) {
     letters.remove_prefix(1);
     const auto part = ParseDatePart(function.date_part);
-    if (!part) Raise(155, function.date_part, FoldName(rule.name));
+    if (!part) Raise(errors::kUnknownOption, function.date_part, FoldName(rule.name));
     date_part = static_cast<int>(*part);
   }
   const size_t least = std::min(letters.find('|'), letters.size());
@@ -271,8 +273,10 @@ BoundExpressionPtr Binder::BindCall(const FunctionExpression& function, const Fu
   std::erase(all, '|');
   const size_t parts = date_part < 0 ? 0 : 1;
   if (function.arguments.size() < least || function.arguments.size() > all.size()) {
-    if (least == all.size()) Raise(174, FoldName(rule.name), static_cast<int64_t>(least + parts));
-    Raise(189, FoldName(rule.name), static_cast<int64_t>(least), static_cast<int64_t>(all.size()));
+    if (least == all.size())
+      Raise(errors::kWrongArgumentCount, FoldName(rule.name), static_cast<int64_t>(least + parts));
+    Raise(errors::kArgumentCountOutOfRange, FoldName(rule.name), static_cast<int64_t>(least),
+          static_cast<int64_t>(all.size()));
   }
   std::vector<BoundExpressionPtr> arguments;
   bool nullable = !rule.arguments.empty();

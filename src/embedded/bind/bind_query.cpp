@@ -33,7 +33,7 @@ void RequireOwnColumn(const BoundExpression& key, const std::vector<const BoundS
     const auto& column = static_cast<const BoundColumn&>(inner);
     own = own || std::ranges::find(sources, column.source) != sources.end();
   });
-  if (!own) Raise(164);
+  if (!own) Raise(errors::kGroupByWithoutColumn);
 }
 
 bool HasInto(const Query& query) {
@@ -48,7 +48,7 @@ bool OrderAlike(const BoundOrder& a, const BoundOrder& b) {
 
 void AddOrder(std::vector<BoundOrder>& order_by, BoundOrder order) {
   for (const BoundOrder& other : order_by) {
-    if (OrderAlike(other, order)) Raise(169);
+    if (OrderAlike(other, order)) Raise(errors::kOrderColumnTwice);
   }
   order_by.push_back(std::move(order));
 }
@@ -76,13 +76,15 @@ BoundQueryPtr Binder::BindQuery(const Query& query, const Scope* parent) {
   if (recursion_ != nullptr) --recursion_->depth;
   aggregates_ = outer;
   const bool reads = !query.block || !query.block->from.empty();
-  if (!query.with.tables.empty() && !common_table_used_ && !reads) Raise(422);
+  if (!query.with.tables.empty() && !common_table_used_ && !reads)
+    Raise(errors::kCommonTableNotUsed);
   return bound;
 }
 
 // A query whose rows are the input of another: their order means something only with TOP.
 BoundQueryPtr Binder::BindInner(const Query& query, const Scope* parent) {
-  if (!query.order_by.empty() && !(query.block && query.block->top)) Raise(1033);
+  if (!query.order_by.empty() && !(query.block && query.block->top))
+    Raise(errors::kOrderByInSubquery);
   return BindQuery(query, parent);
 }
 
@@ -97,9 +99,9 @@ BoundQueryPtr Binder::BindBlock(const Query& query, const Scope* parent) {
   select.distinct = block.distinct;
   select.top = BindTop(block.top, !query.order_by.empty());
   aggregates_ = &aggregates;
-  aggregates.refusal = 147;
+  aggregates.refusal = errors::kAggregateInWhere;
   if (block.where) select.where = Bind(*block.where, scope);
-  aggregates.refusal = 144;
+  aggregates.refusal = errors::kAggregateInGroupBy;
   for (const auto& key : block.group_by) {
     select.group_by.push_back(Bind(*key, scope));
     RequireOwnColumn(*select.group_by.back(), scope.sources);
@@ -121,12 +123,12 @@ BoundQueryPtr Binder::BindBlock(const Query& query, const Scope* parent) {
 
 BoundTop Binder::BindTop(const std::optional<TopClause>& top, bool ordered) {
   if (!top) return {};
-  if (top->with_ties && !ordered) Raise(1062);
+  if (top->with_ties && !ordered) Raise(errors::kTiesWithoutOrderBy);
   auto count = BindValue(*top->count);
   if (top->percent) {
     count = ConvertImplicitly(std::move(count), Type(TypeKind::kFloat));
   } else {
-    if (!IsInteger(count->type.kind)) Raise(1060);
+    if (!IsInteger(count->type.kind)) Raise(errors::kTopNotInteger);
     count = Convert(std::move(count), Type(TypeKind::kBigInt));
   }
   return {std::move(count), top->percent, top->with_ties};
@@ -152,7 +154,7 @@ void Binder::BindItems(const SelectBlock& block, const Scope& scope, BoundSelect
     }
     select.items.push_back(std::move(bound));
   }
-  if (assignments > 0 && assignments != select.items.size()) Raise(141);
+  if (assignments > 0 && assignments != select.items.size()) Raise(errors::kAssignmentAmongResults);
 }
 
 void Binder::BindStar(const SelectItem& item, const Scope& scope, BoundSelect& select) {
@@ -166,8 +168,8 @@ void Binder::BindStar(const SelectItem& item, const Scope& scope, BoundSelect& s
     }
   }
   if (found) return;
-  if (item.qualifier.parts.empty()) Raise(263);
-  Raise(107, WrittenName(item.qualifier));
+  if (item.qualifier.parts.empty()) Raise(errors::kNoTableToSelectFrom);
+  Raise(errors::kUnknownPrefixOfStar, WrittenName(item.qualifier));
 }
 
 // The item that a whole number in ORDER BY means, from 0; -1 when the expression is no such number.
@@ -175,13 +177,13 @@ int Binder::OrderOrdinal(const Expression& expression, size_t position, size_t i
   if (expression.kind != Expression::Kind::kLiteral) return -1;
   const auto& literal = static_cast<const LiteralExpression&>(expression);
   if (literal.form != LiteralExpression::Form::kInteger)
-    Raise(408, static_cast<int64_t>(position) + 1);
+    Raise(errors::kConstantInOrderBy, static_cast<int64_t>(position) + 1);
   const auto bound = BindLiteral(literal);
   Use(*bound, LiteralDependence::kValue);
   const StoredValue& value = static_cast<const BoundLiteral&>(*bound).value;
   const bool whole = value.kind() == StoredValue::Kind::kInteger;
   if (!whole || value.integer() < 1 || value.integer() > static_cast<int64_t>(items)) {
-    Raise(108, literal.text);
+    Raise(errors::kOrderPositionOutOfRange, literal.text);
   }
   return static_cast<int>(value.integer()) - 1;
 }
@@ -207,7 +209,7 @@ void Binder::BindOrder(const Query& query, const Scope& scope, BoundQuery& bound
           order.item = static_cast<int>(i);
         }
       }
-      if (order.item < 0 && select.distinct) Raise(145);
+      if (order.item < 0 && select.distinct) Raise(errors::kDistinctOrderNotSelected);
     }
     order.type = order.item >= 0 ? select.items[static_cast<size_t>(order.item)].expression->type
                                  : order.expression->type;
@@ -217,14 +219,14 @@ void Binder::BindOrder(const Query& query, const Scope& scope, BoundQuery& bound
 }
 
 BoundQueryPtr Binder::BindSetOperation(const Query& query, const Scope* parent) {
-  if (HasInto(*query.right)) Raise(196);
+  if (HasInto(*query.right)) Raise(errors::kSelectIntoNotFirst);
   auto bound = std::make_unique<BoundQuery>();
   bound->set_operator = query.set_operator;
   bound->left = BindQuery(*query.left, parent);
   bound->right = BindQuery(*query.right, parent);
   const auto& left = bound->left->columns;
   const auto& right = bound->right->columns;
-  if (left.size() != right.size()) Raise(205);
+  if (left.size() != right.size()) Raise(errors::kUnionOfUnequalWidths);
   std::vector<SqlType> types;
   for (size_t i = 0; i < left.size(); ++i) {
     types.push_back(CommonType(left[i].type, right[i].type));
@@ -247,9 +249,9 @@ void Binder::BindSetOrder(const Query& query, BoundQuery& bound) {
       for (size_t i = 0; i < bound.columns.size(); ++i) {
         if (SameName(bound.columns[i].name, name.last())) order.item = static_cast<int>(i);
       }
-      if (order.item < 0) Raise(207, name.last());
+      if (order.item < 0) Raise(errors::kInvalidColumnName, name.last());
     }
-    if (order.item < 0) Raise(104);
+    if (order.item < 0) Raise(errors::kUnionOrderNotSelected);
     order.type = bound.columns[static_cast<size_t>(order.item)].type;
     AddOrder(bound.order_by, std::move(order));
   }
@@ -265,7 +267,7 @@ void Binder::CheckGrouping(const BoundSelect& select, const Scope& scope,
     return std::ranges::any_of(select.group_by,
                                [&](const auto& key) { return AreSame(*key, expression); });
   };
-  int number = 8120;
+  int number = errors::kNotGroupedInSelect;
   const ExpressionVisitor check = [&](const BoundExpression& expression) {
     if (expression.kind == BoundExpression::Kind::kAggregate) return;
     if (expression.kind == BoundExpression::Kind::kColumn) {
@@ -289,9 +291,9 @@ void Binder::CheckGrouping(const BoundSelect& select, const Scope& scope,
     });
   };
   for (const auto& item : select.items) check(*item.expression);
-  number = 8121;
+  number = errors::kNotGroupedInHaving;
   if (select.having) ForEachChild(*select.having, check, [](const BoundQuery&) {});
-  number = 8127;
+  number = errors::kNotGroupedInOrderBy;
   for (const auto& order : order_by) {
     if (order.expression) check(*order.expression);
   }

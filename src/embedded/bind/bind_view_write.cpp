@@ -15,7 +15,11 @@ namespace {
 enum class Refusal : uint8_t { kGrouped, kSeveralTables, kDerivedColumn, kUnion };
 
 [[noreturn]] void Refuse(const BoundSource& target, Refusal refusal) {
-  static constexpr int kNumbers[][2] = {{4403, 4418}, {4405, 4420}, {4406, 4421}, {4426, 4417}};
+  static constexpr int kNumbers[][2] = {
+      {errors::kViewWithAggregates, errors::kDerivedTableWithAggregates},
+      {errors::kViewOfSeveralTables, errors::kDerivedTableOfSeveralTables},
+      {errors::kViewColumnDerived, errors::kDerivedTableColumnDerived},
+      {errors::kViewWithUnion, errors::kDerivedTableWithUnion}};
   Raise(kNumbers[static_cast<size_t>(refusal)][target.is_view ? 0 : 1], target.alias);
 }
 
@@ -88,7 +92,7 @@ int RequireColumn(const BoundSource& source, const std::string& name) {
   for (size_t i = 0; i < source.columns.size(); ++i) {
     if (SameName(source.columns[i].name, name)) return static_cast<int>(i);
   }
-  Raise(207, name);
+  Raise(errors::kInvalidColumnName, name);
 }
 
 // Adds what `name` of the target stands for; all have to be columns of one table.

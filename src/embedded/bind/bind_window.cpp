@@ -17,21 +17,22 @@ void RequireArguments(const FunctionExpression& function, const WindowRule& rule
   const size_t count = function.arguments.size();
   if (!function.star && count >= rule.least && count <= rule.most) return;
   const auto least = static_cast<int64_t>(rule.least);
-  if (rule.least == rule.most) Raise(174, FoldName(function.name.last()), least);
-  Raise(10755, function.name.last(), least, static_cast<int64_t>(rule.most));
+  if (rule.least == rule.most)
+    Raise(errors::kWrongArgumentCount, FoldName(function.name.last()), least);
+  Raise(errors::kWindowArgumentCount, function.name.last(), least, static_cast<int64_t>(rule.most));
 }
 
 // A constant puts nothing in order. Errors: 5308, a number that could be meant for a column; 5309.
 void RequireOrder(const Expression& expression) {
   if (expression.kind == Expression::Kind::kUnary) {
     const auto& unary = static_cast<const UnaryExpression&>(expression);
-    if (unary.operand->kind == Expression::Kind::kLiteral) Raise(5309);
+    if (unary.operand->kind == Expression::Kind::kLiteral) Raise(errors::kConstantOrderInWindow);
   }
   if (expression.kind != Expression::Kind::kLiteral) return;
   const auto& literal = static_cast<const LiteralExpression&>(expression);
   const bool index = literal.form == LiteralExpression::Form::kInteger &&
                      literal.text.find_first_not_of('0') != std::string::npos;
-  Raise(index ? 5308 : 5309);
+  Raise(index ? errors::kOrderByPositionInWindow : errors::kConstantOrderInWindow);
 }
 
 }  // namespace
@@ -40,20 +41,20 @@ BoundExpressionPtr Binder::BindWindow(const FunctionExpression& function, const 
   const std::string& name = function.name.last();
   const AggregateName* const aggregate = FindAggregate(name);
   const WindowRule* const rule = FindWindowFunction(name);
-  if (aggregate == nullptr && rule == nullptr) Raise(4113, name);
-  if (aggregates_ == nullptr || !aggregates_->windows) Raise(4108);
-  if (aggregates_->inside || aggregates_->inside_window) Raise(4109);
+  if (aggregate == nullptr && rule == nullptr) Raise(errors::kNoWindowFunction, name);
+  if (aggregates_ == nullptr || !aggregates_->windows) Raise(errors::kWindowOutsideSelect);
+  if (aggregates_->inside || aggregates_->inside_window) Raise(errors::kWindowInWindow);
   if (recursion_ != nullptr && recursion_->id != 0 && recursion_->depth == 1) {
     RaiseUnsupported("a window function in the recursive part of a common table expression");
   }
-  if (function.distinct) Raise(10759);
+  if (function.distinct) Raise(errors::kDistinctInWindow);
   const WindowClause& over = *function.over;
   if (rule != nullptr) {
     RequireArguments(function, *rule);
-    if (over.frame && !rule->frame) Raise(10752, name);
-    if (over.order_by.empty()) Raise(4112, name);
+    if (over.frame && !rule->frame) Raise(errors::kFrameNotAllowed, name);
+    if (over.order_by.empty()) Raise(errors::kWindowWithoutOrderBy, name);
   }
-  if (over.frame && over.order_by.empty()) Raise(10756);
+  if (over.frame && over.order_by.empty()) Raise(errors::kFrameWithoutOrderBy);
   auto window = std::make_unique<BoundWindow>(
       rule != nullptr ? rule->function : WindowFunction::kAggregate, Type(TypeKind::kBigInt));
   if (aggregate != nullptr) window->aggregate = aggregate->aggregate;
@@ -90,10 +91,11 @@ void Binder::BindWindowArguments(const FunctionExpression& function, BoundWindow
   window.type = kIntType;
   window.nullable = window.aggregate != Aggregate::kCount;
   if (function.star) {
-    if (window.aggregate != Aggregate::kCount) Raise(102, "*");
+    if (window.aggregate != Aggregate::kCount) Raise(errors::kSyntaxNear, "*");
     return;
   }
-  if (function.arguments.size() != 1) Raise(174, FoldName(function.name.last()), int64_t{1});
+  if (function.arguments.size() != 1)
+    Raise(errors::kWrongArgumentCount, FoldName(function.name.last()), int64_t{1});
   auto operand = Bind(*function.arguments[0], scope);
   window.type = ResolveAggregate(window.aggregate, operand->type);
   window.arguments.push_back(AggregateOperand(window.aggregate, std::move(operand), window.type));
@@ -105,9 +107,9 @@ BoundExpressionPtr Binder::BindWindowArgument(const Expression& argument, size_t
   auto value = Bind(argument, scope);
   if (window.function == WindowFunction::kNtile) {
     ForEachExpression(*value, [](const BoundExpression& inner) {
-      if (inner.kind == BoundExpression::Kind::kColumn) Raise(5312);
+      if (inner.kind == BoundExpression::Kind::kColumn) Raise(errors::kNtileNotBound);
     });
-    if (!IsInteger(value->type.kind)) Raise(4116);
+    if (!IsInteger(value->type.kind)) Raise(errors::kNtileNotPositive);
     return Convert(std::move(value), Type(TypeKind::kBigInt));
   }
   if (position == 1) return ConvertImplicitly(std::move(value), Type(TypeKind::kBigInt));

@@ -25,7 +25,7 @@ BoundSource* FindTarget(BoundFrom& from, const ObjectName& target, const TablePt
       ++tables;
     }
   });
-  if (by_alias == nullptr && tables > 1) Raise(8154, target.last());
+  if (by_alias == nullptr && tables > 1) Raise(errors::kAmbiguousTable, target.last());
   return by_alias != nullptr ? by_alias : by_table;
 }
 
@@ -42,8 +42,9 @@ BoundConditionPtr IsRow(const Change& change) {
 // Of an INSERT without a column list: values for all columns, the identity column too, are an error
 // of their own.
 [[noreturn]] void RaiseWrongCount(const Table& table, size_t values) {
-  if (table.identity_column >= 0 && values == table.columns.size()) Raise(8101, table.name);
-  Raise(213);
+  if (table.identity_column >= 0 && values == table.columns.size())
+    Raise(errors::kExplicitIdentityWithoutList, table.name);
+  Raise(errors::kValuesDoNotMatchTable);
 }
 
 }  // namespace
@@ -92,18 +93,20 @@ void Binder::BindInsertColumns(const std::vector<std::string>& names, bool ident
   const Table& table = *bound.table;
   for (const std::string& name : names) {
     const int column = table.FindColumn(name);
-    if (column < 0) Raise(207, name);
-    if (Contains(bound.columns, column)) Raise(264, name);
-    if (column == table.identity_column && !identity_insert) Raise(544, table.name);
+    if (column < 0) Raise(errors::kInvalidColumnName, name);
+    if (Contains(bound.columns, column)) Raise(errors::kColumnSetTwice, name);
+    if (column == table.identity_column && !identity_insert)
+      Raise(errors::kExplicitIdentity, table.name);
     bound.columns.push_back(column);
   }
   if (!names.empty()) {
     if (identity_insert && !Contains(bound.columns, table.identity_column)) {
-      Raise(545, table.name);
+      Raise(errors::kExplicitIdentityRequired, table.name);
     }
     return;
   }
-  if (identity_insert && table.identity_column >= 0) Raise(8101, table.name);
+  if (identity_insert && table.identity_column >= 0)
+    Raise(errors::kExplicitIdentityWithoutList, table.name);
   for (int i = 0; i < static_cast<int>(table.columns.size()); ++i) {
     if (i != table.identity_column) bound.columns.push_back(i);
   }
@@ -135,7 +138,8 @@ void Binder::BindInsertValues(const InsertStatement& insert, BoundInsert& bound)
   for (const auto& row : insert.rows) {
     if (row.size() != bound.columns.size()) {
       if (insert.columns.empty()) RaiseWrongCount(*bound.table, row.size());
-      Raise(row.size() < bound.columns.size() ? 109 : 110);
+      Raise(row.size() < bound.columns.size() ? errors::kFewerValuesThanColumns
+                                              : errors::kMoreValuesThanColumns);
     }
     auto& values = bound.rows.emplace_back();
     for (size_t i = 0; i < row.size(); ++i) {
@@ -153,9 +157,11 @@ void Binder::ConvertQueryRows(BoundInsert& bound, bool all_columns) {
   const auto& columns = bound.query->columns;
   if (columns.size() != bound.columns.size()) {
     if (all_columns) RaiseWrongCount(*bound.table, columns.size());
-    Raise(columns.size() < bound.columns.size() ? 120 : 121);
+    Raise(columns.size() < bound.columns.size() ? errors::kFewerSelectedThanColumns
+                                                : errors::kMoreSelectedThanColumns);
   }
-  if (bound.query->select && bound.query->select->items[0].variable >= 0) Raise(199);
+  if (bound.query->select && bound.query->select->items[0].variable >= 0)
+    Raise(errors::kInsertSelectAssigns);
   const bool direct = bound.query->select && !bound.query->select->distinct &&
                       bound.query->order_by.empty() && !bound.query->select->top;
   if (!direct) {
@@ -216,7 +222,7 @@ BoundInsert Binder::BindInsertRows(const InsertStatement& insert,
   std::vector<std::string> names = insert.columns;
   bound.table = BindInsertTarget(insert, names);
   BindInsertColumns(names, identity_insert, bound);
-  if (columns.size() != bound.columns.size()) Raise(213);
+  if (columns.size() != bound.columns.size()) Raise(errors::kValuesDoNotMatchTable);
   auto& row = bound.rows.emplace_back();
   for (size_t i = 0; i < columns.size(); ++i) {
     auto value = std::make_unique<BoundRowParameter>(columns[i].type, static_cast<int>(i));
@@ -273,7 +279,7 @@ BoundUpdate Binder::BindUpdate(const UpdateStatement& update) {
     }
   }
   size_t next_name = 0;
-  Aggregates aggregates{157, false, false};
+  Aggregates aggregates{errors::kAggregateInSet, false, false};
   aggregates_ = &aggregates;
   std::vector<int> columns;
   for (const Assignment& assignment : update.assignments) {
@@ -285,9 +291,9 @@ BoundUpdate Binder::BindUpdate(const UpdateStatement& update) {
       continue;
     }
     const int index = bound.table->FindColumn(names[next_name++]);
-    if (index < 0) Raise(207, assignment.column);
-    if (Contains(columns, index)) Raise(264, assignment.column);
-    if (index == bound.table->identity_column) Raise(8102, assignment.column);
+    if (index < 0) Raise(errors::kInvalidColumnName, assignment.column);
+    if (Contains(columns, index)) Raise(errors::kColumnSetTwice, assignment.column);
+    if (index == bound.table->identity_column) Raise(errors::kUpdateOfIdentity, assignment.column);
     columns.push_back(index);
     const Column& column = bound.table->columns[static_cast<size_t>(index)];
     auto value = assignment.value ? Bind(*assignment.value, scope) : BindDefault(column);
@@ -295,7 +301,7 @@ BoundUpdate Binder::BindUpdate(const UpdateStatement& update) {
     bound.assignments.push_back(
         {index, Assign(*bound.table, index, std::move(value)), variable, type});
   }
-  aggregates.refusal = 147;
+  aggregates.refusal = errors::kAggregateInWhere;
   if (update.where) bound.where = Bind(*update.where, scope);
   if (!update.current_of.empty()) bound.where = IsRow(bound);
   aggregates_ = nullptr;
@@ -310,7 +316,7 @@ BoundDelete Binder::BindDelete(const DeleteStatement& remove) {
   if (!bound.table) {
     BaseColumns(*bound.target, {}, bound.table, bound.row_column);
   }
-  Aggregates aggregates{147, false, false};
+  Aggregates aggregates{errors::kAggregateInWhere, false, false};
   aggregates_ = &aggregates;
   if (remove.where) bound.where = Bind(*remove.where, scope);
   if (!remove.current_of.empty()) bound.where = IsRow(bound);

@@ -82,7 +82,7 @@ class Binder {
   BoundConditionPtr BindTest(const Condition& condition);
   // The table of a statement that is neither a query nor one of the above. Errors: 208, or `number`
   // where the statement has another one.
-  TablePtr RequireTable(const ObjectName& name, int number = 208);
+  TablePtr RequireTable(const ObjectName& name, int number = errors::kInvalidObjectName);
   int FindVariable(std::string_view name) const;  // error 137
 
   // What stands for several of its operands (CASE x WHEN …, BETWEEN, COALESCE) binds them several

@@ -26,8 +26,8 @@ std::string CreateViewText(const CreateViewStatement& view) {
 void RequireOwnSchema(const ObjectName& name, std::string_view statement) {
   if (name.parts.size() == 1) return;
   const std::string& schema = name.parts[name.parts.size() - 2];
-  if (name.parts.size() > 2) Raise(166, statement);
-  if (!schema.empty() && !SameName(schema, "dbo")) Raise(2760, schema);
+  if (name.parts.size() > 2) Raise(errors::kDatabasePrefixNotAllowed, statement);
+  if (!schema.empty() && !SameName(schema, "dbo")) Raise(errors::kUnknownSchema, schema);
 }
 
 }  // namespace
@@ -117,7 +117,8 @@ void Catalog::AddColumns(const TablePtr& table, std::shared_ptr<Table> changed) 
 
 void Catalog::CreateIndex(const TablePtr& table, const CreateIndexStatement& index) {
   for (const Key& key : table->keys) {
-    if (SameName(key.name, index.name)) Raise(1913, index.name, "table", table->MessageName());
+    if (SameName(key.name, index.name))
+      Raise(errors::kIndexExists, index.name, "table", table->MessageName());
   }
   auto changed = std::make_shared<Table>(*table);
   AddIndex(*changed, index);
@@ -134,7 +135,7 @@ void Catalog::DropIndex(const TablePtr& table, std::string_view index) {
     AddColumns(table, std::move(changed));
     return;
   }
-  Raise(3701, "index", std::string(index));
+  Raise(errors::kDropOfMissing, "index", std::string(index));
 }
 
 void Catalog::CreateView(const CreateViewStatement& view) {

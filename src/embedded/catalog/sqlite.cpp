@@ -29,18 +29,18 @@ std::string Doubled(std::string_view text, char quote) {
 struct Limit {
   std::string_view text;
   int number;
-  std::string_view construct;  // of kNotSupported
+  std::string_view construct;  // of errors::kNotSupported
 };
 constexpr Limit kLimits[] = {
-    {"parser stack overflow", 191, {}},
-    {"Expression tree is too large", 191, {}},
-    {"too many terms in compound SELECT", 191, {}},
-    {"too many SQL variables", 8632, {}},
-    {"variable number must be", 8632, {}},
-    {"too many arguments on function", 8632, {}},
-    {"at most 64 tables in a join", kNotSupported, "a join of more than 64 tables"},
-    {"too many FROM clause terms", kNotSupported, "a join of more than 64 tables"},
-    {"too many columns", kNotSupported, "a query of more than 2000 columns"},
+    {"parser stack overflow", errors::kNestedTooDeep, {}},
+    {"Expression tree is too large", errors::kNestedTooDeep, {}},
+    {"too many terms in compound SELECT", errors::kNestedTooDeep, {}},
+    {"too many SQL variables", errors::kTooComplex, {}},
+    {"variable number must be", errors::kTooComplex, {}},
+    {"too many arguments on function", errors::kTooComplex, {}},
+    {"at most 64 tables in a join", errors::kNotSupported, "a join of more than 64 tables"},
+    {"too many FROM clause terms", errors::kNotSupported, "a join of more than 64 tables"},
+    {"too many columns", errors::kNotSupported, "a query of more than 2000 columns"},
 };
 
 std::string QuoteBytes(std::string_view bytes) {
@@ -276,9 +276,9 @@ SqlError SqliteConnection::Damage(const std::string& what) const {
 }
 
 SqlError SqliteConnection::LockError(int code) {
-  if (code == SQLITE_BUSY_SNAPSHOT) return MakeError(3960, {location_.path});
-  if (!std::exchange(waited_in_vain_, false)) return MakeError(1205, {"1", "lock"});
-  SqlError error = MakeError(1222);
+  if (code == SQLITE_BUSY_SNAPSHOT) return MakeError(errors::kSnapshotConflict, {location_.path});
+  if (!std::exchange(waited_in_vain_, false)) return MakeError(errors::kDeadlock, {"1", "lock"});
+  SqlError error = MakeError(errors::kLockTimeout);
   error.message += " " + location_.path + " has been locked by another process for " +
                    std::to_string(location_.wait_seconds) +
                    (location_.wait_seconds == 1 ? " second." : " seconds.");

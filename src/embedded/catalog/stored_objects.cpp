@@ -140,7 +140,7 @@ void StoredObjects::Load() {
 }
 
 void StoredObjects::RequireFree(const std::string& name) const {
-  if (Find(name)) Raise(2714, name);
+  if (Find(name)) Raise(errors::kObjectExists, name);
 }
 
 void StoredObjects::BumpVersion() {

@@ -66,25 +66,30 @@ Column BuildColumn(const ColumnDefinition& definition, size_t index, const std::
   column.identity = definition.identity;
   column.identity_seed = definition.identity_seed;
   column.identity_increment = definition.identity_increment;
-  if (definition.primary_key && definition.unique) Raise(8151, definition.name, table);
-  if (definition.identity && !MayBeIdentity(column.type)) Raise(2749, definition.name);
-  if (definition.identity && definition.identity_increment == 0) Raise(2753, definition.name);
-  if (definition.identity && definition.nullable == true) Raise(8147, definition.name, table);
-  if (definition.primary_key && definition.nullable == true) Raise(8111, table);
+  if (definition.primary_key && definition.unique)
+    Raise(errors::kPrimaryAndUnique, definition.name, table);
+  if (definition.identity && !MayBeIdentity(column.type))
+    Raise(errors::kIdentityOfWrongType, definition.name);
+  if (definition.identity && definition.identity_increment == 0)
+    Raise(errors::kInvalidIncrement, definition.name);
+  if (definition.identity && definition.nullable == true)
+    Raise(errors::kNullableIdentity, definition.name, table);
+  if (definition.primary_key && definition.nullable == true)
+    Raise(errors::kNullablePrimaryKey, table);
   if (definition.default_value) SetDefault(column, *definition.default_value);
   return column;
 }
 
 int RequireColumn(const Table& table, const std::string& column) {
   const int found = table.FindColumn(column);
-  if (found < 0) Raise(1911, column);
+  if (found < 0) Raise(errors::kIndexOnMissingColumn, column);
   return found;
 }
 
 void AddKey(Table& table, Key key) {
   if (key.kind == Key::Kind::kPrimary) {
     for (const Key& other : table.keys) {
-      if (other.kind == Key::Kind::kPrimary) Raise(8110, table.name);
+      if (other.kind == Key::Kind::kPrimary) Raise(errors::kSeveralPrimaryKeys, table.name);
     }
     for (const int column : key.columns)
       table.columns[static_cast<size_t>(column)].nullable = false;
@@ -115,7 +120,7 @@ void AddKeys(Table& table, const TableDefinition& definition) {
       const auto index = static_cast<size_t>(key.columns.back());
       const bool nullable =
           index < definition.columns.size() && definition.columns[index].nullable == true;
-      if (definition_key.primary && nullable) Raise(8111, table.name);
+      if (definition_key.primary && nullable) Raise(errors::kNullablePrimaryKey, table.name);
     }
     AddKey(table, std::move(key));
   }
@@ -218,9 +223,9 @@ std::shared_ptr<Table> BuildTable(const std::string& name, const TableDefinition
   auto table = std::make_shared<Table>();
   table->name = name;
   for (const ColumnDefinition& column : definition.columns) {
-    if (table->FindColumn(column.name) >= 0) Raise(2705, column.name, name);
+    if (table->FindColumn(column.name) >= 0) Raise(errors::kColumnTwiceInTable, column.name, name);
     if (column.identity) {
-      if (table->identity_column >= 0) Raise(2744, name);
+      if (table->identity_column >= 0) Raise(errors::kSeveralIdentityColumns, name);
       table->identity_column = static_cast<int>(table->columns.size());
     }
     table->columns.push_back(BuildColumn(column, table->columns.size(), name));
@@ -235,7 +240,7 @@ std::shared_ptr<Table> TableOfColumns(const std::string& name, std::vector<Colum
   auto table = std::make_shared<Table>();
   table->name = name;
   for (Column& column : columns) {
-    if (table->FindColumn(column.name) >= 0) Raise(2705, column.name, name);
+    if (table->FindColumn(column.name) >= 0) Raise(errors::kColumnTwiceInTable, column.name, name);
     if (column.identity) table->identity_column = static_cast<int>(table->columns.size());
     table->columns.push_back(std::move(column));
   }

@@ -130,7 +130,7 @@ TablePtr TemporaryTables::Make(const Table& definition) {
 TablePtr TemporaryTables::Take(const TablePtr& definition) {
   Scope& scope = scopes_.back();
   const std::string folded = FoldName(definition->name);
-  if (scope.tables.contains(folded)) Raise(2714, definition->name);
+  if (scope.tables.contains(folded)) Raise(errors::kObjectExists, definition->name);
   TablePtr table = FromPool(*definition);
   if (table) {
     undo_.Add([this, id = scope.id, folded, table] {

@@ -26,7 +26,8 @@ void FailNaming(Context context, Arguments arguments, const Code& code) {
   SqlError ignored;
   ConvertView(ViewOf(arguments[0]), code.from, code.to, ConvertMode::kCast, code.style, &scratch,
               &cut, &ignored);
-  Fail(context, 2628, {TextOf(arguments[2]), TextOf(arguments[3]), cut.bytes});
+  Fail(context, errors::kTruncationInColumn,
+       {TextOf(arguments[2]), TextOf(arguments[3]), cut.bytes});
 }
 
 void ConvertWith(Context context, int count, Arguments arguments, const Code& code) {
@@ -38,8 +39,8 @@ void ConvertWith(Context context, int count, Arguments arguments, const Code& co
     Return(context, out);
     return;
   }
-  constexpr int kTruncated = 8152;
-  if (count == 4 && error.number == kTruncated) return FailNaming(context, arguments, code);
+  if (count == 4 && error.number == errors::kTruncation)
+    return FailNaming(context, arguments, code);
   Fail(context, std::move(error));
 }
 

@@ -107,13 +107,15 @@ int64_t UnitOf(DatePart part, int64_t ticks) {
 void Difference(Context context, int, Arguments arguments) {
   const DatePart part = PartOf(arguments[0]);
   if (part == DatePart::kIsoWeek)
-    return Fail(context, 9810, {DatePartWord(part), "datediff", "datetime"});
+    return Fail(context, errors::kDatePartNotSupported,
+                {DatePartWord(part), "datediff", "datetime"});
   int64_t units = UnitOf(part, TicksOf(arguments[2])) - UnitOf(part, TicksOf(arguments[1]));
   if (part == DatePart::kMicrosecond) units *= 1000;
   // The longest span of years is 2.6e14 ms, and 2.6e20 ns do not fit; but nor do they in an int.
   constexpr int64_t kInt = std::numeric_limits<int32_t>::max();
   if (part == DatePart::kNanosecond) units = std::clamp(units, -kInt, kInt) * 1000000;
-  if (units != static_cast<int32_t>(units)) return Fail(context, 535, {"datediff", "datediff"});
+  if (units != static_cast<int32_t>(units))
+    return Fail(context, errors::kDateDiffOverflow, {"datediff", "datediff"});
   sqlite3_result_int64(context, units);
 }
 
@@ -171,7 +173,8 @@ void AddToDate(Context context, int, Arguments arguments) {
   const TypeKind kind = TypeFromCode(sqlite3_value_int64(arguments[3])).kind;
   const bool of_day = part >= DatePart::kHour;
   if (part == DatePart::kIsoWeek || (of_day && kind == TypeKind::kDate)) {
-    return Fail(context, 9810, {DatePartWord(part), "dateadd", KindText(kind)});
+    return Fail(context, errors::kDatePartNotSupported,
+                {DatePartWord(part), "dateadd", KindText(kind)});
   }
   const bool is_int = number == static_cast<int32_t>(number);
   const bool added = is_int && AddPart(part, number, &ticks);
@@ -179,7 +182,8 @@ void AddToDate(Context context, int, Arguments arguments) {
     ticks = FloorDivide(ticks + kTicksPerMinute / 2, kTicksPerMinute) * kTicksPerMinute;
   }
   if (!is_int) return FailOverflow(context, TypeKind::kInt);
-  if (!added || !InRangeOf(kind, ticks)) return Fail(context, 517, {KindText(kind)});
+  if (!added || !InRangeOf(kind, ticks))
+    return Fail(context, errors::kDateAddOverflow, {KindText(kind)});
   sqlite3_result_int64(context, ticks);
 }
 

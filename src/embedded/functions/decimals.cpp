@@ -38,7 +38,7 @@ struct Shape {
 
 void GiveStatus(Context context, DecimalStatus status, const Shape& shape,
                 const WideInteger& value) {
-  if (status == DecimalStatus::kDivideByZero) return Fail(context, 8134);
+  if (status == DecimalStatus::kDivideByZero) return Fail(context, errors::kDivideByZero);
   if (status == DecimalStatus::kOverflow) return FailOverflow(context, shape.result.kind);
   Scratch scratch;
   Return(context, StoreCoefficient(value, &scratch));
@@ -127,7 +127,7 @@ void Divide(Context context, int, Arguments arguments) {
   if (BothSmall(arguments)) {
     const int64_t b = sqlite3_value_int64(arguments[1]);
     int64_t a = 0;
-    if (b == 0) return Fail(context, 8134);
+    if (b == 0) return Fail(context, errors::kDivideByZero);
     if (b != -1 && ScaleUp(sqlite3_value_int64(arguments[0]),
                            shape.scale + shape.scale_b - shape.scale_a, &a)) {
       if (GiveSmall(context, shape, a / b)) return;
@@ -253,7 +253,7 @@ void Power(Context context, int, Arguments arguments) {
     return Fail(context, error);
   }
   const double value = std::pow(base.real, sqlite3_value_double(arguments[1]));
-  if (std::isnan(value)) return Fail(context, 3623);
+  if (std::isnan(value)) return Fail(context, errors::kInvalidFloatOperation);
   if (!ConvertView(StoredView::Real(value), middle, shape.result, ConvertMode::kCast, 0, &scratch,
                    &result, &error)) {
     return Fail(context, error);

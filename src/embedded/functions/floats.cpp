@@ -35,7 +35,7 @@ void MultiplyFloats(Context context, int, Arguments arguments) {
 template <TypeKind kind>
 void DivideFloats(Context context, int, Arguments arguments) {
   const double divisor = sqlite3_value_double(arguments[1]);
-  if (divisor == 0) return Fail(context, 8134);
+  if (divisor == 0) return Fail(context, errors::kDivideByZero);
   Give<kind>(context, sqlite3_value_double(arguments[0]) / divisor);
 }
 
@@ -65,7 +65,7 @@ using Formula = double (*)(double);
 template <Formula formula>
 void Apply(Context context, int, Arguments arguments) {
   const double result = formula(sqlite3_value_double(arguments[0]));
-  if (std::isnan(result)) return Fail(context, 3623);
+  if (std::isnan(result)) return Fail(context, errors::kInvalidFloatOperation);
   Give<TypeKind::kFloat>(context, result);
 }
 
@@ -92,9 +92,9 @@ double Floor(double x) {
 void PowerOfFloat(Context context, int, Arguments arguments) {
   const double base = sqlite3_value_double(arguments[0]);
   const double exponent = sqlite3_value_double(arguments[1]);
-  if (base == 0 && exponent < 0) return Fail(context, 8134);
+  if (base == 0 && exponent < 0) return Fail(context, errors::kDivideByZero);
   const double result = std::pow(base, exponent);
-  if (std::isnan(result)) return Fail(context, 3623);
+  if (std::isnan(result)) return Fail(context, errors::kInvalidFloatOperation);
   Give<TypeKind::kFloat>(context, result);
 }
 

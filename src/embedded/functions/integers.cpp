@@ -66,7 +66,7 @@ template <TypeKind kind>
 void Divide(Context context, int, Arguments arguments) {
   const int64_t a = sqlite3_value_int64(arguments[0]);
   const int64_t b = sqlite3_value_int64(arguments[1]);
-  if (b == 0) return Fail(context, 8134);
+  if (b == 0) return Fail(context, errors::kDivideByZero);
   const bool overflow = IsUndefinedDivision(a, b);
   Give<kind>(context, overflow, overflow ? 0 : a / b);
 }
@@ -75,7 +75,7 @@ template <TypeKind kind>
 void Modulo(Context context, int, Arguments arguments) {
   const int64_t a = sqlite3_value_int64(arguments[0]);
   const int64_t b = sqlite3_value_int64(arguments[1]);
-  if (b == 0) return Fail(context, 8134);
+  if (b == 0) return Fail(context, errors::kDivideByZero);
   sqlite3_result_int64(context, IsUndefinedDivision(a, b) ? 0 : a % b);
 }
 
@@ -117,14 +117,14 @@ template <TypeKind kind>
 void Power(Context context, int, Arguments arguments) {
   const double result =
       std::trunc(std::pow(sqlite3_value_double(arguments[0]), sqlite3_value_double(arguments[1])));
-  if (std::isnan(result)) return Fail(context, 3623);
+  if (std::isnan(result)) return Fail(context, errors::kInvalidFloatOperation);
   if (result >= -0x1p63 && result < 0x1p63 && InRange<kind>(static_cast<int64_t>(result))) {
     return sqlite3_result_int64(context, static_cast<int64_t>(result));
   }
   if (kind == TypeKind::kBigInt) return FailOverflow(context, kind);
   char text[400];
   std::snprintf(text, sizeof text, "%f", result);
-  Fail(context, 232, {KindText(kind), text});
+  Fail(context, errors::kFloatOverflow, {KindText(kind), text});
 }
 
 void SignOfInteger(Context context, int, Arguments arguments) {

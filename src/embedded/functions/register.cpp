@@ -11,7 +11,7 @@ namespace tavcc::sql {
 namespace internal {
 
 void FailOverflow(Context context, TypeKind kind) {
-  Fail(context, 8115, {"expression", KindText(kind)});
+  Fail(context, errors::kArithmeticOverflow, {"expression", KindText(kind)});
 }
 
 void Return(Context context, const StoredView& cell) {

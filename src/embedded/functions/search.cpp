@@ -109,7 +109,7 @@ bool ReadEscape(Context context, sqlite3_value* value, std::optional<uint32_t>* 
   const std::string_view text = TextOf(value);
   const DecodedCharacter first = text.empty() ? DecodedCharacter{} : DecodeAt(text, 0);
   if (text.empty() || first.size != text.size()) {
-    Fail(context, 506, {text, "LIKE"});
+    Fail(context, errors::kInvalidEscapeCharacter, {text, "LIKE"});
     return false;
   }
   *escape = first.code;

@@ -35,7 +35,7 @@ void GivePart(Context context, sqlite3_value* value, size_t begin, size_t end) {
 
 void Left(Context context, int, Arguments arguments) {
   const int64_t count = sqlite3_value_int64(arguments[1]);
-  if (count < 0) return Fail(context, 537);
+  if (count < 0) return Fail(context, errors::kInvalidLength);
   GivePart(context, arguments[0], 0, static_cast<size_t>(count));
 }
 
@@ -46,7 +46,7 @@ size_t UnitsOf(sqlite3_value* value) {
 
 void Right(Context context, int, Arguments arguments) {
   const int64_t count = sqlite3_value_int64(arguments[1]);
-  if (count < 0) return Fail(context, 536, {"RIGHT"});
+  if (count < 0) return Fail(context, errors::kInvalidLengthOf, {"RIGHT"});
   const size_t units = UnitsOf(arguments[0]);
   GivePart(context, arguments[0], units - std::min(units, static_cast<size_t>(count)), units);
 }
@@ -56,7 +56,7 @@ void Substring(Context context, int, Arguments arguments) {
   constexpr int64_t kFar = int64_t{1} << 40;
   const int64_t start = std::clamp<int64_t>(sqlite3_value_int64(arguments[1]), -kFar, kFar);
   const int64_t length = std::min<int64_t>(sqlite3_value_int64(arguments[2]), kFar);
-  if (length < 0) return Fail(context, 537);
+  if (length < 0) return Fail(context, errors::kInvalidLength);
   const int64_t begin = std::max<int64_t>(start - 1, 0);
   const int64_t end = std::max(start - 1 + length, begin);
   GivePart(context, arguments[0], static_cast<size_t>(begin), static_cast<size_t>(end));

@@ -194,7 +194,7 @@ void Interpreter::RunInScope(const Body& body) {
 }
 
 void Interpreter::RunText(std::string_view text) {
-  if (session_.state.nesting >= kMostNested) Raise(217, kMostNested);
+  if (session_.state.nesting >= kMostNested) Raise(errors::kCallsNestedTooDeep, kMostNested);
   RunInScope([&] {
     CachedBatch batch;
     batches_.Find(text, batch);
@@ -208,8 +208,8 @@ void Interpreter::RunText(std::string_view text) {
 
 int64_t Interpreter::Call(const ObjectName& name, std::vector<CallArgument>& arguments) {
   const CatalogObjectPtr object = session_.catalog.Find(name);
-  if (!object || !object->procedure) Raise(2812, WrittenName(name));
-  if (session_.state.nesting >= kMostNested) Raise(217, kMostNested);
+  if (!object || !object->procedure) Raise(errors::kUnknownProcedure, WrittenName(name));
+  if (session_.state.nesting >= kMostNested) Raise(errors::kCallsNestedTooDeep, kMostNested);
   const Procedure& procedure = *object->procedure;
   if (!procedure.program) procedure.program = compiler_.procedure(procedure);
   const auto program = procedure.program;
@@ -223,7 +223,8 @@ int64_t Interpreter::Call(const ObjectName& name, std::vector<CallArgument>& arg
     RunInScope([&] { RunProgram(program, frame); });
   }
   if (session_.transaction.count() != transactions) {
-    session_.errors.Add(MakeError(266, {transactions, session_.transaction.count()}));
+    session_.errors.Add(
+        MakeError(errors::kTransactionCountMismatch, {transactions, session_.transaction.count()}));
   }
   for (CallArgument& argument : arguments) {
     if (!argument.output) continue;
@@ -239,8 +240,8 @@ void Interpreter::BindArguments(const Procedure& procedure, std::vector<CallArgu
                                 Frame& frame) {
   const auto& parameters = procedure.statement->parameters;
   const auto& variables = procedure.program->variables();
-  if (parameters.empty() && !arguments.empty()) Raise(8146, procedure.name);
-  if (arguments.size() > parameters.size()) Raise(8144, procedure.name);
+  if (parameters.empty() && !arguments.empty()) Raise(errors::kNoParameters, procedure.name);
+  if (arguments.size() > parameters.size()) Raise(errors::kTooManyArguments, procedure.name);
   std::vector<bool> given(parameters.size(), false);
   for (size_t i = 0; i < arguments.size(); ++i) {
     CallArgument& argument = arguments[i];
@@ -248,20 +249,23 @@ void Interpreter::BindArguments(const Procedure& procedure, std::vector<CallArgu
     if (!argument.parameter.empty()) {
       at = 0;
       while (at < parameters.size() && !SameName(parameters[at].name, argument.parameter)) ++at;
-      if (at == parameters.size()) Raise(8145, argument.parameter, procedure.name);
+      if (at == parameters.size())
+        Raise(errors::kUnknownParameter, argument.parameter, procedure.name);
     }
     argument.parameter = parameters[at].name;
-    if (given[at]) Raise(8143, argument.parameter);
+    if (given[at]) Raise(errors::kParameterTwice, argument.parameter);
     if (argument.is_default) continue;
     given[at] = true;
-    if (argument.output && !parameters[at].output) Raise(8162, argument.parameter);
+    if (argument.output && !parameters[at].output)
+      Raise(errors::kParameterNotOutput, argument.parameter);
     CheckImplicit(argument.value.type, variables[at].type);
     frame.variables[at] =
         ConvertStored(argument.value.value, argument.value.type, variables[at].type);
   }
   for (size_t i = 0; i < parameters.size(); ++i) {
     if (given[i]) continue;
-    if (!parameters[i].default_value) Raise(201, procedure.name, parameters[i].name);
+    if (!parameters[i].default_value)
+      Raise(errors::kParameterNotSupplied, procedure.name, parameters[i].name);
     const auto& literal = *parameters[i].default_value;
     const TypedValue value = ConstantValue(literal);
     frame.variables[i] = ConvertStored(value.value, value.type, variables[i].type);

@@ -15,7 +15,7 @@ namespace {
   const std::string cut = value.kind() == StoredValue::Kind::kText
                               ? value.text().substr(0, static_cast<size_t>(parameter.to.length))
                               : std::string();
-  Raise(2628, parameter.table, parameter.column, cut);
+  Raise(errors::kTruncationInColumn, parameter.table, parameter.column, cut);
 }
 
 constexpr int64_t kPowersOfTen[] = {1,
@@ -46,7 +46,8 @@ StoredValue ConvertParameter(const Parameter& parameter, const StoredValue& valu
   try {
     return ConvertStored(value, from, parameter.to, parameter.mode);
   } catch (const SqlError& error) {
-    if (error.number == 8152 && !parameter.table.empty()) RaiseTruncation(parameter, value);
+    if (error.number == errors::kTruncation && !parameter.table.empty())
+      RaiseTruncation(parameter, value);
     throw;
   }
 }

@@ -13,7 +13,7 @@ class ProgramBuilder {
 
   void Declare(const std::string& name, const SqlType& type) {
     for (const VariableInfo& known : program_->variables_) {
-      if (SameName(known.name, name)) Raise(134, name);
+      if (SameName(known.name, name)) Raise(errors::kVariableDeclaredTwice, name);
     }
     program_->variables_.push_back({name, type});
   }
@@ -142,13 +142,14 @@ InstructionPtr ProgramBuilder::MakeFlow(const Statement& statement) {
     case Statement::Kind::kBlock:
       return MakeBlock(statement.line, BuildAll(As<BlockStatement>(statement).statements));
     case Statement::Kind::kBreak:
-      if (loops_ == 0) Raise(135);
+      if (loops_ == 0) Raise(errors::kBreakOutsideWhile);
       return MakeJump(statement.line, Flow::kBreak);
     case Statement::Kind::kContinue:
-      if (loops_ == 0) Raise(136);
+      if (loops_ == 0) Raise(errors::kContinueOutsideWhile);
       return MakeJump(statement.line, Flow::kContinue);
     case Statement::Kind::kReturn:
-      if (As<ReturnStatement>(statement).value && !procedure_) Raise(178);
+      if (As<ReturnStatement>(statement).value && !procedure_)
+        Raise(errors::kReturnValueNotAllowed);
       return MakeReturn(As<ReturnStatement>(statement), Now());
     case Statement::Kind::kDeclareCursor:
       return MakeDeclareCursor(As<DeclareCursorStatement>(statement), Now(), program_);
@@ -167,7 +168,8 @@ InstructionPtr ProgramBuilder::MakeDeclaration(const DeclareStatement& statement
       continue;
     }
     for (const TablePtr& known : program_->table_variables_) {
-      if (SameName(known->name, variable.name)) Raise(134, variable.name);
+      if (SameName(known->name, variable.name))
+        Raise(errors::kVariableDeclaredTwice, variable.name);
     }
     program_->table_variables_.push_back(BuildTable(variable.name, *variable.table));
   }

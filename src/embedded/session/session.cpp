@@ -16,10 +16,22 @@ struct SqlState {
 };
 // The states that the server's providers give these errors; 42000 the others.
 constexpr SqlState kSqlStates[] = {
-    {0, "01000"},    {207, "42S22"},  {208, "42S02"},  {245, "22018"},
-    {241, "22007"},  {242, "22007"},  {515, "23000"},  {1205, "40001"},
-    {2601, "23000"}, {2627, "23000"}, {2628, "22001"}, {2714, "42S01"},
-    {3701, "42S02"}, {8115, "22003"}, {8134, "22012"}, {8152, "22001"},
+    {0, "01000"},
+    {errors::kInvalidColumnName, "42S22"},
+    {errors::kInvalidObjectName, "42S02"},
+    {errors::kTextConversionFailed, "22018"},
+    {errors::kTextNoDate, "22007"},
+    {errors::kDateOutOfRange, "22007"},
+    {errors::kNullIntoColumn, "23000"},
+    {errors::kDeadlock, "40001"},
+    {errors::kDuplicateKeyInUniqueIndex, "23000"},
+    {errors::kDuplicateKeyInConstraint, "23000"},
+    {errors::kTruncationInColumn, "22001"},
+    {errors::kObjectExists, "42S01"},
+    {errors::kDropOfMissing, "42S02"},
+    {errors::kArithmeticOverflow, "22003"},
+    {errors::kDivideByZero, "22012"},
+    {errors::kTruncation, "22001"},
 };
 
 std::string SqlStateOf(const SqlError& error) {

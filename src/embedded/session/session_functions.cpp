@@ -105,11 +105,11 @@ void Next(sqlite3_context* context, int, sqlite3_value**) {
   try {
     if (__builtin_add_overflow(session.state.next_identity.last, session.state.next_identity.step,
                                &number))
-      Raise(8115);
+      Raise(errors::kArithmeticOverflow);
     ConvertStored(StoredValue(number), Type(TypeKind::kBigInt), session.state.next_identity.type);
   } catch (const SqlError&) {
-    return Fail(context,
-                MakeError(8115, {"IDENTITY", KindText(session.state.next_identity.type.kind)}));
+    return Fail(context, MakeError(errors::kArithmeticOverflow,
+                                   {"IDENTITY", KindText(session.state.next_identity.type.kind)}));
   }
   session.state.next_identity.last = number;
   sqlite3_result_int64(context, number);
@@ -120,21 +120,24 @@ void NotNull(sqlite3_context* context, int, sqlite3_value** arguments) {
     sqlite3_result_value(context, arguments[0]);
     return;
   }
-  Fail(context, MakeError(515, {TextOf(arguments[1]), TextOf(arguments[2]), "INSERT"}));
+  Fail(context,
+       MakeError(errors::kNullIntoColumn, {TextOf(arguments[1]), TextOf(arguments[2]), "INSERT"}));
 }
 
 void Top(sqlite3_context* context, int, sqlite3_value** arguments) {
-  if (sqlite3_value_type(arguments[0]) == SQLITE_NULL) return Fail(context, MakeError(1014));
+  if (sqlite3_value_type(arguments[0]) == SQLITE_NULL)
+    return Fail(context, MakeError(errors::kInvalidTop));
   const int64_t count = sqlite3_value_int64(arguments[0]);
-  if (count < 0) return Fail(context, MakeError(127));
+  if (count < 0) return Fail(context, MakeError(errors::kNegativeTop));
   sqlite3_result_int64(context, count);
 }
 
 // s_percent(rows, percent): how many rows that is, rounded up.
 void Percent(sqlite3_context* context, int, sqlite3_value** arguments) {
-  if (sqlite3_value_type(arguments[1]) == SQLITE_NULL) return Fail(context, MakeError(1014));
+  if (sqlite3_value_type(arguments[1]) == SQLITE_NULL)
+    return Fail(context, MakeError(errors::kInvalidTop));
   const double percent = sqlite3_value_double(arguments[1]);
-  if (percent < 0 || percent > 100) return Fail(context, MakeError(1031));
+  if (percent < 0 || percent > 100) return Fail(context, MakeError(errors::kPercentOutOfRange));
   const double rows = sqlite3_value_double(arguments[0]);
   sqlite3_result_int64(context, static_cast<int64_t>(std::ceil(rows * percent / 100)));
 }
@@ -142,18 +145,19 @@ void Percent(sqlite3_context* context, int, sqlite3_value** arguments) {
 void Recursion(sqlite3_context* context, int, sqlite3_value** arguments) {
   const int64_t level = sqlite3_value_int64(arguments[0]) + 1;
   const int64_t most = sqlite3_value_int64(arguments[1]);
-  if (level > most) return Fail(context, MakeError(530, {most}));
+  if (level > most) return Fail(context, MakeError(errors::kRecursionExhausted, {most}));
   sqlite3_result_int64(context, level);
 }
 
 void Tiles(sqlite3_context* context, int, sqlite3_value** arguments) {
   const int64_t tiles = sqlite3_value_int64(arguments[0]);  // 0 for NULL
-  if (tiles < 1) return Fail(context, MakeError(4116));
+  if (tiles < 1) return Fail(context, MakeError(errors::kNtileNotPositive));
   sqlite3_result_int64(context, tiles);
 }
 
 void Offset(sqlite3_context* context, int, sqlite3_value** arguments) {
-  if (sqlite3_value_int64(arguments[0]) < 0) return Fail(context, MakeError(8730));
+  if (sqlite3_value_int64(arguments[0]) < 0)
+    return Fail(context, MakeError(errors::kNegativeOffset));
   sqlite3_result_value(context, arguments[0]);
 }
 
@@ -164,7 +168,7 @@ struct ScalarState {
 void ScalarStep(sqlite3_context* context, int, sqlite3_value** arguments) {
   auto* state = static_cast<ScalarState*>(sqlite3_aggregate_context(context, sizeof(ScalarState)));
   if (state == nullptr) return sqlite3_result_error_nomem(context);
-  if (state->value != nullptr) return Fail(context, MakeError(512));
+  if (state->value != nullptr) return Fail(context, MakeError(errors::kSubqueryWithSeveralRows));
   state->value = sqlite3_value_dup(arguments[0]);
 }
 

@@ -15,7 +15,7 @@ void Transaction::Begin(const std::string& name, bool snapshot) {
 }
 
 void Transaction::Commit() {
-  if (count_ == 0) Raise(3902);
+  if (count_ == 0) Raise(errors::kCommitWithoutBegin);
   if (count_ == 1) {
     store_.RunCached("COMMIT");
     catalog_.Forget();
@@ -36,7 +36,7 @@ void Transaction::RollbackAll() {
 }
 
 void Transaction::Rollback(const std::string& name) {
-  if (count_ == 0) Raise(3903);
+  if (count_ == 0) Raise(errors::kRollbackWithoutBegin);
   if (name.empty() || SameName(name, name_)) {
     RollbackAll();
     return;
@@ -50,11 +50,11 @@ void Transaction::Rollback(const std::string& name) {
     save_points_.resize(i + 1);
     return;
   }
-  Raise(6401, name);
+  Raise(errors::kUnknownSavepoint, name);
 }
 
 void Transaction::Save(const std::string& name) {
-  if (count_ == 0) Raise(628);
+  if (count_ == 0) Raise(errors::kSaveOutsideTransaction);
   store_.Run("SAVEPOINT \"save." + std::to_string(save_points_.size()) + '"');
   save_points_.push_back(SavePoint{name, catalog_.Mark()});
 }

@@ -55,7 +55,7 @@ int CountLines(std::string_view text) {
 }
 
 [[noreturn]] void RaiseBrokenText(int line) {
-  SqlError error = MakeError(kNotSupported, {"text that is not UTF-8"});
+  SqlError error = MakeError(errors::kNotSupported, {"text that is not UTF-8"});
   error.line = line;
   throw error;
 }

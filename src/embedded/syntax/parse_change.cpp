@@ -74,7 +74,7 @@ void Parser::ParseRows(InsertStatement& insert) {
     while (AcceptSymbol(","));
     ExpectSymbol(")");
     insert.rows.push_back(std::move(row));
-    if (insert.rows.size() > kMaxRows) Fail(10738, {});
+    if (insert.rows.size() > kMaxRows) Fail(errors::kTooManyRowValues, {});
   } while (AcceptSymbol(","));
 }
 
@@ -82,7 +82,7 @@ StatementPtr Parser::ParseUpdate() {
   auto update = MakeAt<UpdateStatement>(Take().line);
   if (At(Keyword::kSTATISTICS)) Unsupported("UPDATE STATISTICS");
   update->top = ParseOptionalTop();
-  if (update->top && update->top->with_ties) Fail(156, {"WITH"});
+  if (update->top && update->top->with_ties) Fail(errors::kSyntaxNearKeyword, {"WITH"});
   update->target = TakeTarget();
   Expect(Keyword::kSET);
   do update->assignments.push_back(ParseAssignment());
@@ -142,7 +142,7 @@ ExpressionPtr Parser::ParseCompound(ExpressionPtr target) {
 StatementPtr Parser::ParseDelete() {
   auto statement = MakeAt<DeleteStatement>(Take().line);
   statement->top = ParseOptionalTop();
-  if (statement->top && statement->top->with_ties) Fail(156, {"WITH"});
+  if (statement->top && statement->top->with_ties) Fail(errors::kSyntaxNearKeyword, {"WITH"});
   Accept(Keyword::kFROM);
   statement->target = TakeTarget();
   RefuseOutputClause();

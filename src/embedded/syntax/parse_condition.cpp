@@ -13,7 +13,7 @@ ConditionPtr Parser::ToCondition(Parsed parsed) {
   if (parsed.condition) return std::move(parsed.condition);
   const Token near = Peek().kind == TokenKind::kEnd ? last_ : Token(Peek());
   if (near.kind >= TokenKind::kUnclosedQuote) Unexpected();
-  Fail(4145, {Shown(Inside(near))});
+  Fail(errors::kNoCondition, {Shown(Inside(near))});
 }
 
 Parser::Parsed Parser::ParseConditionOrValue() {

@@ -6,7 +6,7 @@
 namespace tavcc::sql {
 
 void Parser::RequireFirstInBatch(std::string_view what) {
-  if (!first_statement_) Fail(111, {what});
+  if (!first_statement_) Fail(errors::kNotFirstInBatch, {what});
 }
 
 StatementPtr Parser::ParseCreate() {
@@ -268,7 +268,7 @@ void Parser::ParseColumn(TableDefinition& table) {
   column.line = Line();
   column.name = TakeName();
   if (At(Keyword::kAS)) Unsupported("computed columns");
-  if (AtSymbol(",") || AtSymbol(")")) Fail(173, {column.name});
+  if (AtSymbol(",") || AtSymbol(")")) Fail(errors::kColumnWithoutType, {column.name});
   column.type = ParseType();
   while (ParseColumnOption(column)) {
   }
@@ -375,7 +375,8 @@ void Parser::ParseTypeArguments(TypeName& type) {
     int value = 0;
     const char* const end = token.text.data() + token.text.size();
     const bool fits = std::from_chars(token.text.data(), end, value).ec == std::errc();
-    if (!fits || value > 0x7FFF) Fail(1001, {Line(), token.text.substr(0, 40)});
+    if (!fits || value > 0x7FFF)
+      Fail(errors::kInvalidLengthSpecification, {Line(), token.text.substr(0, 40)});
     type.arguments.push_back(value);
   } while (AcceptSymbol(","));
   ExpectSymbol(")");

@@ -214,7 +214,8 @@ ExpressionPtr Parser::ParseLiteral() {
       literal->text = Unquote(token);
       return literal;
   }
-  if (CountedDigits(token.text) > SqlType::kMaxPrecision) Fail(1007, {"number", Shown(token.text)});
+  if (CountedDigits(token.text) > SqlType::kMaxPrecision)
+    Fail(errors::kNumberOutOfRange, {"number", Shown(token.text)});
   return literal;
 }
 
@@ -321,7 +322,7 @@ void Parser::ParseArguments(FunctionExpression& call) {
   }
   if (TakesDatePart(call.name)) {
     if (Peek().kind != TokenKind::kWord || IsReserved(Peek().keyword))
-      Fail(1023, {1, LowerCase(call.name.last())});
+      Fail(errors::kInvalidDatePart, {1, LowerCase(call.name.last())});
     call.date_part = std::string(Take().text);
     if (!AcceptSymbol(",")) return;
   } else if (Accept(Keyword::kDISTINCT)) {

@@ -111,7 +111,7 @@ StatementPtr Parser::ParseSetOption(int line) {
     ParseSwitches(*set);
   } else {
     if (IsReserved(option.keyword)) UnexpectedAt(option);
-    Fail(195, {option.text, "SET option"});
+    Fail(errors::kUnknownFunction, {option.text, "SET option"});
   }
   return set;
 }
@@ -210,7 +210,8 @@ void Parser::ParseCursorOptions(DeclareCursorStatement& declare) {
       Unexpected();
     }
   }
-  if (forward_only && declare.scroll) Fail(1048, {"SCROLL", "FORWARD_ONLY"});
+  if (forward_only && declare.scroll)
+    Fail(errors::kConflictingCursorOptions, {"SCROLL", "FORWARD_ONLY"});
   const bool standard = last_.keyword == Keyword::kCURSOR;
   if (declare.sight != Sight::kUnsaid && !forward_only && !standard) declare.scroll = true;
 }
@@ -315,7 +316,7 @@ void Parser::RequireNamesToTheEnd(const ExecuteProcedureStatement& call) {
   bool named = false;
   for (size_t i = 0; i < call.arguments.size(); ++i) {
     if (named && call.arguments[i].parameter.empty()) {
-      FailAt(call.line, 119, {static_cast<int64_t>(i) + 1});
+      FailAt(call.line, errors::kPositionalAfterNamedArgument, {static_cast<int64_t>(i) + 1});
     }
     named = !call.arguments[i].parameter.empty();
   }

@@ -154,7 +154,7 @@ TableSourcePtr Parser::ParseNamedTable() {
     if (table->alias.empty()) table->alias = ParseOptionalTableAlias();
   } else if (At(Keyword::kWITH) && AtName(1)) {
     Take();
-    Fail(336, {Shown(Inside(Peek()))});
+    Fail(errors::kSyntaxNearCommonTable, {Shown(Inside(Peek()))});
   } else if (AtLegacyHints()) {
     ParseHints(table->hints);
   } else if (AtSymbol("(")) {

@@ -44,11 +44,12 @@ WindowFrame Parser::ParseFrame() {
   const auto counts = [](const FrameBound& bound) {
     return bound.kind == Kind::kPreceding || bound.kind == Kind::kFollowing;
   };
-  if (frame.range && (counts(frame.begin) || counts(frame.end))) Fail(4194, {});
+  if (frame.range && (counts(frame.begin) || counts(frame.end)))
+    Fail(errors::kRangeWithOffsets, {});
   const bool backward = frame.begin.kind > frame.end.kind ||
                         frame.begin.kind == Kind::kUnboundedFollowing ||
                         frame.end.kind == Kind::kUnboundedPreceding;
-  if (backward) Fail(4193, {});
+  if (backward) Fail(errors::kFrameEndsBeforeItStarts, {});
   return frame;
 }
 

@@ -15,7 +15,7 @@ constexpr int kMostRecursion = 32767;
 }  // namespace
 
 StatementPtr Parser::ParseWithStatement() {
-  if (unterminated_) Fail(319, {});
+  if (unterminated_) Fail(errors::kSyntaxNearWith, {});
   ParseOptionalWith();
   switch (Peek().keyword) {
     case Keyword::kSELECT:
@@ -72,7 +72,7 @@ void Parser::ParseQueryOption() {
 
 void Parser::ParseMaxRecursion() {
   const int64_t most = TakeWholeNumber();
-  if (most > kMostRecursion) Fail(310, {most, kMostRecursion});
+  if (most > kMostRecursion) Fail(errors::kMaxRecursionTooLarge, {most, kMostRecursion});
   with_.max_recursion = static_cast<int>(most);
 }
 

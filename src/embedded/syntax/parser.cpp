@@ -57,7 +57,7 @@ Batch Parser::Run() {
 // ---- Depth ----
 
 void Parser::TooDeep() {
-  Fail(191, {});
+  Fail(errors::kNestedTooDeep, {});
 }
 
 Parser::Nest::Nest(Parser& parser) : parser_(parser), height_of_siblings_(parser.height_) {
@@ -72,7 +72,7 @@ Parser::Nest::~Nest() {
 }
 
 Parser::CaseNest::CaseNest(Parser& parser) : parser_(parser), nest_(parser) {
-  if (parser.cases_ >= kMaxCaseNesting) parser.Fail(125, {kMaxCaseNesting});
+  if (parser.cases_ >= kMaxCaseNesting) parser.Fail(errors::kCaseTooDeep, {kMaxCaseNesting});
   ++parser.cases_;
 }
 
@@ -160,9 +160,10 @@ std::string Parser::TextBetween(size_t begin, size_t end) const {
 std::string Parser::TakeName() {
   if (!AtName()) Unexpected();
   std::string name = Unquote(Take());
-  if (name.empty()) Fail(1038, {});
+  if (name.empty()) Fail(errors::kEmptyName, {});
   if (name.size() > kMaxNameLength && CharacterCount(name) > kMaxNameLength)
-    Fail(103, {"identifier", FirstCharacters(name, kMaxNameLength), int{kMaxNameLength}});
+    Fail(errors::kNameTooLong,
+         {"identifier", FirstCharacters(name, kMaxNameLength), int{kMaxNameLength}});
   return name;
 }
 
@@ -185,7 +186,8 @@ ObjectName Parser::TakeObjectName() {
       name.parts.push_back(TakeName());
   }
   if (name.parts.size() > kMaxNameParts)
-    Fail(117, {"object", Shown(TextBetween(begin, last_.end)), int{kMaxNameParts - 1}});
+    Fail(errors::kTooManyPrefixes,
+         {"object", Shown(TextBetween(begin, last_.end)), int{kMaxNameParts - 1}});
   return name;
 }
 
@@ -256,22 +258,24 @@ void Parser::UnexpectedAt(const Token& token) {
   switch (token.kind) {
     case TokenKind::kUnclosedQuote: {
       const size_t mark = token.text.find_first_of("'\"[");
-      FailAt(token.line, 105, {Shown(token.text.substr(mark + 1))});
+      FailAt(token.line, errors::kUnclosedQuotation, {Shown(token.text.substr(mark + 1))});
     }
     case TokenKind::kUnclosedComment:
-      FailAt(token.line, 113, {});
+      FailAt(token.line, errors::kUnclosedComment, {});
     case TokenKind::kMoney:
       Unsupported("money constants");
     case TokenKind::kEnd:
-      FailAt(last_.line, 102, {Shown(Inside(last_))});
+      FailAt(last_.line, errors::kSyntaxNear, {Shown(Inside(last_))});
     default:
-      if (token.keyword == Keyword::kWITH) FailAt(token.line, 319, {});
-      FailAt(token.line, IsReserved(token.keyword) ? 156 : 102, {Shown(Inside(token))});
+      if (token.keyword == Keyword::kWITH) FailAt(token.line, errors::kSyntaxNearWith, {});
+      FailAt(token.line,
+             IsReserved(token.keyword) ? errors::kSyntaxNearKeyword : errors::kSyntaxNear,
+             {Shown(Inside(token))});
   }
 }
 
 void Parser::Unsupported(std::string_view construct) {
-  Fail(kNotSupported, {construct});
+  Fail(errors::kNotSupported, {construct});
 }
 
 }  // namespace tavcc::sql

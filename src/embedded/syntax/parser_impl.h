@@ -120,7 +120,7 @@ class Parser {
   [[noreturn]] void UnexpectedAt(const Token& token);
   [[noreturn]] void TooDeep();
   [[noreturn]] void Unsupported(std::string_view construct);
-  // An error of the table in error.cpp, on the line of the current token.
+  // An error of the table in errors.def, on the line of the current token.
   [[noreturn]] void Fail(int number, std::initializer_list<ErrorArgument> arguments);
   [[noreturn]] void FailAt(int line, int number, std::initializer_list<ErrorArgument> arguments);
   // As much of the batch's own text as an error text repeats.

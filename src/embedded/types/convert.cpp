@@ -44,11 +44,11 @@ bool TextOverflow(const Conversion& c) {
   const std::string_view from = KindText(c.from.kind);
   switch (c.to.kind) {
     case TypeKind::kTinyInt:
-      return c.Fail(244, {from, c.in.bytes, "INT1"}, 1);
+      return c.Fail(errors::kTextOverflowsInteger, {from, c.in.bytes, "INT1"}, 1);
     case TypeKind::kSmallInt:
-      return c.Fail(244, {from, c.in.bytes, "INT2"}, 2);
+      return c.Fail(errors::kTextOverflowsInteger, {from, c.in.bytes, "INT2"}, 2);
     case TypeKind::kInt:
-      return c.Fail(248, {from, c.in.bytes});
+      return c.Fail(errors::kTextOverflowsInt, {from, c.in.bytes});
     default:
       return c.Overflow("expression");
   }
@@ -60,9 +60,10 @@ bool TextToInteger(const Conversion& c) {
   if (reading == NumberReading::kNoNumber) {
     // The server has no value in this message for the one type that came later.
     if (c.to.kind == TypeKind::kBigInt) {
-      return c.Fail(8114, {KindText(c.from.kind), KindText(c.to.kind)});
+      return c.Fail(errors::kConversionError, {KindText(c.from.kind), KindText(c.to.kind)});
     }
-    return c.Fail(245, {KindText(c.from.kind), c.in.bytes, KindText(c.to.kind)});
+    return c.Fail(errors::kTextConversionFailed,
+                  {KindText(c.from.kind), c.in.bytes, KindText(c.to.kind)});
   }
   if (reading == NumberReading::kOverflow || !InRange(c.to.kind, value)) return TextOverflow(c);
   return c.Give(StoredView::Integer(value));
@@ -78,7 +79,8 @@ bool TextToBit(const Conversion& c) {
   int64_t value = 0;
   switch (ReadWhole(text, &value)) {
     case NumberReading::kNoNumber:
-      return c.Fail(245, {KindText(c.from.kind), c.in.bytes, KindText(c.to.kind)});
+      return c.Fail(errors::kTextConversionFailed,
+                    {KindText(c.from.kind), c.in.bytes, KindText(c.to.kind)});
     case NumberReading::kOverflow:
       return c.Give(StoredView::Integer(1));
     case NumberReading::kOk:
@@ -90,7 +92,8 @@ bool TextToBit(const Conversion& c) {
 bool IntegerOverflow(const Conversion& c) {
   const bool narrow = c.to.kind == TypeKind::kTinyInt || c.to.kind == TypeKind::kSmallInt;
   if (!narrow || c.from.kind == TypeKind::kBigInt) return c.Overflow("expression");
-  return c.Fail(220, {KindText(c.to.kind), c.in.integer}, c.to.kind == TypeKind::kTinyInt ? 2 : 1);
+  return c.Fail(errors::kIntegerOverflow, {KindText(c.to.kind), c.in.integer},
+                c.to.kind == TypeKind::kTinyInt ? 2 : 1);
 }
 
 bool FloatToInteger(const Conversion& c) {
@@ -106,7 +109,7 @@ bool FloatToInteger(const Conversion& c) {
   int state = 3;
   if (c.to.kind == TypeKind::kTinyInt) state = 1;
   if (c.to.kind == TypeKind::kSmallInt) state = 2;
-  return c.Fail(232, {KindText(c.to.kind), text}, state);
+  return c.Fail(errors::kFloatOverflow, {KindText(c.to.kind), text}, state);
 }
 
 // Decimals are cut, money is rounded.
@@ -121,7 +124,7 @@ bool ScaledToInteger(const Conversion& c) {
   const auto whole = value.ToInt64();
   if (whole && InRange(c.to.kind, *whole)) return c.Give(StoredView::Integer(*whole));
   if (c.from.kind == TypeKind::kMoney && c.to.kind == TypeKind::kInt) {
-    return c.Fail(237, {KindText(c.to.kind)});
+    return c.Fail(errors::kMoneyTooLongForTextOf, {KindText(c.to.kind)});
   }
   return c.Overflow(KindText(c.from.kind));
 }
@@ -129,7 +132,8 @@ bool ScaledToInteger(const Conversion& c) {
 bool DateToInteger(const Conversion& c) {
   const int64_t days = FloorDivide(c.in.integer + kTicksPerDay / 2, kTicksPerDay);
   if (InRange(c.to.kind, days)) return c.Give(StoredView::Integer(days));
-  return c.Fail(220, {KindText(c.to.kind), days}, c.to.kind == TypeKind::kTinyInt ? 2 : 1);
+  return c.Fail(errors::kIntegerOverflow, {KindText(c.to.kind), days},
+                c.to.kind == TypeKind::kTinyInt ? 2 : 1);
 }
 
 bool BinaryToInteger(const Conversion& c) {
@@ -175,16 +179,17 @@ bool TextToScaled(const Conversion& c) {
       money ? ReadMoney(c.in.bytes, &value, &scale) : ReadDecimal(c.in.bytes, &value, &scale);
   if (!money) {
     if (reading == NumberReading::kNoNumber) {
-      return c.Fail(8114, {KindText(c.from.kind), KindText(c.to.kind)});
+      return c.Fail(errors::kConversionError, {KindText(c.from.kind), KindText(c.to.kind)});
     }
     if (reading == NumberReading::kOverflow) return c.Overflow(KindText(c.from.kind), 6);
     return GiveScaled(c, value, scale, KindText(c.from.kind), 8);
   }
   const bool small = c.to.kind == TypeKind::kSmallMoney;
-  if (reading == NumberReading::kNoNumber) return c.Fail(small ? 293 : 235, {});
+  if (reading == NumberReading::kNoNumber)
+    return c.Fail(small ? errors::kCharNoSmallMoney : errors::kCharNoMoney, {});
   if (reading == NumberReading::kOk) Rescale(&value, scale, StoredScale(c.to));
   if (reading == NumberReading::kOverflow || !FitsScaled(value, c.to)) {
-    return c.Fail(small ? 294 : 236, {});
+    return c.Fail(small ? errors::kSmallMoneyOverflow : errors::kMoneyOverflow, {});
   }
   return c.Give(StoreCoefficient(value, c.scratch));
 }
@@ -273,7 +278,7 @@ bool ConvertToFloat(const Conversion& c) {
   double value = 0;
   switch (ReadFloat(c.in.bytes, &value)) {
     case NumberReading::kNoNumber:
-      return c.Fail(8114, {KindText(c.from.kind), KindText(c.to.kind)});
+      return c.Fail(errors::kConversionError, {KindText(c.from.kind), KindText(c.to.kind)});
     case NumberReading::kOverflow:
       return c.Overflow(KindText(c.from.kind));
     case NumberReading::kOk:
@@ -287,7 +292,7 @@ bool ConvertToGuid(const Conversion& c) {
   if (!IsText(c.from.kind)) return c.NotAllowed();
   std::string_view text = TrimTrailingBlanks(c.in.bytes);
   if (text.size() == 38 && text.front() == '{' && text.back() == '}') text = text.substr(1, 36);
-  if (!IsGuid(text)) return c.Fail(8169, {});
+  if (!IsGuid(text)) return c.Fail(errors::kTextNoUniqueIdentifier, {});
   std::string& upper = c.scratch->text;
   upper.assign(text);
   for (char& letter : upper) {
@@ -320,7 +325,8 @@ bool ConvertView(const StoredView& in, const SqlType& from, const SqlType& to, C
   if (in.kind == StoredView::Kind::kNull || from.kind == TypeKind::kNull)
     return conversion.Give({});
   if (!internal::HasStoredForm(in, from.kind)) {
-    return conversion.Fail(kNotSupported, {"a stored form that no " + TypeText(from) + " has"});
+    return conversion.Fail(errors::kNotSupported,
+                           {"a stored form that no " + TypeText(from) + " has"});
   }
   if (HowConvertible(from, to) == Convertibility::kNever) return conversion.NotAllowed();
   if (IsText(to.kind)) return internal::ConvertToText(conversion);

@@ -120,7 +120,7 @@ void AppendUtf16(std::string_view text, std::string* out) {
 bool TextBytes(const Conversion& c, std::string* out) {
   if (c.style == 1 || c.style == 2) {
     if (ReadHexadecimal(TrimTrailingBlanks(c.in.bytes), c.style == 1, out)) return true;
-    return c.Fail(8114, {KindText(c.from.kind), KindText(c.to.kind)});
+    return c.Fail(errors::kConversionError, {KindText(c.from.kind), KindText(c.to.kind)});
   }
   if (IsNationalText(c.from.kind)) {
     AppendUtf16(c.in.bytes, out);
@@ -134,7 +134,7 @@ bool GiveFirstBytes(const Conversion& c) {
   std::string& bytes = c.scratch->text;
   const auto length = static_cast<size_t>(std::max(c.to.length, 0));
   if (c.to.length != SqlType::kMax && bytes.size() > length) {
-    if (c.mode == ConvertMode::kAssign) return c.Fail(8152, {});
+    if (c.mode == ConvertMode::kAssign) return c.Fail(errors::kTruncation, {});
     bytes.resize(length);
   }
   if (c.to.kind == TypeKind::kBinary && bytes.size() < length) bytes.resize(length, '\0');
@@ -183,7 +183,7 @@ bool ConvertToBinary(const Conversion& c) {
     return GiveFirstBytes(c);
   }
   if (c.from.kind == TypeKind::kDate || c.from.kind == TypeKind::kUniqueIdentifier) {
-    return c.Fail(kNotSupported, {"conversion of " + TypeText(c.from) + " to binary"});
+    return c.Fail(errors::kNotSupported, {"conversion of " + TypeText(c.from) + " to binary"});
   }
   if (c.from.kind == TypeKind::kDecimal) {
     AppendDecimal(CoefficientOf(c.in), c.from, &made);
@@ -204,7 +204,7 @@ bool BinaryToScaled(const Conversion& c) {
   WideInteger value;
   int scale = 0;
   if (!ReadDecimalBytes(c.in.bytes, &value, &scale)) {
-    return c.Fail(8114, {KindText(c.from.kind), KindText(c.to.kind)});
+    return c.Fail(errors::kConversionError, {KindText(c.from.kind), KindText(c.to.kind)});
   }
   Rescale(&value, scale, c.to.scale);
   if (!FitsScaled(value, c.to)) return c.Overflow(KindText(c.from.kind), 8);
@@ -213,7 +213,7 @@ bool BinaryToScaled(const Conversion& c) {
 
 bool BinaryToDate(const Conversion& c) {
   if (c.to.kind == TypeKind::kDate) {
-    return c.Fail(kNotSupported, {"conversion of binary to " + TypeText(c.to)});
+    return c.Fail(errors::kNotSupported, {"conversion of binary to " + TypeText(c.to)});
   }
   const uint64_t number = ReadNumber(c.in.bytes, WidthOf(c.to.kind));
   const bool small = c.to.kind == TypeKind::kSmallDateTime;

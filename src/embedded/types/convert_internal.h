@@ -27,9 +27,11 @@ struct Conversion {
     return false;
   }
   bool Overflow(std::string_view from_name, int state = 2) const {
-    return Fail(8115, {from_name, KindText(to.kind)}, state);
+    return Fail(errors::kArithmeticOverflow, {from_name, KindText(to.kind)}, state);
   }
-  bool NotAllowed() const { return Fail(529, {KindText(from.kind), KindText(to.kind)}); }
+  bool NotAllowed() const {
+    return Fail(errors::kExplicitConversionNotAllowed, {KindText(from.kind), KindText(to.kind)});
+  }
 };
 
 // Each for one kind of target.

@@ -18,7 +18,7 @@ constexpr bool IsHijri(int style) {
 }
 
 bool RefuseHijri(const Conversion& c) {
-  return c.Fail(kNotSupported,
+  return c.Fail(errors::kNotSupported,
                 {"style " + std::to_string(c.style) + " of CONVERT (the Hijri calendar)"});
 }
 
@@ -39,7 +39,7 @@ bool GiveText(const Conversion& c, std::string_view text) {
     const size_t fit = ByteOfUnit(text, length);
     const std::string_view rest = text.substr(fit);
     if (c.mode == ConvertMode::kAssign && !TrimTrailingBlanks(rest).empty())
-      return c.Fail(8152, {});
+      return c.Fail(errors::kTruncation, {});
     text = text.substr(0, fit);
   }
   if (!IsFixed(c.to.kind)) return c.Give(StoredView::Text(text));
@@ -67,7 +67,7 @@ bool GiveInteger(const Conversion& c) {
 bool GiveNumber(const Conversion& c, std::string_view from) {
   const std::string& text = c.scratch->text;
   if (c.to.length != SqlType::kMax && text.size() > static_cast<size_t>(c.to.length)) {
-    if (IsMoney(c.from.kind)) return c.Fail(234, {KindText(c.to.kind)});
+    if (IsMoney(c.from.kind)) return c.Fail(errors::kMoneyTooLongForText, {KindText(c.to.kind)});
     return c.Overflow(from, 5);
   }
   return GiveText(c, text);
@@ -102,7 +102,7 @@ bool DateToText(const Conversion& c) {
   text.clear();
   if (IsHijri(c.style)) return RefuseHijri(c);
   if (!WriteDate(c.in.integer, c.style, c.from.kind == TypeKind::kDate, &text)) {
-    return c.Fail(281, {c.style, KindText(c.from.kind)});
+    return c.Fail(errors::kInvalidStyle, {c.style, KindText(c.from.kind)});
   }
   return GiveText(c, text);
 }
@@ -128,7 +128,7 @@ int64_t RoundFor(TypeKind kind, int64_t ticks) {
 }
 
 bool OutOfRange(const Conversion& c) {
-  return c.Fail(242, {KindText(c.from.kind), KindText(c.to.kind)});
+  return c.Fail(errors::kDateOutOfRange, {KindText(c.from.kind), KindText(c.to.kind)});
 }
 
 bool TextToDate(const Conversion& c) {
@@ -136,13 +136,14 @@ bool TextToDate(const Conversion& c) {
   if (IsHijri(c.style)) return RefuseHijri(c);
   const DateReading reading = ReadDate(c.in.bytes, c.style, &ticks);
   const bool small = c.to.kind == TypeKind::kSmallDateTime;
-  if (reading == DateReading::kNoDate) return c.Fail(small ? 295 : 241, {});
+  if (reading == DateReading::kNoDate)
+    return c.Fail(small ? errors::kTextNoSmallDateTime : errors::kTextNoDate, {});
   if (reading == DateReading::kOk) {
     ticks = RoundFor(c.to.kind, ticks);
     if (InRangeOf(c.to.kind, ticks)) return c.Give(StoredView::Integer(ticks));
   }
   // The newer type has one message for both.
-  return c.to.kind == TypeKind::kDate ? c.Fail(241, {}) : OutOfRange(c);
+  return c.to.kind == TypeKind::kDate ? c.Fail(errors::kTextNoDate, {}) : OutOfRange(c);
 }
 
 // Days since 1900-01-01, the fraction being the time of day.

@@ -13,13 +13,14 @@ namespace {
 
 SqlType NumberLiteral(std::string_view text, int64_t* value, WideInteger* coefficient) {
   int scale = 0;
-  if (ReadDecimal(text, coefficient, &scale) != NumberReading::kOk) Raise(1007, "number", text);
+  if (ReadDecimal(text, coefficient, &scale) != NumberReading::kOk)
+    Raise(errors::kNumberOutOfRange, "number", text);
   // Trailing zeros count: 1.50 has two decimals.
   const size_t point = text.find('.');
   scale = point == std::string_view::npos ? 0 : static_cast<int>(text.size() - point - 1);
   const int digits = coefficient->IsZero() ? 1 : static_cast<int>(coefficient->Digits().size());
   const int precision = std::max(digits, std::max(scale, 1));
-  if (precision > SqlType::kMaxPrecision) Raise(1007, "number", text);
+  if (precision > SqlType::kMaxPrecision) Raise(errors::kNumberOutOfRange, "number", text);
   *value = coefficient->ToInt64().value_or(0);
   return DecimalType(precision, scale);
 }
@@ -56,7 +57,7 @@ TypedValue EvaluateLiteral(LiteralForm form, std::string_view text) {
     }
     case Form::kFloat: {
       double value = 0;
-      if (ReadFloat(text, &value) != NumberReading::kOk) Raise(168, text, 8);
+      if (ReadFloat(text, &value) != NumberReading::kOk) Raise(errors::kFloatOutOfRange, text, 8);
       return {Type(TypeKind::kFloat), value};
     }
     case Form::kText:

@@ -65,8 +65,8 @@ const NamedType& FindType(const TypeName& name, TypeNameUse use, const TypePlace
   for (const std::string_view type : kNotBuilt) {
     if (type == lower) RaiseUnsupported("type " + lower);
   }
-  if (use == TypeNameUse::kCast) Raise(243, name.name);
-  Raise(2715, place.ordinal, name.name);
+  if (use == TypeNameUse::kCast) Raise(errors::kUnknownType, name.name);
+  Raise(errors::kParameterOfUnknownType, place.ordinal, name.name);
 }
 
 constexpr bool IsWide(TypeKind kind) {
@@ -80,12 +80,13 @@ constexpr bool MayBeMax(TypeKind kind) {
                                const TypePlace& place) {
   const int limit = IsWide(type.kind) ? 4000 : 8000;
   if (use == TypeNameUse::kCast) {
-    Raise(131, length, IsWide(type.kind) ? "convert specification" : "type", type.name, limit);
+    Raise(errors::kSizeAboveAnyTypes, length, IsWide(type.kind) ? "convert specification" : "type",
+          type.name, limit);
   }
   const bool is_variable = place.column.starts_with('@');
-  if (IsWide(type.kind)) Raise(2717, length, "parameter", place.column, limit);
-  if (is_variable) Raise(131, length, "type", type.name, limit);
-  Raise(131, length, "column", place.column, limit);
+  if (IsWide(type.kind)) Raise(errors::kSizeAboveTypes, length, "parameter", place.column, limit);
+  if (is_variable) Raise(errors::kSizeAboveAnyTypes, length, "type", type.name, limit);
+  Raise(errors::kSizeAboveAnyTypes, length, "column", place.column, limit);
 }
 
 SqlType WithLength(const NamedType& type, const TypeName& name, TypeNameUse use,
@@ -93,7 +94,7 @@ SqlType WithLength(const NamedType& type, const TypeName& name, TypeNameUse use,
   if (name.arguments.empty()) return TextType(type.kind, use == TypeNameUse::kCast ? 30 : 1);
   const int length = name.arguments[0];
   if (length == SqlType::kMax && MayBeMax(type.kind)) return TextType(type.kind, SqlType::kMax);
-  if (length <= 0) Raise(1001, place.line, length);
+  if (length <= 0) Raise(errors::kInvalidLengthSpecification, place.line, length);
   if (length > (IsWide(type.kind) ? 4000 : 8000)) RaiseTooLong(type, length, use, place);
   return TextType(type.kind, length);
 }
@@ -102,10 +103,10 @@ SqlType WithPrecision(const TypeName& name, const TypePlace& place) {
   constexpr int kDefaultPrecision = 18;
   const int precision = name.arguments.empty() ? kDefaultPrecision : name.arguments[0];
   const int scale = name.arguments.size() < 2 ? 0 : name.arguments[1];
-  if (precision <= 0) Raise(1001, place.line, precision);
+  if (precision <= 0) Raise(errors::kInvalidLengthSpecification, place.line, precision);
   if (precision > SqlType::kMaxPrecision)
-    Raise(2750, place.ordinal, precision, SqlType::kMaxPrecision);
-  if (scale < 0 || scale > precision) Raise(192);
+    Raise(errors::kPrecisionTooLarge, place.ordinal, precision, SqlType::kMaxPrecision);
+  if (scale < 0 || scale > precision) Raise(errors::kScaleAbovePrecision);
   return DecimalType(precision, scale);
 }
 
@@ -114,8 +115,8 @@ SqlType FloatOf(const TypeName& name, const TypePlace& place) {
   constexpr int kMostOfFloat = 53;
   if (name.arguments.empty()) return Type(TypeKind::kFloat);
   const int bits = name.arguments[0];
-  if (bits <= 0) Raise(1001, place.line, bits);
-  if (bits > kMostOfFloat) Raise(2750, place.ordinal, bits, kMostOfFloat);
+  if (bits <= 0) Raise(errors::kInvalidLengthSpecification, place.line, bits);
+  if (bits > kMostOfFloat) Raise(errors::kPrecisionTooLarge, place.ordinal, bits, kMostOfFloat);
   return Type(bits <= kMostOfReal ? TypeKind::kReal : TypeKind::kFloat);
 }
 
@@ -127,8 +128,8 @@ SqlType ResolveTypeName(const TypeName& name, TypeNameUse use, const TypePlace& 
                       : type.arguments == Arguments::kPrecision ? 2
                                                                 : 1;
   if (name.arguments.size() > most) {
-    if (use == TypeNameUse::kCast) Raise(291, type.name);
-    Raise(2716, place.ordinal, type.name);
+    if (use == TypeNameUse::kCast) Raise(errors::kInvalidCastAttributes, type.name);
+    Raise(errors::kWidthNotAllowed, place.ordinal, type.name);
   }
   switch (type.arguments) {
     case Arguments::kLength:

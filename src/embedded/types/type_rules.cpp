@@ -54,7 +54,7 @@ SqlType CommonDecimal(const SqlType& a, const SqlType& b) {
 }
 
 [[noreturn]] void RaiseClash(const SqlType& a, const SqlType& b) {
-  Raise(206, KindText(a.kind), KindText(b.kind));
+  Raise(errors::kOperandTypeClash, KindText(a.kind), KindText(b.kind));
 }
 
 // ---- Convertibility ----
@@ -107,10 +107,10 @@ bool IsBitwise(BinaryOperator op) {
 }
 
 [[noreturn]] void RaiseIncompatible(const SqlType& a, const SqlType& b, BinaryOperator op) {
-  Raise(402, KindText(a.kind), KindText(b.kind), OperatorName(op));
+  Raise(errors::kIncompatibleOperandTypes, KindText(a.kind), KindText(b.kind), OperatorName(op));
 }
 [[noreturn]] void RaiseInvalid(const SqlType& type, BinaryOperator op) {
-  Raise(8117, KindText(type.kind), OperatorName(op));
+  Raise(errors::kInvalidOperandType, KindText(type.kind), OperatorName(op));
 }
 
 using Way = ArithmeticResult::Way;
@@ -223,7 +223,7 @@ void CheckImplicit(const SqlType& from, const SqlType& to) {
     case Convertibility::kImplicit:
       return;
     case Convertibility::kExplicitOnly:
-      Raise(257, KindText(from.kind), KindText(to.kind));
+      Raise(errors::kImplicitConversionNotAllowed, KindText(from.kind), KindText(to.kind));
     case Convertibility::kNever:
       RaiseClash(from, to);
   }
@@ -231,7 +231,7 @@ void CheckImplicit(const SqlType& from, const SqlType& to) {
 
 void CheckExplicit(const SqlType& from, const SqlType& to) {
   if (HowConvertible(from, to) == Convertibility::kNever) {
-    Raise(529, KindText(from.kind), KindText(to.kind));
+    Raise(errors::kExplicitConversionNotAllowed, KindText(from.kind), KindText(to.kind));
   }
 }
 
@@ -297,13 +297,13 @@ SqlType ResolveUnary(UnaryOperator op, const SqlType& operand) {
   if (op == Operator::kPlus) return operand;
   if (op == Operator::kBitNot) {
     if (operand.kind == TypeKind::kNull) return kIntType;
-    if (!IsInteger(operand.kind)) Raise(8117, KindText(operand.kind), "'~'");
+    if (!IsInteger(operand.kind)) Raise(errors::kInvalidOperandType, KindText(operand.kind), "'~'");
     return operand;
   }
   if (operand.kind == TypeKind::kNull) return kIntType;
   if (operand.kind == TypeKind::kTinyInt) return Type(TypeKind::kSmallInt);
   if (!IsNumeric(operand.kind) || operand.kind == TypeKind::kBit) {
-    Raise(8117, KindText(operand.kind), "minus");
+    Raise(errors::kInvalidOperandType, KindText(operand.kind), "minus");
   }
   return operand;
 }
@@ -338,7 +338,7 @@ SqlType ResolveAggregate(Aggregate aggregate, const SqlType& operand) {
   const bool ordered = aggregate == Aggregate::kMin || aggregate == Aggregate::kMax;
   const bool allowed = ordered ? operand.kind != TypeKind::kNull && operand.kind != TypeKind::kBit
                                : IsNumeric(operand.kind) && operand.kind != TypeKind::kBit;
-  if (!allowed) Raise(8117, KindText(operand.kind), name);
+  if (!allowed) Raise(errors::kInvalidOperandType, KindText(operand.kind), name);
   if (ordered) return operand;
   constexpr int kLeastScaleOfAverage = 6;
   switch (operand.kind) {

@@ -106,7 +106,7 @@ TEST(Lexer, TextThatIsNotUtf8IsRefused) {
       Lexer lexer(text);
       ADD_FAILURE() << text;
     } catch (const SqlError& error) {
-      EXPECT_EQ(error.number, kNotSupported);
+      EXPECT_EQ(error.number, errors::kNotSupported);
       EXPECT_EQ(error.message, "Not supported by the embedded database: text that is not UTF-8.");
     }
   }

@@ -84,7 +84,7 @@ TEST(Errors, WordingSeverityAndReach) {
       {MakeError(16924), 16, kNextStatement,
        "Cursorfetch: The number of variables declared in the INTO list must match that of selected "
        "columns."},
-      {MakeError(kNotSupported, {"MERGE"}), 16, kEndScope,
+      {MakeError(errors::kNotSupported, {"MERGE"}), 16, kEndScope,
        "Not supported by the embedded database: MERGE."},
   };
   for (const Wording& c : cases) {

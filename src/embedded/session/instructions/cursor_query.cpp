@@ -101,7 +101,7 @@ class DeclareCursorInstruction final : public Instruction, public CursorQuery {
 
   Flow Execute(SessionContext& session, Frame& frame) override {
     const std::string folded = FoldName(statement_.name);
-    if (session.cursors.contains(folded)) Raise(16915, statement_.name);
+    if (session.cursors.contains(folded)) Raise(errors::kCursorExists, statement_.name);
     Prepare(session, frame);
     Cursor& cursor = session.cursors[folded];
     cursor.program = program_.lock();

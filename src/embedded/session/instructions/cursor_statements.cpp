@@ -20,12 +20,12 @@ constexpr int kFetched = 0, kNoRow = -1, kGone = -2;
 
 Cursor& RequireCursor(SessionContext& session, const std::string& name) {
   const auto found = session.cursors.find(FoldName(name));
-  if (found == session.cursors.end()) Raise(16916, name);
+  if (found == session.cursors.end()) Raise(errors::kUnknownCursor, name);
   return found->second;
 }
 
 void Open(SessionContext& session, Cursor& cursor) {
-  if (cursor.open) Raise(16905);
+  if (cursor.open) Raise(errors::kCursorIsOpen);
   cursor.sight = cursor.query->SightOf(session, cursor.frame);
   cursor.place = 0;
   cursor.current.clear();
@@ -44,7 +44,7 @@ void Open(SessionContext& session, Cursor& cursor) {
 }
 
 void Close(Cursor& cursor) {
-  if (!cursor.open) Raise(16917);
+  if (!cursor.open) Raise(errors::kCursorIsNotOpen);
   cursor.open = false;
   cursor.rows = Rows{};
   cursor.keys.clear();
@@ -79,10 +79,10 @@ void RequireDirection(const Cursor& cursor, Direction direction) {
   static constexpr std::string_view kWords[] = {"next", "prior",    "first",
                                                 "last", "absolute", "relative"};
   if (direction == Direction::kAbsolute && cursor.sight == CursorSight::kDynamic) {
-    Raise(16925, "Absolute");
+    Raise(errors::kDynamicCursor, "Absolute");
   }
   if (direction == Direction::kNext || cursor.scroll) return;
-  Raise(16911, "fetch", kWords[static_cast<size_t>(direction)]);
+  Raise(errors::kForwardOnlyCursor, "fetch", kWords[static_cast<size_t>(direction)]);
 }
 
 // The place that a FETCH leads to among rows that can be counted.
@@ -170,10 +170,11 @@ class FetchInstruction final : public Instruction {
   bool CountsRows() const override { return targets_.empty(); }
   Flow Execute(SessionContext& session, Frame& frame) override {
     Cursor& cursor = RequireCursor(session, statement_.cursor);
-    if (!cursor.open) Raise(16917);
+    if (!cursor.open) Raise(errors::kCursorIsNotOpen);
     RequireDirection(cursor, statement_.direction);
     const auto shape = Shape(session, cursor);
-    if (!targets_.empty() && targets_.size() != shape->types.size()) Raise(16924);
+    if (!targets_.empty() && targets_.size() != shape->types.size())
+      Raise(errors::kFetchCountMismatch);
     const StoredValue offset = offset_ ? offset_->Value(session, frame).value : StoredValue();
     const int64_t by = offset.IsNull() ? 0 : offset.integer();
     Rows row =
@@ -209,13 +210,13 @@ class FetchInstruction final : public Instruction {
 
 StoredValue CurrentRow(SessionContext& session, const std::string& name, const TablePtr& table) {
   const Cursor& cursor = RequireCursor(session, name);
-  if (!cursor.open) Raise(16917);
-  if (cursor.read_only || cursor.sight == CursorSight::kStatic) Raise(16929);
-  if (cursor.current.empty()) Raise(16931);
+  if (!cursor.open) Raise(errors::kCursorIsNotOpen);
+  if (cursor.read_only || cursor.sight == CursorSight::kStatic) Raise(errors::kReadOnlyCursor);
+  if (cursor.current.empty()) Raise(errors::kNoFetchedRow);
   for (size_t i = 0; i < cursor.tables.size(); ++i) {
     if (cursor.tables[i] == table) return cursor.current[i];
   }
-  Raise(16933);
+  Raise(errors::kCursorWithoutTable);
 }
 
 InstructionPtr MakeCursor(const CursorStatement& statement) {

@@ -63,11 +63,12 @@ TablePtr RequireTable(SessionContext& session, const ObjectName& name, int numbe
 }
 
 void AddColumns(SessionContext& session, const AlterTableAddStatement& statement) {
-  const TablePtr table = RequireTable(session, statement.name, 4902);
+  const TablePtr table = RequireTable(session, statement.name, errors::kAlterOfMissing);
   const auto added = BuildTable(table->name, statement.definition);
   auto changed = std::make_shared<Table>(*table);
   for (const Column& column : added->columns) {
-    if (table->FindColumn(column.name) >= 0) Raise(2705, column.name, table->name);
+    if (table->FindColumn(column.name) >= 0)
+      Raise(errors::kColumnTwiceInTable, column.name, table->name);
     if (column.identity) RaiseUnsupported("adding an identity column");
     if (!column.nullable && !column.constant_default) {
       RaiseUnsupported("adding a NOT NULL column without a constant default");
@@ -83,12 +84,12 @@ void AddColumns(SessionContext& session, const AlterTableAddStatement& statement
 }
 
 void CreateIndex(SessionContext& session, const CreateIndexStatement& statement) {
-  const TablePtr table = RequireTable(session, statement.table, 1088);
+  const TablePtr table = RequireTable(session, statement.table, errors::kIndexOnMissingObject);
   try {
     session.catalog.CreateIndex(table, statement);
   } catch (const SqlError& error) {
     if (error.number != kDuplicateRefused) throw;
-    Raise(1505, table->MessageName(), statement.name,
+    Raise(errors::kDuplicateKeyInIndex, table->MessageName(), statement.name,
           RepeatedKey(session, *table, statement.columns));
   }
 }
@@ -121,7 +122,7 @@ DropStatement::What KindOf(const CatalogObject& object) {
 bool DropOne(SessionContext& session, const DropStatement& drop, const ObjectName& name) {
   Catalog& catalog = session.catalog;
   if (drop.what == DropStatement::What::kIndex) {
-    const TablePtr table = RequireTable(session, drop.on_table, 4902);
+    const TablePtr table = RequireTable(session, drop.on_table, errors::kAlterOfMissing);
     catalog.DropIndex(table, name.last());
     return true;
   }
@@ -134,7 +135,7 @@ bool DropOne(SessionContext& session, const DropStatement& drop, const ObjectNam
   if (!object) return false;
   if (KindOf(*object) != drop.what) {
     const std::string written = WrittenName(name);
-    Raise(3705, Verb(drop.what), written, written, KindWord(KindOf(*object)),
+    Raise(errors::kDropOfOtherKind, Verb(drop.what), written, written, KindWord(KindOf(*object)),
           "DROP " + Verb(KindOf(*object)));
   }
   catalog.DropObject(object);
@@ -144,13 +145,13 @@ bool DropOne(SessionContext& session, const DropStatement& drop, const ObjectNam
 void Drop(SessionContext& session, const DropStatement& drop) {
   for (const ObjectName& name : drop.names) {
     if (!DropOne(session, drop, name) && !drop.if_exists) {
-      Raise(3701, "drop", std::string(KindWord(drop.what)), WrittenName(name));
+      Raise(errors::kDropOfMissing, "drop", std::string(KindWord(drop.what)), WrittenName(name));
     }
   }
 }
 
 void Truncate(SessionContext& session, const TruncateStatement& statement) {
-  const TablePtr table = RequireTable(session, statement.table, 4701);
+  const TablePtr table = RequireTable(session, statement.table, errors::kTruncateOfMissing);
   session.catalog.temporaries().Empty(*table);
 }
 

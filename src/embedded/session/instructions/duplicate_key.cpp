@@ -100,7 +100,7 @@ SqlError RefusedRow(const SqlError& error, const Table& table, std::string_view 
   if (error.number == kNullRefused) {
     for (const Column& column : table.columns) {
       if (error.message.ends_with('.' + column.name)) {
-        return MakeError(515, {column.name, table.MessageName(), verb});
+        return MakeError(errors::kNullIntoColumn, {column.name, table.MessageName(), verb});
       }
     }
     return error;
@@ -108,12 +108,13 @@ SqlError RefusedRow(const SqlError& error, const Table& table, std::string_view 
   const Key* key = KeyOf(table, error.message);
   const std::string duplicate = key ? value(*key) : std::string("(…)");
   if (key && key->kind == Key::Kind::kUniqueIndex) {
-    return MakeError(2601, {table.MessageName(), key->name, duplicate});
+    return MakeError(errors::kDuplicateKeyInUniqueIndex,
+                     {table.MessageName(), key->name, duplicate});
   }
   const bool unique = key && key->kind == Key::Kind::kUnique;
   const std::string name =
       key && !key->name.empty() ? key->name : (unique ? "UQ_" : "PK_") + table.name;
-  return MakeError(2627,
+  return MakeError(errors::kDuplicateKeyInConstraint,
                    {unique ? "UNIQUE KEY" : "PRIMARY KEY", name, table.MessageName(), duplicate});
 }
 

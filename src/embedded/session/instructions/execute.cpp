@@ -16,7 +16,7 @@ class ExecuteProcedureInstruction final : public Instruction {
     for (const ExecuteArgument& argument : statement.arguments) {
       const bool is_variable =
           argument.value && argument.value->kind == Expression::Kind::kVariable;
-      if (argument.output && !is_variable) Raise(179);
+      if (argument.output && !is_variable) Raise(errors::kOutputOfConstant);
       variables_.push_back(
           is_variable
               ? visible.IndexOf(static_cast<const VariableExpression&>(*argument.value).name)

@@ -59,7 +59,14 @@ void PrepareDeferred(int line, Prepare prepare) {
   try {
     prepare();
   } catch (SqlError& error) {
-    if (error.number == 208 || error.number == 544 || error.number == 8101) return;
+    switch (error.number) {
+      case errors::kInvalidObjectName:
+      case errors::kExplicitIdentity:
+      case errors::kExplicitIdentityWithoutList:
+        return;
+      default:
+        break;
+    }
     if (error.line == 0) error.line = line;
     throw;
   }

@@ -34,7 +34,7 @@ TablePtr TableFor(const std::string& name, const BoundQuery& query) {
   const bool single = query.select && query.select->from && query.select->from->source;
   std::vector<Column> columns;
   for (const SourceColumn& column : query.columns) {
-    if (column.name.empty()) Raise(1038);
+    if (column.name.empty()) Raise(errors::kEmptyName);
     Column made;
     made.name = column.name;
     made.type = column.type;
@@ -194,7 +194,7 @@ class SelectIntoInstruction final : public QueryInstruction {
   IntoPlan& FindTable(SessionContext& session, const Frame& frame) {
     return FindPlan(session, frame, tables_, [&](IntoPlan& plan) {
       const BoundQueryPtr query = NewBinder(session, frame, plan).BindQuery(query_);
-      if (into_.last().starts_with('@')) Raise(102, into_.last());
+      if (into_.last().starts_with('@')) Raise(errors::kSyntaxNear, into_.last());
       plan.definition = TableFor(into_.last(), *query);
     });
   }
@@ -248,7 +248,7 @@ Rows ReadRows(SessionContext& session, QueryPlan& plan, Frame& frame) {
 InstructionPtr MakeSelect(const SelectStatement& statement, DeclaredVariables visible) {
   const bool assigning = IsAssigning(*statement.query);
   if (IntoOf(*statement.query) != nullptr) {
-    if (assigning) Raise(194);
+    if (assigning) Raise(errors::kSelectIntoAssigns);
     return std::make_unique<SelectIntoInstruction>(statement, visible);
   }
   if (assigning) return std::make_unique<AssigningSelectInstruction>(statement, visible);

@@ -61,15 +61,16 @@ class SetOptionInstruction final : public Instruction {
     std::string value = statement_.value;
     while (!value.empty() && value.back() == ' ') value.pop_back();
     const size_t blank = value.find_last_of(" \t\r\n");
-    if (blank == std::string::npos) Raise(102, value);
+    if (blank == std::string::npos) Raise(errors::kSyntaxNear, value);
     const bool on = SameName(value.substr(blank + 1), "ON");
     const ObjectName name{SplitName(value.substr(0, blank))};
     const TablePtr table = session.catalog.FindTable(name);
-    if (!table) Raise(208, WrittenName(name));
-    if (table->identity_column < 0) Raise(8106, table->name);
+    if (!table) Raise(errors::kInvalidObjectName, WrittenName(name));
+    if (table->identity_column < 0) Raise(errors::kNoIdentityProperty, table->name);
     if (on && !session.state.identity_insert.physical.empty() &&
         session.state.identity_insert.physical != table->physical) {
-      Raise(8107, "main", "dbo", session.state.identity_insert.name, table->name);
+      Raise(errors::kIdentityInsertIsOn, "main", "dbo", session.state.identity_insert.name,
+            table->name);
     }
     session.state.identity_insert.physical = on ? table->physical : std::string();
     session.state.identity_insert.name = on ? table->name : std::string();
@@ -147,7 +148,7 @@ std::string Format(const std::string& text, const std::vector<TypedValue>& value
         out += value.value.IsNull() ? "(null)" : DisplayText(value.value, value.type);
       }
     } else {
-      Raise(2787, std::string("%") + what);
+      Raise(errors::kInvalidFormat, std::string("%") + what);
     }
   }
   return out;
@@ -180,7 +181,8 @@ class RaisErrorInstruction final : public Instruction {
     if (values[0].value.kind() == StoredValue::Kind::kInteger) {
       error.number = number(0);
       if (error.number <= kLastReserved) {
-        Raise(2732, error.number, kLastReserved + 1, std::numeric_limits<int>::max());
+        Raise(errors::kInvalidErrorNumber, error.number, kLastReserved + 1,
+              std::numeric_limits<int>::max());
       }
     } else if (!values[0].value.IsNull()) {
       error.message = Format(DisplayText(values[0].value, values[0].type), rest);

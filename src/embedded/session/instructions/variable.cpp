@@ -9,7 +9,7 @@ size_t DeclaredVariables::IndexOf(const std::string& name) const {
   for (size_t i = 0; i < count; ++i) {
     if (SameName((*variables)[i].name, name)) return i;
   }
-  Raise(137, name);
+  Raise(errors::kUndeclaredVariable, name);
 }
 
 namespace {

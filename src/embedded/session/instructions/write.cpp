@@ -134,7 +134,7 @@ class InsertExecuteInstruction final : public Instruction {
 
   bool CountsRows() const override { return true; }
   Flow Execute(SessionContext& session, Frame& frame) override {
-    if (session.results.capturing()) Raise(8164);
+    if (session.results.capturing()) Raise(errors::kInsertExecNested);
     std::vector<Rows> results;
     session.results.Capture(&results);
     try {
