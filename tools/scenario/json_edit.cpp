@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/utf8.h"
 #include "scenario/alignment.h"
 
 namespace tavcc {
@@ -77,12 +78,6 @@ class Finder {
   size_t at_ = 0;
 };
 
-// Characters, not bytes.
-size_t Width(std::string_view text) {
-  return static_cast<size_t>(
-      std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
-}
-
 std::string OnOneLine(const Json& json) {
   if (!json.is_structured()) return Show(json);
   std::string out;
@@ -96,7 +91,7 @@ std::string OnOneLine(const Json& json) {
 // `column` is where the value begins, `indent` what the line begins with.
 std::string LaidOut(const Json& json, const std::string& indent, size_t column) {
   std::string line = OnOneLine(json);
-  if (json.empty() || column + Width(line) <= kWidest) return line;
+  if (json.empty() || column + CharacterCount(line) <= kWidest) return line;
   const std::string deeper = indent + "  ";
   std::string out;
   for (const Json& element : json) {
@@ -105,7 +100,7 @@ std::string LaidOut(const Json& json, const std::string& indent, size_t column) 
   for (const auto& [key, value] : json.items()) {
     const std::string name = Show(Json(key)) + ": ";
     out += (out.empty() ? "\n" : ",\n") + deeper + name;
-    out += LaidOut(value, deeper, deeper.size() + Width(name));
+    out += LaidOut(value, deeper, deeper.size() + CharacterCount(name));
   }
   out += "\n" + indent;
   return json.is_array() ? "[" + out + "]" : "{" + out + "}";
@@ -124,12 +119,12 @@ class Rewriter {
       out = Members(place, old, updated);
     }
     const size_t line = LineBegin(place.begin);
-    const size_t column = Width(Between(line, place.begin));
+    const size_t column = CharacterCount(Between(line, place.begin));
     // A line that was too long already may stay one.
     const bool wide =
-        Width(Between(line, std::min(text_.find('\n', line), text_.size()))) > kWidest;
+        CharacterCount(Between(line, std::min(text_.find('\n', line), text_.size()))) > kWidest;
     const bool stays = wide || out.find('\n') != std::string::npos;
-    if (!out.empty() && (stays || column + Width(out) <= kWidest)) return out;
+    if (!out.empty() && (stays || column + CharacterCount(out) <= kWidest)) return out;
     return wide && Between(place.begin, place.end).find('\n') == std::string_view::npos
                ? OnOneLine(updated)
                : LaidOut(updated, Indent(place.begin), column);
@@ -224,7 +219,7 @@ class Rewriter {
     for (const auto& [key, value] : updated.items()) {
       if (old.contains(key)) continue;
       const std::string name = Show(Json(key)) + ": ";
-      joined.New(name + LaidOut(value, indent, indent.size() + Width(name)));
+      joined.New(name + LaidOut(value, indent, indent.size() + CharacterCount(name)));
     }
     return joined.Whole();
   }

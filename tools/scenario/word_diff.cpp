@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "foundation/utf8.h"
 #include "scenario/alignment.h"
 
 namespace tavcc {
@@ -24,7 +25,7 @@ std::vector<std::string_view> Words(std::string_view text) {
     } else if (text.substr(at, 2) == "\r\n") {
       ++end;
     } else {
-      while (end < text.size() && (text[end] & 0xC0) == 0x80) ++end;
+      while (end < text.size() && IsContinuationByte(text[end])) ++end;
     }
     words.push_back(text.substr(at, end - at));
     at = end;

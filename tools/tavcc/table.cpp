@@ -5,6 +5,7 @@
 #include <iterator>
 #include <span>
 
+#include "foundation/utf8.h"
 #include "tavcc/unicode_widths.h"
 
 namespace tavcc {
@@ -13,28 +14,6 @@ namespace {
 bool IsIn(uint32_t code, std::span<const CodeRange> ranges) {
   const auto above = std::ranges::upper_bound(ranges, code, {}, &CodeRange::first);
   return above != ranges.begin() && code <= std::prev(above)->last;
-}
-
-// The code point at `at`, which moves behind it. A broken byte counts as one character.
-uint32_t NextCodePoint(std::string_view text, size_t& at) {
-  const auto lead = static_cast<unsigned char>(text[at++]);
-  int more = 0;
-  uint32_t code = lead;
-  if (lead >= 0xF0) {
-    more = 3;
-    code = lead & 0x07U;
-  } else if (lead >= 0xE0) {
-    more = 2;
-    code = lead & 0x0FU;
-  } else if (lead >= 0xC0) {
-    more = 1;
-    code = lead & 0x1FU;
-  }
-  for (; more > 0 && at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80;
-       --more) {
-    code = code << 6U | (static_cast<unsigned char>(text[at++]) & 0x3FU);
-  }
-  return code;
 }
 
 // "01.001" is an item's number, not a quantity.
@@ -49,7 +28,8 @@ bool IsNumber(const std::string& cell) {
 size_t DisplayWidth(std::string_view utf8) {
   size_t width = 0;
   for (size_t at = 0; at < utf8.size();) {
-    const uint32_t code = NextCodePoint(utf8, at);
+    const auto [code, size] = CharacterAt(utf8, at);
+    at += std::max<size_t>(size, 1);
     // The first of the table's; what lies below is plain text, most of all.
     const bool plain = code < kZeroWidthCharacters[0].first;
     width += plain ? 1 : IsIn(code, kZeroWidthCharacters) ? 0 : IsIn(code, kWideCharacters) ? 2 : 1;

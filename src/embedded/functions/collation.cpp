@@ -53,7 +53,7 @@ constexpr unsigned char At(std::string_view text, size_t at) {
 // What is left over of the longer text against the blanks that the shorter one is padded with.
 int CompareWithBlanks(std::string_view rest) {
   for (size_t at = 0; at < rest.size();) {
-    const DecodedCharacter character = FoldedAt(rest, at);
+    const Utf8Character character = FoldedAt(rest, at);
     if (character.code != ' ') return character.code < ' ' ? -1 : 1;
     at += character.size;
   }
@@ -90,10 +90,10 @@ uint32_t FoldOf(uint32_t code) {
   return LowerOf(code);
 }
 
-DecodedCharacter FoldedAt(std::string_view text, size_t at) {
+Utf8Character FoldedAt(std::string_view text, size_t at) {
   const unsigned char byte = At(text, at);
   if (byte < 0x80) return {kAsciiFold[byte], 1};
-  DecodedCharacter character = DecodeAt(text, at);
+  Utf8Character character = DecodeAt(text, at);
   character.code = FoldOf(character.code);
   return character;
 }
@@ -102,8 +102,8 @@ size_t MatchAt(std::string_view text, size_t at, std::string_view pattern) {
   const size_t start = at;
   for (size_t p = 0; p < pattern.size();) {
     if (at >= text.size()) return std::string_view::npos;
-    const DecodedCharacter a = FoldedAt(text, at);
-    const DecodedCharacter b = FoldedAt(pattern, p);
+    const Utf8Character a = FoldedAt(text, at);
+    const Utf8Character b = FoldedAt(pattern, p);
     if (a.code != b.code) return std::string_view::npos;
     at += a.size;
     p += b.size;
@@ -123,8 +123,8 @@ int CompareText(std::string_view a, std::string_view b) {
   while (same > 0 && (is_inside(a, same) || is_inside(b, same))) --same;
   size_t i = same, j = same;
   while (i < a.size() && j < b.size()) {
-    const DecodedCharacter x = FoldedAt(a, i);
-    const DecodedCharacter y = FoldedAt(b, j);
+    const Utf8Character x = FoldedAt(a, i);
+    const Utf8Character y = FoldedAt(b, j);
     if (x.code != y.code) return x.code < y.code ? -1 : 1;
     i += x.size;
     j += y.size;

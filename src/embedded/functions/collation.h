@@ -19,7 +19,7 @@ uint32_t UpperOf(uint32_t code);
 uint32_t FoldOf(uint32_t code);
 
 // The character at `at`, which is inside the text, folded.
-DecodedCharacter FoldedAt(std::string_view text, size_t at);
+Utf8Character FoldedAt(std::string_view text, size_t at);
 
 // The length in bytes of what matches `pattern` at `at` in `text` by folded characters, or npos.
 // An empty pattern matches nothing, of length 0.

@@ -23,9 +23,9 @@ class Pattern {
   // Whether the element at `at` takes the folded character; *next is where the following one
   // begins.
   bool Takes(size_t at, uint32_t code, size_t* next) const {
-    const DecodedCharacter element = FoldedAt(text_, at);
+    const Utf8Character element = FoldedAt(text_, at);
     if (Escaped(at) && at + element.size < text_.size()) {
-      const DecodedCharacter literal = DecodeAt(text_, at + element.size);
+      const Utf8Character literal = DecodeAt(text_, at + element.size);
       *next = at + element.size + literal.size;
       return FoldOf(literal.code) == code;
     }
@@ -64,7 +64,7 @@ class Pattern {
   }
 
   uint32_t Element(size_t* at) const {
-    DecodedCharacter element = DecodeAt(text_, *at);
+    Utf8Character element = DecodeAt(text_, *at);
     if (Escaped(*at) && *at + element.size < text_.size()) {
       *at += element.size;
       element = DecodeAt(text_, *at);
@@ -88,7 +88,7 @@ bool Matches(std::string_view text, const Pattern& pattern, size_t p) {
       continue;
     }
     if (t < text.size() && p < pattern.size()) {
-      const DecodedCharacter character = FoldedAt(text, t);
+      const Utf8Character character = FoldedAt(text, t);
       size_t next = p;
       if (pattern.Takes(p, character.code, &next)) {
         p = next;
@@ -107,7 +107,7 @@ bool Matches(std::string_view text, const Pattern& pattern, size_t p) {
 // Nothing, with the error set, when the escape is not one character.
 bool ReadEscape(Context context, sqlite3_value* value, std::optional<uint32_t>* escape) {
   const std::string_view text = TextOf(value);
-  const DecodedCharacter first = text.empty() ? DecodedCharacter{} : DecodeAt(text, 0);
+  const Utf8Character first = text.empty() ? Utf8Character{} : DecodeAt(text, 0);
   if (text.empty() || first.size != text.size()) {
     Fail(context, errors::kInvalidEscapeCharacter, {text, "LIKE"});
     return false;

@@ -91,12 +91,12 @@ void MapLetters(Context context, int, Arguments arguments) {
   std::string mapped;
   mapped.reserve(text.size());
   for (size_t at = 0; at < text.size();) {
-    const DecodedCharacter character = DecodeAt(text, at);
+    const Utf8Character character = DecodeAt(text, at);
     const uint32_t code = map(character.code);
     if (code == character.code) {
       mapped.append(text.substr(at, character.size));
     } else {
-      AppendCharacter(code, &mapped);
+      AppendUtf8(mapped, code);
     }
     at += character.size;
   }
@@ -167,7 +167,7 @@ void Character(Context context, int, Arguments arguments) {
   const bool half_of_pair = code >= 0xd800 && code <= 0xdfff;
   if (code < 0 || code > last || half_of_pair) return;
   std::string text;
-  AppendCharacter(static_cast<uint32_t>(code), &text);
+  AppendUtf8(text, static_cast<uint32_t>(code));
   ReturnText(context, text);
 }
 
@@ -183,7 +183,7 @@ void Unicode(Context context, int, Arguments arguments) {
   const std::string_view text = TextOf(arguments[0]);
   if (text.empty()) return;
   uint32_t code = DecodeAt(text, 0).code;
-  if (code > 0xffff) code = 0xd800 + ((code - 0x10000) >> 10);  // the first unit of the pair
+  if (code >= kFirstOfTwoUnits) code = HighSurrogateOf(code);  // the first unit of the pair
   sqlite3_result_int64(context, code);
 }
 

@@ -4,31 +4,10 @@
 #include <algorithm>
 
 #include "embedded/error.h"
+#include "foundation/utf8.h"
 
 namespace tavcc::sql {
 namespace {
-
-struct CodePoint {
-  char32_t value = 0;
-  size_t bytes = 0;  // 0: not UTF-8
-};
-
-// Decodes one character beyond ASCII. Overlong forms, surrogates and values past U+10FFFF are not
-// UTF-8.
-CodePoint Decode(std::string_view text) {
-  const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
-  const unsigned lead = byte(0);
-  const size_t bytes = lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
-  if (bytes == 0 || text.size() < bytes) return {};
-  char32_t value = lead & (0xFFu >> (bytes + 1));
-  for (size_t i = 1; i < bytes; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return {};
-    value = (value << 6) | (byte(i) & 0x3Fu);
-  }
-  constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
-  if (value < kLeast[bytes] || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF)) return {};
-  return {value, bytes};
-}
 
 struct Range {
   char32_t first, last;
@@ -66,9 +45,9 @@ void CheckEncoding(std::string_view text) {
       ++at;
       continue;
     }
-    const CodePoint point = Decode(text.substr(at));
-    if (point.bytes == 0) RaiseBrokenText(1 + CountLines(text.substr(0, at)));
-    at += point.bytes;
+    const size_t size = WholeCharacterAt(text, at).size;
+    if (size == 0) RaiseBrokenText(1 + CountLines(text.substr(0, at)));
+    at += size;
   }
 }
 
@@ -77,12 +56,12 @@ void CheckEncoding(std::string_view text) {
 namespace scanning {
 
 size_t WideLetter(std::string_view text) {
-  const CodePoint point = Decode(text);
-  return point.bytes > 0 && IsLetter(point.value) ? point.bytes : 0;
+  const Utf8Character character = WholeCharacterAt(text, 0);
+  return IsLetter(character.code) ? character.size : 0;
 }
 
 size_t CharacterBytes(std::string_view text) {
-  return Decode(text).bytes;
+  return WholeCharacterAt(text, 0).size;
 }
 
 }  // namespace scanning

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "embedded/syntax/parser_impl.h"
+#include "foundation/utf8.h"
 
 namespace tavcc::sql {
 namespace {
@@ -13,18 +14,12 @@ constexpr size_t kMaxNameLength = 128;
 constexpr size_t kMaxNameParts = 4;
 constexpr size_t kMaxShown = 1000;  // characters of the batch's own text in an error text
 
-size_t CharacterCount(std::string_view text) {
-  return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-  }));
-}
-
 // The text up to `count` characters.
 std::string_view FirstCharacters(std::string_view text, size_t count) {
   size_t at = 0;
   for (; at < text.size() && count > 0; --count) do
       ++at;
-    while (at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80);
+    while (at < text.size() && IsContinuationByte(text[at]));
   return text.substr(0, at);
 }
 

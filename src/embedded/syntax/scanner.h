@@ -10,6 +10,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "foundation/utf8.h"
+
 namespace tavcc::sql {
 
 enum class TokenKind : uint8_t {
@@ -256,7 +258,7 @@ class Scanner {
       return Take(TokenKind::kSymbol, at_ + 2);
     if (static_cast<unsigned char>(c) < 0x80) return Take(TokenKind::kSymbol, at_ + 1);
     size_t end = at_ + 1;  // one character beyond ASCII, however many bytes it has
-    while (end < text_.size() && (static_cast<unsigned char>(text_[end]) & 0xC0) == 0x80) ++end;
+    while (end < text_.size() && IsContinuationByte(text_[end])) ++end;
     return Take(TokenKind::kSymbol, end);
   }
 

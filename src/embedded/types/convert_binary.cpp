@@ -104,16 +104,8 @@ void AppendUtf16(std::string_view text, std::string* out) {
     out->push_back(static_cast<char>(code));
     out->push_back(static_cast<char>(code >> 8));
   };
-  for (size_t at = 0; at < text.size();) {
-    const DecodedCharacter character = DecodeAt(text, at);
-    at += character.size;
-    if (character.code < 0x10000) {
-      unit(character.code);
-      continue;
-    }
-    unit(0xD800 + ((character.code - 0x10000) >> 10));
-    unit(0xDC00 + ((character.code - 0x10000) & 0x3FF));
-  }
+  ForEachUnit(
+      text, [](char byte) { return static_cast<unsigned char>(byte); }, unit);
 }
 
 // The text's bytes; false with the error set when it is not as its style says.
@@ -230,23 +222,10 @@ bool BinaryToDate(const Conversion& c) {
 
 std::string Utf8Of(std::string_view bytes) {
   const auto unit = [&](size_t i) {
-    return static_cast<uint32_t>(static_cast<unsigned char>(bytes[i]) |
-                                 static_cast<unsigned char>(bytes[i + 1]) << 8);
+    return static_cast<uint32_t>(static_cast<unsigned char>(bytes[2 * i]) |
+                                 static_cast<unsigned char>(bytes[2 * i + 1]) << 8);
   };
-  std::string out;
-  for (size_t i = 0; i + 1 < bytes.size(); i += 2) {
-    uint32_t code = unit(i);
-    const bool pair = code >= 0xD800 && code < 0xDC00 && i + 3 < bytes.size() &&
-                      unit(i + 2) >= 0xDC00 && unit(i + 2) < 0xE000;
-    if (pair) {
-      code = 0x10000 + ((code - 0xD800) << 10) + (unit(i + 2) - 0xDC00);
-      i += 2;
-    } else if (code >= 0xD800 && code < 0xE000) {
-      code = 0xFFFD;  // half of a pair
-    }
-    AppendCharacter(code, &out);
-  }
-  return out;
+  return TextOfUnits(bytes.size() / 2, unit);
 }
 
 }  // namespace tavcc::sql::internal

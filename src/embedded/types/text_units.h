@@ -4,20 +4,17 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <string>
 #include <string_view>
+
+#include "foundation/utf8.h"
 
 namespace tavcc::sql {
 
-struct DecodedCharacter {
-  uint32_t code = 0;
-  size_t size = 1;  // in bytes
-};
-
 // The character at `at`, which is inside the text.
-DecodedCharacter DecodeAt(std::string_view text, size_t at);
-void AppendCharacter(uint32_t code, std::string* out);
+inline Utf8Character DecodeAt(std::string_view text, size_t at) {
+  const Utf8Character character = CharacterAt(text, at);
+  return character.size > 0 ? character : Utf8Character{static_cast<unsigned char>(text[at]), 1};
+}
 
 // Units of the whole text.
 size_t CountUnits(std::string_view text);

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/utf8.h"
 #include "tavcc/sql/words.h"
 #include "tavcc/table.h"
 
@@ -57,7 +58,7 @@ std::string WithoutTabs(std::string text) {
 
 // Not in the middle of a character.
 size_t CharacterStart(std::string_view text, size_t at) {
-  while (at > 0 && at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80) --at;
+  while (at > 0 && at < text.size() && IsContinuationByte(text[at])) --at;
   return std::min(at, text.size());
 }
 

@@ -56,14 +56,14 @@ int ReadByte() {
 int ReadCharacter(EditLine*, wchar_t* character) {
   const int lead = ReadByte();
   if (lead < 0) return interrupted != 0 ? -1 : 0;
-  int more = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC0 ? 1 : 0;
-  auto code = static_cast<wchar_t>(more == 0 ? lead : lead & (0x3F >> more));
-  for (; more > 0; --more) {
+  std::string bytes(1, static_cast<char>(lead));
+  while (bytes.size() < SizeByLead(bytes.front())) {
     const int byte = ReadByte();
     if (byte < 0) return 0;
-    code = static_cast<wchar_t>(code << 6 | (byte & 0x3F));
+    bytes += static_cast<char>(byte);
   }
-  *character = code;
+  const Utf8Character read = CharacterAt(bytes, 0);
+  *character = static_cast<wchar_t>(read.size > 0 ? read.code : kReplacementCharacter);
   return 1;
 }
 
