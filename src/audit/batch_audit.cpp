@@ -35,15 +35,15 @@ constexpr int16_t kRunEnded = -1;
 // Bills of this type are neither held against the stock nor posted.
 constexpr int32_t kStocklessType = 3003;
 
-enum class Course { kPassed, kRefused, kEndsRun };
+enum class OutcomeKind { kPassed, kRefused, kEndsRun };
 
 struct Outcome {
-  Course course;
+  OutcomeKind kind;
   std::string text;  // the outcome as the bill's line says it, or why the run ends
 };
 
 Outcome RefusedBecause(std::string_view reason) {
-  return {Course::kRefused, Cat("审核失败！失败原因：", reason, "|")};
+  return {OutcomeKind::kRefused, Cat("审核失败！失败原因：", reason, "|")};
 }
 
 // What a batch is told, what its bills share, and what it hands back.
@@ -211,11 +211,11 @@ Outcome BillAudit::Run() {
   KeepBooks();
   std::string message;
   if (MovesStock(bill_.class_type, bill_.bill_type) && !PostStock(message)) {
-    return {Course::kEndsRun, std::move(message)};
+    return {OutcomeKind::kEndsRun, std::move(message)};
   }
   const std::string reason = PostValue(host_, *batch_->cn, bill_);
   if (!reason.empty()) return RefusedBecause(reason);
-  return {Course::kPassed, "审核成功！"};
+  return {OutcomeKind::kPassed, "审核成功！"};
 }
 
 void BillAudit::KeepBooks() {
@@ -261,14 +261,14 @@ int16_t RunBatch(const std::shared_ptr<Batch>& batch, const Vector& bills, Dicti
     const auto dictionary = ToObject<Dictionary>(bills.Item(i));
     BillAudit audit(batch, *dictionary);
     Outcome outcome = audit.Run();
-    switch (outcome.course) {
-      case Course::kPassed:
+    switch (outcome.kind) {
+      case OutcomeKind::kPassed:
         result.AddPassed(audit.bill(), outcome.text);
         break;
-      case Course::kRefused:
+      case OutcomeKind::kRefused:
         result.AddRefused(audit.bill(), outcome.text);
         break;
-      case Course::kEndsRun:
+      case OutcomeKind::kEndsRun:
         result.SetError(std::move(outcome.text));
         return kRunEnded;
     }
