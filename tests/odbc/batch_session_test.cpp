@@ -96,7 +96,10 @@ TEST_F(OdbcBatch, WhatComesBehindTheFirstErrorIsToldToo) {
 TEST_F(OdbcBatch, AnInterruptCancelsAtTheServer) {
   server_.Answer("waitfor", TdsAnswer(), Delivery::kUntilCancelled);
   std::thread other([&] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    while (server_.Received().empty()) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));  // the driver waits for an answer
     session_->Interrupt();
   });
   Told told;

@@ -1,6 +1,7 @@
 // A session that shows all of a batch, told in one line for each thing that it tells.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <string>
 #include <thread>
@@ -108,12 +109,17 @@ TEST_F(BatchSessionTest, AnInterruptEndsLoopsAndStatements) {
            "select count(*) from r option (maxrecursion 0)",
        }) {
     session_->Execute("begin transaction insert t values (77)");
+    // Where the batch has not begun yet, an interrupt is lost.
+    std::atomic<bool> ended = false;
     std::thread other([&] {
-      std::this_thread::sleep_for(std::chrono::milliseconds(100));
-      session_->Interrupt();
+      while (!ended) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        session_->Interrupt();
+      }
     });
     Told told;
     EXPECT_FALSE(session_->RunBatch(batch, told)) << batch;
+    ended = true;
     other.join();
     EXPECT_EQ(told.text.find("error"), std::string::npos) << told.text.substr(0, 200);
     session_->Execute("if @@trancount > 0 rollback");
