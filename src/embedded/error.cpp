@@ -61,10 +61,8 @@ AfterError WhatFollows(int number) {
   return definition != nullptr ? definition->after : kNextStatement;
 }
 
-SqlError MakeError(int number, std::initializer_list<ErrorArgument> arguments) {
+SqlError MakeError(errors::Number number, std::initializer_list<ErrorArgument> arguments) {
   const ErrorDefinition* definition = FindError(number);
-  if (definition == nullptr)
-    return MakeError(errors::kNotSupported, {"error " + std::to_string(number)});
   return SqlError{number, definition->severity, definition->state, 0,
                   FillIn(definition->text, arguments)};
 }

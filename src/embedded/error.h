@@ -72,13 +72,12 @@ class ErrorArgument {
   std::string text_;
 };
 
-// The error of the table with its arguments filled in; line 0, which is for the caller to set. The
-// number must be in the table.
-SqlError MakeError(int number, std::initializer_list<ErrorArgument> arguments = {});
+// The error of the table with its arguments filled in; line 0, which is for the caller to set.
+SqlError MakeError(errors::Number number, std::initializer_list<ErrorArgument> arguments = {});
 
 // As MakeError, thrown: Raise(errors::kInvalidObjectName, name).
 template <class... Arguments>
-[[noreturn]] void Raise(int number, const Arguments&... arguments) {
+[[noreturn]] void Raise(errors::Number number, const Arguments&... arguments) {
   throw MakeError(number, {ErrorArgument(arguments)...});
 }
 

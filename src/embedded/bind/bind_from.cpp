@@ -57,7 +57,7 @@ void Binder::CheckView(const CreateViewStatement& view) {
   }
 }
 
-TablePtr Binder::RequireTable(const ObjectName& name, int number) {
+TablePtr Binder::RequireTable(const ObjectName& name, errors::Number number) {
   TablePtr table = catalog_.FindTable(name);
   if (!table) {
     if (name.last().starts_with('@')) Raise(errors::kUndeclaredTableVariable, name.last());

@@ -127,7 +127,7 @@ BoundExpressionPtr Binder::BindAggregate(const FunctionExpression& function, Agg
                                          const Scope& scope) {
   if (aggregates_ == nullptr) Raise(errors::kSyntaxNear, function.name.last());
   if (aggregates_->inside) Raise(errors::kAggregateOfAggregateOrSubquery);
-  if (aggregates_->refusal != 0) Raise(aggregates_->refusal);
+  if (aggregates_->refusal) Raise(*aggregates_->refusal);
   aggregates_->found = true;
   if (function.star) {
     if (aggregate != Aggregate::kCount) Raise(errors::kSyntaxNear, "*");

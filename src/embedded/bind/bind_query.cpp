@@ -106,7 +106,7 @@ BoundQueryPtr Binder::BindBlock(const Query& query, const Scope* parent) {
     select.group_by.push_back(Bind(*key, scope));
     RequireOwnColumn(*select.group_by.back(), scope.sources);
   }
-  aggregates.refusal = 0;
+  aggregates.refusal.reset();
   aggregates.windows = true;
   BindItems(block, scope, select);
   aggregates.windows = false;
@@ -267,7 +267,7 @@ void Binder::CheckGrouping(const BoundSelect& select, const Scope& scope,
     return std::ranges::any_of(select.group_by,
                                [&](const auto& key) { return AreSame(*key, expression); });
   };
-  int number = errors::kNotGroupedInSelect;
+  errors::Number number = errors::kNotGroupedInSelect;
   const ExpressionVisitor check = [&](const BoundExpression& expression) {
     if (expression.kind == BoundExpression::Kind::kAggregate) return;
     if (expression.kind == BoundExpression::Kind::kColumn) {

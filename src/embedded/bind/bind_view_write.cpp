@@ -15,7 +15,7 @@ namespace {
 enum class Refusal : uint8_t { kGrouped, kSeveralTables, kDerivedColumn, kUnion };
 
 [[noreturn]] void Refuse(const BoundSource& target, Refusal refusal) {
-  static constexpr int kNumbers[][2] = {
+  static constexpr errors::Number kNumbers[][2] = {
       {errors::kViewWithAggregates, errors::kDerivedTableWithAggregates},
       {errors::kViewOfSeveralTables, errors::kDerivedTableOfSeveralTables},
       {errors::kViewColumnDerived, errors::kDerivedTableColumnDerived},

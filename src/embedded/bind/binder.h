@@ -82,7 +82,7 @@ class Binder {
   BoundConditionPtr BindTest(const Condition& condition);
   // The table of a statement that is neither a query nor one of the above. Errors: 208, or `number`
   // where the statement has another one.
-  TablePtr RequireTable(const ObjectName& name, int number = errors::kInvalidObjectName);
+  TablePtr RequireTable(const ObjectName& name, errors::Number number = errors::kInvalidObjectName);
   int FindVariable(std::string_view name) const;  // error 137
 
   // What stands for several of its operands (CASE x WHEN …, BETWEEN, COALESCE) binds them several
@@ -101,7 +101,7 @@ class Binder {
   };
   // What the block at hand makes of aggregates.
   struct Aggregates {
-    int refusal = 0;  // the error of an aggregate in this place; 0 where it may stand
+    std::optional<errors::Number> refusal;  // the error of an aggregate where it may not stand
     bool found = false;
     bool inside = false;  // the operand of an aggregate is being bound
     // The same for window functions.

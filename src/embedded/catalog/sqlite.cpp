@@ -28,7 +28,7 @@ std::string Doubled(std::string_view text, char quote) {
 // says of them.
 struct Limit {
   std::string_view text;
-  int number;
+  errors::Number number;
   std::string_view construct;  // of errors::kNotSupported
 };
 constexpr Limit kLimits[] = {

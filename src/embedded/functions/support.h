@@ -28,7 +28,8 @@ inline void Fail(Context context, SqlError error) {
   sqlite3_result_error(context, error.message.data(), static_cast<int>(error.message.size()));
   SessionOf(context).pending = std::move(error);
 }
-inline void Fail(Context context, int number, std::initializer_list<ErrorArgument> arguments = {}) {
+inline void Fail(Context context, errors::Number number,
+                 std::initializer_list<ErrorArgument> arguments = {}) {
   Fail(context, MakeError(number, arguments));
 }
 // 8115 "Arithmetic overflow error converting expression to data type X."

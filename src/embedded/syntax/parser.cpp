@@ -234,11 +234,12 @@ std::string Parser::Shown(std::string_view text) {
   return std::string(FirstCharacters(text, kMaxShown));
 }
 
-void Parser::Fail(int number, std::initializer_list<ErrorArgument> arguments) {
+void Parser::Fail(errors::Number number, std::initializer_list<ErrorArgument> arguments) {
   FailAt(Line(), number, arguments);
 }
 
-void Parser::FailAt(int line, int number, std::initializer_list<ErrorArgument> arguments) {
+void Parser::FailAt(int line, errors::Number number,
+                    std::initializer_list<ErrorArgument> arguments) {
   SqlError error = MakeError(number, arguments);
   error.line = line;
   throw error;

@@ -121,8 +121,9 @@ class Parser {
   [[noreturn]] void TooDeep();
   [[noreturn]] void Unsupported(std::string_view construct);
   // An error of the table in errors.def, on the line of the current token.
-  [[noreturn]] void Fail(int number, std::initializer_list<ErrorArgument> arguments);
-  [[noreturn]] void FailAt(int line, int number, std::initializer_list<ErrorArgument> arguments);
+  [[noreturn]] void Fail(errors::Number number, std::initializer_list<ErrorArgument> arguments);
+  [[noreturn]] void FailAt(int line, errors::Number number,
+                           std::initializer_list<ErrorArgument> arguments);
   // As much of the batch's own text as an error text repeats.
   static std::string Shown(std::string_view text);
 

@@ -21,7 +21,8 @@ struct Conversion {
     *out = cell;
     return true;
   }
-  bool Fail(int number, std::initializer_list<ErrorArgument> arguments, int state = -1) const {
+  bool Fail(errors::Number number, std::initializer_list<ErrorArgument> arguments,
+            int state = -1) const {
     *error = MakeError(number, arguments);
     if (state >= 0) error->state = state;
     return false;

@@ -127,41 +127,5 @@ TEST(ErrorRows, EachErrorOfTheTableHasOne) {
   }
 }
 
-// The number with which an error is raised behind `at`: the first or the second argument. 0 when
-// that is no number.
-int RaisedNumber(std::string_view text, size_t at) {
-  for (int argument = 0; argument < 2; ++argument) {
-    const size_t end = text.find_first_of(",();", at);
-    if (end == std::string_view::npos) return 0;
-    const std::string word(text.substr(at, end - at));
-    const bool digits =
-        !word.empty() && std::ranges::all_of(word, [](char c) { return c >= '0' && c <= '9'; });
-    if (digits) return word.size() < 3 ? 0 : std::stoi(word);
-    if (text[end] != ',') return 0;
-    at = text.find_first_not_of(' ', end + 1);
-  }
-  return 0;
-}
-
-// A number that the table lacks would be told as "Not supported".
-TEST(ErrorRows, EachNumberThatTheSourceRaisesIsInTheTable) {
-  int found = 0;
-  for (const auto& entry :
-       std::filesystem::recursive_directory_iterator(kSource / "src/embedded")) {
-    if (entry.path().extension() != ".cpp" && entry.path().extension() != ".h") continue;
-    const std::string text = ReadFile(entry.path());
-    for (const std::string raise : {"Raise(", "Fail(", "FailAt(", "MakeError("}) {
-      for (size_t at = text.find(raise); at != std::string::npos; at = text.find(raise, at)) {
-        at += raise.size();
-        const int number = RaisedNumber(text, at);
-        if (number == 0) continue;
-        ++found;
-        EXPECT_NE(FindError(number), nullptr) << entry.path() << ": " << raise << number;
-      }
-    }
-  }
-  EXPECT_GT(found, 150);
-}
-
 }  // namespace
 }  // namespace tavcc::sql

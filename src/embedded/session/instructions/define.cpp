@@ -56,7 +56,7 @@ class CreateTableInstruction final : public Instruction {
   TablePtr table_;  // checked once, made as often as the statement runs
 };
 
-TablePtr RequireTable(SessionContext& session, const ObjectName& name, int number) {
+TablePtr RequireTable(SessionContext& session, const ObjectName& name, errors::Number number) {
   TablePtr table = session.catalog.FindTable(name);
   if (!table) Raise(number, WrittenName(name));
   return table;
