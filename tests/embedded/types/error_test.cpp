@@ -13,6 +13,11 @@
 namespace tavcc::sql {
 namespace {
 
+// By the server's number.
+SqlError Made(int number, std::initializer_list<ErrorArgument> arguments = {}) {
+  return MakeError(static_cast<errors::Number>(number), arguments);
+}
+
 struct Wording {
   SqlError error;
   int severity;
@@ -23,65 +28,63 @@ struct Wording {
 TEST(Errors, WordingSeverityAndReach) {
   using enum AfterError;
   const Wording cases[] = {
-      {MakeError(102, {"from"}), 15, kEndScope, "Incorrect syntax near 'from'."},
-      {MakeError(105, {"abc"}), 15, kEndScope,
+      {Made(102, {"from"}), 15, kEndScope, "Incorrect syntax near 'from'."},
+      {Made(105, {"abc"}), 15, kEndScope,
        "Unclosed quotation mark after the character string 'abc'."},
-      {MakeError(113), 15, kEndScope, "Missing end comment mark '*/'."},
-      {MakeError(137, {"@x"}), 15, kEndScope, "Must declare the scalar variable \"@x\"."},
-      {MakeError(156, {"where"}), 15, kEndScope, "Incorrect syntax near the keyword 'where'."},
-      {MakeError(195, {"foo", "built-in function name"}), 15, kEndScope,
+      {Made(113), 15, kEndScope, "Missing end comment mark '*/'."},
+      {Made(137, {"@x"}), 15, kEndScope, "Must declare the scalar variable \"@x\"."},
+      {Made(156, {"where"}), 15, kEndScope, "Incorrect syntax near the keyword 'where'."},
+      {Made(195, {"foo", "built-in function name"}), 15, kEndScope,
        "'foo' is not a recognized built-in function name."},
-      {MakeError(201, {"p", "@a"}), 16, kNextStatement,
+      {Made(201, {"p", "@a"}), 16, kNextStatement,
        "Procedure or function 'p' expects parameter '@a', which was not supplied."},
-      {MakeError(206, {"int", "date"}), 16, kEndScope,
+      {Made(206, {"int", "date"}), 16, kEndScope,
        "Operand type clash: int is incompatible with date"},
-      {MakeError(207, {"FBasePrice"}), 16, kEndScope, "Invalid column name 'FBasePrice'."},
-      {MakeError(208, {"X"}), 16, kEndScope, "Invalid object name 'X'."},
-      {MakeError(241), 16, kEndTransaction,
+      {Made(207, {"FBasePrice"}), 16, kEndScope, "Invalid column name 'FBasePrice'."},
+      {Made(208, {"X"}), 16, kEndScope, "Invalid object name 'X'."},
+      {Made(241), 16, kEndTransaction,
        "Conversion failed when converting date and/or time from character string."},
-      {MakeError(245, {"varchar", "abc", "int"}), 16, kEndTransaction,
+      {Made(245, {"varchar", "abc", "int"}), 16, kEndTransaction,
        "Conversion failed when converting the varchar value 'abc' to data type int."},
-      {MakeError(266, {1, 0}), 16, kNextStatement,
+      {Made(266, {1, 0}), 16, kNextStatement,
        "Transaction count after EXECUTE indicates a mismatching number of BEGIN and COMMIT "
        "statements. Previous count = 1, current count = 0."},
-      {MakeError(402, {"bit", "bit", "add"}), 16, kEndScope,
+      {Made(402, {"bit", "bit", "add"}), 16, kEndScope,
        "The data types bit and bit are incompatible in the add operator."},
-      {MakeError(512), 16, kNextStatement,
+      {Made(512), 16, kNextStatement,
        "Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, "
        "<, <= , >, >= or when the subquery is used as an expression."},
-      {MakeError(515, {"a", "db.dbo.t", "INSERT"}), 16, kNextStatement,
+      {Made(515, {"a", "db.dbo.t", "INSERT"}), 16, kNextStatement,
        "Cannot insert the value NULL into column 'a', table 'db.dbo.t'; column does not allow nulls. "
        "INSERT fails."},
-      {MakeError(544, {"t"}), 16, kNextStatement,
+      {Made(544, {"t"}), 16, kNextStatement,
        "Cannot insert explicit value for identity column in table 't' when IDENTITY_INSERT is set to "
        "OFF."},
-      {MakeError(2627, {"PRIMARY KEY", "PK_t", "dbo.t", "(1)"}), 14, kNextStatement,
+      {Made(2627, {"PRIMARY KEY", "PK_t", "dbo.t", "(1)"}), 14, kNextStatement,
        "Violation of PRIMARY KEY constraint 'PK_t'. Cannot insert duplicate key in object 'dbo.t'. The "
        "duplicate key value is (1)."},
-      {MakeError(2628, {"db.dbo.t", "c", "abc"}), 16, kNextStatement,
+      {Made(2628, {"db.dbo.t", "c", "abc"}), 16, kNextStatement,
        "String or binary data would be truncated in table 'db.dbo.t', column 'c'. Truncated value: "
        "'abc'."},
-      {MakeError(2714, {"#t"}), 16, kEndScope,
-       "There is already an object named '#t' in the database."},
-      {MakeError(2812, {"sp_x"}), 16, kNextStatement, "Could not find stored procedure 'sp_x'."},
-      {MakeError(3701, {"drop", "table", "#t"}), 11, kNextStatement,
+      {Made(2714, {"#t"}), 16, kEndScope, "There is already an object named '#t' in the database."},
+      {Made(2812, {"sp_x"}), 16, kNextStatement, "Could not find stored procedure 'sp_x'."},
+      {Made(3701, {"drop", "table", "#t"}), 11, kNextStatement,
        "Cannot drop the table '#t', because it does not exist or you do not have permission."},
-      {MakeError(3903), 16, kNextStatement,
+      {Made(3903), 16, kNextStatement,
        "The ROLLBACK TRANSACTION request has no corresponding BEGIN TRANSACTION."},
-      {MakeError(4104, {"a.b"}), 16, kEndScope,
-       "The multi-part identifier \"a.b\" could not be bound."},
-      {MakeError(8114, {"varchar", "numeric"}), 16, kEndTransaction,
+      {Made(4104, {"a.b"}), 16, kEndScope, "The multi-part identifier \"a.b\" could not be bound."},
+      {Made(8114, {"varchar", "numeric"}), 16, kEndTransaction,
        "Error converting data type varchar to numeric."},
-      {MakeError(8115, {"expression", "int"}), 16, kNextStatement,
+      {Made(8115, {"expression", "int"}), 16, kNextStatement,
        "Arithmetic overflow error converting expression to data type int."},
-      {MakeError(8120, {"t", "a"}), 16, kEndScope,
+      {Made(8120, {"t", "a"}), 16, kEndScope,
        "Column 't.a' is invalid in the select list because it is not contained in either an aggregate "
        "function or the GROUP BY clause."},
-      {MakeError(8134), 16, kNextStatement, "Divide by zero error encountered."},
-      {MakeError(8152), 16, kNextStatement, "String or binary data would be truncated."},
-      {MakeError(16916, {"MyCur"}), 16, kNextStatement,
+      {Made(8134), 16, kNextStatement, "Divide by zero error encountered."},
+      {Made(8152), 16, kNextStatement, "String or binary data would be truncated."},
+      {Made(16916, {"MyCur"}), 16, kNextStatement,
        "A cursor with the name 'MyCur' does not exist."},
-      {MakeError(16924), 16, kNextStatement,
+      {Made(16924), 16, kNextStatement,
        "Cursorfetch: The number of variables declared in the INTO list must match that of selected "
        "columns."},
       {MakeError(errors::kNotSupported, {"MERGE"}), 16, kEndScope,
@@ -107,7 +110,7 @@ TEST(Errors, States) {
 TEST(Errors, EveryRowCanBeRaised) {
   for (const ErrorDefinition& definition : AllErrors()) {
     const auto marks = std::ranges::count(definition.text, '%');
-    const SqlError error = MakeError(definition.number, {"<1>", "<2>", "<3>", "<4>"});
+    const SqlError error = Made(definition.number, {"<1>", "<2>", "<3>", "<4>"});
     EXPECT_EQ(error.message.find('%'), std::string::npos) << error.message;
     for (int i = 1; i <= 4; ++i) {
       const bool there = error.message.find("<" + std::to_string(i) + ">") != std::string::npos;
@@ -120,8 +123,8 @@ TEST(Errors, EveryRowCanBeRaised) {
 
 // An argument that looks like a mark is no mark.
 TEST(Errors, ArgumentsAreTakenAsTheyAre) {
-  EXPECT_EQ(MakeError(207, {"a%dz"}).message, "Invalid column name 'a%dz'.");
-  EXPECT_EQ(MakeError(206, {"%ls", "x"}).message, "Operand type clash: %ls is incompatible with x");
+  EXPECT_EQ(Made(207, {"a%dz"}).message, "Invalid column name 'a%dz'.");
+  EXPECT_EQ(Made(206, {"%ls", "x"}).message, "Operand type clash: %ls is incompatible with x");
 }
 
 TEST(Errors, NumbersThatAreNotInTheTable) {
@@ -131,7 +134,7 @@ TEST(Errors, NumbersThatAreNotInTheTable) {
 
 TEST(Errors, RaiseThrows) {
   try {
-    Raise(208, "X");
+    Raise(errors::kInvalidObjectName, "X");
   } catch (const SqlError& error) {
     EXPECT_EQ(error.number, 208);
     EXPECT_EQ(error.message, "Invalid object name 'X'.");
