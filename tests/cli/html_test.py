@@ -459,6 +459,16 @@ class Run(HtmlCase):
         self.assertIn("t_Organization", statements[-1].sql)
         self.assertTrue(statements[-1].place.startswith("src/checks/credit.cpp:"))
 
+    def test_what_a_sweep_repeats_is_no_step(self):
+        sweeping = PASSING.replace('"expect": {"result": 1}}', """"expect": {"result": 1},
+            "sweep": {"expect": {"result": -1}}}""")
+        page, _ = self.page("run", self.write("sweeping.json", sweeping))
+        self.assertEqual(Page.figures(page.root)["calls"], "1")
+        self.assertEqual(len(page.root.findall(".//ol[@class='ladder steps']/li")), 1)
+        plain, _ = self.page("run", self.write("passing.json", PASSING))
+        self.assertEqual([sent.sql for sent in Page.statements(page.root)],
+                         [sent.sql for sent in Page.statements(plain.root)])
+
     def test_stock_before_and_after(self):
         page, _ = self.page("run", self.write("moving.json", MOVING))
         changes = Page.changes(page.root)["Stock on hand"]
