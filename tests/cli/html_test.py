@@ -616,6 +616,60 @@ class Files(HtmlCase):
             self.assertIn("--html FILE", tavcc(command, "--help").stdout)
 
 
+class Chinese(HtmlCase):
+    """Where tavcc speaks Chinese, its pages do."""
+
+    # Of a page's own words: what a database, a rule's source or a file calls something is left.
+    OWN = ("h1", "h2", "h3", "caption", "dt", "summary/span[@class='faint']", "p[@class='verdict']")
+
+    def page_in_chinese(self, command, *words, status):
+        answer = tavcc(command, "--lang", "zh", "--html", self.file, *words)
+        self.assertEqual((answer.returncode, answer.stderr), (status, ""))
+        page = Page(self.file)
+        page.check(self, "zh-CN")
+        return page
+
+    def assert_chinese(self, page):
+        texts = {shown for path in self.OWN
+                 for shown in ("".join(each.itertext()) for each in page.root.findall(f".//{path}"))}
+        texts |= {each.text for each in page.root.iter("th") if each.get("scope") != "row"}
+        texts |= {each.text for each in page.root.iter("span")
+                  if (each.get("class") or "").startswith("mark")}
+        texts |= {nav.get("aria-label") for nav in page.root.iter("nav")}
+        texts |= {picture.get("aria-label") for picture in page.root.iter("svg")}
+        self.assertGreater(len(texts), 15)
+        for text in texts - self.known(page):
+            self.assertRegex(text, r"[\u4e00-\u9fff]", text)
+
+    @staticmethod
+    def known(page):
+        """Numbers of bills, names of columns, and what a scenario's file calls itself."""
+        columns = {each.text for table in page.root.iter("table") if table.get("class") is None
+                   for each in table.iter("th")}
+        names = {entry.name for kind in ("bills", "scenarios") for entry in Page.outcomes(page.root, kind)}
+        return columns | names | {page.root.find(".//h1").text}
+
+    def test_an_audit(self):
+        page = self.page_in_chinese("audit", "XS260305", "DB260301", "--db", self.db, status=REFUSED)
+        self.assert_chinese(page)
+        self.assertEqual(page.root.find(".//h1").text, "审核 XS260305, DB260301")
+        marks = [item.find("details/summary/span") for item in
+                 page.root.findall(".//ol[@class='outcomes bills']/li")]
+        # The colour is of what it means, not of the word.
+        self.assertEqual([(mark.text, mark.get("class")) for mark in marks],
+                         [("被拒", "mark refused"), ("通过", "mark passed")])
+        self.assertIn("商品 01.005 内胎", Page.outcomes(page.root, "bills")[0].reasons[0])
+
+    def test_an_explanation_a_demonstration_and_a_run(self):
+        self.assert_chinese(self.page_in_chinese("explain", "XS260305", "CG260302", "--db", self.db,
+                                                 status=REFUSED))
+        page = self.page_in_chinese("demo", status=PASSED)
+        self.assert_chinese(page)
+        self.assertEqual(page.root.find(".//h1").text, "示例公司的单据")
+        page = self.page_in_chinese("run", self.write("moving.json", MOVING), status=PASSED)
+        self.assertEqual(page.root.find(".//h1").text, "1 个场景通过")
+
+
 class TraceBeside(HtmlCase):
     def test_a_page_changes_nothing_of_the_trace(self):
         """A page keeps more rows of a statement than --rows shows."""

@@ -70,9 +70,9 @@ class Page:
         self.root = xml.etree.ElementTree.fromstring(self.text)
         self.body = self.root.find("body")
 
-    def check(self, test):
+    def check(self, test, language="en"):
         """What every page is held to."""
-        test.assertTrue(self.text.startswith("<!DOCTYPE html>\n<html lang=\"en\">"))
+        test.assertTrue(self.text.startswith(f"<!DOCTYPE html>\n<html lang=\"{language}\">"))
         self.check_it_stands_alone(test)
         self.check_headings(test)
         self.check_labels(test)

@@ -229,8 +229,10 @@ void BatchRun::Watch() {
   if (options_.html_file.empty()) return;
   constexpr size_t kMostNamed = 5;
   const std::string which =
-      bills_.size() <= kMostNamed ? NumbersOf(bills_) : fmt::format("{} bills", bills_.size());
-  watch_.emplace(erp_, Trace(), (options_.un_audit ? "Un-audit of " : "Audit of ") + which, bills_);
+      bills_.size() <= kMostNamed ? NumbersOf(bills_) : Say("{} bills", bills_.size());
+  watch_.emplace(erp_, Trace(),
+                 options_.un_audit ? Say("Un-audit of {}", which) : Say("Audit of {}", which),
+                 bills_);
 }
 
 // Told before it is kept, as everything is.

@@ -66,7 +66,7 @@ void BatchWatch::EndCall(std::span<const Bill> bills, std::span<const BillOutcom
   const bool failed = std::ranges::any_of(
       outcomes, [](const BillOutcome& outcome) { return outcome.verdict == Exit::kFailed; });
   if (!stretches.front().ladder.statements.empty()) {
-    report_.sent.push_back({"before the bills", "", std::move(stretches.front())});
+    report_.sent.push_back({Translated("before the bills"), "", std::move(stretches.front())});
   }
   // The call walks over the gates of one bill after the other.
   for (size_t i = 0; i < bills.size(); ++i) {

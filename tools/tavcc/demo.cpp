@@ -190,7 +190,7 @@ void Story::Record(const Scene& scene, const Answer& answer, Recordset& before, 
 }
 
 void Story::Draw(const Scene& scene, const Answer& answer, Recordset& before, Recordset& after) {
-  page_->scenes.push_back({.title = OnOneLine(scene.title),
+  page_->scenes.push_back({.title = OnOneLine(Translated(scene.title)),
                            .call = fmt::format("cls_CX.{}(lngFID={})", scene.method, scene.bill),
                            .verdict = answer.verdict,
                            .message = ValueText(answer.arguments.back()),

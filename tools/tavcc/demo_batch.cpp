@@ -173,8 +173,8 @@ Json BatchStory::Tell() {
   const RowComparison stock(*erp_.connection(), StockRows(""));
   const std::vector<Bill> bills = OpenBills();
   if (page_ != nullptr) {
-    page_->audit.title = fmt::format("{} open bills are audited in one call", bills.size());
-    page_->un_audit.title = "The bills that passed are un-audited, the last first";
+    page_->audit.title = Say("{} open bills are audited in one call", bills.size());
+    page_->un_audit.title = Translated("The bills that passed are un-audited, the last first");
   }
   if (print) {
     Print(Say("The sample company's {} open bills, of every kind, are audited in one call.\n\n",

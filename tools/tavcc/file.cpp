@@ -72,8 +72,7 @@ void RequireOwnFile(const std::string& file, const std::vector<std::string>& oth
   if (file.empty() || IsDevice(file)) return;
   for (const std::string& other : others) {
     if (other.empty() || !IsSameFile(file, other)) continue;
-    throw CommandError(
-        fmt::format("{} is used by this command already: name another file to write", file));
+    throw CommandError(Say("{} is used by this command already: name another file to write", file));
   }
 }
 

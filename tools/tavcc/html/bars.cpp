@@ -9,11 +9,10 @@
 #include <vector>
 
 #include "foundation/decimal.h"
+#include "language/language.h"
 
 namespace tavcc {
 namespace {
-
-constexpr std::string_view kNone = "none";
 
 // What a row was or is; nothing where it is not there.
 std::optional<std::string> ValueAt(const std::vector<std::string>& values, size_t column) {
@@ -72,9 +71,7 @@ class ChangeWriter {
   void Write() const {
     const auto scroll = html_.Open("div", {{"class", "scroll"}});
     const auto table = html_.Open("table", {{"class", "changes"}});
-    html_.Leaf("caption", table_.amounts
-                              ? table_.title + "; the bars of each row are to a scale of their own"
-                              : table_.title);
+    html_.Leaf("caption", CaptionText());
     WriteHeader();
     const auto body = html_.Open("tbody");
     for (const ChangeTable::Row& row : table_.rows) {
@@ -84,26 +81,32 @@ class ChangeWriter {
   }
 
  private:
+  std::string CaptionText() const {
+    const std::string title = Translated(table_.title);
+    if (!table_.amounts) return title;
+    return Say("{}; the bars of each row are to a scale of their own", title);
+  }
+
   void WriteHeader() const {
     const auto head = html_.Open("thead");
     {
       const auto row = html_.Open("tr");
       for (const size_t key : keys_) {
-        html_.Leaf("th", table_.key_columns[key], {{"scope", "col"}, {"rowspan", "2"}});
+        html_.Leaf("th", Translated(table_.key_columns[key]), {{"scope", "col"}, {"rowspan", "2"}});
       }
       for (const std::string& value : table_.value_columns) {
         html_.Leaf(
-            "th", value,
+            "th", Translated(value),
             {{"scope", "colgroup"}, {"class", "group"}, {"colspan", table_.amounts ? "4" : "2"}});
       }
     }
     const auto row = html_.Open("tr");
     for (size_t i = 0; i < table_.value_columns.size(); ++i) {
-      html_.Leaf("th", "before", {{"scope", "col"}, {"class", "before"}});
-      html_.Leaf("th", "after", {{"scope", "col"}, {"class", "after"}});
+      html_.Leaf("th", Translated("before"), {{"scope", "col"}, {"class", "before"}});
+      html_.Leaf("th", Translated("after"), {{"scope", "col"}, {"class", "after"}});
       if (!table_.amounts) continue;
-      html_.Leaf("th", "change", {{"scope", "col"}});
-      html_.Leaf("th", "compared", {{"scope", "col"}});
+      html_.Leaf("th", Translated("change"), {{"scope", "col"}});
+      html_.Leaf("th", Translated("compared"), {{"scope", "col"}});
     }
   }
 
@@ -121,16 +124,16 @@ class ChangeWriter {
 
   void WriteValue(const ChangeTable::Row& row, size_t column, const std::string& name) const {
     const auto before = ValueAt(row.before, column), after = ValueAt(row.after, column);
-    const std::string old_text = before.value_or(std::string(kNone));
-    const std::string new_text = after.value_or(std::string(kNone));
+    const std::string old_text = before.value_or(Translated("none"));
+    const std::string new_text = after.value_or(Translated("none"));
     html_.Leaf("td", old_text, {{"class", "amount"}});
     html_.Leaf("td", new_text, {{"class", "amount"}});
     if (!table_.amounts) return;
     html_.Leaf("td", DifferenceText(AmountOf(before), AmountOf(after)), {{"class", "amount"}});
     const auto cell = html_.Open("td");
     WriteBarPair(html_,
-                 fmt::format("{}, {}: before {}, after {}", name, table_.value_columns[column],
-                             old_text, new_text),
+                 Say("{}, {}: before {}, after {}", name, Translated(table_.value_columns[column]),
+                     old_text, new_text),
                  AmountOf(before), AmountOf(after));
   }
 

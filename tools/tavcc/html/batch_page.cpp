@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 
 #include "audit/class_names.h"
+#include "language/language.h"
 #include "tavcc/answer.h"
 #include "tavcc/html/bars.h"
 #include "tavcc/html/ladder.h"
@@ -24,18 +25,18 @@ Figures FiguresOf(const BatchReport& report) {
     total.count += part.count;
     total.milliseconds += part.milliseconds;
   }
-  return {{"bills", std::to_string(report.bills.size())},
-          {"passed", std::to_string(report.Count(Exit::kPassed))},
-          {"refused", std::to_string(report.Count(Exit::kRefused))},
-          {"failed", std::to_string(report.Count(Exit::kFailed))},
-          {"statements", std::to_string(total.count)},
-          {"in the database", DurationText(total.milliseconds)}};
+  return {{Translated("bills"), std::to_string(report.bills.size())},
+          {Translated("passed"), std::to_string(report.Count(Exit::kPassed))},
+          {Translated("refused"), std::to_string(report.Count(Exit::kRefused))},
+          {Translated("failed"), std::to_string(report.Count(Exit::kFailed))},
+          {Translated("statements"), std::to_string(total.count)},
+          {Translated("in the database"), DurationText(total.milliseconds)}};
 }
 
 // Those that did not pass, to go to.
 void WriteStopped(HtmlWriter& html, const BatchReport& report, std::string_view anchor) {
   if (report.Count(Exit::kPassed) == report.bills.size()) return;
-  const auto nav = html.Open("nav", {{"aria-label", "Bills that did not pass"}});
+  const auto nav = html.Open("nav", {{"aria-label", Translated("Bills that did not pass")}});
   const auto list = html.Open("ul");
   for (const ReportedBill& bill : report.bills) {
     if (bill.outcome.verdict == Exit::kPassed) continue;
@@ -65,11 +66,11 @@ void WriteOutcome(HtmlWriter& html, const ReportedBill& bill, std::string_view a
   }
   if (!passed) WriteWhy(html, WhyOf(bill));
   if (bill.gates.empty()) {
-    html.Leaf("p", "No gate was asked.", {{"class", "faint"}});
+    html.Leaf("p", Translated("No gate was asked."), {{"class", "faint"}});
     return;
   }
   const auto gates = html.Open("details");
-  html.Leaf("summary", "Gates, in the order in which they were asked");
+  html.Leaf("summary", Translated("Gates, in the order in which they were asked"));
   WriteLadder(html, bill.gates);
 }
 
@@ -80,7 +81,7 @@ void WriteBatch(HtmlWriter& html, const BatchReport& report, std::string_view an
   WriteFigures(html, FiguresOf(report));
   WriteStopped(html, report, anchor);
   if (!report.failures.empty()) WriteCodeBlock(html, report.failures);
-  html.Leaf(HeadingTag(level), "Bills");
+  html.Leaf(HeadingTag(level), Translated("Bills"));
   {
     const auto list = html.Open("ol", {{"class", "outcomes bills"}});
     for (const ReportedBill& bill : report.bills) {
@@ -89,11 +90,11 @@ void WriteBatch(HtmlWriter& html, const BatchReport& report, std::string_view an
     }
   }
   if (!report.stock.rows.empty()) {
-    html.Leaf(HeadingTag(level), "What moved in stock");
+    html.Leaf(HeadingTag(level), Translated("What moved in stock"));
     WriteChanges(html, report.stock);
   }
   if (report.sent.empty()) return;
-  html.Leaf(HeadingTag(level), "Statements and times");
+  html.Leaf(HeadingTag(level), Translated("Statements and times"));
   WriteTimeline(html, report.sent);
 }
 

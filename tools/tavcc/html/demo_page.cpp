@@ -1,5 +1,8 @@
 #include "tavcc/html/demo_page.h"
 
+#include <utility>
+
+#include "language/language.h"
 #include "tavcc/answer.h"
 #include "tavcc/html/batch_page.h"
 #include "tavcc/html/ladder.h"
@@ -16,8 +19,8 @@ void WriteSection(HtmlWriter& html, const BatchReport& report, const char* ancho
   WriteBatch(html, report, anchor, 3);
 }
 
-std::vector<std::string> Labelled(const char* label, std::vector<std::string> cells) {
-  cells.insert(cells.begin(), label);
+std::vector<std::string> Labelled(std::string label, std::vector<std::string> cells) {
+  cells.insert(cells.begin(), std::move(label));
   return cells;
 }
 
@@ -25,11 +28,12 @@ void WriteRowOf(HtmlWriter& html, const DemoScene& scene) {
   if (scene.before.empty() && scene.after.empty()) return;
   std::vector<std::vector<std::string>> rows;
   if (scene.before == scene.after) {
-    rows = {Labelled("unchanged", scene.after)};
+    rows = {Labelled(Translated("unchanged"), scene.after)};
   } else {
-    rows = {Labelled("before", scene.before), Labelled("after", scene.after)};
+    rows = {Labelled(Translated("before"), scene.before),
+            Labelled(Translated("after"), scene.after)};
   }
-  WriteTable(html, "The bill's row", Labelled("when", scene.columns), rows);
+  WriteTable(html, Translated("The bill's row"), Labelled(Translated("when"), scene.columns), rows);
 }
 
 void WriteScene(HtmlWriter& html, const DemoScene& scene) {
@@ -51,10 +55,10 @@ void WriteScene(HtmlWriter& html, const DemoScene& scene) {
 }  // namespace
 
 std::string DemoPage(const DemoReport& report) {
-  return HtmlPage("The sample company's bills", [&](HtmlWriter& html) {
+  return HtmlPage(Translated("The sample company's bills"), [&](HtmlWriter& html) {
     WriteSection(html, report.audit, "audit");
     WriteSection(html, report.un_audit, "un-audit");
-    html.Leaf("h2", "The assembly bills, one by one");
+    html.Leaf("h2", Translated("The assembly bills, one by one"));
     const auto list = html.Open("ol", {{"class", "outcomes scenes"}});
     for (const DemoScene& scene : report.scenes) {
       WriteScene(html, scene);

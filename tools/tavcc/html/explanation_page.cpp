@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "language/language.h"
 #include "tavcc/answer.h"
 #include "tavcc/html/bars.h"
 #include "tavcc/html/ladder.h"
@@ -20,7 +21,7 @@ std::string AnchorOf(const Explanation& explanation) {
 // A part of the ladder has a title where it has gates to show.
 void WriteLadderPart(HtmlWriter& html, const char* title, const std::vector<Rung>& ladder) {
   if (std::ranges::none_of(ladder, [](const Rung& rung) { return IsShown(rung, false); })) return;
-  html.Leaf("h3", title);
+  html.Leaf("h3", Translated(title));
   WriteLadder(html, ladder);
 }
 
@@ -33,13 +34,13 @@ void WriteFirstStop(HtmlWriter& html, const Explanation& explanation) {
 }
 
 void WriteTrial(HtmlWriter& html, const Explanation& explanation) {
-  const char* const doing = DirectionText(explanation);
+  const std::string doing = Translated(DirectionText(explanation));
   if (!explanation.trial.changes.empty()) {
-    html.Leaf("h3", fmt::format("What the {} would change", doing));
+    html.Leaf("h3", Say("What the {} would change", doing));
     for (const ChangeTable& table : explanation.trial.changes) WriteChanges(html, table);
   }
   if (TotalOf(explanation.trial.sent).count == 0) return;
-  html.Leaf("h3", fmt::format("Statements of the {} that was tried", doing));
+  html.Leaf("h3", Say("Statements of the {} that was tried", doing));
   WriteStatements(html, explanation.trial.sent);
 }
 
@@ -52,14 +53,15 @@ void WriteBill(HtmlWriter& html, const Explanation& explanation) {
     html.Leaf("p", explanation.trial.line, {{"class", "faint"}});
   }
   WriteFirstStop(html, explanation);
-  WriteLadderPart(html, "Gates of the batch audit", explanation.batch);
-  WriteLadderPart(html, "What a host asks beside it", explanation.host);
-  WriteLadderPart(html, "The bill's own class, where it is audited alone", explanation.own);
+  WriteLadderPart(html, Translatable("Gates of the batch audit"), explanation.batch);
+  WriteLadderPart(html, Translatable("What a host asks beside it"), explanation.host);
+  WriteLadderPart(html, Translatable("The bill's own class, where it is audited alone"),
+                  explanation.own);
   WriteTrial(html, explanation);
 }
 
 void WriteContents(HtmlWriter& html, const std::vector<Explanation>& explanations) {
-  const auto nav = html.Open("nav", {{"aria-label", "Bills"}});
+  const auto nav = html.Open("nav", {{"aria-label", Translated("Bills")}});
   const auto list = html.Open("ul");
   for (const Explanation& each : explanations) {
     const auto item = html.Open("li");
@@ -74,7 +76,8 @@ std::string TitleOf(const std::vector<Explanation>& explanations) {
   for (const Explanation& each : explanations) {
     numbers += (numbers.empty() ? "" : ", ") + each.bill.number;
   }
-  return fmt::format("May it be {}ed? {}", DirectionText(explanations.front()), numbers);
+  return explanations.front().direction < 0 ? Say("May it be un-audited? {}", numbers)
+                                            : Say("May it be audited? {}", numbers);
 }
 
 }  // namespace

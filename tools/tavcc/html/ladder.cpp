@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "language/language.h"
 #include "scenario/runner.h"
 #include "tavcc/html/page.h"
 #include "tavcc/html/table.h"
@@ -18,44 +19,47 @@ void WriteSettings(HtmlWriter& html, const std::vector<ReadSetting>& settings) {
 
 void WriteBilingual(HtmlWriter& html, std::string_view term, const Bilingual& text) {
   WriteTerm(html, term, [&] {
-    html.Leaf("p", text.english);
-    html.Leaf("p", text.chinese);
+    const bool chinese = CurrentLanguage() == Language::kChinese;
+    html.Leaf("p", chinese ? text.chinese : text.english);
+    html.Leaf("p", chinese ? text.english : text.chinese);
   });
 }
 
 void WriteRows(HtmlWriter& html, const ShownRows& rows) {
   if (rows.none || rows.rows.empty()) {
-    html.Text("(no rows)");
+    html.Leaf("p", Translated("(no rows)"));
     return;
   }
-  WriteTable(html, "The rows that the rule saw", rows.columns, rows.rows);
-  if (!rows.whole) html.Text("… and more");
+  WriteTable(html, Translated("The rows that the rule saw"), rows.columns, rows.rows);
+  if (!rows.whole) html.Leaf("p", Translated("… and more"));
 }
 
 void WriteStatement(HtmlWriter& html, const Rung& rung) {
-  WriteTerm(html, "statement", [&] { WriteCodeBlock(html, ShowStatement(*rung.statement)); });
+  WriteTerm(html, Translated("statement"),
+            [&] { WriteCodeBlock(html, ShowStatement(*rung.statement)); });
   if (const std::string place = PlaceText(rung.statement->from); !place.empty()) {
-    WriteTerm(html, "sent by", [&] { WriteCode(html, place); });
+    WriteTerm(html, Translated("sent by"), [&] { WriteCode(html, place); });
   }
   if (rung.rows.none || !rung.rows.columns.empty()) {
-    WriteTerm(html, "rows", [&] { WriteRows(html, rung.rows); });
+    WriteTerm(html, Translated("rows"), [&] { WriteRows(html, rung.rows); });
   }
 }
 
 void WriteDetails(HtmlWriter& html, const Rung& rung) {
   const auto list = html.Open("dl");
-  for (const Reason& reason : rung.reasons) WriteTerm(html, "reason", ReasonText(reason));
+  for (const Reason& reason : rung.reasons)
+    WriteTerm(html, Translated("reason"), ReasonText(reason));
   if (rung.refusal != nullptr) {
-    WriteTerm(html, "refusal", [&] { WriteCode(html, rung.refusal->name); });
-    WriteBilingual(html, "cause", rung.refusal->cause);
-    WriteBilingual(html, "remedy", rung.refusal->remedy);
+    WriteTerm(html, Translated("refusal"), [&] { WriteCode(html, rung.refusal->name); });
+    WriteBilingual(html, Translated("cause"), rung.refusal->cause);
+    WriteBilingual(html, Translated("remedy"), rung.refusal->remedy);
   }
   if (!rung.settings.empty()) {
-    WriteTerm(html, "settings", [&] { WriteSettings(html, rung.settings); });
+    WriteTerm(html, Translated("settings"), [&] { WriteSettings(html, rung.settings); });
   }
-  WriteTerm(html, "method", [&] { WriteCode(html, rung.method); });
+  WriteTerm(html, Translated("method"), [&] { WriteCode(html, rung.method); });
   if (!rung.place.empty()) {
-    WriteTerm(html, "rule", [&] { WriteCode(html, rung.place); });
+    WriteTerm(html, Translated("rule"), [&] { WriteCode(html, rung.place); });
   }
   if (rung.statement) WriteStatement(html, rung);
 }
@@ -67,7 +71,7 @@ void WriteRung(HtmlWriter& html, const Rung& rung) {
   {
     const auto summary = html.Open("summary");
     WriteMark(html, AnswerText(rung.answer));
-    html.Leaf("span", rung.gate, {{"class", "name"}});
+    html.Leaf("span", Translated(rung.gate), {{"class", "name"}});
     if (stopped) {
       html.Leaf("span", rung.message);
     } else {
@@ -95,9 +99,9 @@ void WriteWhy(HtmlWriter& html, const Why& why) {
   for (const Reason& reason : why.reasons) html.Leaf("p", ReasonText(reason));
   if (why.refusal == nullptr) return;
   const auto list = html.Open("dl");
-  WriteTerm(html, "refusal", [&] { WriteCode(html, why.refusal->name); });
-  WriteBilingual(html, "cause", why.refusal->cause);
-  WriteBilingual(html, "remedy", why.refusal->remedy);
+  WriteTerm(html, Translated("refusal"), [&] { WriteCode(html, why.refusal->name); });
+  WriteBilingual(html, Translated("cause"), why.refusal->cause);
+  WriteBilingual(html, Translated("remedy"), why.refusal->remedy);
 }
 
 const Rung* FirstStop(std::span<const Rung> ladder) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <ctime>
 
+#include "language/language.h"
 #include "tavcc/html/style_sheet.h"
 
 namespace tavcc {
@@ -36,7 +37,8 @@ void WriteFoot(HtmlWriter& html) {
 std::string HtmlPage(std::string_view title, const std::function<void(HtmlWriter&)>& body) {
   HtmlWriter html;
   {
-    const auto root = html.Open("html", {{"lang", "en"}});
+    const auto root =
+        html.Open("html", {{"lang", CurrentLanguage() == Language::kChinese ? "zh-CN" : "en"}});
     WriteHead(html, title);
     html.EndLine();
     const auto visible = html.Open("body");
@@ -60,7 +62,7 @@ std::string_view HeadingTag(int level) {
 void WriteMark(HtmlWriter& html, std::string_view word) {
   std::string name(word);
   std::ranges::replace(name, ' ', '-');
-  html.Leaf("span", word, {{"class", "mark " + name}});
+  html.Leaf("span", Translated(word), {{"class", "mark " + name}});
 }
 
 void WriteFigures(HtmlWriter& html, const Figures& figures) {
@@ -76,10 +78,6 @@ std::string DurationText(double milliseconds) {
   constexpr double kSecond = 1000;
   if (milliseconds < kSecond) return fmt::format("{:.1f} ms", milliseconds);
   return fmt::format("{:.2f} s", milliseconds / kSecond);
-}
-
-std::string CountText(size_t count, std::string_view noun) {
-  return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
 }
 
 }  // namespace tavcc

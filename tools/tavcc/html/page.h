@@ -12,13 +12,14 @@
 
 namespace tavcc {
 
-// The whole page. Its title is its first heading too; `body` writes what stands below it.
+// The whole page, in the language of the process. Its title is its first heading too; `body` writes
+// what stands below it.
 std::string HtmlPage(std::string_view title, const std::function<void(HtmlWriter&)>& body);
 
 // "h2" for 2.
 std::string_view HeadingTag(int level);
 
-// "passed", "refused", "failed", "not asked", "skipped": the word, in its colour.
+// "passed", "refused", "failed", "not asked": the word, in the language and in its colour.
 void WriteMark(HtmlWriter& html, std::string_view word);
 
 // The figures that a page begins with: labels and numbers, side by side.
@@ -27,8 +28,5 @@ void WriteFigures(HtmlWriter& html, const Figures& figures);
 
 // "12.3 ms", from a second on "1.23 s".
 std::string DurationText(double milliseconds);
-
-// "1 statement", "7 statements".
-std::string CountText(size_t count, std::string_view noun);
 
 }  // namespace tavcc

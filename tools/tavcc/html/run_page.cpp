@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "foundation/file_path.h"
+#include "language/language.h"
 #include "registry/refusals.h"
 #include "tavcc/answer.h"
 #include "tavcc/html/bars.h"
@@ -53,17 +54,18 @@ class RunWriter {
         outcomes_, [](const ScenarioOutcome& outcome) { return !outcome.skipped.empty(); });
     size_t calls = 0;
     for (const ScenarioOutcome& outcome : outcomes_) calls += outcome.steps.size();
-    return {{"scenarios", std::to_string(outcomes_.size())},
-            {"passed", std::to_string(passed)},
-            {"failed", std::to_string(static_cast<ptrdiff_t>(outcomes_.size()) - passed)},
-            {"left out in part", std::to_string(skipped)},
-            {"calls", std::to_string(calls)},
-            {"time", DurationText(length_)}};
+    return {
+        {Translated("scenarios"), std::to_string(outcomes_.size())},
+        {Translated("passed"), std::to_string(passed)},
+        {Translated("failed"), std::to_string(static_cast<ptrdiff_t>(outcomes_.size()) - passed)},
+        {Translated("left out in part"), std::to_string(skipped)},
+        {Translated("calls"), std::to_string(calls)},
+        {Translated("time"), DurationText(length_)}};
   }
 
   void WriteFailed() const {
     if (std::ranges::all_of(outcomes_, Passed)) return;
-    const auto nav = html_.Open("nav", {{"aria-label", "Scenarios that failed"}});
+    const auto nav = html_.Open("nav", {{"aria-label", Translated("Scenarios that failed")}});
     const auto list = html_.Open("ul");
     for (size_t i = 0; i < outcomes_.size(); ++i) {
       if (Passed(outcomes_[i])) continue;
@@ -76,7 +78,7 @@ class RunWriter {
 
   void WriteFolder(size_t first, size_t end) const {
     const std::string folder = FolderOf(first);
-    html_.Leaf("h2", folder.empty() ? "Scenarios" : folder);
+    html_.Leaf("h2", folder.empty() ? Translated("Scenarios") : folder);
     const auto list = html_.Open("ol", {{"class", "outcomes scenarios"}});
     for (size_t i = first; i < end; ++i) {
       WriteScenario(outcomes_[i], i + 1);
@@ -94,11 +96,11 @@ class RunWriter {
       html_.Leaf("span", DurationText(outcome.seconds * kMillisecondsOfSecond),
                  {{"class", "number faint"}});
       WriteTimeBar(html_, outcome.begun, EndOf(outcome), length_,
-                   fmt::format("from {:.1f} to {:.1f} ms", outcome.begun, EndOf(outcome)));
+                   SpanText(outcome.begun, EndOf(outcome)));
     }
     html_.Leaf("p", outcome.file, {{"class", "faint file"}});
     if (!Passed(outcome)) WriteCodeBlock(html_, outcome.failure);
-    for (const std::string& line : outcome.skipped) html_.Leaf("p", "skipped: " + line);
+    for (const std::string& line : outcome.skipped) html_.Leaf("p", Say("skipped: {}", line));
     if (!outcome.steps.empty()) {
       const auto steps = html_.Open("ol", {{"class", "ladder steps"}});
       for (const StepOutcome& step : outcome.steps) WriteStep(step);
@@ -130,8 +132,9 @@ class RunWriter {
 std::string TitleOf(const std::vector<ScenarioOutcome>& outcomes) {
   const auto failed = std::ranges::count_if(
       outcomes, [](const ScenarioOutcome& outcome) { return !outcome.failure.empty(); });
-  const std::string scenarios = CountText(outcomes.size(), "scenario");
-  return failed == 0 ? scenarios + " passed" : fmt::format("{} of {} failed", failed, scenarios);
+  if (failed > 0) return Say("{} of {} scenarios failed", failed, outcomes.size());
+  return outcomes.size() == 1 ? Say("1 scenario passed")
+                              : Say("{} scenarios passed", outcomes.size());
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "language/language.h"
 #include "scenario/runner.h"
 #include "tavcc/html/page.h"
 #include "tavcc/html/table.h"
@@ -16,13 +17,10 @@ std::string Milliseconds(double milliseconds) {
   return fmt::format("{:.3f}", milliseconds);
 }
 
-std::string SpanText(double begun, double ended) {
-  return fmt::format("from {:.1f} to {:.1f} ms", begun, ended);
-}
-
 std::string TotalText(const StatementTotal& total) {
-  return fmt::format("{}, {} in the database", CountText(total.count, "statement"),
-                     DurationText(total.milliseconds));
+  const std::string time = DurationText(total.milliseconds);
+  return total.count == 1 ? Say("1 statement, {} in the database", time)
+                          : Say("{} statements, {} in the database", total.count, time);
 }
 
 void WriteSent(HtmlWriter& html, const LoggedStatement& statement) {
@@ -44,7 +42,7 @@ void WriteStatementRow(HtmlWriter& html, const LoggedStatement& statement, doubl
                  SpanText(at, at + statement.milliseconds));
   }
   WriteCell(html, statement.rows < 0 ? "" : std::to_string(statement.rows));
-  WriteCell(html, statement.gate);
+  WriteCell(html, Translated(statement.gate));
   WriteSent(html, statement);
   const auto cell = html.Open("td");
   WriteCode(html, PlaceText(statement.from));
@@ -56,13 +54,15 @@ void WriteStatementTable(HtmlWriter& html, std::span<const Stretch> stretches) {
   const double length = stretches.back().ended - begun;
   const auto scroll = html.Open("div", {{"class", "scroll"}});
   const auto table = html.Open("table", {{"class", "statements"}});
-  html.Leaf("caption", fmt::format("Statements, on a line of {}", DurationText(length)));
+  html.Leaf("caption", Say("Statements, on a line of {}", DurationText(length)));
   {
     const auto head = html.Open("thead");
     const auto row = html.Open("tr");
     for (const char* const name :
-         {"no.", "at (ms)", "took (ms)", "when", "rows", "gate", "statement", "sent by"}) {
-      html.Leaf("th", name, {{"scope", "col"}});
+         {Translatable("no."), Translatable("at (ms)"), Translatable("took (ms)"),
+          Translatable("on the line"), Translatable("rows"), Translatable("gate"),
+          Translatable("statement"), Translatable("sent by")}) {
+      html.Leaf("th", Translated(name), {{"scope", "col"}});
     }
   }
   const auto body = html.Open("tbody");
@@ -132,6 +132,10 @@ void WriteTimeBar(HtmlWriter& html, double begun, double ended, double length,
                      {"y", "0"},
                      {"width", fmt::format("{:.1f}", width)},
                      {"height", "10"}});
+}
+
+std::string SpanText(double begun, double ended) {
+  return Say("from {:.1f} to {:.1f} ms", begun, ended);
 }
 
 StatementTotal TotalOf(std::span<const Stretch> stretches) {

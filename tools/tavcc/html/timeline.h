@@ -21,6 +21,9 @@ void WriteStatements(HtmlWriter& html, std::span<const Stretch> stretches);
 void WriteTimeBar(HtmlWriter& html, double begun, double ended, double length,
                   const std::string& label);
 
+// "from 1.2 to 3.4 ms"
+std::string SpanText(double begun, double ended);
+
 // How many statements, and how many milliseconds the database took for them.
 struct StatementTotal {
   size_t count = 0;
