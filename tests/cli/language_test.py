@@ -49,7 +49,7 @@ OF_THE_PARSER = ("Usage", "OPTIONS", "Options", "Positionals", "SUBCOMMAND", "Su
 def labels():
     """What explain calls the values of a reason and the columns of a change: names of its queries,
     too."""
-    for name in ("explain_reasons.cpp", "explain_changes.cpp"):
+    for name in ("explain_reasons.cpp", "explain_changes.cpp", "changes.cpp"):
         with open(os.path.join(TOOLS, "tavcc", name), encoding="utf-8") as file:
             text = file.read()
         yield from re.findall(r'emplace_back\("([a-z ]+)"', text)
@@ -105,13 +105,14 @@ class Words(unittest.TestCase):
         for path, text in sources():
             for literals in SAID.findall(text):
                 with self.subTest(path, text=joined(literals)):
-                    self.assertIn(joined(literals), known)
+                    self.assertTrue(joined(literals) in known, "no Chinese in tools/language/zh.json")
 
     def test_nothing_is_said_past_the_words(self):
         for path, text in sources():
             for literals in UNSAID.findall(text):
                 with self.subTest(path):
-                    self.assertNotRegex(joined(literals), "[a-z]{2} [a-z]{2}", "say it with Say")
+                    unsaid = re.search("[a-z]{2} [a-z]{2}", joined(literals))
+                    self.assertFalse(unsaid, f"say it with Say: {joined(literals)}")
 
     def test_names_of_gates_and_reasons_have_words(self):
         self.assertGreater(len(set(gates())), 25)
@@ -232,6 +233,14 @@ class Choice(Case):
         # No label, gate or title is left in English; statements and columns are what they are.
         for line in shown.splitlines():
             self.assertNotRegex(line, r"^( {2}| {12})?[a-z]")
+
+    def test_files_that_are_none(self):
+        broken = self.write("broken.json", '{"name": "x", "steps": [{"call": "cls_CX.AuditBil"}]}')
+        for path, said in (("/no/such", "/no/such：没有这个文件或文件夹"),
+                           (broken, f"{broken}：第 1 步，键“call”：cls_CX 没有方法“AuditBil”；是不是 AuditBill？")):
+            answer = speak("zh", "run", path)
+            self.assertEqual(answer.returncode, FAILED)
+            self.assertIn(said, answer.stderr)
 
     def test_json_is_the_same_in_all_languages(self):
         numbers = [row[0] for row in self.rows("select FBillNo from T_CC_StockBill")]

@@ -25,7 +25,7 @@ std::string Position(std::string_view text, size_t byte) {
     line += line_end ? 1 : 0;
     column = line_end ? 1 : column + 1;
   }
-  return "line " + std::to_string(line) + ", column " + std::to_string(column);
+  return Say("line {}, column {}", line, column);
 }
 
 // What there is to say beside the place, told from the library's own text.
@@ -33,9 +33,9 @@ std::string Reason(std::string_view what) {
   const auto says = [&](std::string_view words) {
     return what.find(words) != std::string_view::npos;
   };
-  if (says("UTF-8")) return ": the text is not UTF-8";
-  if (says("number overflow")) return ": the number is out of range";
-  if (says("unexpected end of input")) return ": the text ends before it is complete";
+  if (says("UTF-8")) return Translated(": the text is not UTF-8");
+  if (says("number overflow")) return Translated(": the number is out of range");
+  if (says("unexpected end of input")) return Translated(": the text ends before it is complete");
   return "";
 }
 
@@ -57,8 +57,7 @@ void RefuseDeepNesting(std::string_view text) {
       in_text = true;
     } else if (c == '[' || c == '{') {
       if (++depth > kDeepest) {
-        throw JsonError("nested more than " + std::to_string(kDeepest) + " levels deep at " +
-                        Position(text, i));
+        throw JsonError(Say("nested more than {} levels deep at {}", kDeepest, Position(text, i)));
       }
     } else if ((c == ']' || c == '}') && depth > 0) {
       --depth;
@@ -73,7 +72,7 @@ class Builder final : public nlohmann::json_sax<Library> {
 
   // Errors: JsonError where a key stood twice.
   Json Take() {
-    if (!twice_.empty()) throw JsonError("the key \"" + twice_ + "\" stands twice in one object");
+    if (!twice_.empty()) throw JsonError(Say("the key \"{}\" stands twice in one object", twice_));
     return std::move(root_);
   }
 
@@ -94,8 +93,8 @@ class Builder final : public nlohmann::json_sax<Library> {
     return true;
   }
   bool parse_error(size_t byte, const std::string&, const Library::exception& error) override {
-    throw JsonError("no JSON at " + Position(text_, byte > 0 ? byte - 1 : 0) +
-                    Reason(error.what()));
+    throw JsonError(
+        Say("no JSON at {}{}", Position(text_, byte > 0 ? byte - 1 : 0), Reason(error.what())));
   }
 
  private:

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "foundation/text.h"
+#include "language/language.h"
 
 namespace tavcc {
 namespace {
@@ -30,8 +31,8 @@ std::vector<KnownDifference> ParseKnownDifferences(const std::string& file, std:
     }
     fields.emplace_back(Trim(line));
     if (std::ranges::any_of(fields, &std::string::empty)) {
-      throw ScenarioError(file + ": line " + std::to_string(number) +
-                          ": must have the form FILE | STEP | TEXT | REASON");
+      throw ScenarioError(
+          Say("{}: line {}: must have the form FILE | STEP | TEXT | REASON", file, number));
     }
     known.push_back({number, fields[0], fields[1], fields[2], fields[3]});
   }

@@ -5,6 +5,7 @@
 
 #include "foundation/text.h"
 #include "foundation/utf8.h"
+#include "language/language.h"
 #include "scenario/scenario.h"
 
 namespace tavcc {
@@ -62,8 +63,9 @@ void Masks::Learn(std::string_view column, const Json& value) {
   if (std::ranges::find(seen_, column) == seen_.end()) seen_.emplace_back(column);
   if (!IsMasked(column) || value.is_null() || IsForm(value, "empty")) return;
   if (!value.is_string()) {
-    throw JsonError("--mask " + std::string(column) + ": holds " + Show(value) +
-                    ", and only texts can be masked: rules calculate with numbers and dates");
+    throw JsonError(Say(
+        "--mask {}: holds {}, and only texts can be masked: rules calculate with numbers and dates",
+        column, Show(value)));
   }
   if (!value.get<std::string>().empty()) masks_.emplace(value.get<std::string>(), "");
 }
@@ -106,8 +108,8 @@ void Masks::Settle(std::string_view texts) {
     const bool known = std::ranges::any_of(
         seen_, [&](const std::string& seen) { return EqualsIgnoringCase(seen, column); });
     if (!known) {
-      throw JsonError("--mask " + column + ": nothing that was recorded has this column" +
-                      DidYouMean(column, seen_));
+      throw JsonError(Say("--mask {}: nothing that was recorded has this column{}", column,
+                          DidYouMean(column, seen_)));
     }
   }
   size_t number = 0;
@@ -158,8 +160,8 @@ std::string Masks::InStatement(const std::string& sql, const std::string& place)
   }
   for (const std::string& value : longest_first_) {
     if (CharacterCount(value) >= kShortestInside && out.find(value) != std::string::npos) {
-      throw JsonError(
-          "--mask: a masked value stands outside of quotes, where it cannot be masked: " + place);
+      throw JsonError(Say(
+          "--mask: a masked value stands outside of quotes, where it cannot be masked: {}", place));
     }
   }
   return out;
@@ -208,8 +210,9 @@ std::vector<std::string> Masks::Notes(const Json& scenario) const {
       }
       for (const std::string& column : columns_) {
         if (has || !Mentions(sql->get<std::string>(), column)) continue;
-        notes.push_back("a statement reads " + column + " and answers " + others +
-                        ": mask these too where they hold it");
+        notes.push_back(
+            Say("a statement reads {} and answers {}: mask these too where they hold it", column,
+                others));
       }
     }
   }

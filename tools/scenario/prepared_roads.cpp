@@ -8,6 +8,7 @@
 #include "foundation/error.h"
 #include "foundation/text.h"
 #include "host/connection_wrapper.h"
+#include "language/language.h"
 #include "scenario/start_state.h"
 
 namespace tavcc {
@@ -161,8 +162,8 @@ class PreparedRoads final : public Roads {
       if (session_->Execute(kBills)->Field(0) == Value(int32_t{0})) return;
       session_ = nullptr;
       throw AutomationError(RuntimeError::kInvalidProcedureCall,
-                            "the database holds bills; scenarios want one that was made by tavcc "
-                            "init without --sample");
+                            Translated("the database holds bills; scenarios want one that was made "
+                                       "by tavcc init without --sample"));
     }
     if (session_->State() == Connection::kStateClosed) database_.reopen(*session_);
   }

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "language/language.h"
 #include "scenario/json_edit.h"
 #include "scenario/values.h"
 
@@ -32,8 +33,8 @@ Json ProfileJson(const std::vector<HostAnswer>& answers) {
     const Json value = SettingJson(setting.value);
     const Json* const known = profile.find(name);
     if (known != nullptr && *known != value) {
-      throw JsonError("the setting " + name + " changed while it was recorded: " + Show(*known) +
-                      ", then " + Show(value));
+      throw JsonError(Say("the setting {} changed while it was recorded: {}, then {}", name,
+                          Show(*known), Show(value)));
     }
     profile[name] = value;
   }

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "foundation/file_path.h"
+#include "language/language.h"
 #include "scenario/values.h"
 
 namespace tavcc {
@@ -26,11 +27,11 @@ bool IsLong(const Json& json) {
 class Section {
  public:
   Section(const Json& json, std::string place) : json_(json), place_(std::move(place)) {
-    if (!json.is_object()) throw ScenarioError(place_ + ": must be an object");
+    if (!json.is_object()) throw ScenarioError(Say("{}: must be an object", place_));
   }
 
   [[noreturn]] void Fail(std::string_view key, const std::string& text) const {
-    throw ScenarioError(place_ + ", key \"" + std::string(key) + "\": " + text);
+    throw ScenarioError(Say("{}, key \"{}\": {}", place_, key, text));
   }
 
   // Refuses keys that are not in the list.
@@ -38,7 +39,7 @@ class Section {
     const std::vector<std::string> known(keys.begin(), keys.end());
     for (const auto& [key, value] : json_.items()) {
       if (std::find(known.begin(), known.end(), key) == known.end()) {
-        Fail(key, "unknown key" + DidYouMean(key, known));
+        Fail(key, Say("unknown key{}", DidYouMean(key, known)));
       }
     }
   }
@@ -47,8 +48,8 @@ class Section {
 
   std::string Text(const char* key) const {
     const Json* value = Find(key);
-    if (value == nullptr) Fail(key, "is missing");
-    if (!value->is_string()) Fail(key, "must be a text");
+    if (value == nullptr) Fail(key, Translated("is missing"));
+    if (!value->is_string()) Fail(key, Translated("must be a text"));
     return value->get<std::string>();
   }
 
@@ -60,14 +61,14 @@ class Section {
   std::optional<int32_t> OptionalLong(const char* key) const {
     const Json* value = Find(key);
     if (value == nullptr) return std::nullopt;
-    if (!IsLong(*value)) Fail(key, "must be a 32-bit integer");
+    if (!IsLong(*value)) Fail(key, Translated("must be a 32-bit integer"));
     return value->get<int32_t>();
   }
 
   bool Flag(const char* key) const {
     const Json* value = Find(key);
     if (value == nullptr) return false;
-    if (!value->is_boolean()) Fail(key, "must be true or false");
+    if (!value->is_boolean()) Fail(key, Translated("must be true or false"));
     return value->get<bool>();
   }
 
@@ -76,7 +77,7 @@ class Section {
     static const Json empty = Json::object();
     const Json* value = Find(key);
     if (value == nullptr) return empty;
-    if (!value->is_object()) Fail(key, "must be an object");
+    if (!value->is_object()) Fail(key, Translated("must be an object"));
     return *value;
   }
 
@@ -85,7 +86,7 @@ class Section {
     static const Json empty = Json::array();
     const Json* value = Find(key);
     if (value == nullptr) return empty;
-    if (!value->is_array()) Fail(key, "must be a list");
+    if (!value->is_array()) Fail(key, Translated("must be a list"));
     return *value;
   }
 
@@ -106,7 +107,7 @@ ExpectedError ReadError(const Json& json, const std::string& place) {
 std::optional<ExpectedError> ReadOptionalError(const Section& section) {
   const Json* error = section.Find("error");
   if (error == nullptr) return std::nullopt;
-  return ReadError(*error, section.place() + ", key \"error\"");
+  return ReadError(*error, Say("{}, key \"{}\"", section.place(), "error"));
 }
 
 StatementFault::Kind ReadKind(const Section& section) {
@@ -121,7 +122,7 @@ StatementFault::Kind ReadKind(const Section& section) {
   for (const auto& [name, kind] : kKinds) {
     if (name == word) return kind;
   }
-  section.Fail("kind", R"(must be "raised", "left", "closed" or "nulls")");
+  section.Fail("kind", Translated("must be \"raised\", \"left\", \"closed\" or \"nulls\""));
 }
 
 StatementFault ReadFailure(const Section& section) {
@@ -135,7 +136,7 @@ InjectedFailure ReadFail(const Json& json, const std::string& place) {
   const Section section(json, place);
   section.AllowOnly({"at", "kind", "number", "source", "description"});
   const int at = section.OptionalLong("at").value_or(0);
-  if (at < 1) section.Fail("at", "must be the position of a statement, from 1");
+  if (at < 1) section.Fail("at", Translated("must be the position of a statement, from 1"));
   return {at, ReadFailure(section)};
 }
 
@@ -146,8 +147,8 @@ void CheckExpectation(const Section& section, const char* key, const Json& expec
   for (const Parameter& parameter : method.parameters) known.emplace_back(parameter.name);
   for (const auto& [name, value] : expect.items()) {
     if (std::find(known.begin(), known.end(), name) == known.end()) {
-      section.Fail(key, "\"" + name + "\" is neither \"result\" nor an argument of " +
-                            std::string(method.name) + DidYouMean(name, known));
+      section.Fail(key, Say("\"{}\" is neither \"result\" nor an argument of {}{}", name,
+                            method.name, DidYouMean(name, known)));
     }
   }
 }
@@ -157,8 +158,8 @@ void CheckArguments(const Section& section, const Json& args, const Method& meth
   for (const Parameter& parameter : method.parameters) known.emplace_back(parameter.name);
   for (const auto& [name, value] : args.items()) {
     if (std::find(known.begin(), known.end(), name) == known.end()) {
-      section.Fail("args", "\"" + name + "\" is no argument of " + std::string(method.name) +
-                               DidYouMean(name, known));
+      section.Fail(
+          "args", Say("\"{}\" is no argument of {}{}", name, method.name, DidYouMean(name, known)));
     }
   }
 }
@@ -172,7 +173,8 @@ void CheckStatements(const Section& section, const Json& statements) {
     if (!procedure) {
       section.Fail(
           "statements",
-          R"(each is a text or {"procedure": "name", "parameters": {…}}, not )" + Show(statement));
+          Say("each is a text or {{\"procedure\": \"name\", \"parameters\": {{…}}}}, not {}",
+              Show(statement)));
     }
   }
 }
@@ -190,24 +192,24 @@ Step ReadStep(const Json& json, const std::string& place, int number);
 Sweep ReadSweep(const Json& json, const std::string& place, const Method& method) {
   const Section section(json, place);
   section.AllowOnly({"at", "fail", "expect", "error", "then"});
-  const Section failure(section.Object("fail"), place + ", key \"fail\"");
+  const Section failure(section.Object("fail"), Say("{}, key \"{}\"", place, "fail"));
   failure.AllowOnly({"kind", "number", "source", "description"});
   Sweep sweep{{}, ReadFailure(failure), section.Object("expect"), ReadOptionalError(section), {}};
   CheckExpectation(section, "expect", sweep.expect, method);
   for (const Json& at : section.List("at")) {
     if (!IsWholeNumber(at, 1, INT32_MAX))
-      section.Fail("at", "must list positions of statements, from 1");
+      section.Fail("at", Translated("must list positions of statements, from 1"));
     sweep.at.push_back(at.get<int>());
   }
   int number = 0;
   for (const Json& query : section.List("then")) {
     ++number;
-    Step step = ReadStep(query, place + ", key \"then\" " + std::to_string(number), number);
-    if (step.IsCall()) section.Fail("then", "holds queries only");
+    Step step = ReadStep(query, Say("{}, key \"then\" {}", place, number), number);
+    if (step.IsCall()) section.Fail("then", Translated("holds queries only"));
     sweep.then.push_back(std::move(step));
   }
   if (sweep.expect.empty() && !sweep.error && sweep.then.empty()) {
-    throw ScenarioError(place + ": expects nothing; give \"expect\", \"error\" or \"then\"");
+    throw ScenarioError(Say("{}: expects nothing; give \"expect\", \"error\" or \"then\"", place));
   }
   return sweep;
 }
@@ -215,7 +217,7 @@ Sweep ReadSweep(const Json& json, const std::string& place, const Method& method
 std::vector<Sweep> ReadSweeps(const Section& section, const Method& method) {
   const Json* json = section.Find("sweep");
   if (json == nullptr) return {};
-  const std::string place = section.place() + ", key \"sweep\"";
+  const std::string place = Say("{}, key \"{}\"", section.place(), "sweep");
   std::vector<Sweep> sweeps;
   if (!json->is_array()) {
     sweeps.push_back(ReadSweep(*json, place, method));
@@ -245,7 +247,7 @@ void ReadCall(const Section& section, Step& step) {
   }
   if (const Json* tape = section.Find("tape")) step.tape = ReadTape(section, *tape);
   if (const Json* fail = section.Find("fail")) {
-    step.fail = ReadFail(*fail, section.place() + ", key \"fail\"");
+    step.fail = ReadFail(*fail, Say("{}, key \"{}\"", section.place(), "fail"));
   }
   step.sweeps = ReadSweeps(section, *step.method);
 }
@@ -257,7 +259,7 @@ void ReadQuery(const Section& section, Step& step) {
   step.rows = section.List("rows");
   for (const Json& row : *step.rows) {
     if (!row.is_array() && !row.is_object()) {
-      section.Fail("rows", "each row is a list of fields or an object of columns");
+      section.Fail("rows", Translated("each row is a list of fields or an object of columns"));
     }
   }
 }
@@ -274,16 +276,17 @@ Step ReadStep(const Json& json, const std::string& place, int number) {
   } else if (section.Find("query") != nullptr) {
     ReadQuery(section, step);
   } else {
-    throw ScenarioError(place + ": has neither the key \"call\" nor \"query\"");
+    throw ScenarioError(Say("{}: has neither the key \"call\" nor \"query\"", place));
   }
   return step;
 }
 
 void ReadResources(const Section& section, StartState& start) {
   for (const auto& [language, texts] : section.Object("resources").items()) {
-    if (!texts.is_object()) section.Fail("resources", "\"" + language + "\" must be an object");
+    if (!texts.is_object()) section.Fail("resources", Say("\"{}\" must be an object", language));
     for (const auto& [text, translation] : texts.items()) {
-      if (!translation.is_string()) section.Fail("resources", "translations must be texts");
+      if (!translation.is_string())
+        section.Fail("resources", Translated("translations must be texts"));
       start.resources[language][text] = translation.get<std::string>();
     }
   }
@@ -292,10 +295,10 @@ void ReadResources(const Section& section, StartState& start) {
 void ReadProfile(const Section& section, StartState& start) {
   for (const auto& [key, value] : section.Object("profile").items()) {
     if (key.find('.') == std::string::npos) {
-      section.Fail("profile", "\"" + key + "\" must have the form category.key");
+      section.Fail("profile", Say("\"{}\" must have the form category.key", key));
     }
     if (!value.is_string() && !value.is_null()) {
-      section.Fail("profile", "\"" + key + "\" must be a text or null");
+      section.Fail("profile", Say("\"{}\" must be a text or null", key));
     }
     start.profile.emplace_back(
         key, value.is_null() ? std::nullopt : std::optional(value.get<std::string>()));
@@ -311,7 +314,7 @@ Value SettingFromJson(const Json& json) {
 void ReadTapedSettings(const Section& section, StartState& start) {
   for (const auto& [key, value] : section.Object("profile").items()) {
     if (key.find('.') == std::string::npos) {
-      section.Fail("profile", "\"" + key + "\" must have the form category.key");
+      section.Fail("profile", Say("\"{}\" must have the form category.key", key));
     }
     try {
       start.taped_settings.emplace_back(key, SettingFromJson(value));
@@ -324,21 +327,22 @@ void ReadTapedSettings(const Section& section, StartState& start) {
 StartState ReadStart(const Section& section, bool is_tape) {
   StartState start;
   const int32_t user = section.OptionalLong("user").value_or(start.user);
-  if (user < INT16_MIN || user > INT16_MAX) section.Fail("user", "must be a 16-bit integer");
+  if (user < INT16_MIN || user > INT16_MAX)
+    section.Fail("user", Translated("must be a 16-bit integer"));
   start.user = static_cast<int16_t>(user);
   const std::string now = section.OptionalText("now").value_or(std::string(kNow));
   const auto time = DateTime::Parse(now);
-  if (!time) section.Fail("now", "no date: " + now);
+  if (!time) section.Fail("now", Say("no date: {}", now));
   start.now = *time;
   for (const Json& right : section.List("denied_rights")) {
-    if (!IsLong(right)) section.Fail("denied_rights", "must list class types");
+    if (!IsLong(right)) section.Fail("denied_rights", Translated("must list class types"));
     start.denied_rights.push_back(right.get<int32_t>());
   }
   start.published = section.Object("published");
   ReadResources(section, start);
   is_tape ? ReadTapedSettings(section, start) : ReadProfile(section, start);
   for (const Json& sql : section.List("sql")) {
-    if (!sql.is_string()) section.Fail("sql", "must list texts");
+    if (!sql.is_string()) section.Fail("sql", Translated("must list texts"));
     start.sql.push_back(sql.get<std::string>());
   }
   return start;
@@ -351,19 +355,20 @@ bool HasTape(const Json& step) {
 // A tape has no database that could be changed, asked or told the time.
 void CheckTape(const Section& section, const Scenario& scenario) {
   for (const char* key : {"sql", "needs_clock"}) {
-    if (section.Find(key) != nullptr) section.Fail(key, "a tape has no database");
+    if (section.Find(key) != nullptr) section.Fail(key, Translated("a tape has no database"));
   }
   for (const Step& step : scenario.steps) {
-    const std::string place = section.place() + ": step " + std::to_string(step.number);
-    if (!step.IsCall()) throw ScenarioError(place + ", key \"query\": a tape has no database");
+    const std::string place = Say("{}: step {}", section.place(), step.number);
+    if (!step.IsCall())
+      throw ScenarioError(Say("{}, key \"query\": a tape has no database", place));
     if (!step.tape) {
-      throw ScenarioError(place + ": the key \"tape\" is missing, which other steps have");
+      throw ScenarioError(Say("{}: the key \"tape\" is missing, which other steps have", place));
     }
     if (step.statements) {
-      throw ScenarioError(place + ", key \"statements\": the tape lists them");
+      throw ScenarioError(Say("{}, key \"statements\": the tape lists them", place));
     }
     if (step.needs_clock) {
-      throw ScenarioError(place + ", key \"needs_clock\": a tape has no database");
+      throw ScenarioError(Say("{}, key \"needs_clock\": a tape has no database", place));
     }
   }
 }
@@ -390,9 +395,9 @@ Scenario ParseScenario(const std::string& file, std::string_view text) {
   int number = 0;
   for (const Json& step : steps) {
     ++number;
-    scenario.steps.push_back(ReadStep(step, file + ": step " + std::to_string(number), number));
+    scenario.steps.push_back(ReadStep(step, Say("{}: step {}", file, number), number));
   }
-  if (scenario.steps.empty()) section.Fail("steps", "there is none");
+  if (scenario.steps.empty()) section.Fail("steps", Translated("there is none"));
   if (is_tape) CheckTape(section, scenario);
   return scenario;
 }
@@ -412,7 +417,7 @@ std::vector<std::string> ScenarioFiles(const std::vector<std::string>& paths) {
   std::vector<std::string> files;
   for (const std::string& path : paths) {
     const fs::path place = PathOf(path);
-    if (!fs::exists(place)) throw ScenarioError(path + ": no such file or folder");
+    if (!fs::exists(place)) throw ScenarioError(Say("{}: no such file or folder", path));
     if (!fs::is_directory(place)) {
       files.push_back(path);
       continue;
@@ -421,7 +426,7 @@ std::vector<std::string> ScenarioFiles(const std::vector<std::string>& paths) {
     for (const auto& entry : fs::recursive_directory_iterator(place)) {
       if (entry.path().extension() == ".json") found.push_back(PathText(entry.path()));
     }
-    if (found.empty()) throw ScenarioError(path + ": no scenario file in this folder");
+    if (found.empty()) throw ScenarioError(Say("{}: no scenario file in this folder", path));
     std::sort(found.begin(), found.end());
     files.insert(files.end(), found.begin(), found.end());
   }

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "language/language.h"
 #include "scenario/scenario.h"
 #include "scenario/values.h"
 
@@ -69,11 +70,11 @@ Json StatementJson(const LoggedStatement& statement) {
 class Entry {
  public:
   Entry(const Json& json, std::initializer_list<const char*> keys) : json_(json) {
-    if (!json.is_object()) throw JsonError("must be an object, not " + Show(json));
+    if (!json.is_object()) throw JsonError(Say("must be an object, not {}", Show(json)));
     const std::vector<std::string> known(keys.begin(), keys.end());
     for (const auto& [key, value] : json.items()) {
       if (std::ranges::find(known, key) == known.end()) {
-        throw JsonError("unknown key \"" + key + "\"" + DidYouMean(key, known));
+        throw JsonError(Say("unknown key \"{}\"{}", key, DidYouMean(key, known)));
       }
     }
   }
@@ -82,13 +83,13 @@ class Entry {
 
   std::string Text(const char* key) const {
     const Json& value = Required(key);
-    if (!value.is_string()) throw JsonError("key \"" + std::string(key) + "\": must be a text");
+    if (!value.is_string()) throw JsonError(Say("key \"{}\": must be a text", key));
     return value.get<std::string>();
   }
   int32_t Number(const char* key) const {
     const Json& value = Required(key);
     if (!IsWholeNumber(value, INT32_MIN, INT32_MAX)) {
-      throw JsonError("key \"" + std::string(key) + "\": must be a 32-bit integer");
+      throw JsonError(Say("key \"{}\": must be a 32-bit integer", key));
     }
     return value.get<int32_t>();
   }
@@ -97,7 +98,7 @@ class Entry {
     static const Json none = Json::array();
     const Json* const value = Find(key);
     if (value != nullptr && !value->is_array()) {
-      throw JsonError("key \"" + std::string(key) + "\": must be a list");
+      throw JsonError(Say("key \"{}\": must be a list", key));
     }
     return value == nullptr ? none : *value;
   }
@@ -105,7 +106,7 @@ class Entry {
  private:
   const Json& Required(const char* key) const {
     const Json* const value = Find(key);
-    if (value == nullptr) throw JsonError("the key \"" + std::string(key) + "\" is missing");
+    if (value == nullptr) throw JsonError(Say("the key \"{}\" is missing", key));
     return *value;
   }
 
@@ -121,7 +122,7 @@ std::vector<ProcedureParameter> ParametersFromJson(const Entry& entry, const cha
                                                    bool output) {
   const Json* const json = entry.Find(key);
   if (json == nullptr) return {};
-  if (!json->is_object()) throw JsonError("key \"" + std::string(key) + "\": must be an object");
+  if (!json->is_object()) throw JsonError(Say("key \"{}\": must be an object", key));
   std::vector<ProcedureParameter> parameters;
   for (const auto& [name, value] : json->items()) {
     parameters.push_back({name, ScalarFromJson(value), output});
@@ -133,12 +134,13 @@ AnswerRowsPtr RowsFromJson(const Entry& entry) {
   if (entry.Find("columns") == nullptr && entry.Find("rows") == nullptr) return nullptr;
   const auto answer = std::make_shared<AnswerRows>();
   for (const Json& column : entry.List("columns")) {
-    if (!column.is_string()) throw JsonError("key \"columns\": must list texts");
+    if (!column.is_string()) throw JsonError(Say("key \"columns\": must list texts"));
     answer->columns.push_back(column.get<std::string>());
   }
   for (const Json& fields : entry.List("rows")) {
     if (!fields.is_array() || fields.size() != answer->columns.size()) {
-      throw JsonError("key \"rows\": a row has not one field for each column: " + Show(fields));
+      throw JsonError(
+          Say("key \"rows\": a row has not one field for each column: {}", Show(fields)));
     }
     std::vector<Value>& row = answer->rows.emplace_back();
     for (const Json& field : fields) row.push_back(ScalarFromJson(field));
@@ -166,7 +168,7 @@ LoggedStatement StatementFromJson(const Json& json) {
   LoggedStatement statement;
   statement.is_procedure = entry.Find("procedure") != nullptr;
   if (statement.is_procedure && entry.Find("sql") != nullptr) {
-    throw JsonError("has both keys \"sql\" and \"procedure\"");
+    throw JsonError(Say("has both keys \"sql\" and \"procedure\""));
   }
   statement.text = entry.Text(statement.is_procedure ? "procedure" : "sql");
   statement.parameters = ParametersFromJson(entry, "parameters", false);
@@ -201,13 +203,13 @@ Json TapeJson(const Tape& tape) {
 }
 
 Tape TapeFromJson(const Json& json) {
-  if (!json.is_array()) throw JsonError("must be a list of statements");
+  if (!json.is_array()) throw JsonError(Say("must be a list of statements"));
   Tape tape;
   for (const Json& statement : json) {
     try {
       tape.push_back(StatementFromJson(statement));
     } catch (const JsonError& error) {
-      throw JsonError("statement " + std::to_string(tape.size() + 1) + ": " + error.what());
+      throw JsonError(Say("statement {}: {}", tape.size() + 1, error.what()));
     }
   }
   return tape;

@@ -7,25 +7,26 @@
 
 #include "host/host_dictionary.h"
 #include "host/trace_lines.h"
+#include "language/language.h"
 
 namespace tavcc {
 namespace {
 
 DateTime DateFromJson(const Json& text) {
   const auto date = text.is_string() ? DateTime::Parse(text.get<std::string>()) : std::nullopt;
-  if (!date) throw JsonError("no date: " + Show(text));
+  if (!date) throw JsonError(Say("no date: {}", Show(text)));
   return *date;
 }
 
 Decimal DecimalFromJson(const Json& text) {
   const auto decimal = text.is_string() ? Decimal::Parse(text.get<std::string>()) : std::nullopt;
-  if (!decimal) throw JsonError("no decimal number (write it as a text): " + Show(text));
+  if (!decimal) throw JsonError(Say("no decimal number (write it as a text): {}", Show(text)));
   return *decimal;
 }
 
 Value IntegerFromJson(const Json& number) {
   if (!IsWholeNumber(number, INT16_MIN, INT16_MAX)) {
-    throw JsonError("no 16-bit integer: " + Show(number));
+    throw JsonError(Say("no 16-bit integer: {}", Show(number)));
   }
   return number.get<int16_t>();
 }
@@ -109,11 +110,11 @@ Json ExactJsonOfObject(const ObjectPtr& object) {
     return elements;
   }
   const auto* dictionary = dynamic_cast<const HostDictionary*>(object.get());
-  if (dictionary == nullptr) throw JsonError("an object that no file can hold");
+  if (dictionary == nullptr) throw JsonError(Say("an object that no file can hold"));
   Json items = Json::object();
   for (const auto& [key, value] : dictionary->entries()) items[key] = ExactJson(value);
   if (IsAnyForm(items))
-    throw JsonError("a dictionary that would read as one value: " + Show(items));
+    throw JsonError(Say("a dictionary that would read as one value: {}", Show(items)));
   return items;
 }
 
@@ -124,7 +125,7 @@ Value ScalarFromJson(const Json& json) {
   if (json.is_boolean()) return json.get<bool>();
   if (json.is_number()) return NumberFromJson(json);
   if (json.is_string()) return json.get<std::string>();
-  if (!IsAnyForm(json)) throw JsonError("no single value: " + Show(json));
+  if (!IsAnyForm(json)) throw JsonError(Say("no single value: {}", Show(json)));
   return FormFromJson(json);
 }
 
