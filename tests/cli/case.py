@@ -12,6 +12,15 @@ TAVCC = ""
 SERVED_DATABASE = ""
 
 PASSED, REFUSED, FAILED = 0, 1, 2
+
+# The program may be that of Windows, run by Wine: then what another system does is not asked of it.
+ON_WINDOWS = os.environ.get("TAVCC_ON") == "windows"
+
+
+def unix_only(why):
+    return unittest.skipIf(ON_WINDOWS, why)
+
+
 ASSEMBLY_BILL = 121  # of the sample company, not audited
 
 

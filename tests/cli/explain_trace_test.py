@@ -207,6 +207,7 @@ Gates:
         self.assertEqual(answer.returncode, FAILED)
         self.assertIn("the output cannot be written", answer.stderr)
 
+    @case.unix_only("Windows has words of its own for it")
     def test_a_reader_that_has_gone_is_told(self):
         read, write = os.pipe()
         os.close(read)

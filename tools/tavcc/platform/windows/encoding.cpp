@@ -11,6 +11,7 @@ namespace tavcc {
 namespace {
 
 constexpr UINT kGb18030 = 54936;
+constexpr UINT kGbk = 936;  // what of it has two bytes, where the system knows no more
 
 // How many units of UTF-16 stand before one that has no other half.
 size_t WholeUnits(std::wstring_view text) {
@@ -57,8 +58,11 @@ ConvertedText FromCodePage(std::string_view bytes, UINT code_page) {
 
 std::optional<ConvertedText> ConvertToUtf8(std::string_view bytes, std::string_view encoding) {
   if (encoding.starts_with("UTF-16")) return FromUtf16(bytes, encoding == "UTF-16BE");
-  if (encoding != "GB18030" || IsValidCodePage(kGb18030) == 0) return std::nullopt;
-  return FromCodePage(bytes, kGb18030);
+  if (encoding != "GB18030") return std::nullopt;
+  for (const UINT code_page : {kGb18030, kGbk}) {
+    if (IsValidCodePage(code_page) != 0) return FromCodePage(bytes, code_page);
+  }
+  return std::nullopt;
 }
 
 }  // namespace tavcc
