@@ -5,8 +5,8 @@
 set(foundation_headers
     batch_session call_site connection connection_string conversions date_time decimal dictionary
     error host ladder plug_in recordset rule_watch sql_text text value vector verdict)
-set(rules_headers registry/bill_ladder registry/class_registry registry/dictionary_keys
-                  registry/refusals)
+set(rules_headers registry/bilingual registry/bill_ladder registry/class_registry
+                  registry/dictionary_keys registry/refusals)
 set(embedded_headers embedded/embedded embedded/open_options embedded/script)
 set(odbc_headers odbc/odbc)
 set(host_headers

@@ -18,6 +18,8 @@ windows_packages=(
 # To look at the pages of `--html` in a browser, with a font for what they say: 300 MB, and more
 # with what comes with it. Only ./test --all installs it; without it that one test is skipped.
 browser_packages=(chromium fonts-noto-cjk)
+# Only for `./test --all`: what the Debian packages are judged with, and a clean root for them.
+package_test_packages=(lintian debootstrap)
 # Only for `./test --lint`.
 lint_packages=(clang-tidy)
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Inspects a Windows program or module as a file: machine, what it needs, its version, how it may be
-loaded.
+"""Inspects a Windows program or module as a file: machine, what it needs, its version, and how it
+may be loaded.
 
 usage: check_binary.py OBJDUMP MACHINE VERSION FILE…   (MACHINE: x86-64 or i386)
 """
