@@ -11,6 +11,8 @@ foreach(package tavcc libtavcc-dev)
                  ${documents}/${package}/changelog.Debian COPYONLY)
   execute_process(COMMAND ${GZIP} -9nf changelog changelog.Debian
                   WORKING_DIRECTORY ${documents}/${package} COMMAND_ERROR_IS_FATAL ANY)
+  configure_file(${CMAKE_CURRENT_LIST_DIR}/debian/lintian-overrides
+                 ${documents}/overrides/${package} @ONLY)
   set(component tool)
   if(package STREQUAL libtavcc-dev)
     set(component library)
@@ -18,6 +20,11 @@ foreach(package tavcc libtavcc-dev)
   install(
     DIRECTORY ${documents}/${package}/
     DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package}
+    COMPONENT ${component}
+    EXCLUDE_FROM_ALL)
+  install(
+    FILES ${documents}/overrides/${package}
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
     COMPONENT ${component}
     EXCLUDE_FROM_ALL)
 endforeach()

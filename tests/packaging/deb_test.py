@@ -63,6 +63,7 @@ class Packages(unittest.TestCase):
             "/usr/share/doc/tavcc/changelog.gz",
             "/usr/share/doc/tavcc/copyright",
             "/usr/share/fish/vendor_completions.d/tavcc.fish",
+            "/usr/share/lintian/overrides/tavcc",
             "/usr/share/man/man1/tavcc.1.gz",
             "/usr/share/zsh/vendor-completions/_tavcc",
         })
