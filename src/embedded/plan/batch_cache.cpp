@@ -1,7 +1,7 @@
 #include "embedded/plan/batch_cache.h"
 
 #include <algorithm>
-#include <cstring>
+#include <functional>
 #include <iterator>
 
 #include "embedded/syntax/parser.h"
@@ -34,37 +34,19 @@ const BatchCache::Entry* BatchCache::Look(std::string_view text) {
 }
 
 const BatchCache::Entry* BatchCache::LookIn(Bucket& bucket, std::string_view text) {
-  for (Candidate& candidate : bucket) {
-    if (!MayBe(candidate, text) || !candidate.entry->form.Matches(text, literals_)) continue;
+  for (Entries::iterator& candidate : bucket) {
+    if (!candidate->form.Matches(text, literals_)) continue;
     // What was used last is looked at first.
-    if (&candidate != &bucket.front()) std::swap(candidate, bucket.front());
-    const Entries::iterator entry = bucket.front().entry;
-    if (entry != entries_.begin()) entries_.splice(entries_.begin(), entries_, entry);
-    return &*entry;
+    std::swap(candidate, bucket.front());
+    entries_.splice(entries_.begin(), entries_, bucket.front());
+    return &entries_.front();
   }
   return nullptr;
 }
 
-// The last bytes before the first literal tell most forms apart that begin alike.
-uint64_t BatchCache::TailOf(std::string_view beginning) {
-  uint64_t tail = 0;
-  if (beginning.size() < sizeof tail) return tail;
-  std::memcpy(&tail, beginning.data() + beginning.size() - sizeof tail, sizeof tail);
-  return tail;
-}
-
-bool BatchCache::MayBe(const Candidate& candidate, std::string_view text) {
-  return text.size() >= candidate.beginning &&
-         TailOf(text.substr(0, candidate.beginning)) == candidate.tail;
-}
-
 BatchCache::Bucket& BatchCache::BucketOf(std::string_view beginning) {
   if (beginning.size() < kPrefix) return buckets_.back();
-  uint64_t words[2];
-  static_assert(sizeof words == kPrefix);
-  std::memcpy(words, beginning.data(), sizeof words);
-  const uint64_t mixed = (words[0] ^ (words[1] * 0x9e3779b97f4a7c15)) * 0xbf58476d1ce4e5b9;
-  return buckets_[static_cast<size_t>(mixed >> 56) & (kBuckets - 1)];
+  return buckets_[std::hash<std::string_view>()(beginning.substr(0, kPrefix)) % kBuckets];
 }
 
 const BatchCache::Entry& BatchCache::Compile(std::string_view text) {
@@ -74,15 +56,13 @@ const BatchCache::Entry& BatchCache::Compile(std::string_view text) {
   entry.form.Matches(text, literals_);
   if (entries_.size() >= kMostPrograms) DropOldest();
   entries_.push_front(std::move(entry));
-  const std::string_view beginning = entries_.front().form.Beginning();
-  BucketOf(beginning).push_back({TailOf(beginning), beginning.size(), entries_.begin()});
+  BucketOf(entries_.front().form.Beginning()).push_back(entries_.begin());
   return entries_.front();
 }
 
 void BatchCache::DropOldest() {
   const Entries::iterator oldest = std::prev(entries_.end());
-  std::erase_if(BucketOf(oldest->form.Beginning()),
-                [&](const Candidate& candidate) { return candidate.entry == oldest; });
+  std::erase(BucketOf(oldest->form.Beginning()), oldest);
   entries_.erase(oldest);
 }
 

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
 #include <list>
 #include <memory>
 #include <string>
@@ -35,26 +34,19 @@ class BatchCache {
 
  private:
   static constexpr size_t kMostPrograms = 512;
-  static constexpr size_t kBuckets = 256;  // a power of two
-  static constexpr size_t kPrefix = 16;    // bytes of a form's beginning that choose its bucket
+  static constexpr size_t kBuckets = 256;
+  static constexpr size_t kPrefix = 16;  // bytes of a form's beginning that choose its bucket
 
   struct Entry {
     TextForm form;
     std::shared_ptr<Program> program;
   };
   using Entries = std::list<Entry>;
-  struct Candidate {
-    uint64_t tail = 0;     // see TailOf
-    size_t beginning = 0;  // bytes before the first literal
-    Entries::iterator entry;
-  };
-  using Bucket = std::vector<Candidate>;
+  using Bucket = std::vector<Entries::iterator>;
 
   const Entry* Look(std::string_view text);
   const Entry* LookIn(Bucket& bucket, std::string_view text);
   const Entry& Compile(std::string_view text);
-  static uint64_t TailOf(std::string_view beginning);
-  static bool MayBe(const Candidate& candidate, std::string_view text);
   Bucket& BucketOf(std::string_view beginning);
   void DropOldest();
   void Evaluate(std::vector<TypedValue>& values);

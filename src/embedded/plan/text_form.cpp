@@ -8,7 +8,6 @@
 #include "embedded/plan/text_form.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 
 namespace tavcc::sql {
@@ -49,28 +48,8 @@ constexpr bool IsPlain(char c) {
   return static_cast<unsigned char>(c) < 0x80 && c != '\n' && c != '\'';
 }
 
-// How many of the eight bytes at `text` are plain, up to the first that is not.
-size_t PlainBytes(const char* text) {
-  constexpr uint64_t kOnes = 0x0101010101010101, kHighBits = 0x8080808080808080;
-  uint64_t bytes = 0;
-  std::memcpy(&bytes, text, sizeof bytes);
-  if constexpr (std::endian::native == std::endian::big) bytes = __builtin_bswap64(bytes);
-  // Sets the high bit of the first byte that is `c`, and perhaps of bytes behind it.
-  const auto is = [&](char c) {
-    const uint64_t other = bytes ^ (kOnes * static_cast<unsigned char>(c));
-    return (other - kOnes) & ~other;
-  };
-  const uint64_t others = (bytes | is('\n') | is('\'')) & kHighBits;
-  return static_cast<size_t>(std::countr_zero(others)) / 8;
-}
-
 // Where in `text` from `at` on the characters end that count for one unit and nothing else.
 size_t PlainEnd(std::string_view text, size_t at) {
-  while (at + 8 <= text.size()) {
-    const size_t plain = PlainBytes(text.data() + at);
-    at += plain;
-    if (plain < 8) return at;
-  }
   while (at < text.size() && IsPlain(text[at])) ++at;
   return at;
 }
