@@ -59,7 +59,7 @@ class InMemoryRecordset : public Recordset {
   Rows& rows() { return rows_; }
 
   // Stands on the first of other rows.
-  void Become(Rows rows) {
+  void Become(Rows&& rows) {
     rows_ = std::move(rows);
     row_ = 0;
   }
