@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -23,6 +24,9 @@ struct BatchMessage {
   int line = 0;                // of the batch or the procedure, from 1; likewise
   std::string procedure = {};  // in which it arose; empty for the batch itself
   std::string text = {};
+  // The text of an EXEC('…') in which it arose, whose line it is; empty for the batch itself, and
+  // not set where the session does not know.
+  std::optional<std::string> executed = {};
 };
 
 // Gets what a batch gives, at the time at which it comes and in the order of the server.

@@ -1,15 +1,18 @@
 """The shell of tavcc sql, at a terminal of the test's own."""
 
+import fcntl
 import os
 import pty
 import re
 import select
 import shutil
+import signal
+import struct
 import termios
 import time
 
 import case
-from case import Case
+from case import Case, tavcc
 
 ESCAPES = re.compile(r"\x1b\[[0-9;?]*[A-Za-z]|\x1b[=>]|[\x07\x0f\r]")
 PATIENCE = 60
@@ -22,6 +25,9 @@ class Terminal:
         self.shown = ""
         self.process, self.terminal = pty.fork()
         if self.process == 0:
+            fcntl.ioctl(0, termios.TIOCSWINSZ, struct.pack("HHHH", 24, 80, 0, 0))
+            os.environ.pop("LESS", None)
+            os.environ.pop("MORE", None)
             os.environ.update({"TERM": "xterm", "PAGER": "", **environment})
             os.execv(case.TAVCC, [case.TAVCC, *arguments])
 
@@ -55,7 +61,11 @@ class Terminal:
 
     def end(self):
         """The exit status, when it has ended."""
+        until = time.monotonic() + PATIENCE
         while True:
+            if not select.select([self.terminal], [], [], max(0, until - time.monotonic()))[0]:
+                os.kill(self.process, signal.SIGKILL)
+                raise AssertionError(f"it does not end: {self.shown!r}")
             try:
                 if not os.read(self.terminal, 65536):
                     break
@@ -66,14 +76,17 @@ class Terminal:
         return os.waitstatus_to_exitcode(status)
 
 
-class Shell(Case):
+class ShellCase(Case):
     def setUp(self):
         super().setUp()
         self.state = self.path("state")
         shutil.rmtree(self.state, ignore_errors=True)
 
+    def database(self):
+        return ["--db", self.db]
+
     def shell(self, *arguments, **environment):
-        terminal = Terminal("sql", "--db", self.db, *arguments, XDG_STATE_HOME=self.state,
+        terminal = Terminal("sql", *self.database(), *arguments, XDG_STATE_HOME=self.state,
                             **environment)
         terminal.wait("1> ")
         return terminal
@@ -82,6 +95,8 @@ class Shell(Case):
         terminal.type(".quit\n")
         self.assertEqual(terminal.end(), 0)
 
+
+class Shell(ShellCase):
     def test_ctrl_d_leaves(self):
         terminal = self.shell()
         terminal.type("\x04")
@@ -198,6 +213,94 @@ class Shell(Case):
         terminal.wait("Left_\n-----\n    0\n")
         self.leave(terminal)
 
+class Pager(ShellCase):
+    """Of a terminal of 24 lines."""
+
+    SHORT = "select 7 as Seven;\n"
+    LONG = ("select top 200 'row ' + convert(varchar(9), row_number() over(order by a.FItemID)) as R"
+            " from t_ICItem a cross join t_ICItem b cross join t_ICItem c;\n")
+
+    def shell_with(self, pager, program=None):
+        if shutil.which(program or pager) is None:
+            self.skipTest(f"{program or pager} is not installed")
+        return self.shell(PAGER=pager)
+
+    def still_works(self, terminal):
+        terminal.wait("1> ")
+        terminal.type("print 'still ' + 'here';\n")
+        terminal.wait("\nstill here\n")
+        terminal.wait("1> ")
+        self.leave(terminal)
+
+    def test_less_leaves_what_fits_on_the_screen(self):
+        terminal = self.shell_with("less")
+        terminal.type(self.SHORT)
+        terminal.wait("Seven\n-----\n    7\n(1 row affected)\n")
+        self.still_works(terminal)
+
+    def test_less_shows_a_page_and_the_next_and_is_left(self):
+        terminal = self.shell_with("less")
+        terminal.type(self.LONG)
+        first = terminal.wait("\n:")
+        self.assertIn("row 15\n", first)
+        self.assertNotIn("row 40\n", first)
+        terminal.type(" ")
+        second = terminal.wait("\n:")
+        self.assertIn("row 40\n", second)
+        self.assertNotIn("row 100\n", second)
+        terminal.type("q")
+        self.still_works(terminal)
+
+    def test_less_shows_it_to_the_end(self):
+        terminal = self.shell_with("less")
+        terminal.type(self.LONG)
+        terminal.wait("\n:")
+        terminal.type("G")
+        terminal.wait("row 200\n(200 rows affected)\n")
+        terminal.type("q")
+        self.still_works(terminal)
+
+    def test_more_shows_a_page_and_is_left(self):
+        terminal = self.shell_with("more")
+        terminal.type(self.LONG)
+        self.assertNotIn("row 40\n", terminal.wait("--More--"))
+        terminal.type(" ")
+        self.assertIn("row 40\n", terminal.wait("--More--"))
+        terminal.type("q")
+        terminal.wait("1> ")
+        self.leave(terminal)
+
+    def test_ctrl_c_is_the_pager_s(self):
+        """less begins its prompt again; the shell waits for it as before."""
+        terminal = self.shell_with("less")
+        terminal.type(self.LONG)
+        terminal.wait("\n:")
+        terminal.type("\x03")
+        time.sleep(0.5)  # with the signal goes what was typed and not yet read
+        terminal.type(" ")
+        terminal.wait("row 40\n")
+        terminal.type("q")
+        self.still_works(terminal)
+
+    def test_errors_stand_in_the_pager_behind_the_rows(self):
+        terminal = self.shell_with("less")
+        terminal.type("select 7 as Seven select * from NoTable;\n")
+        terminal.wait("    7\n(1 row affected)\nMsg 208, Level 16, State 1, Line 1\n")
+        self.still_works(terminal)
+
+    def test_a_pager_with_options(self):
+        terminal = self.shell_with("less -F -X -N", "less")
+        terminal.type(self.SHORT)
+        terminal.wait("      3     7\n")
+        terminal.wait("1> ")
+        self.leave(terminal)
+
+    def test_one_that_is_not_there_is_done_without(self):
+        terminal = self.shell(PAGER="no-such-pager")
+        terminal.type(self.SHORT)
+        terminal.wait("    7\n(1 row affected)\n")
+        self.still_works(terminal)
+
     def test_long_output_goes_through_a_pager(self):
         pager = self.write("pager", "#!/bin/sh\necho paged\ncat >/dev/null\n")
         os.chmod(pager, 0o700)
@@ -208,5 +311,49 @@ class Shell(Case):
         self.leave(terminal)
 
 
+class OverOdbc(case.Served, ShellCase):
+    """What the shell asks of a server: which tables there are, and their columns."""
+
+    def database(self):
+        if "Can't open lib" in tavcc("sql", "--dsn", self.dsn, "select 1").stderr:
+            self.skipTest("the driver of package tdsodbc is missing")
+        return ["--dsn", self.dsn]
+
+    def test_tables(self):
+        terminal = self.shell()
+        terminal.type(".tables zzcx\n")
+        terminal.wait("name              kind\n----------------  -----\nT_CC_ZZCX         table\n"
+                      "T_CC_ZZCX_Entry   table\nT_CC_ZZCX_Entry2  table\n")
+        terminal.type(".tables vw_cc_rec\n")
+        terminal.wait("vw_cc_Receive  view\n")
+        terminal.type(".tables nowhere\n")
+        terminal.wait("There is none.\n")
+        self.leave(terminal)
+
+    def test_schema(self):
+        terminal = self.shell()
+        terminal.type(".schema T_CC_ZZCX\n")
+        terminal.wait("CREATE TABLE T_CC_ZZCX (\n  FID int NOT NULL,\n  FClassTypeID int NOT NULL,\n"
+                      "  FBillTypeID int NOT NULL,\n  FBillNo nvarchar(80) NOT NULL,\n"
+                      "  FDate datetime NULL,\n")
+        terminal.type(".schema T_CC_ZZCY\n")
+        terminal.wait('there is no "T_CC_ZZCY"; did you mean T_CC_ZZCX?')
+        self.leave(terminal)
+
+    def test_completion(self):
+        terminal = self.shell()
+        terminal.type("select FNote from T_CC_StockB\t")
+        terminal.wait("T_CC_StockBill")
+        terminal.type("\x15select FID from T_CC_ZZCX where FVouch\t")
+        terminal.wait("FVoucherID ")
+        terminal.type("< 0;\n")
+        terminal.wait("(0 rows affected)")
+        terminal.type(".schema vw_cc_Rec\t")
+        terminal.wait("vw_cc_Receive ")
+        terminal.type("\n")
+        terminal.wait("CREATE TABLE vw_cc_Receive (\n  FID int")
+        self.leave(terminal)
+
+
 if __name__ == "__main__":
-    case.main()
+    case.main(served=True)

@@ -101,17 +101,74 @@ class Results(SqlCase):
         self.assertIn("Msg 8134, Level 16, State 1, Procedure P, Line 2\n", answer.stderr)
         self.assertNotIn("^", answer.stderr)
 
+    def pointed_at(self, errors):
+        """What stands behind the caret's place in the line above it."""
+        source, caret = errors.splitlines()[-2:]
+        self.assertEqual(caret.strip(), "^", errors)
+        at = len(caret) - 1
+        # A wide character takes two columns.
+        wide = sum(1 for c in source[:at] if ord(c) > 0x2E80)
+        return source[at - wide:]
+
     def test_the_caret_stands_below_what_the_message_names(self):
-        for batch, below in (("select FName as 一, NoColumn from t_Stock", "NoColumn"),
-                             ("select a.FItemID from t_Stock a\n join NoTable b on 1=1", "NoTable"),
-                             ("\tselect * from\n\tdbo.NoTable", "dbo.NoTable")):
+        for batch, behind in (
+                ("select FName as 一, NoColumn from t_Stock", "NoColumn from t_Stock"),
+                ("select a.FItemID from t_Stock a\n join NoTable b on 1=1", "NoTable b on 1=1"),
+                ("\tselect * from\n\tdbo.NoTable", "dbo.NoTable"),
+                ("select [No Col] from t_Stock", "[No Col] from t_Stock"),
+                ("select b.FName from t_Stock a", "b.FName from t_Stock a"),
+                ("select * from t_Stock where FItemID in (select x from NoTable)", "NoTable)"),
+                ("update t_Stock\nset NoColumn = 1", "NoColumn = 1"),
+                ("print 'a'\nset @n = 1", "@n = 1"),
+                ("select 1 frobnicate from where", "where"),
+                # In a comment, a text or as another one's name it is not what is meant.
+                ("select FName, 'NoColumn' as x, NoColumn from t_Stock", "NoColumn from t_Stock"),
+                ("select /* NoTable */ 1 -- NoTable\nfrom NoTable", "NoTable"),
+                ("select 1 as NoColumn, t_Stock.NoColumn from t_Stock", "NoColumn from t_Stock"),
+                ("select NoTable.x from NoTable", "NoTable"),
+                # The message names the column's table, which the batch does not.
+                ("select sum(FItemID), FName from t_Stock", "FName from t_Stock"),
+                # A value, which is in a text alone.
+                ("select 1 as abc, cast('abc' as int)", "abc, cast('abc' as int)"),
+                ("select cast('x y' as int)", "x y' as int)"),
+                # Nothing that the batch has: the statement.
+                ("print 'a'\n  insert t_Stock(FItemID) select min(FItemID) from t_Stock",
+                 "t_Stock(FItemID) select min(FItemID) from t_Stock"),
+                ("print 'a'\n  select 1/0", "select 1/0")):
             with self.subTest(batch):
-                lines = self.sql(batch).stderr.splitlines()
-                source, caret = lines[-2:]
-                at = len(caret) - 1
-                # A wide character takes two columns.
-                wide = sum(1 for c in source[:at] if ord(c) > 0x2E80)
-                self.assertEqual(source[at - wide:][:len(below)], below, lines)
+                self.assertEqual(self.pointed_at(self.sql(batch).stderr), behind)
+
+    EXECUTED = (
+        # Where the text stands in the batch, it is shown there.
+        ("print 'x'\nexec('select * from NoTable')", "line 2: exec('select * from NoTable')",
+         "NoTable')"),
+        ("exec('select 1\n select NoColumn from t_Stock')", "line 2:  select NoColumn from t_Stock')",
+         "NoColumn from t_Stock')"),
+        ("select 1 as NoTable\nexecute ( N'insert NoTable values(1)' )",
+         "line 2: execute ( N'insert NoTable values(1)' )", "NoTable values(1)' )"))
+    # What names nothing, and what is in no line of the batch.
+    EXECUTED_ELSEWHERE = (
+        ("print 'x'\nprint 'y'\nexec('select 1/0')", "line 1 of the executed text: select 1/0",
+         "select 1/0"),
+        ("declare @s nvarchar(99)\nset @s = 'select 1' + char(10) + ' from No' + 'Table'\nexec(@s)",
+         "line 2 of the executed text:  from NoTable", "NoTable"),
+        ("exec('exec(''select 1' + '/0'')')", "line 1 of the executed text: select 1/0",
+         "select 1/0"))
+
+    def test_an_error_in_a_text_that_is_executed_has_its_line(self):
+        for batch, line, behind in self.EXECUTED + self.EXECUTED_ELSEWHERE:
+            with self.subTest(batch):
+                errors = self.sql(batch).stderr
+                self.assertIn(f"\n  {line}\n", errors)
+                self.assertEqual(self.pointed_at(errors), behind)
+        error = self.results("print 'x' exec('print 1" + "\n" + "select 1/0')")[-1]["error"]
+        self.assertEqual((error["line"], error["place"], error["source"], error["column"]),
+                         (2, "line 2 of the executed text", "select 1/0", 1))
+
+    def test_an_error_behind_a_text_that_is_executed_is_the_batch_s(self):
+        errors = self.sql("exec('print 1')\nprint 2\nselect 1/0").stderr
+        self.assertIn("Line 3\n", errors)
+        self.assertTrue(errors.endswith("\n  line 3: select 1/0\n          ^\n"), errors)
 
     def test_raiserror(self):
         answer = self.sql("raiserror('quiet %d', 10, 1, 7)\nraiserror('warn', 5, 2)\n"
@@ -345,6 +402,19 @@ class OverOdbc(case.Served, SqlCase):
         "print 'a'\nselect 1/0\nprint 'b'",
         "frobnicate",
     )
+
+    def test_an_error_in_a_text_that_is_executed(self):
+        """A server tells its line in the text, and not that it is one: what is shown is sure."""
+        for batch, line, _ in Results.EXECUTED:
+            with self.subTest(batch):
+                answer = self.over_odbc("sql", batch)
+                self.assertIn(f"\n  {line}\n", answer.stderr)
+                self.assertEqual(answer.stderr, re.sub(r", State \d+", "", self.sql(batch).stderr))
+        for batch, _, _ in Results.EXECUTED_ELSEWHERE:
+            with self.subTest(batch):
+                errors = self.over_odbc("sql", batch).stderr
+                self.assertRegex(errors, r"^Msg \d+, Level 16, Line \d+\n.*\n$")
+                self.assertNotIn("^\n", errors)
 
     def test_each_batch_shows_the_same(self):
         for batch in self.BATCHES:

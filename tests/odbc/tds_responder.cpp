@@ -16,6 +16,7 @@ namespace {
 
 // Kinds of packets.
 constexpr uint8_t kBatch = 0x01;
+constexpr uint8_t kCall = 0x03;
 constexpr uint8_t kAnswer = 0x04;
 constexpr uint8_t kAttention = 0x06;
 constexpr uint8_t kLogin = 0x10;
@@ -41,15 +42,67 @@ bool ReadExactly(int client, std::string& bytes, size_t count) {
   return true;
 }
 
-// The text of a batch, behind the headers that TDS 7.2 and later put before it.
-std::string BatchText(std::string_view body) {
-  const auto byte = [&](size_t at) { return static_cast<uint8_t>(body[at]); };
-  const size_t headers = size_t{byte(0)} | size_t{byte(1)} << 8;
-  std::vector<SQLWCHAR> wide;
-  for (size_t at = headers; at + 1 < body.size(); at += 2) {
-    wide.push_back(static_cast<SQLWCHAR>(byte(at) | byte(at + 1) << 8));
+// Reads a request from its first byte to its last, without the headers that TDS 7.2 and later put
+// before it. Behind the end there is nothing but zeros.
+class Request {
+ public:
+  explicit Request(std::string_view body) : body_(body) { at_ = Number(2); }
+
+  bool AtEnd() const { return at_ >= body_.size(); }
+  size_t Number(int bytes) {
+    size_t number = 0;
+    for (int i = 0; i < bytes; ++i, ++at_) {
+      const uint8_t byte = AtEnd() ? 0 : static_cast<uint8_t>(body_[at_]);
+      number |= size_t{byte} << (8 * i);
+    }
+    return number;
   }
-  return odbc::FromWide(wide);
+  std::string Text(size_t characters) {
+    std::vector<SQLWCHAR> wide;
+    while (characters-- > 0 && !AtEnd()) wide.push_back(static_cast<SQLWCHAR>(Number(2)));
+    return odbc::FromWide(wide);
+  }
+
+ private:
+  const std::string_view body_;
+  size_t at_ = 0;
+};
+
+std::string BatchText(std::string_view body) {
+  return Request(body).Text(body.size());
+}
+
+// The value of a parameter as a batch writes it: texts and whole numbers, which is what catalog
+// functions take.
+std::string ParameterText(Request& request) {
+  constexpr size_t kNVarChar = 0xE7, kIntN = 0x26, kNullText = 0xFFFF;
+  const size_t type = request.Number(1);
+  if (type == kIntN) {
+    request.Number(1);
+    const size_t bytes = request.Number(1);
+    return bytes == 0 ? "NULL" : std::to_string(request.Number(static_cast<int>(bytes)));
+  }
+  if (type != kNVarChar) throw std::runtime_error("a parameter of a type that is not known here");
+  request.Number(2);  // the longest text
+  request.Number(5);  // the collation
+  const size_t bytes = request.Number(2);
+  if (bytes == kNullText) return "NULL";
+  std::string literal = "N'";
+  for (const char c : request.Text(bytes / 2)) literal.append(c == '\'' ? 2 : 1, c);
+  return literal + "'";
+}
+
+// A call of a procedure by its name, as the batch that says the same.
+std::string CallText(std::string_view body) {
+  Request request(body);
+  std::string text = "EXEC " + request.Text(request.Number(2));
+  request.Number(2);  // options
+  for (const char* before = " "; !request.AtEnd(); before = ", ") {
+    text += before + request.Text(request.Number(1)) + " = ";
+    request.Number(1);  // whether it comes back
+    text += ParameterText(request);
+  }
+  return text;
 }
 
 }  // namespace
@@ -128,6 +181,9 @@ void TdsResponder::Talk(int client) {
       }
       case kBatch:
         if (!Reply(client, BatchText(message.body))) return;
+        break;
+      case kCall:
+        if (!Reply(client, CallText(message.body))) return;
         break;
       case kAttention:
         // A request that comes after the answer.

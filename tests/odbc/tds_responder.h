@@ -1,5 +1,6 @@
 // A server for the tests: speaks TDS 7.4 on loopback, just enough for a driver to log in and send
-// batches, and answers each with what the test laid down.
+// batches, and answers each with what the test laid down. A call of a procedure by its name is a
+// batch, too: "EXEC sp_columns @table_name = N't'".
 #pragma once
 
 #include <cstdint>

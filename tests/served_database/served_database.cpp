@@ -5,8 +5,10 @@
 //
 // Prints the port, and ends with its standard input.
 #include <cstdio>
+#include <initializer_list>
 #include <iostream>
 #include <memory>
+#include <regex>
 #include <span>
 #include <string>
 #include <utility>
@@ -136,7 +138,70 @@ class AnswerMaker final : public BatchReader {
   bool any_ = false;
 };
 
+// ---- The procedures behind a driver's catalog functions ----------------------------------------
+
+std::vector<TdsColumn> TextColumns(std::initializer_list<const char*> names) {
+  std::vector<TdsColumn> columns;
+  for (const char* const name : names) columns.push_back({name, TdsType::kText});
+  return columns;
+}
+
+TdsAnswer Tables(BatchSession& session) {
+  TdsAnswer answer;
+  answer.Columns(
+      TextColumns({"TABLE_QUALIFIER", "TABLE_OWNER", "TABLE_NAME", "TABLE_TYPE", "REMARKS"}));
+  int64_t rows = 0;
+  for (const SchemaObject& object : session.Objects()) {
+    if (object.kind == SchemaObject::Kind::kProcedure) continue;
+    const bool view = object.kind == SchemaObject::Kind::kView;
+    answer.Row({TdsText("erp"), TdsText("dbo"), TdsText(object.name),
+                TdsText(view ? "VIEW" : "TABLE"), TdsNull(TdsType::kText)});
+    ++rows;
+  }
+  return answer.Statement(rows);
+}
+
+// What the statement that makes a table says of a column, as "nvarchar(80) NOT NULL"; for one that
+// stands in no such statement, int.
+struct ColumnType {
+  std::string name = "int";
+  int size = 0, scale = 0;
+  bool nullable = true;
+};
+
+ColumnType TypeIn(const std::string& definition, const std::string& column) {
+  const std::regex said(R"([(,\s]\[?)" + column +
+                        R"(\]?\s+\[?(\w+)\]?(?:\((\d+)(?:,\s*(\d+))?\))?([^,]*))");
+  std::smatch parts;
+  if (!std::regex_search(definition, parts, said)) return {};
+  const auto number = [&](size_t part) { return parts[part].matched ? std::stoi(parts[part]) : 0; };
+  return {parts[1], number(2), number(3), parts[4].str().find("NOT NULL") == std::string::npos};
+}
+
+TdsAnswer ColumnsOf(BatchSession& session, const std::string& table) {
+  std::vector<TdsColumn> columns =
+      TextColumns({"TABLE_QUALIFIER", "TABLE_OWNER", "TABLE_NAME", "COLUMN_NAME", "DATA_TYPE",
+                   "TYPE_NAME", "PRECISION", "LENGTH", "SCALE", "RADIX", "NULLABLE", "REMARKS"});
+  for (const size_t number : {4, 6, 7, 8, 9, 10}) columns[number].type = TdsType::kInt;
+  TdsAnswer answer;
+  answer.Columns(columns);
+  const std::string definition = session.Definition(table);
+  int64_t rows = 0;
+  for (const std::string& name : session.Columns(table)) {
+    const ColumnType type = TypeIn(definition, name);
+    answer.Row({TdsText("erp"), TdsText("dbo"), TdsText(table), TdsText(name), TdsInt(4),
+                TdsText(type.name), TdsInt(type.size), TdsInt(type.size), TdsInt(type.scale),
+                TdsInt(10), TdsInt(type.nullable ? 1 : 0), TdsNull(TdsType::kText)});
+    ++rows;
+  }
+  return answer.Statement(rows);
+}
+
 TdsAnswer Run(BatchSession& session, const std::string& batch) {
+  static const std::regex columns("^EXEC sp_columns .*@table_name = N'(.*?)'");
+  std::smatch table;
+  if (batch.starts_with("EXEC sp_tables ")) return Tables(session);
+  if (std::regex_search(batch, table, columns)) return ColumnsOf(session, table[1]);
   AnswerMaker answer;
   session.RunBatch(batch, answer);
   return answer.Take();

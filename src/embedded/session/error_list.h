@@ -34,25 +34,31 @@ class ErrorList {
   // Until it is called with null, each is told to the reader when it arises.
   void TellTo(BatchReader* reader) { reader_ = reader; }
 
-  // The procedure in which errors arise while this lives; empty for text that is run.
-  class Procedure {
+  // Where errors arise: in a procedure, in a text that is executed, or where both are empty in the
+  // batch itself.
+  struct Origin {
+    std::string_view procedure = {}, executed = {};
+  };
+  // Errors arise there while this lives.
+  class Scope {
    public:
-    Procedure(ErrorList& list, std::string_view name)
-        : list_(list), outer_(std::exchange(list.procedure_, name)) {}
-    Procedure(const Procedure&) = delete;
-    Procedure& operator=(const Procedure&) = delete;
-    ~Procedure() { list_.procedure_ = outer_; }
+    Scope(ErrorList& list, const Origin& origin)
+        : list_(list), outer_(std::exchange(list.origin_, origin)) {}
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+    ~Scope() { list_.origin_ = outer_; }
 
    private:
     ErrorList& list_;
-    const std::string_view outer_;
+    const Origin outer_;
   };
 
  private:
   void Keep(SqlError error) {
     if (reader_ != nullptr) {
       reader_->Message({error.severity > kMessageSeverity, error.number, error.severity,
-                        error.state, error.line, std::string(procedure_), error.message});
+                        error.state, error.line, std::string(origin_.procedure), error.message,
+                        std::string(origin_.executed)});
     }
     errors_.push_back(std::move(error));
   }
@@ -60,7 +66,7 @@ class ErrorList {
   std::vector<SqlError> errors_;
   int last_ = 0;
   BatchReader* reader_ = nullptr;
-  std::string_view procedure_;
+  Origin origin_;
 };
 
 }  // namespace tavcc::sql

@@ -195,13 +195,13 @@ void Interpreter::RunInScope(const Body& body) {
 
 void Interpreter::RunText(std::string_view text) {
   if (session_.state.nesting >= kMostNested) Raise(errors::kCallsNestedTooDeep, kMostNested);
+  const ErrorList::Scope scope(session_.errors, {.executed = text});
   RunInScope([&] {
     CachedBatch batch;
     batches_.Find(text, batch);
     Frame frame;
     frame.interpreter = this;
     frame.literals = batch.literals;
-    const ErrorList::Procedure none(session_.errors, {});
     RunProgram(batch.program, frame);
   });
 }
@@ -219,7 +219,7 @@ int64_t Interpreter::Call(const ObjectName& name, std::vector<CallArgument>& arg
   BindArguments(procedure, arguments, frame);
   const int transactions = session_.transaction.count();
   {
-    const ErrorList::Procedure in(session_.errors, procedure.name);
+    const ErrorList::Scope scope(session_.errors, {.procedure = procedure.name});
     RunInScope([&] { RunProgram(program, frame); });
   }
   if (session_.transaction.count() != transactions) {

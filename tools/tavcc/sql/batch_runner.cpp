@@ -80,6 +80,9 @@ void BatchRunner::RollBack() {
 
 void BatchRunner::Finish() {
   if (writer_ == nullptr) return;
+  // While somebody reads in a pager, Ctrl-C is meant for that.
+  std::optional<InterruptWatch> unheeded;
+  if (options_.pages) unheeded.emplace([] {});
   writer_->Finish();
   writer_.reset();
   outlet_.reset();

@@ -104,7 +104,7 @@ class JsonWriter final : public BatchWriter {
               {"text", message.text}};
     if (!message.procedure.empty()) json["procedure"] = message.procedure;
     if (const auto found = message.is_error ? FindPlace(message, batch()) : std::nullopt) {
-      json["place"] = found->place.ToText();
+      json["place"] = found->place;
       json["source"] = found->line;
       json["column"] = static_cast<int64_t>(found->column) + 1;
     }
