@@ -3,11 +3,15 @@
 import hashlib
 import json
 import os
+import re
 import subprocess
 import sys
 import tempfile
 import unittest
 
+PROJECT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..")
+# Of the automation server: a bill that is audited already is audited.
+TRACE = os.path.join(PROJECT, "tests", "cli", "traces", "audited_twice.jsonl")
 TAVCC = ""
 SERVED_DATABASE = ""
 
@@ -82,6 +86,25 @@ class Case(unittest.TestCase):
         self.assertEqual(answer.stderr.count("\n"), 1, answer.stderr)
         self.assertTrue(answer.stderr.startswith("tavcc: "), answer.stderr)
         self.assertIn(text, answer.stderr)
+
+
+def document(name):
+    """The text of a page of docs/."""
+    with open(os.path.join(PROJECT, "docs", name), encoding="utf-8") as page:
+        return page.read()
+
+
+def follow(name, folder):
+    """Runs the commands of a page of docs/ in the folder, one example after the other. Yields of
+    each what the page says, commands and output, and what came."""
+    environment = dict(os.environ, PATH=os.path.dirname(TAVCC) + os.pathsep + os.environ["PATH"])
+    for example in re.findall(r"^```\n(\$ .*?)^```", document(name), re.S | re.M):
+        came = ""
+        for command in re.findall(r"^\$ (.*)$", example, re.M):
+            answer = subprocess.run(["sh", "-c", command + " 2>&1"], cwd=folder, env=environment,
+                                    stdout=subprocess.PIPE, text=True, timeout=120)
+            came += f"$ {command}\n{answer.stdout}"
+        yield example, came
 
 
 class Served:

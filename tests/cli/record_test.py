@@ -2,6 +2,8 @@
 
 import json
 import os
+import shutil
+import tempfile
 
 import case
 from case import ASSEMBLY_BILL, FAILED, PASSED, REFUSED, Case, tavcc
@@ -206,6 +208,85 @@ class State(Recording):
         self.assertGreater(len(inserts), 0)
 
 
+class LargeTables(Recording):
+    """Of a table of more than 2000 rows those are read to which the case leads, 5000 at most."""
+
+    # Many rows of a table: SELECT … FROM Numbers WHERE i < …
+    NUMBERS = """
+        create table Numbers(i int not null primary key)
+        insert Numbers values(0)
+        declare @count int
+        set @count = 1
+        while @count < 8000 begin
+          insert Numbers select i + @count from Numbers
+          set @count = @count * 2
+        end """
+    HEADS = """
+        insert T_CC_ZZCX(FID, FClassTypeID, FCheckerID)
+        select 50000 + i, 1040005, {checker} from Numbers where i < {count} """
+
+    def audit(self):
+        return self.call(*AUDIT, "--rollback", "--record-state", self.state)
+
+    def test_rows_of_others_are_not_read(self):
+        self.change(self.NUMBERS + self.HEADS.format(checker=9, count=8000))
+        self.assertEqual(self.audit().returncode, PASSED)
+        self.assertEqual(len(self.recorded(self.state)["sql"]), 1)
+        self.assert_passes(self.state)
+
+    def test_a_bill_among_thousands_of_its_class(self):
+        """Bills, lines and stock: the class, the partner and the stock that they share lead nowhere."""
+        self.change(self.NUMBERS + """
+            insert T_CC_StockBill(FID, FClassTypeID, FBillTypeID, FBillNo, FCustID, FBillerID)
+            select 50000 + i, 1030002, 3001, 'MANY' + convert(varchar(9), i), 5001, 16390
+            from Numbers where i < 6000
+            insert T_CC_StockBillEntry(FID, FEntryID, FIndex, FItemID, FSCStockID, FQty)
+            select 50000 + i, 1, 1, 1004, 2002, 1 from Numbers where i < 6000
+            insert T_CC_Inventory(FItemID, FStockID, FBatchNo, FKFDate, FPeriodDate, FQty, FBal)
+            select 50000 + i, 2001, '', '19000101', '19000101', 1, 1 from Numbers where i < 6000""")
+        answer = tavcc("audit", "XS260305", "CG260302", "--db", self.db, "--dry-run",
+                       "--record-state", self.state)
+        self.assertEqual((answer.returncode, answer.stderr), (REFUSED, f"recorded {self.state}\n"))
+        self.assertNotIn("MANY", self.text(self.state))
+        self.assertLess(len(self.recorded(self.state)["sql"]), 60)
+        self.assert_passes(self.state)
+
+    def test_what_leads_to_too_many_rows_leads_nowhere(self):
+        """The auditor has 2000 heads, which are read; with more of them they are not."""
+        for count in (2000, 2001):
+            self.setUp()
+            self.change(self.NUMBERS + self.HEADS.format(checker=7, count=count))
+            answer = self.audit()
+            self.assertEqual((answer.returncode, answer.stderr), (PASSED, f"recorded {self.state}\n"))
+            self.assert_passes(self.state)
+
+    def test_more_rows_than_are_read(self):
+        """Three numbers of the case lead to 2000 rows each."""
+        self.change(self.NUMBERS + self.HEADS.format(checker=7, count=2000) + """
+            insert T_CC_ZZCX(FID, FClassTypeID) select 60000 + i, 121 from Numbers where i < 2000
+            insert T_CC_ZZCX(FID, FBillerID) select 70000 + i, 1 from Numbers where i < 2000""")
+        answer = self.call(*AUDIT, "--record-state", self.state)
+        self.assertEqual(answer.returncode, FAILED)
+        self.assertEqual(answer.stderr, "tavcc: --record-state: more than 5000 rows of T_CC_ZZCX may "
+                                        "matter to the case; --record has no such limit; what the "
+                                        "call did was undone\n")
+        self.assertFalse(os.path.exists(self.state))
+        self.assertEqual(self.rows(STATUS), [[0]])
+        self.assertEqual(self.call(*AUDIT, "--rollback", "--record", self.tape).returncode, PASSED)
+        self.assert_passes(self.tape)
+
+    def test_what_no_id_leads_to(self):
+        """Periods are found by their year, of which nothing is known."""
+        self.change(self.NUMBERS + """
+            insert t_PeriodDate(FYear, FPeriod, FStartDate, FEndDate)
+            select 3000 + i, 1, '20260101', '20260131' from Numbers where i < 2000""")
+        answer = tavcc("audit", "XS260301", "--db", self.db, "--record-state", self.state)
+        self.assertEqual(answer.returncode, FAILED)
+        self.assertIn("the rows that were read do not tell the whole case: step 1: ", answer.stderr)
+        self.assertIn("; what the batch did was undone\n", answer.stderr)
+        self.assertFalse(os.path.exists(self.state))
+
+
 class Masks(Recording):
     NAMES = "select FName from t_ICItem union select FName from t_Organization"
 
@@ -272,6 +353,21 @@ class FromTraces(Recording):
         self.assertNotIn("sDsn", recorded["steps"][0]["args"])
         self.assert_passes(self.tape)
 
+    def test_what_the_server_wrote(self):
+        """A file of its own; tests/automation takes those of a whole script."""
+        answer = tavcc("record", self.tape, "--from", case.TRACE)
+        self.assertEqual((answer.returncode, answer.stderr), (PASSED, f"recorded {self.tape}\n"))
+        self.assertEqual(self.recorded(), {
+            "name": "cls_CX.AuditBill of 2026-11-22 08:39:13.520",
+            "user": 16394,
+            "profile": {},
+            "steps": [{
+                "call": "cls_CX.AuditBill",
+                "args": {"lngFID": 121, "lngUserID": 16394, "strReturnMsg": ""},
+                "expect": {"result": False, "strReturnMsg": "该单据已被审核，不能再审核！"},
+                "tape": [{"sql": HEAD, "columns": ["FStatus", "FVoucherID"], "rows": [[1, 0]]}]}]})
+        self.assert_passes(self.tape)
+
     def test_what_a_trace_lacks(self):
         more = dict(self.ROWS, count=2)
         for lines, text in (
@@ -288,6 +384,18 @@ class FromTraces(Recording):
         answer = self.record(self.BEGIN, self.SENT, self.ROWS, self.END)
         self.assert_error(answer, "is not written, since it would not replay: step 1, call "
                                   "cls_CX.AuditBill: statement 2 is not on the tape")
+
+
+class Document(Case):
+    """docs/recording.md shows what its commands print."""
+
+    def test_its_examples(self):
+        with tempfile.TemporaryDirectory() as folder:
+            shutil.copy(case.TRACE, folder)
+            examples = list(case.follow("recording.md", folder))
+        self.assertGreater(len(examples), 4)
+        for shown, came in examples:
+            self.assertEqual(shown, came)
 
 
 class OverOdbc(case.Served, Recording):

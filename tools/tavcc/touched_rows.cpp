@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
+#include <utility>
 
 #include "embedded/script.h"
 #include "foundation/conversions.h"
@@ -16,8 +18,9 @@
 namespace tavcc {
 namespace {
 
-constexpr int kMostWhole = 2000;     // rows of a table that is read whole
-constexpr int kMostRowsRead = 5000;  // that are read of any
+constexpr int kMostWhole = 2000;       // rows of a table that is read whole
+constexpr int kMostOfOneValue = 2000;  // rows that a value leads to
+constexpr int kMostRowsRead = 5000;    // that are read of any table
 
 bool IsWordCharacter(char c) {
   return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || c == '#' || c == '@' ||
@@ -51,13 +54,18 @@ bool IsNumberToken(const std::string& token) {
          std::ranges::all_of(token, [](unsigned char c) { return std::isdigit(c) != 0; });
 }
 
-// By which columns a row is found: ids and numbers of bills and items.
-bool IsKey(std::string_view column) {
-  return column.ends_with("ID") || column.ends_with("Id") || column.ends_with("No") ||
-         column.ends_with("NO");
+// A number of a bill or the like, which is a text.
+bool IsTextKey(std::string_view column) {
+  return column.ends_with("No") || column.ends_with("NO");
 }
 
-std::string Joined(const std::set<std::string>& values, bool quoted) {
+// By which columns a row is found: ids and numbers of bills and items.
+bool IsKey(std::string_view column) {
+  return column.ends_with("ID") || column.ends_with("Id") || IsTextKey(column);
+}
+
+template <class Texts>
+std::string InList(const Texts& values, bool quoted) {
   std::string list;
   for (const std::string& value : values) {
     list += (list.empty() ? "" : ",") + (quoted ? SqlLiteral(value) : value);
@@ -160,29 +168,42 @@ void TouchedRows::Read(const std::string& name) {
 bool TouchedRows::WasRead(const Reading& reading, const std::vector<Value>& row) const {
   const TouchedTable& table = tables_[reading.table];
   for (size_t i = 0; i < table.columns.size(); ++i) {
-    if (!IsKey(table.columns[i]) || row[i].IsNull()) continue;
-    const auto& looked_up = row[i].IsText() ? reading.looked_up.texts : reading.looked_up.numbers;
-    if (looked_up.contains(ToText(row[i]))) return true;
+    const auto values = reading.read.find(table.columns[i]);
+    if (values == reading.read.end() || row[i].IsNull()) continue;
+    if (values->second.contains(ToText(row[i]))) return true;
   }
   return false;
+}
+
+TouchedRows::Leads TouchedRows::LeadsTo(const std::string& table, const Known& looked_for) {
+  const auto numbers = Minus(known_.numbers, looked_for.numbers);
+  const auto texts = Minus(known_.texts, looked_for.texts);
+  Leads leads;
+  for (const std::string& column : columns_.at(table)) {
+    if (!IsKey(column)) continue;
+    const bool text = IsTextKey(column);
+    const std::set<std::string>& values = text ? texts : numbers;
+    if (values.empty()) continue;
+    const RecordsetPtr rows = Ask(
+        fmt::format("SELECT {0} FROM {1} WHERE {0} IN ({2}) GROUP BY {0} HAVING COUNT(*) <= {3}",
+                    column, table, InList(values, text), kMostOfOneValue));
+    for (; !rows->AtEnd(); rows->MoveNext()) leads[column].insert(ToText(rows->Field(0)));
+  }
+  return leads;
 }
 
 // Rows that were read already may have been changed since.
 void TouchedRows::ReadMore(Reading& reading) {
   TouchedTable& table = tables_[reading.table];
   std::string condition;
+  Leads leads;
   if (!reading.whole) {
-    const auto numbers = Minus(known_.numbers, reading.looked_up.numbers);
-    const auto texts = Minus(known_.texts, reading.looked_up.texts);
-    for (const std::string& column : columns_.at(table.name)) {
-      if (!IsKey(column)) continue;
-      const bool text = column.ends_with("No") || column.ends_with("NO");
-      const std::string values = Joined(text ? texts : numbers, text);
-      if (values.empty()) continue;
-      condition +=
-          fmt::format("{}{} IN ({})", condition.empty() ? " WHERE " : " OR ", column, values);
+    leads = LeadsTo(table.name, std::exchange(reading.looked_for, known_));
+    if (leads.empty()) return;
+    for (const auto& [column, values] : leads) {
+      condition += fmt::format("{}{} IN ({})", condition.empty() ? " WHERE " : " OR ", column,
+                               InList(values, IsTextKey(column)));
     }
-    if (condition.empty()) return;
   }
   const RecordsetPtr rows =
       Ask(fmt::format("SELECT TOP {} * FROM {}{}", kMostRowsRead + 1, table.name, condition));
@@ -205,7 +226,9 @@ void TouchedRows::ReadMore(Reading& reading) {
         "--record-state: more than {} rows of {} may matter to the case; --record has no such limit",
         kMostRowsRead, table.name));
   }
-  reading.looked_up = known_;
+  for (const auto& [column, values] : leads) {
+    reading.read[column].insert(values.begin(), values.end());
+  }
 }
 
 }  // namespace tavcc

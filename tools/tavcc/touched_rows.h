@@ -3,8 +3,9 @@
 //
 // A table is read when the first statement that names it, itself or through a view or a procedure,
 // is about to be sent: nothing that is recorded has changed it by then. A small table is read
-// whole. Of a large one those rows are read that a number or text which the case knows by then
-// leads to: what stands in its statements, and what it was answered.
+// whole. Of a large one those rows are read to which a number or text leads that the case knows by
+// then: what stands in its statements, and what it was answered. What thousands of rows have in a
+// column, as the class of their bills, leads to none of them.
 #pragma once
 
 #include <map>
@@ -39,16 +40,21 @@ class TouchedRows {
   struct Known {
     std::set<std::string> numbers, texts;
   };
+  // By column, the values whose rows are read.
+  using Leads = std::map<std::string, std::set<std::string, CaselessLess>>;
   struct Reading {
     size_t table;       // of tables_
     bool whole = true;  // nothing more is to be read
-    Known looked_up;    // what rows were read for
+    Known looked_for;
+    Leads read;
   };
 
   void AddTable(Connection& schema, const std::string& name);
   void AddBehind(const std::string& name, const std::vector<std::string>& tokens);
   void Read(const std::string& name);
   void ReadMore(Reading& reading);
+  // What leads to further rows of the table.
+  Leads LeadsTo(const std::string& table, const Known& looked_for);
   bool WasRead(const Reading& reading, const std::vector<Value>& row) const;
   RecordsetPtr Ask(const std::string& sql);
 
