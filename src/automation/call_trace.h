@@ -3,8 +3,9 @@
 // it sent, the rows that its rule saw, what the host answered, and its own answer.
 // host/trace_lines.h has the form; `tavcc explain --trace` reads it.
 //
-// Whether somebody asks is looked at when an object is made. A call without a trace costs a look at
-// one pointer. Nothing that goes wrong in tracing reaches a call, and no statement changes by it.
+// Whether somebody asks is looked at when an object is made, which where nobody does costs no call
+// of the system. A call without a trace costs a look at one pointer. Nothing that goes wrong in
+// tracing reaches a call, and no statement changes by it.
 #pragma once
 
 #include <memory>

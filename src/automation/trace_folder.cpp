@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -17,13 +18,57 @@ constexpr const wchar_t* kRegistryKey = L"Software\\TavM_CC_PlugIns";
 constexpr const wchar_t* kRegistryValue = L"TraceFolder";
 constexpr const wchar_t* kPattern = L"\\trace-*.jsonl";
 
-std::wstring FromRegistry(HKEY root) {
-  wchar_t folder[MAX_PATH] = L"";
+// How long what a look came to is taken to hold, in milliseconds.
+constexpr DWORD kLookHolds = 1000;
+
+using FolderPath = wchar_t[MAX_PATH];
+
+bool FromEnvironment(FolderPath& folder) {
+  const DWORD length = GetEnvironmentVariableW(kVariable, folder, MAX_PATH);
+  return length > 0 && length < MAX_PATH;
+}
+
+bool FromRegistry(HKEY root, FolderPath& folder) {
   DWORD size = sizeof(folder);
   const LSTATUS read =
       RegGetValueW(root, kRegistryKey, kRegistryValue, RRF_RT_REG_SZ, nullptr, folder, &size);
-  return read == ERROR_SUCCESS ? folder : L"";
+  return read == ERROR_SUCCESS && folder[0] != L'\0';
 }
+
+bool LookUpFolder(FolderPath& folder) {
+  return FromEnvironment(folder) || FromRegistry(HKEY_CURRENT_USER, folder) ||
+         FromRegistry(HKEY_LOCAL_MACHINE, folder);
+}
+
+// What the last look came to. Hosts make objects by the thousand: where nobody asks for traces, an
+// object costs two reads of memory.
+class LastLook {
+ public:
+  std::wstring Folder() {
+    if (Holds() && !asked_) return L"";
+    AcquireSRWLockExclusive(&lock_);
+    if (!Holds()) LookAgain();
+    FolderPath folder = L"";
+    if (asked_) std::copy(std::begin(folder_), std::end(folder_), folder);
+    ReleaseSRWLockExclusive(&lock_);
+    return folder;
+  }
+
+ private:
+  bool Holds() const { return looked_ && GetTickCount() - at_ < kLookHolds; }
+  void LookAgain() {
+    asked_ = LookUpFolder(folder_);
+    at_ = GetTickCount();
+    looked_ = true;
+  }
+
+  SRWLOCK lock_ = SRWLOCK_INIT;
+  FolderPath folder_ = L"";  // nothing that would have to be freed when the module goes
+  std::atomic<DWORD> at_{0};
+  std::atomic<bool> asked_{false}, looked_{false};
+};
+
+constinit LastLook last_look;
 
 struct FoundFile {
   FILETIME written;
@@ -68,11 +113,7 @@ std::string FileName(std::string_view call, const SYSTEMTIME& time) {
 }  // namespace
 
 std::wstring AskedTraceFolder() {
-  wchar_t folder[MAX_PATH] = L"";
-  const DWORD length = GetEnvironmentVariableW(kVariable, folder, MAX_PATH);
-  if (length > 0 && length < MAX_PATH) return folder;
-  const std::wstring of_user = FromRegistry(HKEY_CURRENT_USER);
-  return of_user.empty() ? FromRegistry(HKEY_LOCAL_MACHINE) : of_user;
+  return last_look.Folder();
 }
 
 std::string TimeText(const SYSTEMTIME& time) {

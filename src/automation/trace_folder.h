@@ -19,7 +19,7 @@ inline constexpr size_t kMostTraceFiles = 200;
 
 // The folder that is asked for: by the environment variable TAVM_CC_TRACE, or the text value
 // TraceFolder under Software\TavM_CC_PlugIns of the user or the machine, in this order. Empty where
-// nobody asks.
+// nobody asks. It is looked up once a second at most, for all threads together.
 std::wstring AskedTraceFolder();
 
 // A time of the clock on the wall, "2026-03-15 10:00:00.123".

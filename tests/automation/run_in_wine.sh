@@ -3,6 +3,8 @@
 #
 #   run_in_wine.sh FOLDER PROGRAM [ARGUMENT…]
 #
+# With LARGEST_FILE in the environment, PROGRAM can make no file larger than so many bytes.
+#
 # FOLDER is where the Windows build put its programs. Registration and all else that Wine keeps lies
 # beside it, in a folder of its own.
 set -euo pipefail
@@ -31,4 +33,8 @@ if [[ $folder == *windows32* && -f $narrow/$1.exe ]]; then
 fi
 chatter="it looks like wine32 is missing|multiarch needs|failed to open"
 chatter+="|FreeType|TrueType fonts|or equal to 2\.0\.5|freetype\.org"
+if [ -n "${LARGEST_FILE:-}" ]; then
+  trap '' XFSZ
+  prlimit --fsize="$LARGEST_FILE" --pid $$
+fi
 "$wine" "$@" 2> >(grep -v -E "$chatter" >&2)

@@ -1,117 +1,24 @@
 // The traces of calls in production: asked for by the environment or the registry, a file a call.
 
-#include <algorithm>
-#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "TavM_CC_PlugIns.h"
-#include "automation/border/variant.h"
-#include "automation/fixture.h"
 #include "automation/interface_ids.h"
-#include "automation/late_call.h"
-#include "scenario/json.h"
+#include "automation/trace_fixture.h"
 #include "scenario/runner.h"
 #include "scenario/scenario.h"
 
 namespace tavcc {
 namespace {
 
-constexpr const wchar_t* kVariable = L"TAVM_CC_TRACE";
 constexpr const wchar_t* kKey = L"Software\\TavM_CC_PlugIns";
-
-// An empty folder, deleted with what is in it.
-class Folder {
- public:
-  Folder() {
-    wchar_t temporary[MAX_PATH];
-    GetTempPathW(MAX_PATH, temporary);
-    path_ = std::wstring(temporary) + L"tavcc-traces-" + std::to_wstring(GetCurrentProcessId());
-    CreateDirectoryW(path_.c_str(), nullptr);
-    Empty();
-  }
-  ~Folder() {
-    Empty();
-    RemoveDirectoryW(path_.c_str());
-  }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-
-  const std::wstring& path() const { return path_; }
-
-  std::vector<std::wstring> Files() const {
-    std::vector<std::wstring> files;
-    WIN32_FIND_DATAW found;
-    const HANDLE search = FindFirstFileW((path_ + L"\\*.jsonl").c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE) return files;
-    do {
-      files.push_back(found.cFileName);
-    } while (FindNextFileW(search, &found) != 0);
-    FindClose(search);
-    std::sort(files.begin(), files.end());
-    return files;
-  }
-
-  void Make(const wchar_t* name) const {
-    CloseHandle(CreateFileW((path_ + L"\\" + name).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                            FILE_ATTRIBUTE_NORMAL, nullptr));
-  }
-
-  std::vector<Json> Lines(const std::wstring& name) const {
-    std::string path;
-    for (const wchar_t c : path_ + L"\\" + name) path += static_cast<char>(c);
-    std::ifstream file(path);
-    std::vector<Json> lines;
-    for (std::string line; std::getline(file, line);) lines.push_back(ParseJson(line));
-    return lines;
-  }
-
- private:
-  void Empty() {
-    for (const std::wstring& file : Files()) DeleteFileW((path_ + L"\\" + file).c_str());
-  }
-
-  std::wstring path_;
-};
-
 constexpr const char* kHead = "Select FStatus,FVoucherID From T_CC_ZZCX where FID=1";
-
-// Audits the open assembly bill; whether it passed.
-bool Audit(HostedErp& erp, BSTR dsn = nullptr) {
-  const auto object = CreateByProgID(L"TavM_CC_PlugIns.cls_CX");
-  UniqueVariant message;
-  LateCall call{
-      {Long(1), Long(7), Text(dsn == nullptr ? erp.dsn() : dsn), VariantReference(message.get())},
-      {}};
-  EXPECT_EQ(call.On(*object.Get(), L"AuditBill"), S_OK);
-  return call.result.get()->boolVal == VARIANT_TRUE;
-}
-
-class TraceTest : public AutomationTest {
- protected:
-  TraceTest() { SetEnvironmentVariableW(kVariable, folder_.path().c_str()); }
-  ~TraceTest() override { SetEnvironmentVariableW(kVariable, nullptr); }
-
-  // The lines of the one file that there is.
-  std::vector<Json> Lines() const {
-    const auto files = folder_.Files();
-    EXPECT_EQ(files.size(), 1u);
-    return files.empty() ? std::vector<Json>() : folder_.Lines(files[0]);
-  }
-  // Its lines of one kind.
-  std::vector<Json> Lines(std::string_view kind) const {
-    std::vector<Json> lines = Lines();
-    std::erase_if(lines, [&](const Json& line) { return line.items()[0].key != kind; });
-    return lines;
-  }
-
-  Folder folder_;
-};
 
 TEST_F(TraceTest, ACallIsAFileOfItsGatesStatementsAndRows) {
   HostedErp erp;
-  EXPECT_TRUE(Audit(erp));
+  EXPECT_TRUE(AuditOpenBill(erp));
   const std::vector<Json> lines = Lines();
   ASSERT_FALSE(lines.empty());
   EXPECT_EQ(lines[0]["call"], Json("cls_CX.AuditBill"));
@@ -154,8 +61,8 @@ TEST_F(TraceTest, AnEarlyBoundCallIsTracedToo) {
 
 TEST_F(TraceTest, AnotherCallIsAnotherFile) {
   HostedErp erp;
-  EXPECT_TRUE(Audit(erp));
-  EXPECT_FALSE(Audit(erp));
+  EXPECT_TRUE(AuditOpenBill(erp));
+  EXPECT_FALSE(AuditOpenBill(erp));
   const auto files = folder_.Files();
   ASSERT_EQ(files.size(), 2u);
   EXPECT_EQ(folder_.Lines(files[1]).back()["arguments"]["strReturnMsg"],
@@ -165,7 +72,7 @@ TEST_F(TraceTest, AnotherCallIsAnotherFile) {
 TEST_F(TraceTest, WhatFailedBelowTheRulesIsTold) {
   HostedErp erp;
   erp.erp().connection()->Execute("drop table T_CC_ZZCX");
-  EXPECT_FALSE(Audit(erp));
+  EXPECT_FALSE(AuditOpenBill(erp));
   const Json end = Lines().back();
   EXPECT_EQ(end["result"], Json(false));
   EXPECT_EQ(end["failure"]["number"], Json(208));
@@ -178,7 +85,7 @@ TEST_F(TraceTest, APasswordIsNotWritten) {
   HostedErp erp;
   erp.erp().host().UseOnlyDatabase(erp.erp().dsn());
   const BSTR dsn = SysAllocString(L"Provider=SQLOLEDB;Password=open sesame;Data Source=erp");
-  EXPECT_TRUE(Audit(erp, dsn));
+  EXPECT_TRUE(AuditOpenBill(erp, dsn));
   SysFreeString(dsn);
   const std::vector<Json> lines = Lines();
   EXPECT_EQ(lines[0]["arguments"]["sDsn"], Json("Provider=SQLOLEDB;Password=***;Data Source=erp"));
@@ -222,9 +129,10 @@ void AuditMany(HostedErp& erp, int count) {
 // thread.
 TEST_F(TraceTest, WhatTheHostAnsweredIsWritten) {
   HostedErp erp;
-  SetEnvironmentVariableW(kVariable, nullptr);
+  AskFor(nullptr);
   AuditMany(erp, 1);  // the kept ones are made without a trace
-  SetEnvironmentVariableW(kVariable, folder_.path().c_str());
+  AskFor(folder_.path().c_str());
+  WaitForALook();
   AuditMany(erp, 2);
   std::string told;
   for (const Json& line : Lines("host")) told += Show(line) + "\n";
@@ -276,7 +184,7 @@ TEST_F(TraceTest, ManyThreadsWriteFilesOfTheirOwn) {
       const Apartment apartment;
       const HostClassHome home;
       HostedErp own;
-      for (int k = 0; k < 20; ++k) Audit(own);
+      for (int k = 0; k < 20; ++k) AuditOpenBill(own);
     });
   }
   for (std::thread& thread : threads) thread.join();
@@ -295,7 +203,7 @@ TEST_F(TraceTest, TheOldestFilesAreDeleted) {
   for (int i = 0; i < 200; ++i) {
     folder_.Make((L"trace-2000-" + std::to_wstring(1000 + i) + L".jsonl").c_str());
   }
-  EXPECT_TRUE(Audit(erp));
+  EXPECT_TRUE(AuditOpenBill(erp));
   const auto files = folder_.Files();
   EXPECT_EQ(files.size(), 201u);
   EXPECT_EQ(files[0], L"other.jsonl");
@@ -304,25 +212,25 @@ TEST_F(TraceTest, TheOldestFilesAreDeleted) {
 
 TEST_F(TraceTest, AFolderThatIsNotThereDisturbsNobody) {
   HostedErp erp;
-  SetEnvironmentVariableW(kVariable, L"Z:\\no\\such\\folder");
-  EXPECT_TRUE(Audit(erp));
+  AskFor(L"Z:\\no\\such\\folder");
+  EXPECT_TRUE(AuditOpenBill(erp));
 }
 
 TEST_F(TraceTest, NobodyAsksNobodyWrites) {
   HostedErp erp;
-  SetEnvironmentVariableW(kVariable, nullptr);
-  EXPECT_TRUE(Audit(erp));
+  AskFor(nullptr);
+  EXPECT_TRUE(AuditOpenBill(erp));
   EXPECT_TRUE(folder_.Files().empty());
 }
 
 TEST_F(TraceTest, TheRegistryAsksToo) {
   HostedErp erp;
-  SetEnvironmentVariableW(kVariable, nullptr);
+  AskFor(nullptr);
   const std::wstring& path = folder_.path();
   ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, kKey, L"TraceFolder", REG_SZ, path.c_str(),
                             static_cast<DWORD>((path.size() + 1) * sizeof(wchar_t))),
             ERROR_SUCCESS);
-  EXPECT_TRUE(Audit(erp));
+  EXPECT_TRUE(AuditOpenBill(erp));
   RegDeleteKeyW(HKEY_CURRENT_USER, kKey);
   EXPECT_EQ(folder_.Files().size(), 1u);
 }
