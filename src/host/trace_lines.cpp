@@ -170,10 +170,6 @@ std::string StatementJsonText(const LoggedStatement& statement) {
   return Cat("{", StatementMembers(statement), "}");
 }
 
-std::string SeenJsonText(const SeenRows& seen) {
-  return Cat("{", SeenMembers(seen), "}");
-}
-
 std::string StatementLine(const LoggedStatement& statement) {
   return Cat("{\"statement\":", int32_t{statement.number}, ",", StatementMembers(statement), "}");
 }

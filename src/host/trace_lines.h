@@ -1,6 +1,6 @@
 // What a call does, as text: a line of JSON for each thing that happens, told by its first key. The
 // automation server's traces are made of such lines; what `--trace --json` prints of a statement
-// has the same form.
+// has the same members.
 //
 //   {"call":"PublicSysInfo.AuditBill","started":"…","process":7,"thread":8,"arguments":{…}}
 //   {"ladder":1}
@@ -51,7 +51,6 @@ std::string GateLine(const GateAnswer& answer);
 
 // Objects.
 std::string StatementJsonText(const LoggedStatement& statement);
-std::string SeenJsonText(const SeenRows& seen);
 std::string ErrorJsonText(const AutomationError& error);
 
 }  // namespace tavcc

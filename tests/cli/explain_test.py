@@ -8,7 +8,6 @@ import json
 import os
 import re
 import resource
-import shlex
 import shutil
 import subprocess
 import tempfile
@@ -328,12 +327,21 @@ class UnAudit(ExplainCase):
         self.assertEqual(changes["Stock on hand"],
                          [{"key": {"item": "01.003", "name": "链条", "stock": "主仓库", "batch": "",
                                    "aux": ""},
-                           "before": {"quantity": "60", "value": "2700"},
-                           "after": {"quantity": "50", "value": "2250"}}])
+                           "before": {"quantity": 60, "value": 2700},
+                           "after": {"quantity": 50, "value": 2250}}])
         self.assertEqual(changes["State of the bill"],
                          [{"key": {"bill": "CG260301"},
-                           "before": {"state": "1", "auditor": "16388"},
-                           "after": {"state": "0", "auditor": "0"}}])
+                           "before": {"state": 1, "auditor": 16388},
+                           "after": {"state": 0, "auditor": 0}}])
+
+
+class Decimals(ExplainCase):
+    def test_they_have_all_their_digits_in_json(self):
+        """Rows that decided, rows that were seen, and what an audit changes."""
+        answer = tavcc("explain", "XS260307", "CG260302", "--db", self.db, "--json").stdout
+        self.assertIn("20000.0000000000", answer)
+        self.assertIn('"quantity": 40.0000000000', answer)
+        self.assertNotIn('"decimal"', answer)
 
 
 class Changes(ExplainCase):
@@ -347,41 +355,41 @@ class Changes(ExplainCase):
                  for row in changes["Stock on hand"]}
         # 20 at 295 each; 5 boxes of 12 at 900 each.
         self.assertEqual(stock, {
-            "车架": ({"quantity": "40", "value": "12000"}, {"quantity": "60", "value": "17900"}),
-            "车轮": ({"quantity": "120", "value": "9600"}, {"quantity": "180", "value": "14100"})})
+            "车架": ({"quantity": 40, "value": 12000}, {"quantity": 60, "value": 17900}),
+            "车轮": ({"quantity": 120, "value": 9600}, {"quantity": 180, "value": 14100})})
         supplier = changes["Balances of the supplier"][0]
         self.assertEqual(supplier["key"], {"partner": "华南车架厂"})
-        self.assertEqual((supplier["before"]["owed"], supplier["after"]["owed"]), ("9450", "19850"))
-        self.assertEqual(changes["State of the bill"][0]["after"], {"state": "1", "auditor": "16394"})
+        self.assertEqual((supplier["before"]["owed"], supplier["after"]["owed"]), (9450, 19850))
+        self.assertEqual(changes["State of the bill"][0]["after"], {"state": 1, "auditor": 16394})
 
     def test_of_a_new_batch(self):
         rows = self.changes("CG260303")["Stock on hand"]
         self.assertEqual([(row["key"]["batch"], row["before"], row["after"]) for row in rows],
-                         [("RH2603", None, {"quantity": "48", "value": "672"})])
+                         [("RH2603", None, {"quantity": 48, "value": 672})])
 
     def test_of_a_purchase_order(self):
         rows = self.changes("CD260301")["Quantities of the order"]
         self.assertEqual([(row["key"]["line"], row["before"]["on order"], row["after"]["on order"])
-                          for row in rows], [("1", "0", "20"), ("2", "0", "5")])
+                          for row in rows], [(1, 0, 20), (2, 0, 5)])
 
     def test_of_a_sale_with_a_prepayment(self):
         customer = self.changes("XS260301")["Balances of the customer"][0]
-        self.assertEqual(customer["before"], {"owed": "12000", "paid beforehand": "500",
-                                              "of it settled": "0", "of it open": "500"})
-        self.assertEqual(customer["after"], {"owed": "15424", "paid beforehand": "0",
-                                             "of it settled": "500", "of it open": "0"})
+        self.assertEqual(customer["before"], {"owed": 12000, "paid beforehand": 500,
+                                              "of it settled": 0, "of it open": 500})
+        self.assertEqual(customer["after"], {"owed": 15424, "paid beforehand": 0,
+                                             "of it settled": 500, "of it open": 0})
 
     def test_of_a_transfer_and_an_assembly(self):
         self.assertEqual({(row["key"]["name"], row["key"]["stock"],
                            row["before"]["quantity"] if row["before"] else None,
                            row["after"]["quantity"])
                           for row in self.changes("DB260301")["Stock on hand"]},
-                         {("山地车", "主仓库", "10", "8"), ("山地车", "门店仓", "5", "7"),
-                          ("润滑油", "主仓库", "48", "36"), ("润滑油", "门店仓", None, "12")})
+                         {("山地车", "主仓库", 10, 8), ("山地车", "门店仓", 5, 7),
+                          ("润滑油", "主仓库", 48, 36), ("润滑油", "门店仓", None, 12)})
         self.assertEqual({(row["key"]["name"], row["before"]["quantity"], row["after"]["quantity"])
                           for row in self.changes("ZZ260301")["Stock on hand"]},
-                         {("山地车", "10", "12"), ("车架", "40", "38"), ("车轮", "120", "116"),
-                          ("链条", "60", "58")})
+                         {("山地车", 10, 12), ("车架", 40, 38), ("车轮", 120, 116),
+                          ("链条", 60, 58)})
 
     def test_of_a_reversed_estimate_both_heads(self):
         self.assertEqual({row["key"]["bill"] for row in self.changes("CG260304")["State of the bill"]},
@@ -615,33 +623,22 @@ class RefusalsCommand(Case):
 class Document(ExplainCase):
     """docs/explain.md shows what the program prints, but for the numbers of lines in sources."""
 
-    @staticmethod
-    def document():
-        file = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../docs/explain.md")
-        with open(file, encoding="utf-8") as document:
-            return document.read()
+    DOCUMENT = case.document("explain.md")
 
     @staticmethod
     def without_line_numbers(text):
         return re.sub(r"(src/\w+/\w+\.cpp):\d+", r"\1:N", text)
 
     def test_its_examples(self):
-        blocks = re.findall(r"^```\n(\$ tavcc .*?)^```", self.document(), re.S | re.M)
-        self.assertGreater(len(blocks), 4)
         with tempfile.TemporaryDirectory() as folder:
-            shutil.copy(os.path.join(os.path.dirname(os.path.abspath(__file__)),
-                                     "traces/audited_twice.jsonl"), folder)
-            for block in blocks:
-                printed = ""
-                for line in re.findall(r"^\$ (tavcc .*)$", block, re.M):
-                    answer = subprocess.run([case.TAVCC, *shlex.split(line)[1:]], cwd=folder,
-                                            capture_output=True, text=True, timeout=120)
-                    printed += f"$ {line}\n{answer.stdout}{answer.stderr}"
-                self.assertEqual(self.without_line_numbers(block),
-                                 self.without_line_numbers(printed))
+            shutil.copy(case.TRACE, folder)
+            examples = list(case.follow("explain.md", folder))
+        self.assertGreater(len(examples), 4)
+        for shown, came in examples:
+            self.assertEqual(self.without_line_numbers(shown), self.without_line_numbers(came))
 
     def test_its_table_of_refusals(self):
-        rows = re.findall(r"^\| `([a-z_]+\.[a-z_]+)` \| (.*) \| (.*) \|$", self.document(), re.M)
+        rows = re.findall(r"^\| `([a-z_]+\.[a-z_]+)` \| (.*) \| (.*) \|$", self.DOCUMENT, re.M)
         catalogue = json.loads(tavcc("refusals", "--json").stdout)
         self.assertEqual(rows, [(each["name"], each["cause"], each["remedy"])
                                 for each in catalogue])
@@ -652,7 +649,7 @@ class Document(ExplainCase):
         keys = {key for gate in gates for key in gate} | set(explanation) | set(explanation["audit"])
         keys |= {key for gate in gates for key in gate.get("refusal", {})} | {"error"}
         for key in keys:
-            self.assertIn(f"`{key}`", self.document())
+            self.assertIn(f"`{key}`", self.DOCUMENT)
 
 
 if __name__ == "__main__":

@@ -158,10 +158,19 @@ Gates:
                          [("right", "passed"), ("auditor", "not asked"), ("limit prices", "passed"),
                           ("negative stock", "refused")])
         self.assertEqual(first["gates"][-1]["refusal"]["name"], "stock.negative")
-        self.assertEqual(first["gates"][-1]["answer_rows"]["rows"], [["-799"]])
+        self.assertEqual(first["gates"][-1]["answer_rows"]["rows"], [[-799]])
         short, post = record["statements"]
-        self.assertEqual(short["seen"]["rows"], [[{"decimal": "-799"}]])
+        self.assertEqual(short["seen"]["rows"], [[-799]])
         self.assertEqual(post["parameters"], {"@FID": 121})
+
+    def test_decimals_have_all_their_digits_in_json(self):
+        rows = dict(ROWS, rows=[[1, {"decimal": "0.50"}]])
+        end = dict(REFUSAL, result={"decimal": "-7.000"})
+        begin = dict(BEGIN, arguments=dict(BEGIN["arguments"], lngFID={"decimal": "121.0"}))
+        shown = self.explain(begin, SENT, rows, end, words=["--json"]).stdout
+        for digits in ("0.50\n", '"lngFID": 121.0', '"result": -7.000'):
+            self.assertIn(digits, shown)
+        self.assertNotIn('"decimal"', shown)
 
     def test_an_answer_without_rows_says_so(self):
         none = {"rows_of": 1, "columns": [], "rows": [], "count": 0, "to_the_end": True}

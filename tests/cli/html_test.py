@@ -52,6 +52,11 @@ def lines_of(bill_info):
     return [line for line in bill_info.split("|") if line]
 
 
+def plain(value):
+    """A value of JSON as a page shows it: a number without zeros behind its point."""
+    return value if isinstance(value, str) else format(Decimal(str(value)).normalize(), "f")
+
+
 class HtmlCase(Case):
     def setUp(self):
         super().setUp()
@@ -365,10 +370,10 @@ class Explain(HtmlCase):
     def assert_table(self, shown, told):
         self.assertEqual(len(shown), len(told))
         for row in told:
-            key = tuple(value for value in row["key"].values() if value)
+            key = tuple(plain(value) for value in row["key"].values() if value)
             for name, values in shown[key].items():
-                old = row["before"] and row["before"][name]
-                new = row["after"] and row["after"][name]
+                old = row["before"] and plain(row["before"][name])
+                new = row["after"] and plain(row["after"][name])
                 self.assertEqual(values[:2], [old or "none", new or "none"])
                 if values[3] is not None:
                     self.assert_amounts(name, values, old and Decimal(old), new and Decimal(new))

@@ -422,7 +422,7 @@ class Check(Case):
             self.assertIn(word, answer.stdout)
         [difference] = json.loads(tavcc("check", "--db", self.db, "--json").stdout)["differences"]
         self.assertEqual((difference["expected_quantity"], difference["actual_quantity"]),
-                         ("6", "6.5"))
+                         (6, 6.5))
 
     def test_without_a_database(self):
         self.assertEqual(tavcc("check").returncode, FAILED)

@@ -11,10 +11,6 @@
 namespace tavcc {
 namespace {
 
-std::string CellText(const Value& value) {
-  return value.IsNull() ? "" : PlainText(value);
-}
-
 // The rows as they are now, in `after`.
 ChangeTable Look(Connection& cn, const WatchedRows& watched) {
   ChangeTable table{watched.title, watched.key_columns, watched.value_columns, watched.amounts, {}};
@@ -23,14 +19,24 @@ ChangeTable Look(Connection& cn, const WatchedRows& watched) {
     ChangeTable::Row& row = table.rows.emplace_back();
     int i = 0;
     for (; i < static_cast<int>(watched.key_columns.size()); ++i) {
-      row.key.push_back(CellText(rows->Field(i)));
+      row.key.push_back(rows->Field(i));
     }
-    for (; i < rows->FieldCount(); ++i) row.after.push_back(CellText(rows->Field(i)));
+    for (; i < rows->FieldCount(); ++i) row.after.push_back(rows->Field(i));
   }
   return table;
 }
 
 }  // namespace
+
+std::string CellText(const Value& value) {
+  return value.IsNull() ? "" : PlainText(value);
+}
+
+std::vector<std::string> CellTexts(const std::vector<Value>& values) {
+  std::vector<std::string> texts;
+  for (const Value& value : values) texts.push_back(CellText(value));
+  return texts;
+}
 
 WatchedRows StockRows(const std::string& items) {
   return {Translatable("Stock on hand"),
@@ -53,14 +59,14 @@ RowComparison::RowComparison(Connection& cn, WatchedRows watched)
 ChangeTable RowComparison::Changes(Connection& cn) const {
   ChangeTable after = Look(cn, watched_);
   std::map<std::vector<std::string>, const ChangeTable::Row*> gone;
-  for (const ChangeTable::Row& row : before_.rows) gone.emplace(row.key, &row);
+  for (const ChangeTable::Row& row : before_.rows) gone.emplace(CellTexts(row.key), &row);
   for (ChangeTable::Row& row : after.rows) {
-    const auto old = gone.find(row.key);
+    const auto old = gone.find(CellTexts(row.key));
     if (old == gone.end()) continue;
     row.before = old->second->after;
     gone.erase(old);
   }
-  for (const auto& [key, row] : gone) after.rows.push_back({key, row->after, {}});
+  for (const auto& [key, row] : gone) after.rows.push_back({row->key, row->after, {}});
   std::erase_if(after.rows, [](const ChangeTable::Row& row) { return row.before == row.after; });
   return after;
 }
@@ -74,12 +80,12 @@ std::vector<std::string> ChangeHeader(const ChangeTable& table) {
 }
 
 std::vector<std::vector<std::string>> ChangeRows(const ChangeTable& table) {
-  const auto cell = [](const std::vector<std::string>& cells, size_t i) {
-    return i < cells.size() ? cells[i] : Translated("none");
+  const auto cell = [](const std::vector<Value>& cells, size_t i) {
+    return i < cells.size() ? CellText(cells[i]) : Translated("none");
   };
   std::vector<std::vector<std::string>> rows;
   for (const ChangeTable::Row& row : table.rows) {
-    std::vector<std::string>& cells = rows.emplace_back(row.key);
+    std::vector<std::string>& cells = rows.emplace_back(CellTexts(row.key));
     for (size_t i = 0; i < table.value_columns.size(); ++i) {
       const std::string before = cell(row.before, i);
       const std::string after = cell(row.after, i);

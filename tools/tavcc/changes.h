@@ -10,9 +10,9 @@ namespace tavcc {
 
 struct ChangeTable {
   struct Row {
-    std::vector<std::string> key;
-    std::vector<std::string> before;  // empty where the row is new
-    std::vector<std::string> after;   // empty where the row is gone
+    std::vector<Value> key;
+    std::vector<Value> before;  // empty where the row is new
+    std::vector<Value> after;   // empty where the row is gone
   };
   std::string title;
   std::vector<std::string> key_columns;
@@ -45,6 +45,10 @@ class RowComparison {
   WatchedRows watched_;
   ChangeTable before_;
 };
+
+// A key or a value as a person reads it: nothing for NULL, no zeros behind a point.
+std::string CellText(const Value& value);
+std::vector<std::string> CellTexts(const std::vector<Value>& values);
 
 // The table as texts: the key's columns, then a column for each value, with "before → after" where
 // it differs.

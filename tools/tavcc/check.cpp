@@ -38,7 +38,6 @@ void PrintCauses(const std::vector<LedgerCause>& causes) {
   for (const LedgerCause& cause : causes) Print(CauseText(cause));
 }
 
-// Quantities and values are texts, so that no reader rounds them.
 void PrintJson(const std::vector<LedgerDifference>& differences,
                const std::vector<LedgerCause>& causes) {
   Json list = Json::array();
@@ -50,10 +49,10 @@ void PrintJson(const std::vector<LedgerDifference>& differences,
                     {"stock_name", d.stock_name},
                     {"batch", d.batch},
                     {"aux_prop", d.aux_prop_id},
-                    {"expected_quantity", Number(d.expected_quantity)},
-                    {"actual_quantity", Number(d.actual_quantity)},
-                    {"expected_value", Number(d.expected_value)},
-                    {"actual_value", Number(d.actual_value)}});
+                    {"expected_quantity", ValueJson(d.expected_quantity)},
+                    {"actual_quantity", ValueJson(d.actual_quantity)},
+                    {"expected_value", ValueJson(d.expected_value)},
+                    {"actual_value", ValueJson(d.actual_value)}});
   }
   Json bills = Json::array();
   for (const LedgerCause& cause : causes) {

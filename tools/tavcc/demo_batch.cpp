@@ -69,7 +69,7 @@ class BatchStory {
 
  private:
   RecordsetPtr Query(std::string_view sql) { return erp_.connection()->Execute(sql); }
-  Json Rows(std::string_view sql) { return JsonFromRows(*Query(sql), RowForm::kArrays); }
+  Json Rows(std::string_view sql) { return RowsJson(*Query(sql), RowForm::kArrays); }
   Json State() { return {Rows(kStock), Rows(kBalances), Rows(kStates), Rows(kOrderQuantities)}; }
   std::vector<Bill> OpenBills();
   std::vector<Bill> AuditedBills(const std::vector<Bill>& bills);
@@ -129,8 +129,8 @@ Json BatchStory::Audit(const std::vector<Bill>& bills, int check_type, BatchRepo
                            answer.failure ? answer.failure->error.description()
                                           : Translated(VerdictText(answer.verdict))));
   }
-  Json results = JsonFromValue(answer.arguments[kBatchResults]);
-  results["result"] = JsonFromValue(answer.result);
+  Json results = ValueJson(answer.arguments[kBatchResults]);
+  results["result"] = ValueJson(answer.result);
   return results;
 }
 
@@ -154,9 +154,10 @@ void BatchStory::PrintStock(const ChangeTable& stock) {
                Translated("value after")});
   for (const ChangeTable::Row& row : stock.rows) {
     // Auditing may add stock rows, but takes none away.
-    const auto before = row.before.empty() ? std::vector<std::string>{"0", "0"} : row.before;
-    table.Add({row.key[1], row.key[2], row.key[3], row.key[4], before[0], row.after[0], before[1],
-               row.after[1]});
+    const auto before =
+        row.before.empty() ? std::vector<std::string>{"0", "0"} : CellTexts(row.before);
+    const std::vector<std::string> key = CellTexts(row.key), after = CellTexts(row.after);
+    table.Add({key[1], key[2], key[3], key[4], before[0], after[0], before[1], after[1]});
   }
   Print(fmt::format("{}\n", table.ToText("    ")));
 }

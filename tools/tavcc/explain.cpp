@@ -86,8 +86,8 @@ ShownRows RowsOf(Erp& erp, const LoggedStatement& statement) {
       shown.whole = false;
       break;
     }
-    std::vector<std::string>& row = shown.rows.emplace_back();
-    for (int i = 0; i < rows->FieldCount(); ++i) row.push_back(ValueText(rows->Field(i)));
+    std::vector<Value>& row = shown.rows.emplace_back();
+    for (int i = 0; i < rows->FieldCount(); ++i) row.push_back(rows->Field(i));
   }
   return shown;
 }

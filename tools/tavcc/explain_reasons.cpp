@@ -143,7 +143,7 @@ class DecidingRow {
   // The empty text where there is no such column.
   std::string operator[](std::string_view column) const {
     for (size_t i = 0; i < rows_.columns.size(); ++i) {
-      if (EqualsIgnoringCase(rows_.columns[i], column)) return rows_.rows[row_][i];
+      if (EqualsIgnoringCase(rows_.columns[i], column)) return ValueText(rows_.rows[row_][i]);
     }
     return "";
   }

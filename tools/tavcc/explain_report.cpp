@@ -6,6 +6,7 @@
 #include "language/language.h"
 #include "tavcc/answer.h"
 #include "tavcc/explain.h"
+#include "tavcc/output.h"
 #include "tavcc/table.h"
 
 namespace tavcc {
@@ -59,11 +60,13 @@ Json ChangesJson(const std::vector<ChangeTable>& tables) {
     Json rows = Json::array();
     for (const ChangeTable::Row& row : table.rows) {
       Json key = Json::object();
-      for (size_t i = 0; i < row.key.size(); ++i) key[table.key_columns[i]] = row.key[i];
-      const auto values = [&](const std::vector<std::string>& cells) -> Json {
+      for (size_t i = 0; i < row.key.size(); ++i) key[table.key_columns[i]] = ValueJson(row.key[i]);
+      const auto values = [&](const std::vector<Value>& cells) -> Json {
         if (cells.empty()) return {};
         Json object = Json::object();
-        for (size_t i = 0; i < cells.size(); ++i) object[table.value_columns[i]] = cells[i];
+        for (size_t i = 0; i < cells.size(); ++i) {
+          object[table.value_columns[i]] = ValueJson(cells[i]);
+        }
         return object;
       };
       rows.push_back({{"key", key}, {"before", values(row.before)}, {"after", values(row.after)}});

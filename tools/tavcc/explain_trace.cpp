@@ -27,9 +27,10 @@ Exit VerdictOf(const TracedCall& trace, const Method& method) {
   if (!trace.end || trace.end->failure) return Exit::kFailed;
   if (trace.end->error) return tavcc::VerdictOf(method, *trace.end->error);
   // The texts among the arguments: a verdict stands in no other one.
+  const Json told = ValueJson(trace.end->arguments);
   std::vector<Value> arguments;
   for (const Parameter& parameter : method.parameters) {
-    const Json* const after = trace.end->arguments.find(parameter.name);
+    const Json* const after = told.find(parameter.name);
     const bool text = after != nullptr && after->is_string();
     arguments.push_back(text ? Value(after->get<std::string>()) : Value());
   }
@@ -54,7 +55,8 @@ std::string MessageOf(const TracedCall& trace) {
   for (const auto* const error : {&trace.end->error, &trace.end->failure}) {
     if (*error) return ErrorText(**error);
   }
-  for (const Json::Member& argument : trace.end->arguments.items()) {
+  const Json told = ValueJson(trace.end->arguments);
+  for (const Json::Member& argument : told.items()) {
     if (argument.value.is_string()) return argument.value.get<std::string>();
     if (const std::string text = BatchMessage(argument.value); !text.empty()) return text;
   }
@@ -65,7 +67,8 @@ std::string MessageOf(const TracedCall& trace) {
 
 // The bill that the n-th list of gates is about, where the call was given a list of bills.
 std::string BillOf(const TracedCall& trace, size_t ladder) {
-  for (const Json::Member& argument : trace.arguments.items()) {
+  const Json told = ValueJson(trace.arguments);
+  for (const Json::Member& argument : told.items()) {
     if (!argument.value.is_array() || ladder > argument.value.size()) continue;
     const Json& bill = argument.value[ladder - 1];
     if (!bill.is_object()) continue;
@@ -102,8 +105,9 @@ std::string HeadText(const TracedCall& trace, const Method& method, Exit verdict
       fmt::format("{} {}, {}", trace.call, Translated(VerdictText(verdict)), trace.started);
   if (trace.end) text += fmt::format(", {:.1f} ms", trace.end->milliseconds);
   text += "\n";
+  const Json told = ValueJson(trace.arguments);
   for (const Parameter& parameter : method.parameters) {
-    const Json* const argument = trace.arguments.find(parameter.name);
+    const Json* const argument = told.find(parameter.name);
     if (argument == nullptr) continue;
     const std::string value =
         argument->is_string() ? argument->get<std::string>() : Show(*argument);
@@ -168,11 +172,11 @@ Json TraceJson(const TracedCall& trace, Exit verdict) {
                {"started", trace.started},
                {"verdict", VerdictText(verdict)},
                {"message", MessageOf(trace)},
-               {"arguments", trace.arguments}};
+               {"arguments", ValueJson(trace.arguments)}};
   if (trace.end) {
     json["milliseconds"] = trace.end->milliseconds;
-    json["result"] = JsonFromValue(trace.end->result);
-    json["arguments_after"] = trace.end->arguments;
+    json["result"] = ValueJson(trace.end->result);
+    json["arguments_after"] = ValueJson(trace.end->arguments);
   }
   if (const std::string name = RefusalName(MessageOf(trace)); !name.empty()) json["refusal"] = name;
   json["ladders"] = std::move(ladders);

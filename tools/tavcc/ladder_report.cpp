@@ -46,7 +46,7 @@ std::string RowsText(const ShownRows& rows) {
   std::string text;
   if (rows.columns.size() <= kMostTableColumns) {
     Table table(rows.columns);
-    for (size_t i = 0; i < shown; ++i) table.Add(rows.rows[i]);
+    for (size_t i = 0; i < shown; ++i) table.Add(ValueTexts(rows.rows[i]));
     text = table.ToText();
   } else {
     size_t width = 0;
@@ -54,7 +54,7 @@ std::string RowsText(const ShownRows& rows) {
     for (size_t i = 0; i < shown; ++i) {
       if (i > 0) text += "--\n";
       for (size_t c = 0; c < rows.columns.size(); ++c) {
-        text += Padded(rows.columns[c], width) + "  " + rows.rows[i][c] + "\n";
+        text += Padded(rows.columns[c], width) + "  " + ValueText(rows.rows[i][c]) + "\n";
       }
     }
   }
@@ -108,11 +108,8 @@ std::vector<ReadSetting> SettingsOf(const std::vector<HostAnswer>& answers, std:
 ShownRows Shown(const SeenRows& seen) {
   ShownRows shown;
   shown.columns = seen.columns;
-  for (const std::vector<Value>& row : seen.rows) {
-    std::vector<std::string>& texts = shown.rows.emplace_back();
-    for (const Value& value : row) texts.push_back(ValueText(value));
-    texts.resize(seen.columns.size());
-  }
+  shown.rows = seen.rows;
+  for (std::vector<Value>& row : shown.rows) row.resize(seen.columns.size());
   shown.whole = seen.count == static_cast<int>(seen.rows.size());
   shown.none = seen.count == 0 && seen.to_the_end;
   return shown;
@@ -203,12 +200,6 @@ Json ReasonsJson(const std::vector<Reason>& reasons) {
   return list;
 }
 
-Json RowsJson(const ShownRows& rows) {
-  Json list = Json::array();
-  for (const auto& row : rows.rows) list.push_back(Json(row));
-  return {{"columns", Json(rows.columns)}, {"rows", std::move(list)}, {"whole", rows.whole}};
-}
-
 Json RungJson(const Rung& rung) {
   Json json = {{"gate", rung.gate}, {"method", rung.method}, {"answer", AnswerText(rung.answer)}};
   if (!rung.message.empty()) json["message"] = rung.message;
@@ -217,7 +208,9 @@ Json RungJson(const Rung& rung) {
   json["settings"] = SettingsJson(rung.settings);
   if (rung.statement) {
     json["statement"] = StatementJson(*rung.statement);
-    json["answer_rows"] = RowsJson(rung.rows);
+    json["answer_rows"] = {{"columns", rung.rows.columns},
+                           {"rows", RowsJson(rung.rows.rows)},
+                           {"whole", rung.rows.whole}};
   }
   if (!rung.reasons.empty()) json["reasons"] = ReasonsJson(rung.reasons);
   return json;

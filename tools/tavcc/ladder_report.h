@@ -31,10 +31,10 @@ std::vector<ReadSetting> SettingsOf(const std::vector<HostAnswer>& answers, std:
 // What a row says about a refusal: labels and values, e.g. line 1, item "03.001 内胎".
 using Reason = std::vector<std::pair<std::string, std::string>>;
 
-// The rows of an answer, as texts.
+// The rows of an answer.
 struct ShownRows {
   std::vector<std::string> columns;
-  std::vector<std::vector<std::string>> rows;
+  std::vector<std::vector<Value>> rows;
   bool whole = true;  // whether these are all of them
   bool none = false;  // whether it was seen that there is none
 };

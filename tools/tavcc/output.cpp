@@ -1,6 +1,7 @@
 #include "tavcc/output.h"
 
 #include <system_error>
+#include <utility>
 
 #include <fmt/core.h>
 
@@ -48,6 +49,12 @@ std::string ValueText(const Value& value) {
     default:
       return ToText(value);
   }
+}
+
+std::vector<std::string> ValueTexts(const std::vector<Value>& values) {
+  std::vector<std::string> texts;
+  for (const Value& value : values) texts.push_back(ValueText(value));
+  return texts;
 }
 
 std::string TableCell(const Value& value) {
@@ -103,6 +110,16 @@ Json ValueJson(const Value& value) {
 
 Json RowsJson(Recordset& rows, RowForm form) {
   return JsonFromRows(rows, form, DecimalForm::kAllDigits);
+}
+
+Json RowsJson(const std::vector<std::vector<Value>>& rows) {
+  Json list = Json::array();
+  for (const std::vector<Value>& row : rows) {
+    Json fields = Json::array();
+    for (const Value& value : row) fields.push_back(ValueJson(value));
+    list.push_back(std::move(fields));
+  }
+  return list;
 }
 
 }  // namespace tavcc

@@ -24,6 +24,7 @@ std::string InLanguage(const Bilingual& text);
 
 // A value on one line: NULL, dates as YYYY-MM-DD HH:MM:SS, Booleans as True and False.
 std::string ValueText(const Value& value);
+std::vector<std::string> ValueTexts(const std::vector<Value>& values);
 
 // A value as a cell of a table: on one line, whatever is in it, and a text is never taken for NULL:
 // control characters are shown as Unicode's pictures of them, and the text "NULL" in quotes.
@@ -44,5 +45,6 @@ std::string RowsText(Recordset& rows, std::string_view indent = "");
 // A value as every command prints it in JSON: decimals are numbers with all their digits.
 Json ValueJson(const Value& value);
 Json RowsJson(Recordset& rows, RowForm form);
+Json RowsJson(const std::vector<std::vector<Value>>& rows);
 
 }  // namespace tavcc

@@ -105,16 +105,18 @@ class TracedStep {
     } catch (const std::invalid_argument& error) {
       Refuse(error.what());
     }
+    const Json arguments = JsonFromValue(trace_.arguments);
     Json step = Json::object();
     step["call"] = trace_.call;
     for (const Parameter& parameter : method->parameters) {
-      const Json* const given = trace_.arguments.find(parameter.name);
+      const Json* const given = arguments.find(parameter.name);
       if (given != nullptr && IsTold(parameter)) step["args"][parameter.name] = *given;
     }
     const TracedCall::End& end = *trace_.end;
+    const Json after = JsonFromValue(end.arguments);
     if (!end.error) step["expect"]["result"] = JsonFromValue(end.result);
     for (const Parameter& parameter : method->parameters) {
-      const Json* const left = end.arguments.find(parameter.name);
+      const Json* const left = after.find(parameter.name);
       if (left != nullptr && IsTold(parameter)) step["expect"][parameter.name] = *left;
     }
     if (end.error) step["error"] = ErrorJson(*end.error);

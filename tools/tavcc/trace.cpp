@@ -57,6 +57,14 @@ StatementObserver OnStandardError(int rows) {
           .rows = rows};
 }
 
+Json ParametersJson(const std::vector<ProcedureParameter>& parameters) {
+  Json json = Json::object();
+  for (const ProcedureParameter& parameter : parameters) {
+    json[parameter.name] = ValueJson(parameter.value);
+  }
+  return json;
+}
+
 }  // namespace
 
 StatementObserver TraceOf(const CommonOptions& options) {
@@ -95,8 +103,7 @@ std::string SeenRowsText(const SeenRows& seen, int in_all, int most, std::string
   if (shown > 0) {
     Table table(seen.columns);
     for (const std::vector<Value>& row : std::span(seen.rows).first(static_cast<size_t>(shown))) {
-      std::vector<std::string> cells;
-      for (const Value& value : row) cells.push_back(ValueText(value));
+      std::vector<std::string> cells = ValueTexts(row);
       cells.resize(seen.columns.size());
       table.Add(std::move(cells));
     }
@@ -112,7 +119,17 @@ std::string SeenRowsText(const SeenRows& seen, int in_all, int most, std::string
 
 Json StatementJson(const LoggedStatement& statement) {
   Json json = ParseJson(StatementJsonText(statement));
-  if (statement.seen != nullptr) json["seen"] = ParseJson(SeenJsonText(*statement.seen));
+  if (statement.is_procedure) {
+    json["parameters"] = ParametersJson(statement.parameters);
+    json["outputs"] = ParametersJson(statement.outputs);
+  }
+  if (statement.seen != nullptr) {
+    const SeenRows& seen = *statement.seen;
+    json["seen"] = {{"columns", seen.columns},
+                    {"rows", RowsJson(seen.rows)},
+                    {"count", seen.count},
+                    {"to_the_end", seen.to_the_end}};
+  }
   return json;
 }
 

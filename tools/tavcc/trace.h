@@ -29,8 +29,8 @@ std::string SeenRowsText(const SeenRows& seen, int in_all, int most, std::string
 std::string SentText(const LoggedStatement& statement);
 std::string SentRowsText(const LoggedStatement& statement, int most = StatementObserver::kAllRows);
 
-// A statement in the form of host/trace_lines.h, without its number; under "seen" the rows that the
-// rule saw.
+// A statement with the members that it has in host/trace_lines.h, but its number, and values as all
+// commands print them in JSON; under "seen" the rows that the rule saw.
 Json StatementJson(const LoggedStatement& statement);
 
 }  // namespace tavcc

@@ -73,24 +73,20 @@ class Reader {
     }
   }
 
-  static void RequireArguments(const Json& line) {
+  Value ArgumentsOf(const Json& line) {
     if (!line["arguments"].is_object()) throw JsonError(Translated("its arguments are no object"));
+    return ValueFromJson(host_, line["arguments"]);
   }
-
-  // Without the forms that tell apart what a reader takes for the same: 7 for {"integer":7}.
-  Json Plain(const Json& exact) { return JsonFromValue(ValueFromJson(host_, exact)); }
 
   void TakeBegin(const Json& line) {
     trace_.call = line["call"].get<std::string>();
     trace_.started = line["started"].get<std::string>();
-    RequireArguments(line);
-    trace_.arguments = Plain(line["arguments"]);
+    trace_.arguments = ArgumentsOf(line);
   }
 
   void TakeEnd(const Json& line) {
     TracedCall::End end;
-    RequireArguments(line);
-    end.arguments = Plain(line["arguments"]);
+    end.arguments = ArgumentsOf(line);
     end.milliseconds = line["milliseconds"].get<double>();
     if (const Json* const result = line.find("result")) end.result = ValueFromJson(host_, *result);
     if (const Json* const error = line.find("error")) end.error = ErrorOf(*error);

@@ -16,8 +16,8 @@ namespace tavcc {
 struct TracedCall {
   // What came back.
   struct End {
-    Json arguments;  // the in/out ones
-    Value result;    // Empty where the call raised an error
+    Value arguments;  // the in/out ones, a dictionary by name
+    Value result;     // Empty where the call raised an error
     std::optional<AutomationError> error;
     std::optional<AutomationError> failure;  // below the rules, whatever they made of it
     double milliseconds = 0;
@@ -25,7 +25,7 @@ struct TracedCall {
 
   std::string call;  // "Class.Method"
   std::string started;
-  Json arguments;
+  Value arguments;                    // a dictionary by name
   std::vector<TracedLadder> ladders;  // the first has no gates: it is what came before them
   std::optional<End> end;             // nothing where the process ended before the call did
   int left_out = 0;                   // lines that were too many for the file

@@ -15,9 +15,9 @@ namespace tavcc {
 namespace {
 
 // What a row was or is; nothing where it is not there.
-std::optional<std::string> ValueAt(const std::vector<std::string>& values, size_t column) {
+std::optional<std::string> ValueAt(const std::vector<Value>& values, size_t column) {
   if (column >= values.size()) return std::nullopt;
-  return values[column];
+  return CellText(values[column]);
 }
 
 Decimal AmountOf(const std::optional<std::string>& value) {
@@ -63,7 +63,7 @@ class ChangeWriter {
   ChangeWriter(HtmlWriter& html, const ChangeTable& table) : html_(html), table_(table) {
     for (size_t i = 0; i < table.key_columns.size(); ++i) {
       const bool tells = std::ranges::any_of(
-          table.rows, [&](const ChangeTable::Row& row) { return !row.key[i].empty(); });
+          table.rows, [&](const ChangeTable::Row& row) { return !CellText(row.key[i]).empty(); });
       if (tells) keys_.push_back(i);
     }
   }
@@ -114,10 +114,11 @@ class ChangeWriter {
     const auto line = html_.Open("tr");
     std::string name;
     for (const size_t key : keys_) {
+      const std::string text = CellText(row.key[key]);
       // The first names the row.
-      html_.Leaf(key == keys_.front() ? "th" : "td", row.key[key],
+      html_.Leaf(key == keys_.front() ? "th" : "td", text,
                  {{"scope", key == keys_.front() ? "row" : ""}});
-      if (!row.key[key].empty()) name += (name.empty() ? "" : " ") + row.key[key];
+      if (!text.empty()) name += (name.empty() ? "" : " ") + text;
     }
     for (size_t i = 0; i < table_.value_columns.size(); ++i) WriteValue(row, i, name);
   }

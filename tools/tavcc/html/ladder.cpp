@@ -6,6 +6,7 @@
 #include "scenario/runner.h"
 #include "tavcc/html/page.h"
 #include "tavcc/html/table.h"
+#include "tavcc/output.h"
 
 namespace tavcc {
 namespace {
@@ -30,7 +31,9 @@ void WriteRows(HtmlWriter& html, const ShownRows& rows) {
     html.Leaf("p", Translated("(no rows)"));
     return;
   }
-  WriteTable(html, Translated("The rows that the rule saw"), rows.columns, rows.rows);
+  std::vector<std::vector<std::string>> texts;
+  for (const std::vector<Value>& row : rows.rows) texts.push_back(ValueTexts(row));
+  WriteTable(html, Translated("The rows that the rule saw"), rows.columns, texts);
   if (!rows.whole) html.Leaf("p", Translated("… and more"));
 }
 
