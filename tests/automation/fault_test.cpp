@@ -12,7 +12,7 @@
 #include "automation/fixture.h"
 #include "faults/contracts.h"
 #include "host/automation/dispatch_object.h"
-#include "scenario/embedded_roads.h"
+#include "scenario/embedded_backend.h"
 #include "scenario/runner.h"
 #include "scenario/scenario.h"
 
@@ -58,8 +58,9 @@ std::vector<Place> ChosenCalls(const std::vector<Scenario>& scenarios) {
 
 class HostFaults {
  public:
-  HostFaults(const Place& place, Roads& roads)
-      : place_(place), road_(RoadBefore(*place.scenario, place.step->number, roads, true)) {}
+  HostFaults(const Place& place, Backend& backend)
+      : place_(place),
+        session_(SessionBefore(*place.scenario, place.step->number, backend, true)) {}
 
   // Returns how many faults there were.
   int Run() {
@@ -86,24 +87,24 @@ class HostFaults {
 
   // Calls in a transaction, which is rolled back; what the call came to.
   std::string Call() {
-    road_->connection()->Execute("BEGIN TRANSACTION");
-    const CallOutcome outcome = CallStep(*road_, *place_.step, std::nullopt);
-    road_->connection()->Execute(kRollback);
+    session_->connection()->Execute("BEGIN TRANSACTION");
+    const CallOutcome outcome = CallStep(*session_, *place_.step, std::nullopt);
+    session_->connection()->Execute(kRollback);
     EXPECT_FALSE(outcome.error && outcome.error->source().empty()) << Where();
     return faults::ShowOutcome(*place_.step->method, outcome);
   }
 
   const Place& place_;
-  std::unique_ptr<Road> road_;
+  std::unique_ptr<BackendSession> session_;
 };
 
 TEST_F(AutomationTest, EveryHostCallMayGoWrongInEveryWay) {
   const std::vector<Scenario> scenarios = AllScenarios();
-  const auto roads = MakeComRoads();
+  const auto backend = MakeComBackend();
   int faults = 0;
   const std::vector<Place> calls = ChosenCalls(scenarios);
   for (const Place& place : calls) {
-    faults += HostFaults(place, *roads).Run();
+    faults += HostFaults(place, *backend).Run();
     EXPECT_TRUE(ServerIsIdle()) << place.scenario->file;
     EXPECT_EQ(HostObjectsAlive(), 0) << place.scenario->file;
   }

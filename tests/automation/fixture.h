@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "automation/border/platform.h"
-#include "automation/com_road.h"
+#include "automation/com_session.h"
 #include "host/erp.h"
 
 namespace tavcc {

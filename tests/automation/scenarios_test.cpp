@@ -1,4 +1,4 @@
-// The scenario files, through COM: the same answers as on every other road, and nothing left
+// The scenario files, through COM: the same answers as on every other session, and nothing left
 // behind.
 
 #include "automation/fixture.h"
@@ -8,13 +8,13 @@
 namespace tavcc {
 namespace {
 
-TEST_F(AutomationTest, EveryScenarioAnswersAsOnEveryOtherRoad) {
+TEST_F(AutomationTest, EveryScenarioAnswersAsOnEveryOtherBackend) {
   const auto files = ScenarioFiles({TAVCC_SCENARIOS});
   ASSERT_FALSE(files.empty());
-  const auto roads = MakeComRoads();
+  const auto backend = MakeComBackend();
   for (const std::string& file : files) {
     const Scenario scenario = LoadScenario(file);
-    const auto failures = RunScenario(scenario, *roads);
+    const auto failures = RunScenario(scenario, *backend);
     EXPECT_TRUE(failures.empty()) << DescribeFailures(scenario, failures);
     EXPECT_TRUE(ServerIsIdle()) << file;
     EXPECT_EQ(HostObjectsAlive(), 0) << file;

@@ -161,12 +161,12 @@ TEST_F(TraceTest, AFileHasItsBound) {
 
 // What a call answers, the recordsets that it leaves included, is the same with a trace.
 TEST_F(TraceTest, ScenariosComeOutTheSame) {
-  const auto roads = MakeComRoads();
+  const auto backend = MakeComBackend();
   int count = 0;
   for (const char* area : {"stock_quantity", "limit_price", "batch_audit", "stock_check_bills"}) {
     for (const std::string& file : ScenarioFiles({std::string(TAVCC_SCENARIOS) + "/" + area})) {
       const Scenario scenario = LoadScenario(file);
-      const auto failures = RunScenario(scenario, *roads);
+      const auto failures = RunScenario(scenario, *backend);
       EXPECT_TRUE(failures.empty()) << DescribeFailures(scenario, failures);
       EXPECT_TRUE(ServerIsIdle()) << file;
       EXPECT_EQ(HostObjectsAlive(), 0) << file;

@@ -15,7 +15,7 @@
 #include "foundation/conversions.h"
 #include "host/erp.h"
 #include "host/schema.h"
-#include "scenario/embedded_roads.h"
+#include "scenario/embedded_backend.h"
 #include "scenario/runner.h"
 #include "scenario/values.h"
 #include "support/seed.h"
@@ -134,23 +134,23 @@ class Sweep {
 
   const Scenario& scenario_;
   const Step& step_;
-  const std::unique_ptr<Roads> roads_ = MakeEmbeddedRoads();
-  std::unique_ptr<Road> road_;
+  const std::unique_ptr<Backend> backend_ = MakeEmbeddedBackend();
+  std::unique_ptr<BackendSession> session_;
   Ended clean_;
 };
 
 CallOutcome Sweep::CallWithFault(const InjectedFailure& failure) {
-  road_->connection()->Execute("BEGIN TRANSACTION");
-  CallOutcome outcome = CallStep(*road_, step_, failure);
-  road_->connection()->Execute(kRollback);
+  session_->connection()->Execute("BEGIN TRANSACTION");
+  CallOutcome outcome = CallStep(*session_, step_, failure);
+  session_->connection()->Execute(kRollback);
   return outcome;
 }
 
 Sweep::Ended Sweep::CallAndLook() {
-  road_->connection()->Execute("BEGIN TRANSACTION");
-  Ended ended{CallStep(*road_, step_, std::nullopt), {}};
-  ended.contents = Contents(*road_->connection());
-  road_->connection()->Execute(kRollback);
+  session_->connection()->Execute("BEGIN TRANSACTION");
+  Ended ended{CallStep(*session_, step_, std::nullopt), {}};
+  ended.contents = Contents(*session_->connection());
+  session_->connection()->Execute(kRollback);
   return ended;
 }
 
@@ -196,7 +196,7 @@ void Sweep::ExpectNothingLeftBehind(int at) {
 }
 
 int Sweep::Run() {
-  road_ = RoadBefore(scenario_, step_.number, *roads_, roads_->FixesClock());
+  session_ = SessionBefore(scenario_, step_.number, *backend_, backend_->FixesClock());
   clean_ = CallAndLook();
   int faults = 0;
   const auto& sent = clean_.outcome.sent;

@@ -12,7 +12,7 @@
 #include "foundation/vector.h"
 #include "host/host_dictionary.h"
 #include "host/host_vector.h"
-#include "host_calls/watched_roads.h"
+#include "host_calls/watched_backend.h"
 
 namespace tavcc::testing {
 namespace {

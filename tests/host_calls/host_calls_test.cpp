@@ -52,10 +52,10 @@ std::vector<Case> ReadCases() {
   return cases;
 }
 
-// A road whose calls to the host are written down.
-class RecordingRoad final : public Road {
+// A session whose calls to the host are written down.
+class RecordingSession final : public BackendSession {
  public:
-  explicit RecordingRoad(const Case& tested) : bound_(tested.row.value("bound", false)) {
+  explicit RecordingSession(const Case& tested) : bound_(tested.row.value("bound", false)) {
     calls_.bill_no = tested.row.value("bill_no", std::string());
     erp_.RunScript(SchemaScript());
     erp_.RunScript(BaseScript());
@@ -118,12 +118,12 @@ TEST(HostCalls, AreThoseOfTheTable) {
   for (const Case& tested : ReadCases()) {
     SCOPED_TRACE(tested.file + ": " + tested.Name());
     const Step& step = tested.scenario.steps.front();
-    RecordingRoad road(tested);
-    const CallOutcome outcome = CallStep(road, step, step.fail);
+    RecordingSession session(tested);
+    const CallOutcome outcome = CallStep(session, step, step.fail);
     std::vector<std::string> differences;
     CompareOutcome(*step.method, step.expect, step.error, outcome, differences);
     for (const std::string& difference : differences) ADD_FAILURE() << difference;
-    EXPECT_EQ(Written(road.calls()), tested.row["calls"].get<std::string>());
+    EXPECT_EQ(Written(session.calls()), tested.row["calls"].get<std::string>());
   }
 }
 

@@ -9,7 +9,7 @@
 #include "foundation/conversions.h"
 #include "foundation/text.h"
 #include "host/schema.h"
-#include "host_calls/watched_roads.h"
+#include "host_calls/watched_backend.h"
 #include "scenario/values.h"
 
 namespace tavcc::testing {

@@ -1,4 +1,5 @@
-// The road through FreeTDS' driver, to a server of the tests: what SQLite's driver has no word for.
+// The session through FreeTDS' driver, to a server of the tests: what SQLite's driver has no word
+// for.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

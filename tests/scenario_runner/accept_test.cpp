@@ -4,11 +4,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "scenario/embedded_roads.h"
+#include "scenario/embedded_backend.h"
 #include "scenario/json_edit.h"
 #include "scenario/runner.h"
 #include "scenario/word_diff.h"
-#include "scenario_runner/fake_roads.h"
+#include "scenario_runner/fake_backend.h"
 
 namespace tavcc::testing {
 namespace {
@@ -90,12 +90,12 @@ constexpr const char* kUpdate =
 
 // The text after accepting, which must then pass and change no more.
 std::string AcceptedText(const std::string& text) {
-  FakeRoads roads;
-  const Acceptance acceptance = AcceptScenario("f.json", text, roads);
+  FakeBackend backend;
+  const Acceptance acceptance = AcceptScenario("f.json", text, backend);
   EXPECT_THAT(acceptance.notes, ::testing::IsEmpty());
   const Scenario scenario = ParseScenario("f.json", acceptance.text);
-  EXPECT_EQ(DescribeFailures(scenario, RunScenario(scenario, roads)), "");
-  EXPECT_EQ(AcceptScenario("f.json", acceptance.text, roads).text, acceptance.text);
+  EXPECT_EQ(DescribeFailures(scenario, RunScenario(scenario, backend)), "");
+  EXPECT_EQ(AcceptScenario("f.json", acceptance.text, backend).text, acceptance.text);
   return acceptance.text;
 }
 
@@ -158,15 +158,15 @@ TEST(AcceptScenario, ASweepIsSharedOut) {
 }
 
 TEST(AcceptScenario, WhatCannotBeRunIsNoted) {
-  FakeRoads roads;
+  FakeBackend backend;
   const std::string text =
       R"({"name": "n", "sql": ["broken"], "steps": [{"query": "status", "rows": []}]})";
-  const Acceptance acceptance = AcceptScenario("f.json", text, roads);
+  const Acceptance acceptance = AcceptScenario("f.json", text, backend);
   EXPECT_EQ(acceptance.text, text);
   ASSERT_EQ(acceptance.notes.size(), 1u);
   EXPECT_THAT(acceptance.notes[0],
               ::testing::HasSubstr("f.json: step 1: the start state cannot be made: "));
-  EXPECT_THROW(AcceptScenario("f.json", "{}", roads), ScenarioError);
+  EXPECT_THROW(AcceptScenario("f.json", "{}", backend), ScenarioError);
 }
 
 }  // namespace

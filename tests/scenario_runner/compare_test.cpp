@@ -5,7 +5,7 @@
 #include "host/host_dictionary.h"
 #include "host/host_vector.h"
 #include "scenario/values.h"
-#include "scenario_runner/fake_roads.h"
+#include "scenario_runner/fake_backend.h"
 
 namespace tavcc::testing {
 namespace {
@@ -121,9 +121,9 @@ TEST(Compare, LooksAtAllRowsAndTheNamedColumns) {
 }
 
 TEST(ValueFromJson, MakesTheDocumentedKinds) {
-  FakeRoad road(StartState{});
+  FakeBackendSession session(StartState{});
   const auto kind = [&](const char* json) {
-    return ValueFromJson(road.host(), ParseJson(json)).kind();
+    return ValueFromJson(session.host(), ParseJson(json)).kind();
   };
   EXPECT_EQ(kind("7"), Value::Kind::kLong);
   EXPECT_EQ(kind("4000000000"), Value::Kind::kDecimal);
@@ -135,12 +135,12 @@ TEST(ValueFromJson, MakesTheDocumentedKinds) {
   EXPECT_EQ(kind(R"({"decimal": "1.50"})"), Value::Kind::kDecimal);
   EXPECT_EQ(kind(R"({"integer": 7})"), Value::Kind::kInteger);
   EXPECT_EQ(kind(R"({"empty": true})"), Value::Kind::kEmpty);
-  EXPECT_EQ(ValueFromJson(road.host(), ParseJson(R"({"nothing": true})")), Value(ObjectPtr()));
-  const Value vector = ValueFromJson(road.host(), ParseJson(R"([{"a": 1}])"));
+  EXPECT_EQ(ValueFromJson(session.host(), ParseJson(R"({"nothing": true})")), Value(ObjectPtr()));
+  const Value vector = ValueFromJson(session.host(), ParseJson(R"([{"a": 1}])"));
   EXPECT_EQ(ToObject<Dictionary>(ToObject<Vector>(vector)->Item(1))->Item("a"), Value(1));
   for (const char* wrong :
        {R"({"date": "2026-02-30"})", R"({"decimal": 1.5})", R"({"integer": 40000})"}) {
-    EXPECT_THROW(ValueFromJson(road.host(), ParseJson(wrong)), JsonError) << wrong;
+    EXPECT_THROW(ValueFromJson(session.host(), ParseJson(wrong)), JsonError) << wrong;
   }
 }
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "embedded/rewrite/rewrite.h"
-#include "scenario/embedded_roads.h"
+#include "scenario/embedded_backend.h"
 #include "scenario/runner.h"
 #include "support/source_dir.h"
 #include "support/without_rewrite.h"
@@ -16,10 +16,10 @@ std::vector<std::string> AllScenarios() {
 }
 
 void ExpectToPass(const std::vector<std::string>& files) {
-  const auto roads = MakeEmbeddedRoads();
+  const auto backend = MakeEmbeddedBackend();
   for (const std::string& file : files) {
     const Scenario scenario = LoadScenario(file);
-    const auto failures = RunScenario(scenario, *roads);
+    const auto failures = RunScenario(scenario, *backend);
     if (!failures.empty()) ADD_FAILURE() << DescribeFailures(scenario, failures);
   }
 }

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "scenario_runner/fake_roads.h"
+#include "scenario_runner/fake_backend.h"
 
 namespace tavcc::testing {
 namespace {
@@ -21,9 +21,9 @@ Scenario WithSteps(const std::string& steps) {
 
 // What the scenario's first failing step tells; empty when it passes.
 std::string Told(const std::string& steps) {
-  FakeRoads roads;
+  FakeBackend backend;
   const Scenario scenario = WithSteps(steps);
-  const auto failures = RunScenario(scenario, roads);
+  const auto failures = RunScenario(scenario, backend);
   return DescribeFailures(scenario, failures);
 }
 
@@ -117,10 +117,10 @@ TEST(RunScenario, TellsEveryFailingStep) {
 }
 
 TEST(RunScenario, AStartStateThatCannotBeMadeIsAFailure) {
-  FakeRoads roads;
+  FakeBackend backend;
   const Scenario scenario = ParseScenario(
       "f.json", R"({"name": "n", "sql": ["broken"], "steps": [{"query": "status"}]})");
-  const auto failures = RunScenario(scenario, roads);
+  const auto failures = RunScenario(scenario, backend);
   ASSERT_FALSE(failures.empty());
   EXPECT_EQ(failures.front().step, 0);
   EXPECT_THAT(failures.front().differences.front(), ::testing::HasSubstr("208"));
@@ -130,10 +130,10 @@ constexpr std::string_view kSweep =
     R"("sweep": {"expect": {"result": false, "strReturnMsg": "disk full"}})";
 
 TEST(RunScenario, ASweepFailsEachStatementOnAFreshDatabase) {
-  FakeRoads roads;
+  FakeBackend backend;
   const Scenario scenario = WithSteps(R"({"query": "status"},)" + Step(kAudit, kSweep));
-  EXPECT_TRUE(RunScenario(scenario, roads).empty());
-  EXPECT_EQ(roads.opened, 1 + 2);  // once for the steps, once for each of the two statements
+  EXPECT_TRUE(RunScenario(scenario, backend).empty());
+  EXPECT_EQ(backend.opened, 1 + 2);  // once for the steps, once for each of the two statements
 }
 
 TEST(RunScenario, ASweepTellsWhichStatementFailed) {
@@ -160,8 +160,8 @@ TEST(RunScenario, ASweepOfACallWithoutStatementsIsAFailure) {
 }
 
 TEST(MakeArguments, SuppliesWhatIsNotGiven) {
-  FakeRoad road(StartState{});
-  const Supplies supplies{road.host(), road.dsn(), road.connection()};
+  FakeBackendSession session(StartState{});
+  const Supplies supplies{session.host(), session.dsn(), session.connection()};
   const MethodName audit = FindMethodByName("PublicSysInfo.AuditBill");
   const auto arguments = MakeArguments(supplies, *audit.method, ParseJson(R"({"CheckType": 1})"));
   ASSERT_EQ(arguments.size(), 7U);

@@ -9,7 +9,7 @@
 #include "host/connection_wrapper.h"
 #include "host/recordset_wrapper.h"
 #include "host/schema.h"
-#include "scenario/erp_road.h"
+#include "scenario/erp_session.h"
 #include "scenario/runner.h"
 #include "scenario/start_state.h"
 #include "support/source_dir.h"
@@ -92,11 +92,11 @@ class WatchedConnection final : public ConnectionWrapper {
   OpenRecordsetsPtr open_;
 };
 
-class WatchedRoads final : public Roads {
+class WatchedBackend final : public Backend {
  public:
   Overlaps overlaps;
 
-  std::unique_ptr<Road> Open(const StartState& start) override {
+  std::unique_ptr<BackendSession> Open(const StartState& start) override {
     sql::OpenOptions options;
     options.clock = [now = start.now] { return now; };
     const auto database = sql::Database::Open(options);
@@ -111,31 +111,31 @@ class WatchedRoads final : public Roads {
           database->Reopen(dynamic_cast<WatchedConnection&>(session).inner());
         });
     ApplyStartState(start, erp->host(), *erp->connection());
-    return std::make_unique<ErpRoad>(std::move(erp), StatementObserver());
+    return std::make_unique<ErpSession>(std::move(erp), StatementObserver());
   }
 };
 
 TEST(SingleRecordset, NoRuleAsksWhileItStillReads) {
-  WatchedRoads roads;
+  WatchedBackend backend;
   for (const std::string& file : ScenarioFiles({(SourceDir() / "tests/scenarios").string()})) {
     const Scenario scenario = LoadScenario(file);
-    const auto failures = RunScenario(scenario, roads);
+    const auto failures = RunScenario(scenario, backend);
     if (!failures.empty()) ADD_FAILURE() << DescribeFailures(scenario, failures);
-    for (const std::string& overlap : roads.overlaps) ADD_FAILURE() << file << ": " << overlap;
-    roads.overlaps.clear();
+    for (const std::string& overlap : backend.overlaps) ADD_FAILURE() << file << ": " << overlap;
+    backend.overlaps.clear();
   }
 }
 
 // A rule that reads on while it asks is noticed.
 TEST(SingleRecordset, AnOverlapIsNoticed) {
-  WatchedRoads roads;
-  const auto road = roads.Open({});
-  RecordsetPtr rows = road->connection()->Execute("select FID from T_CC_ZZCX");
-  road->connection()->Execute("delete from T_CC_ZZCX");
-  EXPECT_EQ(roads.overlaps.size(), 1u);
+  WatchedBackend backend;
+  const auto session = backend.Open({});
+  RecordsetPtr rows = session->connection()->Execute("select FID from T_CC_ZZCX");
+  session->connection()->Execute("delete from T_CC_ZZCX");
+  EXPECT_EQ(backend.overlaps.size(), 1u);
   rows = nullptr;
-  road->connection()->Execute("delete from T_CC_ZZCX");
-  EXPECT_EQ(roads.overlaps.size(), 1u);
+  session->connection()->Execute("delete from T_CC_ZZCX");
+  EXPECT_EQ(backend.overlaps.size(), 1u);
 }
 
 }  // namespace

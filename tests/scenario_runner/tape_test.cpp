@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "scenario/accept.h"
-#include "scenario/compare_roads.h"
-#include "scenario/embedded_roads.h"
-#include "scenario/erp_road.h"
+#include "scenario/compare_backends.h"
+#include "scenario/embedded_backend.h"
+#include "scenario/erp_session.h"
 #include "scenario/recording.h"
 #include "scenario/runner.h"
-#include "scenario/tape_road.h"
+#include "scenario/tape_session.h"
 #include "scenario/values.h"
 #include "support/source_dir.h"
 
@@ -49,10 +49,10 @@ Json ListOf(std::initializer_list<Json> statements) {
 }
 
 std::vector<std::string> DifferencesOf(const Json& scenario) {
-  const auto roads = MakeEmbeddedRoads();
+  const auto backend = MakeEmbeddedBackend();
   std::vector<std::string> differences;
   for (const StepFailure& failure :
-       RunScenario(ParseScenario("tape.json", Show(scenario)), *roads)) {
+       RunScenario(ParseScenario("tape.json", Show(scenario)), *backend)) {
     differences.insert(differences.end(), failure.differences.begin(), failure.differences.end());
   }
   return differences;
@@ -111,8 +111,8 @@ TEST(Tape, IsNotAccepted) {
   Json other = Head();
   other["sql"] = "Select FStatus From T_CC_ZZCX where FID=1";
   const std::string text = Show(TapeOf(Audit(ListOf({other}))), 2);
-  const auto roads = MakeEmbeddedRoads();
-  const Acceptance acceptance = AcceptScenario("tape.json", text, *roads);
+  const auto backend = MakeEmbeddedBackend();
+  const Acceptance acceptance = AcceptScenario("tape.json", text, *backend);
   EXPECT_EQ(acceptance.text, text);
   EXPECT_THAT(
       acceptance.notes,
@@ -120,12 +120,12 @@ TEST(Tape, IsNotAccepted) {
 }
 
 TEST(Tape, IsNotCompared) {
-  const auto first = MakeEmbeddedRoads();
-  const auto second = MakeEmbeddedRoads();
+  const auto first = MakeEmbeddedBackend();
+  const auto second = MakeEmbeddedBackend();
   Skipped skipped;
   const Scenario scenario = ParseScenario("tape.json", Show(TapeOf(Audit(ListOf({Head()})))));
-  EXPECT_TRUE(CompareRoads(scenario, *first, *second, &skipped).empty());
-  EXPECT_THAT(skipped.for_obstacle,
+  EXPECT_TRUE(CompareBackends(scenario, *first, *second, &skipped).empty());
+  EXPECT_THAT(skipped.cut_short,
               ElementsAre("tape.json: a tape has the answers of one database: there is nothing to "
                           "compare"));
 }
@@ -218,9 +218,9 @@ Exactly Exact(const Method& method, const CallOutcome& outcome) {
 }
 
 // The embedded database with a log that keeps answers.
-class RecordedRoad final : public ErpRoad {
+class RecordedSession final : public ErpSession {
  public:
-  explicit RecordedRoad(const StartState& start) : ErpRoad(MakeEmbeddedErp(start), {}) {
+  explicit RecordedSession(const StartState& start) : ErpSession(MakeEmbeddedErp(start), {}) {
     erp().log().KeepAnswers();
   }
 
@@ -235,7 +235,7 @@ class RecordedRoad final : public ErpRoad {
       recording.answers.insert(recording.answers.end(), answers.begin(), answers.end());
     };
     try {
-      Value result = ErpRoad::Call(cls, method, arguments);
+      Value result = ErpSession::Call(cls, method, arguments);
       call.Answered(result, arguments);
       keep();
       return result;
@@ -258,18 +258,18 @@ class RecordedRoad final : public ErpRoad {
 // The text of the tape of a scenario's calls, which are added to `recorded`; empty where there is
 // none.
 std::string Recorded(const Scenario& scenario, std::vector<Exactly>& recorded) {
-  RecordedRoad road(scenario.start);
+  RecordedSession session(scenario.start);
   for (const Step& step : scenario.steps) {
     if (!step.IsCall()) {
-      QueryStep(road, step);
+      QueryStep(session, step);
       continue;
     }
     if (step.fail) continue;
-    const CallOutcome outcome = CallStep(road, step, std::nullopt);
+    const CallOutcome outcome = CallStep(session, step, std::nullopt);
     recorded.push_back(Exact(*step.method, outcome));
-    road.recording.tapes.push_back(outcome.sent);
+    session.recording.tapes.push_back(outcome.sent);
   }
-  return recorded.empty() ? "" : road.Text();
+  return recorded.empty() ? "" : session.Text();
 }
 
 // Returns how many calls there were.
@@ -279,7 +279,7 @@ int RecordAndReplay(const Scenario& scenario) {
   if (recorded.empty()) return 0;
   const Scenario tape = ParseScenario("tape.json", text);
   EXPECT_TRUE(tape.IsTape());
-  const auto replay = MakeTapeRoad(tape.start, {});
+  const auto replay = MakeTapeSession(tape.start, {});
   for (size_t i = 0; i < tape.steps.size(); ++i) {
     const CallOutcome outcome = CallStep(*replay, tape.steps[i], std::nullopt);
     const Exactly replayed = Exact(*tape.steps[i].method, outcome);

@@ -130,8 +130,8 @@ Json AcceptedQuery(Json step, const QueryOutcome& outcome) {
 
 class Accepting {
  public:
-  Accepting(std::string file, std::string_view text, Roads& roads)
-      : file_(std::move(file)), text_(text), roads_(roads), json_(ParseScenarioText()) {}
+  Accepting(std::string file, std::string_view text, Backend& backend)
+      : file_(std::move(file)), text_(text), backend_(backend), json_(ParseScenarioText()) {}
 
   Acceptance All() {
     for (int number = 1; number <= static_cast<int>(Current().steps.size()); ++number) {
@@ -169,14 +169,14 @@ class Accepting {
                   int statements);
   CallOutcome Try(const Scenario& scenario, const Step& step,
                   const std::optional<InjectedFailure>& failure) {
-    return CallStep(*RoadBefore(scenario, step.number, roads_, true), step, failure);
+    return CallStep(*SessionBefore(scenario, step.number, backend_, true), step, failure);
   }
   std::optional<int> FailingPlace(const Scenario& scenario, const Step& step,
                                   const Json& statements);
 
   const std::string file_;
   const std::string_view text_;
-  Roads& roads_;
+  Backend& backend_;
   Json json_;
   std::vector<std::string> notes_;
 };
@@ -189,8 +189,8 @@ void Accepting::TakeStep(int number) {
     if (step.IsCall()) {
       Put(number, TakeCall(scenario, step, before));
     } else {
-      const auto road = RoadBefore(scenario, number, roads_, true);
-      Put(number, AcceptedQuery(before, QueryStep(*road, step)));
+      const auto session = SessionBefore(scenario, number, backend_, true);
+      Put(number, AcceptedQuery(before, QueryStep(*session, step)));
     }
   } catch (const AutomationError& error) {
     Note(number, "the start state cannot be made: " + error.description());
@@ -294,13 +294,13 @@ Json Accepting::TakeSweeps(const Scenario& scenario, const Step& step, const Jso
     const Sweep* const chosen = SweepFor(now, at);
     if (chosen == nullptr) continue;
     const auto index = static_cast<size_t>(chosen - now.sweeps.data());
-    const auto road = RoadBefore(scenario, step.number, roads_, true);
-    const CallOutcome outcome = CallStep(*road, step, InjectedFailure{at, chosen->failure});
+    const auto session = SessionBefore(scenario, step.number, backend_, true);
+    const CallOutcome outcome = CallStep(*session, step, InjectedFailure{at, chosen->failure});
     Json answer = AcceptedCall(sweeps[index], *step.method, outcome);
     if (const Json* const then = sweeps[index].find("then")) {
       Json accepted = Json::array();
       for (size_t i = 0; i < then->size(); ++i) {
-        accepted.push_back(AcceptedQuery((*then)[i], QueryStep(*road, chosen->then[i])));
+        accepted.push_back(AcceptedQuery((*then)[i], QueryStep(*session, chosen->then[i])));
       }
       answer["then"] = accepted;
     }
@@ -371,8 +371,8 @@ Json Accepted(const Json& expected, const Value& actual) {
   return Plain(expected, actual);
 }
 
-Acceptance AcceptScenario(const std::string& file, std::string_view text, Roads& roads) {
-  return Accepting(file, text, roads).All();
+Acceptance AcceptScenario(const std::string& file, std::string_view text, Backend& backend) {
+  return Accepting(file, text, backend).All();
 }
 
 }  // namespace tavcc

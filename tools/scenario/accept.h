@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "scenario/backend.h"
 #include "scenario/json.h"
-#include "scenario/road.h"
 
 namespace tavcc {
 
@@ -24,8 +24,8 @@ struct Acceptance {
 // Runs a scenario's file, of which `text` is the text, and changes what it expects: results and
 // arguments, errors, rows, statements, and each sweep, which is shared out where the statements it
 // stands for no longer answer alike. A failing statement is known by its text: where statements
-// came in front of it, its position follows. Nothing else is touched. The roads must fix the clock.
-// Errors: ScenarioError for a text that is no scenario.
-Acceptance AcceptScenario(const std::string& file, std::string_view text, Roads& roads);
+// came in front of it, its position follows. Nothing else is touched. The backend must fix the
+// clock. Errors: ScenarioError for a text that is no scenario.
+Acceptance AcceptScenario(const std::string& file, std::string_view text, Backend& backend);
 
 }  // namespace tavcc

@@ -40,10 +40,10 @@ std::vector<KnownDifference> ParseKnownDifferences(const std::string& file, std:
 }
 
 std::string DescribeDifferences(const Scenario& scenario,
-                                const std::vector<RoadDifference>& differences,
+                                const std::vector<BackendDifference>& differences,
                                 std::vector<KnownDifference>& known) {
   std::string text;
-  for (const RoadDifference& difference : differences) {
+  for (const BackendDifference& difference : differences) {
     const auto fits = [&](const KnownDifference& one) {
       return (one.file == kAny || scenario.file.ends_with(one.file)) &&
              (one.step == kAny || one.step == std::to_string(difference.step)) &&

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "scenario/compare_roads.h"
+#include "scenario/compare_backends.h"
 
 namespace tavcc {
 
@@ -28,7 +28,7 @@ std::vector<KnownDifference> ParseKnownDifferences(const std::string& file, std:
 // The differences that are not known, as a person reads them; empty when there is none. Marks those
 // of `known` that were met.
 std::string DescribeDifferences(const Scenario& scenario,
-                                const std::vector<RoadDifference>& differences,
+                                const std::vector<BackendDifference>& differences,
                                 std::vector<KnownDifference>& known);
 
 }  // namespace tavcc

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "scenario/alignment.h"
-#include "scenario/tape_road.h"
+#include "scenario/tape_session.h"
 #include "scenario/values.h"
 #include "scenario/word_diff.h"
 
@@ -102,63 +102,63 @@ std::string NameOf(const Step& step) {
   return std::string(step.cls->name) + "." + std::string(step.method->name);
 }
 
-Differences RunQuery(Road& road, const Step& step) {
+Differences RunQuery(BackendSession& session, const Step& step) {
   Differences differences;
-  const QueryOutcome outcome = QueryStep(road, step);
+  const QueryOutcome outcome = QueryStep(session, step);
   CompareErrors(step.error, outcome.error, differences);
   if (step.rows && !outcome.error) Compare(*step.rows, outcome.rows, "rows", differences);
   return differences;
 }
 
 // A tape needs no database, whichever there is.
-std::unique_ptr<Road> OpenRoad(const Scenario& scenario, Roads& roads) {
-  if (scenario.IsTape()) return MakeTapeRoad(scenario.start, roads.observer());
-  return roads.Open(scenario.start);
+std::unique_ptr<BackendSession> OpenSession(const Scenario& scenario, Backend& backend) {
+  if (scenario.IsTape()) return MakeTapeSession(scenario.start, backend.observer());
+  return backend.Open(scenario.start);
 }
 
 class Run {
  public:
-  Run(const Scenario& scenario, Roads& roads, Skipped* skipped, const RunObserver& observer)
-      : scenario_(scenario), roads_(roads), skipped_(skipped), observer_(observer) {}
+  Run(const Scenario& scenario, Backend& backend, Skipped* skipped, const RunObserver& observer)
+      : scenario_(scenario), backend_(backend), skipped_(skipped), observer_(observer) {}
 
   std::vector<StepFailure> All();
 
  private:
-  void RunStep(Road& road, const Step& step);
+  void RunStep(BackendSession& session, const Step& step);
   void RunSweeps(const Step& step, int statements);
   void RunSweep(const Step& step, const Sweep& sweep, int at);
   void Fail(const Step& step, std::string what, Differences differences,
             std::vector<LoggedStatement> sent = {}) {
     failures_.push_back({step.number, std::move(what), std::move(differences), std::move(sent)});
   }
-  bool IsSkipped(const Step& step) const { return step.needs_clock && !roads_.FixesClock(); }
+  bool IsSkipped(const Step& step) const { return step.needs_clock && !backend_.FixesClock(); }
   void SkipForClock(int step) {
     if (skipped_ != nullptr) skipped_->for_clock.push_back(NeedsClockText(scenario_, step));
   }
-  void SkipForObstacle(const std::string& what, const std::string& obstacle) {
-    const std::string line = scenario_.file + ": " + what + ": " + obstacle;
-    if (skipped_ != nullptr) skipped_->for_obstacle.push_back(line);
+  void SkipRest(const std::string& what, const std::string& reason) {
+    const std::string line = scenario_.file + ": " + what + ": " + reason;
+    if (skipped_ != nullptr) skipped_->cut_short.push_back(line);
   }
 
   const Scenario& scenario_;
-  Roads& roads_;
+  Backend& backend_;
   Skipped* skipped_;
   const RunObserver& observer_;
   std::vector<StepFailure> failures_;
 };
 
 std::vector<StepFailure> Run::All() {
-  if (scenario_.needs_clock && !roads_.FixesClock()) {
+  if (scenario_.needs_clock && !backend_.FixesClock()) {
     SkipForClock(0);
     return {};
   }
-  std::unique_ptr<Road> road;
+  std::unique_ptr<BackendSession> session;
   try {
-    road = OpenRoad(scenario_, roads_);
+    session = OpenSession(scenario_, backend_);
   } catch (const AutomationError& error) {
     return {StepFailure{0, "the start state", {ShowError(error)}, {}}};
   }
-  if (observer_.opened) observer_.opened(*road);
+  if (observer_.opened) observer_.opened(*session);
   for (const Step& step : scenario_.steps) {
     if (IsSkipped(step)) {
       SkipForClock(step.number);
@@ -166,33 +166,33 @@ std::vector<StepFailure> Run::All() {
     }
     try {
       const size_t before = failures_.size();
-      RunStep(*road, step);
-      if (const std::string obstacle = road->Obstacle(); !obstacle.empty()) {
-        SkipForObstacle("from step " + std::to_string(step.number) + " on", obstacle);
+      RunStep(*session, step);
+      if (const std::string reason = session->SkipReason(); !reason.empty()) {
+        SkipRest("from step " + std::to_string(step.number) + " on", reason);
         failures_.resize(before);
         return std::move(failures_);
       }
-      // The sweeps ended this road.
-      if (!step.sweeps.empty() && !roads_.KeepsRoadsApart()) {
-        road = RoadBefore(scenario_, step.number + 1, roads_, roads_.FixesClock());
+      // The sweeps ended this session.
+      if (!step.sweeps.empty() && !backend_.KeepsSessionsApart()) {
+        session = SessionBefore(scenario_, step.number + 1, backend_, backend_.FixesClock());
       }
     } catch (const JsonError& error) {
       throw ScenarioError(scenario_.file + ": step " + std::to_string(step.number) +
                           ", key \"args\": " + error.what());
     }
   }
-  if (observer_.ended) observer_.ended(*road);
+  if (observer_.ended) observer_.ended(*session);
   return std::move(failures_);
 }
 
-void Run::RunStep(Road& road, const Step& step) {
+void Run::RunStep(BackendSession& session, const Step& step) {
   if (!step.IsCall()) {
-    Differences differences = RunQuery(road, step);
+    Differences differences = RunQuery(session, step);
     if (!differences.empty()) Fail(step, "query " + step.query, std::move(differences));
     return;
   }
   if (observer_.calling) observer_.calling(step);
-  CallOutcome outcome = CallStep(road, step, step.fail);
+  CallOutcome outcome = CallStep(session, step, step.fail);
   if (observer_.called) observer_.called(step, outcome);
   Differences differences = StepDifferences(step, outcome);
   const int sent = static_cast<int>(outcome.sent.size());
@@ -228,18 +228,18 @@ void Run::RunSweeps(const Step& step, int statements) {
 }
 
 void Run::RunSweep(const Step& step, const Sweep& sweep, int at) {
-  const auto road = RoadBefore(scenario_, step.number, roads_, roads_.FixesClock());
-  CallOutcome outcome = CallStep(*road, step, InjectedFailure{at, sweep.failure});
+  const auto session = SessionBefore(scenario_, step.number, backend_, backend_.FixesClock());
+  CallOutcome outcome = CallStep(*session, step, InjectedFailure{at, sweep.failure});
   Differences differences;
   CompareOutcome(*step.method, sweep.expect, sweep.error, outcome, differences);
   for (const Step& query : sweep.then) {
     if (IsSkipped(query)) continue;
-    for (const std::string& difference : RunQuery(*road, query)) {
+    for (const std::string& difference : RunQuery(*session, query)) {
       differences.push_back(query.query + ": " + difference);
     }
   }
-  if (const std::string obstacle = road->Obstacle(); !obstacle.empty()) {
-    return SkipForObstacle("sweep of step " + std::to_string(step.number), obstacle);
+  if (const std::string reason = session->SkipReason(); !reason.empty()) {
+    return SkipRest("sweep of step " + std::to_string(step.number), reason);
   }
   if (differences.empty()) return;
   Fail(step, "sweep of " + NameOf(step) + ", statement " + std::to_string(at) + " failing",
@@ -275,25 +275,26 @@ std::string FailureText(const Scenario& scenario, const StepFailure& failure) {
 
 }  // namespace
 
-CallOutcome CallStep(Road& road, const Step& step, const std::optional<InjectedFailure>& failure) {
+CallOutcome CallStep(BackendSession& session, const Step& step,
+                     const std::optional<InjectedFailure>& failure) {
   CallOutcome outcome;
   outcome.arguments =
-      MakeArguments({road.host(), road.dsn(), road.connection()}, *step.method, step.args);
-  if (step.tape) road.Play(*step.tape, failure);
-  road.StartLog(failure);
+      MakeArguments({session.host(), session.dsn(), session.connection()}, *step.method, step.args);
+  if (step.tape) session.Play(*step.tape, failure);
+  session.StartLog(failure);
   try {
-    outcome.result = road.Call(*step.cls, *step.method, outcome.arguments);
+    outcome.result = session.Call(*step.cls, *step.method, outcome.arguments);
   } catch (const AutomationError& error) {
     outcome.error = error;
   }
-  outcome.sent = road.TakeLog();
-  outcome.off_tape = road.TakeComplaints();
+  outcome.sent = session.TakeLog();
+  outcome.off_tape = session.TakeComplaints();
   return outcome;
 }
 
-QueryOutcome QueryStep(Road& road, const Step& step) {
+QueryOutcome QueryStep(BackendSession& session, const Step& step) {
   try {
-    return {road.connection()->Execute(step.query), std::nullopt};
+    return {session.connection()->Execute(step.query), std::nullopt};
   } catch (const AutomationError& error) {
     return {nullptr, error};
   }
@@ -314,23 +315,24 @@ std::vector<std::string> StepDifferences(const Step& step, const CallOutcome& ou
   return differences;
 }
 
-std::vector<StepFailure> RunScenario(const Scenario& scenario, Roads& roads, Skipped* skipped,
+std::vector<StepFailure> RunScenario(const Scenario& scenario, Backend& backend, Skipped* skipped,
                                      const RunObserver& observer) {
-  return Run(scenario, roads, skipped, observer).All();
+  return Run(scenario, backend, skipped, observer).All();
 }
 
-std::unique_ptr<Road> RoadBefore(const Scenario& scenario, int number, Roads& roads, bool fixed) {
-  auto road = OpenRoad(scenario, roads);
+std::unique_ptr<BackendSession> SessionBefore(const Scenario& scenario, int number,
+                                              Backend& backend, bool fixed) {
+  auto session = OpenSession(scenario, backend);
   for (const Step& earlier : scenario.steps) {
     if (earlier.number >= number) break;
     if (earlier.needs_clock && !fixed) continue;
     if (earlier.IsCall()) {
-      CallStep(*road, earlier, earlier.fail);
+      CallStep(*session, earlier, earlier.fail);
     } else {
-      RunQuery(*road, earlier);
+      RunQuery(*session, earlier);
     }
   }
-  return road;
+  return session;
 }
 
 const Sweep* SweepFor(const Step& step, int at) {

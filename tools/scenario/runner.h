@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "scenario/road.h"
+#include "scenario/backend.h"
 #include "scenario/scenario.h"
 
 namespace tavcc {
@@ -27,14 +27,15 @@ struct CallOutcome {
   std::vector<LoggedStatement> sent;
   std::vector<std::string> off_tape;  // what it asked that is not on its tape, or left unasked
 };
-CallOutcome CallStep(Road& road, const Step& step, const std::optional<InjectedFailure>& failure);
+CallOutcome CallStep(BackendSession& session, const Step& step,
+                     const std::optional<InjectedFailure>& failure);
 
 // What a query came to: its rows, or its error.
 struct QueryOutcome {
   RecordsetPtr rows;
   std::optional<AutomationError> error;
 };
-QueryOutcome QueryStep(Road& road, const Step& step);
+QueryOutcome QueryStep(BackendSession& session, const Step& step);
 
 // Adds a line for each difference between what a call came to and what is expected of its result
 // and arguments, by name, and of its error; without an expected one, none is. What was not on its
@@ -48,28 +49,29 @@ std::vector<std::string> StepDifferences(const Step& step, const CallOutcome& ou
 
 // What of a scenario was left out, a line for each.
 struct Skipped {
-  std::vector<std::string> for_clock;     // steps that need a clock that stands still
-  std::vector<std::string> for_obstacle;  // the rest of a scenario behind an obstacle, or a sweep
+  std::vector<std::string> for_clock;  // steps that need a clock that stands still
+  std::vector<std::string> cut_short;  // rests of scenarios that could not go on, and sweeps
 };
 
 // Who watches a run: what the scenario's own steps do, not what its sweeps repeat. Each may be
 // null.
 struct RunObserver {
-  std::function<void(Road&)> opened = nullptr;         // a road in the start state
-  std::function<void(const Step&)> calling = nullptr;  // what is a call
+  std::function<void(BackendSession&)> opened = nullptr;  // a session in the start state
+  std::function<void(const Step&)> calling = nullptr;     // what is a call
   std::function<void(const Step&, const CallOutcome&)> called = nullptr;
-  std::function<void(Road&)> ended = nullptr;  // the last step was taken
+  std::function<void(BackendSession&)> ended = nullptr;  // the last step was taken
 };
 
 // Runs the scenario to its end. The steps that came out otherwise than expected; none when all came
-// as expected. A step that needs the clock is left out where the roads do not fix it, and the rest
-// of a scenario that meets an obstacle; `skipped`, where given, is told of each.
-std::vector<StepFailure> RunScenario(const Scenario& scenario, Roads& roads,
+// as expected. A step that needs the clock is left out where the backend does not fix it, and the
+// rest of a scenario that cannot go on; `skipped`, where given, is told of each.
+std::vector<StepFailure> RunScenario(const Scenario& scenario, Backend& backend,
                                      Skipped* skipped = nullptr, const RunObserver& observer = {});
 
-// A fresh road on which the steps before `number` were taken, those that need the clock only where
-// it is `fixed`. Errors: those of Open.
-std::unique_ptr<Road> RoadBefore(const Scenario& scenario, int number, Roads& roads, bool fixed);
+// A fresh session on which the steps before `number` were taken, those that need the clock only
+// where it is `fixed`. Errors: those of Open.
+std::unique_ptr<BackendSession> SessionBefore(const Scenario& scenario, int number,
+                                              Backend& backend, bool fixed);
 
 // The sweep of the step that its statement `at` is for; null when there is none.
 const Sweep* SweepFor(const Step& step, int at);

@@ -1,5 +1,5 @@
 // A tape: the statements that a call sent, in order, each with what the database answered. A step
-// that has one is replayed without a database (tape_road.h).
+// that has one is replayed without a database (tape_session.h).
 //
 //   {"sql": "Select …", "columns": ["FID", "FQty"], "rows": [[7, {"decimal": "1.50"}]]}
 //   {"sql": "Update …"}

@@ -16,7 +16,7 @@
 #include "foundation/plug_in.h"
 #include "host/erp.h"
 #include "registry/class_registry.h"
-#include "scenario/embedded_roads.h"
+#include "scenario/embedded_backend.h"
 #include "tavcc/command.h"
 
 namespace tavcc {

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "language/language.h"
-#include "scenario/embedded_roads.h"
+#include "scenario/embedded_backend.h"
 #include "scenario/runner.h"
 #include "scenario/values.h"
 #include "tavcc/answer.h"
@@ -36,7 +36,7 @@ std::string FirstDifference(const StepFailure& failure) {
 // What is written runs. A case whose failure lies beside its statements, as a lost connection does,
 // or whose rule looks into a masked value, cannot be kept.
 void RequireReplay(const std::string& file, const std::string& text) {
-  const auto failures = RunScenario(ParseScenario(file, text), *MakeEmbeddedRoads());
+  const auto failures = RunScenario(ParseScenario(file, text), *MakeEmbeddedBackend());
   if (failures.empty()) return;
   throw CommandError(Say("{} is not written, since it would not replay: {}", file,
                          FirstDifference(failures.front())));

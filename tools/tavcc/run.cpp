@@ -14,11 +14,11 @@
 #include "language/language.h"
 #include "odbc/odbc.h"
 #include "scenario/accept.h"
-#include "scenario/compare_roads.h"
-#include "scenario/embedded_roads.h"
+#include "scenario/compare_backends.h"
+#include "scenario/embedded_backend.h"
 #include "scenario/known_differences.h"
-#include "scenario/own_database_roads.h"
-#include "scenario/prepared_roads.h"
+#include "scenario/own_database_backend.h"
+#include "scenario/prepared_backend.h"
 #include "scenario/runner.h"
 #include "scenario/scenario.h"
 #include "tavcc/command.h"
@@ -37,10 +37,10 @@ namespace {
 
 // What one thread runs scenarios on.
 struct Workplace {
-  std::unique_ptr<CallWatch> calls;  // null unless a page is to tell of them
-  std::unique_ptr<Roads> embedded;   // null unless compared with
-  std::unique_ptr<Roads> roads;
-  std::unique_ptr<Roads> own;  // null where none was asked for
+  std::unique_ptr<CallWatch> calls;   // null unless a page is to tell of them
+  std::unique_ptr<Backend> embedded;  // null unless compared with
+  std::unique_ptr<Backend> backend;
+  std::unique_ptr<Backend> own;  // null where none was asked for
 };
 
 class ScenarioRun {
@@ -85,16 +85,16 @@ class ScenarioRun {
       place.calls = std::make_unique<CallWatch>(trace, 0);
       trace = place.calls->observer();
     }
-    if (options_.compare) place.embedded = MakeEmbeddedRoads();
+    if (options_.compare) place.embedded = MakeEmbeddedBackend();
     if (!server_) {
-      place.roads = MakeEmbeddedRoads(trace);
+      place.backend = MakeEmbeddedBackend(trace);
       return place;
     }
     const std::string dsn = MaskPassword(server_->connection_string);
     const auto open = [odbc = *server_](std::string_view) { return OpenOdbc(odbc); };
-    place.roads = MakePreparedRoads(OnSqlServer(dsn, open, ReopenOdbc), trace);
+    place.backend = MakePreparedBackend(OnSqlServer(dsn, open, ReopenOdbc), trace);
     if (options_.own_database) {
-      place.own = MakeOwnDatabaseRoads({dsn, open, ReopenOdbc, NewName()}, trace);
+      place.own = MakeOwnDatabaseBackend({dsn, open, ReopenOdbc, NewName()}, trace);
     }
     return place;
   }
@@ -105,7 +105,7 @@ class ScenarioRun {
 
   bool IsWanted(const std::string& file) const;
   ScenarioOutcome RunFile(const std::string& file, const Workplace& place);
-  void Tell(const Scenario& scenario, Roads& roads, const Workplace& place, Skipped& skipped,
+  void Tell(const Scenario& scenario, Backend& backend, const Workplace& place, Skipped& skipped,
             ScenarioOutcome& outcome);
   std::vector<ScenarioOutcome> RunFiles(const std::vector<std::string>& files);
   void TellOfFailure(const ScenarioOutcome& outcome) const;
@@ -138,17 +138,18 @@ bool ScenarioRun::IsWanted(const std::string& file) const {
          LowerCase(NameOf(file)).find(wanted) != std::string::npos;
 }
 
-void ScenarioRun::Tell(const Scenario& scenario, Roads& roads, const Workplace& place,
+void ScenarioRun::Tell(const Scenario& scenario, Backend& backend, const Workplace& place,
                        Skipped& skipped, ScenarioOutcome& outcome) {
   if (options_.compare) {
     outcome.failure = DescribeDifferences(
-        scenario, CompareRoads(scenario, *place.embedded, roads, &skipped), known_);
+        scenario, CompareBackends(scenario, *place.embedded, backend, &skipped), known_);
     return;
   }
   std::optional<ScenarioWatch> watch;
   if (place.calls != nullptr) watch.emplace(scenario, *place.calls, outcome);
   outcome.failure = DescribeFailures(
-      scenario, RunScenario(scenario, roads, &skipped, watch ? watch->observer() : RunObserver()));
+      scenario,
+      RunScenario(scenario, backend, &skipped, watch ? watch->observer() : RunObserver()));
 }
 
 ScenarioOutcome ScenarioRun::RunFile(const std::string& file, const Workplace& place) {
@@ -160,12 +161,12 @@ ScenarioOutcome ScenarioRun::RunFile(const std::string& file, const Workplace& p
     const Scenario scenario = LoadScenario(file);
     outcome.name = scenario.name;
     Skipped skipped;
-    Tell(scenario, *place.roads, place, skipped, outcome);
-    if (place.own != nullptr && !skipped.for_obstacle.empty()) {
+    Tell(scenario, *place.backend, place, skipped, outcome);
+    if (place.own != nullptr && !skipped.cut_short.empty()) {
       skipped = {};
       Tell(scenario, *place.own, place, skipped, outcome);
     }
-    for (const auto* lines : {&skipped.for_clock, &skipped.for_obstacle}) {
+    for (const auto* lines : {&skipped.for_clock, &skipped.cut_short}) {
       outcome.skipped.insert(outcome.skipped.end(), lines->begin(), lines->end());
     }
   } catch (const ScenarioError& error) {
@@ -223,7 +224,7 @@ void ScenarioRun::Accept(std::vector<ScenarioOutcome>& outcomes) {
     const std::string before = ReadTextFile(outcome.file);
     Acceptance acceptance;
     try {
-      acceptance = AcceptScenario(outcome.file, before, *place.roads);
+      acceptance = AcceptScenario(outcome.file, before, *place.backend);
     } catch (const ScenarioError&) {
       continue;  // told with the failures
     }

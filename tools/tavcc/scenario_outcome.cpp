@@ -55,20 +55,20 @@ ScenarioWatch::ScenarioWatch(const Scenario& scenario, CallWatch& calls, Scenari
 // A database that cannot be asked for its stock changes nothing of the scenario.
 RunObserver ScenarioWatch::observer() {
   return {.opened =
-              [this](Road& road) {
+              [this](BackendSession& session) {
                 if (!has_database_) return;
                 try {
-                  stock_.emplace(*road.connection(), StockRows(""));
+                  stock_.emplace(*session.connection(), StockRows(""));
                 } catch (const AutomationError&) {
                 }
               },
           .calling = [this](const Step&) { calls_.Begin(); },
           .called = [this](const Step& step, const CallOutcome& call) { Called(step, call); },
           .ended =
-              [this](Road& road) {
+              [this](BackendSession& session) {
                 if (!stock_) return;
                 try {
-                  outcome_.stock = stock_->Changes(*road.connection());
+                  outcome_.stock = stock_->Changes(*session.connection());
                 } catch (const AutomationError&) {
                 }
               }};

@@ -37,7 +37,7 @@ struct ScenarioOutcome {
 // Watches a scenario while it runs, and tells the outcome of it.
 class ScenarioWatch {
  public:
-  // `calls` watches what the roads of the run send.
+  // `calls` watches what the backend of the run send.
   ScenarioWatch(const Scenario& scenario, CallWatch& calls, ScenarioOutcome& outcome);
   RunObserver observer();
 

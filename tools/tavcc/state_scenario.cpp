@@ -10,8 +10,8 @@
 #include "foundation/text.h"
 #include "host/schema.h"
 #include "language/language.h"
-#include "scenario/embedded_roads.h"
-#include "scenario/prepared_roads.h"
+#include "scenario/embedded_backend.h"
+#include "scenario/prepared_backend.h"
 #include "scenario/runner.h"
 #include "scenario/values.h"
 #include "tavcc/bills.h"
@@ -105,7 +105,7 @@ class StateBuilder {
   StateBuilder(const Recording& recording, const std::vector<TouchedTable>& tables)
       : recording_(recording),
         tables_(tables),
-        roads_(MakePreparedRoads(TrialDatabase(recording.now, tables), kSeeingAll)) {
+        backend_(MakePreparedBackend(TrialDatabase(recording.now, tables), kSeeingAll)) {
     Erp scratch{sql::OpenOptions{}};
     scratch.RunScript(SchemaScript());
     for (size_t i = 0; i < tables.size(); ++i) {
@@ -139,7 +139,7 @@ class StateBuilder {
 
   const Recording& recording_;
   const std::vector<TouchedTable>& tables_;
-  std::unique_ptr<Roads> roads_;
+  std::unique_ptr<Backend> backend_;
   std::vector<StateRow> rows_;
   int tries_ = 0;
 };
@@ -226,10 +226,10 @@ std::set<std::string> StateBuilder::Contents(Connection& connection) const {
 StateBuilder::Trial StateBuilder::Try(const std::vector<StateRow>& rows) const {
   const Scenario scenario = ParseScenario("the case", Show(ScenarioWith(rows)));
   Trial trial;
-  const auto road = roads_->Open(scenario.start);
-  const std::set<std::string> before = Contents(*road->connection());
+  const auto session = backend_->Open(scenario.start);
+  const std::set<std::string> before = Contents(*session->connection());
   for (const Step& step : scenario.steps) {
-    const CallOutcome outcome = CallStep(*road, step, std::nullopt);
+    const CallOutcome outcome = CallStep(*session, step, std::nullopt);
     for (const std::string& difference : StepDifferences(step, outcome)) {
       if (trial.failures.empty())
         trial.failures = fmt::format("step {}: {}", step.number, difference);
@@ -242,11 +242,11 @@ StateBuilder::Trial StateBuilder::Try(const std::vector<StateRow>& rows) const {
       }
     }
   }
-  const std::set<std::string> after = Contents(*road->connection());
+  const std::set<std::string> after = Contents(*session->connection());
   std::vector<std::string> changes;
   std::ranges::set_symmetric_difference(before, after, std::back_inserter(changes));
   for (const std::string& change : changes) trial.effects += change + "\n";
-  trial.is_whole = road->Obstacle().empty();
+  trial.is_whole = session->SkipReason().empty();
   return trial;
 }
 
@@ -271,14 +271,14 @@ void StateBuilder::LeaveOutRows(const Trial& whole) {
 bool StateBuilder::NeedsClock(Json scenario) const {
   scenario["now"] = "2043-08-09 11:12:13";
   const Scenario later = ParseScenario("the case", Show(scenario));
-  return !RunScenario(later, *MakeEmbeddedRoads()).empty();
+  return !RunScenario(later, *MakeEmbeddedBackend()).empty();
 }
 
 Json StateBuilder::Build() {
   Trial whole = Try(rows_);
   if (!whole.is_whole || !whole.failures.empty()) {
     // An error of the case may have ended the transaction: each try gets a database of its own.
-    roads_ = MakeEmbeddedRoads(kSeeingAll);
+    backend_ = MakeEmbeddedBackend(kSeeingAll);
     whole = Try(rows_);
   }
   if (!whole.failures.empty()) {

@@ -1,4 +1,4 @@
-// The road that calls the classes through COM: late-bound calls of the registered automation
+// The session that calls the classes through COM: late-bound calls of the registered automation
 // server, host components and ADO-shaped objects served from this process, the embedded database
 // beneath.
 #pragma once
@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "automation/border/platform.h"
-#include "scenario/road.h"
+#include "scenario/backend.h"
 
 namespace tavcc {
 
@@ -36,7 +36,7 @@ Value CallLateBound(IDispatch& object, const Method& method, std::vector<Value>&
 // it let go of what it keeps for this thread.
 bool ServerIsIdle();
 
-// A road lets the server forget what it keeps for the thread when it ends.
-std::unique_ptr<Roads> MakeComRoads();
+// A session lets the server forget what it keeps for the thread when it ends.
+std::unique_ptr<Backend> MakeComBackend();
 
 }  // namespace tavcc

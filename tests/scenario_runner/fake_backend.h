@@ -1,4 +1,4 @@
-// Roads over a database of three bills that a few lines of C++ play, so that the runner is tested
+// A backend of a database of three bills that a few lines of C++ play, so that the runner is tested
 // without a database underneath it.
 #pragma once
 
@@ -12,7 +12,7 @@
 #include "host/answer_rows.h"
 #include "host/fake_session.h"
 #include "host/reference_host.h"
-#include "scenario/road.h"
+#include "scenario/backend.h"
 #include "scenario/start_state.h"
 
 namespace tavcc::testing {
@@ -47,9 +47,9 @@ class BillSession {
   std::map<int32_t, int32_t> status_ = {{1, 0}, {2, 1}, {3, 2}};
 };
 
-class FakeRoad final : public Road {
+class FakeBackendSession final : public BackendSession {
  public:
-  explicit FakeRoad(const StartState& start)
+  explicit FakeBackendSession(const StartState& start)
       : host_([this](std::string_view) { return NewSession(); }, nullptr, &log_) {
     ApplyStartState(start, host_, *connection());
   }
@@ -84,11 +84,11 @@ class FakeRoad final : public Road {
   ReferenceHost host_;
 };
 
-class FakeRoads final : public Roads {
+class FakeBackend final : public Backend {
  public:
-  std::unique_ptr<Road> Open(const StartState& start) override {
+  std::unique_ptr<BackendSession> Open(const StartState& start) override {
     ++opened;
-    return std::make_unique<FakeRoad>(start);
+    return std::make_unique<FakeBackendSession>(start);
   }
 
   int opened = 0;

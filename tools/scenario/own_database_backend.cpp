@@ -1,4 +1,4 @@
-#include "scenario/own_database_roads.h"
+#include "scenario/own_database_backend.h"
 
 #include <utility>
 
@@ -12,31 +12,31 @@ namespace {
 
 constexpr std::string_view kLeave = "USE master";
 
-class OwnDatabaseRoad final : public ErpRoad {
+class OwnDatabaseSession final : public ErpSession {
  public:
-  OwnDatabaseRoad(const StartState& start, const ConnectionPtr& session, const std::string& use,
-                  const DatabaseServer& server, StatementObserver observer)
-      : ErpRoad(std::make_unique<Erp>(
-                    server.dsn, [=](std::string_view) { return session; },
-                    [use, reopen = server.reopen](Connection& closed) {
-                      reopen(closed);
-                      closed.Execute(use);
-                    }),
-                std::move(observer)) {
+  OwnDatabaseSession(const StartState& start, const ConnectionPtr& session, const std::string& use,
+                     const DatabaseServer& server, StatementObserver observer)
+      : ErpSession(std::make_unique<Erp>(
+                       server.dsn, [=](std::string_view) { return session; },
+                       [use, reopen = server.reopen](Connection& closed) {
+                         reopen(closed);
+                         closed.Execute(use);
+                       }),
+                   std::move(observer)) {
     erp().RunScript(SchemaScript());
     erp().RunScript(BaseScript());
     ApplyStartState(start, erp().host(), *erp().connection());
   }
 };
 
-class OwnDatabaseRoads final : public Roads {
+class OwnDatabaseBackend final : public Backend {
  public:
-  OwnDatabaseRoads(DatabaseServer server, StatementObserver observer)
+  OwnDatabaseBackend(DatabaseServer server, StatementObserver observer)
       : server_(std::move(server)),
         use_(Cat("USE [", server_.new_database, "]")),
         observer_(std::move(observer)) {}
 
-  ~OwnDatabaseRoads() override {
+  ~OwnDatabaseBackend() override {
     try {
       Drop();
     } catch (const AutomationError&) {
@@ -44,16 +44,16 @@ class OwnDatabaseRoads final : public Roads {
     }
   }
 
-  std::unique_ptr<Road> Open(const StartState& start) override {
+  std::unique_ptr<BackendSession> Open(const StartState& start) override {
     Drop();
     if (session_ == nullptr) session_ = server_.open(server_.dsn);
     session_->Execute(Cat("CREATE DATABASE [", server_.new_database, "]"));
     made_ = true;
     session_->Execute(use_);
-    return std::make_unique<OwnDatabaseRoad>(start, session_, use_, server_, observer_);
+    return std::make_unique<OwnDatabaseSession>(start, session_, use_, server_, observer_);
   }
   bool FixesClock() const override { return false; }
-  bool KeepsRoadsApart() const override { return false; }
+  bool KeepsSessionsApart() const override { return false; }
   StatementObserver observer() const override { return observer_; }
 
  private:
@@ -79,8 +79,8 @@ class OwnDatabaseRoads final : public Roads {
 
 }  // namespace
 
-std::unique_ptr<Roads> MakeOwnDatabaseRoads(DatabaseServer server, StatementObserver observer) {
-  return std::make_unique<OwnDatabaseRoads>(std::move(server), std::move(observer));
+std::unique_ptr<Backend> MakeOwnDatabaseBackend(DatabaseServer server, StatementObserver observer) {
+  return std::make_unique<OwnDatabaseBackend>(std::move(server), std::move(observer));
 }
 
 }  // namespace tavcc

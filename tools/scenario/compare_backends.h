@@ -1,4 +1,4 @@
-// The same scenario on two roads, step by step: what one answers, the other should.
+// The same scenario on two backends, step by step: what one answers, the other should.
 //
 // Nothing that the scenario expects counts here. Sources of errors are not compared: each database
 // has its own name. Sweeps are compared as the steps are, with each of their statements failing.
@@ -7,22 +7,22 @@
 #include <string>
 #include <vector>
 
-#include "scenario/road.h"
+#include "scenario/backend.h"
 #include "scenario/runner.h"
 
 namespace tavcc {
 
-struct RoadDifference {
+struct BackendDifference {
   int step = 0;  // 0 is the start state
   // "rows: …", "columns: …", "result: …", "error: …", "statement 2: …": the first, the second; with
   // "statement 3 failing, " before it where a sweep made that statement fail.
   std::string text;
 };
 
-// Steps that need the clock are left out where one of the roads does not fix it; `skipped`, where
-// given, is told of what is left out. The comparison ends at the first road's or the second's
-// obstacle.
-std::vector<RoadDifference> CompareRoads(const Scenario& scenario, Roads& first, Roads& second,
-                                         Skipped* skipped = nullptr);
+// Steps that need the clock are left out where one of the backends does not fix it; `skipped`,
+// where given, is told of what is left out. The comparison ends where one of the sessions cannot go
+// on.
+std::vector<BackendDifference> CompareBackends(const Scenario& scenario, Backend& first,
+                                               Backend& second, Skipped* skipped = nullptr);
 
 }  // namespace tavcc

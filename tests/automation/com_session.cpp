@@ -1,4 +1,4 @@
-#include "automation/com_road.h"
+#include "automation/com_session.h"
 
 #include <array>
 #include <atomic>
@@ -40,14 +40,14 @@ ComPtr<IDispatch> Create(std::string_view class_name) {
   return object;
 }
 
-class ComRoad final : public Road {
+class ComSession final : public BackendSession {
  public:
-  explicit ComRoad(const StartState& start) : erp_(Options(start)) {
+  explicit ComSession(const StartState& start) : erp_(Options(start)) {
     erp_.RunScript(SchemaScript());
     erp_.RunScript(BaseScript());
     ApplyStartState(start, erp_.host(), *erp_.connection());
   }
-  ~ComRoad() override {
+  ~ComSession() override {
     objects_.clear();
     ServerIsIdle();
     host_automation::Publish(nullptr);
@@ -60,7 +60,7 @@ class ComRoad final : public Road {
 
   Value Call(const ClassDescription& cls, const Method& method,
              std::vector<Value>& arguments) override {
-    // A sweep opens further roads beside this one: each call is served by its own host.
+    // A sweep opens further sessions beside this one: each call is served by its own host.
     host_automation::SetThreadHost(&erp_.host());
     host_automation::Publish(erp_.host().settings().published);
     auto& object = objects_[&cls];
@@ -89,10 +89,10 @@ class ComRoad final : public Road {
   std::map<const ClassDescription*, ComPtr<IDispatch>> objects_;
 };
 
-class ComRoads final : public Roads {
+class ComBackend final : public Backend {
  public:
-  std::unique_ptr<Road> Open(const StartState& start) override {
-    return std::make_unique<ComRoad>(start);
+  std::unique_ptr<BackendSession> Open(const StartState& start) override {
+    return std::make_unique<ComSession>(start);
   }
 };
 
@@ -178,8 +178,8 @@ bool ServerIsIdle() {
   return can_unload() == S_OK;
 }
 
-std::unique_ptr<Roads> MakeComRoads() {
-  return std::make_unique<ComRoads>();
+std::unique_ptr<Backend> MakeComBackend() {
+  return std::make_unique<ComBackend>();
 }
 
 }  // namespace tavcc

@@ -1,4 +1,4 @@
-#include "scenario/compare_roads.h"
+#include "scenario/compare_backends.h"
 
 #include <algorithm>
 #include <optional>
@@ -40,7 +40,7 @@ std::string ColumnsText(const Recordset& rows) {
 class Answers {
  public:
   // `place` leads each difference.
-  Answers(int step, std::string place, std::vector<RoadDifference>& differences)
+  Answers(int step, std::string place, std::vector<BackendDifference>& differences)
       : step_(step), place_(std::move(place)), differences_(differences) {}
 
   void Calls(const Method& method, const CallOutcome& first, const CallOutcome& second) {
@@ -56,7 +56,7 @@ class Answers {
     }
   }
 
-  void Queries(const std::string& query, Road& first, Road& second) {
+  void Queries(const std::string& query, BackendSession& first, BackendSession& second) {
     std::optional<AutomationError> errors[2];
     const Value rows[] = {Ask(first, query, errors[0]), Ask(second, query, errors[1])};
     Texts("error", ErrorText(errors[0]), ErrorText(errors[1]));
@@ -69,9 +69,10 @@ class Answers {
   }
 
  private:
-  static Value Ask(Road& road, const std::string& query, std::optional<AutomationError>& error) {
+  static Value Ask(BackendSession& session, const std::string& query,
+                   std::optional<AutomationError>& error) {
     try {
-      return road.connection()->Execute(query);
+      return session.connection()->Execute(query);
     } catch (const AutomationError& raised) {
       error = raised;
       return Null{};
@@ -92,52 +93,53 @@ class Answers {
 
   const int step_;
   const std::string place_;
-  std::vector<RoadDifference>& differences_;
+  std::vector<BackendDifference>& differences_;
 };
 
-class RoadComparison {
+class BackendComparison {
  public:
-  RoadComparison(const Scenario& scenario, Roads& first, Roads& second, Skipped* skipped)
+  BackendComparison(const Scenario& scenario, Backend& first, Backend& second, Skipped* skipped)
       : scenario_(scenario),
         first_(first),
         second_(second),
         clock_(first.FixesClock() && second.FixesClock()),
         skipped_(skipped) {}
 
-  std::vector<RoadDifference> All();
+  std::vector<BackendDifference> All();
 
  private:
-  // Two roads before a step; false where one cannot be opened, which is a difference of its own.
-  bool OpenRoads(int step);
-  // How many statements the step sent on the first road.
+  // Opens both sessions before a step; false where one cannot be opened, which is a difference of
+  // its own.
+  bool OpenSessions(int step);
+  // How many statements the step sent on the first session.
   int CompareStep(const Step& step);
   void CompareSweep(const Step& step, const Sweep& sweep, int at);
-  // Forgets the differences since `before`, and tells, where a road has an obstacle.
-  bool MeetsObstacle(size_t before, const std::string& what);
+  // Forgets the differences since `before`, and tells, where a session cannot go on.
+  bool SkipsRest(size_t before, const std::string& what);
   bool IsSkipped(const Step& step) const { return step.needs_clock && !clock_; }
   void SkipForClock(int step) {
     if (skipped_ != nullptr) skipped_->for_clock.push_back(NeedsClockText(scenario_, step));
   }
 
   const Scenario& scenario_;
-  Roads& first_;
-  Roads& second_;
+  Backend& first_;
+  Backend& second_;
   const bool clock_;
   Skipped* const skipped_;
-  std::unique_ptr<Road> road_, other_;
-  std::vector<RoadDifference> differences_;
+  std::unique_ptr<BackendSession> session_, other_;
+  std::vector<BackendDifference> differences_;
 };
 
-std::vector<RoadDifference> RoadComparison::All() {
+std::vector<BackendDifference> BackendComparison::All() {
   if (scenario_.needs_clock && !clock_) {
     SkipForClock(0);
     return {};
   }
   if (scenario_.IsTape()) {
-    if (skipped_ != nullptr) skipped_->for_obstacle.push_back(scenario_.file + kNothingToCompare);
+    if (skipped_ != nullptr) skipped_->cut_short.push_back(scenario_.file + kNothingToCompare);
     return {};
   }
-  if (!OpenRoads(1)) return differences_;
+  if (!OpenSessions(1)) return differences_;
   for (const Step& step : scenario_.steps) {
     if (IsSkipped(step)) {
       SkipForClock(step.number);
@@ -145,70 +147,70 @@ std::vector<RoadDifference> RoadComparison::All() {
     }
     const size_t before = differences_.size();
     const int statements = CompareStep(step);
-    if (MeetsObstacle(before, "from step " + std::to_string(step.number) + " on")) break;
+    if (SkipsRest(before, "from step " + std::to_string(step.number) + " on")) break;
     for (int at = 1; at <= statements; ++at) {
       if (const Sweep* sweep = SweepFor(step, at)) CompareSweep(step, *sweep, at);
     }
-    // The sweeps took the roads.
-    if (!step.sweeps.empty() && !OpenRoads(step.number + 1)) break;
+    // The sweeps took the sessions.
+    if (!step.sweeps.empty() && !OpenSessions(step.number + 1)) break;
   }
   return differences_;
 }
 
-bool RoadComparison::OpenRoads(int step) {
-  const auto open = [&](Roads& roads, std::unique_ptr<Road>& road) -> std::string {
+bool BackendComparison::OpenSessions(int step) {
+  const auto open = [&](Backend& backend, std::unique_ptr<BackendSession>& session) -> std::string {
     try {
-      road = nullptr;
-      road = RoadBefore(scenario_, step, roads, clock_);
+      session = nullptr;
+      session = SessionBefore(scenario_, step, backend, clock_);
       return "none";
     } catch (const AutomationError& raised) {
       return ErrorText(raised);
     }
   };
-  const std::string error = open(first_, road_);
+  const std::string error = open(first_, session_);
   Answers(0, "", differences_).Texts("start", error, open(second_, other_));
-  return road_ != nullptr && other_ != nullptr;
+  return session_ != nullptr && other_ != nullptr;
 }
 
-int RoadComparison::CompareStep(const Step& step) {
+int BackendComparison::CompareStep(const Step& step) {
   Answers answers(step.number, "", differences_);
   if (!step.IsCall()) {
-    answers.Queries(step.query, *road_, *other_);
+    answers.Queries(step.query, *session_, *other_);
     return 0;
   }
-  const CallOutcome outcome = CallStep(*road_, step, step.fail);
+  const CallOutcome outcome = CallStep(*session_, step, step.fail);
   answers.Calls(*step.method, outcome, CallStep(*other_, step, step.fail));
   return static_cast<int>(outcome.sent.size());
 }
 
-void RoadComparison::CompareSweep(const Step& step, const Sweep& sweep, int at) {
-  if (!OpenRoads(step.number)) return;
+void BackendComparison::CompareSweep(const Step& step, const Sweep& sweep, int at) {
+  if (!OpenSessions(step.number)) return;
   const size_t before = differences_.size();
   const std::string place = "statement " + std::to_string(at) + " failing, ";
   Answers answers(step.number, place, differences_);
   const InjectedFailure failure{at, sweep.failure};
-  const CallOutcome outcome = CallStep(*road_, step, failure);
+  const CallOutcome outcome = CallStep(*session_, step, failure);
   answers.Calls(*step.method, outcome, CallStep(*other_, step, failure));
   for (const Step& query : sweep.then) {
-    if (!IsSkipped(query)) answers.Queries(query.query, *road_, *other_);
+    if (!IsSkipped(query)) answers.Queries(query.query, *session_, *other_);
   }
-  MeetsObstacle(before, "sweep of step " + std::to_string(step.number));
+  SkipsRest(before, "sweep of step " + std::to_string(step.number));
 }
 
-bool RoadComparison::MeetsObstacle(size_t before, const std::string& what) {
-  const std::string obstacle = road_->Obstacle() + other_->Obstacle();
-  if (obstacle.empty()) return false;
+bool BackendComparison::SkipsRest(size_t before, const std::string& what) {
+  const std::string reason = session_->SkipReason() + other_->SkipReason();
+  if (reason.empty()) return false;
   differences_.resize(before);
-  const std::string line = scenario_.file + ": " + what + ": " + obstacle;
-  if (skipped_ != nullptr) skipped_->for_obstacle.push_back(line);
+  const std::string line = scenario_.file + ": " + what + ": " + reason;
+  if (skipped_ != nullptr) skipped_->cut_short.push_back(line);
   return true;
 }
 
 }  // namespace
 
-std::vector<RoadDifference> CompareRoads(const Scenario& scenario, Roads& first, Roads& second,
-                                         Skipped* skipped) {
-  return RoadComparison(scenario, first, second, skipped).All();
+std::vector<BackendDifference> CompareBackends(const Scenario& scenario, Backend& first,
+                                               Backend& second, Skipped* skipped) {
+  return BackendComparison(scenario, first, second, skipped).All();
 }
 
 }  // namespace tavcc

@@ -1,4 +1,4 @@
-#include "scenario/prepared_roads.h"
+#include "scenario/prepared_backend.h"
 
 #include <algorithm>
 #include <cctype>
@@ -46,7 +46,7 @@ std::set<std::string> TemporaryNames(std::string_view sql) {
   return names;
 }
 
-// The session of all roads, as one of them sees it.
+// The one session at the server, as a session of the backend sees it.
 class ScenarioSession final : public ConnectionWrapper {
  public:
   using ConnectionWrapper::ConnectionWrapper;
@@ -76,7 +76,7 @@ class ScenarioSession final : public ConnectionWrapper {
           Cat("IF OBJECT_ID('tempdb..", name, "') IS NOT NULL DROP TABLE [", name, "]"));
     }
   }
-  const std::string& obstacle() const { return obstacle_; }
+  const std::string& skip_reason() const { return skip_reason_; }
 
  private:
   template <class Run>
@@ -96,58 +96,58 @@ class ScenarioSession final : public ConnectionWrapper {
 
   void KeepInTransaction() {
     if (inner().State() == kStateClosed) {
-      obstacle_ = "the connection was lost";
+      skip_reason_ = "the connection was lost";
       return;
     }
     if (inner().Execute(kTransactions)->Field(0) != Value(int32_t{0})) return;
     inner().Execute(kBegin);
-    obstacle_ = "an error of the server ended the transaction in which the scenario runs";
+    skip_reason_ = "an error of the server ended the transaction in which the scenario runs";
   }
 
   bool closed_ = false;
   // Of the temporary tables that may be there. A server need not list them.
   std::set<std::string> temporary_;
-  std::string obstacle_;
+  std::string skip_reason_;
   std::vector<ConnectionError> errors_;
 };
 
-class PreparedRoad final : public ErpRoad {
+class PreparedSession final : public ErpSession {
  public:
-  PreparedRoad(const StartState& start, std::shared_ptr<ScenarioSession> session,
-               const std::string& dsn, StatementObserver observer)
-      : ErpRoad(std::make_unique<Erp>(
-                    dsn, [=](std::string_view) { return session; },
-                    [=](Connection&) { session->Reopen(); }),
-                std::move(observer)),
+  PreparedSession(const StartState& start, std::shared_ptr<ScenarioSession> session,
+                  const std::string& dsn, StatementObserver observer)
+      : ErpSession(std::make_unique<Erp>(
+                       dsn, [=](std::string_view) { return session; },
+                       [=](Connection&) { session->Reopen(); }),
+                   std::move(observer)),
         session_(session) {
     ApplyStartState(start, erp().host(), *erp().connection());
   }
 
-  std::string Obstacle() const override { return session_->obstacle(); }
+  std::string SkipReason() const override { return session_->skip_reason(); }
 
  private:
   const std::shared_ptr<ScenarioSession> session_;
 };
 
-class PreparedRoads final : public Roads {
+class PreparedBackend final : public Backend {
  public:
-  PreparedRoads(PreparedDatabase database, StatementObserver observer)
+  PreparedBackend(PreparedDatabase database, StatementObserver observer)
       : database_(std::move(database)), observer_(std::move(observer)) {}
 
-  // One road at a time: the next one rolls back what the last one did.
-  std::unique_ptr<Road> Open(const StartState& start) override {
+  // One session at a time: the next one rolls back what the last one did.
+  std::unique_ptr<BackendSession> Open(const StartState& start) override {
     RequireSession();
     session_->Execute(kRollback);
     session_->Execute(kBegin);
     if (!database_.at_start.empty()) session_->Execute(database_.at_start);
-    return std::make_unique<PreparedRoad>(start, std::make_shared<ScenarioSession>(session_),
-                                          database_.dsn, observer_);
+    return std::make_unique<PreparedSession>(start, std::make_shared<ScenarioSession>(session_),
+                                             database_.dsn, observer_);
   }
   bool FixesClock() const override { return false; }
-  bool KeepsRoadsApart() const override { return false; }
+  bool KeepsSessionsApart() const override { return false; }
   StatementObserver observer() const override { return observer_; }
 
-  ~PreparedRoads() override {
+  ~PreparedBackend() override {
     // What is not rolled back here goes with the session.
     try {
       if (session_ != nullptr) session_->Execute(kRollback);
@@ -179,8 +179,9 @@ PreparedDatabase OnSqlServer(std::string dsn, ConnectionOpener open, ConnectionR
   return {std::move(dsn), std::move(open), std::move(reopen), kResetIdentities};
 }
 
-std::unique_ptr<Roads> MakePreparedRoads(PreparedDatabase database, StatementObserver observer) {
-  return std::make_unique<PreparedRoads>(std::move(database), std::move(observer));
+std::unique_ptr<Backend> MakePreparedBackend(PreparedDatabase database,
+                                             StatementObserver observer) {
+  return std::make_unique<PreparedBackend>(std::move(database), std::move(observer));
 }
 
 }  // namespace tavcc

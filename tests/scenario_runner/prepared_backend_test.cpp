@@ -1,6 +1,6 @@
 // All scenarios as a server runs them: on one prepared database, each in a transaction that is
 // rolled back, and with a clock that nobody set.
-#include "scenario/prepared_roads.h"
+#include "scenario/prepared_backend.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -24,10 +24,10 @@ std::vector<std::string> AllScenarios() {
   return ScenarioFiles({(SourceDir() / "tests/scenarios").string()});
 }
 
-void ExpectAllPass(Roads& roads, Skipped& skipped) {
+void ExpectAllPass(Backend& backend, Skipped& skipped) {
   for (const std::string& file : AllScenarios()) {
     const Scenario scenario = LoadScenario(file);
-    const auto failures = RunScenario(scenario, roads, &skipped);
+    const auto failures = RunScenario(scenario, backend, &skipped);
     if (!failures.empty()) ADD_FAILURE() << DescribeFailures(scenario, failures);
   }
 }
@@ -52,18 +52,18 @@ class Prepared {
   std::shared_ptr<sql::Database> database_;
 };
 
-TEST(PreparedRoads, RunEveryScenarioAndLeaveNothingBehind) {
+TEST(PreparedBackend, RunEveryScenarioAndLeaveNothingBehind) {
   Prepared prepared;
   Skipped skipped;
   {
-    const auto roads = MakePreparedRoads(prepared.Access());
-    ExpectAllPass(*roads, skipped);
+    const auto backend = MakePreparedBackend(prepared.Access());
+    ExpectAllPass(*backend, skipped);
   }
   EXPECT_GT(skipped.for_clock.size(), 0u);
   EXPECT_LT(skipped.for_clock.size(), AllScenarios().size() / 10)
       << "marks are for what needs the clock";
   // Errors like those of conversion end the transaction, here as on the server.
-  EXPECT_LT(skipped.for_obstacle.size(), AllScenarios().size() / 50);
+  EXPECT_LT(skipped.cut_short.size(), AllScenarios().size() / 50);
   const auto session = prepared.database().NewSession();
   for (const char* table : {"T_CC_StockBill", "T_CC_ZZCX", "t_Organization", "T_CC_Inventory"}) {
     EXPECT_EQ(session->Execute(std::string("select count(*) from ") + table)->Field(0),
@@ -72,25 +72,25 @@ TEST(PreparedRoads, RunEveryScenarioAndLeaveNothingBehind) {
   }
 }
 
-TEST(PreparedRoads, RefuseADatabaseWithBills) {
+TEST(PreparedBackend, RefuseADatabaseWithBills) {
   Prepared prepared;
   prepared.database().RunScript("insert into T_CC_StockBill(FID) values(1)");
-  const auto roads = MakePreparedRoads(prepared.Access());
-  EXPECT_THROW(roads->Open(StartState()), AutomationError);
+  const auto backend = MakePreparedBackend(prepared.Access());
+  EXPECT_THROW(backend->Open(StartState()), AutomationError);
 }
 
-TEST(PreparedRoads, AnErrorThatEndsTheTransactionIsAnObstacle) {
+TEST(PreparedBackend, AnErrorThatEndsTheTransactionSkipsTheRest) {
   Prepared prepared;
-  const auto roads = MakePreparedRoads(prepared.Access());
-  const auto road = roads->Open(StartState());
-  EXPECT_THROW(road->connection()->Execute("select * from NoTable"), AutomationError);
-  EXPECT_EQ(road->Obstacle(), "");
-  EXPECT_THROW(road->connection()->Execute("rollback transaction select * from NoTable"),
+  const auto backend = MakePreparedBackend(prepared.Access());
+  const auto session = backend->Open(StartState());
+  EXPECT_THROW(session->connection()->Execute("select * from NoTable"), AutomationError);
+  EXPECT_EQ(session->SkipReason(), "");
+  EXPECT_THROW(session->connection()->Execute("rollback transaction select * from NoTable"),
                AutomationError);
-  EXPECT_THAT(road->Obstacle(), ::testing::HasSubstr("ended the transaction"));
-  road->connection()->Execute("insert into T_CC_StockBill(FID) values(1)");
+  EXPECT_THAT(session->SkipReason(), ::testing::HasSubstr("ended the transaction"));
+  session->connection()->Execute("insert into T_CC_StockBill(FID) values(1)");
   EXPECT_TRUE(
-      roads->Open(StartState())->connection()->Execute("select * from T_CC_StockBill")->AtEnd());
+      backend->Open(StartState())->connection()->Execute("select * from T_CC_StockBill")->AtEnd());
 }
 
 }  // namespace

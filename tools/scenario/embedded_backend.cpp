@@ -1,4 +1,4 @@
-#include "scenario/embedded_roads.h"
+#include "scenario/embedded_backend.h"
 
 #include <utility>
 
@@ -8,12 +8,12 @@
 namespace tavcc {
 namespace {
 
-class EmbeddedRoads final : public Roads {
+class EmbeddedBackend final : public Backend {
  public:
-  explicit EmbeddedRoads(StatementObserver observer) : observer_(std::move(observer)) {}
+  explicit EmbeddedBackend(StatementObserver observer) : observer_(std::move(observer)) {}
 
-  std::unique_ptr<Road> Open(const StartState& start) override {
-    return std::make_unique<ErpRoad>(MakeEmbeddedErp(start), observer_);
+  std::unique_ptr<BackendSession> Open(const StartState& start) override {
+    return std::make_unique<ErpSession>(MakeEmbeddedErp(start), observer_);
   }
   StatementObserver observer() const override { return observer_; }
 
@@ -33,8 +33,8 @@ std::unique_ptr<Erp> MakeEmbeddedErp(const StartState& start) {
   return erp;
 }
 
-std::unique_ptr<Roads> MakeEmbeddedRoads(StatementObserver observer) {
-  return std::make_unique<EmbeddedRoads>(std::move(observer));
+std::unique_ptr<Backend> MakeEmbeddedBackend(StatementObserver observer) {
+  return std::make_unique<EmbeddedBackend>(std::move(observer));
 }
 
 }  // namespace tavcc

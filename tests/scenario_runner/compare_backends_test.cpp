@@ -1,10 +1,10 @@
-// Comparing two roads: what is a difference, and which are known.
-#include "scenario/compare_roads.h"
+// Comparing two backends: what is a difference, and which are known.
+#include "scenario/compare_backends.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "scenario/embedded_roads.h"
+#include "scenario/embedded_backend.h"
 #include "scenario/known_differences.h"
 
 namespace tavcc {
@@ -13,14 +13,15 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-// Roads whose database starts with one more statement.
-class ChangedRoads final : public Roads {
+// A backend whose databases start with one more statement.
+class ChangedBackend final : public Backend {
  public:
-  explicit ChangedRoads(std::string sql) : sql_(std::move(sql)), roads_(MakeEmbeddedRoads()) {}
-  std::unique_ptr<Road> Open(const StartState& start) override {
+  explicit ChangedBackend(std::string sql)
+      : sql_(std::move(sql)), backend_(MakeEmbeddedBackend()) {}
+  std::unique_ptr<BackendSession> Open(const StartState& start) override {
     StartState changed = start;
     changed.sql.push_back(sql_);
-    return roads_->Open(changed);
+    return backend_->Open(changed);
   }
   bool FixesClock() const override { return fixes_clock; }
 
@@ -28,7 +29,7 @@ class ChangedRoads final : public Roads {
 
  private:
   const std::string sql_;
-  const std::unique_ptr<Roads> roads_;
+  const std::unique_ptr<Backend> backend_;
 };
 
 Scenario AuditOfOneBill() {
@@ -39,16 +40,16 @@ Scenario AuditOfOneBill() {
       {"needs_clock": true, "query": "select FCheckDate from T_CC_ZZCX"}]})json");
 }
 
-TEST(CompareRoads, TheSameIsNoDifference) {
-  const auto first = MakeEmbeddedRoads();
-  const auto second = MakeEmbeddedRoads();
-  EXPECT_THAT(CompareRoads(AuditOfOneBill(), *first, *second), IsEmpty());
+TEST(CompareBackends, TheSameIsNoDifference) {
+  const auto first = MakeEmbeddedBackend();
+  const auto second = MakeEmbeddedBackend();
+  EXPECT_THAT(CompareBackends(AuditOfOneBill(), *first, *second), IsEmpty());
 }
 
-TEST(CompareRoads, NamesResultMessageStatementsAndRows) {
-  const auto first = MakeEmbeddedRoads();
-  ChangedRoads second("update T_CC_ZZCX set FVoucherID=7");
-  const auto differences = CompareRoads(AuditOfOneBill(), *first, second);
+TEST(CompareBackends, NamesResultMessageStatementsAndRows) {
+  const auto first = MakeEmbeddedBackend();
+  ChangedBackend second("update T_CC_ZZCX set FVoucherID=7");
+  const auto differences = CompareBackends(AuditOfOneBill(), *first, second);
   ASSERT_EQ(differences.size(), 5u);
   EXPECT_EQ(differences[0].text, "result: true / false");
   EXPECT_THAT(differences[1].text, HasSubstr("strReturnMsg: \"\" / \"该单据已生成凭证"));
@@ -59,58 +60,58 @@ TEST(CompareRoads, NamesResultMessageStatementsAndRows) {
   EXPECT_EQ(differences[4].text, R"(rows: [[{"date":"2026-03-15 10:00:00"}]] / [[null]])");
 }
 
-TEST(CompareRoads, WhatNeedsTheClockIsLeftOutWhereItRuns) {
-  const auto first = MakeEmbeddedRoads();
-  ChangedRoads second("update T_CC_ZZCX set FVoucherID=7");
+TEST(CompareBackends, WhatNeedsTheClockIsLeftOutWhereItRuns) {
+  const auto first = MakeEmbeddedBackend();
+  ChangedBackend second("update T_CC_ZZCX set FVoucherID=7");
   second.fixes_clock = false;
   Skipped skipped;
-  EXPECT_EQ(CompareRoads(AuditOfOneBill(), *first, second, &skipped).size(), 4u);
+  EXPECT_EQ(CompareBackends(AuditOfOneBill(), *first, second, &skipped).size(), 4u);
   ASSERT_EQ(skipped.for_clock.size(), 1u);
   EXPECT_THAT(skipped.for_clock[0], HasSubstr("step 3"));
 }
 
-TEST(CompareRoads, AStartThatFailsIsADifference) {
-  const auto first = MakeEmbeddedRoads();
-  ChangedRoads second("update NoTable set A=1");
-  const auto differences = CompareRoads(AuditOfOneBill(), *first, second);
+TEST(CompareBackends, AStartThatFailsIsADifference) {
+  const auto first = MakeEmbeddedBackend();
+  ChangedBackend second("update NoTable set A=1");
+  const auto differences = CompareBackends(AuditOfOneBill(), *first, second);
   ASSERT_EQ(differences.size(), 1u);
   EXPECT_EQ(differences[0].step, 0);
   EXPECT_THAT(differences[0].text, HasSubstr("208"));
 }
 
-TEST(CompareRoads, NamesColumnsThatAreCalledOtherwise) {
+TEST(CompareBackends, NamesColumnsThatAreCalledOtherwise) {
   const Scenario scenario = ParseScenario("folder/names.json", R"json({
     "name": "names", "steps": [{"query": "select * from #t"}]})json");
-  ChangedRoads first("select 1 as A into #t");
-  ChangedRoads second("select 1 as B into #t");
-  const auto differences = CompareRoads(scenario, first, second);
+  ChangedBackend first("select 1 as A into #t");
+  ChangedBackend second("select 1 as B into #t");
+  const auto differences = CompareBackends(scenario, first, second);
   ASSERT_EQ(differences.size(), 1u);
   EXPECT_EQ(differences[0].text, R"(columns of rows: ["A"] / ["B"])");
 }
 
-TEST(CompareRoads, MomentsAreComparedToTheMillisecond) {
+TEST(CompareBackends, MomentsAreComparedToTheMillisecond) {
   const Scenario scenario = ParseScenario("folder/moments.json", R"json({
     "name": "moments", "steps": [{"query": "select * from #t"}]})json");
-  ChangedRoads first("select cast('2026-03-15 00:00:00.003' as datetime) as A into #t");
-  ChangedRoads second("select cast('2026-03-15 00:00:00.007' as datetime) as A into #t");
-  const auto differences = CompareRoads(scenario, first, second);
+  ChangedBackend first("select cast('2026-03-15 00:00:00.003' as datetime) as A into #t");
+  ChangedBackend second("select cast('2026-03-15 00:00:00.007' as datetime) as A into #t");
+  const auto differences = CompareBackends(scenario, first, second);
   ASSERT_EQ(differences.size(), 1u);
   EXPECT_EQ(
       differences[0].text,
       R"(rows: [[{"date":"2026-03-15 00:00:00.003"}]] / [[{"date":"2026-03-15 00:00:00.007"}]])");
 }
 
-TEST(CompareRoads, SweepsAreComparedWithEachStatementFailing) {
+TEST(CompareBackends, SweepsAreComparedWithEachStatementFailing) {
   const Scenario scenario = ParseScenario("folder/sweep.json", R"json({
     "name": "sweep", "sql": ["insert into T_CC_ZZCX(FID) values(1)"], "steps": [
       {"call": "cls_CX.AuditBill", "args": {"lngFID": 1, "lngUserID": 2},
        "sweep": {"then": [{"query": "select FID from T_CC_ZZCX where FStatus=0"}]}},
       {"query": "select a.FID from T_CC_ZZCX a, T_CC_ZZCX b where b.FStatus=1"}]})json");
-  const auto first = MakeEmbeddedRoads();
-  const auto same = MakeEmbeddedRoads();
-  EXPECT_THAT(CompareRoads(scenario, *first, *same), IsEmpty());
-  ChangedRoads second("insert into T_CC_ZZCX(FID) values(9)");
-  const auto differences = CompareRoads(scenario, *first, second);
+  const auto first = MakeEmbeddedBackend();
+  const auto same = MakeEmbeddedBackend();
+  EXPECT_THAT(CompareBackends(scenario, *first, *same), IsEmpty());
+  ChangedBackend second("insert into T_CC_ZZCX(FID) values(9)");
+  const auto differences = CompareBackends(scenario, *first, second);
   ASSERT_EQ(differences.size(), 3u);
   EXPECT_EQ(differences[0].text, "statement 1 failing, rows: [[1]] / [[1],[9]]");
   EXPECT_EQ(differences[1].text, "statement 2 failing, rows: [[1]] / [[1],[9]]");

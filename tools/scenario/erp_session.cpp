@@ -1,26 +1,26 @@
-#include "scenario/erp_road.h"
+#include "scenario/erp_session.h"
 
 #include <utility>
 
 namespace tavcc {
 
-ErpRoad::ErpRoad(std::unique_ptr<Erp> erp, StatementObserver observer)
+ErpSession::ErpSession(std::unique_ptr<Erp> erp, StatementObserver observer)
     : erp_(std::move(erp)), observer_(std::move(observer)) {}
 
-Value ErpRoad::Call(const ClassDescription& cls, const Method& method,
-                    std::vector<Value>& arguments) {
+Value ErpSession::Call(const ClassDescription& cls, const Method& method,
+                       std::vector<Value>& arguments) {
   auto& object = objects_[&cls];
   if (object == nullptr) object = std::make_unique<PlugIn>(erp_->host());
   return Invoke(cls, method, *object, arguments);
 }
 
-void ErpRoad::StartLog(const std::optional<InjectedFailure>& failure) {
+void ErpSession::StartLog(const std::optional<InjectedFailure>& failure) {
   erp_->log().Clear();
   erp_->log().SetObserver(observer_);
   if (failure) erp_->log().FailAt(failure->at, failure->fault);
 }
 
-std::vector<LoggedStatement> ErpRoad::TakeLog() {
+std::vector<LoggedStatement> ErpSession::TakeLog() {
   auto statements = erp_->log().statements();
   erp_->log().Clear();
   erp_->log().SetObserver({});

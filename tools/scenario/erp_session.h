@@ -1,4 +1,4 @@
-// A road over an ERP database with the reference host: calls go straight to the classes.
+// A session over an ERP database with the reference host: calls go straight to the classes.
 #pragma once
 
 #include <map>
@@ -8,14 +8,14 @@
 
 #include "foundation/plug_in.h"
 #include "host/erp.h"
-#include "scenario/road.h"
+#include "scenario/backend.h"
 
 namespace tavcc {
 
-class ErpRoad : public Road {
+class ErpSession : public BackendSession {
  public:
   // `observer` sees each statement that a call sends.
-  ErpRoad(std::unique_ptr<Erp> erp, StatementObserver observer);
+  ErpSession(std::unique_ptr<Erp> erp, StatementObserver observer);
 
   Host& host() override { return erp_->host(); }
   std::string dsn() override { return erp_->dsn(); }

@@ -1,4 +1,4 @@
-// Roads on which a test stands beside each call: all scenarios, for what holds of every method.
+// A backend on which a test stands beside each call: all scenarios, for what holds of every method.
 #pragma once
 
 #include <functional>
@@ -8,7 +8,7 @@
 
 #include "foundation/connection.h"
 #include "registry/class_registry.h"
-#include "scenario/road.h"
+#include "scenario/backend.h"
 
 namespace tavcc::testing {
 

@@ -1,37 +1,37 @@
-#include "host_calls/watched_roads.h"
+#include "host_calls/watched_backend.h"
 
 #include <gtest/gtest.h>
 
 #include <utility>
 
-#include "scenario/embedded_roads.h"
+#include "scenario/embedded_backend.h"
 #include "scenario/runner.h"
 #include "support/source_dir.h"
 
 namespace tavcc::testing {
 namespace {
 
-class WatchedRoad final : public ErpRoad {
+class WatchedSession final : public ErpSession {
  public:
-  WatchedRoad(std::unique_ptr<Erp> erp, const AroundCall& around)
-      : ErpRoad(std::move(erp), {}), around_(around) {}
+  WatchedSession(std::unique_ptr<Erp> erp, const AroundCall& around)
+      : ErpSession(std::move(erp), {}), around_(around) {}
 
   Value Call(const ClassDescription& cls, const Method& method,
              std::vector<Value>& arguments) override {
     return around_(cls, method, arguments, *erp().host().GetUnloggedConnection(erp().dsn()),
-                   [&](std::vector<Value>& given) { return ErpRoad::Call(cls, method, given); });
+                   [&](std::vector<Value>& given) { return ErpSession::Call(cls, method, given); });
   }
 
  private:
   const AroundCall& around_;
 };
 
-class WatchedRoads final : public Roads {
+class WatchedBackend final : public Backend {
  public:
-  explicit WatchedRoads(const AroundCall& around) : around_(around) {}
+  explicit WatchedBackend(const AroundCall& around) : around_(around) {}
 
-  std::unique_ptr<Road> Open(const StartState& start) override {
-    return std::make_unique<WatchedRoad>(MakeEmbeddedErp(start), around_);
+  std::unique_ptr<BackendSession> Open(const StartState& start) override {
+    return std::make_unique<WatchedSession>(MakeEmbeddedErp(start), around_);
   }
 
  private:
@@ -41,11 +41,11 @@ class WatchedRoads final : public Roads {
 }  // namespace
 
 void RunAllScenarios(const AroundCall& around) {
-  WatchedRoads roads(around);
+  WatchedBackend backend(around);
   for (const std::string& file : ScenarioFiles({(SourceDir() / "tests/scenarios").string()})) {
     Scenario scenario = LoadScenario(file);
     for (Step& step : scenario.steps) step.sweeps.clear();
-    const auto failures = RunScenario(scenario, roads);
+    const auto failures = RunScenario(scenario, backend);
     if (!failures.empty()) ADD_FAILURE() << DescribeFailures(scenario, failures);
   }
 }

@@ -1,10 +1,10 @@
-#include "scenario/tape_road.h"
+#include "scenario/tape_session.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "foundation/text.h"
-#include "scenario/erp_road.h"
+#include "scenario/erp_session.h"
 #include "scenario/runner.h"
 #include "scenario/start_state.h"
 #include "scenario/values.h"
@@ -128,10 +128,11 @@ class TapeConnection final : public Connection {
   bool open_ = true;
 };
 
-class TapeRoad final : public ErpRoad {
+class TapeSession final : public ErpSession {
  public:
-  TapeRoad(const StartState& start, StatementObserver observer, const std::shared_ptr<Deck>& deck)
-      : ErpRoad(
+  TapeSession(const StartState& start, StatementObserver observer,
+              const std::shared_ptr<Deck>& deck)
+      : ErpSession(
             std::make_unique<Erp>(
                 "tape", [=](std::string_view) { return std::make_shared<TapeConnection>(deck); },
                 [](Connection& closed) { dynamic_cast<TapeConnection&>(closed).Reopen(); }),
@@ -165,8 +166,9 @@ class TapeRoad final : public ErpRoad {
 
 }  // namespace
 
-std::unique_ptr<Road> MakeTapeRoad(const StartState& start, StatementObserver observer) {
-  return std::make_unique<TapeRoad>(start, std::move(observer), std::make_shared<Deck>());
+std::unique_ptr<BackendSession> MakeTapeSession(const StartState& start,
+                                                StatementObserver observer) {
+  return std::make_unique<TapeSession>(start, std::move(observer), std::make_shared<Deck>());
 }
 
 }  // namespace tavcc

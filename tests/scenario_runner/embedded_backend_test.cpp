@@ -1,5 +1,5 @@
 // The start state on the embedded database: what is there, and what a scenario changes of it.
-#include "scenario/embedded_roads.h"
+#include "scenario/embedded_backend.h"
 
 #include <gtest/gtest.h>
 
@@ -12,13 +12,13 @@ namespace {
 
 // What the scenario's first failing step tells; empty when it passes.
 std::string Told(const std::string& text) {
-  const auto roads = MakeEmbeddedRoads();
+  const auto backend = MakeEmbeddedBackend();
   const Scenario scenario = ParseScenario("f.json", text);
-  const auto failures = RunScenario(scenario, *roads);
+  const auto failures = RunScenario(scenario, *backend);
   return DescribeFailures(scenario, failures);
 }
 
-TEST(EmbeddedRoads, StartFromTheSchemaAndTheBaseRows) {
+TEST(EmbeddedBackend, StartFromTheSchemaAndTheBaseRows) {
   EXPECT_EQ(Told(R"json({"name": "n", "steps": [
     {"query": "select FCategory,FKey,FValue from t_SystemProfile order by FCategory,FKey",
      "rows": [["General", "SingleMan", "1"], ["IC", "CalculateType", "0"],
@@ -31,7 +31,7 @@ TEST(EmbeddedRoads, StartFromTheSchemaAndTheBaseRows) {
             "");
 }
 
-TEST(EmbeddedRoads, ApplyWhatTheScenarioChanges) {
+TEST(EmbeddedBackend, ApplyWhatTheScenarioChanges) {
   EXPECT_EQ(Told(R"json({"name": "n", "now": "2025-01-02 03:04:05",
     "profile": {"IC.UnderStock": "1", "IC.CalculateType": null, "IC.A.B": "it's"},
     "sql": ["insert into T_CC_ZZCX(FID) values(1)", "update T_CC_ZZCX set FNote=N'单'"],
@@ -43,15 +43,15 @@ TEST(EmbeddedRoads, ApplyWhatTheScenarioChanges) {
             "");
 }
 
-TEST(EmbeddedRoads, SetTheHost) {
+TEST(EmbeddedBackend, SetTheHost) {
   StartState start;
   start.user = 7;
   start.denied_rights = {1040005};
   start.published["IndustryType"] = 1;
   start.resources["CHS"]["a"] = "b";
-  const auto roads = MakeEmbeddedRoads();
-  const auto road = roads->Open(start);
-  Host& host = road->host();
+  const auto backend = MakeEmbeddedBackend();
+  const auto session = backend->Open(start);
+  Host& host = session->host();
   EXPECT_EQ(host.NewDbContext()->GetUserContext()->UserID(), 7);
   EXPECT_EQ(host.PublishedValues()->Item("IndustryType"), Value(1));
   const auto service = host.NewDataService();
@@ -63,28 +63,28 @@ TEST(EmbeddedRoads, SetTheHost) {
   loader->SetLanguageID("CHS");
   loader->SetResFileBaseName("texts");
   EXPECT_EQ(loader->LoadString("a"), "b");
-  EXPECT_EQ(roads->Open(StartState{})->host().PublishedValues(), nullptr);
+  EXPECT_EQ(backend->Open(StartState{})->host().PublishedValues(), nullptr);
 }
 
-TEST(EmbeddedRoads, AreEachADatabaseOfTheirOwn) {
-  const auto roads = MakeEmbeddedRoads();
-  const auto first = roads->Open(StartState{});
+TEST(EmbeddedBackend, AreEachADatabaseOfTheirOwn) {
+  const auto backend = MakeEmbeddedBackend();
+  const auto first = backend->Open(StartState{});
   first->connection()->Execute("insert into T_CC_ZZCX(FID) values(1)");
-  const auto second = roads->Open(StartState{});
+  const auto second = backend->Open(StartState{});
   EXPECT_EQ(JsonFromRows(*second->connection()->Execute("select count(*) from T_CC_ZZCX"),
                          RowForm::kArrays),
             ParseJson("[[0]]"));
 }
 
-TEST(EmbeddedRoads, ShowEachStatementOfACallToTheObserver) {
+TEST(EmbeddedBackend, ShowEachStatementOfACallToTheObserver) {
   std::vector<std::string> seen;
-  const auto roads =
-      MakeEmbeddedRoads({.sent = [&](const LoggedStatement& sent) { seen.push_back(sent.text); }});
+  const auto backend = MakeEmbeddedBackend(
+      {.sent = [&](const LoggedStatement& sent) { seen.push_back(sent.text); }});
   const Scenario scenario = ParseScenario("f.json", R"json({"name": "n", "steps": [
     {"query": "select 1"},
     {"call": "cls_CX.UnAuditBill", "args": {"lngFID": 5},
      "expect": {"result": false, "strReturnMsg": "该单据不存在！"}}]})json");
-  EXPECT_TRUE(RunScenario(scenario, *roads).empty());
+  EXPECT_TRUE(RunScenario(scenario, *backend).empty());
   EXPECT_EQ(seen, std::vector<std::string>{"Select FStatus,FVoucherID From T_CC_ZZCX where FID=5"});
 }
 

@@ -1,15 +1,16 @@
-// Roads over one database that was prepared beforehand: each is a transaction that is rolled back.
+// The backend of one database that was prepared beforehand: each session is a transaction that is
+// rolled back.
 //
 // This is how scenarios run on a server. The clock there runs. A connection that a rule closes
 // stays open underneath, since the scenario's start would go with it; its temporary tables go.
-// Where an error of the server ends the transaction, what the scenario did so far is gone: the road
-// then has an obstacle, and a new transaction keeps the database clean.
+// Where an error of the server ends the transaction, what the scenario did so far is gone: the
+// session then cannot go on, and a new transaction keeps the database clean.
 #pragma once
 
 #include <memory>
 #include <string>
 
-#include "scenario/erp_road.h"
+#include "scenario/erp_session.h"
 
 namespace tavcc {
 
@@ -17,7 +18,7 @@ struct PreparedDatabase {
   std::string dsn;  // its name for the rules
   ConnectionOpener open;
   ConnectionReopener reopen;
-  std::string at_start;  // a batch run at the start of each road
+  std::string at_start;  // a batch run at the start of each session
 };
 
 // The batch for SQL Server: identity columns start at 1 again.
@@ -25,7 +26,7 @@ PreparedDatabase OnSqlServer(std::string dsn, ConnectionOpener open, ConnectionR
 
 // The database holds the schema and the base rows and no bill. Errors of Open, beside the
 // database's: AutomationError 5 where it holds bills, and is then left as it is.
-std::unique_ptr<Roads> MakePreparedRoads(PreparedDatabase database,
-                                         StatementObserver observer = {});
+std::unique_ptr<Backend> MakePreparedBackend(PreparedDatabase database,
+                                             StatementObserver observer = {});
 
 }  // namespace tavcc
