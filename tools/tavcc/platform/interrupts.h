@@ -20,4 +20,7 @@ class InterruptWatch {
   const std::unique_ptr<State> state_;
 };
 
+// From now on Ctrl-C ends what asks for it, a watch or the line that is typed, and never the program.
+void OutliveInterrupts();
+
 }  // namespace tavcc

@@ -15,6 +15,7 @@
 #include "scenario/json.h"
 #include "scenario/scenario.h"
 #include "tavcc/output.h"
+#include "tavcc/platform/interrupts.h"
 #include "tavcc/platform/line_editor.h"
 #include "tavcc/sql/name_completion.h"
 #include "tavcc/sql/script_text.h"
@@ -256,6 +257,7 @@ bool IsWholeBatch(std::string_view text) {
 }
 
 Exit RunShell(BatchRunner& runner, ScriptVariables variables) {
+  OutliveInterrupts();
   return Shell(runner, std::move(variables)).Loop();
 }
 

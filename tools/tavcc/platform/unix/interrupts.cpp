@@ -58,4 +58,8 @@ InterruptWatch::~InterruptWatch() {
   state_->thread.join();
 }
 
+void OutliveInterrupts() {
+  std::signal(SIGINT, SIG_IGN);
+}
+
 }  // namespace tavcc

@@ -41,6 +41,7 @@ std::string PagerCommand() {
   close(input);
   close(other_end);
   std::signal(SIGPIPE, SIG_DFL);
+  std::signal(SIGINT, SIG_DFL);
   setenv("LESS", kLessOptions, /*overwrite=*/0);
   execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
   _exit(127);

@@ -38,4 +38,17 @@ InterruptWatch::~InterruptWatch() {
   State::current = nullptr;
 }
 
+namespace {
+
+BOOL WINAPI OutliveHandler(DWORD event) {
+  return event == CTRL_C_EVENT ? TRUE : FALSE;
+}
+
+}  // namespace
+
+void OutliveInterrupts() {
+  // Handlers that are set later are asked first.
+  SetConsoleCtrlHandler(OutliveHandler, TRUE);
+}
+
 }  // namespace tavcc
