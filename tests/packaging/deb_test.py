@@ -119,8 +119,7 @@ tavcc --version
 tavcc init --db /tmp/erp.db --sample
 tavcc call cls_CX.AuditBill --db /tmp/erp.db lngFID=121 lngUserID=7
 apt-get purge -y tavcc
-! command -v tavcc
-! find /usr -name '*tavcc*' | grep .
+if find /usr -name '*tavcc*' | grep .; then exit 1; fi
 echo nothing is left
 """
 
