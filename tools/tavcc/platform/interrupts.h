@@ -20,7 +20,8 @@ class InterruptWatch {
   const std::unique_ptr<State> state_;
 };
 
-// From now on Ctrl-C ends what asks for it, a watch or the line that is typed, and never the program.
+// From now on Ctrl-C ends what asks for it, a watch or the line that is typed, and never the
+// program.
 void OutliveInterrupts();
 
 }  // namespace tavcc
