@@ -13,10 +13,8 @@ constexpr char kLoginAck = '\xAD';
 constexpr char kRow = '\xD1';
 constexpr char kDone = '\xFD';
 
-constexpr char kIntN = '\x26';
 constexpr char kDecimalN = '\x6A';
 constexpr char kDateTimeN = '\x6F';
-constexpr char kNVarChar = '\xE7';
 
 constexpr char kDoneMore = 0x01;
 constexpr char kDoneError = 0x02;
@@ -34,15 +32,15 @@ std::string Counted(std::string_view text, int bytes) {
 std::string TypeInfo(const TdsColumn& column) {
   switch (column.type) {
     case TdsType::kInt:
-      return {kIntN, 4};
+      return {static_cast<char>(kIntN), 4};
     case TdsType::kDecimal:
       return {kDecimalN, 17, 38, static_cast<char>(column.scale)};
     case TdsType::kDateTime:
       return {kDateTimeN, 8};
     case TdsType::kText:
-      return kNVarChar + LittleEndian(8000, 2) + std::string(kCollation);
+      return static_cast<char>(kNVarChar) + LittleEndian(8000, 2) + std::string(kCollation);
     case TdsType::kLongText:
-      return kNVarChar + LittleEndian(0xFFFF, 2) + std::string(kCollation);
+      return static_cast<char>(kNVarChar) + LittleEndian(0xFFFF, 2) + std::string(kCollation);
   }
   return "";
 }

@@ -8,6 +8,10 @@
 
 namespace tavcc::testing {
 
+// Types of [MS-TDS], "Token Data Stream Definition", that answers and requests have.
+inline constexpr uint8_t kIntN = 0x26;
+inline constexpr uint8_t kNVarChar = 0xE7;
+
 enum class TdsType { kInt, kText, kLongText, kDecimal, kDateTime };
 
 struct TdsColumn {

@@ -75,7 +75,7 @@ std::string BatchText(std::string_view body) {
 // The value of a parameter as a batch writes it: texts and whole numbers, which is what catalog
 // functions take.
 std::string ParameterText(Request& request) {
-  constexpr size_t kNVarChar = 0xE7, kIntN = 0x26, kNullText = 0xFFFF;
+  constexpr size_t kNullText = 0xFFFF;
   const size_t type = request.Number(1);
   if (type == kIntN) {
     request.Number(1);
