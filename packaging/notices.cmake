@@ -4,7 +4,7 @@
 function(tavcc_notices out)
   set(notices "TavM_CC_PlugIns
 
-Copyright: the TavM_CC_PlugIns developers. All rights reserved.
+Copyright (C) 2026 the TavM_CC_PlugIns developers. All rights reserved.
 
 Libraries of others are compiled in. Their notices follow.
 ")
