@@ -79,7 +79,8 @@ size_t WritersOf(const TraceFolder& folder) {
     EXPECT_TRUE(lines.back().contains("result"));
     const std::string process = Show(lines.front()["process"]);
     const std::wstring part = L"-" + std::wstring(process.begin(), process.end()) + L"-";
-    EXPECT_EQ(file.find(part), std::wstring(L"trace-20260315-100000-000").size());
+    const size_t behind_the_time = std::wstring(L"trace-20260315-100000-000").size();
+    EXPECT_EQ(file.substr(behind_the_time, part.size()), part);
     writers.insert(process);
   }
   return writers.size();

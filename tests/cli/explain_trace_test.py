@@ -94,6 +94,15 @@ Gates:
   remedy  Nothing is left to do; to audit it again, un-audit it first.
 """)
 
+    def test_what_a_gate_loads_after_its_rows_does_not_decide(self):
+        load = {**SENT, "statement": 2, "sql": "Insert Into #t Select 1", "rows": None}
+        answer = self.explain(BEGIN, LADDER, SENT, load,
+                              {**REFUSED_GATE, "gate": "head: exists"}, ROWS, REFUSAL)
+        self.assertEqual(answer.returncode, REFUSED, answer.stderr)
+        self.assertIn(f"            statement {HEAD}\n", answer.stdout)
+        self.assertIn("            rows      FStatus  FVoucherID\n", answer.stdout)
+        self.assertNotIn("            statement Insert", answer.stdout)
+
     def test_a_call_that_passed(self):
         answer = self.explain(BEGIN, LADDER, SENT, EXISTS, ROWS, UPDATE, PASSED_END)
         self.assertEqual(answer.returncode, PASSED, answer.stderr)

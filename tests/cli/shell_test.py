@@ -18,6 +18,10 @@ ESCAPES = re.compile(r"\x1b\[[0-9;?]*[A-Za-z]|\x1b[=>]|[\x07\x0f\r]")
 PATIENCE = 60
 
 
+class NeverShown(AssertionError):
+    pass
+
+
 class Terminal:
     """A program at a terminal: what is typed to it, and what it shows."""
 
@@ -40,12 +44,23 @@ class Terminal:
             time.sleep(0.01)
         os.write(self.terminal, text.encode())
 
-    def wait(self, text):
-        """Reads until the text is shown, and returns all that was shown before and with it."""
+    def type_until(self, key, text):
+        """Presses the key again and again: what is typed when a signal comes is lost."""
         until = time.monotonic() + PATIENCE
+        while time.monotonic() < until:
+            self.type(key)
+            try:
+                return self.wait(text, patience=2)
+            except NeverShown:
+                continue
+        raise AssertionError(f"never shown: {text!r}; but {self.shown!r}")
+
+    def wait(self, text, patience=PATIENCE):
+        """Reads until the text is shown, and returns all that was shown before and with it."""
+        until = time.monotonic() + patience
         while text not in self.shown:
             if time.monotonic() > until:
-                raise AssertionError(f"never shown: {text!r}; but {self.shown!r}")
+                raise NeverShown(f"never shown: {text!r}; but {self.shown!r}")
             ready, _, _ = select.select([self.terminal], [], [], 1)
             if ready:
                 try:
@@ -276,9 +291,7 @@ class Pager(ShellCase):
         terminal.type(self.LONG)
         terminal.wait("\n:")
         terminal.type("\x03")
-        time.sleep(0.5)  # with the signal goes what was typed and not yet read
-        terminal.type(" ")
-        terminal.wait("row 40\n")
+        terminal.type_until(" ", "row 40\n")
         terminal.type("q")
         self.still_works(terminal)
 

@@ -121,9 +121,7 @@ class TokenizedText {
     if (token + 2 * (parts.size() - 1) >= tokens_.size()) return false;
     for (size_t i = 0; i < parts.size(); ++i, token += 2) {
       if (i > 0 && !Is(token - 1, ".")) return false;
-      if (IsText(tokens_[token]) || !EqualsIgnoringCase(NameOf(tokens_[token]), parts[i])) {
-        return false;
-      }
+      if (!EqualsIgnoringCase(NameOf(tokens_[token]), parts[i])) return false;
     }
     return true;
   }

@@ -1,6 +1,7 @@
 #include "tavcc/platform/line_editor.h"
 
 #include <histedit.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,33 +23,44 @@ namespace {
 constexpr int kMostLines = 2000;  // of the history
 
 volatile std::sig_atomic_t interrupted = 0;
+sigset_t signals_while_waiting;  // that are blocked while a byte is waited for
 
-// SIGINT ends the line while this lives.
+// SIGINT ends the line while this lives. It is blocked but where a byte is waited for: one that
+// comes just before is not lost.
 class LineInterrupt {
  public:
   LineInterrupt() {
     interrupted = 0;
+    sigset_t mine;
+    sigemptyset(&mine);
+    sigaddset(&mine, SIGINT);
+    pthread_sigmask(SIG_BLOCK, &mine, &blocked_earlier_);
+    signals_while_waiting = blocked_earlier_;
+    sigdelset(&signals_while_waiting, SIGINT);
     struct sigaction action = {};
     action.sa_handler = [](int) { interrupted = 1; };
     sigaction(SIGINT, &action, &earlier_);
   }
   LineInterrupt(const LineInterrupt&) = delete;
   LineInterrupt& operator=(const LineInterrupt&) = delete;
-  ~LineInterrupt() { sigaction(SIGINT, &earlier_, nullptr); }
+  ~LineInterrupt() {
+    sigaction(SIGINT, &earlier_, nullptr);
+    pthread_sigmask(SIG_SETMASK, &blocked_earlier_, nullptr);
+  }
 
  private:
   struct sigaction earlier_ = {};
+  sigset_t blocked_earlier_ = {};
 };
 
 // The next byte of the terminal; -1 at its end, and after Ctrl-C.
 int ReadByte() {
-  unsigned char byte = 0;
-  for (;;) {
-    const ssize_t got = read(STDIN_FILENO, &byte, 1);
-    if (got == 1) return byte;
-    if (got < 0 && errno == EINTR && interrupted == 0) continue;
-    return -1;
+  pollfd terminal = {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
+  while (ppoll(&terminal, 1, nullptr, &signals_while_waiting) < 0) {
+    if (errno != EINTR || interrupted != 0) return -1;
   }
+  unsigned char byte = 0;
+  return read(STDIN_FILENO, &byte, 1) == 1 ? byte : -1;
 }
 
 // The next character, UTF-8 whatever the locale: the library's own way gives up the whole shell
