@@ -27,8 +27,7 @@ struct Dialect {
   void Run(const std::string& sql) const { connection->Execute(sql); }
 };
 
-// ---- Inventory posting
-// ----------------------------------------------------------------------------
+// ---- Inventory posting ----
 
 std::string ReadFile(const std::string& name) {
   std::ifstream file(tavcc::SourceDir() / name, std::ios::binary);
@@ -144,8 +143,7 @@ void ApplyNeighbours(benchmark::State& state) {
 }
 BENCHMARK(ApplyNeighbours)->Arg(10)->Arg(1'000)->Arg(100'000)->Unit(benchmark::kMicrosecond);
 
-// ---- The negative-stock query, and one whole bill
-// -------------------------------------------------
+// ---- The negative-stock query, and one whole bill ----
 
 constexpr char kNegativeStock[] =
     "SELECT M1.FNUMBER,M1.FNAME,M1.FMODEL,M1.Ftrack,S1.FNAME AS STOCKNAME,\r\n"

@@ -1,5 +1,6 @@
 #include "audit/head_status.h"
 
+#include "foundation/bill_kinds.h"
 #include "foundation/text.h"
 
 namespace tavcc {
@@ -23,10 +24,9 @@ std::string_view HeadTable(int32_t class_type) {
   }
 }
 
-// A purchase of goods that were booked at an estimate: the reversed estimates share its state.
+// The reversed estimates share the state of the purchase.
 bool TakesEstimatesAlong(const AuditedBill& bill) {
-  constexpr int32_t kPurchaseOfEstimated = 2013;
-  return bill.class_type == kPurchaseBill && bill.bill_type == kPurchaseOfEstimated;
+  return bill.class_type == kPurchaseBill && bill.bill_type == bill_types::kPurchaseOfEstimated;
 }
 
 }  // namespace

@@ -52,7 +52,6 @@ struct Posting {
 constexpr int32_t kPurchaseReturn[] = {2012};
 constexpr int32_t kReversedEstimate[] = {2031, 2032};
 constexpr int32_t kSalesAtCost[] = {3001, 3010};
-constexpr int32_t kSalesReturns[] = {3002, 3004, 3011};
 
 using namespace class_type;
 using enum Movement;
@@ -68,10 +67,10 @@ constexpr Posting kPostings[] = {
     {kOtherReceipt, bill_types::kValueOnly, kNone, {}},
     {kOtherReceipt, {}, kIn, kReceived},
     {kSalesBill, kSalesAtCost, kOut, kIssuedAtCost},
-    {kSalesBill, kSalesReturns, kIn, kIssuedAtCost},
+    {kSalesBill, bill_types::kSalesReturns, kIn, kIssuedAtCost},
     {kSalesBill, {}, kOut, kIssued},
     {kConsignment, kSalesAtCost, kOut, kIssuedAtCost},
-    {kConsignment, kSalesReturns, kIn, kIssuedAtCost},
+    {kConsignment, bill_types::kSalesReturns, kIn, kIssuedAtCost},
     {kConsignment, {}, kOut, kIssued},
     {kSalesRebate, bill_types::kValueOnly, kNone, {}},
     {kSalesRebate, {}, kOut, kIssued},
@@ -96,9 +95,6 @@ const Posting* FindPosting(int32_t class_type, int32_t bill_type) {
 }
 
 // ---- Estimates that a purchase bill replaces ---------------------------------------------------
-
-// A purchase bill of this type takes back the estimates that it is related to.
-constexpr int32_t kPurchaseOfEstimated = 2013;
 
 std::vector<int32_t> ReversedEstimates(Connection& connection, int32_t bill_id) {
   std::vector<int32_t> ids;
@@ -126,7 +122,7 @@ bool FillTempBill(Host& host, Connection& connection, int32_t class_type, int32_
   if (posting == nullptr) return true;
   if (!insert(posting->movement, posting->source, bill_id)) return false;
   if (!insert(posting->second_movement, posting->second_source, bill_id)) return false;
-  if (class_type != kPurchaseBill || bill_type != kPurchaseOfEstimated) return true;
+  if (class_type != kPurchaseBill || bill_type != bill_types::kPurchaseOfEstimated) return true;
   for (const int32_t estimate_id : ReversedEstimates(connection, bill_id)) {
     if (!insert(kOut, kReceived, estimate_id)) return false;
   }

@@ -36,7 +36,6 @@ struct Side {
 };
 
 constexpr int32_t kPurchasesIn[] = {2011, 2030};
-constexpr int32_t kSalesReturned[] = {3002, 3004, 3011};
 
 constexpr std::string_view kReceivingColumn = "FDCStockID";
 constexpr std::string_view kIssuingColumn = "FSCStockID";
@@ -46,7 +45,7 @@ constexpr Side kSides[] = {
     {"1020002,1020003,1020004,1040001,1040003,1040005,1020005", "1020004", 2042, "1020002,1020003",
      kPurchasesIn, kIn, kReceivingColumn},
     {"1030002,1030003,1030004,1040002,1040004,1040006,1030005", "1030004", 3022, "1030002,1030003",
-     kSalesReturned, kOut, kIssuingColumn},
+     bill_types::kSalesReturns, kOut, kIssuingColumn},
 };
 
 constexpr std::string_view kDisassemblies = "1040006";

@@ -61,11 +61,13 @@ AfterError WhatFollows(int number);
 // An argument of a message: a text, or a whole number in decimal digits.
 class ErrorArgument {
  public:
-  ErrorArgument(std::string_view text) : text_(text) {}    // NOLINT(google-explicit-constructor)
-  ErrorArgument(const char* text) : text_(text) {}         // NOLINT(google-explicit-constructor)
-  ErrorArgument(const std::string& text) : text_(text) {}  // NOLINT(google-explicit-constructor)
-  ErrorArgument(int64_t number) : text_(std::to_string(number)) {}  // NOLINT
-  ErrorArgument(int number) : text_(std::to_string(number)) {}      // NOLINT
+  // NOLINTBEGIN(google-explicit-constructor): what Raise is given is the argument
+  ErrorArgument(std::string_view text) : text_(text) {}
+  ErrorArgument(const char* text) : text_(text) {}
+  ErrorArgument(const std::string& text) : text_(text) {}
+  ErrorArgument(int64_t number) : text_(std::to_string(number)) {}
+  ErrorArgument(int number) : text_(std::to_string(number)) {}
+  // NOLINTEND(google-explicit-constructor)
   const std::string& text() const { return text_; }
 
  private:

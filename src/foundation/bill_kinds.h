@@ -38,6 +38,10 @@ inline constexpr int32_t kDayEnd = 1090001;
 namespace bill_types {
 // Amounts without quantities.
 inline constexpr int32_t kValueOnly[] = {2040, 2041, 3020, 3021};
+// A purchase of goods that were booked at an estimate.
+inline constexpr int32_t kPurchaseOfEstimated = 2013;
+// Goods that a customer gives back.
+inline constexpr int32_t kSalesReturns[] = {3002, 3004, 3011};
 }  // namespace bill_types
 
 // FStatus of a bill's head.

@@ -266,8 +266,7 @@ constexpr DictionaryKey kNote[] = {
     {"FNote", kText, kNeeded, {"its note", "备注"}},
 };
 
-// ---- Which parameter holds which
-// -----------------------------------------------------------------
+// ---- Which parameter holds which ----
 
 constexpr DictionaryRow kRows[] = {
     {"PublicSysInfo", "AuditBill", "billVect", kAuditedBill},

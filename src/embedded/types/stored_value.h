@@ -35,11 +35,13 @@ class StoredValue {
  public:
   enum class Kind : uint8_t { kNull, kInteger, kReal, kText, kBlob };
 
-  StoredValue() = default;                         // NULL
-  StoredValue(int64_t value) : storage_(value) {}  // NOLINT(google-explicit-constructor)
-  StoredValue(double value) : storage_(value) {}   // NOLINT(google-explicit-constructor)
-  StoredValue(std::string value) : storage_(std::move(value)) {}  // NOLINT
-  StoredValue(Blob value) : storage_(std::move(value)) {}         // NOLINT
+  StoredValue() = default;  // NULL
+  // NOLINTBEGIN(google-explicit-constructor): each of these is a stored value
+  StoredValue(int64_t value) : storage_(value) {}
+  StoredValue(double value) : storage_(value) {}
+  StoredValue(std::string value) : storage_(std::move(value)) {}
+  StoredValue(Blob value) : storage_(std::move(value)) {}
+  // NOLINTEND(google-explicit-constructor)
 
   Kind kind() const { return static_cast<Kind>(storage_.index()); }
   bool IsNull() const { return kind() == Kind::kNull; }
