@@ -8,4 +8,12 @@ use_wine "$TAVCC_WINDOWS_FOLDER"
 exec 9>&-
 # Tests come one upon the other: what Wine starts for the first of them stays a while.
 wineserver -p300 2>/dev/null || true
-exec "$wine" "$folder/tavcc.exe" "$@"
+[ "$wine" != wine ] || exec wine "$folder/tavcc.exe" "$@"
+# The unpacked Wine has no FreeType, and says so.
+exec 8>&2 2> >(sed -u '/^Wine cannot find the FreeType/,/^http:..www.freetype.org$/d' >&8)
+filter=$!
+status=0
+"$wine" "$folder/tavcc.exe" "$@" || status=$?
+exec 2>&8
+wait "$filter" || true
+exit $status
