@@ -100,7 +100,7 @@ class BatchRun {
       : erp_(erp),
         common_(common),
         options_(options),
-        name_(FindMethodByName("PublicSysInfo.AuditBill")),
+        name_(FindMethodByName(kBatchAudit)),
         bills_(std::move(bills)),
         outcomes_(bills_.size()),
         recorder_(erp, options.record,

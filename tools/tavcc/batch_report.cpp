@@ -13,8 +13,6 @@
 namespace tavcc {
 namespace {
 
-constexpr const char* kBatchMethod = "PublicSysInfo.AuditBill";
-
 void AddReasons(Erp& erp, ReportedBill& bill) {
   for (Rung& rung : bill.gates) {
     const bool refused = rung.answer == Rung::Answer::kRefused;
@@ -73,7 +71,7 @@ void BatchWatch::EndCall(std::span<const Bill> bills, std::span<const BillOutcom
     ReportedBill& bill = report_.bills.emplace_back(ReportedBill{bills[i], outcomes[i], {}});
     if (i + 1 >= stretches.size()) continue;
     Stretch& stretch = stretches[i + 1];
-    bill.gates = RungsOf(stretch.ladder, kBatchMethod);
+    bill.gates = RungsOf(stretch.ladder, kBatchAudit);
     // Behind a failure nothing more is asked of the session.
     if (!failed) AddReasons(erp_, bill);
     report_.sent.push_back({bills[i].number, VerdictText(outcomes[i].verdict), std::move(stretch)});

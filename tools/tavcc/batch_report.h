@@ -14,6 +14,8 @@
 
 namespace tavcc {
 
+// The method that audits and un-audits a batch.
+inline constexpr const char* kBatchAudit = "PublicSysInfo.AuditBill";
 // The dictionary with the outcomes, among the arguments of the batch audit.
 inline constexpr size_t kBatchResults = 4;
 

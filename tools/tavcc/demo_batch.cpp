@@ -103,7 +103,7 @@ std::vector<Bill> BatchStory::AuditedBills(const std::vector<Bill>& bills) {
 }
 
 Answer BatchStory::Send(const std::vector<Bill>& bills, int check_type, BatchReport* report) {
-  const MethodName name = FindMethodByName("PublicSysInfo.AuditBill");
+  const MethodName name = FindMethodByName(kBatchAudit);
   std::vector<Value> arguments =
       MakeArguments({erp_.host(), erp_.dsn(), erp_.connection()}, *name.method,
                     Json{{"CheckType", check_type}, {"BatchCheck", true}});
@@ -202,7 +202,7 @@ Json BatchStory::Tell() {
     Print(Say("  Stock, balances, order quantities and states are what they were.\n\n\n"));
   }
   return {{"title", "The sample company's open bills are audited and un-audited again."},
-          {"method", "PublicSysInfo.AuditBill"},
+          {"method", kBatchAudit},
           {"audit", audited},
           {"stock_before", before[0]},
           {"stock_after", stock_after},

@@ -12,6 +12,7 @@
 #include "registry/bill_ladder.h"
 #include "scenario/scenario.h"
 #include "tavcc/answer.h"
+#include "tavcc/batch_report.h"
 #include "tavcc/database.h"
 #include "tavcc/explain_trace.h"
 #include "tavcc/file.h"
@@ -25,7 +26,6 @@ namespace {
 constexpr size_t kMostRows = 100;
 // Of a transaction, which is rolled back here in any case.
 constexpr bool kOnlyReads = true;
-constexpr const char* kBatchAudit = "PublicSysInfo.AuditBill";
 
 // ---- Settings ----------------------------------------------------------------------------------
 
@@ -80,7 +80,7 @@ ShownRows RowsOf(Erp& erp, const LoggedStatement& statement) {
   }
   const RecordsetPtr rows = erp.host().GetUnloggedConnection(erp.dsn())->Execute(statement.text);
   if (rows == nullptr || !rows->IsOpen()) return shown;
-  for (int i = 0; i < rows->FieldCount(); ++i) shown.columns.push_back(rows->FieldName(i));
+  shown.columns = FieldNames(*rows);
   for (; !rows->AtEnd(); rows->MoveNext()) {
     if (shown.rows.size() == kMostRows) {
       shown.whole = false;

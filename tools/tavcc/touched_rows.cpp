@@ -14,6 +14,7 @@
 #include "language/language.h"
 #include "tavcc/bills.h"
 #include "tavcc/command.h"
+#include "tavcc/output.h"
 
 namespace tavcc {
 namespace {
@@ -99,7 +100,7 @@ TouchedRows::TouchedRows(Erp& erp) : erp_(erp) {
 
 void TouchedRows::AddTable(Connection& schema, const std::string& name) {
   const RecordsetPtr none = schema.Execute(fmt::format("SELECT * FROM {} WHERE 1 = 0", name));
-  for (int i = 0; i < none->FieldCount(); ++i) columns_[name].push_back(none->FieldName(i));
+  columns_[name] = FieldNames(*none);
 }
 
 // Whatever the text of a view or procedure names, or what stands behind that.
