@@ -31,3 +31,25 @@ make_prefix() {
   wineserver -w
   flock -u 9
 }
+
+# Lets Wine's server stay for a while, for tests that start one program upon the other. What Wine
+# starts beside a first program stays as long, and keeps that program's streams open: whoever reads
+# them to their end would wait for the server. So the first is one that nobody reads. Where it does
+# not come to its end, Wine is started again, which `wine.log` beside its folder tells.
+keep_wine() {
+  flock 9
+  # Refused where the server is there already.
+  if wineserver -p300 2>/dev/null 9>&-; then
+    local try=1
+    until timeout -k 5 60 "$wine" cmd /c exit </dev/null >/dev/null 2>&1 9>&-; do
+      echo "$(date '+%F %T') Wine did not start within 60 s (try $try)" >>"$folder/../wine.log"
+      wineserver -k || true
+      [ $((try++)) -lt 3 ] || {
+        echo "Wine did not start in $WINEPREFIX, three times" >&2
+        exit 1
+      }
+      wineserver -p300 2>/dev/null 9>&- || true
+    done
+  fi
+  flock -u 9
+}
