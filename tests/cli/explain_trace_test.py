@@ -6,6 +6,7 @@ import subprocess
 
 import case
 from case import FAILED, PASSED, REFUSED, Case, tavcc
+from page import Page, shown
 
 HEAD = "Select FStatus,FVoucherID From T_CC_ZZCX where FID=121"
 BEGIN = {"call": "cls_CX.AuditBill", "started": "2026-03-15 10:00:00.123", "process": 7,
@@ -213,9 +214,78 @@ Gates:
         self.assert_error(tavcc("explain", "--trace", self.path("none.jsonl")), "none.jsonl")
         self.assert_error(tavcc("explain", "--trace"), "--trace")
 
-    def test_a_trace_is_explained_alone(self):
-        for words in (["XS260305"], ["--id", 7], ["--html", self.path("page.html")]):
-            self.assert_error(self.explain(*BATCH, words=words), "give no bill and no --html")
+    def page(self, *lines, status):
+        """The page of the trace, and its words as standard output has them."""
+        file = self.path("page.html")
+        answer = self.explain(*lines, words=["--html", file])
+        self.assertEqual((answer.returncode, answer.stderr), (status, ""))
+        page = Page(file)
+        page.check(self)
+        self.assertEqual(answer.stdout, self.explain(*lines).stdout)
+        return page
+
+    def test_a_page_of_a_refusal(self):
+        page = self.page(BEGIN, LADDER, SENT, EXISTS, REFUSED_GATE, ROWS, UPDATE, REFUSAL,
+                         status=REFUSED)
+        main = page.root.find(".//main")
+        self.assertEqual([shown(part) for part in main[:3]],
+                         ["cls_CX.AuditBill", "refused , 2026-03-15 10:00:00.123, 1.5 ms",
+                          "该单据已被审核，不能再审核！"])
+        self.assertEqual([shown(part) for part in main.find("dl[@class='arguments']")],
+                         ["lngFID", "121", "lngUserID", "7", "sDsn", "PWD=***;Server=erp",
+                          "strReturnMsg", ""])
+        why, exists, refused = main.find("article/div"), *main.findall("article/ol[1]/li/details")
+        self.assertEqual(shown(why[0]), "该单据已被审核，不能再审核！")
+        self.assertIn("bill.audited", shown(why))
+        self.assertEqual([shown(part) for part in exists[0]], ["passed", "head: exists", ""])
+        self.assertEqual([shown(part) for part in refused[0]],
+                         ["refused", "head: state", "该单据已被审核，不能再审核！"])
+        self.assertEqual([fold.get("open") for fold in (exists, refused)], [None, "open"])
+        self.assertEqual([shown(cell) for cell in refused.iter("td")], ["1", "0.50"])
+        self.assertIn(HEAD, shown(refused))
+        self.assertEqual(shown(main.find("article/h3")), "Statements beside the gates")
+        beside = main.findall("article/ol[2]/li/details")
+        self.assertEqual([[shown(part) for part in fold[0]] for fold in beside],
+                         [["2.0 ms", "", "Update T_CC_ZZCX set FStatus=1"]])
+
+    def test_a_page_of_a_batch(self):
+        page = self.page(*BATCH, status=REFUSED)
+        self.assertEqual([shown(link) for link in page.root.iter("a")],
+                         ["Gates of 销售单 XS260305", "Gates of 组装单 ZZ260301"])
+        self.assertEqual([shown(item) for item in page.root.findall(".//nav/ul/li/span")],
+                         ["refused", "passed"])
+        first, second = page.root.findall(".//article")
+        self.assertIn("审核出现负库存商品！", shown(first))
+        self.assertIn("-799", [shown(cell) for cell in first.iter("td")])
+        self.assertIn("sp_Post", shown(second))
+        told = [p.text for p in page.root.findall(".//main/p")[1:]]
+        self.assertEqual(told, ["编号为：XS260305的销售单单据审核失败！失败原因：审核出现负库存商品！",
+                                "编号为：ZZ260301的组装单单据审核成功！"])
+
+    def test_a_page_of_a_call_without_gates(self):
+        begin = dict(BEGIN, call="PublicSysInfo.GetLowPrice", arguments={"lItemID": 7})
+        failed = dict(UPDATE, error={"number": 208, "source": "db", "description": "no <table>"})
+        page = self.page(begin, SENT, ROWS, failed,
+                         {"error": failed["error"], "arguments": {}, "milliseconds": 1},
+                         status=FAILED)
+        self.assertEqual(shown(page.root.find(".//div[@class='why']")), "error 208: no <table>")
+        read, wrote = page.root.findall(".//ol/li/details")
+        self.assertEqual([shown(part) for part in read[0]], ["0.4 ms", "1 row", HEAD])
+        self.assertEqual([shown(cell) for cell in read.iter("td")], ["1", "0.50"])
+        self.assertEqual(shown(wrote[0][1]), "error 208: no <table>")
+        self.assertEqual([fold.get("open") for fold in (read, wrote)], [None, "open"])
+
+    def test_a_page_of_a_trace_that_is_not_whole(self):
+        page = self.page(BEGIN, SENT, {"left_out": 12}, status=FAILED)
+        self.assertIn("the trace ends before the call did", shown(page.body))
+        self.assertIn("12 lines were left out: the file was full", shown(page.body))
+
+    def test_a_page_that_cannot_be_written(self):
+        trace = self.trace(*BATCH)
+        self.assert_error(tavcc("explain", "--trace", trace, "--html", trace),
+                          "is used by this command already")
+        self.assert_error(tavcc("explain", "--trace", trace, "--html", self.path("no/page.html")),
+                          "page.html")
 
     def test_an_output_that_cannot_be_written_is_told(self):
         with open("/dev/full", "w", encoding="utf-8") as full:

@@ -118,12 +118,71 @@ class Completion(unittest.TestCase):
         self.assertEqual(answer.stderr.count("\n"), 1)
 
 
-class Run(unittest.TestCase):
-    def test_a_database_that_is_not_there(self):
-        with tempfile.TemporaryDirectory() as folder:
-            answer = tavcc("run", "--db", folder + "/none.db", folder)
-            self.assertEqual(answer.returncode, FAILED)
-            self.assertEqual(answer.stderr, f"tavcc: error 50002: {folder}/none.db: does not exist\n")
+DB, DSN = ("--db", "erp.db"), ("--dsn", "Driver=None")
+TRACE = ("explain", "--trace", "call.jsonl")
+LIST = ("run", "tests", "--list")
+WITHOUT_EFFECT = (
+    *((*TRACE, *words) for words in (
+        ("XS260305",), ("--class", 1030002), ("--id", 7), ("--un-audit",), ("--user", 7),
+        ("--deny", 1030002), ("--publish", "A=1"), ("--record", "tape.json"),
+        ("--record-state", "state.json"), ("--mask", "FName"), DB, DSN, ("--dsn-file", "dsn"),
+        ("--busy-timeout", 1), ("--login-timeout", 1), ("--query-timeout", 1))),
+    *((*LIST, *words) for words in (
+        ("--html", "page.html"), ("--junit", "out.xml"), ("--update",), ("--review",),
+        ("--compare",), ("--own-database",), ("--jobs", 2), ("--trace",))),
+    ("run", "tests", "--update", "--review"),
+    ("explain", "XS260305", *DB, "--json", "--full"),
+    ("sql", *DB, "--json", "--mode", "csv", "select 1"),
+    ("sql", *DSN, "select 1", "--busy-timeout", 1),
+    ("check", "--dsn-file", "dsn", "--busy-timeout", 1),
+    ("check", *DB, "--login-timeout", 1),
+    ("check", *DB, "--query-timeout", 1),
+    ("audit", *DB, "--all", "--json", "--trace", "--rows", 3),
+    ("unaudit", *DB, "--all", "--json", "--trace", "--rows", 3),
+    ("call", *DB, "cls_CX.AuditBill", "lngFID=1", "--json", "--trace", "--rows", 3),
+)
+WITHOUT_ANOTHER = (
+    (("run", "tests", "--known", "known.txt"), "--known", "--compare"),
+    (("audit", *DB, "--all", "--rows", 3), "--rows", "--trace"),
+    (("demo", "--rows", 3), "--rows", "--trace"),
+)
+
+
+class Combinations(unittest.TestCase):
+    """An option that would have no effect beside another is refused in one line that names both."""
+
+    def assert_refused(self, words, *named):
+        answer = tavcc(*words)
+        self.assertEqual((answer.returncode, answer.stdout), (FAILED, ""))
+        self.assertRegex(answer.stderr, r"^tavcc: .*\n$")
+        for name in named:
+            self.assertIn(name, answer.stderr)
+
+    def test_one_excludes_the_other(self):
+        for words in WITHOUT_EFFECT:
+            with self.subTest(words):
+                self.assert_refused(words, " excludes ", "--")
+
+    def test_one_is_nothing_without_the_other(self):
+        for words, one, other in WITHOUT_ANOTHER:
+            with self.subTest(words):
+                self.assert_refused(words, f"{one} requires {other}")
+
+    def test_what_a_command_has_no_use_for_it_does_not_take(self):
+        for words in (("classes", *DB), ("refusals", *DB), ("classes", "--trace"),
+                      ("record", "tape.json", "--from", "call.jsonl", *DB),
+                      ("record", "tape.json", "--from", "call.jsonl", "--json"),
+                      ("sql", *DB, "select 1", "--trace", "--rows", 3),
+                      ("check", *DB, "--trace", "--rows", 3)):
+            with self.subTest(words):
+                self.assert_refused(words, "not expected")
+
+    def test_scenarios_run_on_no_file(self):
+        self.assert_refused(("run", "tests", *DB), "--db: every scenario has a database of its own",
+                            "--dsn STRING")
+
+    def test_the_refusal_is_told_in_chinese_too(self):
+        self.assert_refused(("--lang", "zh", *LIST, "--update"), "--list", "--update", "不能与")
 
 
 if __name__ == "__main__":

@@ -202,7 +202,7 @@ class Choice(Case):
                 ([], "需要一个命令"), (["call"], "缺少 CLASS.METHOD"),
                 (["sql", "--mode", "x"], "--mode：x 不是 {table,box,csv,line,json} 之一"),
                 (["run", "x", "-j", "0"], "--jobs：值 0 不在 1 到 256 之间"),
-                (["sql", "--rows", "-1"], "--rows：值 -1 不在 0 到 1000000 之间"),
+                (["demo", "--trace", "--rows", "-1"], "--rows：值 -1 不在 0 到 1000000 之间"),
                 (["demo", "--db"], "--db：缺少一个 FILE"), (["demo", "--foo"], "不认识的参数：--foo"),
                 (["demo", "--db", "a", "--db", "b"], "--db：最多 1 个，却给了 2 个"),
                 (["audit", "--class", "a"], "无法转换：--class = a"),

@@ -6,6 +6,7 @@
 
 #include "foundation/conversions.h"
 #include "foundation/plug_in.h"
+#include "host/host_dictionary.h"
 #include "host/logged_call.h"
 #include "language/language.h"
 #include "tavcc/record.h"
@@ -58,6 +59,21 @@ Exit VerdictInWords(const Method& method, std::span<const Value> arguments) {
                                                                          : Exit::kRefused;
   }
   return Exit::kPassed;
+}
+
+std::string MessageOfBatch(const HostDictionary& results) {
+  for (const char* const key : {"ErrorMsg", "BillInfo"}) {
+    const Value text = results.ItemOr(key, "");
+    if (text.IsText() && !text.text().empty()) return text.text();
+  }
+  return "";
+}
+
+std::string MessageIn(const Value& argument) {
+  if (argument.IsText()) return argument.text();
+  if (!argument.IsObject()) return "";
+  const auto* const results = dynamic_cast<const HostDictionary*>(argument.object().get());
+  return results == nullptr ? "" : MessageOfBatch(*results);
 }
 
 // The registry's own errors, raised before the method runs, have no answer to show.
@@ -150,6 +166,14 @@ Exit VerdictOf(const Method& method, const Value& result, std::span<const Value>
 Exit VerdictOf(const Method& method, const AutomationError& error) {
   const bool refusal = method.name == "BeforeDel" && error.number() == kHookRefused;
   return refusal ? Exit::kRefused : Exit::kFailed;
+}
+
+std::string MessageOf(const Method& method, std::span<const Value> arguments) {
+  for (size_t i = 0; i < method.parameters.size(); ++i) {
+    if (!method.parameters[i].in_out) continue;
+    if (std::string message = MessageIn(arguments[i]); !message.empty()) return message;
+  }
+  return "";
 }
 
 const char* VerdictText(Exit verdict) {

@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "foundation/plug_in.h"
@@ -89,6 +90,10 @@ Exit VerdictOf(const Method& method, const Value& result, std::span<const Value>
 // The verdict in an error that the method raised: the refusal of a BeforeDel hook is error -5; any
 // other error is a failure.
 Exit VerdictOf(const Method& method, const AutomationError& error);
+
+// What a call said: the first text that it gave back, of a batch what became of its bills or why it
+// ended. Empty where it said nothing.
+std::string MessageOf(const Method& method, std::span<const Value> arguments);
 
 // "passed", "refused", "failed".
 const char* VerdictText(Exit verdict);

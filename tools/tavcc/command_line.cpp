@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <initializer_list>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -17,6 +18,13 @@
 
 namespace tavcc {
 namespace {
+
+// Where one of them has no effect beside the other, they are not taken together.
+void Exclude(CLI::App& app, const std::string& name,
+             std::initializer_list<const char*> without_effect) {
+  CLI::Option* const option = app.get_option(name);
+  for (const char* const other : without_effect) option->excludes(app.get_option(other));
+}
 
 // The host that a command makes its calls on.
 void DescribeHost(CLI::App& app, HostOptions& host) {
@@ -77,6 +85,7 @@ void DescribeCall(CLI::App& app, CommandLine& line) {
                  "method's name does the same and prints JSON")
       ->type_name("FILE");
   DescribeHost(app, line.call.host);
+  Exclude(app, "--rows", {"--json"});  // which has them all
   app.add_flag("--unsafe-names", line.call.unsafe_names,
                "Send names of tables that hold more than a name, as a host would");
   app.add_flag("--unchecked", line.call.unchecked,
@@ -96,6 +105,7 @@ void DescribeAudit(CLI::App& app, CommandLine& line) {
       ->type_name("CLASSTYPE");
   app.add_flag("--each", line.audit.each, "Every bill in a transaction of its own");
   app.add_flag("--dry-run", line.audit.dry_run, "Keep nothing");
+  Exclude(app, "--rows", {"--json"});  // which has them all
   DescribeHtml(app, line.audit.html_file);
   DescribeHost(app, line.audit.host);
   DescribeRecord(app, line.audit.record);
@@ -135,6 +145,11 @@ void DescribeRun(CLI::App& app, CommandLine& line) {
   app.add_flag("--update", line.run.update,
                "Take what came for what is expected, in the files of failing scenarios");
   app.add_flag("--review", line.run.review, "The same, showing each change and asking");
+  app.get_option("--known")->needs(app.get_option("--compare"));
+  Exclude(app, "--review", {"--update"});
+  Exclude(app, "--list",
+          {"--compare", "--known", "--own-database", "--jobs", "--junit", "--html", "--update",
+           "--review", "--trace", "--rows"});
 }
 
 void DescribeSql(CLI::App& app, CommandLine& line) {
@@ -156,6 +171,7 @@ void DescribeSql(CLI::App& app, CommandLine& line) {
       ->type_name("WHAT")
       ->check(CLI::IsMember({"exit", "ignore"}))
       ->capture_default_str();
+  Exclude(app, "--mode", {"--json"});
   app.add_flag("--timer", line.sql.timer, "Show how long each batch takes");
   app.add_flag("--no-pager", line.sql.no_pager, "Show long output on a terminal without a pager");
 }
@@ -172,6 +188,12 @@ void DescribeExplain(CLI::App& app, CommandLine& line) {
       ->type_name("FILE");
   DescribeHost(app, line.explain.host);
   DescribeRecord(app, line.explain.record);
+  Exclude(app, "--full", {"--json"});  // which has everything
+  // All of it stands in the trace.
+  Exclude(app, "--trace",
+          {"BILLNO", "--class", "--id", "--un-audit", "--user", "--deny", "--publish", "--record",
+           "--record-state", "--mask", "--db", "--dsn", "--dsn-file", "--login-timeout",
+           "--query-timeout", "--busy-timeout"});
 }
 
 void DescribeRefusals(CLI::App& app, CommandLine& line) {
@@ -199,52 +221,64 @@ Exit HelpCommand(const CommandLine& line);
 Exit CompletionCommand(const CommandLine& line);
 Exit ManCommand(const CommandLine& line);
 
+// What a command shows of the statements that it sends, where --trace asks for it.
+enum class Traces { kNothing, kStatements, kRowsToo };
+// The options that commands share.
+enum class Takes { kNothing, kJson, kDatabaseToo };
+
 struct Entry {
   const char* name;
   const char* summary;
   void (*describe)(CLI::App& app, CommandLine& line);
   Exit (*run)(const CommandLine& line);
-  bool traces = true;        // it shows the statements that it sends where --trace asks for it
-  bool has_database = true;  // it takes the options of all that have one
+  Takes takes = Takes::kDatabaseToo;
+  Traces traces = Traces::kNothing;
 };
-
-constexpr bool kTraces = true;
 
 constexpr Entry kCommands[] = {
     {"demo", "Audit a sample company's bills and show what happens", DescribeDemo,
-     [](const CommandLine& line) { return DemoCommand(line.common, line.demo); }},
+     [](const CommandLine& line) { return DemoCommand(line.common, line.demo); },
+     Takes::kDatabaseToo, Traces::kRowsToo},
     {"init", "Make a database with the ERP schema", DescribeInit,
-     [](const CommandLine& line) { return InitCommand(line.common, line.init); }, !kTraces},
+     [](const CommandLine& line) { return InitCommand(line.common, line.init); }},
     {"call", "Call one method of one class", DescribeCall,
-     [](const CommandLine& line) { return CallCommand(line.common, line.call); }},
+     [](const CommandLine& line) { return CallCommand(line.common, line.call); },
+     Takes::kDatabaseToo, Traces::kRowsToo},
     {"audit", "Audit bills in a batch, as a host does", DescribeAudit,
-     [](const CommandLine& line) { return AuditCommand(line.common, line.audit); }},
+     [](const CommandLine& line) { return AuditCommand(line.common, line.audit); },
+     Takes::kDatabaseToo, Traces::kRowsToo},
     {"unaudit", "Un-audit bills in a batch", DescribeAudit,
      [](const CommandLine& line) {
        AuditOptions options = line.audit;
        options.un_audit = true;
        return AuditCommand(line.common, options);
-     }},
+     },
+     Takes::kDatabaseToo, Traces::kRowsToo},
     {"record", "Write calls that the automation server traced as a tape", DescribeRecordTrace,
-     [](const CommandLine& line) { return RecordCommand(line.record); }},
+     [](const CommandLine& line) { return RecordCommand(line.record); }, Takes::kNothing},
     {"run", "Run scenario files", DescribeRun,
-     [](const CommandLine& line) { return RunCommand(line.common, line.run); }},
+     [](const CommandLine& line) { return RunCommand(line.common, line.run); }, Takes::kDatabaseToo,
+     Traces::kRowsToo},
     {"sql", "Run batches and scripts, or a shell", DescribeSql,
-     [](const CommandLine& line) { return SqlCommand(line.common, line.sql); }},
+     [](const CommandLine& line) { return SqlCommand(line.common, line.sql); }, Takes::kDatabaseToo,
+     Traces::kStatements},
     {"check", "Compare the stock on hand with the audited bills", DescribeNothing,
-     [](const CommandLine& line) { return CheckCommand(line.common); }},
+     [](const CommandLine& line) { return CheckCommand(line.common); }, Takes::kDatabaseToo,
+     Traces::kStatements},
     {"explain", "Why a bill is refused: ask every gate, try the audit, keep nothing",
      DescribeExplain,
-     [](const CommandLine& line) { return ExplainCommand(line.common, line.explain); }, !kTraces},
+     [](const CommandLine& line) { return ExplainCommand(line.common, line.explain); }},
     {"refusals", "Print the refusals of the rules: name, texts, cause, remedy", DescribeRefusals,
-     [](const CommandLine& line) { return RefusalsCommand(line.common, line.refusals); }, !kTraces},
+     [](const CommandLine& line) { return RefusalsCommand(line.common, line.refusals); },
+     Takes::kJson},
     {"classes", "Print the method table", DescribeClasses,
-     [](const CommandLine& line) { return ClassesCommand(line.common, line.classes); }, !kTraces},
-    {"help", "Print what a command takes", DescribeHelp, HelpCommand, !kTraces, false},
+     [](const CommandLine& line) { return ClassesCommand(line.common, line.classes); },
+     Takes::kJson},
+    {"help", "Print what a command takes", DescribeHelp, HelpCommand, Takes::kNothing},
     {"completion", "Print the script by which a shell completes", DescribeCompletion,
-     CompletionCommand, !kTraces, false},
-    {"man", "Print the manual page: tavcc man | man -l -", DescribeNothing, ManCommand, !kTraces,
-     false},
+     CompletionCommand, Takes::kNothing},
+    {"man", "Print the manual page: tavcc man | man -l -", DescribeNothing, ManCommand,
+     Takes::kNothing},
 };
 
 std::vector<std::string> CommandNames() {
@@ -293,7 +327,7 @@ void AddSeconds(CLI::App& app, const char* name, int& seconds, const char* what)
       ->capture_default_str();
 }
 
-void DescribeCommon(CLI::App& app, CommonOptions& common) {
+void DescribeDatabase(CLI::App& app, CommonOptions& common) {
   app.add_option("--db", common.db, "Database file")->type_name("FILE");
   app.add_option("--dsn", common.dsn, "ODBC connection string of a database on a server")
       ->type_name("STRING");
@@ -307,17 +341,29 @@ void DescribeCommon(CLI::App& app, CommonOptions& common) {
              "How long a batch may take on a server; 0 waits for ever");
   AddSeconds(app, "--busy-timeout", common.busy_seconds,
              "How long a file is waited for that another process has locked; 0 does not wait");
-  app.add_flag("--json", common.json, "Print JSON");
+  Exclude(app, "--db", {"--login-timeout", "--query-timeout"});
+  Exclude(app, "--busy-timeout", {"--dsn", "--dsn-file"});
 }
 
 void DescribeTrace(CLI::App& app, CommonOptions& common) {
   app.add_flag("--trace", common.trace,
                "Show each statement, its rows, its time, the source line that sent it and the gate "
                "that was asked");
+}
+
+void DescribeRows(CLI::App& app, CommonOptions& common) {
   app.add_option("--rows", common.rows, "How many rows of each statement --trace shows")
       ->type_name("N")
       ->check(CLI::Range(0, kMostRows))
-      ->capture_default_str();
+      ->capture_default_str()
+      ->needs(app.get_option("--trace"));
+}
+
+void DescribeCommon(CLI::App& app, CommonOptions& common, const Entry& entry) {
+  if (entry.takes == Takes::kDatabaseToo) DescribeDatabase(app, common);
+  if (entry.takes != Takes::kNothing) app.add_flag("--json", common.json, "Print JSON");
+  if (entry.traces != Traces::kNothing) DescribeTrace(app, common);
+  if (entry.traces == Traces::kRowsToo) DescribeRows(app, common);
 }
 
 std::vector<std::string> AllMethods() {
@@ -365,8 +411,7 @@ void DescribeAll(CLI::App& app, CommandLine& line) {
   DescribeLanguage(app, line);
   for (const Entry& entry : kCommands) {
     CLI::App* const sub = app.add_subcommand(entry.name, entry.summary);
-    if (entry.has_database) DescribeCommon(*sub, line.common);
-    if (entry.traces) DescribeTrace(*sub, line.common);
+    DescribeCommon(*sub, line.common, entry);
     DescribeLanguage(*sub, line);
     entry.describe(*sub, line);
     sub->callback([&line, run = entry.run] { line.command = run; });
@@ -443,6 +488,8 @@ Exit ManCommand(const CommandLine&) {
 constexpr const char* kParserTexts[] = {
     "A subcommand is required",
     "{} is required",
+    "{} requires {}",
+    "{} excludes {}",
     "{}: Value {} not in range {} to {}",
     "{}: {} not in {}",
     "{}: 1 required {} missing",

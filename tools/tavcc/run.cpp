@@ -63,11 +63,10 @@ class ScenarioRun {
       throw CommandError(Say("--own-database wants a server: give --dsn STRING"));
     }
     RequireOwnFile(options_.html_file,
-                   {common_.db, common_.dsn_file, options_.junit_file, options_.known_file});
-    // Every scenario has a database of its own; a file that is named must at least be one.
-    if (!common_.db.empty()) sql::Database::Open(FileOptions(common_));
-    if (!options_.known_file.empty() && !options_.compare) {
-      throw CommandError(Say("--known goes with --compare"));
+                   {common_.dsn_file, options_.junit_file, options_.known_file});
+    if (!common_.db.empty()) {
+      throw CommandError(Say(
+          "--db: every scenario has a database of its own; --dsn STRING runs them on a server"));
     }
     if (options_.jobs > 1 && (server_ || common_.trace)) {
       throw CommandError(Say("-j goes with neither a server nor --trace"));
@@ -113,6 +112,7 @@ class ScenarioRun {
   std::string SummaryText(size_t files, size_t failed) const;
   void PrintSummary(const std::vector<ScenarioOutcome>& outcomes, size_t failed) const;
   void PrintJson(const std::vector<ScenarioOutcome>& outcomes) const;
+  void PrintList(const std::vector<std::string>& files) const;
 
   using Clock = std::chrono::steady_clock;
 
@@ -279,6 +279,17 @@ void ScenarioRun::PrintJson(const std::vector<ScenarioOutcome>& outcomes) const 
   Print(fmt::format("{}\n", Show(report, 2)));
 }
 
+void ScenarioRun::PrintList(const std::vector<std::string>& files) const {
+  Json list = Json::array();
+  std::string text;
+  for (const std::string& file : files) {
+    const std::string name = NameOf(file);
+    list.push_back({{"file", file}, {"name", name}});
+    text += fmt::format("{}: {}\n", file, name);
+  }
+  Print(common_.json ? Show(list, 2) + "\n" : text);
+}
+
 Exit ScenarioRun::All() {
   std::vector<std::string> files = ScenarioFiles(options_.paths);
   RequireOwnFile(options_.html_file, files);
@@ -290,7 +301,7 @@ Exit ScenarioRun::All() {
     }
   }
   if (options_.list) {
-    for (const std::string& file : files) Print(fmt::format("{}: {}\n", file, NameOf(file)));
+    PrintList(files);
     return Exit::kPassed;
   }
   if (!options_.known_file.empty()) {

@@ -4,37 +4,11 @@
 
 #include <algorithm>
 
-#include "foundation/conversions.h"
-#include "host/host_dictionary.h"
 #include "tavcc/answer.h"
 #include "tavcc/output.h"
 
 namespace tavcc {
 namespace {
-
-// What a batch says of its bills, or why it ended.
-std::string MessageIn(const HostDictionary& results) {
-  for (const char* const key : {"ErrorMsg", "BillInfo"}) {
-    const Value text = results.ItemOr(key, "");
-    if (text.IsText() && !text.text().empty()) return text.text();
-  }
-  return "";
-}
-
-// What the call said: its error, or the first text that it gave back.
-std::string MessageOf(const Method& method, const CallOutcome& call) {
-  if (call.error) return ErrorText(*call.error);
-  for (size_t i = 0; i < method.parameters.size(); ++i) {
-    const Value& argument = call.arguments[i];
-    if (!method.parameters[i].in_out) continue;
-    if (argument.IsText() && !argument.text().empty()) return argument.text();
-    if (!argument.IsObject()) continue;
-    const auto* const results = dynamic_cast<const HostDictionary*>(argument.object().get());
-    if (results == nullptr) continue;
-    if (std::string message = MessageIn(*results); !message.empty()) return message;
-  }
-  return "";
-}
 
 Exit VerdictOf(const Method& method, const CallOutcome& call) {
   if (std::ranges::any_of(call.sent, [](const auto& sent) { return sent.error.has_value(); })) {
@@ -75,12 +49,13 @@ RunObserver ScenarioWatch::observer() {
 }
 
 void ScenarioWatch::Called(const Step& step, const CallOutcome& call) {
-  outcome_.steps.push_back({.number = step.number,
-                            .call = fmt::format("{}.{}", step.cls->name, step.method->name),
-                            .note = step.note,
-                            .verdict = VerdictOf(*step.method, call),
-                            .message = MessageOf(*step.method, call),
-                            .sent = calls_.End()});
+  outcome_.steps.push_back(
+      {.number = step.number,
+       .call = fmt::format("{}.{}", step.cls->name, step.method->name),
+       .note = step.note,
+       .verdict = VerdictOf(*step.method, call),
+       .message = call.error ? ErrorText(*call.error) : MessageOf(*step.method, call.arguments),
+       .sent = calls_.End()});
 }
 
 }  // namespace tavcc

@@ -37,14 +37,13 @@ void WriteRows(HtmlWriter& html, const ShownRows& rows) {
   if (!rows.whole) html.Leaf("p", Translated("… and more"));
 }
 
-void WriteStatement(HtmlWriter& html, const Rung& rung) {
-  WriteTerm(html, Translated("statement"),
-            [&] { WriteCodeBlock(html, ShowStatement(*rung.statement)); });
-  if (const std::string place = PlaceText(rung.statement->from); !place.empty()) {
+void WriteStatement(HtmlWriter& html, const LoggedStatement& statement, const ShownRows& rows) {
+  WriteTerm(html, Translated("statement"), [&] { WriteCodeBlock(html, ShowStatement(statement)); });
+  if (const std::string place = PlaceText(statement.from); !place.empty()) {
     WriteTerm(html, Translated("sent by"), [&] { WriteCode(html, place); });
   }
-  if (rung.rows.none || !rung.rows.columns.empty()) {
-    WriteTerm(html, Translated("rows"), [&] { WriteRows(html, rung.rows); });
+  if (rows.none || !rows.columns.empty()) {
+    WriteTerm(html, Translated("rows"), [&] { WriteRows(html, rows); });
   }
 }
 
@@ -64,7 +63,7 @@ void WriteDetails(HtmlWriter& html, const Rung& rung) {
   if (!rung.place.empty()) {
     WriteTerm(html, Translated("rule"), [&] { WriteCode(html, rung.place); });
   }
-  if (rung.statement) WriteStatement(html, rung);
+  if (rung.statement) WriteStatement(html, *rung.statement, rung.rows);
 }
 
 void WriteRung(HtmlWriter& html, const Rung& rung) {
@@ -85,6 +84,26 @@ void WriteRung(HtmlWriter& html, const Rung& rung) {
   WriteDetails(html, rung);
 }
 
+// What a statement came to: its error, or how many rows it answered with.
+std::string CameTo(const LoggedStatement& statement) {
+  if (statement.error) return ErrorText(*statement.error);
+  if (statement.rows < 0) return "";
+  return statement.rows == 1 ? Say("1 row") : Say("{} rows", statement.rows);
+}
+
+void WriteSentStatement(HtmlWriter& html, const LoggedStatement& statement) {
+  const auto item = html.Open("li");
+  const auto fold = html.Open("details", {{"open", statement.error ? "open" : ""}});
+  {
+    const auto summary = html.Open("summary");
+    html.Leaf("span", DurationText(statement.milliseconds), {{"class", "faint"}});
+    html.Leaf("span", CameTo(statement), {{"class", statement.error ? "name failed" : "name"}});
+    WriteCode(html, ShowStatement(statement));
+  }
+  const auto list = html.Open("dl");
+  WriteStatement(html, statement, statement.seen == nullptr ? ShownRows() : Shown(*statement.seen));
+}
+
 }  // namespace
 
 void WriteLadder(HtmlWriter& html, std::span<const Rung> ladder) {
@@ -92,6 +111,14 @@ void WriteLadder(HtmlWriter& html, std::span<const Rung> ladder) {
   for (const Rung& rung : ladder) {
     if (!IsShown(rung, false)) continue;
     WriteRung(html, rung);
+    html.EndLine();
+  }
+}
+
+void WriteSentStatements(HtmlWriter& html, std::span<const LoggedStatement> statements) {
+  const auto list = html.Open("ol", {{"class", "ladder"}});
+  for (const LoggedStatement& statement : statements) {
+    WriteSentStatement(html, statement);
     html.EndLine();
   }
 }

@@ -14,6 +14,9 @@ namespace tavcc {
 // bill.
 void WriteLadder(HtmlWriter& html, std::span<const Rung> ladder);
 
+// Statements that no gate sent, each folded with the rows that the rule saw; open where it failed.
+void WriteSentStatements(HtmlWriter& html, std::span<const LoggedStatement> statements);
+
 // A refusal as its reader needs it: what was said, what the rows say, cause and remedy. Without a
 // refusal of the catalogue, the message alone.
 struct Why {
