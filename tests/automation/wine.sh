@@ -41,8 +41,8 @@ keep_wine() {
   # Refused where the server is there already.
   if wineserver -p300 2>/dev/null 9>&-; then
     local try=1
-    until timeout -k 5 60 "$wine" cmd /c exit </dev/null >/dev/null 2>&1 9>&-; do
-      echo "$(date '+%F %T') Wine did not start within 60 s (try $try)" >>"$folder/../wine.log"
+    until timeout -k 5 120 "$wine" cmd /c exit </dev/null >/dev/null 2>&1 9>&-; do
+      echo "$(date '+%F %T') Wine did not start within 120 s (try $try)" >>"$folder/../wine.log"
       wineserver -k || true
       [ $((try++)) -lt 3 ] || {
         echo "Wine did not start in $WINEPREFIX, three times" >&2

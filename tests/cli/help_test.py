@@ -50,14 +50,18 @@ class Manual(unittest.TestCase):
                 self.assertIn(option, plain, command)
 
     def test_the_formatter_has_nothing_to_say(self):
-        page = tavcc("man").stdout
+        for language, macros in (("en", []), ("zh", ["-mzh"])):
+            with self.subTest(language):
+                self.assert_formats(tavcc("man", "--lang", language).stdout, macros)
+
+    def assert_formats(self, page, macros):
         if shutil.which("mandoc"):
             lint = subprocess.run(["mandoc", "-T", "lint", "-W", "warning"], input=page, text=True,
                                   capture_output=True, timeout=60)
             self.assertEqual(lint.stdout, "")
         if shutil.which("groff"):
-            shown = subprocess.run(["groff", "-Kutf8", "-man", "-ww", "-Tutf8"], input=page, text=True,
-                                   capture_output=True, timeout=60)
+            shown = subprocess.run(["groff", "-Kutf8", *macros, "-man", "-ww", "-Tutf8"], input=page,
+                                   text=True, capture_output=True, timeout=60)
             self.assertEqual(shown.stderr, "")
 
 

@@ -63,7 +63,7 @@ class Zip(unittest.TestCase):
 
     def in_wine(self, *command):
         """The command, run in the unpacked folder by the Wine of the tests under Wine."""
-        script = f'. "{WINE}"; use_wine "{BUILD}/bin"; cd "{self.unpacked}"; exec "$wine" "$@"'
+        script = f'. "{WINE}"; use_wine "{BUILD}/bin"; keep_wine; exec 9>&-; cd "{self.unpacked}"; exec "$wine" "$@"'
         return run("bash", "-c", script, "bash", *command)
 
     def test_the_demonstration(self):

@@ -52,7 +52,7 @@ std::string WithValues(std::string text, const std::vector<std::string>& values)
   return text;
 }
 
-// "zh" of "zh_CN.UTF-8"; nothing for a language without words here.
+// "zh" of "zh_CN.UTF-8" and "zh-Hans-CN"; nothing for a language without words here.
 std::optional<Language> LanguageNamed(std::string_view locale) {
   const std::string_view code = locale.substr(0, locale.find_first_of("_-.@"));
   if (code == "en") return Language::kEnglish;
@@ -60,12 +60,20 @@ std::optional<Language> LanguageNamed(std::string_view locale) {
   return std::nullopt;
 }
 
+// Empty where it names none.
 std::string_view NameInEnvironment() {
   for (const char* const variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
     const char* const value = std::getenv(variable);
     if (value != nullptr && *value != '\0') return value;
   }
   return "";
+}
+
+std::optional<Language> FirstKnown(std::span<const std::string> names) {
+  for (const std::string& name : names) {
+    if (const auto known = LanguageNamed(name)) return known;
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -78,7 +86,8 @@ Language CurrentLanguage() {
   return language;
 }
 
-void ChooseLanguage(std::span<const std::string> arguments) {
+void ChooseLanguage(std::span<const std::string> arguments,
+                    std::span<const std::string> languages_of_user) {
   const std::string with_value = std::string(kLanguageOption) + "=";
   std::string_view name = NameInEnvironment();
   for (size_t i = 0; i < arguments.size(); ++i) {
@@ -86,7 +95,8 @@ void ChooseLanguage(std::span<const std::string> arguments) {
     if (argument.starts_with(with_value)) name = argument.substr(with_value.size());
     if (argument == kLanguageOption && i + 1 < arguments.size()) name = arguments[i + 1];
   }
-  SetLanguage(LanguageNamed(name).value_or(Language::kEnglish));
+  const auto chosen = name.empty() ? FirstKnown(languages_of_user) : LanguageNamed(name);
+  SetLanguage(chosen.value_or(Language::kEnglish));
 }
 
 std::string Translated(std::string_view english) {

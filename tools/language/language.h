@@ -16,11 +16,12 @@ enum class Language { kEnglish, kChinese };
 void SetLanguage(Language language);
 Language CurrentLanguage();
 
-// Sets what the last "--lang zh" or "--lang=zh" of a command line names, or else the first of
-// LC_ALL, LC_MESSAGES and LANG that is set. A name that is no language here ("fr_FR") leaves
-// English.
+// Sets what the last "--lang zh" or "--lang=zh" of a command line names; or else the first of
+// LC_ALL, LC_MESSAGES and LANG that is set; or else the first of the user's languages ("zh-CN", the
+// best one first) that there are words for. Any other name ("fr_FR"), or none, leaves English.
 inline constexpr std::string_view kLanguageOption = "--lang";
-void ChooseLanguage(std::span<const std::string> arguments);
+void ChooseLanguage(std::span<const std::string> arguments,
+                    std::span<const std::string> languages_of_user);
 
 // The text in the language of the process; as it is where that has no words for it.
 std::string Translated(std::string_view english);

@@ -14,6 +14,7 @@
 #include "scenario/scenario.h"
 #include "tavcc/option_table.h"
 #include "tavcc/output.h"
+#include "tavcc/platform/process.h"
 #include "tavcc/sql/row_format.h"
 
 namespace tavcc {
@@ -379,8 +380,8 @@ std::vector<std::string> AllMethods() {
 void DescribeLanguage(CLI::App& app, CommandLine& line) {
   app.add_option(
          std::string(kLanguageOption), line.language,
-         "The language of messages and help, en or zh; by default the environment's. JSON is "
-         "English in each")
+         "The language of messages and help, en or zh; by default the environment's, or else "
+         "Windows'. JSON is English in each")
       ->type_name("LANGUAGE")
       ->check(CLI::IsMember({"en", "zh"}));
 }
@@ -503,7 +504,7 @@ constexpr const char* kParserTexts[] = {
 }  // namespace
 
 std::optional<CommandLine> ReadCommandLine(const std::vector<std::string>& words) {
-  ChooseLanguage(words);
+  ChooseLanguage(words, UserLanguages());
   CLI::App app;
   CommandLine line;
   DescribeAll(app, line);

@@ -76,9 +76,14 @@ std::string Term(const char* term, const std::string& what) {
   return fmt::format(".TP\n{}\n{}\n", term, what);
 }
 
+// Chinese has no blanks that could be stretched to fill a line.
+std::string Adjustment() {
+  return CurrentLanguage() == Language::kChinese ? ".ad l\n" : "";
+}
+
 std::string PageHead() {
   return fmt::format(".TH TAVCC 1 2026-11-22 \"tavcc\" \"{}\"\n", Translated("User Commands")) +
-         Section(Translated("NAME")) + "tavcc \\- " +
+         Adjustment() + Section(Translated("NAME")) + "tavcc \\- " +
          Translated("business rules of an ERP's inventory module, from a shell") + "\n" +
          Section(Translated("SYNOPSIS")) + ".B tavcc\n" +
          fmt::format(".I {}\n[\\fI{}\\fR .\\|.\\|.]\n", Translated("command"),

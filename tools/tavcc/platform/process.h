@@ -17,4 +17,8 @@ std::vector<std::string> CommandLineWords(int argc, const char* const* argv);
 // A variable of the environment in UTF-8; nothing where it is not set.
 std::optional<std::string> EnvironmentVariable(const std::string& name);
 
+// The languages that the user prefers, as Windows names them ("zh-CN"), the best one first. None on
+// Unix, where the environment names them.
+std::vector<std::string> UserLanguages();
+
 }  // namespace tavcc

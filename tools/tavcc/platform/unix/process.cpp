@@ -19,4 +19,8 @@ std::optional<std::string> EnvironmentVariable(const std::string& name) {
   return value == nullptr ? std::nullopt : std::optional<std::string>(value);
 }
 
+std::vector<std::string> UserLanguages() {
+  return {};
+}
+
 }  // namespace tavcc

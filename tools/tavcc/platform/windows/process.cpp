@@ -39,4 +39,17 @@ std::optional<std::string> EnvironmentVariable(const std::string& name) {
   return value == nullptr ? std::nullopt : std::optional<std::string>(FromWide(value));
 }
 
+std::vector<std::string> UserLanguages() {
+  ULONG count = 0, length = 0;
+  if (!GetUserPreferredUILanguages(MUI_LANGUAGE_NAME, &count, nullptr, &length)) return {};
+  std::wstring names(length,
+                     L'\0');  // one behind the other, each with a zero, and a zero behind all
+  if (!GetUserPreferredUILanguages(MUI_LANGUAGE_NAME, &count, names.data(), &length)) return {};
+  std::vector<std::string> languages;
+  for (size_t at = 0; at < names.size() && names[at] != L'\0'; at = names.find(L'\0', at) + 1) {
+    languages.push_back(FromWide(names.c_str() + at));
+  }
+  return languages;
+}
+
 }  // namespace tavcc
