@@ -1,11 +1,13 @@
-# Installs tavcc with its manual page and completions, which it makes itself of its option table.
+# Installs tavcc with its manual pages, English and Chinese, and completions, which it makes itself
+# of its option table.
 set(pages ${PROJECT_BINARY_DIR}/packaging/pages)
-file(MAKE_DIRECTORY ${pages})
+file(MAKE_DIRECTORY ${pages}/zh_CN)
 find_program(GZIP gzip REQUIRED)
 add_custom_command(
-  OUTPUT ${pages}/tavcc.1.gz ${pages}/tavcc.bash ${pages}/_tavcc ${pages}/tavcc.fish
+  OUTPUT ${pages}/tavcc.1.gz ${pages}/zh_CN/tavcc.1.gz ${pages}/tavcc.bash ${pages}/_tavcc ${pages}/tavcc.fish
   COMMAND tavcc man --lang en > ${pages}/tavcc.1
-  COMMAND ${GZIP} -9nf ${pages}/tavcc.1
+  COMMAND tavcc man --lang zh > ${pages}/zh_CN/tavcc.1
+  COMMAND ${GZIP} -9nf ${pages}/tavcc.1 ${pages}/zh_CN/tavcc.1
   COMMAND tavcc completion bash --lang en > ${pages}/tavcc.bash
   COMMAND tavcc completion zsh --lang en > ${pages}/_tavcc
   COMMAND tavcc completion fish --lang en > ${pages}/tavcc.fish
@@ -15,6 +17,8 @@ add_custom_target(tavcc_pages ALL DEPENDS ${pages}/tavcc.1.gz)
 
 install(TARGETS tavcc RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
 install(FILES ${pages}/tavcc.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
+install(FILES ${pages}/zh_CN/tavcc.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/zh_CN/man1
+        COMPONENT tool)
 install(
   FILES ${pages}/tavcc.bash
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions

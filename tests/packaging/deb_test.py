@@ -65,6 +65,7 @@ class Packages(unittest.TestCase):
             "/usr/share/fish/vendor_completions.d/tavcc.fish",
             "/usr/share/lintian/overrides/tavcc",
             "/usr/share/man/man1/tavcc.1.gz",
+            "/usr/share/man/zh_CN/man1/tavcc.1.gz",
             "/usr/share/zsh/vendor-completions/_tavcc",
         })
         self.assertEqual({owner for _, owner in files.values()}, {"root/root"})

@@ -52,10 +52,20 @@ class Installed(unittest.TestCase):
         answer = run(self.path("bin/tavcc"), "--version")
         self.assertRegex(answer.stdout, r"^tavcc \d+\.\d+\.\d+\n$")
 
-    def test_the_manual_page_is_one(self):
-        answer = run("gzip", "-cd", self.path("share/man/man1/tavcc.1.gz"))
+    def manual_page(self, folder):
+        answer = run("gzip", "-cd", self.path("share/man", folder, "tavcc.1.gz"))
         self.assertTrue(answer.stdout.startswith(".TH TAVCC 1"), answer.stdout[:80])
-        self.assertIn("explain", answer.stdout)
+        return answer.stdout
+
+    def test_the_manual_page_is_one(self):
+        self.assertIn("\n.SH NAME\ntavcc \\- business rules", self.manual_page("man1"))
+
+    def test_the_manual_page_is_there_in_chinese_too(self):
+        english, chinese = self.manual_page("man1"), self.manual_page("zh_CN/man1")
+        self.assertIn("\n.SH 名称\ntavcc \\- 在命令行上运行", chinese)
+        heads = r'^\.SS "tavcc .*|^\\fB.*'  # commands and options
+        self.assertEqual(re.findall(heads, chinese, re.M), re.findall(heads, english, re.M))
+        self.assertGreater(len(re.findall(heads, chinese, re.M)), 50)
 
     def test_bash_completes(self):
         script = self.path("share/bash-completion/completions/tavcc")
