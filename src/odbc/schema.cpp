@@ -4,6 +4,7 @@
 #include <array>
 #include <atomic>
 #include <functional>
+#include <utility>
 
 #include "foundation/conversions.h"
 #include "foundation/text.h"
@@ -62,6 +63,19 @@ std::string TypeOf(const Rows& columns, size_t row) {
   return name;
 }
 
+// Drops the rows of other tables. To a driver the name is a pattern, in which "_" stands for any
+// character, and not every driver takes a way to escape it.
+void KeepRowsOf(std::string_view table, Rows& columns) {
+  Rows kept{columns.names, {}};
+  for (size_t row = 0; row < columns.RowCount(); ++row) {
+    if (UpperCase(CellText(columns, row, kTableName)) != UpperCase(table)) continue;
+    for (size_t i = 0; i < columns.names.size(); ++i) {
+      kept.cells.push_back(columns.ValueAt(row, i));
+    }
+  }
+  columns = std::move(kept);
+}
+
 }  // namespace
 
 std::optional<Rows> ReadTables(const Statement& statement, Encoding encoding) {
@@ -84,7 +98,9 @@ std::optional<Rows> ReadColumns(const Statement& statement, Encoding encoding,
                                              static_cast<SQLSMALLINT>(wide.size()), nullptr, 0)
                                : SQLColumns(statement.get(), nullptr, 0, nullptr, 0, bytes.data(),
                                             static_cast<SQLSMALLINT>(bytes.size()), nullptr, 0);
-  return ReadAll(statement, encoding, result);
+  auto columns = ReadAll(statement, encoding, result);
+  if (columns) KeepRowsOf(table, *columns);
+  return columns;
 }
 
 std::vector<SchemaObject> ObjectsOf(const Rows& tables) {

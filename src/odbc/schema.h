@@ -14,6 +14,7 @@
 namespace tavcc::odbc {
 
 // Each runs its function on a fresh statement and reads the rows; nothing where the driver fails.
+// A table's name is compared without regard to letter case.
 std::optional<Rows> ReadTables(const Statement& statement, Encoding encoding);
 std::optional<Rows> ReadColumns(const Statement& statement, Encoding encoding,
                                 std::string_view table);

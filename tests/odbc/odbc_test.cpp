@@ -53,6 +53,20 @@ TEST_F(OdbcTest, ReadsEachKindOfValue) {
   EXPECT_EQ(row->Field("G"), Value(int16_t{-3}));
 }
 
+// Where a pattern is asked for, "_" stands for any character.
+TEST_F(OdbcTest, ColumnsAreThoseOfOneTable) {
+  session_->Execute("create table T_A(Own integer)");
+  session_->Execute("create table TXA(Other integer)");
+  session_->Execute("create table T_AB(Longer integer)");
+  const BatchSessionPtr batches = OpenOdbc({kDriver + file_});
+  EXPECT_EQ(batches->Columns("T_A"), std::vector<std::string>{"Own"});
+  EXPECT_EQ(batches->Columns("t_a"), std::vector<std::string>{"Own"});
+  EXPECT_EQ(batches->Columns("TXA"), std::vector<std::string>{"Other"});
+  EXPECT_EQ(batches->Columns("T%"), std::vector<std::string>{});
+  EXPECT_EQ(batches->Definition("T_A"), "CREATE TABLE T_A (\n  Own integer NULL\n)");
+  EXPECT_EQ(batches->Definition("T_"), "");
+}
+
 TEST_F(OdbcTest, NullsOfEachKind) {
   session_->Execute(
       "create table T(A integer, B bit, C float, D timestamp, E varchar(20), F bigint)");
