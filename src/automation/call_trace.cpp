@@ -50,6 +50,15 @@ StatementObserver WritingTo(TraceFile& file, const TraceText& text) {
           .rows = kMostRows};
 }
 
+// The host may hand a connection over.
+void WatchConnections(std::vector<Value>& arguments, StatementLog& log) {
+  for (Value& argument : arguments) {
+    if (!argument.IsObject()) continue;
+    const auto connection = std::dynamic_pointer_cast<Connection>(argument.object());
+    if (connection != nullptr) argument = LogStatements(connection, log);
+  }
+}
+
 double MillisecondsSince(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
       .count();
@@ -70,8 +79,10 @@ CallTracer::CallTracer(Host& host, std::wstring folder)
 
 Value CallTracer::Invoke(const ClassDescription& cls, const Method& method, PlugIn& object,
                          std::vector<Value>& arguments) {
+  if (method.is_property) return tavcc::Invoke(cls, method, object, arguments);
   // A host may call the object while it answers one of its calls: that is a part of the outer one.
-  if (method.is_property || std::exchange(busy_, true)) {
+  if (std::exchange(busy_, true)) {
+    WatchConnections(arguments, log_);
     return tavcc::Invoke(cls, method, object, arguments);
   }
   struct Ended {
@@ -90,12 +101,7 @@ Value CallTracer::Traced(const ClassDescription& cls, const Method& method, Plug
   if (!file.IsOpen()) return tavcc::Invoke(cls, method, object, arguments);
 
   Quietly([&] { file.Write(text.BeginLine(time)); });
-  // A connection that the host hands over is watched, too.
-  for (Value& argument : arguments) {
-    if (!argument.IsObject()) continue;
-    const auto connection = std::dynamic_pointer_cast<Connection>(argument.object());
-    if (connection != nullptr) argument = LogStatements(connection, log_);
-  }
+  WatchConnections(arguments, log_);
   LoggedCall call(log_, WritingTo(file, text));
   const auto start = std::chrono::steady_clock::now();
   try {

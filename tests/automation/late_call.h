@@ -54,6 +54,14 @@ inline VARIANT Text(BSTR text) {  // borrowed
   return out;
 }
 
+inline VARIANT Dispatch(IDispatch* object) {  // borrowed
+  VARIANT out;
+  VariantInit(&out);
+  out.vt = VT_DISPATCH;
+  out.pdispVal = object;
+  return out;
+}
+
 inline VARIANT TextReference(BSTR* text) {
   VARIANT out;
   VariantInit(&out);

@@ -23,14 +23,6 @@ ComPtr<IDispatch> Field(const Value& value) {
   return field;
 }
 
-VARIANT Object(const ComPtr<IDispatch>& object) {  // borrowed
-  VARIANT out;
-  VariantInit(&out);
-  out.vt = VT_DISPATCH;
-  out.pdispVal = object.Get();
-  return out;
-}
-
 TEST_F(AutomationTest, AFieldObjectStandsForItsValue) {
   HostedErp erp;
   const auto object = CreateByProgID(L"TavM_CC_PlugIns.cls_CX");
@@ -38,7 +30,9 @@ TEST_F(AutomationTest, AFieldObjectStandsForItsValue) {
   const auto user = Field("2");
   const auto dsn = Field(erp.erp().dsn());
   UniqueVariant message;
-  LateCall call{{Object(id), Object(user), Object(dsn), VariantReference(message.get())}, {}};
+  LateCall call{{Dispatch(id.Get()), Dispatch(user.Get()), Dispatch(dsn.Get()),
+                 VariantReference(message.get())},
+                {}};
   ASSERT_EQ(call.On(*object.Get(), L"AuditBill"), S_OK);
   EXPECT_EQ(call.result.get()->boolVal, VARIANT_TRUE);
 }
@@ -49,13 +43,13 @@ TEST_F(AutomationTest, AnInOutArgumentMayHoldAFieldObject) {
   const auto object = CreateByProgID(L"TavM_CC_PlugIns.cls_CX");
   const auto earlier = Field("earlier");
   UniqueVariant message;
-  *message.get() = Object(earlier);
+  *message.get() = Dispatch(earlier.Get());
   earlier->AddRef();  // the variable's own
   LateCall call{{Long(77), Long(2), Text(erp.dsn()), VariantReference(message.get())}, {}};
   ASSERT_EQ(call.On(*object.Get(), L"AuditBill"), S_OK);
   ASSERT_EQ(message.get()->vt, VT_BSTR);
   EXPECT_EQ(ToUtf8(message.get()->bstrVal), "该单据不存在，不能审核！");
-  LateCall by_value{{Long(77), Long(2), Text(erp.dsn()), Object(earlier)}, {}};
+  LateCall by_value{{Long(77), Long(2), Text(erp.dsn()), Dispatch(earlier.Get())}, {}};
   EXPECT_EQ(by_value.On(*object.Get(), L"AuditBill"), S_OK);
 }
 
@@ -63,7 +57,7 @@ TEST_F(AutomationTest, DatesAndBooleansMayBeFieldObjectsToo) {
   HostedErp erp;
   const auto info = CreateByProgID(L"TavM_CC_PlugIns.PublicSysInfo");
   const auto date = Field(*DateTime::FromAutomation(46096));  // in March 2026
-  LateCall call{{Text(erp.dsn()), Object(date)}, {}};
+  LateCall call{{Text(erp.dsn()), Dispatch(date.Get())}, {}};
   ASSERT_EQ(call.On(*info.Get(), L"DateInCurrentPeriod"), S_OK);
   EXPECT_EQ(call.result.get()->boolVal, VARIANT_TRUE);
 }
@@ -74,7 +68,8 @@ TEST_F(AutomationTest, AFieldOfAFieldStandsForItsInnermostValue) {
   const auto inner = Field(int32_t{77});
   const auto outer = Field(automation::WrapObject(inner.Get()));
   UniqueVariant message;
-  LateCall call{{Object(outer), Long(2), Text(erp.dsn()), VariantReference(message.get())}, {}};
+  LateCall call{{Dispatch(outer.Get()), Long(2), Text(erp.dsn()), VariantReference(message.get())},
+                {}};
   ASSERT_EQ(call.On(*object.Get(), L"AuditBill"), S_OK);
   EXPECT_EQ(ToUtf8(message.get()->bstrVal), "该单据不存在，不能审核！");
 }
@@ -97,7 +92,8 @@ TEST_F(AutomationTest, AnObjectWithoutAValueIsAWrongType) {
   erp.erp().log().Clear();
   for (const auto& id : {none, failing, word, ComPtr<IDispatch>()}) {
     UniqueVariant message;
-    LateCall call{{Object(id), Long(2), Text(erp.dsn()), VariantReference(message.get())}, {}};
+    LateCall call{{Dispatch(id.Get()), Long(2), Text(erp.dsn()), VariantReference(message.get())},
+                  {}};
     EXPECT_EQ(call.On(*object.Get(), L"AuditBill"), DISP_E_TYPEMISMATCH);
     EXPECT_EQ(call.bad_argument, 3u);
   }

@@ -31,14 +31,6 @@ VARIANT Unknown(IUnknown* object) {  // borrowed
   return out;
 }
 
-VARIANT Dispatch(IDispatch* object) {  // borrowed
-  VARIANT out;
-  VariantInit(&out);
-  out.vt = VT_DISPATCH;
-  out.pdispVal = object;
-  return out;
-}
-
 // An object that has nothing but references.
 class BareUnknown final : public IUnknown {
  public:

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -52,12 +53,16 @@ class TraceFolder {
                             FILE_ATTRIBUTE_NORMAL, nullptr));
   }
 
+  std::vector<std::string> Texts(const std::wstring& name) const {
+    std::ifstream file(std::filesystem::path(path_) / name);
+    std::vector<std::string> texts;
+    for (std::string line; std::getline(file, line);) texts.push_back(line);
+    return texts;
+  }
+
   std::vector<Json> Lines(const std::wstring& name) const {
-    std::string path;
-    for (const wchar_t c : path_ + L"\\" + name) path += static_cast<char>(c);
-    std::ifstream file(path);
     std::vector<Json> lines;
-    for (std::string line; std::getline(file, line);) lines.push_back(ParseJson(line));
+    for (const std::string& text : Texts(name)) lines.push_back(ParseJson(text));
     return lines;
   }
 

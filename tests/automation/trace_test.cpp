@@ -7,6 +7,7 @@
 #include "TavM_CC_PlugIns.h"
 #include "automation/interface_ids.h"
 #include "automation/trace_fixture.h"
+#include "host/automation/dispatch_object.h"
 #include "scenario/runner.h"
 #include "scenario/scenario.h"
 
@@ -15,6 +16,8 @@ namespace {
 
 constexpr const wchar_t* kKey = L"Software\\TavM_CC_PlugIns";
 constexpr const char* kHead = "Select FStatus,FVoucherID From T_CC_ZZCX where FID=1";
+constexpr const char* kGenericHead =
+    "Select FStatus,FVoucherID From T_CC_ZZCX  where FID=1";  // two blanks: as stored
 
 TEST_F(TraceTest, ACallIsAFileOfItsGatesStatementsAndRows) {
   HostedErp erp;
@@ -112,6 +115,56 @@ TEST_F(TraceTest, TheKeysOfADictionaryAreThoseThatTheMethodReads) {
   const MethodName name = FindMethodByName("PublicSysInfo.WhetherCheckStockNum");
   EXPECT_EQ(CallLateBound(*object.Get(), *name.method, arguments), Value(int16_t{1}));
   EXPECT_EQ(Show(Lines()[0]["arguments"]["oDict"]), "{\"ClassTypeID\":1030002,\"BillType\":3001}");
+}
+
+// Whether the open bill may be deleted, asked on a connection that the host hands over.
+void AskOnTheHostsConnection(HostedErp& erp, IDispatch& object) {
+  std::vector<Value> arguments{int32_t{1}, erp.erp().connection(), "", "T_CC_ZZCX"};
+  const MethodName name = FindMethodByName("PublicSysInfo.VerifyDataBeforeDelete");
+  EXPECT_EQ(CallLateBound(object, *name.method, arguments), Value(true));
+}
+
+TEST_F(TraceTest, AConnectionThatIsHandedInIsWatched) {
+  HostedErp erp;
+  const auto object = CreateByProgID(L"TavM_CC_PlugIns.PublicSysInfo");
+  AskOnTheHostsConnection(erp, *object.Get());
+  EXPECT_EQ(Lines()[0]["arguments"]["cn"], Json("a connection"));
+  const std::vector<Json> sent = Lines("statement");
+  ASSERT_EQ(sent.size(), 1u);
+  EXPECT_EQ(sent[0]["sql"], Json(kGenericHead));
+  EXPECT_EQ(sent[0]["from"].get<std::string>().find("src/balances/bill_deletion.cpp:"), 0u);
+  const std::vector<Json> rows = Lines("rows_of");
+  ASSERT_EQ(rows.size(), 1u);
+  EXPECT_EQ(Show(rows[0]["rows"]), "[[0,0]]");
+}
+
+// While it answers a call, a host may call the same object.
+TEST_F(TraceTest, ACallWithinACallIsAPartOfIt) {
+  HostedErp erp;
+  const auto object = CreateByProgID(L"TavM_CC_PlugIns.PublicSysInfo");
+  const auto answer = [&](const host_automation::Arguments& key) -> Value {
+    AskOnTheHostsConnection(erp, *object.Get());
+    return key[0] == Value("BillType") ? int32_t{3001} : int32_t{1030002};
+  };
+  automation::ComPtr<IDispatch> bill;
+  bill.Attach(host_automation::NewDispatchObject(
+      {{"Lookup", [](const host_automation::Arguments&) -> Value { return true; }},
+       {"Item", answer, nullptr, true}},
+      nullptr));
+  LateCall call{{Long(1), Dispatch(bill.Get())}, {}};
+  ASSERT_EQ(call.On(*object.Get(), L"WhetherCheckStockNum"), S_OK);
+  EXPECT_EQ(call.result.get()->iVal, 1);
+  ASSERT_EQ(Lines("call").size(), 1u);
+  EXPECT_EQ(Lines("call")[0]["call"], Json("PublicSysInfo.WhetherCheckStockNum"));
+  ASSERT_EQ(Lines("result").size(), 1u);
+  EXPECT_EQ(Lines("result")[0]["result"], Json(1));
+  // The rule asks for the bill's class and its type.
+  const std::vector<Json> sent = Lines("statement");
+  ASSERT_EQ(sent.size(), 2u);
+  for (const Json& statement : sent) EXPECT_EQ(statement["sql"], Json(kGenericHead));
+
+  AskOnTheHostsConnection(erp, *object.Get());
+  EXPECT_EQ(folder_.Files().size(), 2u) << "the next call is one of its own again";
 }
 
 // A batch of so many bills, none of which is in the database.
