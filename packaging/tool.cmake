@@ -4,7 +4,8 @@ set(pages ${PROJECT_BINARY_DIR}/packaging/pages)
 file(MAKE_DIRECTORY ${pages}/zh_CN)
 find_program(GZIP gzip REQUIRED)
 add_custom_command(
-  OUTPUT ${pages}/tavcc.1.gz ${pages}/zh_CN/tavcc.1.gz ${pages}/tavcc.bash ${pages}/_tavcc ${pages}/tavcc.fish
+  OUTPUT ${pages}/tavcc.1.gz ${pages}/zh_CN/tavcc.1.gz ${pages}/tavcc.bash ${pages}/_tavcc
+         ${pages}/tavcc.fish
   COMMAND tavcc man --lang en > ${pages}/tavcc.1
   COMMAND tavcc man --lang zh > ${pages}/zh_CN/tavcc.1
   COMMAND ${GZIP} -9nf ${pages}/tavcc.1 ${pages}/zh_CN/tavcc.1

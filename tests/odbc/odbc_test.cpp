@@ -63,7 +63,7 @@ TEST_F(OdbcTest, ColumnsAreThoseOfOneTable) {
   EXPECT_EQ(batches->Columns("t_a"), std::vector<std::string>{"Own"});
   EXPECT_EQ(batches->Columns("TXA"), std::vector<std::string>{"Other"});
   EXPECT_EQ(batches->Columns("T%"), std::vector<std::string>{});
-  EXPECT_EQ(batches->Definition("T_A"), "CREATE TABLE T_A (\n  Own integer NULL\n)");
+  EXPECT_EQ(batches->Definition("T_A"), "CREATE TABLE T_A (\n  Own INTEGER NULL\n)");
   EXPECT_EQ(batches->Definition("T_"), "");
 }
 
