@@ -63,7 +63,7 @@ class Installed(unittest.TestCase):
     def test_the_manual_page_is_there_in_chinese_too(self):
         english, chinese = self.manual_page("man1"), self.manual_page("zh_CN/man1")
         self.assertIn("\n.SH 名称\ntavcc \\- 在命令行上运行", chinese)
-        heads = r'^\.SS "tavcc .*|^\\fB.*'  # commands and options
+        heads = r'^\.SS "tavcc .*|^\\fB\\-.*'  # commands and options
         self.assertEqual(re.findall(heads, chinese, re.M), re.findall(heads, english, re.M))
         self.assertGreater(len(re.findall(heads, chinese, re.M)), 50)
 
