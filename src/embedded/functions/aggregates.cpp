@@ -27,24 +27,17 @@ struct IntegerSum {
   int64_t sum;
 };
 
-void SumIntegerStep(Context context, int, Arguments arguments) {
+// Takes a row in, or out again.
+template <bool in>
+void SumIntegers(Context context, int, Arguments arguments) {
   if (AnyNull(1, arguments)) return;
   auto* state = StateOf<IntegerSum>(context, true);
   if (state == nullptr) return sqlite3_result_error_nomem(context);
-  ++state->count;
-  if (__builtin_add_overflow(state->sum, sqlite3_value_int64(arguments[0]), &state->sum)) {
-    FailOverflow(context, TypeKind::kBigInt);
-  }
-}
-
-void SumIntegerInverse(Context context, int, Arguments arguments) {
-  if (AnyNull(1, arguments)) return;
-  auto* state = StateOf<IntegerSum>(context, true);
-  if (state == nullptr) return sqlite3_result_error_nomem(context);
-  --state->count;
-  if (__builtin_sub_overflow(state->sum, sqlite3_value_int64(arguments[0]), &state->sum)) {
-    FailOverflow(context, TypeKind::kBigInt);
-  }
+  state->count += in ? 1 : -1;
+  const int64_t value = sqlite3_value_int64(arguments[0]);
+  const bool overflow = in ? __builtin_add_overflow(state->sum, value, &state->sum)
+                           : __builtin_sub_overflow(state->sum, value, &state->sum);
+  if (overflow) FailOverflow(context, TypeKind::kBigInt);
 }
 
 // The server fails AVG too when the sum is beyond the type.
@@ -54,18 +47,11 @@ bool SumFits(Context context, TypeKind kind, int64_t sum) {
   return false;
 }
 
-template <TypeKind kind>
-void SumIntegerFinal(Context context) {
+template <TypeKind kind, bool average>
+void SumIntegersFinal(Context context) {
   const auto* state = StateOf<IntegerSum>(context, false);
-  if (state == nullptr || state->count == 0) return;
-  if (SumFits(context, kind, state->sum)) sqlite3_result_int64(context, state->sum);
-}
-
-template <TypeKind kind>
-void AverageIntegerFinal(Context context) {
-  const auto* state = StateOf<IntegerSum>(context, false);
-  if (state == nullptr || state->count == 0) return;
-  if (SumFits(context, kind, state->sum)) sqlite3_result_int64(context, state->sum / state->count);
+  if (state == nullptr || state->count == 0 || !SumFits(context, kind, state->sum)) return;
+  sqlite3_result_int64(context, average ? state->sum / state->count : state->sum);
 }
 
 // ---- Decimals ----
@@ -80,15 +66,21 @@ struct DecimalSum {
 
 constexpr SqlType kWidest = DecimalType(38, 0);
 
-void SumDecimalStep(Context context, int count, Arguments arguments) {
+// Takes a row in, or out again. What is not wide took in whole values only; taking them out again
+// stays within its range or leaves it as adding does.
+template <bool in>
+void SumDecimals(Context context, int count, Arguments arguments) {
   if (AnyNull(1, arguments)) return;
   auto* state = StateOf<DecimalSum>(context, true);
   if (state == nullptr) return sqlite3_result_error_nomem(context);
-  ++state->count;
+  state->count += in ? 1 : -1;
   if (count == 2) state->shape = sqlite3_value_int64(arguments[1]);
   if (!state->is_wide && IsIntegerValue(arguments[0])) {
+    const int64_t value = sqlite3_value_int64(arguments[0]);
     int64_t sum = 0;
-    if (!__builtin_add_overflow(state->small, sqlite3_value_int64(arguments[0]), &sum)) {
+    const bool overflow = in ? __builtin_add_overflow(state->small, value, &sum)
+                             : __builtin_sub_overflow(state->small, value, &sum);
+    if (!overflow) {
       state->small = sum;
       return;
     }
@@ -97,27 +89,9 @@ void SumDecimalStep(Context context, int count, Arguments arguments) {
     state->wide = WideInteger::FromInt64(state->small);
     state->is_wide = true;
   }
-  state->wide.Add(CoefficientOf(ViewOf(arguments[0])));
-  if (!FitsScaled(state->wide, kWidest)) FailOverflow(context, TypeKind::kDecimal);
-}
-
-void SumDecimalInverse(Context context, int, Arguments arguments) {
-  if (AnyNull(1, arguments)) return;
-  auto* state = StateOf<DecimalSum>(context, true);
-  if (state == nullptr) return sqlite3_result_error_nomem(context);
-  --state->count;
-  if (!state->is_wide) {
-    // What is not wide took in whole values only; taking them out again stays within its range or
-    // leaves it as adding does.
-    int64_t sum = 0;
-    if (!__builtin_sub_overflow(state->small, sqlite3_value_int64(arguments[0]), &sum)) {
-      state->small = sum;
-      return;
-    }
-    state->wide = WideInteger::FromInt64(state->small);
-    state->is_wide = true;
-  }
-  state->wide.Subtract(CoefficientOf(ViewOf(arguments[0])));
+  const WideInteger value = CoefficientOf(ViewOf(arguments[0]));
+  in ? state->wide.Add(value) : state->wide.Subtract(value);
+  if (in && !FitsScaled(state->wide, kWidest)) FailOverflow(context, TypeKind::kDecimal);
 }
 
 WideInteger SumOf(const DecimalSum& state) {
@@ -132,8 +106,7 @@ void SumDecimalFinal(Context context) {
   if (!FitsScaled(state->wide, kind == TypeKind::kMoney ? Type(kind) : kWidest)) {
     return FailOverflow(context, kind);
   }
-  Scratch scratch;
-  Return(context, StoreCoefficient(state->wide, &scratch));
+  ReturnCoefficient(context, state->wide);
 }
 
 void AverageDecimalFinal(Context context) {
@@ -145,8 +118,7 @@ void AverageDecimalFinal(Context context) {
   const DecimalStatus status = DivideDecimals(
       SumOf(*state), scale, WideInteger::FromInt64(state->count), 0, result, &average);
   if (status != DecimalStatus::kOk) return FailOverflow(context, result.kind);
-  Scratch scratch;
-  Return(context, StoreCoefficient(average, &scratch));
+  ReturnCoefficient(context, average);
 }
 
 struct DecimalExtreme {
@@ -167,8 +139,7 @@ void ExtremeStep(Context context, int, Arguments arguments) {
 void ExtremeFinal(Context context) {
   const auto* state = StateOf<DecimalExtreme>(context, false);
   if (state == nullptr) return;
-  Scratch scratch;
-  Return(context, StoreCoefficient(state->best, &scratch));
+  ReturnCoefficient(context, state->best);
 }
 
 // ---- MIN and MAX over rows that leave again ----
@@ -205,8 +176,7 @@ void FrameValue(Context context) {
   if (state == nullptr || state->values == nullptr || state->values->empty()) return;
   const WideInteger& best =
       wanted < 0 ? state->values->begin()->first : state->values->rbegin()->first;
-  Scratch scratch;
-  Return(context, StoreCoefficient(best, &scratch));
+  ReturnCoefficient(context, best);
 }
 
 template <int wanted>
@@ -215,21 +185,23 @@ void FrameFinal(Context context) {
   if (const auto* state = StateOf<ValuesInFrame>(context, false)) delete state->values;
 }
 
-// One whose value at the end is the value so far.
-constexpr AggregateEntry Over(const char* name, int arguments, ScalarFunction step,
-                              FinalFunction final, ScalarFunction inverse) {
-  return {name, arguments, step, final, inverse, final};
+// A sum, whose value at the end is the value so far.
+template <ScalarFunction in, ScalarFunction out>
+constexpr AggregateEntry Sum(const char* name, int arguments, FinalFunction final) {
+  return {name, arguments, Guarded<in>, final, Guarded<out>, final};
 }
+constexpr auto SumOfIntegers = Sum<SumIntegers<true>, SumIntegers<false>>;
+constexpr auto SumOfDecimals = Sum<SumDecimals<true>, SumDecimals<false>>;
 
 // clang-format off
 constexpr auto kAggregateFunctions = std::to_array<AggregateEntry>({
-    Over("t_sum_int", 1, Guarded<SumIntegerStep>, SumIntegerFinal<TypeKind::kInt>, Guarded<SumIntegerInverse>),
-    Over("t_sum_bigint", 1, Guarded<SumIntegerStep>, SumIntegerFinal<TypeKind::kBigInt>, Guarded<SumIntegerInverse>),
-    Over("t_avg_int", 1, Guarded<SumIntegerStep>, AverageIntegerFinal<TypeKind::kInt>, Guarded<SumIntegerInverse>),
-    Over("t_avg_bigint", 1, Guarded<SumIntegerStep>, AverageIntegerFinal<TypeKind::kBigInt>, Guarded<SumIntegerInverse>),
-    Over("t_sum_decimal", 1, Guarded<SumDecimalStep>, SumDecimalFinal<TypeKind::kDecimal>, Guarded<SumDecimalInverse>),
-    Over("t_sum_money", 1, Guarded<SumDecimalStep>, SumDecimalFinal<TypeKind::kMoney>, Guarded<SumDecimalInverse>),
-    Over("t_avg_decimal", 2, Guarded<SumDecimalStep>, AverageDecimalFinal, Guarded<SumDecimalInverse>),
+    SumOfIntegers("t_sum_int", 1, SumIntegersFinal<TypeKind::kInt, false>),
+    SumOfIntegers("t_sum_bigint", 1, SumIntegersFinal<TypeKind::kBigInt, false>),
+    SumOfIntegers("t_avg_int", 1, SumIntegersFinal<TypeKind::kInt, true>),
+    SumOfIntegers("t_avg_bigint", 1, SumIntegersFinal<TypeKind::kBigInt, true>),
+    SumOfDecimals("t_sum_decimal", 1, SumDecimalFinal<TypeKind::kDecimal>),
+    SumOfDecimals("t_sum_money", 1, SumDecimalFinal<TypeKind::kMoney>),
+    SumOfDecimals("t_avg_decimal", 2, AverageDecimalFinal),
     {"t_min_decimal", 1, Guarded<ExtremeStep<-1>>, ExtremeFinal},
     {"t_max_decimal", 1, Guarded<ExtremeStep<1>>, ExtremeFinal},
     {"t_min_decimal_over", 1, Guarded<FrameStep>, FrameFinal<-1>, Guarded<FrameInverse>, FrameValue<-1>},

@@ -54,7 +54,6 @@ std::string_view DatePartWord(DatePart part) {
 namespace internal {
 namespace {
 
-constexpr int64_t kTicksPerMinute = 60 * kTicksPerSecond;
 constexpr int64_t kTicksPerHour = 60 * kTicksPerMinute;
 
 // No date is beyond these; what is nevertheless must not overflow anything.
@@ -78,6 +77,22 @@ int64_t MillisecondsSince1900(int64_t ticks) {
   return seconds * 1000 + MillisecondsOfTicks(ticks - seconds * kTicksPerSecond);
 }
 
+// Of a part that is always as long, but for those below a tick.
+int64_t TicksPer(DatePart part) {
+  switch (part) {
+    case DatePart::kWeek:
+      return 7 * kTicksPerDay;
+    case DatePart::kHour:
+      return kTicksPerHour;
+    case DatePart::kMinute:
+      return kTicksPerMinute;
+    case DatePart::kSecond:
+      return kTicksPerSecond;
+    default:
+      return kTicksPerDay;
+  }
+}
+
 // The number of the unit that a moment is in; its difference is the boundaries crossed.
 int64_t UnitOf(DatePart part, int64_t ticks) {
   switch (part) {
@@ -89,18 +104,12 @@ int64_t UnitOf(DatePart part, int64_t ticks) {
       return MonthsOf(ticks);
     case DatePart::kWeek:
       return FloorDivide(DayOfTicks(ticks) + 1, 7);  // weeks begin on Sunday, whatever DATEFIRST is
-    case DatePart::kHour:
-      return FloorDivide(ticks, kTicksPerHour);
-    case DatePart::kMinute:
-      return FloorDivide(ticks, kTicksPerMinute);
-    case DatePart::kSecond:
-      return FloorDivide(ticks, kTicksPerSecond);
     case DatePart::kMillisecond:
     case DatePart::kMicrosecond:
     case DatePart::kNanosecond:
       return MillisecondsSince1900(ticks);
     default:
-      return DayOfTicks(ticks);
+      return FloorDivide(ticks, TicksPer(part));
   }
 }
 
@@ -139,18 +148,6 @@ bool AddPart(DatePart part, int64_t number, int64_t* ticks) {
       return AddMonths(number * 3, ticks);
     case DatePart::kMonth:
       return AddMonths(number, ticks);
-    case DatePart::kWeek:
-      *ticks += number * 7 * kTicksPerDay;
-      return true;
-    case DatePart::kHour:
-      *ticks += number * kTicksPerHour;
-      return true;
-    case DatePart::kMinute:
-      *ticks += number * kTicksPerMinute;
-      return true;
-    case DatePart::kSecond:
-      *ticks += number * kTicksPerSecond;
-      return true;
     case DatePart::kMillisecond:
       *ticks += TicksOfMilliseconds(number);
       return true;
@@ -161,7 +158,7 @@ bool AddPart(DatePart part, int64_t number, int64_t* ticks) {
       *ticks += TicksOfMilliseconds(FloorDivide(number + 500000, 1000000));
       return true;
     default:
-      *ticks += number * kTicksPerDay;
+      *ticks += number * TicksPer(part);
       return true;
   }
 }

@@ -40,8 +40,7 @@ void GiveStatus(Context context, DecimalStatus status, const Shape& shape,
                 const WideInteger& value) {
   if (status == DecimalStatus::kDivideByZero) return Fail(context, errors::kDivideByZero);
   if (status == DecimalStatus::kOverflow) return FailOverflow(context, shape.result.kind);
-  Scratch scratch;
-  Return(context, StoreCoefficient(value, &scratch));
+  ReturnCoefficient(context, value);
 }
 
 bool GiveSmall(Context context, const Shape& shape, int64_t value) {
@@ -87,6 +86,15 @@ WideInteger CoefficientOf(sqlite3_value* value) {
   return sql::CoefficientOf(ViewOf(value));
 }
 
+template <DecimalOperation operation>
+void ComputeWide(Context context, Arguments arguments, const Shape& shape) {
+  WideInteger result;
+  const DecimalStatus status =
+      operation(CoefficientOf(arguments[0]), shape.scale_a, CoefficientOf(arguments[1]),
+                shape.scale_b, shape.result, &result);
+  GiveStatus(context, status, shape, result);
+}
+
 template <bool subtract>
 void AddOrSubtract(Context context, int, Arguments arguments) {
   const Shape shape(arguments[2]);
@@ -98,12 +106,7 @@ void AddOrSubtract(Context context, int, Arguments arguments) {
                                    : __builtin_add_overflow(small.a, small.b, &result);
     if (!overflow && GiveSmall(context, shape, result)) return;
   }
-  WideInteger b = CoefficientOf(arguments[1]);
-  if (subtract) b.Negate();
-  WideInteger sum;
-  const DecimalStatus status =
-      AddDecimals(CoefficientOf(arguments[0]), shape.scale_a, b, shape.scale_b, shape.result, &sum);
-  GiveStatus(context, status, shape, sum);
+  ComputeWide<subtract ? SubtractDecimals : AddDecimals>(context, arguments, shape);
 }
 
 void Multiply(Context context, int, Arguments arguments) {
@@ -115,11 +118,7 @@ void Multiply(Context context, int, Arguments arguments) {
     if (ScaleDown(result, scale - shape.scale, &result) && GiveSmall(context, shape, result))
       return;
   }
-  WideInteger product;
-  const DecimalStatus status =
-      MultiplyDecimals(CoefficientOf(arguments[0]), shape.scale_a, CoefficientOf(arguments[1]),
-                       shape.scale_b, shape.result, &product);
-  GiveStatus(context, status, shape, product);
+  ComputeWide<MultiplyDecimals>(context, arguments, shape);
 }
 
 void Divide(Context context, int, Arguments arguments) {
@@ -133,20 +132,11 @@ void Divide(Context context, int, Arguments arguments) {
       if (GiveSmall(context, shape, a / b)) return;
     }
   }
-  WideInteger quotient;
-  const DecimalStatus status =
-      DivideDecimals(CoefficientOf(arguments[0]), shape.scale_a, CoefficientOf(arguments[1]),
-                     shape.scale_b, shape.result, &quotient);
-  GiveStatus(context, status, shape, quotient);
+  ComputeWide<DivideDecimals>(context, arguments, shape);
 }
 
 void Modulo(Context context, int, Arguments arguments) {
-  const Shape shape(arguments[2]);
-  WideInteger remainder;
-  const DecimalStatus status =
-      RemainderOfDecimals(CoefficientOf(arguments[0]), shape.scale_a, CoefficientOf(arguments[1]),
-                          shape.scale_b, shape.result, &remainder);
-  GiveStatus(context, status, shape, remainder);
+  ComputeWide<RemainderOfDecimals>(context, arguments, Shape(arguments[2]));
 }
 
 void Compare(Context context, int, Arguments arguments) {
@@ -157,11 +147,6 @@ void Compare(Context context, int, Arguments arguments) {
   }
   sqlite3_result_int(context, CompareDecimals(CoefficientOf(arguments[0]), shape.scale_a,
                                               CoefficientOf(arguments[1]), shape.scale_b));
-}
-
-void GiveWide(Context context, const WideInteger& value) {
-  Scratch scratch;
-  Return(context, StoreCoefficient(value, &scratch));
 }
 
 // Whether the argument is a 64-bit coefficient whose opposite is one too.
@@ -175,7 +160,7 @@ void Negate(Context context, int, Arguments arguments) {
   }
   WideInteger value = CoefficientOf(arguments[0]);
   value.Negate();
-  GiveWide(context, value);
+  ReturnCoefficient(context, value);
 }
 
 void Absolute(Context context, int, Arguments arguments) {
@@ -185,7 +170,7 @@ void Absolute(Context context, int, Arguments arguments) {
   }
   WideInteger value = CoefficientOf(arguments[0]);
   if (value.IsNegative()) value.Negate();
-  GiveWide(context, value);
+  ReturnCoefficient(context, value);
 }
 
 void Order(Context context, int, Arguments arguments) {

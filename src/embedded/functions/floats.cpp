@@ -17,26 +17,15 @@ void Give(Context context, double value) {
   sqlite3_result_double(context, kReal ? static_cast<double>(static_cast<float>(value)) : value);
 }
 
-template <TypeKind kind>
-void AddFloats(Context context, int, Arguments arguments) {
-  Give<kind>(context, sqlite3_value_double(arguments[0]) + sqlite3_value_double(arguments[1]));
-}
-
-template <TypeKind kind>
-void SubtractFloats(Context context, int, Arguments arguments) {
-  Give<kind>(context, sqlite3_value_double(arguments[0]) - sqlite3_value_double(arguments[1]));
-}
-
-template <TypeKind kind>
-void MultiplyFloats(Context context, int, Arguments arguments) {
-  Give<kind>(context, sqlite3_value_double(arguments[0]) * sqlite3_value_double(arguments[1]));
-}
-
-template <TypeKind kind>
-void DivideFloats(Context context, int, Arguments arguments) {
-  const double divisor = sqlite3_value_double(arguments[1]);
-  if (divisor == 0) return Fail(context, errors::kDivideByZero);
-  Give<kind>(context, sqlite3_value_double(arguments[0]) / divisor);
+template <TypeKind kind, char operation>
+void ComputeFloat(Context context, int, Arguments arguments) {
+  const double a = sqlite3_value_double(arguments[0]);
+  const double b = sqlite3_value_double(arguments[1]);
+  if (operation == '/' && b == 0) return Fail(context, errors::kDivideByZero);
+  Give<kind>(context, operation == '+'   ? a + b
+                      : operation == '-' ? a - b
+                      : operation == '*' ? a * b
+                                         : a / b);
 }
 
 void RoundFloat(Context context, int, Arguments arguments) {
@@ -70,25 +59,12 @@ void Apply(Context context, int, Arguments arguments) {
 }
 
 constexpr double kUndefined = std::numeric_limits<double>::quiet_NaN();
-double SquareRoot(double x) {
-  return std::sqrt(x);
-}
-double Exponential(double x) {
-  return std::exp(x);
-}
 double Logarithm(double x) {
   return x > 0 ? std::log(x) : kUndefined;
 }
 double DecimalLogarithm(double x) {
   return x > 0 ? std::log10(x) : kUndefined;
 }
-double Ceiling(double x) {
-  return std::ceil(x);
-}
-double Floor(double x) {
-  return std::floor(x);
-}
-
 void PowerOfFloat(Context context, int, Arguments arguments) {
   const double base = sqlite3_value_double(arguments[0]);
   const double exponent = sqlite3_value_double(arguments[1]);
@@ -103,14 +79,14 @@ constexpr auto kReal = TypeKind::kReal;
 
 // clang-format off
 constexpr auto kFloatFunctions = std::to_array<ScalarEntry>({
-    {"t_add_float", 2, Strict<AddFloats<kFloat>>},         {"t_add_real", 2, Strict<AddFloats<kReal>>},
-    {"t_sub_float", 2, Strict<SubtractFloats<kFloat>>},    {"t_sub_real", 2, Strict<SubtractFloats<kReal>>},
-    {"t_mul_float", 2, Strict<MultiplyFloats<kFloat>>},    {"t_mul_real", 2, Strict<MultiplyFloats<kReal>>},
-    {"t_div_float", 2, Strict<DivideFloats<kFloat>>},      {"t_div_real", 2, Strict<DivideFloats<kReal>>},
-    {"t_round_float", 3, Strict<RoundFloat>},             {"t_sign_float", 1, Strict<SignOfFloat>},
-    {"t_ceiling_float", 1, Strict<Apply<Ceiling>>},  {"t_floor_float", 1, Strict<Apply<Floor>>},
-    {"t_power_float", 2, Strict<PowerOfFloat>},             {"t_sqrt", 1, Strict<Apply<SquareRoot>>},
-    {"t_exp", 1, Strict<Apply<Exponential>>},        {"t_log", 1, Strict<Apply<Logarithm>>},
+    {"t_add_float", 2, Strict<ComputeFloat<kFloat, '+'>>},        {"t_add_real", 2, Strict<ComputeFloat<kReal, '+'>>},
+    {"t_sub_float", 2, Strict<ComputeFloat<kFloat, '-'>>},        {"t_sub_real", 2, Strict<ComputeFloat<kReal, '-'>>},
+    {"t_mul_float", 2, Strict<ComputeFloat<kFloat, '*'>>},        {"t_mul_real", 2, Strict<ComputeFloat<kReal, '*'>>},
+    {"t_div_float", 2, Strict<ComputeFloat<kFloat, '/'>>},        {"t_div_real", 2, Strict<ComputeFloat<kReal, '/'>>},
+    {"t_round_float", 3, Strict<RoundFloat>},                     {"t_sign_float", 1, Strict<SignOfFloat>},
+    {"t_ceiling_float", 1, Strict<Apply<std::ceil>>},             {"t_floor_float", 1, Strict<Apply<std::floor>>},
+    {"t_power_float", 2, Strict<PowerOfFloat>},                   {"t_sqrt", 1, Strict<Apply<std::sqrt>>},
+    {"t_exp", 1, Strict<Apply<std::exp>>},                        {"t_log", 1, Strict<Apply<Logarithm>>},
     {"t_log10", 1, Strict<Apply<DecimalLogarithm>>},
 });
 // clang-format on

@@ -11,49 +11,22 @@ namespace tavcc::sql::internal {
 namespace {
 
 template <TypeKind kind>
-constexpr bool InRange(int64_t value) {
-  if constexpr (kind == TypeKind::kTinyInt) return value >= 0 && value <= 255;
-  if constexpr (kind == TypeKind::kSmallInt) {
-    return value >= std::numeric_limits<int16_t>::min() &&
-           value <= std::numeric_limits<int16_t>::max();
-  }
-  if constexpr (kind == TypeKind::kInt) {
-    return value >= std::numeric_limits<int32_t>::min() &&
-           value <= std::numeric_limits<int32_t>::max();
-  }
-  return true;
-}
-
-template <TypeKind kind>
 void Give(Context context, bool overflow, int64_t value) {
-  if (overflow || !InRange<kind>(value)) {
+  if (overflow || !IsInRange(kind, value)) {
     FailOverflow(context, kind);
     return;
   }
   sqlite3_result_int64(context, value);
 }
 
-template <TypeKind kind>
-void Add(Context context, int, Arguments arguments) {
+template <TypeKind kind, char operation>
+void ComputeInteger(Context context, int, Arguments arguments) {
+  const int64_t a = sqlite3_value_int64(arguments[0]);
+  const int64_t b = sqlite3_value_int64(arguments[1]);
   int64_t result = 0;
-  const bool overflow = __builtin_add_overflow(sqlite3_value_int64(arguments[0]),
-                                               sqlite3_value_int64(arguments[1]), &result);
-  Give<kind>(context, overflow, result);
-}
-
-template <TypeKind kind>
-void Subtract(Context context, int, Arguments arguments) {
-  int64_t result = 0;
-  const bool overflow = __builtin_sub_overflow(sqlite3_value_int64(arguments[0]),
-                                               sqlite3_value_int64(arguments[1]), &result);
-  Give<kind>(context, overflow, result);
-}
-
-template <TypeKind kind>
-void Multiply(Context context, int, Arguments arguments) {
-  int64_t result = 0;
-  const bool overflow = __builtin_mul_overflow(sqlite3_value_int64(arguments[0]),
-                                               sqlite3_value_int64(arguments[1]), &result);
+  const bool overflow = operation == '+'   ? __builtin_add_overflow(a, b, &result)
+                        : operation == '-' ? __builtin_sub_overflow(a, b, &result)
+                                           : __builtin_mul_overflow(a, b, &result);
   Give<kind>(context, overflow, result);
 }
 
@@ -118,7 +91,7 @@ void Power(Context context, int, Arguments arguments) {
   const double result =
       std::trunc(std::pow(sqlite3_value_double(arguments[0]), sqlite3_value_double(arguments[1])));
   if (std::isnan(result)) return Fail(context, errors::kInvalidFloatOperation);
-  if (result >= -0x1p63 && result < 0x1p63 && InRange<kind>(static_cast<int64_t>(result))) {
+  if (result >= -0x1p63 && result < 0x1p63 && IsInRange(kind, static_cast<int64_t>(result))) {
     return sqlite3_result_int64(context, static_cast<int64_t>(result));
   }
   if (kind == TypeKind::kBigInt) return FailOverflow(context, kind);
@@ -144,25 +117,25 @@ constexpr auto kBig = TypeKind::kBigInt;
 
 // clang-format off
 constexpr auto kIntegerFunctions = std::to_array<ScalarEntry>({
-    {"t_add_tinyint", 2, Strict<Add<kTiny>>},        {"t_add_smallint", 2, Strict<Add<kSmall>>},
-    {"t_add_int", 2, Strict<Add<kInt>>},             {"t_add_bigint", 2, Strict<Add<kBig>>},
-    {"t_sub_tinyint", 2, Strict<Subtract<kTiny>>},   {"t_sub_smallint", 2, Strict<Subtract<kSmall>>},
-    {"t_sub_int", 2, Strict<Subtract<kInt>>},        {"t_sub_bigint", 2, Strict<Subtract<kBig>>},
-    {"t_mul_tinyint", 2, Strict<Multiply<kTiny>>},   {"t_mul_smallint", 2, Strict<Multiply<kSmall>>},
-    {"t_mul_int", 2, Strict<Multiply<kInt>>},        {"t_mul_bigint", 2, Strict<Multiply<kBig>>},
-    {"t_div_tinyint", 2, Strict<Divide<kTiny>>},     {"t_div_smallint", 2, Strict<Divide<kSmall>>},
-    {"t_div_int", 2, Strict<Divide<kInt>>},          {"t_div_bigint", 2, Strict<Divide<kBig>>},
-    {"t_mod_tinyint", 2, Strict<Modulo<kTiny>>},     {"t_mod_smallint", 2, Strict<Modulo<kSmall>>},
-    {"t_mod_int", 2, Strict<Modulo<kInt>>},          {"t_mod_bigint", 2, Strict<Modulo<kBig>>},
-    {"t_neg_tinyint", 1, Strict<Negate<kTiny>>},     {"t_neg_smallint", 1, Strict<Negate<kSmall>>},
-    {"t_neg_int", 1, Strict<Negate<kInt>>},          {"t_neg_bigint", 1, Strict<Negate<kBig>>},
-    {"t_abs_tinyint", 1, Strict<Absolute<kTiny>>},   {"t_abs_smallint", 1, Strict<Absolute<kSmall>>},
-    {"t_abs_int", 1, Strict<Absolute<kInt>>},        {"t_abs_bigint", 1, Strict<Absolute<kBig>>},
-    {"t_round_tinyint", 3, Strict<Round<kTiny>>},    {"t_round_smallint", 3, Strict<Round<kSmall>>},
-    {"t_round_int", 3, Strict<Round<kInt>>},         {"t_round_bigint", 3, Strict<Round<kBig>>},
-    {"t_power_tinyint", 2, Strict<Power<kTiny>>},    {"t_power_smallint", 2, Strict<Power<kSmall>>},
-    {"t_power_int", 2, Strict<Power<kInt>>},         {"t_power_bigint", 2, Strict<Power<kBig>>},
-    {"t_sign_int", 1, Strict<SignOfInteger>},                 {"t_xor", 2, Strict<ExclusiveOr>},
+    {"t_add_tinyint", 2, Strict<ComputeInteger<kTiny, '+'>>},     {"t_add_smallint", 2, Strict<ComputeInteger<kSmall, '+'>>},
+    {"t_add_int", 2, Strict<ComputeInteger<kInt, '+'>>},          {"t_add_bigint", 2, Strict<ComputeInteger<kBig, '+'>>},
+    {"t_sub_tinyint", 2, Strict<ComputeInteger<kTiny, '-'>>},     {"t_sub_smallint", 2, Strict<ComputeInteger<kSmall, '-'>>},
+    {"t_sub_int", 2, Strict<ComputeInteger<kInt, '-'>>},          {"t_sub_bigint", 2, Strict<ComputeInteger<kBig, '-'>>},
+    {"t_mul_tinyint", 2, Strict<ComputeInteger<kTiny, '*'>>},     {"t_mul_smallint", 2, Strict<ComputeInteger<kSmall, '*'>>},
+    {"t_mul_int", 2, Strict<ComputeInteger<kInt, '*'>>},          {"t_mul_bigint", 2, Strict<ComputeInteger<kBig, '*'>>},
+    {"t_div_tinyint", 2, Strict<Divide<kTiny>>},                  {"t_div_smallint", 2, Strict<Divide<kSmall>>},
+    {"t_div_int", 2, Strict<Divide<kInt>>},                       {"t_div_bigint", 2, Strict<Divide<kBig>>},
+    {"t_mod_tinyint", 2, Strict<Modulo<kTiny>>},                  {"t_mod_smallint", 2, Strict<Modulo<kSmall>>},
+    {"t_mod_int", 2, Strict<Modulo<kInt>>},                       {"t_mod_bigint", 2, Strict<Modulo<kBig>>},
+    {"t_neg_tinyint", 1, Strict<Negate<kTiny>>},                  {"t_neg_smallint", 1, Strict<Negate<kSmall>>},
+    {"t_neg_int", 1, Strict<Negate<kInt>>},                       {"t_neg_bigint", 1, Strict<Negate<kBig>>},
+    {"t_abs_tinyint", 1, Strict<Absolute<kTiny>>},                {"t_abs_smallint", 1, Strict<Absolute<kSmall>>},
+    {"t_abs_int", 1, Strict<Absolute<kInt>>},                     {"t_abs_bigint", 1, Strict<Absolute<kBig>>},
+    {"t_round_tinyint", 3, Strict<Round<kTiny>>},                 {"t_round_smallint", 3, Strict<Round<kSmall>>},
+    {"t_round_int", 3, Strict<Round<kInt>>},                      {"t_round_bigint", 3, Strict<Round<kBig>>},
+    {"t_power_tinyint", 2, Strict<Power<kTiny>>},                 {"t_power_smallint", 2, Strict<Power<kSmall>>},
+    {"t_power_int", 2, Strict<Power<kInt>>},                      {"t_power_bigint", 2, Strict<Power<kBig>>},
+    {"t_sign_int", 1, Strict<SignOfInteger>},                     {"t_xor", 2, Strict<ExclusiveOr>},
 });
 // clang-format on
 

@@ -34,6 +34,11 @@ void Return(Context context, const StoredView& cell) {
   }
 }
 
+void ReturnCoefficient(Context context, const WideInteger& coefficient) {
+  Scratch scratch;
+  Return(context, StoreCoefficient(coefficient, &scratch));
+}
+
 namespace {
 
 void Check(int result) {

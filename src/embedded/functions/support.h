@@ -55,6 +55,7 @@ inline void ReturnText(Context context, std::string_view text) {
   sqlite3_result_text64(context, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
 }
 void Return(Context context, const StoredView& cell);
+void ReturnCoefficient(Context context, const WideInteger& coefficient);
 
 // No exception may leave through SQLite's frames.
 template <ScalarFunction function>

@@ -18,27 +18,13 @@ namespace {
   Raise(errors::kTruncationInColumn, parameter.table, parameter.column, cut);
 }
 
-constexpr int64_t kPowersOfTen[] = {1,
-                                    10,
-                                    100,
-                                    1'000,
-                                    10'000,
-                                    100'000,
-                                    1'000'000,
-                                    10'000'000,
-                                    100'000'000,
-                                    1'000'000'000,
-                                    10'000'000'000,
-                                    100'000'000'000,
-                                    1'000'000'000'000};
-
 // The short way of most numbers: a coefficient that takes on zeros and stays within 64 bits.
 bool Rescale(const StoredValue& value, const SqlType& from, const SqlType& to, int64_t& out) {
   if (value.kind() != StoredValue::Kind::kInteger || to.kind != TypeKind::kDecimal) return false;
   if (!IsInteger(from.kind) && from.kind != TypeKind::kDecimal) return false;
   const int up = to.scale - from.scale;
-  if (up < 0 || up >= static_cast<int>(std::size(kPowersOfTen)) || to.precision < 19) return false;
-  return !__builtin_mul_overflow(value.integer(), kPowersOfTen[up], &out);
+  if (up < 0 || up >= std::ssize(kPowersOf10) || to.precision < 19) return false;
+  return !__builtin_mul_overflow(value.integer(), kPowersOf10[static_cast<size_t>(up)], &out);
 }
 
 StoredValue ConvertParameter(const Parameter& parameter, const StoredValue& value,

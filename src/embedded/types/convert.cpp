@@ -16,28 +16,6 @@ namespace tavcc::sql {
 namespace internal {
 namespace {
 
-struct Range {
-  int64_t low, high;
-};
-
-constexpr Range RangeOf(TypeKind kind) {
-  switch (kind) {
-    case TypeKind::kTinyInt:
-      return {0, 255};
-    case TypeKind::kSmallInt:
-      return {std::numeric_limits<int16_t>::min(), std::numeric_limits<int16_t>::max()};
-    case TypeKind::kInt:
-      return {std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max()};
-    default:
-      return {std::numeric_limits<int64_t>::min(), std::numeric_limits<int64_t>::max()};
-  }
-}
-
-constexpr bool InRange(TypeKind kind, int64_t value) {
-  const Range range = RangeOf(kind);
-  return value >= range.low && value <= range.high;
-}
-
 // ---- To whole numbers ----
 
 bool TextOverflow(const Conversion& c) {
@@ -65,7 +43,7 @@ bool TextToInteger(const Conversion& c) {
     return c.Fail(errors::kTextConversionFailed,
                   {KindText(c.from.kind), c.in.bytes, KindText(c.to.kind)});
   }
-  if (reading == NumberReading::kOverflow || !InRange(c.to.kind, value)) return TextOverflow(c);
+  if (reading == NumberReading::kOverflow || !IsInRange(c.to.kind, value)) return TextOverflow(c);
   return c.Give(StoredView::Integer(value));
 }
 
@@ -100,7 +78,7 @@ bool FloatToInteger(const Conversion& c) {
   const double whole = std::trunc(c.in.real);
   // 2^63 is a double, so the comparison is exact on both sides.
   const bool fits = whole >= -0x1p63 && whole < 0x1p63;
-  if (fits && InRange(c.to.kind, static_cast<int64_t>(whole))) {
+  if (fits && IsInRange(c.to.kind, static_cast<int64_t>(whole))) {
     return c.Give(StoredView::Integer(static_cast<int64_t>(whole)));
   }
   if (c.to.kind == TypeKind::kBigInt) return c.Overflow("expression");
@@ -122,7 +100,7 @@ bool ScaledToInteger(const Conversion& c) {
     value.CutDigits(scale);
   }
   const auto whole = value.ToInt64();
-  if (whole && InRange(c.to.kind, *whole)) return c.Give(StoredView::Integer(*whole));
+  if (whole && IsInRange(c.to.kind, *whole)) return c.Give(StoredView::Integer(*whole));
   if (c.from.kind == TypeKind::kMoney && c.to.kind == TypeKind::kInt) {
     return c.Fail(errors::kMoneyTooLongForTextOf, {KindText(c.to.kind)});
   }
@@ -131,25 +109,9 @@ bool ScaledToInteger(const Conversion& c) {
 
 bool DateToInteger(const Conversion& c) {
   const int64_t days = FloorDivide(c.in.integer + kTicksPerDay / 2, kTicksPerDay);
-  if (InRange(c.to.kind, days)) return c.Give(StoredView::Integer(days));
+  if (IsInRange(c.to.kind, days)) return c.Give(StoredView::Integer(days));
   return c.Fail(errors::kIntegerOverflow, {KindText(c.to.kind), days},
                 c.to.kind == TypeKind::kTinyInt ? 2 : 1);
-}
-
-bool BinaryToInteger(const Conversion& c) {
-  // The last bytes count, as many as the target has.
-  const size_t width = c.to.kind == TypeKind::kBigInt     ? 8
-                       : c.to.kind == TypeKind::kInt      ? 4
-                       : c.to.kind == TypeKind::kSmallInt ? 2
-                                                          : 1;
-  const std::string_view bytes =
-      c.in.bytes.substr(c.in.bytes.size() - std::min(width, c.in.bytes.size()));
-  uint64_t value = 0;
-  for (const char byte : bytes) value = value << 8 | static_cast<unsigned char>(byte);
-  if (c.to.kind == TypeKind::kBit) return c.Give(StoredView::Integer(value != 0 ? 1 : 0));
-  if (c.to.kind == TypeKind::kInt) value = static_cast<uint64_t>(static_cast<int32_t>(value));
-  if (c.to.kind == TypeKind::kSmallInt) value = static_cast<uint64_t>(static_cast<int16_t>(value));
-  return c.Give(StoredView::Integer(static_cast<int64_t>(value)));
 }
 
 bool ConvertToBit(const Conversion& c) {
@@ -242,7 +204,7 @@ bool IsGuid(std::string_view text) {
 bool ConvertToInteger(const Conversion& c) {
   if (c.to.kind == TypeKind::kBit) return ConvertToBit(c);
   if (IsInteger(c.from.kind)) {
-    return InRange(c.to.kind, c.in.integer) ? c.Give(c.in) : IntegerOverflow(c);
+    return IsInRange(c.to.kind, c.in.integer) ? c.Give(c.in) : IntegerOverflow(c);
   }
   if (IsText(c.from.kind)) return TextToInteger(c);
   if (IsScaled(c.from.kind)) return ScaledToInteger(c);

@@ -186,6 +186,15 @@ bool ConvertToBinary(const Conversion& c) {
   return GiveLastBytes(c);
 }
 
+// The last bytes count, as many as the target has.
+bool BinaryToInteger(const Conversion& c) {
+  uint64_t value = ReadNumber(c.in.bytes, WidthOf(c.to.kind));
+  if (c.to.kind == TypeKind::kBit) value = value != 0 ? 1 : 0;
+  if (c.to.kind == TypeKind::kInt) value = static_cast<uint64_t>(static_cast<int32_t>(value));
+  if (c.to.kind == TypeKind::kSmallInt) value = static_cast<uint64_t>(static_cast<int16_t>(value));
+  return c.Give(StoredView::Integer(static_cast<int64_t>(value)));
+}
+
 bool BinaryToScaled(const Conversion& c) {
   if (c.to.kind == TypeKind::kMoney) {
     return c.Give(StoredView::Integer(static_cast<int64_t>(ReadNumber(c.in.bytes, 8))));

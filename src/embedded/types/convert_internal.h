@@ -45,6 +45,7 @@ bool ConvertToBinary(const Conversion& c);
 bool ConvertToGuid(const Conversion& c);
 
 // From binary (convert_binary.cpp).
+bool BinaryToInteger(const Conversion& c);
 bool BinaryToScaled(const Conversion& c);
 bool BinaryToDate(const Conversion& c);
 // The text of UTF-16 units, the lower byte first.

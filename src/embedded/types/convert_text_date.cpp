@@ -22,10 +22,6 @@ bool RefuseHijri(const Conversion& c) {
                 {"style " + std::to_string(c.style) + " of CONVERT (the Hijri calendar)"});
 }
 
-bool IsFixed(TypeKind kind) {
-  return kind == TypeKind::kChar || kind == TypeKind::kNChar;
-}
-
 // ---- To text ----
 
 // Fits a text into the target: cut (or refused), padded with blanks for char and nchar.
@@ -34,7 +30,7 @@ bool GiveText(const Conversion& c, std::string_view text) {
   const auto length = static_cast<size_t>(c.to.length);
   // A character has at least as many bytes as units, so a short text need not be counted.
   const bool short_enough = text.size() <= length;
-  if (short_enough && !IsFixed(c.to.kind)) return c.Give(StoredView::Text(text));
+  if (short_enough && !IsFixedText(c.to.kind)) return c.Give(StoredView::Text(text));
   if (!short_enough) {
     const size_t fit = ByteOfUnit(text, length);
     const std::string_view rest = text.substr(fit);
@@ -42,7 +38,7 @@ bool GiveText(const Conversion& c, std::string_view text) {
       return c.Fail(errors::kTruncation, {});
     text = text.substr(0, fit);
   }
-  if (!IsFixed(c.to.kind)) return c.Give(StoredView::Text(text));
+  if (!IsFixedText(c.to.kind)) return c.Give(StoredView::Text(text));
   const size_t units = CountUnits(text);
   if (units >= length) return c.Give(StoredView::Text(text));
   std::string padded(text);

@@ -49,7 +49,13 @@ DecimalStatus AddDecimals(WideInteger a, int scale_a, WideInteger b, int scale_b
   return Finish(a, scale, result, out);
 }
 
-DecimalStatus MultiplyDecimals(const WideInteger& a, int scale_a, const WideInteger& b, int scale_b,
+DecimalStatus SubtractDecimals(WideInteger a, int scale_a, WideInteger b, int scale_b,
+                               const SqlType& result, WideInteger* out) {
+  b.Negate();
+  return AddDecimals(a, scale_a, b, scale_b, result, out);
+}
+
+DecimalStatus MultiplyDecimals(WideInteger a, int scale_a, WideInteger b, int scale_b,
                                const SqlType& result, WideInteger* out) {
   return Finish(WideInteger::Multiply(a, b), scale_a + scale_b, result, out);
 }

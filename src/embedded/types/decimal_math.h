@@ -11,14 +11,10 @@ enum class DecimalStatus : uint8_t { kOk, kOverflow, kDivideByZero };
 // `scale_a` and `scale_b` are those of the operands; `result` is a decimal or money type, whose
 // scale and range the result gets. Sums, differences and products are rounded half away from zero,
 // quotients cut, as the server does. *out is untouched unless the status is kOk.
-DecimalStatus AddDecimals(WideInteger a, int scale_a, WideInteger b, int scale_b,
-                          const SqlType& result, WideInteger* out);
-DecimalStatus MultiplyDecimals(const WideInteger& a, int scale_a, const WideInteger& b, int scale_b,
-                               const SqlType& result, WideInteger* out);
-DecimalStatus DivideDecimals(WideInteger a, int scale_a, WideInteger b, int scale_b,
-                             const SqlType& result, WideInteger* out);
-DecimalStatus RemainderOfDecimals(WideInteger a, int scale_a, WideInteger b, int scale_b,
-                                  const SqlType& result, WideInteger* out);
+using DecimalOperation = DecimalStatus(WideInteger a, int scale_a, WideInteger b, int scale_b,
+                                       const SqlType& result, WideInteger* out);
+DecimalOperation AddDecimals, SubtractDecimals, MultiplyDecimals, DivideDecimals,
+    RemainderOfDecimals;
 int CompareDecimals(WideInteger a, int scale_a, WideInteger b, int scale_b);
 
 // To another scale; going down rounds half away from zero.

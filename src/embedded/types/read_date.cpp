@@ -1,6 +1,8 @@
 // Reading dates.
 #include "embedded/types/date_text.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 #include <vector>
 
@@ -20,36 +22,13 @@ constexpr bool IsLetter(char c) {
 enum class Order : uint8_t { kMonthFirst, kDayFirst, kYearFirst };
 
 Order OrderOfStyle(int style) {
-  switch (style) {
-    case 3:
-    case 4:
-    case 5:
-    case 6:
-    case 13:
-    case 103:
-    case 104:
-    case 105:
-    case 106:
-    case 113:
-      return Order::kDayFirst;
-    case 2:
-    case 11:
-    case 12:
-    case 20:
-    case 21:
-    case 23:
-    case 25:
-    case 102:
-    case 111:
-    case 112:
-    case 120:
-    case 121:
-    case 126:
-    case 127:
-      return Order::kYearFirst;
-    default:
-      return Order::kMonthFirst;
-  }
+  constexpr int kDayFirst[] = {3, 4, 5, 6, 13, 103, 104, 105, 106, 113};
+  constexpr int kYearFirst[] = {2, 11, 12, 20, 21, 23, 25, 102, 111, 112, 120, 121, 126, 127};
+  const auto is_in = [style](const auto& styles) {
+    return std::ranges::find(styles, style) != std::end(styles);
+  };
+  if (is_in(kDayFirst)) return Order::kDayFirst;
+  return is_in(kYearFirst) ? Order::kYearFirst : Order::kMonthFirst;
 }
 
 struct Token {

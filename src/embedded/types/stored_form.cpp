@@ -14,10 +14,6 @@ bool Fits(int from, int to) {
   return to == SqlType::kMax || (from != SqlType::kMax && from <= to);
 }
 
-bool IsFixedText(TypeKind kind) {
-  return kind == TypeKind::kChar || kind == TypeKind::kNChar;
-}
-
 bool IsWithin(const StoredValue& value, int64_t least, int64_t greatest) {
   return value.kind() == StoredValue::Kind::kInteger && value.integer() >= least &&
          value.integer() <= greatest;

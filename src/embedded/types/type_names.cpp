@@ -69,22 +69,16 @@ const NamedType& FindType(const TypeName& name, TypeNameUse use, const TypePlace
   Raise(errors::kParameterOfUnknownType, place.ordinal, name.name);
 }
 
-constexpr bool IsWide(TypeKind kind) {
-  return IsNationalText(kind);
-}
-constexpr bool MayBeMax(TypeKind kind) {
-  return kind == TypeKind::kVarChar || kind == TypeKind::kNVarChar || kind == TypeKind::kVarBinary;
-}
-
 [[noreturn]] void RaiseTooLong(const NamedType& type, int length, TypeNameUse use,
                                const TypePlace& place) {
-  const int limit = IsWide(type.kind) ? 4000 : 8000;
+  const int limit = MaxTextLength(type.kind);
   if (use == TypeNameUse::kCast) {
-    Raise(errors::kSizeAboveAnyTypes, length, IsWide(type.kind) ? "convert specification" : "type",
-          type.name, limit);
+    Raise(errors::kSizeAboveAnyTypes, length,
+          IsNationalText(type.kind) ? "convert specification" : "type", type.name, limit);
   }
   const bool is_variable = place.column.starts_with('@');
-  if (IsWide(type.kind)) Raise(errors::kSizeAboveTypes, length, "parameter", place.column, limit);
+  if (IsNationalText(type.kind))
+    Raise(errors::kSizeAboveTypes, length, "parameter", place.column, limit);
   if (is_variable) Raise(errors::kSizeAboveAnyTypes, length, "type", type.name, limit);
   Raise(errors::kSizeAboveAnyTypes, length, "column", place.column, limit);
 }
@@ -93,9 +87,9 @@ SqlType WithLength(const NamedType& type, const TypeName& name, TypeNameUse use,
                    const TypePlace& place) {
   if (name.arguments.empty()) return TextType(type.kind, use == TypeNameUse::kCast ? 30 : 1);
   const int length = name.arguments[0];
-  if (length == SqlType::kMax && MayBeMax(type.kind)) return TextType(type.kind, SqlType::kMax);
+  if (length == SqlType::kMax && IsVarying(type.kind)) return TextType(type.kind, SqlType::kMax);
   if (length <= 0) Raise(errors::kInvalidLengthSpecification, place.line, length);
-  if (length > (IsWide(type.kind) ? 4000 : 8000)) RaiseTooLong(type, length, use, place);
+  if (length > MaxTextLength(type.kind)) RaiseTooLong(type, length, use, place);
   return TextType(type.kind, length);
 }
 
@@ -145,51 +139,13 @@ SqlType ResolveTypeName(const TypeName& name, TypeNameUse use, const TypePlace& 
 }
 
 std::string_view KindText(TypeKind kind) {
-  switch (kind) {
-    case TypeKind::kNull:
-      return "NULL";
-    case TypeKind::kBinary:
-      return "binary";
-    case TypeKind::kVarBinary:
-      return "varbinary";
-    case TypeKind::kChar:
-      return "char";
-    case TypeKind::kVarChar:
-      return "varchar";
-    case TypeKind::kNChar:
-      return "nchar";
-    case TypeKind::kNVarChar:
-      return "nvarchar";
-    case TypeKind::kUniqueIdentifier:
-      return "uniqueidentifier";
-    case TypeKind::kBit:
-      return "bit";
-    case TypeKind::kTinyInt:
-      return "tinyint";
-    case TypeKind::kSmallInt:
-      return "smallint";
-    case TypeKind::kInt:
-      return "int";
-    case TypeKind::kBigInt:
-      return "bigint";
-    case TypeKind::kSmallMoney:
-      return "smallmoney";
-    case TypeKind::kMoney:
-      return "money";
-    case TypeKind::kDecimal:
-      return "numeric";
-    case TypeKind::kReal:
-      return "real";
-    case TypeKind::kFloat:
-      return "float";
-    case TypeKind::kDate:
-      return "date";
-    case TypeKind::kSmallDateTime:
-      return "smalldatetime";
-    case TypeKind::kDateTime:
-      return "datetime";
-  }
-  return "";
+  // In the order of TypeKind.
+  static constexpr std::string_view kNames[] = {
+      "NULL",     "binary",           "varbinary", "char",    "varchar",  "nchar",
+      "nvarchar", "uniqueidentifier", "bit",       "tinyint", "smallint", "int",
+      "bigint",   "smallmoney",       "money",     "numeric", "real",     "float",
+      "date",     "smalldatetime",    "datetime"};
+  return kNames[static_cast<size_t>(kind)];
 }
 
 std::string TypeText(const SqlType& type) {

@@ -13,19 +13,11 @@ int LongerLength(int a, int b) {
   return std::max(a, b);
 }
 
-bool IsVariable(TypeKind kind) {
-  return kind == TypeKind::kVarChar || kind == TypeKind::kNVarChar || kind == TypeKind::kVarBinary;
-}
-
 TypeKind CommonTextKind(TypeKind a, TypeKind b) {
   const bool national = IsNationalText(a) || IsNationalText(b);
-  const bool variable = IsVariable(a) || IsVariable(b);
+  const bool variable = IsVarying(a) || IsVarying(b);
   if (national) return variable ? TypeKind::kNVarChar : TypeKind::kNChar;
   return variable ? TypeKind::kVarChar : TypeKind::kChar;
-}
-
-bool IsExact(TypeKind kind) {
-  return IsInteger(kind) || IsScaled(kind);
 }
 
 // The rule of + and - and of values side by side: the digits before the point come first.
@@ -81,25 +73,10 @@ Convertibility FromDate(const SqlType& from, const SqlType& to) {
 // ---- Arithmetic ----
 
 std::string_view OperatorName(BinaryOperator op) {
-  switch (op) {
-    case BinaryOperator::kAdd:
-      return "add";
-    case BinaryOperator::kSubtract:
-      return "subtract";
-    case BinaryOperator::kMultiply:
-      return "multiply";
-    case BinaryOperator::kDivide:
-      return "divide";
-    case BinaryOperator::kModulo:
-      return "modulo";
-    case BinaryOperator::kBitAnd:
-      return "'&'";
-    case BinaryOperator::kBitOr:
-      return "'|'";
-    case BinaryOperator::kBitXor:
-      return "'^'";
-  }
-  return "";
+  // In the order of BinaryOperator.
+  static constexpr std::string_view kNames[] = {"add",    "subtract", "multiply", "divide",
+                                                "modulo", "'&'",      "'|'",      "'^'"};
+  return kNames[static_cast<size_t>(op)];
 }
 
 bool IsBitwise(BinaryOperator op) {

@@ -48,6 +48,13 @@ constexpr bool IsText(TypeKind k) {
 constexpr bool IsNationalText(TypeKind k) {
   return k == TypeKind::kNChar || k == TypeKind::kNVarChar;
 }
+constexpr bool IsFixedText(TypeKind k) {
+  return k == TypeKind::kChar || k == TypeKind::kNChar;
+}
+// A type that may be of (max), and is stored without padding.
+constexpr bool IsVarying(TypeKind k) {
+  return k == TypeKind::kVarChar || k == TypeKind::kNVarChar || k == TypeKind::kVarBinary;
+}
 // The characters that a text type holds without (max).
 constexpr int MaxTextLength(TypeKind k) {
   return IsNationalText(k) ? 4000 : 8000;
@@ -59,12 +66,28 @@ constexpr bool IsBinary(TypeKind k) {
 constexpr bool IsInteger(TypeKind k) {
   return k >= TypeKind::kBit && k <= TypeKind::kBigInt;
 }
+// Whether a whole number is one of the type.
+constexpr bool IsInRange(TypeKind integer, int64_t value) {
+  switch (integer) {
+    case TypeKind::kTinyInt:
+      return value == static_cast<uint8_t>(value);
+    case TypeKind::kSmallInt:
+      return value == static_cast<int16_t>(value);
+    case TypeKind::kInt:
+      return value == static_cast<int32_t>(value);
+    default:
+      return true;
+  }
+}
 constexpr bool IsMoney(TypeKind k) {
   return k == TypeKind::kSmallMoney || k == TypeKind::kMoney;
 }
 // Stored as a scaled coefficient: decimal and money.
 constexpr bool IsScaled(TypeKind k) {
   return k == TypeKind::kDecimal || IsMoney(k);
+}
+constexpr bool IsExact(TypeKind k) {
+  return IsInteger(k) || IsScaled(k);
 }
 constexpr bool IsApproximate(TypeKind k) {
   return k == TypeKind::kReal || k == TypeKind::kFloat;
