@@ -20,13 +20,12 @@ namespace {
 
 // How often the joins of a FROM clause refer to the name; derived tables are not looked into.
 int CountReferences(const TableSource& source, const std::string& name) {
-  if (source.kind == TableSource::Kind::kJoin) {
-    const auto& join = static_cast<const JoinedTable&>(source);
-    return CountReferences(*join.left, name) + CountReferences(*join.right, name);
-  }
-  if (source.kind != TableSource::Kind::kNamed) return 0;
-  const ObjectName& named = static_cast<const NamedTable&>(source).name;
-  return named.parts.size() == 1 && SameName(named.last(), name) ? 1 : 0;
+  if (const auto* join = As<JoinedTable>(source))
+    return CountReferences(*join->left, name) + CountReferences(*join->right, name);
+  const auto* table = As<NamedTable>(source);
+  const bool same = table != nullptr && table->name.parts.size() == 1 &&
+                    EqualsIgnoringCase(table->name.last(), name);
+  return same ? 1 : 0;
 }
 
 int CountReferences(const Query& query, const std::string& name) {
@@ -64,10 +63,10 @@ Members FindMembers(const CommonTable& table) {
 }
 
 bool HasOuterJoin(const TableSource& source) {
-  if (source.kind != TableSource::Kind::kJoin) return false;
-  const auto& join = static_cast<const JoinedTable&>(source);
-  return (join.join != JoinedTable::Join::kInner && join.join != JoinedTable::Join::kCross) ||
-         HasOuterJoin(*join.left) || HasOuterJoin(*join.right);
+  const auto* join = As<JoinedTable>(source);
+  if (join == nullptr) return false;
+  return (join->join != JoinedTable::Join::kInner && join->join != JoinedTable::Join::kCross) ||
+         HasOuterJoin(*join->left) || HasOuterJoin(*join->right);
 }
 
 // What a recursive member may not have. Errors: 460, 461, 462, 466, 467.
@@ -86,24 +85,20 @@ void CheckMember(const Query& member, const std::string& name) {
 
 void Binder::EnterWith(const WithClause& with) {
   common_tables_ = {&with, with.tables.size()};
-  for (size_t i = 0; i < with.tables.size(); ++i) {
-    for (size_t j = 0; j < i; ++j) {
-      if (SameName(with.tables[i].name, with.tables[j].name))
-        Raise(errors::kDuplicateCommonTable, with.tables[i].name);
-    }
+  for (const CommonTable& table : with.tables) {
+    if (FindByName(with.tables, table.name) != &table)
+      Raise(errors::kDuplicateCommonTable, table.name);
   }
 }
 
 const CommonTable* Binder::FindCommonTable(const ObjectName& name) const {
   if (name.parts.size() > 1) return nullptr;
-  if (recursion_ != nullptr && SameName(recursion_->table->name, name.last())) {
+  if (recursion_ != nullptr && EqualsIgnoringCase(recursion_->table->name, name.last())) {
     return recursion_->table;
   }
-  for (size_t i = 0; i < common_tables_.count; ++i) {
-    const CommonTable& table = common_tables_.with->tables[i];
-    if (SameName(table.name, name.last())) return &table;
-  }
-  return nullptr;
+  if (common_tables_.with == nullptr) return nullptr;
+  return FindByName(std::span(common_tables_.with->tables).first(common_tables_.count),
+                    name.last());
 }
 
 BoundFromPtr Binder::BindCommonTable(const CommonTable& table, const std::string& alias) {

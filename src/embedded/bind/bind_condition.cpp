@@ -7,8 +7,9 @@
 namespace tavcc::sql {
 namespace {
 
-bool IsExact(const SqlType& type) {
-  return IsInteger(type.kind) || IsScaled(type.kind);
+// Texts of one kind are compared whatever their lengths.
+bool IsComparedAs(const SqlType& type, const SqlType& common) {
+  return IsText(common.kind) ? type.kind == common.kind : type == common;
 }
 
 }  // namespace
@@ -23,21 +24,15 @@ BoundConditionPtr Binder::Bind(const Condition& condition, const Scope& scope) {
       const auto& comparison = static_cast<const ComparisonCondition&>(condition);
       return Compare(comparison.op, Bind(*comparison.left, scope), Bind(*comparison.right, scope));
     }
-    case Condition::Kind::kAnd:
-    case Condition::Kind::kOr: {
-      auto bound = std::make_unique<BoundLogical>(condition.kind == Condition::Kind::kAnd
-                                                      ? BoundCondition::Kind::kAnd
-                                                      : BoundCondition::Kind::kOr);
-      for (const auto& operand : static_cast<const LogicalCondition&>(condition).operands) {
-        bound->operands.push_back(Bind(*operand, scope));
-      }
+    case Condition::Kind::kLogical: {
+      const auto& logical = static_cast<const LogicalCondition&>(condition);
+      auto bound = std::make_unique<BoundLogical>(logical.op);
+      for (const auto& operand : logical.operands) bound->operands.push_back(Bind(*operand, scope));
       return bound;
     }
-    case Condition::Kind::kNot: {
-      auto bound = std::make_unique<BoundNot>();
-      bound->operand = Bind(*static_cast<const NotCondition&>(condition).operand, scope);
-      return bound;
-    }
+    case Condition::Kind::kNot:
+      return std::make_unique<BoundNot>(
+          Bind(*static_cast<const NotCondition&>(condition).operand, scope));
     case Condition::Kind::kIsNull: {
       const auto& is_null = static_cast<const IsNullCondition&>(condition);
       auto bound = std::make_unique<BoundIsNull>();
@@ -66,34 +61,32 @@ BoundConditionPtr Binder::Compare(ComparisonOperator op, BoundExpressionPtr left
   left = LoosenCompared(std::move(left), right->type);
   right = LoosenCompared(std::move(right), left->type);
   const SqlType common = CommonType(left->type, right->type);
-  auto bound = std::make_unique<BoundComparison>();
-  bound->op = op;
   // Exact numbers are compared at their own scales.
-  const bool exact = IsExact(left->type) && IsExact(right->type);
+  const bool exact = IsExact(left->type.kind) && IsExact(right->type.kind);
   if (exact && IsScaled(common.kind)) {
     left = ScaleCompared(std::move(left), right->type);
     right = ScaleCompared(std::move(right), left->type);
-  } else if (left->type.kind != common.kind || right->type.kind != common.kind) {
-    const auto same_kind = [&](const SqlType& type) { return type.kind == common.kind; };
-    if (!same_kind(left->type)) left = ConvertImplicitly(std::move(left), common);
-    if (!same_kind(right->type)) right = ConvertImplicitly(std::move(right), common);
+  } else {
+    if (left->type.kind != common.kind) left = ConvertImplicitly(std::move(left), common);
+    if (right->type.kind != common.kind) right = ConvertImplicitly(std::move(right), common);
   }
-  bound->left = std::move(left);
-  bound->right = std::move(right);
-  return bound;
+  return std::make_unique<BoundComparison>(op, std::move(left), std::move(right));
 }
 
 BoundConditionPtr Binder::BindBetween(const BetweenCondition& between, const Scope& scope) {
   // x BETWEEN a AND b is x >= a AND x <= b, each with its own conversions.
-  auto both = std::make_unique<BoundLogical>(BoundCondition::Kind::kAnd);
+  auto both = std::make_unique<BoundLogical>(LogicalOperator::kAnd);
   both->operands.push_back(Compare(ComparisonOperator::kGreaterEqual, Bind(*between.operand, scope),
                                    Bind(*between.low, scope)));
   both->operands.push_back(Compare(ComparisonOperator::kLessEqual, Bind(*between.operand, scope),
                                    Bind(*between.high, scope)));
   if (!between.negated) return both;
-  auto bound = std::make_unique<BoundNot>();
-  bound->operand = std::move(both);
-  return bound;
+  return std::make_unique<BoundNot>(std::move(both));
+}
+
+BoundExpressionPtr Binder::ConvertCompared(BoundExpressionPtr value, const SqlType& common) {
+  return IsComparedAs(value->type, common) ? std::move(value)
+                                           : ConvertImplicitly(std::move(value), common);
 }
 
 BoundConditionPtr Binder::BindInList(const InListCondition& in, const Scope& scope) {
@@ -105,17 +98,10 @@ BoundConditionPtr Binder::BindInList(const InListCondition& in, const Scope& sco
     LoosenText(*values.back());
     common = CommonType(common, values.back()->type);
   }
-  const auto same = [&](const SqlType& type) {
-    return IsText(common.kind) ? type.kind == common.kind : type == common;
-  };
   auto bound = std::make_unique<BoundInList>();
   bound->negated = in.negated;
-  bound->operand =
-      same(operand->type) ? std::move(operand) : ConvertImplicitly(std::move(operand), common);
-  for (auto& value : values) {
-    bound->values.push_back(same(value->type) ? std::move(value)
-                                              : ConvertImplicitly(std::move(value), common));
-  }
+  bound->operand = ConvertCompared(std::move(operand), common);
+  for (auto& value : values) bound->values.push_back(ConvertCompared(std::move(value), common));
   return bound;
 }
 
@@ -125,16 +111,12 @@ BoundConditionPtr Binder::BindInQuery(const InQueryCondition& in, const Scope& s
   if (query->columns.size() != 1) Raise(errors::kSubqueryWithSeveralColumns);
   const SqlType type = query->columns[0].type;
   const SqlType common = CommonType(operand->type, type);
-  const auto same = [&](const SqlType& other) {
-    return IsText(common.kind) ? other.kind == common.kind : other == common;
-  };
-  if (!same(type)) {
+  if (!IsComparedAs(type, common)) {
     CheckImplicit(type, common);
     ConvertColumns(*query, {common});
   }
   auto bound = std::make_unique<BoundInQuery>();
-  bound->operand =
-      same(operand->type) ? std::move(operand) : ConvertImplicitly(std::move(operand), common);
+  bound->operand = ConvertCompared(std::move(operand), common);
   bound->query = std::move(query);
   bound->negated = in.negated;
   return bound;
@@ -144,9 +126,7 @@ BoundConditionPtr Binder::BindLike(const LikeCondition& like, const Scope& scope
   const auto text = [&](const Expression& expression) {
     auto value = Bind(expression, scope);
     LoosenText(*value);
-    return IsText(value->type.kind)
-               ? std::move(value)
-               : ConvertImplicitly(std::move(value), TextType(TypeKind::kVarChar, 8000));
+    return ConvertToText(std::move(value));
   };
   auto bound = std::make_unique<BoundLike>();
   bound->operand = text(*like.operand);

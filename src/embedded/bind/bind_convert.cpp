@@ -14,15 +14,12 @@ constexpr int kLongestLoose = 4000;
 // The literal that `value` is, also below a sign, when it can be exchanged and its type has a
 // length, or a precision and a scale. Null when it is none.
 BoundLiteral* LiteralOfManyTypes(BoundExpression& value) {
-  if (value.kind == BoundExpression::Kind::kUnary) {
-    auto& unary = static_cast<BoundUnary&>(value);
-    if (unary.type.kind != TypeKind::kDecimal) return nullptr;
-    return LiteralOfManyTypes(*unary.operand);
+  if (const auto* unary = As<BoundUnary>(value)) {
+    return unary->type.kind == TypeKind::kDecimal ? LiteralOfManyTypes(*unary->operand) : nullptr;
   }
-  if (value.kind != BoundExpression::Kind::kLiteral) return nullptr;
-  auto& literal = static_cast<BoundLiteral&>(value);
-  const bool many = literal.type.kind == TypeKind::kDecimal || IsText(literal.type.kind);
-  return literal.slot >= 0 && many ? &literal : nullptr;
+  auto* const literal = As<BoundLiteral>(value);
+  const bool many = value.type.kind == TypeKind::kDecimal || IsText(value.type.kind);
+  return literal != nullptr && literal->slot >= 0 && many ? literal : nullptr;
 }
 
 // The type in which a number literal is compared with exact numbers of type `other`: of the same
@@ -38,10 +35,9 @@ SqlType ComparedType(const SqlType& literal, const SqlType& other) {
 }
 
 BoundExpressionPtr Converted(BoundExpressionPtr value, const SqlType& to, ConvertMode mode) {
-  if (value->kind == BoundExpression::Kind::kUnary) {
-    auto& unary = static_cast<BoundUnary&>(*value);
-    unary.operand = Converted(std::move(unary.operand), to, mode);
-    unary.type = to;
+  if (auto* const unary = As<BoundUnary>(*value)) {
+    unary->operand = Converted(std::move(unary->operand), to, mode);
+    unary->type = to;
     return value;
   }
   // Also where the types are the same: the next literal's may be another.
@@ -125,12 +121,17 @@ BoundExpressionPtr Binder::ConvertImplicitly(BoundExpressionPtr value, const Sql
   return Convert(std::move(value), to);
 }
 
+BoundExpressionPtr Binder::ConvertToText(BoundExpressionPtr value) {
+  return IsText(value->type.kind)
+             ? std::move(value)
+             : ConvertImplicitly(std::move(value), TextType(TypeKind::kVarChar, 8000));
+}
+
 void Binder::Use(const BoundExpression& expression, LiteralDependence use) {
   ForEachExpression(expression, [&](const BoundExpression& inner) {
-    if (inner.kind != BoundExpression::Kind::kLiteral) return;
-    const int slot = static_cast<const BoundLiteral&>(inner).slot;
-    if (slot < 0) return;
-    LiteralDependence& known = result_.dependences[static_cast<size_t>(slot)];
+    const auto* literal = As<BoundLiteral>(inner);
+    if (literal == nullptr || literal->slot < 0) return;
+    LiteralDependence& known = result_.dependences[static_cast<size_t>(literal->slot)];
     known = std::max(known, use);
   });
 }

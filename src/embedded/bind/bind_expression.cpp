@@ -33,47 +33,38 @@ constexpr GlobalRule kGlobals[] = {
 // Whether the qualifiers of a column name mean this source: its alias alone, or the table's name
 // with the schema that every table has.
 bool Qualifies(const ObjectName& name, const BoundSource& source) {
-  if (!SameName(name.parts[name.parts.size() - 2], source.alias)) return false;
+  if (!EqualsIgnoringCase(name.parts[name.parts.size() - 2], source.alias)) return false;
   if (name.parts.size() < 3) return true;
   const std::string& schema = name.parts[name.parts.size() - 3];
-  return schema.empty() || SameName(schema, "dbo");
-}
-
-int ColumnOf(const BoundSource& source, std::string_view name) {
-  for (size_t i = 0; i < source.columns.size(); ++i) {
-    if (SameName(source.columns[i].name, name)) return static_cast<int>(i);
-  }
-  return -1;
+  return schema.empty() || EqualsIgnoringCase(schema, "dbo");
 }
 
 // The value of an int constant: a literal, also with a sign. Null when it is none.
 const int64_t* ConstantOf(const BoundExpression& expression, int64_t& value) {
-  if (expression.kind == BoundExpression::Kind::kUnary) {
-    const auto& unary = static_cast<const BoundUnary&>(expression);
-    if (unary.op == UnaryExpression::Operator::kBitNot) return nullptr;
-    if (ConstantOf(*unary.operand, value) == nullptr) return nullptr;
-    if (unary.op == UnaryExpression::Operator::kMinus) value = -value;
+  if (const auto* unary = As<BoundUnary>(expression)) {
+    if (unary->op == UnaryExpression::Operator::kBitNot) return nullptr;
+    if (ConstantOf(*unary->operand, value) == nullptr) return nullptr;
+    if (unary->op == UnaryExpression::Operator::kMinus) value = -value;
     return &value;
   }
-  if (expression.kind != BoundExpression::Kind::kLiteral) return nullptr;
-  const auto& literal = static_cast<const BoundLiteral&>(expression);
-  if (literal.type.kind != TypeKind::kInt || literal.value.IsNull()) return nullptr;
-  value = literal.value.integer();
+  const auto* literal = As<BoundLiteral>(expression);
+  const bool is_int = literal != nullptr && literal->type.kind == TypeKind::kInt;
+  if (!is_int || literal->value.IsNull()) return nullptr;
+  value = literal->value.integer();
   return &value;
 }
 
 }  // namespace
 
 BoundColumn::BoundColumn(const BoundSource& s, int c)
-    : BoundExpression(
-          Kind::kColumn,
+    : NodeOf(
           c == kRowNumber ? sql::Type(TypeKind::kBigInt) : s.columns[static_cast<size_t>(c)].type,
           c == kRowNumber || s.columns[static_cast<size_t>(c)].nullable),
       source(&s),
       column(c) {}
 
 BoundSubquery::BoundSubquery(BoundQueryPtr q)
-    : BoundExpression(Kind::kSubquery, q->columns.at(0).type, true), query(std::move(q)) {}
+    : NodeOf(q->columns.at(0).type), query(std::move(q)) {}
 
 std::string WrittenName(const ObjectName& name) {
   std::string out;
@@ -146,7 +137,7 @@ BoundExpressionPtr Binder::BindColumn(const ColumnExpression& column, const Scop
     for (const BoundSource* source : at->sources) {
       if (qualified && !Qualifies(column.name, *source)) continue;
       prefix_known = true;
-      const int here = ColumnOf(*source, name);
+      const int here = IndexByName(source->columns, name);
       if (here < 0) continue;
       if (found != nullptr) Raise(errors::kAmbiguousColumnName, name);
       found = source;
@@ -160,10 +151,9 @@ BoundExpressionPtr Binder::BindColumn(const ColumnExpression& column, const Scop
 }
 
 int Binder::FindVariable(std::string_view name) const {
-  for (size_t i = 0; i < variables_.size(); ++i) {
-    if (SameName(variables_[i].name, name)) return static_cast<int>(i);
-  }
-  Raise(errors::kUndeclaredVariable, name);
+  const int index = IndexByName(variables_, name);
+  if (index < 0) Raise(errors::kUndeclaredVariable, name);
+  return index;
 }
 
 BoundExpressionPtr Binder::BindVariable(const std::string& name) {
@@ -172,12 +162,9 @@ BoundExpressionPtr Binder::BindVariable(const std::string& name) {
 }
 
 BoundExpressionPtr Binder::BindGlobal(const GlobalVariableExpression& global) {
-  for (const GlobalRule& rule : kGlobals) {
-    if (SameName(rule.name, global.name)) {
-      return std::make_unique<BoundSessionValue>(rule.value, rule.type);
-    }
-  }
-  Raise(errors::kUndeclaredVariable, global.name);
+  const GlobalRule* const rule = FindByName(kGlobals, global.name);
+  if (rule == nullptr) Raise(errors::kUndeclaredVariable, global.name);
+  return std::make_unique<BoundSessionValue>(rule->value, rule->type);
 }
 
 BoundExpressionPtr Binder::BindUnary(const UnaryExpression& unary, const Scope& scope) {

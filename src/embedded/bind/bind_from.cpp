@@ -12,11 +12,9 @@ namespace {
 constexpr int kViewNesting = 32;
 
 void MakeNullable(BoundFrom& from) {
-  if (from.source) {
-    for (auto& column : from.source->columns) column.nullable = true;
-  }
-  if (from.left) MakeNullable(*from.left);
-  if (from.right) MakeNullable(*from.right);
+  ForEachSource(from, [](BoundSource& source) {
+    for (auto& column : source.columns) column.nullable = true;
+  });
 }
 
 // `what`: the name of the source in messages.
@@ -30,9 +28,8 @@ void NameColumns(BoundSource& source, const std::string& what,
   for (size_t i = 0; i < source.columns.size(); ++i) {
     const std::string& name = source.columns[i].name;
     if (name.empty()) Raise(errors::kUnnamedColumn, static_cast<int64_t>(i) + 1, what);
-    for (size_t j = 0; j < i; ++j) {
-      if (SameName(source.columns[j].name, name)) Raise(errors::kColumnNamedTwice, name, what);
-    }
+    if (IndexByName(source.columns, name) != static_cast<int>(i))
+      Raise(errors::kColumnNamedTwice, name, what);
   }
 }
 
@@ -96,7 +93,7 @@ BoundFromPtr Binder::BindSource(const TableSource& source, const Scope* parent, 
   from->source->correlated = source.kind != TableSource::Kind::kNamed ||
                              !static_cast<const NamedTable&>(source).alias.empty();
   for (const BoundSource* other : visible.sources) {
-    if (SameName(other->alias, from->source->alias)) RaiseSameName(*other, *from->source);
+    if (EqualsIgnoringCase(other->alias, from->source->alias)) RaiseSameName(*other, *from->source);
   }
   visible.sources.push_back(from->source.get());
   return from;

@@ -31,11 +31,13 @@ struct PartFunction {
 constexpr PartFunction kPartFunctions[] = {
     {"YEAR", DatePart::kYear}, {"MONTH", DatePart::kMonth}, {"DAY", DatePart::kDay}};
 
-void RequireCount(const FunctionExpression& function, size_t least, size_t most) {
+// `parts`: arguments that are words, counted in messages only.
+void RequireCount(const FunctionExpression& function, size_t least, size_t most, size_t parts = 0) {
   const size_t count = function.arguments.size();
   if (count >= least && count <= most) return;
   if (least == most)
-    Raise(errors::kWrongArgumentCount, FoldName(function.name.last()), static_cast<int64_t>(least));
+    Raise(errors::kWrongArgumentCount, FoldName(function.name.last()),
+          static_cast<int64_t>(least + parts));
   Raise(errors::kArgumentCountOutOfRange, FoldName(function.name.last()),
         static_cast<int64_t>(least), static_cast<int64_t>(most));
 }
@@ -106,10 +108,10 @@ BoundExpressionPtr Binder::BindFunction(const FunctionExpression& function, cons
     RequireCount(function, 0, 0);
     return std::make_unique<BoundSessionValue>(session->value, session->type);
   }
-  if (SameName(name, "ISNULL")) return BindIsNull(function, scope);
-  if (SameName(name, "COALESCE")) return BindCoalesce(function, scope);
-  if (SameName(name, "NULLIF")) return BindNullIf(function, scope);
-  if (SameName(name, "IIF")) RaiseUnsupported("IIF");
+  if (EqualsIgnoringCase(name, "ISNULL")) return BindIsNull(function, scope);
+  if (EqualsIgnoringCase(name, "COALESCE")) return BindCoalesce(function, scope);
+  if (EqualsIgnoringCase(name, "NULLIF")) return BindNullIf(function, scope);
+  if (EqualsIgnoringCase(name, "IIF")) RaiseUnsupported("IIF");
   if (const auto* part = FindByName(kPartFunctions, name)) {
     RequireCount(function, 1, 1);
     const FunctionRule& rule = *FindFunction("DATEPART");
@@ -205,23 +207,20 @@ BoundExpressionPtr Binder::BindArgument(char letter, const Expression& argument,
                                         const FunctionRule& rule, const Scope& scope) {
   auto value = Bind(argument, scope);
   const SqlType from = value->type;
+  const auto refuse_if = [&](bool wrong) {
+    if (!wrong) return;
+    Raise(errors::kInvalidArgumentType, KindText(from.kind), static_cast<int64_t>(position) + 1,
+          FoldName(rule.name));
+  };
   switch (letter) {
     case 'c':
-      if (!IsText(from.kind) && from.kind != TypeKind::kNull) {
-        Raise(errors::kInvalidArgumentType, std::string(KindText(from.kind)),
-              static_cast<int64_t>(position) + 1, FoldName(rule.name));
-      }
+      refuse_if(!IsText(from.kind) && from.kind != TypeKind::kNull);
       [[fallthrough]];
     case 't':
       if (from.kind == TypeKind::kNull)
         return Convert(std::move(value), TextType(TypeKind::kVarChar, 1));
-      if (IsBinary(from.kind)) {
-        Raise(errors::kInvalidArgumentType, std::string(KindText(from.kind)),
-              static_cast<int64_t>(position) + 1, FoldName(rule.name));
-      }
-      return IsText(from.kind)
-                 ? std::move(value)
-                 : ConvertImplicitly(std::move(value), TextType(TypeKind::kVarChar, 8000));
+      refuse_if(IsBinary(from.kind));
+      return ConvertToText(std::move(value));
     case 'i':
       return ConvertImplicitly(std::move(value), kIntType);
     case 'f':
@@ -230,13 +229,8 @@ BoundExpressionPtr Binder::BindArgument(char letter, const Expression& argument,
       return IsDate(from.kind) ? std::move(value)
                                : ConvertImplicitly(std::move(value), Type(TypeKind::kDateTime));
     case 'n':
-      if (IsDate(from.kind) || IsBinary(from.kind)) {
-        Raise(errors::kInvalidArgumentType, std::string(KindText(from.kind)),
-              static_cast<int64_t>(position) + 1, FoldName(rule.name));
-      }
-      if (IsNumeric(from.kind)) {
-        return Convert(std::move(value), NumberResult(from));
-      }
+      refuse_if(IsDate(from.kind) || IsBinary(from.kind));
+      if (IsNumeric(from.kind)) return Convert(std::move(value), NumberResult(from));
       return ConvertImplicitly(std::move(value),
                                from.kind == TypeKind::kNull ? kIntType : Type(TypeKind::kFloat));
     default:
@@ -271,13 +265,7 @@ BoundExpressionPtr Binder::BindCall(const FunctionExpression& function, const Fu
   const size_t least = std::min(letters.find('|'), letters.size());
   std::string all(letters);
   std::erase(all, '|');
-  const size_t parts = date_part < 0 ? 0 : 1;
-  if (function.arguments.size() < least || function.arguments.size() > all.size()) {
-    if (least == all.size())
-      Raise(errors::kWrongArgumentCount, FoldName(rule.name), static_cast<int64_t>(least + parts));
-    Raise(errors::kArgumentCountOutOfRange, FoldName(rule.name), static_cast<int64_t>(least),
-          static_cast<int64_t>(all.size()));
-  }
+  RequireCount(function, least, all.size(), date_part < 0 ? 0 : 1);
   std::vector<BoundExpressionPtr> arguments;
   bool nullable = !rule.arguments.empty();
   for (size_t i = 0; i < function.arguments.size(); ++i) {

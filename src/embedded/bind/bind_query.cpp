@@ -11,14 +11,13 @@ namespace tavcc::sql {
 namespace {
 
 std::string ColumnName(const Expression& expression) {
-  if (expression.kind != Expression::Kind::kColumn) return {};
-  return static_cast<const ColumnExpression&>(expression).name.last();
+  const auto* column = As<ColumnExpression>(expression);
+  return column != nullptr ? column->name.last() : std::string();
 }
 
 bool IsIdentity(const BoundExpression& expression) {
-  if (expression.kind != BoundExpression::Kind::kColumn) return false;
-  const auto& column = static_cast<const BoundColumn&>(expression);
-  return column.source->columns[static_cast<size_t>(column.column)].identity;
+  const auto* column = As<BoundColumn>(expression);
+  return column != nullptr && column->source->columns[static_cast<size_t>(column->column)].identity;
 }
 
 // A column of the result that is a bare NULL is an int.
@@ -29,9 +28,8 @@ SqlType ResultType(const SqlType& type) {
 void RequireOwnColumn(const BoundExpression& key, const std::vector<const BoundSource*>& sources) {
   bool own = false;
   ForEachExpression(key, [&](const BoundExpression& inner) {
-    if (inner.kind != BoundExpression::Kind::kColumn) return;
-    const auto& column = static_cast<const BoundColumn&>(inner);
-    own = own || std::ranges::find(sources, column.source) != sources.end();
+    const auto* column = As<BoundColumn>(inner);
+    own = own || (column != nullptr && std::ranges::find(sources, column->source) != sources.end());
   });
   if (!own) Raise(errors::kGroupByWithoutColumn);
 }
@@ -160,7 +158,8 @@ void Binder::BindItems(const SelectBlock& block, const Scope& scope, BoundSelect
 void Binder::BindStar(const SelectItem& item, const Scope& scope, BoundSelect& select) {
   bool found = false;
   for (const BoundSource* source : scope.sources) {
-    if (!item.qualifier.parts.empty() && !SameName(item.qualifier.last(), source->alias)) continue;
+    if (!item.qualifier.parts.empty() && !EqualsIgnoringCase(item.qualifier.last(), source->alias))
+      continue;
     found = true;
     for (size_t i = 0; i < source->columns.size(); ++i) {
       select.items.push_back({std::make_unique<BoundColumn>(*source, static_cast<int>(i)),
@@ -196,11 +195,7 @@ void Binder::BindOrder(const Query& query, const Scope& scope, BoundQuery& bound
     order.item = OrderOrdinal(*item.expression, bound.order_by.size(), select.items.size());
     if (order.item < 0 && item.expression->kind == Expression::Kind::kColumn) {
       const auto& name = static_cast<const ColumnExpression&>(*item.expression).name;
-      for (size_t i = 0; name.parts.size() == 1 && i < select.items.size(); ++i) {
-        if (!SameName(select.items[i].name, name.last())) continue;
-        order.item = static_cast<int>(i);
-        break;
-      }
+      if (name.parts.size() == 1) order.item = IndexByName(select.items, name.last());
     }
     if (order.item < 0) {
       order.expression = Bind(*item.expression, scope);
@@ -247,7 +242,8 @@ void Binder::BindSetOrder(const Query& query, BoundQuery& bound) {
     if (order.item < 0 && item.expression->kind == Expression::Kind::kColumn) {
       const auto& name = static_cast<const ColumnExpression&>(*item.expression).name;
       for (size_t i = 0; i < bound.columns.size(); ++i) {
-        if (SameName(bound.columns[i].name, name.last())) order.item = static_cast<int>(i);
+        if (EqualsIgnoringCase(bound.columns[i].name, name.last()))
+          order.item = static_cast<int>(i);
       }
       if (order.item < 0) Raise(errors::kInvalidColumnName, name.last());
     }
@@ -270,19 +266,17 @@ void Binder::CheckGrouping(const BoundSelect& select, const Scope& scope,
   errors::Number number = errors::kNotGroupedInSelect;
   const ExpressionVisitor check = [&](const BoundExpression& expression) {
     if (expression.kind == BoundExpression::Kind::kAggregate) return;
-    if (expression.kind == BoundExpression::Kind::kColumn) {
-      const auto& column = static_cast<const BoundColumn&>(expression);
-      if (std::ranges::find(scope.sources, column.source) == scope.sources.end()) return;
-    }
+    const auto* column = As<BoundColumn>(expression);
+    const bool outer = column != nullptr &&
+                       std::ranges::find(scope.sources, column->source) == scope.sources.end();
+    if (outer) return;
     if (is_key(expression)) {
-      if (expression.kind != BoundExpression::Kind::kColumn)
-        Use(expression, LiteralDependence::kValue);
+      if (column == nullptr) Use(expression, LiteralDependence::kValue);
       return;
     }
-    if (expression.kind == BoundExpression::Kind::kColumn) {
-      const auto& column = static_cast<const BoundColumn&>(expression);
-      Raise(number, column.source->alias,
-            column.source->columns[static_cast<size_t>(column.column)].name);
+    if (column != nullptr) {
+      Raise(number, column->source->alias,
+            column->source->columns[static_cast<size_t>(column->column)].name);
     }
     ForEachChild(expression, check, [&](const BoundQuery& query) {
       ForEachExpression(query, [&](const BoundExpression& inner) {

@@ -31,10 +31,9 @@ struct BaseColumn {
 BaseColumn Resolve(const BoundSource& source, int column) {
   if (source.table) return {&source, column};
   if (source.block() == nullptr) return {};
-  const auto& item = *source.block()->items[static_cast<size_t>(column)].expression;
-  if (item.kind != BoundExpression::Kind::kColumn) return {};
-  const auto& inner = static_cast<const BoundColumn&>(item);
-  return Resolve(*inner.source, inner.column);
+  const auto& item = source.block()->items[static_cast<size_t>(column)];
+  const auto* inner = As<BoundColumn>(*item.expression);
+  return inner != nullptr ? Resolve(*inner->source, inner->column) : BaseColumn{};
 }
 
 // Adds the row number of `base` to the query of `source`, in which it stands; the new column's
@@ -89,10 +88,9 @@ const BoundSource& OnlyBase(const BoundSource& source, const BoundSource& target
 }
 
 int RequireColumn(const BoundSource& source, const std::string& name) {
-  for (size_t i = 0; i < source.columns.size(); ++i) {
-    if (SameName(source.columns[i].name, name)) return static_cast<int>(i);
-  }
-  Raise(errors::kInvalidColumnName, name);
+  const int index = IndexByName(source.columns, name);
+  if (index < 0) Raise(errors::kInvalidColumnName, name);
+  return index;
 }
 
 // Adds what `name` of the target stands for; all have to be columns of one table.

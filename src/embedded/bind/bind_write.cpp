@@ -5,7 +5,7 @@
 #include "embedded/bind/binder.h"
 #include "embedded/bind/function_rules.h"
 #include "embedded/bind/walk.h"
-#include "embedded/catalog/names.h"
+#include "foundation/text.h"
 
 namespace tavcc::sql {
 namespace {
@@ -19,7 +19,8 @@ BoundSource* FindTarget(BoundFrom& from, const ObjectName& target, const TablePt
   BoundSource* by_table = nullptr;
   int tables = 0;
   ForEachSource(from, [&](BoundSource& source) {
-    if (target.parts.size() == 1 && SameName(source.alias, target.last())) by_alias = &source;
+    if (target.parts.size() == 1 && EqualsIgnoringCase(source.alias, target.last()))
+      by_alias = &source;
     if (table && source.table == table) {
       by_table = &source;
       ++tables;
@@ -32,11 +33,10 @@ BoundSource* FindTarget(BoundFrom& from, const ObjectName& target, const TablePt
 // The row whose number is the row parameter.
 template <class Change>
 BoundConditionPtr IsRow(const Change& change) {
-  auto is_row = std::make_unique<BoundComparison>();
-  is_row->left = std::make_unique<BoundColumn>(
-      *change.target, change.row_column < 0 ? BoundColumn::kRowNumber : change.row_column);
-  is_row->right = std::make_unique<BoundRowParameter>(Type(TypeKind::kBigInt), 0);
-  return is_row;
+  const int column = change.row_column < 0 ? BoundColumn::kRowNumber : change.row_column;
+  return std::make_unique<BoundComparison>(
+      ComparisonOperator::kEqual, std::make_unique<BoundColumn>(*change.target, column),
+      std::make_unique<BoundRowParameter>(Type(TypeKind::kBigInt), 0));
 }
 
 // Of an INSERT without a column list: values for all columns, the identity column too, are an error
@@ -69,12 +69,9 @@ BoundExpressionPtr Binder::Assign(const Table& table, int index, BoundExpression
   value = ConvertLiteral(std::move(value), column.type, place, ConvertMode::kAssign);
   if (value->type.kind != TypeKind::kNull) CheckImplicit(value->type, column.type);
   value = Convert(std::move(value), column.type, ConvertMode::kAssign);
-  if (value->kind == BoundExpression::Kind::kConvert) {
-    auto& convert = static_cast<BoundConvert&>(*value);
-    if (!convert.explicitly) {
-      convert.table = table.MessageName();
-      convert.column = column.name;
-    }
+  if (auto* const convert = As<BoundConvert>(*value); convert != nullptr && !convert->explicitly) {
+    convert->table = table.MessageName();
+    convert->column = column.name;
   }
   return value;
 }

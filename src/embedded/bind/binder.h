@@ -140,7 +140,6 @@ class Binder {
   BoundExpressionPtr BindIsNull(const FunctionExpression& function, const Scope& scope);
   BoundExpressionPtr BindCoalesce(const FunctionExpression& function, const Scope& scope);
   BoundExpressionPtr BindNullIf(const FunctionExpression& function, const Scope& scope);
-  BoundExpressionPtr BindIif(const FunctionExpression& function, const Scope& scope);
   BoundExpressionPtr BindCall(const FunctionExpression& function, const FunctionRule& rule,
                               const Scope& scope);
   BoundExpressionPtr BindArgument(char letter, const Expression& argument, size_t position,
@@ -150,6 +149,7 @@ class Binder {
   BoundConditionPtr Bind(const Condition& condition, const Scope& scope);
   BoundConditionPtr Compare(ComparisonOperator op, BoundExpressionPtr left,
                             BoundExpressionPtr right);
+  BoundExpressionPtr ConvertCompared(BoundExpressionPtr value, const SqlType& common);
   BoundConditionPtr BindBetween(const BetweenCondition& between, const Scope& scope);
   BoundConditionPtr BindInList(const InListCondition& in, const Scope& scope);
   BoundConditionPtr BindInQuery(const InQueryCondition& in, const Scope& scope);
@@ -221,6 +221,7 @@ class Binder {
                              ConvertMode mode = ConvertMode::kCast);
   // The same where the statement did not ask for it. Errors: 206, 257.
   BoundExpressionPtr ConvertImplicitly(BoundExpressionPtr value, const SqlType& to);
+  BoundExpressionPtr ConvertToText(BoundExpressionPtr value);
   // Brings the columns of a query to `types`, inside its blocks where that changes nothing else.
   void ConvertColumns(BoundQuery& query, const std::vector<SqlType>& types);
   // When `value` is a literal, also with a sign, that becomes a value of `to`: writes the

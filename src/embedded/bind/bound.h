@@ -70,30 +70,30 @@ struct BoundExpression {
   bool nullable;
 };
 
-struct BoundLiteral final : BoundExpression {
-  BoundLiteral() : BoundExpression(Kind::kLiteral) {}
+template <BoundExpression::Kind kind>
+using BoundExpressionOf = NodeOf<BoundExpression, kind>;
+
+struct BoundLiteral final : BoundExpressionOf<BoundExpression::Kind::kLiteral> {
+  BoundLiteral() = default;
   BoundLiteral(TypedValue v, int s)
-      : BoundExpression(Kind::kLiteral, v.type, v.value.IsNull()),
-        value(std::move(v.value)),
-        slot(s) {}
+      : NodeOf(v.type, v.value.IsNull()), value(std::move(v.value)), slot(s) {}
   StoredValue value;
   int slot = -1;  // of the batch's parameterized literals; -1 for a constant
 };
 
-struct BoundVariable final : BoundExpression {
-  BoundVariable() : BoundExpression(Kind::kVariable) {}
+struct BoundVariable final : BoundExpressionOf<BoundExpression::Kind::kVariable> {
+  BoundVariable() = default;
   BoundVariable(const SqlType& t, int i, std::string n)
-      : BoundExpression(Kind::kVariable, t, true), index(i), name(std::move(n)) {}
+      : NodeOf(t, true), index(i), name(std::move(n)) {}
   int index = 0;
   std::string name;
 };
 
 // A value that is handed to the statement each time it runs: of the row that a cursor stands on, or
 // that another statement returned.
-struct BoundRowParameter final : BoundExpression {
-  BoundRowParameter() : BoundExpression(Kind::kRowParameter) {}
-  BoundRowParameter(const SqlType& t, int i)
-      : BoundExpression(Kind::kRowParameter, t, true), index(i) {}
+struct BoundRowParameter final : BoundExpressionOf<BoundExpression::Kind::kRowParameter> {
+  BoundRowParameter() = default;
+  BoundRowParameter(const SqlType& t, int i) : NodeOf(t, true), index(i) {}
   int index = 0;
 };
 
@@ -114,48 +114,43 @@ enum class SessionValue : uint8_t {
   kNestLevel,
 };
 
-struct BoundSessionValue final : BoundExpression {
-  BoundSessionValue() : BoundExpression(Kind::kSessionValue) {}
-  BoundSessionValue(SessionValue w, const SqlType& t)
-      : BoundExpression(Kind::kSessionValue, t, true), which(w) {}
+struct BoundSessionValue final : BoundExpressionOf<BoundExpression::Kind::kSessionValue> {
+  BoundSessionValue() = default;
+  BoundSessionValue(SessionValue w, const SqlType& t) : NodeOf(t, true), which(w) {}
   SessionValue which = SessionValue::kRowCount;
 };
 
-struct BoundColumn final : BoundExpression {
+struct BoundColumn final : BoundExpressionOf<BoundExpression::Kind::kColumn> {
   // In place of a column: the number of the row in its table.
   static constexpr int kRowNumber = -1;
-  BoundColumn() : BoundExpression(Kind::kColumn) {}
+  BoundColumn() = default;
   BoundColumn(const BoundSource& s, int column);
   const BoundSource* source = nullptr;
   int column = 0;
 };
 
-struct BoundUnary final : BoundExpression {
-  BoundUnary() : BoundExpression(Kind::kUnary) {}
+struct BoundUnary final : BoundExpressionOf<BoundExpression::Kind::kUnary> {
+  BoundUnary() = default;
   BoundUnary(UnaryExpression::Operator o, const SqlType& t, BoundExpressionPtr x)
-      : BoundExpression(Kind::kUnary, t, x->nullable), op(o), operand(std::move(x)) {}
+      : NodeOf(t, x->nullable), op(o), operand(std::move(x)) {}
   UnaryExpression::Operator op = UnaryExpression::Operator::kPlus;
   BoundExpressionPtr operand;
 };
 
-struct BoundArithmetic final : BoundExpression {
-  BoundArithmetic() : BoundExpression(Kind::kArithmetic) {}
+struct BoundArithmetic final : BoundExpressionOf<BoundExpression::Kind::kArithmetic> {
+  BoundArithmetic() = default;
   BoundArithmetic(BinaryOperator o, ArithmeticResult::Way w, const SqlType& t, BoundExpressionPtr l,
                   BoundExpressionPtr r)
-      : BoundExpression(Kind::kArithmetic, t, true),
-        op(o),
-        way(w),
-        left(std::move(l)),
-        right(std::move(r)) {}
+      : NodeOf(t, true), op(o), way(w), left(std::move(l)), right(std::move(r)) {}
   BinaryOperator op = BinaryOperator::kAdd;
   ArithmeticResult::Way way = ArithmeticResult::Way::kInteger;
   BoundExpressionPtr left, right;
 };
 
-struct BoundConvert final : BoundExpression {
-  BoundConvert() : BoundExpression(Kind::kConvert) {}
+struct BoundConvert final : BoundExpressionOf<BoundExpression::Kind::kConvert> {
+  BoundConvert() = default;
   BoundConvert(BoundExpressionPtr x, const SqlType& to)
-      : BoundExpression(Kind::kConvert, to, x->nullable), operand(std::move(x)) {}
+      : NodeOf(to, x->nullable), operand(std::move(x)) {}
   BoundExpressionPtr operand;
   ConvertMode mode = ConvertMode::kCast;
   int style = kNoStyle;
@@ -164,35 +159,33 @@ struct BoundConvert final : BoundExpression {
   bool explicitly = false;         // CAST or CONVERT was written
 };
 
-struct BoundCall final : BoundExpression {
-  BoundCall() : BoundExpression(Kind::kCall) {}
-  BoundCall(const FunctionRule& r, const SqlType& t)
-      : BoundExpression(Kind::kCall, t, true), rule(&r) {}
+struct BoundCall final : BoundExpressionOf<BoundExpression::Kind::kCall> {
+  BoundCall() = default;
+  BoundCall(const FunctionRule& r, const SqlType& t) : NodeOf(t, true), rule(&r) {}
   const FunctionRule* rule = nullptr;
   std::vector<BoundExpressionPtr> arguments;
   int date_part = -1;
 };
 
-struct BoundCase final : BoundExpression {
+struct BoundCase final : BoundExpressionOf<BoundExpression::Kind::kCase> {
   struct When {
     BoundConditionPtr condition;
     BoundExpressionPtr result;
   };
-  explicit BoundCase(const SqlType& t = {}) : BoundExpression(Kind::kCase, t, true) {}
+  explicit BoundCase(const SqlType& t = {}) : NodeOf(t, true) {}
   std::vector<When> whens;
   BoundExpressionPtr otherwise;  // null when there is no ELSE
 };
 
-struct BoundSubquery final : BoundExpression {
-  BoundSubquery() : BoundExpression(Kind::kSubquery) {}
+struct BoundSubquery final : BoundExpressionOf<BoundExpression::Kind::kSubquery> {
+  BoundSubquery() = default;
   explicit BoundSubquery(BoundQueryPtr q);
   BoundQueryPtr query;
 };
 
-struct BoundAggregate final : BoundExpression {
-  BoundAggregate() : BoundExpression(Kind::kAggregate) {}
-  BoundAggregate(Aggregate a, const SqlType& t)
-      : BoundExpression(Kind::kAggregate, t, a != Aggregate::kCount), aggregate(a) {}
+struct BoundAggregate final : BoundExpressionOf<BoundExpression::Kind::kAggregate> {
+  BoundAggregate() = default;
+  BoundAggregate(Aggregate a, const SqlType& t) : NodeOf(t, a != Aggregate::kCount), aggregate(a) {}
   Aggregate aggregate = Aggregate::kCount;
   bool distinct = false;
   BoundExpressionPtr operand;  // null for COUNT(*)
@@ -207,9 +200,9 @@ struct BoundOrder {
 };
 
 // A function of the rows that OVER (…) says, computed for each row of the block.
-struct BoundWindow final : BoundExpression {
+struct BoundWindow final : BoundExpressionOf<BoundExpression::Kind::kWindow> {
   explicit BoundWindow(WindowFunction f = WindowFunction::kRowNumber, const SqlType& t = {})
-      : BoundExpression(Kind::kWindow, t, true), function(f) {}
+      : NodeOf(t, true), function(f) {}
   WindowFunction function;
   Aggregate aggregate = Aggregate::kCount;    // of kAggregate
   std::vector<BoundExpressionPtr> arguments;  // none for COUNT(*)
@@ -218,13 +211,16 @@ struct BoundWindow final : BoundExpression {
   std::optional<WindowFrame> frame;
 };
 
+using BoundExpressions = Kinds<BoundLiteral, BoundVariable, BoundRowParameter, BoundSessionValue,
+                               BoundColumn, BoundUnary, BoundArithmetic, BoundConvert, BoundCall,
+                               BoundCase, BoundSubquery, BoundAggregate, BoundWindow>;
+
 // ---- Conditions ----
 
 struct BoundCondition {
   enum class Kind : uint8_t {
     kComparison,
-    kAnd,
-    kOr,
+    kLogical,
     kNot,
     kIsNull,
     kInList,
@@ -238,34 +234,41 @@ struct BoundCondition {
   const Kind kind;
 };
 
+template <BoundCondition::Kind kind>
+using BoundConditionOf = NodeOf<BoundCondition, kind>;
+
 using ComparisonOperator = ComparisonCondition::Operator;
+using LogicalOperator = LogicalCondition::Operator;
 
 // Both sides have one type, except exact numbers, which are compared at their own scales.
-struct BoundComparison final : BoundCondition {
-  BoundComparison() : BoundCondition(Kind::kComparison) {}
+struct BoundComparison final : BoundConditionOf<BoundCondition::Kind::kComparison> {
+  BoundComparison() = default;
+  BoundComparison(ComparisonOperator o, BoundExpressionPtr l, BoundExpressionPtr r)
+      : op(o), left(std::move(l)), right(std::move(r)) {}
   ComparisonOperator op = ComparisonOperator::kEqual;
   BoundExpressionPtr left, right;
 };
 
-struct BoundLogical final : BoundCondition {  // kAnd, kOr
-  explicit BoundLogical(Kind k) : BoundCondition(k) {}
+struct BoundLogical final : BoundConditionOf<BoundCondition::Kind::kLogical> {
+  BoundLogical() = default;
+  explicit BoundLogical(LogicalOperator o) : op(o) {}
+  LogicalOperator op = LogicalOperator::kAnd;
   std::vector<BoundConditionPtr> operands;
 };
 
-struct BoundNot final : BoundCondition {
-  BoundNot() : BoundCondition(Kind::kNot) {}
+struct BoundNot final : BoundConditionOf<BoundCondition::Kind::kNot> {
+  BoundNot() = default;
+  explicit BoundNot(BoundConditionPtr o) : operand(std::move(o)) {}
   BoundConditionPtr operand;
 };
 
-struct BoundIsNull final : BoundCondition {
-  BoundIsNull() : BoundCondition(Kind::kIsNull) {}
+struct BoundIsNull final : BoundConditionOf<BoundCondition::Kind::kIsNull> {
   BoundExpressionPtr operand;
   bool negated = false;
 };
 
 // All of one type.
-struct BoundInList final : BoundCondition {
-  BoundInList() : BoundCondition(Kind::kInList) {}
+struct BoundInList final : BoundConditionOf<BoundCondition::Kind::kInList> {
   BoundExpressionPtr operand;
   std::vector<BoundExpressionPtr> values;
   bool negated = false;
@@ -273,32 +276,31 @@ struct BoundInList final : BoundCondition {
 
 // The rows that have a match in the query: a semi-join. Negated, where nulls are met, it is more
 // than the rows without a match: an anti-join is a BoundNot of a BoundExists.
-struct BoundInQuery final : BoundCondition {
-  BoundInQuery() : BoundCondition(Kind::kInQuery) {}
+struct BoundInQuery final : BoundConditionOf<BoundCondition::Kind::kInQuery> {
   BoundExpressionPtr operand;
   BoundQueryPtr query;  // its one column has the operand's type
   bool negated = false;
 };
 
-struct BoundLike final : BoundCondition {
-  BoundLike() : BoundCondition(Kind::kLike) {}
+struct BoundLike final : BoundConditionOf<BoundCondition::Kind::kLike> {
   BoundExpressionPtr operand, pattern, escape;  // `escape` null when not given
   bool negated = false;
 };
 
-struct BoundExists final : BoundCondition {
-  BoundExists() : BoundCondition(Kind::kExists) {}
+struct BoundExists final : BoundConditionOf<BoundCondition::Kind::kExists> {
   BoundQueryPtr query;
 };
 
 // That the filter of one of the source's indexes holds. Only rewrites make it.
-struct BoundIndexFilter final : BoundCondition {
-  BoundIndexFilter() : BoundCondition(Kind::kIndexFilter) {}
-  BoundIndexFilter(const BoundSource& s, const Key& k)
-      : BoundCondition(Kind::kIndexFilter), source(&s), key(&k) {}
+struct BoundIndexFilter final : BoundConditionOf<BoundCondition::Kind::kIndexFilter> {
+  BoundIndexFilter() = default;
+  BoundIndexFilter(const BoundSource& s, const Key& k) : NodeOf(), source(&s), key(&k) {}
   const BoundSource* source = nullptr;
   const Key* key = nullptr;  // of the source's table
 };
+
+using BoundConditions = Kinds<BoundComparison, BoundLogical, BoundNot, BoundIsNull, BoundInList,
+                              BoundInQuery, BoundLike, BoundExists, BoundIndexFilter>;
 
 // ---- Queries ----
 

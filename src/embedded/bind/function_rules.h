@@ -7,7 +7,6 @@
 #include <string_view>
 
 #include "embedded/bind/bound.h"
-#include "embedded/catalog/names.h"
 
 namespace tavcc::sql {
 
@@ -55,14 +54,6 @@ enum class Function : uint8_t {
   kIsNull,        // ISNULL, bound by hand
   kNextIdentity,  // the next identity value, for which the dialect has no name
 };
-
-// The entry of a table that has this name; null when there is none.
-template <class Table>
-const auto* FindByName(const Table& table, std::string_view name) {
-  const auto found =
-      std::ranges::find_if(table, [&](const auto& entry) { return SameName(entry.name, name); });
-  return found == std::end(table) ? nullptr : &*found;
-}
 
 enum class FunctionResult : uint8_t {
   kInt,

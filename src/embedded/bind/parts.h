@@ -35,7 +35,7 @@ auto Parts(Is<BoundAggregate> auto& n) { return std::tie(n.aggregate, n.distinct
 auto Parts(Is<BoundWindow> auto& n) { return std::tie(n.function, n.aggregate, n.arguments, n.partition_by, n.order_by, n.frame); }
 
 auto Parts(Is<BoundComparison> auto& n) { return std::tie(n.op, n.left, n.right); }
-auto Parts(Is<BoundLogical> auto& n) { return std::tie(n.operands); }
+auto Parts(Is<BoundLogical> auto& n) { return std::tie(n.op, n.operands); }
 auto Parts(Is<BoundNot> auto& n) { return std::tie(n.operand); }
 auto Parts(Is<BoundIsNull> auto& n) { return std::tie(n.negated, n.operand); }
 auto Parts(Is<BoundInList> auto& n) { return std::tie(n.negated, n.operand, n.values); }
@@ -71,68 +71,12 @@ concept HasParts = requires(T& node) {
 // Calls use(node) with the node as what its kind says that it is.
 template <Is<BoundExpression> Expression, class Use>
 auto OnKind(Expression& node, const Use& use) {
-  const auto as = [&]<class Kind>() {
-    using Node = std::conditional_t<std::is_const_v<Expression>, const Kind, Kind>;
-    return use(static_cast<Node&>(node));
-  };
-  switch (node.kind) {
-    case BoundExpression::Kind::kLiteral:
-      return as.template operator()<BoundLiteral>();
-    case BoundExpression::Kind::kVariable:
-      return as.template operator()<BoundVariable>();
-    case BoundExpression::Kind::kRowParameter:
-      return as.template operator()<BoundRowParameter>();
-    case BoundExpression::Kind::kSessionValue:
-      return as.template operator()<BoundSessionValue>();
-    case BoundExpression::Kind::kColumn:
-      return as.template operator()<BoundColumn>();
-    case BoundExpression::Kind::kUnary:
-      return as.template operator()<BoundUnary>();
-    case BoundExpression::Kind::kArithmetic:
-      return as.template operator()<BoundArithmetic>();
-    case BoundExpression::Kind::kConvert:
-      return as.template operator()<BoundConvert>();
-    case BoundExpression::Kind::kCall:
-      return as.template operator()<BoundCall>();
-    case BoundExpression::Kind::kCase:
-      return as.template operator()<BoundCase>();
-    case BoundExpression::Kind::kSubquery:
-      return as.template operator()<BoundSubquery>();
-    case BoundExpression::Kind::kAggregate:
-      return as.template operator()<BoundAggregate>();
-    case BoundExpression::Kind::kWindow:
-      break;
-  }
-  return as.template operator()<BoundWindow>();
+  return OnKindOf(BoundExpressions(), node, use);
 }
+
 template <Is<BoundCondition> Condition, class Use>
 auto OnKind(Condition& node, const Use& use) {
-  const auto as = [&]<class Kind>() {
-    using Node = std::conditional_t<std::is_const_v<Condition>, const Kind, Kind>;
-    return use(static_cast<Node&>(node));
-  };
-  switch (node.kind) {
-    case BoundCondition::Kind::kComparison:
-      return as.template operator()<BoundComparison>();
-    case BoundCondition::Kind::kAnd:
-    case BoundCondition::Kind::kOr:
-      return as.template operator()<BoundLogical>();
-    case BoundCondition::Kind::kNot:
-      return as.template operator()<BoundNot>();
-    case BoundCondition::Kind::kIsNull:
-      return as.template operator()<BoundIsNull>();
-    case BoundCondition::Kind::kInList:
-      return as.template operator()<BoundInList>();
-    case BoundCondition::Kind::kInQuery:
-      return as.template operator()<BoundInQuery>();
-    case BoundCondition::Kind::kLike:
-      return as.template operator()<BoundLike>();
-    case BoundCondition::Kind::kExists:
-      return as.template operator()<BoundExists>();
-    case BoundCondition::Kind::kIndexFilter:
-      break;
-  }
-  return as.template operator()<BoundIndexFilter>();
+  return OnKindOf(BoundConditions(), node, use);
 }
 
 // Visits the trees directly inside a node, those of lists and of parts that are no trees included.

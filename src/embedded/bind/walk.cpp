@@ -69,34 +69,18 @@ void ForEachExpression(const BoundFrom& from, const ExpressionVisitor& visit) {
   ForEachInside(from, visit);
 }
 
-const BoundColumn* AsColumn(const BoundExpression& expression) {
-  return expression.kind == BoundExpression::Kind::kColumn
-             ? &static_cast<const BoundColumn&>(expression)
-             : nullptr;
-}
-
 void ForEachConjunct(const BoundCondition* condition,
                      const std::function<void(const BoundCondition&)>& visit) {
   if (condition == nullptr) return;
-  if (condition->kind != BoundCondition::Kind::kAnd) {
-    visit(*condition);
-    return;
-  }
-  for (const auto& operand : static_cast<const BoundLogical*>(condition)->operands) {
-    ForEachConjunct(operand.get(), visit);
-  }
+  const BoundLogical* const all = AsConjunction(*condition);
+  if (all == nullptr) return visit(*condition);
+  for (const auto& operand : all->operands) ForEachConjunct(operand.get(), visit);
 }
 
-void ForEachSource(BoundFrom& from, const std::function<void(BoundSource&)>& visit) {
-  if (from.source) visit(*from.source);
-  if (from.left) ForEachSource(*from.left, visit);
-  if (from.right) ForEachSource(*from.right, visit);
-}
-
-void ForEachSource(const BoundFrom& from, const std::function<void(const BoundSource&)>& visit) {
-  if (from.source) visit(*from.source);
-  if (from.left) ForEachSource(std::as_const(*from.left), visit);
-  if (from.right) ForEachSource(std::as_const(*from.right), visit);
+bool HasSource(const BoundFrom& from, const BoundSource* source) {
+  bool found = false;
+  ForEachSource(from, [&](const BoundSource& inner) { found = found || &inner == source; });
+  return found;
 }
 
 }  // namespace tavcc::sql

@@ -23,15 +23,32 @@ void ForEachChild(const BoundExpression& expression, const ExpressionVisitor& vi
 void ForEachChild(const BoundCondition& condition, const ExpressionVisitor& visit,
                   const std::function<void(const BoundQuery&)>& visit_query);
 
+// The AND that the condition is; null when it is anything else.
+template <class Condition>
+auto* AsConjunction(Condition& condition) {
+  auto* const logical = As<BoundLogical>(condition);
+  return logical != nullptr && logical->op == LogicalOperator::kAnd ? logical : nullptr;
+}
+
+// The comparison by "=" that the condition is; null when it is anything else.
+inline const BoundComparison* AsEquality(const BoundCondition& condition) {
+  const auto* comparison = As<BoundComparison>(condition);
+  return comparison != nullptr && comparison->op == ComparisonOperator::kEqual ? comparison
+                                                                               : nullptr;
+}
+
 // The operands of an AND, those of inner ones too, or the condition itself; none for null.
 void ForEachConjunct(const BoundCondition* condition,
                      const std::function<void(const BoundCondition&)>& visit);
 
-// The column that the expression is; null when it is anything else.
-const BoundColumn* AsColumn(const BoundExpression& expression);
-
 // The sources of a FROM clause, left to right.
-void ForEachSource(const BoundFrom& from, const std::function<void(const BoundSource&)>& visit);
-void ForEachSource(BoundFrom& from, const std::function<void(BoundSource&)>& visit);
+template <class From, class Visit>
+void ForEachSource(From& from, const Visit& visit) {
+  if (from.source) visit(static_cast<ConstAs<From, BoundSource>&>(*from.source));
+  if (from.left) ForEachSource(static_cast<From&>(*from.left), visit);
+  if (from.right) ForEachSource(static_cast<From&>(*from.right), visit);
+}
+
+bool HasSource(const BoundFrom& from, const BoundSource* source);
 
 }  // namespace tavcc::sql

@@ -11,7 +11,7 @@ bool IsOwnSchema(const ObjectName& name) {
   if (name.parts.size() == 3 && !name.parts[0].empty()) return false;
   if (name.parts.size() < 2) return true;
   const std::string& schema = name.parts[name.parts.size() - 2];
-  return schema.empty() || SameName(schema, "dbo");
+  return schema.empty() || EqualsIgnoringCase(schema, "dbo");
 }
 
 std::string CreateViewText(const CreateViewStatement& view) {
@@ -27,7 +27,7 @@ void RequireOwnSchema(const ObjectName& name, std::string_view statement) {
   if (name.parts.size() == 1) return;
   const std::string& schema = name.parts[name.parts.size() - 2];
   if (name.parts.size() > 2) Raise(errors::kDatabasePrefixNotAllowed, statement);
-  if (!schema.empty() && !SameName(schema, "dbo")) Raise(errors::kUnknownSchema, schema);
+  if (!schema.empty() && !EqualsIgnoringCase(schema, "dbo")) Raise(errors::kUnknownSchema, schema);
 }
 
 }  // namespace
@@ -60,7 +60,7 @@ int64_t Catalog::ObjectId(std::string_view text) const {
     return object ? object->id : 0;
   }
   // A temporary table is an object of tempdb: only a name that says so finds it.
-  if (name.parts.size() != 3 || !SameName(name.parts[0], "tempdb")) return 0;
+  if (name.parts.size() != 3 || !EqualsIgnoringCase(name.parts[0], "tempdb")) return 0;
   const TablePtr table = FindTable(name);
   return table ? -(table->number + 1) : 0;
 }
@@ -77,11 +77,7 @@ std::vector<std::string> SplitName(std::string_view text) {
       parts.back() += text[i];
     }
   }
-  for (std::string& part : parts) {
-    while (!part.empty() && part.back() == ' ') part.pop_back();
-    part.erase(0,
-               part.find_first_not_of(' ') == std::string::npos ? 0 : part.find_first_not_of(' '));
-  }
+  for (std::string& part : parts) part = std::string(Trim(part));
   return parts;
 }
 
@@ -116,10 +112,8 @@ void Catalog::AddColumns(const TablePtr& table, std::shared_ptr<Table> changed) 
 }
 
 void Catalog::CreateIndex(const TablePtr& table, const CreateIndexStatement& index) {
-  for (const Key& key : table->keys) {
-    if (SameName(key.name, index.name))
-      Raise(errors::kIndexExists, index.name, "table", table->MessageName());
-  }
+  if (FindByName(table->keys, index.name) != nullptr)
+    Raise(errors::kIndexExists, index.name, "table", table->MessageName());
   auto changed = std::make_shared<Table>(*table);
   AddIndex(*changed, index);
   AddColumns(table, std::move(changed));
@@ -127,7 +121,8 @@ void Catalog::CreateIndex(const TablePtr& table, const CreateIndexStatement& ind
 
 void Catalog::DropIndex(const TablePtr& table, std::string_view index) {
   for (size_t i = 0; i < table->keys.size(); ++i) {
-    if (table->keys[i].kind != Key::Kind::kIndex || !SameName(table->keys[i].name, index)) continue;
+    if (table->keys[i].kind != Key::Kind::kIndex || !EqualsIgnoringCase(table->keys[i].name, index))
+      continue;
     store_.Run("DROP INDEX " + std::string(table->PhysicalSchema()) +
                QuoteName(PhysicalIndexName(*table, i, table->PhysicalName())));
     auto changed = std::make_shared<Table>(*table);

@@ -3,7 +3,6 @@
 
 #include <utility>
 
-#include "embedded/catalog/names.h"
 #include "embedded/error.h"
 #include "embedded/types/sql_type.h"
 

@@ -8,10 +8,6 @@ std::string FoldName(std::string_view name) {
   return LowerCase(name);
 }
 
-bool SameName(std::string_view a, std::string_view b) {
-  return EqualsIgnoringCase(a, b);
-}
-
 std::string BracketName(std::string_view name) {
   std::string out = "[";
   for (const char c : name) {

@@ -16,22 +16,16 @@ namespace {
 
 // The value of a default that is a literal, with or without a sign.
 std::optional<TypedValue> ConstantOf(const Expression& expression) {
-  if (expression.kind == Expression::Kind::kLiteral) {
-    const auto& literal = static_cast<const LiteralExpression&>(expression);
-    return EvaluateLiteral(literal.form, literal.text);
+  if (const auto* literal = As<LiteralExpression>(expression)) {
+    return EvaluateLiteral(literal->form, literal->text);
   }
-  if (expression.kind != Expression::Kind::kUnary) return std::nullopt;
-  const auto& unary = static_cast<const UnaryExpression&>(expression);
-  if (unary.op != UnaryExpression::Operator::kMinus ||
-      unary.operand->kind != Expression::Kind::kLiteral) {
-    return std::nullopt;
-  }
-  const auto& literal = static_cast<const LiteralExpression&>(*unary.operand);
-  if (literal.form != LiteralExpression::Form::kInteger &&
-      literal.form != LiteralExpression::Form::kDecimal) {
-    return std::nullopt;
-  }
-  TypedValue value = EvaluateLiteral(literal.form, literal.text);
+  const auto* unary = As<UnaryExpression>(expression);
+  if (unary == nullptr || unary->op != UnaryExpression::Operator::kMinus) return std::nullopt;
+  const auto* literal = As<LiteralExpression>(*unary->operand);
+  const bool exact = literal != nullptr && (literal->form == LiteralExpression::Form::kInteger ||
+                                            literal->form == LiteralExpression::Form::kDecimal);
+  if (!exact) return std::nullopt;
+  TypedValue value = EvaluateLiteral(literal->form, literal->text);
   if (value.value.kind() != StoredValue::Kind::kInteger) return std::nullopt;
   value.value = StoredValue(-value.value.integer());
   return value;
@@ -126,44 +120,41 @@ void AddKeys(Table& table, const TableDefinition& definition) {
   }
 }
 
+[[noreturn]] void RaiseFilter() {
+  RaiseUnsupported("a filter of an index other than columns compared with constants");
+}
+
 int FilterColumn(const Table& table, const Expression& expression) {
-  if (expression.kind != Expression::Kind::kColumn) {
-    RaiseUnsupported("a filter of an index other than columns compared with constants");
-  }
-  return RequireColumn(table, static_cast<const ColumnExpression&>(expression).name.last());
+  const auto* column = As<ColumnExpression>(expression);
+  if (column == nullptr) RaiseFilter();
+  return RequireColumn(table, column->name.last());
 }
 
 // The conditions of an index's filter, as the server takes them: a column on the left, a constant
 // on the right (CREATE INDEX, "filter_predicate"). Its lists of constants are not built.
 void AddFilter(const Table& table, const Condition& condition, std::vector<KeyFilter>& filter) {
-  if (condition.kind == Condition::Kind::kAnd) {
-    for (const auto& operand : static_cast<const LogicalCondition&>(condition).operands) {
-      AddFilter(table, *operand, filter);
-    }
+  const auto* logical = As<LogicalCondition>(condition);
+  if (logical != nullptr && logical->op == LogicalCondition::Operator::kAnd) {
+    for (const auto& operand : logical->operands) AddFilter(table, *operand, filter);
     return;
   }
   KeyFilter added;
-  if (condition.kind == Condition::Kind::kIsNull) {
-    const auto& is_null = static_cast<const IsNullCondition&>(condition);
-    added.kind = is_null.negated ? KeyFilter::Kind::kNotNull : KeyFilter::Kind::kNull;
-    added.column = FilterColumn(table, *is_null.operand);
+  if (const auto* is_null = As<IsNullCondition>(condition)) {
+    added.kind = is_null->negated ? KeyFilter::Kind::kNotNull : KeyFilter::Kind::kNull;
+    added.column = FilterColumn(table, *is_null->operand);
     filter.push_back(std::move(added));
     return;
   }
-  if (condition.kind != Condition::Kind::kComparison) {
-    RaiseUnsupported("a filter of an index other than columns compared with constants");
-  }
-  const auto& comparison = static_cast<const ComparisonCondition&>(condition);
-  added.column = FilterColumn(table, *comparison.left);
-  added.op = comparison.op;
-  const auto constant = ConstantOf(*comparison.right);
-  if (!constant || constant->value.IsNull()) {
-    RaiseUnsupported("a filter of an index other than columns compared with constants");
-  }
+  const auto* comparison = As<ComparisonCondition>(condition);
+  if (comparison == nullptr) RaiseFilter();
+  added.column = FilterColumn(table, *comparison->left);
+  added.op = comparison->op;
+  const auto constant = ConstantOf(*comparison->right);
+  if (!constant || constant->value.IsNull()) RaiseFilter();
   const SqlType& type = table.columns[static_cast<size_t>(added.column)].type;
   CheckImplicit(constant->type, type);
   added.constant = ConvertStored(constant->value, constant->type, type);
-  added.text = ExpressionText(*comparison.right);
+  added.text = ExpressionText(*comparison->right);
   filter.push_back(std::move(added));
 }
 
@@ -193,10 +184,7 @@ void ChooseRowNumber(Table& table) {
 }  // namespace
 
 int Table::FindColumn(std::string_view column) const {
-  for (size_t i = 0; i < columns.size(); ++i) {
-    if (SameName(columns[i].name, column)) return static_cast<int>(i);
-  }
-  return -1;
+  return IndexByName(columns, column);
 }
 
 std::string Table::MessageName() const {

@@ -36,8 +36,7 @@ std::string Emitter::Comparison(const BoundComparison& comparison) {
 std::string Emitter::Operands(const BoundLogical& logical) {
   std::vector<std::string> operands;
   for (const auto& operand : logical.operands) operands.push_back(Condition(*operand));
-  return '(' + Joined(operands, logical.kind == BoundCondition::Kind::kAnd ? " AND " : " OR ") +
-         ')';
+  return '(' + Joined(operands, logical.op == LogicalOperator::kAnd ? " AND " : " OR ") + ')';
 }
 
 // Where any of them is nchar or nvarchar, all are, and then trailing blanks of the text count.
@@ -55,9 +54,7 @@ std::string Emitter::Like(const BoundLike& like) {
 
 // NOT NOT x is x, also where x is unknown.
 std::string Emitter::Negation(const BoundCondition& operand) {
-  if (operand.kind == BoundCondition::Kind::kNot) {
-    return Condition(*static_cast<const BoundNot&>(operand).operand);
-  }
+  if (const auto* inner = As<BoundNot>(operand)) return Condition(*inner->operand);
   return "(NOT " + Condition(operand) + ')';
 }
 
@@ -69,8 +66,7 @@ std::string Emitter::Test(const BoundCondition& condition) {
   switch (condition.kind) {
     case BoundCondition::Kind::kComparison:
       return Comparison(static_cast<const BoundComparison&>(condition));
-    case BoundCondition::Kind::kAnd:
-    case BoundCondition::Kind::kOr:
+    case BoundCondition::Kind::kLogical:
       return Operands(static_cast<const BoundLogical&>(condition));
     case BoundCondition::Kind::kNot:
       return Negation(*static_cast<const BoundNot&>(condition).operand);
@@ -80,12 +76,8 @@ std::string Emitter::Test(const BoundCondition& condition) {
     }
     case BoundCondition::Kind::kInList: {
       const auto& in = static_cast<const BoundInList&>(condition);
-      std::string out = '(' + Collated(*in.operand) + (in.negated ? " NOT IN (" : " IN (");
-      for (const auto& value : in.values) {
-        if (&value != &in.values.front()) out += ',';
-        out += Expression(*value);
-      }
-      return out + "))";
+      return '(' + Collated(*in.operand) + (in.negated ? " NOT IN (" : " IN (") +
+             Listed(in.values, [&](const auto& value) { return Expression(*value); }) + "))";
     }
     case BoundCondition::Kind::kInQuery: {
       const auto& in = static_cast<const BoundInQuery&>(condition);

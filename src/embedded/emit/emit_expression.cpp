@@ -20,23 +20,8 @@ std::string Number(int64_t value) {
 
 // The part of an arithmetic function's name that says what it works on.
 std::string_view KindSuffix(const SqlType& type) {
-  switch (type.kind) {
-    case TypeKind::kBit:
-    case TypeKind::kTinyInt:
-      return "tinyint";
-    case TypeKind::kSmallInt:
-      return "smallint";
-    case TypeKind::kInt:
-      return "int";
-    case TypeKind::kBigInt:
-      return "bigint";
-    case TypeKind::kReal:
-      return "real";
-    case TypeKind::kFloat:
-      return "float";
-    default:
-      return "decimal";
-  }
+  if (type.kind == TypeKind::kBit) return KindText(TypeKind::kTinyInt);
+  return IsScaled(type.kind) ? "decimal" : KindText(type.kind);
 }
 
 std::string_view OperatorName(BinaryOperator op) {
@@ -49,14 +34,8 @@ bool IsText(const BoundExpression& expression) {
 }
 
 bool IsStoredColumn(const BoundExpression& expression) {
-  return expression.kind == BoundExpression::Kind::kColumn &&
-         static_cast<const BoundColumn&>(expression).source->table != nullptr;
-}
-
-bool IsSourceOf(const BoundFrom& from, const BoundSource& source) {
-  bool found = false;
-  ForEachSource(from, [&](const BoundSource& inner) { found = found || &inner == &source; });
-  return found;
+  const auto* column = As<BoundColumn>(expression);
+  return column != nullptr && column->source->table != nullptr;
 }
 
 }  // namespace
@@ -106,10 +85,6 @@ std::string Emitter::Collated(const BoundExpression& expression) {
   return IsText(expression) && !IsStoredColumn(expression) ? text + " COLLATE tsql" : text;
 }
 
-std::string Emitter::Grouping(const BoundExpression& expression) {
-  return Collated(expression);
-}
-
 std::string Emitter::ParameterText(const Parameter& parameter) {
   const auto found = std::ranges::find(parameters_, parameter);
   const auto index = found - parameters_.begin();
@@ -146,7 +121,7 @@ std::string Emitter::Column(const BoundColumn& column) {
           ? source +
                 QuoteName(column.source->table->columns[static_cast<size_t>(column.column)].name)
           : source + 'c' + Number(column.column);
-  if (carried_from_ == nullptr || !IsSourceOf(*carried_from_, *column.source)) return text;
+  if (carried_from_ == nullptr || !HasSource(*carried_from_, column.source)) return text;
   auto found = std::ranges::find(carried_, text);
   if (found == carried_.end()) found = carried_.insert(found, std::move(text));
   return "q.k" + Number(found - carried_.begin());
@@ -213,18 +188,17 @@ std::string Emitter::Concatenation(const BoundArithmetic& arithmetic) {
 // fail in any case.
 std::string Emitter::ConvertedParameter(const BoundConvert& convert) {
   Parameter parameter;
-  if (convert.operand->kind == BoundExpression::Kind::kLiteral) {
+  if (const auto* literal = As<BoundLiteral>(*convert.operand)) {
     parameter.source = Parameter::Source::kLiteral;
-    parameter.index = static_cast<const BoundLiteral&>(*convert.operand).slot;
-    if (parameter.index < 0) return {};
-  } else if (convert.operand->kind == BoundExpression::Kind::kRowParameter) {
+    parameter.index = literal->slot;
+  } else if (const auto* row = As<BoundRowParameter>(*convert.operand)) {
     parameter.source = Parameter::Source::kRow;
-    parameter.index = static_cast<const BoundRowParameter&>(*convert.operand).index;
-  } else {
-    if (live_variables_) return {};
+    parameter.index = row->index;
+  } else if (const auto* variable = As<BoundVariable>(*convert.operand)) {
     parameter.source = Parameter::Source::kVariable;
-    parameter.index = static_cast<const BoundVariable&>(*convert.operand).index;
+    parameter.index = live_variables_ ? -1 : variable->index;
   }
+  if (parameter.index < 0) return {};
   parameter.convert = true;
   parameter.from = convert.operand->type;
   parameter.to = convert.type;
@@ -266,11 +240,8 @@ std::string Emitter::Call(const BoundCall& call) {
   if (function.form == FunctionForm::kDataLength) return DataLength(call);
   std::string out(function.name);
   out += '(';
-  if (call.date_part >= 0) out += Number(call.date_part);
-  for (const auto& argument : call.arguments) {
-    if (out.back() != '(') out += ',';
-    out += Expression(*argument);
-  }
+  if (call.date_part >= 0) out += Number(call.date_part) + ',';
+  out += Listed(call.arguments, [&](const auto& argument) { return Expression(*argument); });
   if (function.form == FunctionForm::kDateAdd) out += ',' + Number(TypeCode(call.type));
   return Failing(out + ')');
 }
@@ -280,10 +251,8 @@ std::string Emitter::NumericCall(const BoundCall& call) {
   const Function function = call.rule->function;
   const std::string name(SqliteFunctionOf(function).name);
   const SqlType& type = call.arguments[0]->type;
-  std::string arguments = Expression(*call.arguments[0]);
-  for (size_t i = 1; i < call.arguments.size(); ++i) {
-    arguments += ',' + Expression(*call.arguments[i]);
-  }
+  std::string arguments =
+      Listed(call.arguments, [&](const auto& argument) { return Expression(*argument); });
   if (function == Function::kRound && call.arguments.size() == 2) arguments += ",0";
   if (IsApproximate(type.kind)) {
     return Failing((function == Function::kAbs ? "abs" : name + "_float") + '(' + arguments + ')');

@@ -32,15 +32,14 @@ std::string Emitter::Select(const BoundSelect& select, bool names, bool distinct
   for (size_t i = 0; i < select.items.size(); ++i) {
     if (i > 0) out += ',';
     const BoundExpression& item = *select.items[i].expression;
-    out += distinct_rows ? Grouping(item) : Expression(item);
+    out += distinct_rows ? Collated(item) : Expression(item);
     if (names) out += " AS c" + std::to_string(i);
   }
   out += more;
   if (select.from) out += " FROM " + From(*select.from);
   out += Where(select.where.get());
-  for (size_t i = 0; i < select.group_by.size(); ++i) {
-    out += (i == 0 ? " GROUP BY " : ",") + Grouping(*select.group_by[i]);
-  }
+  const std::string keys = Listed(select.group_by, [&](const auto& key) { return Collated(*key); });
+  if (!keys.empty()) out += " GROUP BY " + keys;
   if (select.having) {
     // SQLite wants a GROUP BY before HAVING; grouping by nothing keeps the one group of an
     // aggregate over all rows.
@@ -80,11 +79,9 @@ std::string Emitter::Order(const BoundQuery& query) {
 }
 
 std::string Emitter::Limit(const BoundExpression& top) {
-  if (top.kind == BoundExpression::Kind::kLiteral ||
-      (top.kind == BoundExpression::Kind::kConvert &&
-       static_cast<const BoundConvert&>(top).operand->kind == BoundExpression::Kind::kLiteral)) {
-    return " LIMIT " + Expression(top);
-  }
+  const auto* convert = As<BoundConvert>(top);
+  const BoundExpression& count = convert != nullptr ? *convert->operand : top;
+  if (As<BoundLiteral>(count) != nullptr) return " LIMIT " + Expression(top);
   return Failing(" LIMIT s_top(" + Expression(top) + ')');
 }
 
@@ -160,11 +157,8 @@ std::string Emitter::OrderedItems(const BoundQuery& query) {
     RaiseUnsupported("PERCENT and WITH TIES in an ordered assigning SELECT");
   }
   carried_from_ = select.from.get();
-  std::string items;
-  for (const auto& item : select.items) {
-    if (!items.empty()) items += ',';
-    items += Expression(*item.expression);
-  }
+  const std::string items =
+      Listed(select.items, [&](const BoundItem& item) { return Expression(*item.expression); });
   carried_from_ = nullptr;
   std::string columns;
   for (size_t i = 0; i < carried_.size(); ++i) {
@@ -184,11 +178,9 @@ Emitted EmitAssigningQuery(const BoundQuery& query) {
 
 Emitted EmitValues(const BoundValues& values) {
   Emitter emitter;
-  std::string sql = "SELECT ";
-  for (const auto& value : values.values) {
-    if (&value != &values.values.front()) sql += ',';
-    sql += emitter.Expression(*value, /*certain=*/true);
-  }
+  std::string sql = "SELECT " + Listed(values.values, [&](const auto& value) {
+                      return emitter.Expression(*value, /*certain=*/true);
+                    });
   if (values.condition) {
     if (!values.values.empty()) sql += ',';
     sql += emitter.Condition(*values.condition);

@@ -67,7 +67,7 @@ std::string Emitter::WindowCall(const BoundWindow& window) {
 std::string Emitter::Windowed(const BoundWindow& window) {
   std::string over;
   for (const auto& key : window.partition_by) {
-    over += (over.empty() ? "PARTITION BY " : ",") + InOwnStep([&] { return Grouping(*key); });
+    over += (over.empty() ? "PARTITION BY " : ",") + InOwnStep([&] { return Collated(*key); });
   }
   std::string order;
   for (const BoundOrder& key : window.order_by) {

@@ -66,10 +66,7 @@ std::string WriteEmitter::Insert(const BoundInsert& insert) {
   const Table& table = *insert.table;
   std::string out = "INSERT INTO " + table.physical;
   if (insert.columns.empty()) return out + " DEFAULT VALUES";
-  for (size_t i = 0; i < insert.columns.size(); ++i) {
-    out += (i == 0 ? '(' : ',') + ColumnName(table, insert.columns[i]);
-  }
-  out += ") ";
+  out += '(' + Listed(insert.columns, [&](int column) { return ColumnName(table, column); }) + ") ";
   rows_at_ = out.size();
   return out + InsertedRows(insert);
 }
@@ -102,14 +99,11 @@ std::string WriteEmitter::InsertedRows(const BoundInsert& insert) {
 }
 
 std::string WriteEmitter::Assignments(const BoundUpdate& update) {
-  std::string out;
-  for (const auto& assignment : update.assignments) {
-    if (!out.empty()) out += ',';
-    out +=
-        ColumnName(*update.table, assignment.column) + '=' +
-        Written(*update.table, assignment.column, *assignment.value, Expression(*assignment.value));
-  }
-  return out;
+  return Listed(update.assignments, [&](const BoundAssignment& assignment) {
+    return ColumnName(*update.table, assignment.column) + '=' +
+           Written(*update.table, assignment.column, *assignment.value,
+                   Expression(*assignment.value));
+  });
 }
 
 std::string WriteEmitter::UpdateAlone(const BoundUpdate& update) {

@@ -19,10 +19,9 @@ class Emitter {
   // `certain`: the value is computed whenever the statement runs at all, so that a conversion that
   // may fail can be done before it.
   std::string Expression(const BoundExpression& expression, bool certain = false);
-  // The expression as an operand of a comparison by text collation.
+  // The expression as an operand of a comparison by text collation, or as one that rows are put
+  // together or apart by.
   std::string Collated(const BoundExpression& expression);
-  // The expression as one that rows are put together or apart by.
-  std::string Grouping(const BoundExpression& expression);
 
   // emit_condition.cpp
   std::string Condition(const BoundCondition& condition);
@@ -131,6 +130,17 @@ class Emitter {
   const BoundFrom* carried_from_ = nullptr;
   std::vector<std::string> carried_;
 };
+
+// What `text` makes of each element, with commas between them.
+template <class Elements, class Text>
+std::string Listed(const Elements& elements, const Text& text) {
+  std::string out;
+  for (const auto& element : elements) {
+    if (!out.empty()) out += ',';
+    out += text(element);
+  }
+  return out;
+}
 
 // The conditions with `word`, " AND " or " OR ", between them.
 std::string Joined(std::span<const std::string> conditions, std::string_view word);

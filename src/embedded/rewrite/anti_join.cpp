@@ -27,7 +27,7 @@ namespace tavcc::sql {
 namespace {
 
 const BoundColumn* ColumnOf(const BoundExpression& expression, const BoundSource& source) {
-  const BoundColumn* column = AsColumn(expression);
+  const auto* column = As<BoundColumn>(expression);
   return column != nullptr && column->source == &source ? column : nullptr;
 }
 
@@ -42,32 +42,29 @@ bool Mentions(const Tree& tree, const BoundSource& source) {
 
 // What is converted, where the other type stores it the same way.
 const BoundExpression& Unconverted(const BoundExpression& expression) {
-  if (expression.kind != BoundExpression::Kind::kConvert) return expression;
-  const auto& convert = static_cast<const BoundConvert&>(expression);
-  return IsSameStored(convert.operand->type, convert.type) ? Unconverted(*convert.operand)
-                                                           : expression;
+  const auto* convert = As<BoundConvert>(expression);
+  const bool same = convert != nullptr && IsSameStored(convert->operand->type, convert->type);
+  return same ? Unconverted(*convert->operand) : expression;
 }
 
 // The column of `source` in "column = something without source"; null when it is not of this form.
 const BoundColumn* Matched(const BoundCondition& condition, const BoundSource& source) {
-  if (condition.kind != BoundCondition::Kind::kComparison) return nullptr;
-  const auto& comparison = static_cast<const BoundComparison&>(condition);
-  if (comparison.op != ComparisonOperator::kEqual) return nullptr;
-  const BoundColumn* left = ColumnOf(Unconverted(*comparison.left), source);
-  const BoundColumn* right = ColumnOf(Unconverted(*comparison.right), source);
-  if (left != nullptr && !Mentions(*comparison.right, source)) return left;
-  if (right != nullptr && !Mentions(*comparison.left, source)) return right;
+  const BoundComparison* equality = AsEquality(condition);
+  if (equality == nullptr) return nullptr;
+  const BoundColumn* left = ColumnOf(Unconverted(*equality->left), source);
+  const BoundColumn* right = ColumnOf(Unconverted(*equality->right), source);
+  if (left != nullptr && !Mentions(*equality->right, source)) return left;
+  if (right != nullptr && !Mentions(*equality->left, source)) return right;
   return nullptr;
 }
 
 // Whether a condition asks that there be no match: "u.K IS NULL" for a matched column.
 bool AsksForNoMatch(const BoundCondition& condition, const BoundSource& source,
                     const std::vector<int>& matched) {
-  if (condition.kind != BoundCondition::Kind::kIsNull) return false;
-  const auto& is_null = static_cast<const BoundIsNull&>(condition);
-  const BoundColumn* column = ColumnOf(*is_null.operand, source);
-  return !is_null.negated && column != nullptr &&
-         std::ranges::find(matched, column->column) != matched.end();
+  const auto* is_null = As<BoundIsNull>(condition);
+  if (is_null == nullptr || is_null->negated) return false;
+  const BoundColumn* column = ColumnOf(*is_null->operand, source);
+  return column != nullptr && std::ranges::find(matched, column->column) != matched.end();
 }
 
 // Whether grouping does no more than leave out equal rows.
@@ -112,9 +109,7 @@ BoundConditionPtr NoneOf(BoundFromPtr from, BoundConditionPtr where) {
   exists->query = std::make_unique<BoundQuery>();
   exists->query->select = std::move(select);
   exists->query->columns.push_back({"", kIntType, false, false});
-  auto none = std::make_unique<BoundNot>();
-  none->operand = std::move(exists);
-  return none;
+  return std::make_unique<BoundNot>(std::move(exists));
 }
 
 class AntiJoin final : public StatementPass {

@@ -19,10 +19,9 @@ namespace {
 using Conditions = std::vector<BoundConditionPtr>;
 
 bool JoinsColumns(const BoundCondition& condition) {
-  if (condition.kind != BoundCondition::Kind::kComparison) return false;
-  const auto& comparison = static_cast<const BoundComparison&>(condition);
-  return comparison.op == ComparisonOperator::kEqual && AsColumn(*comparison.left) != nullptr &&
-         AsColumn(*comparison.right) != nullptr;
+  const BoundComparison* equality = AsEquality(condition);
+  return equality != nullptr && As<BoundColumn>(*equality->left) != nullptr &&
+         As<BoundColumn>(*equality->right) != nullptr;
 }
 
 bool Holds(const BoundCondition& side, const BoundCondition& asked) {
@@ -39,8 +38,9 @@ bool Holds(const Conditions& conditions, const BoundCondition& asked) {
 class CommonConjuncts final : public StatementPass {
  protected:
   void OnCondition(BoundConditionPtr& condition) override {
-    if (condition->kind != BoundCondition::Kind::kOr) return;
-    auto& sides = static_cast<BoundLogical&>(*condition).operands;
+    auto* const either = As<BoundLogical>(*condition);
+    if (either == nullptr || either->op != LogicalOperator::kOr) return;
+    auto& sides = either->operands;
     if (!HasCommon(sides)) return;
     Conditions common;
     bool nothing_left = false;  // of a side, so that the others say no more than what is common

@@ -3,17 +3,15 @@
 #include <iterator>
 #include <utility>
 
+#include "embedded/bind/walk.h"
+
 namespace tavcc::sql {
 namespace {
 
 void TakeApart(BoundConditionPtr condition, std::vector<BoundConditionPtr>& out) {
-  if (condition->kind != BoundCondition::Kind::kAnd) {
-    out.push_back(std::move(condition));
-    return;
-  }
-  for (auto& operand : static_cast<BoundLogical&>(*condition).operands) {
-    TakeApart(std::move(operand), out);
-  }
+  BoundLogical* const all = AsConjunction(*condition);
+  if (all == nullptr) return out.push_back(std::move(condition));
+  for (auto& operand : all->operands) TakeApart(std::move(operand), out);
 }
 
 }  // namespace
@@ -27,7 +25,7 @@ std::vector<BoundConditionPtr> TakeApart(BoundConditionPtr condition) {
 BoundConditionPtr All(std::vector<BoundConditionPtr> conditions) {
   if (conditions.empty()) return nullptr;
   if (conditions.size() == 1) return std::move(conditions.front());
-  auto all = std::make_unique<BoundLogical>(BoundCondition::Kind::kAnd);
+  auto all = std::make_unique<BoundLogical>(LogicalOperator::kAnd);
   all->operands = std::move(conditions);
   return all;
 }

@@ -80,16 +80,8 @@ BoundExpressionPtr TreeCopy::Copy(const BoundExpression& expression) {
 }
 
 BoundConditionPtr TreeCopy::Copy(const BoundCondition& condition) {
-  return OnKind(condition, [&]<class Node>(const Node& node) -> BoundConditionPtr {
-    std::unique_ptr<Node> copy;
-    if constexpr (std::same_as<Node, BoundLogical>) {
-      copy = std::make_unique<Node>(node.kind);
-    } else {
-      copy = std::make_unique<Node>();
-    }
-    CopyInto(*copy, node);
-    return copy;
-  });
+  return OnKind(condition,
+                [&]<class Node>(const Node& node) -> BoundConditionPtr { return CopyNode(node); });
 }
 
 BoundQueryPtr TreeCopy::Copy(const BoundQuery& query) {

@@ -40,34 +40,25 @@ struct ColumnRange {
   }
 };
 
-bool IsExact(const SqlType& type) {
-  return IsInteger(type.kind) || IsScaled(type.kind);
-}
-
 // The operand of ABS; null when the expression is something else.
 const BoundExpression* AbsoluteOf(const BoundExpression& expression) {
-  if (expression.kind != BoundExpression::Kind::kCall) return nullptr;
-  const auto& call = static_cast<const BoundCall&>(expression);
-  return call.rule->function == Function::kAbs ? call.arguments[0].get() : nullptr;
+  const auto* call = As<BoundCall>(expression);
+  const bool absolute = call != nullptr && call->rule->function == Function::kAbs;
+  return absolute ? call->arguments[0].get() : nullptr;
 }
 
 // The literal in `expression`, also where the binder gave it the scale of what it is compared with.
 const BoundLiteral* AsLiteral(const BoundExpression& expression) {
-  const BoundExpression* inner = &expression;
-  if (inner->kind == BoundExpression::Kind::kConvert) {
-    const auto& convert = static_cast<const BoundConvert&>(expression);
-    const bool exact = IsExact(convert.type) && IsExact(convert.operand->type) &&
-                       StoredScale(convert.type) >= StoredScale(convert.operand->type);
-    if (!exact) return nullptr;
-    inner = convert.operand.get();
-  }
-  return inner->kind == BoundExpression::Kind::kLiteral ? static_cast<const BoundLiteral*>(inner)
-                                                        : nullptr;
+  const auto* convert = As<BoundConvert>(expression);
+  if (convert == nullptr) return As<BoundLiteral>(expression);
+  const bool exact = IsExact(convert->type.kind) && IsExact(convert->operand->type.kind) &&
+                     StoredScale(convert->type) >= StoredScale(convert->operand->type);
+  return exact ? As<BoundLiteral>(*convert->operand) : nullptr;
 }
 
 // The literal's value as a column of `type` stores it; nothing when it has more decimals.
 std::optional<int64_t> AtScaleOf(const BoundLiteral& literal, const SqlType& type) {
-  if (!IsExact(literal.type) || literal.value.kind() != StoredValue::Kind::kInteger) return {};
+  if (!IsExact(literal.type.kind) || literal.value.kind() != StoredValue::Kind::kInteger) return {};
   const int up = StoredScale(type) - StoredScale(literal.type);
   if (up < 0) return {};
   WideInteger value = WideInteger::FromInt64(literal.value.integer());
@@ -116,20 +107,20 @@ Op Mirrored(Op op) {
 // constant, nothing when it says nothing.
 std::optional<int> Learn(ColumnRange& range, const BoundCondition& condition,
                          const BoundSource& source, int column) {
-  if (condition.kind != BoundCondition::Kind::kComparison) return {};
-  const auto& comparison = static_cast<const BoundComparison&>(condition);
-  const BoundLiteral* literal = AsLiteral(*comparison.right);
+  const auto* comparison = As<BoundComparison>(condition);
+  if (comparison == nullptr) return {};
+  const BoundLiteral* literal = AsLiteral(*comparison->right);
   const bool mirrored = literal == nullptr;
-  if (mirrored) literal = AsLiteral(*comparison.left);
+  if (mirrored) literal = AsLiteral(*comparison->left);
   if (literal == nullptr) return {};
-  const BoundExpression& other = mirrored ? *comparison.right : *comparison.left;
+  const BoundExpression& other = mirrored ? *comparison->right : *comparison->left;
   const BoundExpression* absolute = AbsoluteOf(other);
-  const BoundColumn* about = AsColumn(absolute != nullptr ? *absolute : other);
+  const auto* about = As<BoundColumn>(absolute != nullptr ? *absolute : other);
   if (about == nullptr || about->source != &source || about->column != column) return {};
-  if (!IsExact(about->type)) return {};
+  if (!IsExact(about->type.kind)) return {};
   const auto value = AtScaleOf(*literal, about->type);
   if (!value || (absolute != nullptr && *value < 0)) return {};
-  const Op op = mirrored ? Mirrored(comparison.op) : comparison.op;
+  const Op op = mirrored ? Mirrored(comparison->op) : comparison->op;
   range.any = true;
   if (absolute != nullptr) {
     LearnAbsolute(range, op, *value);

@@ -25,8 +25,8 @@ bool Mentions(const BoundCondition& condition, const BoundSource& source, bool& 
   bool mentions = false;
   ForEachExpression(condition, [&](const BoundExpression& inner) {
     if (inner.kind == BoundExpression::Kind::kSubquery) others = true;
-    if (inner.kind != BoundExpression::Kind::kColumn) return;
-    (static_cast<const BoundColumn&>(inner).source == &source ? mentions : others) = true;
+    const auto* column = As<BoundColumn>(inner);
+    if (column != nullptr) (column->source == &source ? mentions : others) = true;
   });
   if (condition.kind == BoundCondition::Kind::kExists ||
       condition.kind == BoundCondition::Kind::kInQuery) {
@@ -54,12 +54,12 @@ bool IsConstant(const BoundExpression& expression) {
 
 // column = constant
 bool NamesKey(const BoundCondition& condition, const BoundSource& source) {
-  if (condition.kind != BoundCondition::Kind::kComparison) return false;
-  const auto& comparison = static_cast<const BoundComparison&>(condition);
-  if (comparison.op != ComparisonOperator::kEqual || !IsAbout(condition, source)) return false;
-  return (comparison.left->kind == BoundExpression::Kind::kColumn &&
-          IsConstant(*comparison.right)) ||
-         (comparison.right->kind == BoundExpression::Kind::kColumn && IsConstant(*comparison.left));
+  const BoundComparison* equality = AsEquality(condition);
+  if (equality == nullptr || !IsAbout(condition, source)) return false;
+  const auto is_key = [](const BoundExpression& column, const BoundExpression& value) {
+    return column.kind == BoundExpression::Kind::kColumn && IsConstant(value);
+  };
+  return is_key(*equality->left, *equality->right) || is_key(*equality->right, *equality->left);
 }
 
 bool IsSmall(const BoundSource& source, const BoundCondition* where) {
@@ -82,12 +82,6 @@ bool IsGathered(const BoundSource& source) {
   if (!source.query) return false;
   const BoundSelect* const block = source.block();
   return block == nullptr || block->grouped || block->distinct;
-}
-
-bool IsIn(const BoundFrom& from, const BoundSource* source) {
-  bool found = false;
-  ForEachSource(from, [&](const BoundSource& inner) { found = found || &inner == source; });
-  return found;
 }
 
 // The query of a derived table that stands in `from`; null for a table.
@@ -135,14 +129,13 @@ void SemiJoinReduction::ReduceSide(BoundFrom& gathered, const BoundFrom& other,
   if (!gathered.source || !IsGathered(*gathered.source)) return;
   bool done = false;
   const auto by = [&](const BoundCondition& conjunct) {
-    if (done || conjunct.kind != BoundCondition::Kind::kComparison) return;
-    const auto& comparison = static_cast<const BoundComparison&>(conjunct);
-    if (comparison.op != ComparisonOperator::kEqual) return;
-    const BoundColumn* a = AsColumn(*comparison.left);
-    const BoundColumn* b = AsColumn(*comparison.right);
+    const BoundComparison* equality = AsEquality(conjunct);
+    if (done || equality == nullptr) return;
+    const auto* a = As<BoundColumn>(*equality->left);
+    const auto* b = As<BoundColumn>(*equality->right);
     if (a == nullptr || b == nullptr || a->type != b->type || IsText(a->type.kind)) return;
     if (a->source == gathered.source.get()) std::swap(a, b);
-    if (b->source != gathered.source.get() || !IsIn(other, a->source)) return;
+    if (b->source != gathered.source.get() || !HasSource(other, a->source)) return;
     if (!IsSmall(*a->source, where)) return;
     done = ReduceQuery(*gathered.source->query, static_cast<size_t>(b->column),
                        [&] { return KeysOf(*a, where); });
@@ -183,8 +176,8 @@ bool SemiJoinReduction::ReduceQuery(BoundQuery& query, size_t column, const Make
   }
   BoundSelect& select = *query.select;
   if (select.top || select.windowed) return false;
-  const BoundColumn* key = AsColumn(*select.items[column].expression);
-  if (key == nullptr || !select.from || !IsIn(*select.from, key->source)) return false;
+  const auto* key = As<BoundColumn>(*select.items[column].expression);
+  if (key == nullptr || !select.from || !HasSource(*select.from, key->source)) return false;
   if (select.grouped) {
     const bool grouping =
         std::ranges::any_of(select.group_by, [&](const auto& by) { return AreSame(*by, *key); });

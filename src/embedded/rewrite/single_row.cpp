@@ -19,13 +19,10 @@ bool IsSingleRow(const BoundQuery& query) {
   if (select.group_by.empty() && IsOneRow(*select.from, select.where.get())) return true;
   if (!select.top || select.top.percent || select.top.with_ties) return false;
   const BoundExpression* count = select.top.count.get();
-  if (count->kind == BoundExpression::Kind::kConvert) {
-    count = static_cast<const BoundConvert&>(*count).operand.get();
-  }
-  if (count->kind != BoundExpression::Kind::kLiteral) return false;
-  const auto& top = static_cast<const BoundLiteral&>(*count);
-  return top.slot < 0 && top.value.kind() == StoredValue::Kind::kInteger &&
-         top.value.integer() <= 1;
+  if (const auto* convert = As<BoundConvert>(*count)) count = convert->operand.get();
+  const auto* top = As<BoundLiteral>(*count);
+  return top != nullptr && top->slot < 0 && top->value.kind() == StoredValue::Kind::kInteger &&
+         top->value.integer() <= 1;
 }
 
 class SingleRow final : public StatementPass {

@@ -15,8 +15,8 @@ bool DependsOnlyOn(const BoundExpression& expression, const Sources& known) {
   bool only = true;
   ForEachExpression(expression, [&](const BoundExpression& inner) {
     if (inner.kind == BoundExpression::Kind::kSubquery) only = false;
-    if (inner.kind != BoundExpression::Kind::kColumn) return;
-    if (!known.contains(static_cast<const BoundColumn&>(inner).source)) only = false;
+    const auto* column = As<BoundColumn>(inner);
+    if (column != nullptr && !known.contains(column->source)) only = false;
   });
   return only;
 }
@@ -24,15 +24,13 @@ bool DependsOnlyOn(const BoundExpression& expression, const Sources& known) {
 // Adds to `columns` the columns of `source` that an equality ties to what is known.
 void TiedColumns(const BoundCondition& condition, const BoundSource& source, const Sources& known,
                  std::set<int>& columns) {
-  if (condition.kind != BoundCondition::Kind::kComparison) return;
-  const auto& comparison = static_cast<const BoundComparison&>(condition);
-  if (comparison.op != ComparisonOperator::kEqual) return;
-  const BoundExpression* sides[] = {comparison.left.get(), comparison.right.get()};
+  const BoundComparison* equality = AsEquality(condition);
+  if (equality == nullptr) return;
+  const BoundExpression* sides[] = {equality->left.get(), equality->right.get()};
   for (int i = 0; i < 2; ++i) {
-    if (sides[i]->kind != BoundExpression::Kind::kColumn) continue;
-    const auto& column = static_cast<const BoundColumn&>(*sides[i]);
-    if (column.source == &source && DependsOnlyOn(*sides[1 - i], known))
-      columns.insert(column.column);
+    const auto* column = As<BoundColumn>(*sides[i]);
+    if (column != nullptr && column->source == &source && DependsOnlyOn(*sides[1 - i], known))
+      columns.insert(column->column);
   }
 }
 

@@ -6,15 +6,13 @@
 namespace tavcc::sql {
 
 TypedValue ConstantValue(const Expression& expression) {
-  if (expression.kind == Expression::Kind::kLiteral) {
-    const auto& literal = static_cast<const LiteralExpression&>(expression);
-    return EvaluateLiteral(literal.form, literal.text);
+  if (const auto* literal = As<LiteralExpression>(expression)) {
+    return EvaluateLiteral(literal->form, literal->text);
   }
-  if (expression.kind == Expression::Kind::kUnary) {
-    const auto& unary = static_cast<const UnaryExpression&>(expression);
-    TypedValue value = ConstantValue(*unary.operand);
-    if (unary.op == UnaryExpression::Operator::kPlus) return value;
-    if (unary.op == UnaryExpression::Operator::kMinus) {
+  if (const auto* unary = As<UnaryExpression>(expression)) {
+    TypedValue value = ConstantValue(*unary->operand);
+    if (unary->op == UnaryExpression::Operator::kPlus) return value;
+    if (unary->op == UnaryExpression::Operator::kMinus) {
       if (value.value.kind() == StoredValue::Kind::kInteger) {
         value.value = StoredValue(-value.value.integer());
         return value;

@@ -229,7 +229,8 @@ int64_t Interpreter::Call(const ObjectName& name, std::vector<CallArgument>& arg
   for (CallArgument& argument : arguments) {
     if (!argument.output) continue;
     for (size_t i = 0; i < procedure.statement->parameters.size(); ++i) {
-      if (!SameName(procedure.statement->parameters[i].name, argument.parameter)) continue;
+      if (!EqualsIgnoringCase(procedure.statement->parameters[i].name, argument.parameter))
+        continue;
       argument.value = TypedValue{program->variables()[i].type, frame.variables[i]};
     }
   }
@@ -247,10 +248,9 @@ void Interpreter::BindArguments(const Procedure& procedure, std::vector<CallArgu
     CallArgument& argument = arguments[i];
     size_t at = i;
     if (!argument.parameter.empty()) {
-      at = 0;
-      while (at < parameters.size() && !SameName(parameters[at].name, argument.parameter)) ++at;
-      if (at == parameters.size())
-        Raise(errors::kUnknownParameter, argument.parameter, procedure.name);
+      const int index = IndexByName(parameters, argument.parameter);
+      if (index < 0) Raise(errors::kUnknownParameter, argument.parameter, procedure.name);
+      at = static_cast<size_t>(index);
     }
     argument.parameter = parameters[at].name;
     if (given[at]) Raise(errors::kParameterTwice, argument.parameter);

@@ -6,15 +6,23 @@
 
 namespace tavcc::sql {
 
+using Statements =
+    Kinds<SelectStatement, InsertStatement, UpdateStatement, DeleteStatement, TruncateStatement,
+          CreateTableStatement, CreateIndexStatement, CreateViewStatement, CreateProcedureStatement,
+          DropStatement, AlterTableAddStatement, DeclareStatement, SetVariableStatement,
+          SetOptionStatement, IfStatement, WhileStatement, BlockStatement, BreakStatement,
+          ContinueStatement, ReturnStatement, DeclareCursorStatement, CursorStatement,
+          FetchStatement, ExecuteProcedureStatement, ExecuteTextStatement, TransactionStatement,
+          PrintStatement, RaisErrorStatement>;
+
 class ProgramBuilder {
  public:
   explicit ProgramBuilder(const std::shared_ptr<Program>& program, bool procedure)
       : program_(program), procedure_(procedure) {}
 
   void Declare(const std::string& name, const SqlType& type) {
-    for (const VariableInfo& known : program_->variables_) {
-      if (SameName(known.name, name)) Raise(errors::kVariableDeclaredTwice, name);
-    }
+    if (FindByName(program_->variables_, name) != nullptr)
+      Raise(errors::kVariableDeclaredTwice, name);
     program_->variables_.push_back({name, type});
   }
 
@@ -34,8 +42,8 @@ class ProgramBuilder {
       if (i + 1 == statements.size()) break;
       const Statement& next = *statements[i + 1];
       if (!IsReadOnce(statement, next, table_variables)) continue;
-      body.back() = MakeReadOnce(As<InsertStatement>(statement), std::move(body.back()),
-                                 As<DeleteStatement>(next), Build(next), Now());
+      body.back() = MakeReadOnce(*As<InsertStatement>(statement), std::move(body.back()),
+                                 *As<DeleteStatement>(next), Build(next), Now());
       ++i;
     }
     return body;
@@ -51,7 +59,8 @@ class ProgramBuilder {
 
   InstructionPtr Build(const Statement& statement) {
     try {
-      return Make(statement);
+      return OnKindOf(Statements(), statement,
+                      [this](const auto& of_kind) { return Make(of_kind); });
     } catch (SqlError& error) {
       if (error.line == 0) error.line = statement.line;
       throw;
@@ -61,106 +70,66 @@ class ProgramBuilder {
  private:
   DeclaredVariables Now() const { return {&program_->variables_, program_->variables_.size()}; }
 
-  template <class T>
-  static const T& As(const Statement& statement) {
-    return static_cast<const T&>(statement);
-  }
-
-  InstructionPtr Make(const Statement& statement);
-  InstructionPtr MakeFlow(const Statement& statement);
-  InstructionPtr MakeDeclaration(const DeclareStatement& statement);
+  // Most statements need nothing but the variables before them.
+  InstructionPtr Make(const auto& statement) { return MakeInstruction(statement, Now()); }
+  InstructionPtr Make(const InsertStatement& insert);
+  InstructionPtr Make(const DeclareStatement& statement);
+  InstructionPtr Make(const DeclareCursorStatement& statement);
+  InstructionPtr Make(const BlockStatement& block);
+  InstructionPtr Make(const IfStatement& branch);
+  InstructionPtr Make(const WhileStatement& loop);
+  InstructionPtr Make(const BreakStatement& statement);
+  InstructionPtr Make(const ContinueStatement& statement);
+  InstructionPtr Make(const ReturnStatement& statement);
 
   std::shared_ptr<Program> program_;
   const bool procedure_;
   int loops_ = 0;
 };
 
-InstructionPtr ProgramBuilder::Make(const Statement& statement) {
-  switch (statement.kind) {
-    case Statement::Kind::kSelect:
-      return MakeSelect(As<SelectStatement>(statement), Now());
-    case Statement::Kind::kInsert: {
-      const auto& insert = As<InsertStatement>(statement);
-      return MakeInsert(insert, insert.execute ? Build(*insert.execute) : nullptr, Now());
-    }
-    case Statement::Kind::kUpdate:
-      return MakeUpdate(As<UpdateStatement>(statement), Now());
-    case Statement::Kind::kDelete:
-      return MakeDelete(As<DeleteStatement>(statement), Now());
-    case Statement::Kind::kTruncate:
-      return MakeTruncate(As<TruncateStatement>(statement));
-    case Statement::Kind::kCreateTable:
-      return MakeCreateTable(As<CreateTableStatement>(statement));
-    case Statement::Kind::kCreateIndex:
-      return MakeCreateIndex(As<CreateIndexStatement>(statement));
-    case Statement::Kind::kCreateView:
-      return MakeCreateView(As<CreateViewStatement>(statement));
-    case Statement::Kind::kCreateProcedure:
-      return MakeCreateProcedure(As<CreateProcedureStatement>(statement));
-    case Statement::Kind::kDrop:
-      return MakeDrop(As<DropStatement>(statement));
-    case Statement::Kind::kAlterTableAdd:
-      return MakeAlterTableAdd(As<AlterTableAddStatement>(statement));
-    case Statement::Kind::kSetOption:
-      return MakeSetOption(As<SetOptionStatement>(statement));
-    case Statement::Kind::kTransaction:
-      return MakeTransaction(As<TransactionStatement>(statement));
-    case Statement::Kind::kPrint:
-      return MakePrint(As<PrintStatement>(statement), Now());
-    case Statement::Kind::kRaisError:
-      return MakeRaisError(As<RaisErrorStatement>(statement), Now());
-    case Statement::Kind::kExecuteProcedure:
-      return MakeExecuteProcedure(As<ExecuteProcedureStatement>(statement), Now());
-    case Statement::Kind::kExecuteText:
-      return MakeExecuteText(As<ExecuteTextStatement>(statement), Now());
-    default:
-      return MakeFlow(statement);
-  }
+InstructionPtr ProgramBuilder::Make(const InsertStatement& insert) {
+  return MakeInsert(insert, insert.execute ? Build(*insert.execute) : nullptr, Now());
 }
 
-InstructionPtr ProgramBuilder::MakeFlow(const Statement& statement) {
-  switch (statement.kind) {
-    case Statement::Kind::kDeclare:
-      return MakeDeclaration(As<DeclareStatement>(statement));
-    case Statement::Kind::kSetVariable:
-      return MakeSetVariable(As<SetVariableStatement>(statement), Now());
-    case Statement::Kind::kIf: {
-      const auto& branch = As<IfStatement>(statement);
-      const DeclaredVariables visible = Now();
-      auto then = Build(*branch.then);
-      auto otherwise = branch.otherwise ? Build(*branch.otherwise) : nullptr;
-      return MakeIf(branch, std::move(then), std::move(otherwise), visible);
-    }
-    case Statement::Kind::kWhile: {
-      const auto& loop = As<WhileStatement>(statement);
-      const DeclaredVariables visible = Now();
-      ++loops_;
-      auto body = Build(*loop.body);
-      --loops_;
-      return MakeWhile(loop, std::move(body), visible);
-    }
-    case Statement::Kind::kBlock:
-      return MakeBlock(statement.line, BuildAll(As<BlockStatement>(statement).statements));
-    case Statement::Kind::kBreak:
-      if (loops_ == 0) Raise(errors::kBreakOutsideWhile);
-      return MakeJump(statement.line, Flow::kBreak);
-    case Statement::Kind::kContinue:
-      if (loops_ == 0) Raise(errors::kContinueOutsideWhile);
-      return MakeJump(statement.line, Flow::kContinue);
-    case Statement::Kind::kReturn:
-      if (As<ReturnStatement>(statement).value && !procedure_)
-        Raise(errors::kReturnValueNotAllowed);
-      return MakeReturn(As<ReturnStatement>(statement), Now());
-    case Statement::Kind::kDeclareCursor:
-      return MakeDeclareCursor(As<DeclareCursorStatement>(statement), Now(), program_);
-    case Statement::Kind::kFetch:
-      return MakeFetch(As<FetchStatement>(statement), Now());
-    default:
-      return MakeCursor(As<CursorStatement>(statement));
-  }
+InstructionPtr ProgramBuilder::Make(const DeclareCursorStatement& statement) {
+  return MakeDeclareCursor(statement, Now(), program_);
 }
 
-InstructionPtr ProgramBuilder::MakeDeclaration(const DeclareStatement& statement) {
+InstructionPtr ProgramBuilder::Make(const BlockStatement& block) {
+  return MakeBlock(block.line, BuildAll(block.statements));
+}
+
+InstructionPtr ProgramBuilder::Make(const IfStatement& branch) {
+  const DeclaredVariables visible = Now();
+  auto then = Build(*branch.then);
+  auto otherwise = branch.otherwise ? Build(*branch.otherwise) : nullptr;
+  return MakeIf(branch, std::move(then), std::move(otherwise), visible);
+}
+
+InstructionPtr ProgramBuilder::Make(const WhileStatement& loop) {
+  const DeclaredVariables visible = Now();
+  ++loops_;
+  auto body = Build(*loop.body);
+  --loops_;
+  return MakeWhile(loop, std::move(body), visible);
+}
+
+InstructionPtr ProgramBuilder::Make(const BreakStatement& statement) {
+  if (loops_ == 0) Raise(errors::kBreakOutsideWhile);
+  return MakeJump(statement.line, Flow::kBreak);
+}
+
+InstructionPtr ProgramBuilder::Make(const ContinueStatement& statement) {
+  if (loops_ == 0) Raise(errors::kContinueOutsideWhile);
+  return MakeJump(statement.line, Flow::kContinue);
+}
+
+InstructionPtr ProgramBuilder::Make(const ReturnStatement& statement) {
+  if (statement.value && !procedure_) Raise(errors::kReturnValueNotAllowed);
+  return MakeInstruction(statement, Now());
+}
+
+InstructionPtr ProgramBuilder::Make(const DeclareStatement& statement) {
   for (const VariableDefinition& variable : statement.variables) {
     if (!variable.table) {
       Declare(variable.name, ResolveTypeName(variable.type, TypeNameUse::kDeclaration,
@@ -168,7 +137,7 @@ InstructionPtr ProgramBuilder::MakeDeclaration(const DeclareStatement& statement
       continue;
     }
     for (const TablePtr& known : program_->table_variables_) {
-      if (SameName(known->name, variable.name))
+      if (EqualsIgnoringCase(known->name, variable.name))
         Raise(errors::kVariableDeclaredTwice, variable.name);
     }
     program_->table_variables_.push_back(BuildTable(variable.name, *variable.table));

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <functional>
 
-#include "embedded/catalog/names.h"
 #include "embedded/types/stored_conversions.h"
 #include "foundation/error.h"
 

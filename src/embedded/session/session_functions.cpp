@@ -5,9 +5,11 @@
 #include <cmath>
 
 #include "embedded/catalog/names.h"
+#include "embedded/functions/support.h"
 #include "embedded/session/session_context.h"
 #include "embedded/types/sqlite_value.h"
 #include "embedded/types/stored_conversions.h"
+#include "embedded/types/text_units.h"
 
 namespace tavcc::sql {
 namespace {
@@ -21,37 +23,19 @@ void Fail(sqlite3_context* context, SqlError error) {
   sqlite3_result_error(context, "statement failed", -1);
 }
 
-void Answer(sqlite3_context* context, const StoredValue& value) {
-  switch (value.kind()) {
-    case StoredValue::Kind::kNull:
-      sqlite3_result_null(context);
-      break;
-    case StoredValue::Kind::kInteger:
-      sqlite3_result_int64(context, value.integer());
-      break;
-    case StoredValue::Kind::kReal:
-      sqlite3_result_double(context, value.real());
-      break;
-    case StoredValue::Kind::kText:
-      sqlite3_result_text64(context, value.text().data(), value.text().size(), SQLITE_TRANSIENT,
-                            SQLITE_UTF8);
-      break;
-    case StoredValue::Kind::kBlob:
-      sqlite3_result_blob64(context, value.blob().data(), value.blob().size(), SQLITE_TRANSIENT);
-      break;
-  }
+void Fail(sqlite3_context* context, errors::Number number,
+          std::initializer_list<ErrorArgument> arguments = {}) {
+  Fail(context, MakeError(number, arguments));
 }
 
 std::string TextOf(sqlite3_value* value) {
-  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-  return text == nullptr ? std::string()
-                         : std::string(text, static_cast<size_t>(sqlite3_value_bytes(value)));
+  return std::string(internal::TextOf(value));
 }
 
-bool HasType(const Catalog& catalog, const std::string& name, const std::string& type) {
+bool HasType(const Catalog& catalog, const std::string& name, std::string_view type) {
   const auto object = catalog.Find(ObjectName{SplitName(name)});
-  if (!object) return SameName(type, "U");
-  return SameName(type, object->table ? "U" : object->view ? "V" : "P");
+  if (!object) return EqualsIgnoringCase(type, "U");
+  return EqualsIgnoringCase(type, object->table ? "U" : object->view ? "V" : "P");
 }
 
 void ObjectId(sqlite3_context* context, int count, sqlite3_value** arguments) {
@@ -61,9 +45,7 @@ void ObjectId(sqlite3_context* context, int count, sqlite3_value** arguments) {
   const int64_t id = catalog.ObjectId(name);
   if (id == 0) return;
   if (count > 1) {
-    std::string type = TextOf(arguments[1]);
-    while (!type.empty() && type.back() == ' ') type.pop_back();
-    if (!HasType(catalog, name, type)) return;
+    if (!HasType(catalog, name, TrimTrailingBlanks(internal::TextOf(arguments[1])))) return;
   }
   sqlite3_result_int64(context, id);
 }
@@ -81,7 +63,8 @@ void CursorStatus(sqlite3_context* context, int, sqlite3_value** arguments) {
 
 void Variable(sqlite3_context* context, int, sqlite3_value** arguments) {
   const Frame& frame = *SessionOf(context).state.live_frame;
-  Answer(context, frame.variables[static_cast<size_t>(sqlite3_value_int64(arguments[0]))]);
+  const auto index = static_cast<size_t>(sqlite3_value_int64(arguments[0]));
+  internal::Return(context, FromStored(frame.variables[index]));
 }
 
 // s_assign(variable, value, type of the value, type of the variable): the value as it came.
@@ -108,8 +91,8 @@ void Next(sqlite3_context* context, int, sqlite3_value**) {
       Raise(errors::kArithmeticOverflow);
     ConvertStored(StoredValue(number), Type(TypeKind::kBigInt), session.state.next_identity.type);
   } catch (const SqlError&) {
-    return Fail(context, MakeError(errors::kArithmeticOverflow,
-                                   {"IDENTITY", KindText(session.state.next_identity.type.kind)}));
+    return Fail(context, errors::kArithmeticOverflow,
+                {"IDENTITY", KindText(session.state.next_identity.type.kind)});
   }
   session.state.next_identity.last = number;
   sqlite3_result_int64(context, number);
@@ -120,24 +103,21 @@ void NotNull(sqlite3_context* context, int, sqlite3_value** arguments) {
     sqlite3_result_value(context, arguments[0]);
     return;
   }
-  Fail(context,
-       MakeError(errors::kNullIntoColumn, {TextOf(arguments[1]), TextOf(arguments[2]), "INSERT"}));
+  Fail(context, errors::kNullIntoColumn, {TextOf(arguments[1]), TextOf(arguments[2]), "INSERT"});
 }
 
 void Top(sqlite3_context* context, int, sqlite3_value** arguments) {
-  if (sqlite3_value_type(arguments[0]) == SQLITE_NULL)
-    return Fail(context, MakeError(errors::kInvalidTop));
+  if (sqlite3_value_type(arguments[0]) == SQLITE_NULL) return Fail(context, errors::kInvalidTop);
   const int64_t count = sqlite3_value_int64(arguments[0]);
-  if (count < 0) return Fail(context, MakeError(errors::kNegativeTop));
+  if (count < 0) return Fail(context, errors::kNegativeTop);
   sqlite3_result_int64(context, count);
 }
 
 // s_percent(rows, percent): how many rows that is, rounded up.
 void Percent(sqlite3_context* context, int, sqlite3_value** arguments) {
-  if (sqlite3_value_type(arguments[1]) == SQLITE_NULL)
-    return Fail(context, MakeError(errors::kInvalidTop));
+  if (sqlite3_value_type(arguments[1]) == SQLITE_NULL) return Fail(context, errors::kInvalidTop);
   const double percent = sqlite3_value_double(arguments[1]);
-  if (percent < 0 || percent > 100) return Fail(context, MakeError(errors::kPercentOutOfRange));
+  if (percent < 0 || percent > 100) return Fail(context, errors::kPercentOutOfRange);
   const double rows = sqlite3_value_double(arguments[0]);
   sqlite3_result_int64(context, static_cast<int64_t>(std::ceil(rows * percent / 100)));
 }
@@ -145,19 +125,18 @@ void Percent(sqlite3_context* context, int, sqlite3_value** arguments) {
 void Recursion(sqlite3_context* context, int, sqlite3_value** arguments) {
   const int64_t level = sqlite3_value_int64(arguments[0]) + 1;
   const int64_t most = sqlite3_value_int64(arguments[1]);
-  if (level > most) return Fail(context, MakeError(errors::kRecursionExhausted, {most}));
+  if (level > most) return Fail(context, errors::kRecursionExhausted, {most});
   sqlite3_result_int64(context, level);
 }
 
 void Tiles(sqlite3_context* context, int, sqlite3_value** arguments) {
   const int64_t tiles = sqlite3_value_int64(arguments[0]);  // 0 for NULL
-  if (tiles < 1) return Fail(context, MakeError(errors::kNtileNotPositive));
+  if (tiles < 1) return Fail(context, errors::kNtileNotPositive);
   sqlite3_result_int64(context, tiles);
 }
 
 void Offset(sqlite3_context* context, int, sqlite3_value** arguments) {
-  if (sqlite3_value_int64(arguments[0]) < 0)
-    return Fail(context, MakeError(errors::kNegativeOffset));
+  if (sqlite3_value_int64(arguments[0]) < 0) return Fail(context, errors::kNegativeOffset);
   sqlite3_result_value(context, arguments[0]);
 }
 
@@ -168,7 +147,7 @@ struct ScalarState {
 void ScalarStep(sqlite3_context* context, int, sqlite3_value** arguments) {
   auto* state = static_cast<ScalarState*>(sqlite3_aggregate_context(context, sizeof(ScalarState)));
   if (state == nullptr) return sqlite3_result_error_nomem(context);
-  if (state->value != nullptr) return Fail(context, MakeError(errors::kSubqueryWithSeveralRows));
+  if (state->value != nullptr) return Fail(context, errors::kSubqueryWithSeveralRows);
   state->value = sqlite3_value_dup(arguments[0]);
 }
 

@@ -1,6 +1,6 @@
 #include "embedded/session/transaction.h"
 
-#include "embedded/catalog/names.h"
+#include "foundation/text.h"
 
 namespace tavcc::sql {
 
@@ -37,12 +37,12 @@ void Transaction::RollbackAll() {
 
 void Transaction::Rollback(const std::string& name) {
   if (count_ == 0) Raise(errors::kRollbackWithoutBegin);
-  if (name.empty() || SameName(name, name_)) {
+  if (name.empty() || EqualsIgnoringCase(name, name_)) {
     RollbackAll();
     return;
   }
   for (size_t i = save_points_.size(); i-- > 0;) {
-    if (!SameName(save_points_[i].name, name)) continue;
+    if (!EqualsIgnoringCase(save_points_[i].name, name)) continue;
     catalog_.SaveVariables();
     catalog_.SaveNumbers();
     store_.Run("ROLLBACK TO \"save." + std::to_string(i) + '"');

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "embedded/syntax/node.h"
 #include "embedded/types/literals.h"
 #include "embedded/types/operators.h"
 #include "embedded/types/sql_type.h"
@@ -59,9 +60,11 @@ struct Expression {
   int line = 0;
 };
 
-struct LiteralExpression final : Expression {
+template <Expression::Kind kind>
+using ExpressionOf = NodeOf<Expression, kind>;
+
+struct LiteralExpression final : ExpressionOf<Expression::Kind::kLiteral> {
   using Form = LiteralForm;
-  LiteralExpression() : Expression(Kind::kLiteral) {}
   Form form = Form::kNull;
   // Digits as written ("007", "1.50", "1e3"), the text without quotes and with doubled quotes made
   // single, or the hexadecimal digits after 0x.
@@ -70,38 +73,32 @@ struct LiteralExpression final : Expression {
   int slot = -1;
 };
 
-struct ColumnExpression final : Expression {
-  ColumnExpression() : Expression(Kind::kColumn) {}
+struct ColumnExpression final : ExpressionOf<Expression::Kind::kColumn> {
   ObjectName name;  // column last
 };
 
-struct VariableExpression final : Expression {
-  VariableExpression() : Expression(Kind::kVariable) {}
+struct VariableExpression final : ExpressionOf<Expression::Kind::kVariable> {
   std::string name;  // with its "@"
 };
 
-struct GlobalVariableExpression final : Expression {
-  GlobalVariableExpression() : Expression(Kind::kGlobalVariable) {}
+struct GlobalVariableExpression final : ExpressionOf<Expression::Kind::kGlobalVariable> {
   std::string name;  // with its "@@"
 };
 
-struct UnaryExpression final : Expression {
+struct UnaryExpression final : ExpressionOf<Expression::Kind::kUnary> {
   using Operator = UnaryOperator;
-  UnaryExpression() : Expression(Kind::kUnary) {}
   Operator op = Operator::kPlus;
   ExpressionPtr operand;
 };
 
-struct BinaryExpression final : Expression {
+struct BinaryExpression final : ExpressionOf<Expression::Kind::kBinary> {
   using Operator = BinaryOperator;
-  BinaryExpression() : Expression(Kind::kBinary) {}
   Operator op = Operator::kAdd;
   ExpressionPtr left, right;
 };
 
 // A function or aggregate call; COUNT(*) has `star`.
-struct FunctionExpression final : Expression {
-  FunctionExpression() : Expression(Kind::kFunction) {}
+struct FunctionExpression final : ExpressionOf<Expression::Kind::kFunction> {
   ObjectName name;
   std::vector<ExpressionPtr> arguments;
   // DATEDIFF(Day, …), DATEADD, DATEPART, DATENAME: the bare word in first place.
@@ -111,28 +108,25 @@ struct FunctionExpression final : Expression {
   std::unique_ptr<WindowClause> over;  // null when there is no OVER
 };
 
-struct ConvertExpression final : Expression {
-  ConvertExpression() : Expression(Kind::kConvert) {}
+struct ConvertExpression final : ExpressionOf<Expression::Kind::kConvert> {
   bool is_cast = false;  // CAST(x AS t), otherwise CONVERT(t, x[, style])
   TypeName type;
   ExpressionPtr operand;
   ExpressionPtr style;  // null when not given
 };
 
-struct CaseExpression final : Expression {
+struct CaseExpression final : ExpressionOf<Expression::Kind::kCase> {
   struct When {
     ExpressionPtr value;     // of CASE x WHEN value
     ConditionPtr condition;  // of CASE WHEN condition
     ExpressionPtr result;
   };
-  CaseExpression() : Expression(Kind::kCase) {}
   ExpressionPtr operand;  // null for the searched form
   std::vector<When> whens;
   ExpressionPtr otherwise;  // null when there is no ELSE
 };
 
-struct ScalarSubqueryExpression final : Expression {
-  ScalarSubqueryExpression() : Expression(Kind::kScalarSubquery) {}
+struct ScalarSubqueryExpression final : ExpressionOf<Expression::Kind::kScalarSubquery> {
   QueryPtr query;
 };
 
@@ -141,8 +135,7 @@ struct ScalarSubqueryExpression final : Expression {
 struct Condition {
   enum class Kind : uint8_t {
     kComparison,
-    kAnd,
-    kOr,
+    kLogical,
     kNot,
     kIsNull,
     kBetween,
@@ -157,59 +150,55 @@ struct Condition {
   int line = 0;
 };
 
-struct ComparisonCondition final : Condition {
+template <Condition::Kind kind>
+using ConditionOf = NodeOf<Condition, kind>;
+
+struct ComparisonCondition final : ConditionOf<Condition::Kind::kComparison> {
   enum class Operator : uint8_t { kEqual, kNotEqual, kLess, kLessEqual, kGreater, kGreaterEqual };
-  ComparisonCondition() : Condition(Kind::kComparison) {}
   Operator op = Operator::kEqual;
   ExpressionPtr left, right;
 };
 
-struct LogicalCondition final : Condition {  // kAnd, kOr
-  explicit LogicalCondition(Kind k) : Condition(k) {}
+struct LogicalCondition final : ConditionOf<Condition::Kind::kLogical> {
+  enum class Operator : uint8_t { kAnd, kOr };
+  Operator op = Operator::kAnd;
   // Two or more operands: a chain of the same word is one node, so that depth is that of brackets.
   std::vector<ConditionPtr> operands;
 };
 
-struct NotCondition final : Condition {
-  NotCondition() : Condition(Kind::kNot) {}
+struct NotCondition final : ConditionOf<Condition::Kind::kNot> {
   ConditionPtr operand;
 };
 
-struct IsNullCondition final : Condition {
-  IsNullCondition() : Condition(Kind::kIsNull) {}
+struct IsNullCondition final : ConditionOf<Condition::Kind::kIsNull> {
   ExpressionPtr operand;
   bool negated = false;
 };
 
-struct BetweenCondition final : Condition {
-  BetweenCondition() : Condition(Kind::kBetween) {}
+struct BetweenCondition final : ConditionOf<Condition::Kind::kBetween> {
   ExpressionPtr operand, low, high;
   bool negated = false;
 };
 
-struct InListCondition final : Condition {
-  InListCondition() : Condition(Kind::kInList) {}
+struct InListCondition final : ConditionOf<Condition::Kind::kInList> {
   ExpressionPtr operand;
   std::vector<ExpressionPtr> values;
   bool negated = false;
 };
 
-struct InQueryCondition final : Condition {
-  InQueryCondition() : Condition(Kind::kInQuery) {}
+struct InQueryCondition final : ConditionOf<Condition::Kind::kInQuery> {
   ExpressionPtr operand;
   QueryPtr query;
   bool negated = false;
 };
 
-struct LikeCondition final : Condition {
-  LikeCondition() : Condition(Kind::kLike) {}
+struct LikeCondition final : ConditionOf<Condition::Kind::kLike> {
   ExpressionPtr operand, pattern;
   ExpressionPtr escape;  // null when not given
   bool negated = false;
 };
 
-struct ExistsCondition final : Condition {
-  ExistsCondition() : Condition(Kind::kExists) {}
+struct ExistsCondition final : ConditionOf<Condition::Kind::kExists> {
   QueryPtr query;
 };
 
@@ -223,24 +212,24 @@ struct TableSource {
   int line = 0;
 };
 
+template <TableSource::Kind kind>
+using TableSourceOf = NodeOf<TableSource, kind>;
+
 // A table, view, temporary table or table variable.
-struct NamedTable final : TableSource {
-  NamedTable() : TableSource(Kind::kNamed) {}
+struct NamedTable final : TableSourceOf<TableSource::Kind::kNamed> {
   ObjectName name;
   std::string alias;               // empty when none
   std::vector<std::string> hints;  // NOLOCK, HOLDLOCK …, read and without effect
 };
 
-struct DerivedTable final : TableSource {
-  DerivedTable() : TableSource(Kind::kDerived) {}
+struct DerivedTable final : TableSourceOf<TableSource::Kind::kDerived> {
   QueryPtr query;
   std::string alias;
   std::vector<std::string> columns;  // empty when not given
 };
 
-struct JoinedTable final : TableSource {
+struct JoinedTable final : TableSourceOf<TableSource::Kind::kJoin> {
   enum class Join : uint8_t { kInner, kLeft, kRight, kFull, kCross };
-  JoinedTable() : TableSource(Kind::kJoin) {}
   Join join = Join::kInner;
   TableSourcePtr left, right;
   ConditionPtr on;  // null for kCross
@@ -359,10 +348,8 @@ struct Statement {
     kContinue,
     kReturn,
     kDeclareCursor,
-    kOpenCursor,
+    kCursor,
     kFetch,
-    kCloseCursor,
-    kDeallocateCursor,
     kExecuteProcedure,
     kExecuteText,
     kTransaction,
@@ -375,13 +362,14 @@ struct Statement {
   int line = 0;
 };
 
-struct SelectStatement final : Statement {
-  SelectStatement() : Statement(Kind::kSelect) {}
+template <Statement::Kind kind>
+using StatementOf = NodeOf<Statement, kind>;
+
+struct SelectStatement final : StatementOf<Statement::Kind::kSelect> {
   QueryPtr query;
 };
 
-struct InsertStatement final : Statement {
-  InsertStatement() : Statement(Kind::kInsert) {}
+struct InsertStatement final : StatementOf<Statement::Kind::kInsert> {
   WithClause with;
   ObjectName table;
   std::vector<std::string> columns;  // empty when not given
@@ -399,8 +387,7 @@ struct Assignment {
   ExpressionPtr value;     // null for the word DEFAULT
 };
 
-struct UpdateStatement final : Statement {
-  UpdateStatement() : Statement(Kind::kUpdate) {}
+struct UpdateStatement final : StatementOf<Statement::Kind::kUpdate> {
   WithClause with;
   ObjectName target;  // a table, or an alias of `from`
   std::optional<TopClause> top;
@@ -410,8 +397,7 @@ struct UpdateStatement final : Statement {
   std::string current_of;  // the cursor of WHERE CURRENT OF; then there is no `where`
 };
 
-struct DeleteStatement final : Statement {
-  DeleteStatement() : Statement(Kind::kDelete) {}
+struct DeleteStatement final : StatementOf<Statement::Kind::kDelete> {
   WithClause with;
   ObjectName target;
   std::optional<TopClause> top;
@@ -420,8 +406,7 @@ struct DeleteStatement final : Statement {
   std::string current_of;
 };
 
-struct TruncateStatement final : Statement {
-  TruncateStatement() : Statement(Kind::kTruncate) {}
+struct TruncateStatement final : StatementOf<Statement::Kind::kTruncate> {
   ObjectName table;
 };
 
@@ -447,14 +432,12 @@ struct TableDefinition {
   std::vector<KeyDefinition> keys;
 };
 
-struct CreateTableStatement final : Statement {
-  CreateTableStatement() : Statement(Kind::kCreateTable) {}
+struct CreateTableStatement final : StatementOf<Statement::Kind::kCreateTable> {
   ObjectName name;
   TableDefinition definition;
 };
 
-struct CreateIndexStatement final : Statement {
-  CreateIndexStatement() : Statement(Kind::kCreateIndex) {}
+struct CreateIndexStatement final : StatementOf<Statement::Kind::kCreateIndex> {
   std::string name;
   ObjectName table;
   bool unique = false;
@@ -462,14 +445,12 @@ struct CreateIndexStatement final : Statement {
   ConditionPtr filter;  // null for an index of all rows
 };
 
-struct AlterTableAddStatement final : Statement {
-  AlterTableAddStatement() : Statement(Kind::kAlterTableAdd) {}
+struct AlterTableAddStatement final : StatementOf<Statement::Kind::kAlterTableAdd> {
   ObjectName name;
   TableDefinition definition;
 };
 
-struct CreateViewStatement final : Statement {
-  CreateViewStatement() : Statement(Kind::kCreateView) {}
+struct CreateViewStatement final : StatementOf<Statement::Kind::kCreateView> {
   ObjectName name;
   std::vector<std::string> columns;
   QueryPtr query;
@@ -483,17 +464,15 @@ struct ParameterDefinition {
   bool output = false;
 };
 
-struct CreateProcedureStatement final : Statement {
-  CreateProcedureStatement() : Statement(Kind::kCreateProcedure) {}
+struct CreateProcedureStatement final : StatementOf<Statement::Kind::kCreateProcedure> {
   ObjectName name;
   std::vector<ParameterDefinition> parameters;
   std::vector<StatementPtr> body;
   std::string text;  // the whole statement's text, for the catalog
 };
 
-struct DropStatement final : Statement {
+struct DropStatement final : StatementOf<Statement::Kind::kDrop> {
   enum class What : uint8_t { kTable, kView, kProcedure, kIndex };
-  DropStatement() : Statement(Kind::kDrop) {}
   What what = What::kTable;
   bool if_exists = false;
   std::vector<ObjectName> names;
@@ -507,58 +486,46 @@ struct VariableDefinition {
   std::optional<TableDefinition> table;  // DECLARE @t TABLE (…)
 };
 
-struct DeclareStatement final : Statement {
-  DeclareStatement() : Statement(Kind::kDeclare) {}
+struct DeclareStatement final : StatementOf<Statement::Kind::kDeclare> {
   std::vector<VariableDefinition> variables;
 };
 
-struct SetVariableStatement final : Statement {
-  SetVariableStatement() : Statement(Kind::kSetVariable) {}
+struct SetVariableStatement final : StatementOf<Statement::Kind::kSetVariable> {
   std::string variable;
   ExpressionPtr value;
 };
 
 // SET NOCOUNT ON and its like; `name` in upper case.
-struct SetOptionStatement final : Statement {
-  SetOptionStatement() : Statement(Kind::kSetOption) {}
+struct SetOptionStatement final : StatementOf<Statement::Kind::kSetOption> {
   std::string name;
   std::string value;  // "ON", "OFF", or the rest as written
 };
 
-struct IfStatement final : Statement {
-  IfStatement() : Statement(Kind::kIf) {}
+struct IfStatement final : StatementOf<Statement::Kind::kIf> {
   ConditionPtr condition;
   StatementPtr then, otherwise;  // `otherwise` null when there is no ELSE
 };
 
-struct WhileStatement final : Statement {
-  WhileStatement() : Statement(Kind::kWhile) {}
+struct WhileStatement final : StatementOf<Statement::Kind::kWhile> {
   ConditionPtr condition;
   StatementPtr body;
 };
 
-struct BlockStatement final : Statement {
-  BlockStatement() : Statement(Kind::kBlock) {}
+struct BlockStatement final : StatementOf<Statement::Kind::kBlock> {
   std::vector<StatementPtr> statements;
 };
 
-struct BreakStatement final : Statement {
-  BreakStatement() : Statement(Kind::kBreak) {}
-};
+struct BreakStatement final : StatementOf<Statement::Kind::kBreak> {};
 
-struct ContinueStatement final : Statement {
-  ContinueStatement() : Statement(Kind::kContinue) {}
-};
+struct ContinueStatement final : StatementOf<Statement::Kind::kContinue> {};
 
-struct ReturnStatement final : Statement {
-  ReturnStatement() : Statement(Kind::kReturn) {}
+struct ReturnStatement final : StatementOf<Statement::Kind::kReturn> {
   ExpressionPtr value;  // null when none
 };
 
-struct DeclareCursorStatement final : Statement {
+struct DeclareCursorStatement final : StatementOf<Statement::Kind::kDeclareCursor> {
   // What it shows of later changes, as far as the statement says so.
   enum class Sight : uint8_t { kUnsaid, kStatic, kKeyset, kDynamic };
-  DeclareCursorStatement() : Statement(Kind::kDeclareCursor) {}
   std::string name;
   QueryPtr query;
   Sight sight = Sight::kUnsaid;
@@ -568,13 +535,13 @@ struct DeclareCursorStatement final : Statement {
 };
 
 // OPEN, CLOSE, DEALLOCATE name
-struct CursorStatement final : Statement {
-  explicit CursorStatement(Kind k) : Statement(k) {}
+struct CursorStatement final : StatementOf<Statement::Kind::kCursor> {
+  enum class What : uint8_t { kOpen, kClose, kDeallocate };
+  What what = What::kOpen;
   std::string name;
 };
 
-struct FetchStatement final : Statement {
-  FetchStatement() : Statement(Kind::kFetch) {}
+struct FetchStatement final : StatementOf<Statement::Kind::kFetch> {
   enum class Direction : uint8_t { kNext, kPrior, kFirst, kLast, kAbsolute, kRelative };
   Direction direction = Direction::kNext;
   ExpressionPtr offset;  // of kAbsolute and kRelative
@@ -588,33 +555,28 @@ struct ExecuteArgument {
   bool output = false;
 };
 
-struct ExecuteProcedureStatement final : Statement {
-  ExecuteProcedureStatement() : Statement(Kind::kExecuteProcedure) {}
+struct ExecuteProcedureStatement final : StatementOf<Statement::Kind::kExecuteProcedure> {
   ObjectName name;
   std::vector<ExecuteArgument> arguments;
   std::string return_variable;  // EXEC @r = name; empty when none
 };
 
 // EXEC(text)
-struct ExecuteTextStatement final : Statement {
-  ExecuteTextStatement() : Statement(Kind::kExecuteText) {}
+struct ExecuteTextStatement final : StatementOf<Statement::Kind::kExecuteText> {
   ExpressionPtr text;
 };
 
-struct TransactionStatement final : Statement {
+struct TransactionStatement final : StatementOf<Statement::Kind::kTransaction> {
   enum class What : uint8_t { kBegin, kCommit, kRollback, kSave };
-  TransactionStatement() : Statement(Kind::kTransaction) {}
   What what = What::kBegin;
   std::string name;  // of a transaction or savepoint; empty when none
 };
 
-struct PrintStatement final : Statement {
-  PrintStatement() : Statement(Kind::kPrint) {}
+struct PrintStatement final : StatementOf<Statement::Kind::kPrint> {
   ExpressionPtr value;
 };
 
-struct RaisErrorStatement final : Statement {
-  RaisErrorStatement() : Statement(Kind::kRaisError) {}
+struct RaisErrorStatement final : StatementOf<Statement::Kind::kRaisError> {
   std::vector<ExpressionPtr> arguments;  // message, severity, state, then format arguments
 };
 

@@ -17,24 +17,22 @@ ConditionPtr Parser::ToCondition(Parsed parsed) {
 }
 
 Parser::Parsed Parser::ParseConditionOrValue() {
-  const int line = Line();
-  Parsed first = ParseConjunction();
-  if (!At(Keyword::kOR)) return first;
-  auto chain = std::make_unique<LogicalCondition>(Condition::Kind::kOr);
-  chain->line = line;
-  chain->operands.push_back(ToCondition(std::move(first)));
-  while (Accept(Keyword::kOR)) chain->operands.push_back(ToCondition(ParseConjunction()));
-  return {nullptr, std::move(chain), nullptr};
+  return ParseChain(Keyword::kOR, LogicalCondition::Operator::kOr, &Parser::ParseConjunction);
 }
 
 Parser::Parsed Parser::ParseConjunction() {
+  return ParseChain(Keyword::kAND, LogicalCondition::Operator::kAnd, &Parser::ParseNegation);
+}
+
+Parser::Parsed Parser::ParseChain(Keyword word, LogicalCondition::Operator op,
+                                  Parsed (Parser::*parse_operand)()) {
   const int line = Line();
-  Parsed first = ParseNegation();
-  if (!At(Keyword::kAND)) return first;
-  auto chain = std::make_unique<LogicalCondition>(Condition::Kind::kAnd);
-  chain->line = line;
+  Parsed first = (this->*parse_operand)();
+  if (!At(word)) return first;
+  auto chain = MakeAt<LogicalCondition>(line);
+  chain->op = op;
   chain->operands.push_back(ToCondition(std::move(first)));
-  while (Accept(Keyword::kAND)) chain->operands.push_back(ToCondition(ParseNegation()));
+  while (Accept(word)) chain->operands.push_back(ToCondition((this->*parse_operand)()));
   return {nullptr, std::move(chain), nullptr};
 }
 

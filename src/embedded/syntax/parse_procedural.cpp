@@ -216,9 +216,9 @@ void Parser::ParseCursorOptions(DeclareCursorStatement& declare) {
   if (declare.sight != Sight::kUnsaid && !forward_only && !standard) declare.scroll = true;
 }
 
-StatementPtr Parser::ParseCursorStatement(Statement::Kind kind) {
-  auto statement = std::make_unique<CursorStatement>(kind);
-  statement->line = Take().line;
+StatementPtr Parser::ParseCursorStatement(CursorStatement::What what) {
+  auto statement = MakeAt<CursorStatement>(Take().line);
+  statement->what = what;
   if (At(Keyword::kKEY) || AtWord("SYMMETRIC") || AtWord("MASTER")) Unsupported("keys");
   statement->name = TakeCursorName();
   return statement;

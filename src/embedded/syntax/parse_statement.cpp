@@ -92,11 +92,11 @@ StatementPtr Parser::ParseStatementOf(Keyword keyword) {
     case Keyword::kRETURN:
       return ParseReturn();
     case Keyword::kOPEN:
-      return ParseCursorStatement(Statement::Kind::kOpenCursor);
+      return ParseCursorStatement(CursorStatement::What::kOpen);
     case Keyword::kCLOSE:
-      return ParseCursorStatement(Statement::Kind::kCloseCursor);
+      return ParseCursorStatement(CursorStatement::What::kClose);
     case Keyword::kDEALLOCATE:
-      return ParseCursorStatement(Statement::Kind::kDeallocateCursor);
+      return ParseCursorStatement(CursorStatement::What::kDeallocate);
     case Keyword::kFETCH:
       return ParseFetch();
     case Keyword::kEXEC:

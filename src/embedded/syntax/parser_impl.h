@@ -156,7 +156,7 @@ class Parser {
   std::string TakeOnOrOff();
   void ParseIsolationLevel(SetOptionStatement& set);
   void ParseSwitches(SetOptionStatement& set);
-  StatementPtr ParseCursorStatement(Statement::Kind kind);
+  StatementPtr ParseCursorStatement(CursorStatement::What what);
   StatementPtr ParseFetch();
   StatementPtr ParseExecute();
   StatementPtr ParseExecuteText(int line);
@@ -271,6 +271,7 @@ class Parser {
   ConditionPtr ParseCondition();
   Parsed ParseConditionOrValue();
   Parsed ParseConjunction();
+  Parsed ParseChain(Keyword word, LogicalCondition::Operator op, Parsed (Parser::*parse_operand)());
   Parsed ParseNegation();
   Parsed ParsePredicate();
   ConditionPtr ParseExists();

@@ -216,10 +216,10 @@ std::string Describe(const BoundCondition& condition) {
       return Describe(*comparison.left) + ' ' + Word(kComparisons, comparison.op) + ' ' +
              Describe(*comparison.right);
     }
-    case BoundCondition::Kind::kAnd:
-      return DescribeList(static_cast<const BoundLogical&>(condition).operands, " and ");
-    case BoundCondition::Kind::kOr:
-      return DescribeList(static_cast<const BoundLogical&>(condition).operands, " or ");
+    case BoundCondition::Kind::kLogical: {
+      const auto& logical = static_cast<const BoundLogical&>(condition);
+      return DescribeList(logical.operands, logical.op == LogicalOperator::kAnd ? " and " : " or ");
+    }
     case BoundCondition::Kind::kNot:
       return "not " + Describe(*static_cast<const BoundNot&>(condition).operand);
     case BoundCondition::Kind::kIsNull: {

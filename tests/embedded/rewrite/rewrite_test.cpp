@@ -32,7 +32,7 @@ std::string Joined(const Json& text) {
 }
 
 template <class T>
-const T& As(const StatementPtr& statement) {
+const T& To(const StatementPtr& statement) {
   return static_cast<const T&>(*statement);
 }
 
@@ -55,23 +55,23 @@ BeforeAndAfter Rewritten(Engine& engine, const std::string& sql) {
   Binder binder(engine.context().catalog, {}, {}, result);
   const StatementPtr& first = batch.statements.at(0);
   if (batch.statements.size() == 2) {
-    BoundInsert insert = binder.BindInsert(As<InsertStatement>(first), false);
-    BoundDelete remove = binder.BindDelete(As<DeleteStatement>(batch.statements[1]));
+    BoundInsert insert = binder.BindInsert(To<InsertStatement>(first), false);
+    BoundDelete remove = binder.BindDelete(To<DeleteStatement>(batch.statements[1]));
     BeforeAndAfter out{Describe(insert) + "; " + Describe(remove), {}};
     out.after = ReadInPlace(insert, remove) ? Describe(remove) : out.before;
     return out;
   }
   switch (first->kind) {
     case Statement::Kind::kUpdate: {
-      BoundUpdate update = binder.BindUpdate(As<UpdateStatement>(first));
+      BoundUpdate update = binder.BindUpdate(To<UpdateStatement>(first));
       return Rewritten(update, result);
     }
     case Statement::Kind::kDelete: {
-      BoundDelete remove = binder.BindDelete(As<DeleteStatement>(first));
+      BoundDelete remove = binder.BindDelete(To<DeleteStatement>(first));
       return Rewritten(remove, result);
     }
     default:
-      return Rewritten(*binder.BindQuery(*As<SelectStatement>(first).query), result);
+      return Rewritten(*binder.BindQuery(*To<SelectStatement>(first).query), result);
   }
 }
 

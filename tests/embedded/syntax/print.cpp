@@ -71,43 +71,42 @@ bool Printer::AddProcedural(const Statement& statement) {
       break;
     case Statement::Kind::kReturn:
       Open("return");
-      if (As<ReturnStatement>(statement).value) Add(As<ReturnStatement>(statement).value.get());
+      if (To<ReturnStatement>(statement).value) Add(To<ReturnStatement>(statement).value.get());
       break;
     case Statement::Kind::kPrint:
       Open("print");
-      Add(As<PrintStatement>(statement).value.get());
+      Add(To<PrintStatement>(statement).value.get());
       break;
     case Statement::Kind::kRaisError:
       Open("raiserror");
-      AddAll(As<RaisErrorStatement>(statement).arguments);
+      AddAll(To<RaisErrorStatement>(statement).arguments);
       break;
     case Statement::Kind::kDeclareCursor:
       Open("declare-cursor");
-      Word(As<DeclareCursorStatement>(statement).name);
-      Add(*As<DeclareCursorStatement>(statement).query);
+      Word(To<DeclareCursorStatement>(statement).name);
+      Add(*To<DeclareCursorStatement>(statement).query);
       break;
-    case Statement::Kind::kOpenCursor:
-    case Statement::Kind::kCloseCursor:
-    case Statement::Kind::kDeallocateCursor:
-      Open(statement.kind == Statement::Kind::kOpenCursor    ? "open"
-           : statement.kind == Statement::Kind::kCloseCursor ? "close"
-                                                             : "deallocate");
-      Word(As<CursorStatement>(statement).name);
+    case Statement::Kind::kCursor: {
+      const auto& cursor = To<CursorStatement>(statement);
+      constexpr std::string_view kWords[] = {"open", "close", "deallocate"};
+      Open(std::string(kWords[static_cast<size_t>(cursor.what)]));
+      Word(cursor.name);
       break;
+    }
     case Statement::Kind::kFetch:
       Open("fetch");
-      Word(As<FetchStatement>(statement).cursor);
-      for (const std::string& variable : As<FetchStatement>(statement).variables) Word(variable);
+      Word(To<FetchStatement>(statement).cursor);
+      for (const std::string& variable : To<FetchStatement>(statement).variables) Word(variable);
       break;
     case Statement::Kind::kExecuteProcedure:
-      AddCall(As<ExecuteProcedureStatement>(statement));
+      AddCall(To<ExecuteProcedureStatement>(statement));
       return true;
     case Statement::Kind::kExecuteText:
       Open("exec-text");
-      Add(As<ExecuteTextStatement>(statement).text.get());
+      Add(To<ExecuteTextStatement>(statement).text.get());
       break;
     case Statement::Kind::kTransaction: {
-      const auto& transaction = As<TransactionStatement>(statement);
+      const auto& transaction = To<TransactionStatement>(statement);
       constexpr std::string_view kWords[] = {"begin", "commit", "rollback", "save"};
       Open(std::string(kWords[static_cast<size_t>(transaction.what)]) + "-transaction");
       if (!transaction.name.empty()) Word(transaction.name);
@@ -115,13 +114,13 @@ bool Printer::AddProcedural(const Statement& statement) {
     }
     case Statement::Kind::kSetVariable:
       Open("set");
-      Word(As<SetVariableStatement>(statement).variable);
-      Add(As<SetVariableStatement>(statement).value.get());
+      Word(To<SetVariableStatement>(statement).variable);
+      Add(To<SetVariableStatement>(statement).value.get());
       break;
     case Statement::Kind::kSetOption:
       Open("set-option");
-      Word(As<SetOptionStatement>(statement).name);
-      Word("[" + As<SetOptionStatement>(statement).value + "]");
+      Word(To<SetOptionStatement>(statement).name);
+      Word("[" + To<SetOptionStatement>(statement).value + "]");
       break;
     default:
       return false;
@@ -134,11 +133,11 @@ bool Printer::AddProcedural(const Statement& statement) {
 const WithClause* WithOf(const Statement& statement) {
   switch (statement.kind) {
     case Statement::Kind::kInsert:
-      return &As<InsertStatement>(statement).with;
+      return &To<InsertStatement>(statement).with;
     case Statement::Kind::kUpdate:
-      return &As<UpdateStatement>(statement).with;
+      return &To<UpdateStatement>(statement).with;
     case Statement::Kind::kDelete:
-      return &As<DeleteStatement>(statement).with;
+      return &To<DeleteStatement>(statement).with;
     default:
       return nullptr;
   }
@@ -156,23 +155,23 @@ void Printer::Add(const Statement& statement) {
 void Printer::AddPlain(const Statement& statement) {
   switch (statement.kind) {
     case Statement::Kind::kSelect:
-      Add(*As<SelectStatement>(statement).query);
+      Add(*To<SelectStatement>(statement).query);
       return;
     case Statement::Kind::kInsert:
-      AddInsert(As<InsertStatement>(statement));
+      AddInsert(To<InsertStatement>(statement));
       return;
     case Statement::Kind::kUpdate:
-      AddUpdate(As<UpdateStatement>(statement));
+      AddUpdate(To<UpdateStatement>(statement));
       return;
     case Statement::Kind::kDelete:
-      AddDelete(As<DeleteStatement>(statement));
+      AddDelete(To<DeleteStatement>(statement));
       return;
     case Statement::Kind::kTruncate:
       Open("truncate");
-      Add(As<TruncateStatement>(statement).table);
+      Add(To<TruncateStatement>(statement).table);
       break;
     case Statement::Kind::kIf: {
-      const auto& branch = As<IfStatement>(statement);
+      const auto& branch = To<IfStatement>(statement);
       Open("if");
       Add(branch.condition.get());
       Add(*branch.then);
@@ -181,12 +180,12 @@ void Printer::AddPlain(const Statement& statement) {
     }
     case Statement::Kind::kWhile:
       Open("while");
-      Add(As<WhileStatement>(statement).condition.get());
-      Add(*As<WhileStatement>(statement).body);
+      Add(To<WhileStatement>(statement).condition.get());
+      Add(*To<WhileStatement>(statement).body);
       break;
     case Statement::Kind::kBlock:
       Open("begin");
-      for (const StatementPtr& inner : As<BlockStatement>(statement).statements) Add(*inner);
+      for (const StatementPtr& inner : To<BlockStatement>(statement).statements) Add(*inner);
       break;
     default:
       return;

@@ -68,18 +68,18 @@ bool Printer::AddDefinition(const Statement& statement) {
   switch (statement.kind) {
     case Statement::Kind::kCreateTable:
       Open("create-table");
-      Add(As<CreateTableStatement>(statement).name);
-      Add(As<CreateTableStatement>(statement).definition);
+      Add(To<CreateTableStatement>(statement).name);
+      Add(To<CreateTableStatement>(statement).definition);
       Close();
       return true;
     case Statement::Kind::kAlterTableAdd:
       Open("alter-table-add");
-      Add(As<AlterTableAddStatement>(statement).name);
-      Add(As<AlterTableAddStatement>(statement).definition);
+      Add(To<AlterTableAddStatement>(statement).name);
+      Add(To<AlterTableAddStatement>(statement).definition);
       Close();
       return true;
     case Statement::Kind::kCreateIndex: {
-      const auto& create = As<CreateIndexStatement>(statement);
+      const auto& create = To<CreateIndexStatement>(statement);
       Open(create.unique ? "create-unique-index" : "create-index");
       Word(create.name);
       Add(create.table);
@@ -89,7 +89,7 @@ bool Printer::AddDefinition(const Statement& statement) {
       return true;
     }
     case Statement::Kind::kCreateView: {
-      const auto& create = As<CreateViewStatement>(statement);
+      const auto& create = To<CreateViewStatement>(statement);
       Open("create-view");
       Add(create.name);
       if (!create.columns.empty()) Add(create.columns);
@@ -98,10 +98,10 @@ bool Printer::AddDefinition(const Statement& statement) {
       return true;
     }
     case Statement::Kind::kCreateProcedure:
-      AddCreateProcedure(As<CreateProcedureStatement>(statement));
+      AddCreateProcedure(To<CreateProcedureStatement>(statement));
       return true;
     case Statement::Kind::kDrop: {
-      const auto& drop = As<DropStatement>(statement);
+      const auto& drop = To<DropStatement>(statement);
       constexpr std::string_view kWords[] = {"table", "view", "procedure", "index"};
       Open("drop-" + std::string(kWords[static_cast<size_t>(drop.what)]));
       if (drop.if_exists) Word("if-exists");
@@ -114,7 +114,7 @@ bool Printer::AddDefinition(const Statement& statement) {
       return true;
     }
     case Statement::Kind::kDeclare:
-      AddDeclare(As<DeclareStatement>(statement));
+      AddDeclare(To<DeclareStatement>(statement));
       return true;
     default:
       return false;

@@ -79,7 +79,7 @@ class Printer {
 
 // A node as the kind that it says it is.
 template <typename Node, typename Base>
-const Node& As(const Base& base) {
+const Node& To(const Base& base) {
   return static_cast<const Node&>(base);
 }
 

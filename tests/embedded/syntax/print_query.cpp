@@ -151,7 +151,7 @@ void Printer::AddOver(const WindowClause& over) {
 void Printer::Add(const TableSource& source) {
   switch (source.kind) {
     case TableSource::Kind::kNamed: {
-      const auto& table = As<NamedTable>(source);
+      const auto& table = To<NamedTable>(source);
       const bool bare = table.alias.empty() && table.hints.empty();
       if (!bare) Open(table.alias.empty() ? "table" : "as");
       if (!table.alias.empty()) Word(table.alias);
@@ -161,7 +161,7 @@ void Printer::Add(const TableSource& source) {
       return;
     }
     case TableSource::Kind::kDerived: {
-      const auto& table = As<DerivedTable>(source);
+      const auto& table = To<DerivedTable>(source);
       Open("as");
       Word(table.alias);
       if (!table.columns.empty()) Add(table.columns);
@@ -170,7 +170,7 @@ void Printer::Add(const TableSource& source) {
       return;
     }
     case TableSource::Kind::kJoin: {
-      const auto& joined = As<JoinedTable>(source);
+      const auto& joined = To<JoinedTable>(source);
       constexpr std::string_view kWords[] = {"join", "left", "right", "full", "cross"};
       Open(kWords[static_cast<size_t>(joined.join)]);
       Add(*joined.left);

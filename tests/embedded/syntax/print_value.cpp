@@ -95,19 +95,19 @@ void Printer::Add(const Expression* expression) {
   }
   switch (expression->kind) {
     case Expression::Kind::kLiteral:
-      AddLiteral(As<LiteralExpression>(*expression));
+      AddLiteral(To<LiteralExpression>(*expression));
       return;
     case Expression::Kind::kColumn:
-      Add(As<ColumnExpression>(*expression).name);
+      Add(To<ColumnExpression>(*expression).name);
       return;
     case Expression::Kind::kVariable:
-      Word(As<VariableExpression>(*expression).name);
+      Word(To<VariableExpression>(*expression).name);
       return;
     case Expression::Kind::kGlobalVariable:
-      Word(As<GlobalVariableExpression>(*expression).name);
+      Word(To<GlobalVariableExpression>(*expression).name);
       return;
     case Expression::Kind::kUnary: {
-      const auto& unary = As<UnaryExpression>(*expression);
+      const auto& unary = To<UnaryExpression>(*expression);
       constexpr std::string_view kSymbols[] = {"+", "-", "~"};
       Open(kSymbols[static_cast<size_t>(unary.op)]);
       Add(unary.operand.get());
@@ -115,7 +115,7 @@ void Printer::Add(const Expression* expression) {
       return;
     }
     case Expression::Kind::kBinary: {
-      const auto& binary = As<BinaryExpression>(*expression);
+      const auto& binary = To<BinaryExpression>(*expression);
       constexpr std::string_view kSymbols[] = {"+", "-", "*", "/", "%", "&", "|", "^"};
       Open(kSymbols[static_cast<size_t>(binary.op)]);
       Add(binary.left.get());
@@ -124,10 +124,10 @@ void Printer::Add(const Expression* expression) {
       return;
     }
     case Expression::Kind::kFunction:
-      AddCall(As<FunctionExpression>(*expression));
+      AddCall(To<FunctionExpression>(*expression));
       return;
     case Expression::Kind::kConvert: {
-      const auto& convert = As<ConvertExpression>(*expression);
+      const auto& convert = To<ConvertExpression>(*expression);
       Open(convert.is_cast ? "cast" : "convert");
       Add(convert.type);
       Add(convert.operand.get());
@@ -136,10 +136,10 @@ void Printer::Add(const Expression* expression) {
       return;
     }
     case Expression::Kind::kCase:
-      AddCase(As<CaseExpression>(*expression));
+      AddCase(To<CaseExpression>(*expression));
       return;
     case Expression::Kind::kScalarSubquery:
-      Add(*As<ScalarSubqueryExpression>(*expression).query);
+      Add(*To<ScalarSubqueryExpression>(*expression).query);
       return;
   }
 }
@@ -148,12 +148,12 @@ void Printer::Add(const Expression* expression) {
 
 void Printer::AddInCondition(const Condition& condition) {
   if (condition.kind == Condition::Kind::kInList) {
-    const auto& in = As<InListCondition>(condition);
+    const auto& in = To<InListCondition>(condition);
     Open(in.negated ? "not-in" : "in");
     Add(in.operand.get());
     AddAll(in.values);
   } else {
-    const auto& in = As<InQueryCondition>(condition);
+    const auto& in = To<InQueryCondition>(condition);
     Open(in.negated ? "not-in" : "in");
     Add(in.operand.get());
     Add(*in.query);
@@ -164,30 +164,31 @@ void Printer::AddInCondition(const Condition& condition) {
 void Printer::Add(const Condition* condition) {
   switch (condition->kind) {
     case Condition::Kind::kComparison: {
-      const auto& comparison = As<ComparisonCondition>(*condition);
+      const auto& comparison = To<ComparisonCondition>(*condition);
       constexpr std::string_view kSymbols[] = {"=", "<>", "<", "<=", ">", ">="};
       Open(kSymbols[static_cast<size_t>(comparison.op)]);
       Add(comparison.left.get());
       Add(comparison.right.get());
       break;
     }
-    case Condition::Kind::kAnd:
-    case Condition::Kind::kOr:
-      Open(condition->kind == Condition::Kind::kAnd ? "and" : "or");
-      AddAll(As<LogicalCondition>(*condition).operands);
+    case Condition::Kind::kLogical: {
+      const auto& logical = To<LogicalCondition>(*condition);
+      Open(logical.op == LogicalCondition::Operator::kAnd ? "and" : "or");
+      AddAll(logical.operands);
       break;
+    }
     case Condition::Kind::kNot:
       Open("not");
-      Add(As<NotCondition>(*condition).operand.get());
+      Add(To<NotCondition>(*condition).operand.get());
       break;
     case Condition::Kind::kIsNull: {
-      const auto& is_null = As<IsNullCondition>(*condition);
+      const auto& is_null = To<IsNullCondition>(*condition);
       Open(is_null.negated ? "is-not-null" : "is-null");
       Add(is_null.operand.get());
       break;
     }
     case Condition::Kind::kBetween: {
-      const auto& between = As<BetweenCondition>(*condition);
+      const auto& between = To<BetweenCondition>(*condition);
       Open(between.negated ? "not-between" : "between");
       Add(between.operand.get());
       Add(between.low.get());
@@ -199,7 +200,7 @@ void Printer::Add(const Condition* condition) {
       AddInCondition(*condition);
       return;
     case Condition::Kind::kLike: {
-      const auto& like = As<LikeCondition>(*condition);
+      const auto& like = To<LikeCondition>(*condition);
       Open(like.negated ? "not-like" : "like");
       Add(like.operand.get());
       Add(like.pattern.get());
@@ -208,7 +209,7 @@ void Printer::Add(const Condition* condition) {
     }
     case Condition::Kind::kExists:
       Open("exists");
-      Add(*As<ExistsCondition>(*condition).query);
+      Add(*To<ExistsCondition>(*condition).query);
       break;
   }
   Close();

@@ -128,7 +128,7 @@ InstructionPtr MakeJump(int line, Flow flow) {
   return std::make_unique<JumpInstruction>(line, flow);
 }
 
-InstructionPtr MakeReturn(const ReturnStatement& statement, DeclaredVariables visible) {
+InstructionPtr MakeInstruction(const ReturnStatement& statement, DeclaredVariables visible) {
   return std::make_unique<ReturnInstruction>(statement, visible);
 }
 

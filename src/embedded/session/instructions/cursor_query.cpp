@@ -46,17 +46,14 @@ BoundExpressionPtr NumberOf(const BoundSource& source) {
 
 BoundConditionPtr CompareNumber(const BoundSource& source, ComparisonOperator op,
                                 size_t parameter) {
-  auto comparison = std::make_unique<BoundComparison>();
-  comparison->op = op;
-  comparison->left = NumberOf(source);
-  comparison->right =
-      std::make_unique<BoundRowParameter>(Type(TypeKind::kBigInt), static_cast<int>(parameter));
-  return comparison;
+  return std::make_unique<BoundComparison>(
+      op, NumberOf(source),
+      std::make_unique<BoundRowParameter>(Type(TypeKind::kBigInt), static_cast<int>(parameter)));
 }
 
 BoundConditionPtr Both(BoundConditionPtr a, BoundConditionPtr b) {
   if (!a) return b;
-  auto both = std::make_unique<BoundLogical>(BoundCondition::Kind::kAnd);
+  auto both = std::make_unique<BoundLogical>(LogicalOperator::kAnd);
   both->operands.push_back(std::move(a));
   both->operands.push_back(std::move(b));
   return both;

@@ -57,14 +57,14 @@ class CursorInstruction final : public Instruction {
       : Instruction(statement.line), statement_(statement) {}
   Flow Execute(SessionContext& session, Frame&) override {
     Cursor& cursor = RequireCursor(session, statement_.name);
-    switch (statement_.kind) {
-      case Statement::Kind::kOpenCursor:
+    switch (statement_.what) {
+      case CursorStatement::What::kOpen:
         Open(session, cursor);
         break;
-      case Statement::Kind::kCloseCursor:
+      case CursorStatement::What::kClose:
         Close(cursor);
         break;
-      default:
+      case CursorStatement::What::kDeallocate:
         session.cursors.erase(FoldName(statement_.name));
     }
     session.state.row_count = 0;
@@ -219,11 +219,11 @@ StoredValue CurrentRow(SessionContext& session, const std::string& name, const T
   Raise(errors::kCursorWithoutTable);
 }
 
-InstructionPtr MakeCursor(const CursorStatement& statement) {
+InstructionPtr MakeInstruction(const CursorStatement& statement, DeclaredVariables) {
   return std::make_unique<CursorInstruction>(statement);
 }
 
-InstructionPtr MakeFetch(const FetchStatement& statement, DeclaredVariables visible) {
+InstructionPtr MakeInstruction(const FetchStatement& statement, DeclaredVariables visible) {
   return std::make_unique<FetchInstruction>(statement, visible);
 }
 

@@ -1,5 +1,4 @@
 // CREATE, ALTER, DROP, TRUNCATE.
-#include "embedded/catalog/names.h"
 #include "embedded/session/instructions/duplicate_key.h"
 #include "embedded/session/instructions/instructions.h"
 #include "embedded/session/session_context.h"
@@ -157,27 +156,27 @@ void Truncate(SessionContext& session, const TruncateStatement& statement) {
 
 }  // namespace
 
-InstructionPtr MakeCreateTable(const CreateTableStatement& statement) {
+InstructionPtr MakeInstruction(const CreateTableStatement& statement, DeclaredVariables) {
   return std::make_unique<CreateTableInstruction>(statement);
 }
-InstructionPtr MakeAlterTableAdd(const AlterTableAddStatement& statement) {
+InstructionPtr MakeInstruction(const AlterTableAddStatement& statement, DeclaredVariables) {
   return Define(statement, !IsTemporary(statement.name), AddColumns);
 }
-InstructionPtr MakeCreateIndex(const CreateIndexStatement& statement) {
+InstructionPtr MakeInstruction(const CreateIndexStatement& statement, DeclaredVariables) {
   return Define(statement, !IsTemporary(statement.table), CreateIndex);
 }
-InstructionPtr MakeCreateView(const CreateViewStatement& statement) {
+InstructionPtr MakeInstruction(const CreateViewStatement& statement, DeclaredVariables) {
   return Define(statement, true, CreateView);
 }
-InstructionPtr MakeCreateProcedure(const CreateProcedureStatement& statement) {
+InstructionPtr MakeInstruction(const CreateProcedureStatement& statement, DeclaredVariables) {
   return Define(statement, true, CreateProcedure);
 }
-InstructionPtr MakeDrop(const DropStatement& statement) {
+InstructionPtr MakeInstruction(const DropStatement& statement, DeclaredVariables) {
   const bool temporary =
       statement.what == DropStatement::What::kTable && IsTemporary(statement.names.front());
   return Define(statement, !temporary, Drop);
 }
-InstructionPtr MakeTruncate(const TruncateStatement& statement) {
+InstructionPtr MakeInstruction(const TruncateStatement& statement, DeclaredVariables) {
   return Define(statement, !IsTemporary(statement.table), Truncate);
 }
 

@@ -1,5 +1,4 @@
 // EXEC of a procedure, EXEC(text).
-#include "embedded/catalog/names.h"
 #include "embedded/session/instructions/instructions.h"
 #include "embedded/session/interpreter.h"
 #include "embedded/types/stored_conversions.h"
@@ -14,14 +13,10 @@ class ExecuteProcedureInstruction final : public Instruction {
   ExecuteProcedureInstruction(const ExecuteProcedureStatement& statement, DeclaredVariables visible)
       : Instruction(statement.line), statement_(statement), visible_(visible) {
     for (const ExecuteArgument& argument : statement.arguments) {
-      const bool is_variable =
-          argument.value && argument.value->kind == Expression::Kind::kVariable;
-      if (argument.output && !is_variable) Raise(errors::kOutputOfConstant);
-      variables_.push_back(
-          is_variable
-              ? visible.IndexOf(static_cast<const VariableExpression&>(*argument.value).name)
-              : kNone);
-      values_.push_back(argument.value && !is_variable
+      const auto* variable = argument.value ? As<VariableExpression>(*argument.value) : nullptr;
+      if (argument.output && variable == nullptr) Raise(errors::kOutputOfConstant);
+      variables_.push_back(variable != nullptr ? visible.IndexOf(variable->name) : kNone);
+      values_.push_back(argument.value && variable == nullptr
                             ? std::make_unique<Evaluation>(visible, *argument.value, std::nullopt)
                             : nullptr);
     }
@@ -83,12 +78,12 @@ class ExecuteTextInstruction final : public Instruction {
 
 }  // namespace
 
-InstructionPtr MakeExecuteProcedure(const ExecuteProcedureStatement& statement,
-                                    DeclaredVariables visible) {
+InstructionPtr MakeInstruction(const ExecuteProcedureStatement& statement,
+                               DeclaredVariables visible) {
   return std::make_unique<ExecuteProcedureInstruction>(statement, visible);
 }
 
-InstructionPtr MakeExecuteText(const ExecuteTextStatement& statement, DeclaredVariables visible) {
+InstructionPtr MakeInstruction(const ExecuteTextStatement& statement, DeclaredVariables visible) {
   return std::make_unique<ExecuteTextInstruction>(statement, visible);
 }
 

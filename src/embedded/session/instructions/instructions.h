@@ -78,12 +78,12 @@ void PrepareDeferred(int line, Prepare prepare) {
 StoredValue CurrentRow(SessionContext& session, const std::string& cursor, const TablePtr& table);
 
 // query.cpp
-InstructionPtr MakeSelect(const SelectStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const SelectStatement& statement, DeclaredVariables visible);
 // write.cpp
 InstructionPtr MakeInsert(const InsertStatement& statement, InstructionPtr execute,
                           DeclaredVariables visible);
-InstructionPtr MakeUpdate(const UpdateStatement& statement, DeclaredVariables visible);
-InstructionPtr MakeDelete(const DeleteStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const UpdateStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const DeleteStatement& statement, DeclaredVariables visible);
 // read_once.cpp
 // Whether `first` fills a table variable that `second` alone reads. `table_variables`: those that
 // the statements of the program name. Both must stand in the program's body itself, one right after
@@ -95,13 +95,14 @@ InstructionPtr MakeReadOnce(const InsertStatement& insert_statement, Instruction
                             const DeleteStatement& delete_statement, InstructionPtr remove,
                             DeclaredVariables visible);
 // define.cpp
-InstructionPtr MakeCreateTable(const CreateTableStatement& statement);
-InstructionPtr MakeAlterTableAdd(const AlterTableAddStatement& statement);
-InstructionPtr MakeCreateIndex(const CreateIndexStatement& statement);
-InstructionPtr MakeCreateView(const CreateViewStatement& statement);
-InstructionPtr MakeCreateProcedure(const CreateProcedureStatement& statement);
-InstructionPtr MakeDrop(const DropStatement& statement);
-InstructionPtr MakeTruncate(const TruncateStatement& statement);
+InstructionPtr MakeInstruction(const CreateTableStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const AlterTableAddStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const CreateIndexStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const CreateViewStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const CreateProcedureStatement& statement,
+                               DeclaredVariables visible);
+InstructionPtr MakeInstruction(const DropStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const TruncateStatement& statement, DeclaredVariables visible);
 // control.cpp
 InstructionPtr MakeBlock(int line, std::vector<InstructionPtr> body);
 InstructionPtr MakeIf(const IfStatement& statement, InstructionPtr then, InstructionPtr otherwise,
@@ -109,23 +110,23 @@ InstructionPtr MakeIf(const IfStatement& statement, InstructionPtr then, Instruc
 InstructionPtr MakeWhile(const WhileStatement& statement, InstructionPtr body,
                          DeclaredVariables visible);
 InstructionPtr MakeJump(int line, Flow flow);
-InstructionPtr MakeReturn(const ReturnStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const ReturnStatement& statement, DeclaredVariables visible);
 // variable.cpp
 InstructionPtr MakeDeclare(const DeclareStatement& statement, DeclaredVariables visible);
-InstructionPtr MakeSetVariable(const SetVariableStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const SetVariableStatement& statement, DeclaredVariables visible);
 // cursor_query.cpp, cursor_statements.cpp
 InstructionPtr MakeDeclareCursor(const DeclareCursorStatement& statement, DeclaredVariables visible,
                                  std::weak_ptr<Program> program);
-InstructionPtr MakeCursor(const CursorStatement& statement);
-InstructionPtr MakeFetch(const FetchStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const CursorStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const FetchStatement& statement, DeclaredVariables visible);
 // execute.cpp
-InstructionPtr MakeExecuteProcedure(const ExecuteProcedureStatement& statement,
-                                    DeclaredVariables visible);
-InstructionPtr MakeExecuteText(const ExecuteTextStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const ExecuteProcedureStatement& statement,
+                               DeclaredVariables visible);
+InstructionPtr MakeInstruction(const ExecuteTextStatement& statement, DeclaredVariables visible);
 // session_statement.cpp
-InstructionPtr MakeSetOption(const SetOptionStatement& statement);
-InstructionPtr MakeTransaction(const TransactionStatement& statement);
-InstructionPtr MakePrint(const PrintStatement& statement, DeclaredVariables visible);
-InstructionPtr MakeRaisError(const RaisErrorStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const SetOptionStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const TransactionStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const PrintStatement& statement, DeclaredVariables visible);
+InstructionPtr MakeInstruction(const RaisErrorStatement& statement, DeclaredVariables visible);
 
 }  // namespace tavcc::sql

@@ -20,11 +20,10 @@ bool ReadsItsTargets(const BoundSelect& select) {
   bool reads = false;
   for (const auto& item : select.items) {
     ForEachExpression(*item.expression, [&](const BoundExpression& inner) {
-      if (inner.kind != BoundExpression::Kind::kVariable) return;
-      const int index = static_cast<const BoundVariable&>(inner).index;
-      reads = reads || std::ranges::any_of(select.items, [&](const BoundItem& other) {
-                return other.variable == index;
-              });
+      const auto* variable = As<BoundVariable>(inner);
+      if (variable == nullptr) return;
+      reads = reads || std::ranges::find(select.items, variable->index, &BoundItem::variable) !=
+                           select.items.end();
     });
   }
   return reads && select.from != nullptr;
@@ -245,7 +244,7 @@ Rows ReadRows(SessionContext& session, QueryPlan& plan, Frame& frame) {
   return rows;
 }
 
-InstructionPtr MakeSelect(const SelectStatement& statement, DeclaredVariables visible) {
+InstructionPtr MakeInstruction(const SelectStatement& statement, DeclaredVariables visible) {
   const bool assigning = IsAssigning(*statement.query);
   if (IntoOf(*statement.query) != nullptr) {
     if (assigning) Raise(errors::kSelectIntoAssigns);

@@ -9,23 +9,21 @@
 // told from running the two, they are run as they stand.
 #include <algorithm>
 
-#include "embedded/catalog/names.h"
 #include "embedded/rewrite/read_once_variable.h"
 #include "embedded/rewrite/rewrite.h"
 #include "embedded/session/instructions/instructions.h"
 #include "embedded/session/interpreter.h"
+#include "foundation/text.h"
 
 namespace tavcc::sql {
 namespace {
 
 // How often the joins of a FROM clause name the table; derived tables are not looked into.
 int CountNamed(const TableSource& source, const std::string& name) {
-  if (source.kind == TableSource::Kind::kJoin) {
-    const auto& join = static_cast<const JoinedTable&>(source);
-    return CountNamed(*join.left, name) + CountNamed(*join.right, name);
-  }
-  if (source.kind != TableSource::Kind::kNamed) return 0;
-  return SameName(static_cast<const NamedTable&>(source).name.last(), name) ? 1 : 0;
+  if (const auto* join = As<JoinedTable>(source))
+    return CountNamed(*join->left, name) + CountNamed(*join->right, name);
+  const auto* table = As<NamedTable>(source);
+  return table != nullptr && EqualsIgnoringCase(table->name.last(), name) ? 1 : 0;
 }
 
 bool ReadsSession(const Emitted& emitted) {
@@ -116,16 +114,15 @@ class ReadOnceInstruction final : public Instruction {
 
 bool IsReadOnce(const Statement& first, const Statement& second,
                 const std::vector<std::string>& table_variables) {
-  if (first.kind != Statement::Kind::kInsert || second.kind != Statement::Kind::kDelete)
-    return false;
-  const auto& insert = static_cast<const InsertStatement&>(first);
-  const auto& remove = static_cast<const DeleteStatement&>(second);
-  const std::string& name = insert.table.last();
-  if (!insert.query || !name.starts_with('@')) return false;
+  const auto* insert = As<InsertStatement>(first);
+  const auto* remove = As<DeleteStatement>(second);
+  if (insert == nullptr || remove == nullptr) return false;
+  const std::string& name = insert->table.last();
+  if (!insert->query || !name.starts_with('@')) return false;
   const auto named = std::ranges::count_if(
-      table_variables, [&](const std::string& other) { return SameName(other, name); });
+      table_variables, [&](const std::string& other) { return EqualsIgnoringCase(other, name); });
   int read = 0;
-  for (const auto& source : remove.from) read += CountNamed(*source, name);
+  for (const auto& source : remove->from) read += CountNamed(*source, name);
   return named == 2 && read == 1;
 }
 

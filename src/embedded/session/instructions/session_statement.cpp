@@ -2,10 +2,11 @@
 #include <array>
 #include <limits>
 
-#include "embedded/catalog/names.h"
 #include "embedded/session/instructions/instructions.h"
 #include "embedded/session/session_context.h"
 #include "embedded/types/stored_conversions.h"
+#include "embedded/types/text_units.h"
+#include "foundation/text.h"
 
 namespace tavcc::sql {
 namespace {
@@ -33,7 +34,7 @@ class SetOptionInstruction final : public Instruction {
       : Instruction(statement.line), statement_(statement) {}
   Flow Execute(SessionContext& session, Frame&) override {
     const std::string& name = statement_.name;
-    const bool on = SameName(statement_.value, "ON");
+    const bool on = EqualsIgnoringCase(statement_.value, "ON");
     if (name == "NOCOUNT") {
       session.state.no_count = on;
     } else if (name == "XACT_ABORT") {
@@ -41,7 +42,7 @@ class SetOptionInstruction final : public Instruction {
     } else if (name == "IDENTITY_INSERT") {
       SetIdentityInsert(session);
     } else if (name == "TRANSACTION ISOLATION LEVEL") {
-      session.state.snapshot_isolation = SameName(statement_.value, "SNAPSHOT");
+      session.state.snapshot_isolation = EqualsIgnoringCase(statement_.value, "SNAPSHOT");
     } else if (name != "LOCK_TIMEOUT" && !name.starts_with("TRANSACTION")) {
       RequireFixed(name);
     }
@@ -51,18 +52,17 @@ class SetOptionInstruction final : public Instruction {
  private:
   void RequireFixed(const std::string& name) const {
     for (const FixedOption& option : kFixedOptions) {
-      if (option.name == name && SameName(option.value, statement_.value)) return;
+      if (option.name == name && EqualsIgnoringCase(option.value, statement_.value)) return;
     }
     RaiseUnsupported("SET " + name + ' ' + statement_.value);
   }
 
   // The value is the table and ON or OFF.
   void SetIdentityInsert(SessionContext& session) const {
-    std::string value = statement_.value;
-    while (!value.empty() && value.back() == ' ') value.pop_back();
+    const std::string_view value = TrimTrailingBlanks(statement_.value);
     const size_t blank = value.find_last_of(" \t\r\n");
-    if (blank == std::string::npos) Raise(errors::kSyntaxNear, value);
-    const bool on = SameName(value.substr(blank + 1), "ON");
+    if (blank == std::string_view::npos) Raise(errors::kSyntaxNear, value);
+    const bool on = EqualsIgnoringCase(value.substr(blank + 1), "ON");
     const ObjectName name{SplitName(value.substr(0, blank))};
     const TablePtr table = session.catalog.FindTable(name);
     if (!table) Raise(errors::kInvalidObjectName, WrittenName(name));
@@ -199,19 +199,19 @@ class RaisErrorInstruction final : public Instruction {
 
 }  // namespace
 
-InstructionPtr MakeSetOption(const SetOptionStatement& statement) {
+InstructionPtr MakeInstruction(const SetOptionStatement& statement, DeclaredVariables) {
   return std::make_unique<SetOptionInstruction>(statement);
 }
 
-InstructionPtr MakeTransaction(const TransactionStatement& statement) {
+InstructionPtr MakeInstruction(const TransactionStatement& statement, DeclaredVariables) {
   return std::make_unique<TransactionInstruction>(statement);
 }
 
-InstructionPtr MakePrint(const PrintStatement& statement, DeclaredVariables visible) {
+InstructionPtr MakeInstruction(const PrintStatement& statement, DeclaredVariables visible) {
   return std::make_unique<PrintInstruction>(statement, visible);
 }
 
-InstructionPtr MakeRaisError(const RaisErrorStatement& statement, DeclaredVariables visible) {
+InstructionPtr MakeInstruction(const RaisErrorStatement& statement, DeclaredVariables visible) {
   return std::make_unique<RaisErrorInstruction>(statement, visible);
 }
 

@@ -6,10 +6,9 @@
 namespace tavcc::sql {
 
 size_t DeclaredVariables::IndexOf(const std::string& name) const {
-  for (size_t i = 0; i < count; ++i) {
-    if (SameName((*variables)[i].name, name)) return i;
-  }
-  Raise(errors::kUndeclaredVariable, name);
+  const int index = IndexByName(span(), name);
+  if (index < 0) Raise(errors::kUndeclaredVariable, name);
+  return static_cast<size_t>(index);
 }
 
 namespace {
@@ -47,7 +46,7 @@ InstructionPtr MakeDeclare(const DeclareStatement& statement, DeclaredVariables 
   return MakeBlock(statement.line, std::move(body));
 }
 
-InstructionPtr MakeSetVariable(const SetVariableStatement& statement, DeclaredVariables visible) {
+InstructionPtr MakeInstruction(const SetVariableStatement& statement, DeclaredVariables visible) {
   return std::make_unique<SetInstruction>(statement.line, visible, statement.variable,
                                           *statement.value);
 }

@@ -350,11 +350,11 @@ InstructionPtr MakeInsert(const InsertStatement& statement, InstructionPtr execu
   return std::make_unique<InsertInstruction>(statement, visible);
 }
 
-InstructionPtr MakeUpdate(const UpdateStatement& statement, DeclaredVariables visible) {
+InstructionPtr MakeInstruction(const UpdateStatement& statement, DeclaredVariables visible) {
   return std::make_unique<UpdateInstruction>(statement, visible);
 }
 
-InstructionPtr MakeDelete(const DeleteStatement& statement, DeclaredVariables visible) {
+InstructionPtr MakeInstruction(const DeleteStatement& statement, DeclaredVariables visible) {
   return std::make_unique<DeleteInstruction>(statement, visible);
 }
 
