@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "embedded/syntax/lexer.h"
+
 namespace tavcc::sql {
 namespace {
 
@@ -77,21 +79,6 @@ TextShape Measure(std::string_view text) {
     i += bytes;
   }
   return shape;
-}
-
-Form FormOf(TokenKind kind) {
-  switch (kind) {
-    case TokenKind::kInteger:
-      return Form::kInteger;
-    case TokenKind::kDecimal:
-      return Form::kDecimal;
-    case TokenKind::kFloat:
-      return Form::kFloat;
-    case TokenKind::kText:
-      return Form::kText;
-    default:
-      return Form::kNationalText;
-  }
 }
 
 // The literal that stands at `at`, when it is of this kind.

@@ -12,25 +12,21 @@ struct Entry {
   Keyword keyword = Keyword::kNone;
 };
 
+// The names of types that take arguments in brackets.
+// clang-format off
+#define TAVCC_SQL_TYPE_NAMES(X) \
+  X(BINARY) X(CHAR) X(CHARACTER) X(DATETIME2) X(DATETIMEOFFSET) X(DEC) X(DECIMAL) X(FLOAT) \
+  X(NCHAR) X(NUMERIC) X(NVARCHAR) X(TIME) X(VARBINARY) X(VARCHAR)
+
 constexpr Entry kEntries[] = {
 #define TAVCC_SQL_ENTRY(word) {#word, Keyword::k##word},
     TAVCC_SQL_RESERVED_WORDS(TAVCC_SQL_ENTRY)
 #undef TAVCC_SQL_ENTRY
-        {"BINARY", Keyword::kTypeName},
-    {"CHAR", Keyword::kTypeName},
-    {"CHARACTER", Keyword::kTypeName},
-    {"DATETIME2", Keyword::kTypeName},
-    {"DATETIMEOFFSET", Keyword::kTypeName},
-    {"DEC", Keyword::kTypeName},
-    {"DECIMAL", Keyword::kTypeName},
-    {"FLOAT", Keyword::kTypeName},
-    {"NCHAR", Keyword::kTypeName},
-    {"NUMERIC", Keyword::kTypeName},
-    {"NVARCHAR", Keyword::kTypeName},
-    {"TIME", Keyword::kTypeName},
-    {"VARBINARY", Keyword::kTypeName},
-    {"VARCHAR", Keyword::kTypeName},
+#define TAVCC_SQL_ENTRY(word) {#word, Keyword::kTypeName},
+    TAVCC_SQL_TYPE_NAMES(TAVCC_SQL_ENTRY)
+#undef TAVCC_SQL_ENTRY
 };
+// clang-format on
 
 constexpr size_t kShortest = 2, kLongest = 30;  // less than 32: see kLengths
 constexpr size_t kSlots = 1024;                 // a power of two, several times the number of words

@@ -7,6 +7,7 @@
 
 #include "embedded/syntax/keywords.h"
 #include "embedded/syntax/scanner.h"
+#include "embedded/types/literals.h"
 
 namespace tavcc::sql {
 
@@ -45,6 +46,24 @@ class Lexer {
   size_t first_ = 0;
   std::array<Token, kLookAhead + 2> tokens_;  // a ring: the token taken last, then those ahead
 };
+
+// What a token that is a literal is to the parser.
+inline LiteralForm FormOf(TokenKind kind) {
+  switch (kind) {
+    case TokenKind::kInteger:
+      return LiteralForm::kInteger;
+    case TokenKind::kDecimal:
+      return LiteralForm::kDecimal;
+    case TokenKind::kFloat:
+      return LiteralForm::kFloat;
+    case TokenKind::kBinary:
+      return LiteralForm::kBinary;
+    case TokenKind::kText:
+      return LiteralForm::kText;
+    default:
+      return LiteralForm::kNationalText;
+  }
+}
 
 // The characters between the marks of a text or a quoted name, doubled closing marks made single.
 std::string Unquote(const Token& token);

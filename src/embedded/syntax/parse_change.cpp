@@ -124,19 +124,15 @@ Assignment Parser::ParseAssignment() {
 
 // What follows the target of an assignment: "= value", or "+= value" for "= target + value".
 ExpressionPtr Parser::ParseCompound(ExpressionPtr target) {
-  using Operator = BinaryExpression::Operator;
   if (AcceptSymbol("=")) return ParseExpression();
-  constexpr std::pair<std::string_view, Operator> kOperators[] = {
-      {"+=", Operator::kAdd},    {"-=", Operator::kSubtract}, {"*=", Operator::kMultiply},
-      {"/=", Operator::kDivide}, {"%=", Operator::kModulo},   {"&=", Operator::kBitAnd},
-      {"|=", Operator::kBitOr},  {"^=", Operator::kBitXor},
-  };
-  for (const auto& [symbol, op] : kOperators) {
-    if (!AcceptSymbol(symbol)) continue;
-    const int line = target->line;
-    return Binary(op, std::move(target), ParseExpression(), line);
-  }
-  Unexpected();
+  const std::string_view symbol = Peek().text;
+  const bool compound =
+      Peek().kind == TokenKind::kSymbol && symbol.size() == 2 && symbol.back() == '=';
+  const OperatorRule* const rule = compound ? FindOperator(symbol.substr(0, 1)) : nullptr;
+  if (rule == nullptr) Unexpected();
+  Take();
+  const int line = target->line;
+  return Binary(rule->op, std::move(target), ParseExpression(), line);
 }
 
 StatementPtr Parser::ParseDelete() {

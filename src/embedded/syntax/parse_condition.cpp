@@ -48,7 +48,7 @@ Parser::Parsed Parser::ParsePredicate() {
   if (At(Keyword::kEXISTS)) return {nullptr, ParseExists(), nullptr};
   if (At(Keyword::kCONTAINS) || At(Keyword::kFREETEXT)) Unsupported("full-text search");
   if (At(Keyword::kUPDATE) && AtSymbol("(", 1)) Unsupported("UPDATE() of triggers");
-  Parsed left = ParseSum();
+  Parsed left = ParseOperators(Precedence::kSum);
   if (left.condition) return left;
   const auto predicate = [&](ConditionPtr condition) {
     return Parsed{nullptr, std::move(condition), nullptr};

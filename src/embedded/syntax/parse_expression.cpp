@@ -11,31 +11,6 @@ namespace {
 
 using Operator = BinaryExpression::Operator;
 
-std::optional<Operator> SumOperator(std::string_view symbol) {
-  if (symbol.size() != 1) return std::nullopt;
-  switch (symbol.front()) {
-    case '+':
-      return Operator::kAdd;
-    case '-':
-      return Operator::kSubtract;
-    case '&':
-      return Operator::kBitAnd;
-    case '|':
-      return Operator::kBitOr;
-    case '^':
-      return Operator::kBitXor;
-    default:
-      return std::nullopt;
-  }
-}
-
-std::optional<Operator> ProductOperator(std::string_view symbol) {
-  if (symbol == "*") return Operator::kMultiply;
-  if (symbol == "/") return Operator::kDivide;
-  if (symbol == "%") return Operator::kModulo;
-  return std::nullopt;
-}
-
 // How many digits of a number count for its precision: leading zeros do not.
 size_t CountedDigits(std::string_view number) {
   size_t digits = 0;
@@ -56,8 +31,20 @@ bool TakesDatePart(const ObjectName& name) {
 
 }  // namespace
 
+const OperatorRule* FindOperator(std::string_view symbol) {
+  using enum BinaryOperator;
+  static constexpr OperatorRule kOperators[] = {
+      {"+", kAdd, Precedence::kSum},        {"-", kSubtract, Precedence::kSum},
+      {"&", kBitAnd, Precedence::kSum},     {"|", kBitOr, Precedence::kSum},
+      {"^", kBitXor, Precedence::kSum},     {"*", kMultiply, Precedence::kProduct},
+      {"/", kDivide, Precedence::kProduct}, {"%", kModulo, Precedence::kProduct},
+  };
+  const auto* const found = std::ranges::find(kOperators, symbol, &OperatorRule::symbol);
+  return found == std::end(kOperators) ? nullptr : found;
+}
+
 ExpressionPtr Parser::ParseExpression() {
-  return ToExpression(ParseSum());
+  return ToExpression(ParseOperators(Precedence::kSum));
 }
 
 // A query in brackets is a value here; a condition in brackets is not.
@@ -79,37 +66,25 @@ ExpressionPtr Parser::Binary(Operator op, ExpressionPtr left, ExpressionPtr righ
   return binary;
 }
 
-Parser::Parsed Parser::ParseSum() {
+// Operators of one precedence go from left to right; their operands are made of tighter ones.
+Parser::Parsed Parser::ParseOperators(Precedence precedence) {
+  const auto parse_operand = [&] {
+    return precedence == Precedence::kProduct ? ParseFactor()
+                                              : ParseOperators(Precedence::kProduct);
+  };
   Chain chain(*this);
-  Parsed left = ParseProduct();
+  Parsed left = parse_operand();
   if (left.condition) return left;
+  if (precedence == Precedence::kProduct && At(Keyword::kCOLLATE)) Unsupported("COLLATE");
   while (Peek().kind == TokenKind::kSymbol) {
-    const auto op = SumOperator(Peek().text);
-    if (!op) break;
+    const OperatorRule* const rule = FindOperator(Peek().text);
+    if (rule == nullptr || rule->precedence != precedence) break;
     Take();
     ExpressionPtr operand = ToExpression(std::move(left));
     const int line = operand->line;
     chain.Deepen();
-    ExpressionPtr right = ToExpression(ParseProduct());
-    left = {Binary(*op, std::move(operand), std::move(right), line), nullptr, nullptr};
-  }
-  return left;
-}
-
-Parser::Parsed Parser::ParseProduct() {
-  Chain chain(*this);
-  Parsed left = ParseFactor();
-  if (left.condition) return left;
-  if (At(Keyword::kCOLLATE)) Unsupported("COLLATE");
-  while (Peek().kind == TokenKind::kSymbol) {
-    const auto op = ProductOperator(Peek().text);
-    if (!op) break;
-    Take();
-    ExpressionPtr operand = ToExpression(std::move(left));
-    const int line = operand->line;
-    chain.Deepen();
-    ExpressionPtr right = ToExpression(ParseFactor());
-    left = {Binary(*op, std::move(operand), std::move(right), line), nullptr, nullptr};
+    ExpressionPtr right = ToExpression(parse_operand());
+    left = {Binary(rule->op, std::move(operand), std::move(right), line), nullptr, nullptr};
   }
   return left;
 }
@@ -128,7 +103,8 @@ Parser::Parsed Parser::ParseFactor() {
   auto unary = MakeAt<UnaryExpression>(Take().line);
   unary->op = op;
   unary->operand =
-      ToExpression(op == UnaryExpression::Operator::kBitNot ? ParseFactor() : ParseProduct());
+      ToExpression(op == UnaryExpression::Operator::kBitNot ? ParseFactor()
+                                                            : ParseOperators(Precedence::kProduct));
   return {std::move(unary), nullptr, nullptr};
 }
 
@@ -191,28 +167,21 @@ ExpressionPtr Parser::ParseLiteral() {
   auto literal = MakeAt<LiteralExpression>(token.line);
   literal->text = std::string(token.text);
   NumberLiteral(token, *literal);
-  switch (token.kind) {
-    case TokenKind::kInteger:
-      literal->form = LiteralExpression::Form::kInteger;
-      break;
-    case TokenKind::kDecimal:
-      literal->form = LiteralExpression::Form::kDecimal;
-      break;
-    case TokenKind::kFloat:
-      literal->form = LiteralExpression::Form::kFloat;
+  literal->form = FormOf(token.kind);
+  switch (literal->form) {
+    case LiteralForm::kFloat:
       if (literal->text.find_last_of("0123456789") != literal->text.size() - 1)
         literal->text += '0';  // 1e and 1e+ are 1e0
       return literal;
-    case TokenKind::kBinary:
-      literal->form = LiteralExpression::Form::kBinary;
+    case LiteralForm::kBinary:
       literal->text.erase(0, 2);
       return literal;
-    default:
-      literal->form = token.kind == TokenKind::kNationalText
-                          ? LiteralExpression::Form::kNationalText
-                          : LiteralExpression::Form::kText;
+    case LiteralForm::kText:
+    case LiteralForm::kNationalText:
       literal->text = Unquote(token);
       return literal;
+    default:
+      break;
   }
   if (CountedDigits(token.text) > SqlType::kMaxPrecision)
     Fail(errors::kNumberOutOfRange, {"number", Shown(token.text)});

@@ -19,6 +19,17 @@
 
 namespace tavcc::sql {
 
+// How tightly the operators of arithmetic bind, the loosest first.
+enum class Precedence : uint8_t { kSum, kProduct };
+
+struct OperatorRule {
+  std::string_view symbol;
+  BinaryOperator op;
+  Precedence precedence;
+};
+// Null when the symbol is no operator.
+const OperatorRule* FindOperator(std::string_view symbol);
+
 class Parser {
  public:
   explicit Parser(std::string_view text) : lexer_(text) {}
@@ -241,8 +252,7 @@ class Parser {
 
   // ---- Values (parse_expression.cpp) ----
   ExpressionPtr ParseExpression();
-  Parsed ParseSum();
-  Parsed ParseProduct();
+  Parsed ParseOperators(Precedence precedence);
   Parsed ParseFactor();
   Parsed ParsePrimary();
   Parsed ParseBracket();
