@@ -3,11 +3,11 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 #include <utility>
 
 #include "embedded/script.h"
+#include "embedded/syntax/lexer.h"
 #include "foundation/conversions.h"
 #include "foundation/text.h"
 #include "host/schema.h"
@@ -21,38 +21,21 @@ namespace {
 
 constexpr int kMostWhole = 2000;       // rows of a table that is read whole
 constexpr int kMostOfOneValue = 2000;  // rows that a value leads to
-constexpr int kMostRowsRead = 5000;    // that are read of any table
+constexpr int kMostRowsRead = 5000;    // that are read of any table, and as many by joins
+constexpr int kMostFollowed = 500;     // rows of one value in a small table whose ids are followed
 
-bool IsWordCharacter(char c) {
-  return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || c == '#' || c == '@' ||
-         (c & 0x80) != 0;
+bool IsText(const sql::Token& token) {
+  return token.kind == sql::TokenKind::kText || token.kind == sql::TokenKind::kNationalText;
 }
 
-// Words, numbers and quoted texts, in order; each with its quote where it has one.
-std::vector<std::string> TokensOf(std::string_view sql) {
-  std::vector<std::string> tokens;
-  for (size_t at = 0; at < sql.size();) {
-    size_t end = at;
-    if (sql.substr(at).starts_with("--")) {
-      at = std::min(sql.find('\n', at), sql.size());
-      continue;
-    }
-    if (sql[at] == '\'') {
-      end = std::min(sql.find('\'', at + 1), sql.size());
-      tokens.emplace_back(sql.substr(at, end - at));
-      at = end + 1;
-      continue;
-    }
-    while (end < sql.size() && IsWordCharacter(sql[end])) ++end;
-    if (end > at) tokens.emplace_back(sql.substr(at, end - at));
-    at = std::max(end, at + 1);
-  }
-  return tokens;
+// One that may be an id: no more digits than a long has.
+bool IsId(const sql::Token& token) {
+  return token.kind == sql::TokenKind::kInteger && token.text.size() < 10;
 }
 
-bool IsNumberToken(const std::string& token) {
-  return !token.empty() && token.size() < 10 &&
-         std::ranges::all_of(token, [](unsigned char c) { return std::isdigit(c) != 0; });
+// A word, or a name between its marks.
+std::string NameOf(const sql::Token& token) {
+  return token.kind == sql::TokenKind::kQuotedName ? sql::Unquote(token) : std::string(token.text);
 }
 
 // A number of a bill or the like, which is a text.
@@ -74,6 +57,15 @@ std::string InList(const Texts& values, bool quoted) {
   return list;
 }
 
+bool IsPositiveInteger(const Value& value) {
+  const bool number = value.kind() == Value::Kind::kLong || value.kind() == Value::Kind::kInteger;
+  return number && ToLong(value) > 0;
+}
+
+bool IsNonemptyText(const Value& value) {
+  return value.IsText() && !value.text().empty();
+}
+
 std::set<std::string> Minus(const std::set<std::string>& all, const std::set<std::string>& some) {
   std::set<std::string> rest;
   std::ranges::set_difference(all, some, std::inserter(rest, rest.end()));
@@ -87,13 +79,16 @@ TouchedRows::TouchedRows(Erp& erp) : erp_(erp) {
   Erp schema{sql::OpenOptions{}};
   schema.RunScript(SchemaScript());
   for (const sql::ScriptBatch& batch : sql::SplitScript(SchemaScript())) {
-    const std::vector<std::string> tokens = TokensOf(batch.text);
-    const auto create = std::ranges::find(tokens, "CREATE");
-    if (tokens.end() - create < 3) continue;
+    std::vector<std::string> words;
+    for (sql::Lexer lexer(batch.text); lexer.Peek().kind != sql::TokenKind::kEnd;) {
+      words.push_back(NameOf(lexer.Take()));
+    }
+    const auto create = std::ranges::find(words, "CREATE");
+    if (words.end() - create < 3) continue;
     if (create[1] == "TABLE") {
       AddTable(*schema.connection(), create[2]);
     } else if (create[1] == "VIEW" || create[1] == "PROCEDURE") {
-      AddBehind(create[2], tokens);
+      AddBehind(create[2], words);
     }
   }
 }
@@ -104,11 +99,11 @@ void TouchedRows::AddTable(Connection& schema, const std::string& name) {
 }
 
 // Whatever the text of a view or procedure names, or what stands behind that.
-void TouchedRows::AddBehind(const std::string& name, const std::vector<std::string>& tokens) {
+void TouchedRows::AddBehind(const std::string& name, const std::vector<std::string>& words) {
   auto& behind = behind_[name];
-  for (const std::string& token : tokens) {
-    if (columns_.contains(token)) behind.insert(token);
-    if (const auto inner = behind_.find(token); token != name && inner != behind_.end()) {
+  for (const std::string& word : words) {
+    if (columns_.contains(word)) behind.insert(word);
+    if (const auto inner = behind_.find(word); word != name && inner != behind_.end()) {
       behind.insert(inner->second.begin(), inner->second.end());
     }
   }
@@ -120,14 +115,16 @@ RecordsetPtr TouchedRows::Ask(const std::string& sql) {
 
 void TouchedRows::Look(const LoggedStatement& statement) {
   std::set<std::string, CaselessLess> names;
-  for (const std::string& token : TokensOf(statement.text)) {
-    if (token.starts_with('\'')) {
-      if (token.size() > 1) known_.texts.insert(token.substr(1));
-    } else if (IsNumberToken(token)) {
-      known_.numbers.insert(token);
-    } else if (columns_.contains(token)) {
-      names.insert(token);
-    } else if (const auto behind = behind_.find(token); behind != behind_.end()) {
+  for (sql::Lexer lexer(statement.text); lexer.Peek().kind != sql::TokenKind::kEnd;) {
+    const sql::Token& token = lexer.Take();
+    const std::string name = NameOf(token);
+    if (IsText(token)) {
+      if (const std::string text = sql::Unquote(token); !text.empty()) known_.texts.insert(text);
+    } else if (IsId(token)) {
+      known_.numbers.insert(name);
+    } else if (columns_.contains(name)) {
+      names.insert(name);
+    } else if (const auto behind = behind_.find(name); behind != behind_.end()) {
       names.insert(behind->second.begin(), behind->second.end());
     }
   }
@@ -137,33 +134,34 @@ void TouchedRows::Look(const LoggedStatement& statement) {
     }
   }
   for (const std::string& name : names) Read(name);
+  // Each of them may join any other.
+  for (const std::string& name : names) ReadJoined(readings_.at(name));
 }
 
 void TouchedRows::Note(const LoggedStatement& statement) {
   if (statement.answer == nullptr) return;
   for (const std::vector<Value>& row : statement.answer->rows) {
     for (const Value& value : row) {
-      const bool number =
-          value.kind() == Value::Kind::kLong || value.kind() == Value::Kind::kInteger;
-      if (number && ToLong(value) > 0) known_.numbers.insert(ToText(value));
-      if (value.IsText() && !value.text().empty()) known_.texts.insert(value.text());
+      if (IsPositiveInteger(value)) known_.numbers.insert(ToText(value));
+      if (IsNonemptyText(value)) known_.texts.insert(value.text());
     }
   }
 }
 
 void TouchedRows::Read(const std::string& name) {
-  const auto known = readings_.find(name);
-  if (known != readings_.end()) {
-    if (!known->second.whole) ReadMore(known->second);
-    return;
+  const auto [place, first] = readings_.try_emplace(name);
+  Reading& reading = place->second;
+  if (first) {
+    reading.table = tables_.size();
+    tables_.push_back({columns_.find(name)->first, {}, {}});
+    const auto count = ToLong(Ask(fmt::format("SELECT COUNT(*) FROM {}", name))->Field(0));
+    reading.whole = count <= kMostWhole;
+    if (reading.whole) {
+      TouchedTable& table = tables_.back();
+      table.rows = Rows(table, {}, kMostWhole);
+    }
   }
-  Reading& reading = readings_[name];
-  reading.table = tables_.size();
-  const auto schema = columns_.find(name);
-  tables_.push_back({schema->first, {}, {}});
-  const auto count = ToLong(Ask(fmt::format("SELECT COUNT(*) FROM {}", name))->Field(0));
-  reading.whole = count <= kMostWhole;
-  ReadMore(reading);
+  reading.whole ? FollowWhole(reading) : ReadMore(reading);
 }
 
 bool TouchedRows::WasRead(const Reading& reading, const std::vector<Value>& row) const {
@@ -176,9 +174,10 @@ bool TouchedRows::WasRead(const Reading& reading, const std::vector<Value>& row)
   return false;
 }
 
-TouchedRows::Leads TouchedRows::LeadsTo(const std::string& table, const Known& looked_for) {
-  const auto numbers = Minus(known_.numbers, looked_for.numbers);
-  const auto texts = Minus(known_.texts, looked_for.texts);
+TouchedRows::Leads TouchedRows::LeadsTo(const std::string& table, const Known& known,
+                                        const Known& looked_for) {
+  const auto numbers = Minus(known.numbers, looked_for.numbers);
+  const auto texts = Minus(known.texts, looked_for.texts);
   Leads leads;
   for (const std::string& column : columns_.at(table)) {
     if (!IsKey(column)) continue;
@@ -193,42 +192,101 @@ TouchedRows::Leads TouchedRows::LeadsTo(const std::string& table, const Known& l
   return leads;
 }
 
-// Rows that were read already may have been changed since.
-void TouchedRows::ReadMore(Reading& reading) {
-  TouchedTable& table = tables_[reading.table];
+std::vector<std::vector<Value>> TouchedRows::Rows(TouchedTable& table, const Leads& leads,
+                                                  int most) {
   std::string condition;
-  Leads leads;
-  if (!reading.whole) {
-    leads = LeadsTo(table.name, std::exchange(reading.looked_for, known_));
-    if (leads.empty()) return;
-    for (const auto& [column, values] : leads) {
-      condition += fmt::format("{}{} IN ({})", condition.empty() ? " WHERE " : " OR ", column,
-                               InList(values, IsTextKey(column)));
-    }
+  for (const auto& [column, values] : leads) {
+    condition += fmt::format("{}{} IN ({})", condition.empty() ? " WHERE " : " OR ", column,
+                             InList(values, IsTextKey(column)));
   }
-  const RecordsetPtr rows =
-      Ask(fmt::format("SELECT TOP {} * FROM {}{}", kMostRowsRead + 1, table.name, condition));
+  const RecordsetPtr answer =
+      Ask(fmt::format("SELECT TOP {} * FROM {}{}", most + 1, table.name, condition));
   std::vector<int> places;
   table.columns.clear();
   for (const std::string& column : columns_.at(table.name)) {
-    for (int i = 0; i < rows->FieldCount(); ++i) {
-      if (!EqualsIgnoringCase(rows->FieldName(i), column)) continue;
+    for (int i = 0; i < answer->FieldCount(); ++i) {
+      if (!EqualsIgnoringCase(answer->FieldName(i), column)) continue;
       places.push_back(i);
       table.columns.push_back(column);
     }
   }
-  for (; !rows->AtEnd(); rows->MoveNext()) {
-    std::vector<Value> row;
-    for (const int place : places) row.push_back(rows->Field(place));
-    if (!WasRead(reading, row)) table.rows.push_back(std::move(row));
+  std::vector<std::vector<Value>> rows;
+  for (; !answer->AtEnd(); answer->MoveNext()) {
+    std::vector<Value>& row = rows.emplace_back();
+    for (const int place : places) row.push_back(answer->Field(place));
   }
-  if (table.rows.size() > static_cast<size_t>(kMostRowsRead)) {
+  return rows;
+}
+
+// Rows that were read already may have been changed since.
+int TouchedRows::Add(Reading& reading, std::vector<std::vector<Value>> rows, const Leads& leads) {
+  int added = 0;
+  for (std::vector<Value>& row : rows) {
+    if (WasRead(reading, row)) continue;
+    tables_[reading.table].rows.push_back(std::move(row));
+    ++added;
+  }
+  for (const auto& [column, values] : leads) {
+    reading.read[column].insert(values.begin(), values.end());
+  }
+  return added;
+}
+
+void TouchedRows::ReadMore(Reading& reading) {
+  TouchedTable& table = tables_[reading.table];
+  const Leads leads = LeadsTo(table.name, known_, std::exchange(reading.looked_for, known_));
+  if (leads.empty()) return;
+  std::vector<std::vector<Value>> rows = Rows(table, leads, kMostRowsRead);
+  for (const std::vector<Value>& row : rows) FollowRow(table, row);
+  Add(reading, std::move(rows), leads);
+  if (static_cast<int>(table.rows.size()) - reading.joined > kMostRowsRead) {
     throw CommandError(Say(
         "--record-state: more than {} rows of {} may matter to the case; --record has no such limit",
         kMostRowsRead, table.name));
   }
-  for (const auto& [column, values] : leads) {
-    reading.read[column].insert(values.begin(), values.end());
+}
+
+void TouchedRows::ReadJoined(Reading& reading) {
+  if (reading.whole) return;
+  TouchedTable& table = tables_[reading.table];
+  const Leads leads =
+      LeadsTo(table.name, joined_, std::exchange(reading.joins_looked_for, joined_));
+  if (leads.empty()) return;
+  std::vector<std::vector<Value>> rows = Rows(table, leads, kMostRowsRead);
+  // A join may lead to more than the case needs: whether the rows tell it whole shows when it is
+  // run.
+  if (reading.joined + static_cast<int>(rows.size()) > kMostRowsRead) return;
+  reading.joined += Add(reading, std::move(rows), leads);
+}
+
+void TouchedRows::FollowRow(const TouchedTable& table, const std::vector<Value>& row) {
+  for (size_t i = 0; i < row.size(); ++i) {
+    if (!IsKey(table.columns[i])) continue;
+    if (IsPositiveInteger(row[i])) joined_.numbers.insert(ToText(row[i]));
+    if (IsNonemptyText(row[i])) joined_.texts.insert(row[i].text());
+  }
+}
+
+void TouchedRows::FollowWhole(Reading& reading) {
+  const TouchedTable& table = tables_[reading.table];
+  const Known looked_for = std::exchange(reading.looked_for, known_);
+  const auto numbers = Minus(known_.numbers, looked_for.numbers);
+  const auto texts = Minus(known_.texts, looked_for.texts);
+  for (size_t i = 0; i < table.columns.size(); ++i) {
+    if (!IsKey(table.columns[i])) continue;
+    const std::set<std::string>& values = IsTextKey(table.columns[i]) ? texts : numbers;
+    if (values.empty()) continue;
+    std::map<std::string, std::vector<const std::vector<Value>*>> found;
+    for (const std::vector<Value>& row : table.rows) {
+      if (row[i].IsNull()) continue;
+      if (const std::string value = ToText(row[i]); values.contains(value)) {
+        found[value].push_back(&row);
+      }
+    }
+    for (const auto& [value, rows] : found) {
+      if (rows.size() > static_cast<size_t>(kMostFollowed)) continue;
+      for (const std::vector<Value>* row : rows) FollowRow(table, *row);
+    }
   }
 }
 

@@ -6,6 +6,9 @@
 // whole. Of a large one those rows are read to which a number or text leads that the case knows by
 // then: what stands in its statements, and what it was answered. What thousands of rows have in a
 // column, as the class of their bills, leads to none of them.
+//
+// A join needs no more than the bill's id to come to its items and their stock. So the ids in rows to
+// which the case leads are followed as well, one step far, and only as long as they lead to few rows.
 #pragma once
 
 #include <map>
@@ -45,16 +48,25 @@ class TouchedRows {
   struct Reading {
     size_t table;       // of tables_
     bool whole = true;  // nothing more is to be read
-    Known looked_for;
+    int joined = 0;     // rows that only a join leads to
+    Known looked_for, joins_looked_for;
     Leads read;
   };
 
   void AddTable(Connection& schema, const std::string& name);
-  void AddBehind(const std::string& name, const std::vector<std::string>& tokens);
+  void AddBehind(const std::string& name, const std::vector<std::string>& words);
   void Read(const std::string& name);
   void ReadMore(Reading& reading);
-  // What leads to further rows of the table.
-  Leads LeadsTo(const std::string& table, const Known& looked_for);
+  void ReadJoined(Reading& reading);
+  // The values of `known` that were not `looked_for` and lead to rows of the table.
+  Leads LeadsTo(const std::string& table, const Known& known, const Known& looked_for);
+  // Rows of the table as they are now, `most` and one more at most.
+  std::vector<std::vector<Value>> Rows(TouchedTable& table, const Leads& leads, int most);
+  // Adds those that were not read before.
+  int Add(Reading& reading, std::vector<std::vector<Value>> rows, const Leads& leads);
+  void FollowRow(const TouchedTable& table, const std::vector<Value>& row);
+  // The rows of a table that was read whole to which something leads that is new.
+  void FollowWhole(Reading& reading);
   bool WasRead(const Reading& reading, const std::vector<Value>& row) const;
   RecordsetPtr Ask(const std::string& sql);
 
@@ -65,6 +77,7 @@ class TouchedRows {
   std::map<std::string, Reading, CaselessLess> readings_;
   std::vector<TouchedTable> tables_;
   Known known_;
+  Known joined_;  // what stands in rows to which known_ leads
 };
 
 }  // namespace tavcc
