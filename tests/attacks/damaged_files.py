@@ -7,6 +7,7 @@ is a failure and no refusal. usage: damaged_files.py TAVCC [--all] [--seed N]
 
 import os
 import random
+import re
 import sqlite3
 
 import attack
@@ -18,6 +19,11 @@ COMMANDS = (
 )
 CELLS = ("null", "'x'", "x'00ff80'", "-1", "9223372036854775807", "1e308", "''", "'\u4e00'",
          "cast(x'ff' as text)", "zeroblob(70000)")
+# One line; a batch's error has the server's form, with the statement.
+FORM = re.compile(r"tavcc: [^\n]*\n")
+BATCH_FORM = re.compile(r"Msg \d+, Level \d+, State 1, Line 1\n[^\n]*\n  line 1: [^\n]*\n *\^\n")
+# Files over which tavcc fell over once: a session dropped a temporary table beside a damaged catalog.
+ONCE_FATAL = {"overwrite": (19, 129)}
 
 
 class DamagedFiles(attack.Attack):
@@ -27,8 +33,9 @@ class DamagedFiles(attack.Attack):
             said = answer.stderr.decode("utf-8", "replace")
             if answer.returncode == attack.FAILED and said:
                 self.damage += "damaged" in said
-                self.expect(said.startswith("tavcc: ") and said.count("\n") == 1,
-                            f"{where}, {command}: {said}")
+                well_said = FORM.fullmatch(said) or (
+                    command[0] == "sql" and BATCH_FORM.fullmatch(said))
+                self.expect(well_said, f"{where}, {command}: {said}")
             self.expect(answer.returncode in (attack.PASSED, attack.REFUSED, attack.FAILED),
                         f"{where}, {command}: exit status {answer.returncode}: {said}")
             if answer.returncode == attack.REFUSED and command[0] == "call":
@@ -68,11 +75,12 @@ class DamagedFiles(attack.Attack):
     def attack(self, rounds):
         for kind in (self.overwrite, self.cut, self.cell):
             self.damage = 0
-            for number in range(rounds):
+            numbers = sorted({*range(rounds), *ONCE_FATAL.get(kind.__name__, ())})
+            for number in numbers:
                 self.last = ""
                 kind(random.Random(f"{self.seed} {kind.__name__} {number}"))
                 self.look(f"{kind.__name__} {number} {self.last}")
-            print(f"{kind.__name__}: {rounds} files, {self.damage} times called damaged")
+            print(f"{kind.__name__}: {len(numbers)} files, {self.damage} times called damaged")
 
 
 if __name__ == "__main__":

@@ -7,8 +7,9 @@
 // then: what stands in its statements, and what it was answered. What thousands of rows have in a
 // column, as the class of their bills, leads to none of them.
 //
-// A join needs no more than the bill's id to come to its items and their stock. So the ids in rows to
-// which the case leads are followed as well, one step far, and only as long as they lead to few rows.
+// A join needs no more than the bill's id to come to its items and their stock. So the ids in rows
+// to which the case leads are followed as well, one step far, and only as long as they lead to few
+// rows.
 #pragma once
 
 #include <map>

@@ -159,7 +159,7 @@ void TemporaryTables::Drop(const TablePtr& table) {
   for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope) {
     const auto found = scope->tables.find(folded);
     if (found == scope->tables.end()) continue;
-    const TablePtr dropped = std::move(found->second);  // `table` may refer to the entry that goes
+    const TablePtr dropped = found->second;  // `table` may refer to the entry that goes
     Empty(*dropped);
     scope->tables.erase(found);
     undo_.Add([this, id = scope->id, folded, dropped] {

@@ -87,9 +87,9 @@ class UnfinishedFile {
       const std::string journal = absolute_ + ending;
       const int code = system_->xDelete(system_, journal.c_str(), 0);
       if (code == SQLITE_OK || code == SQLITE_IOERR_DELETE_NOENT) continue;
-      system_->xDelete(system_, absolute_.c_str(), 0);
+      const std::string reason = Reason();
       throw StoreFailure(path_ + ": cannot be made: the journal " + path_ + ending +
-                         " of an earlier file cannot be removed" + Reason());
+                         " of an earlier file cannot be removed" + reason + TakeNameBack());
     }
   }
 
@@ -104,11 +104,17 @@ class UnfinishedFile {
     const int code = system_->xDelete(system_, name_.c_str(), 1);
     if (code == SQLITE_OK || code == SQLITE_IOERR_DELETE_NOENT) return;
     const std::string reason = Reason();
-    system_->xDelete(system_, absolute_.c_str(), 0);
-    throw StoreFailure(path_ + ": cannot be made" + reason);
+    throw StoreFailure(path_ + ": cannot be made" + reason + TakeNameBack());
   }
 
  private:
+  // Empty, or what a text about it ends in: on a disk that takes no changes any more the file
+  // stays.
+  std::string TakeNameBack() {
+    if (system_->xDelete(system_, absolute_.c_str(), 0) == SQLITE_OK) return {};
+    return "; the file that was made of it cannot be removed either";
+  }
+
   sqlite3_file* file() { return reinterpret_cast<sqlite3_file*>(memory_.data()); }
 
   std::string Reason() {
