@@ -4,6 +4,7 @@ usage of each attack: ATTACK.py TAVCC [SHIM] [--all] [--seed N]
 """
 
 import argparse
+import json
 import os
 import re
 import shutil
@@ -120,18 +121,12 @@ def contents(path):
     return rows
 
 
-# A receipt and an issue of the sample company, as a host sends them to the batch audit.
-def batch_argument(path, identities=None):
-    import json
+def batch_argument(path, identity):
+    """A bill of the sample company, as a host sends it to the batch audit."""
     database = sqlite3.connect(path)
-    bills = []
-    for row in database.execute(
-            "select FID, FClassTypeID, FBillTypeID, FBillNo, FCustID+FSupplyID, FAllAmount"
-            " from T_CC_StockBill where FStatus=0 and FBillTypeID<>2032 order by FID"):
-        if identities is not None and row[0] not in identities:
-            continue
-        bills.append({"ClassTypeID": row[1], "BillInterID": row[0], "BillType": row[2],
-                      "BillTypeID": row[2], "HeadTableName": "T_CC_StockBill", "BillNo": row[3],
-                      "CustOrSupplyID": row[4], "AllAmount": 0, "FNeutralizeAmount": 0})
+    row = database.execute("select FID, FClassTypeID, FBillTypeID, FBillNo, FCustID+FSupplyID"
+                           " from T_CC_StockBill where FID=?", [identity]).fetchone()
     database.close()
-    return json.dumps(bills, ensure_ascii=False)
+    return json.dumps([{"ClassTypeID": row[1], "BillInterID": row[0], "BillType": row[2],
+                        "BillTypeID": row[2], "HeadTableName": "T_CC_StockBill", "BillNo": row[3],
+                        "CustOrSupplyID": row[4], "AllAmount": 0, "FNeutralizeAmount": 0}])

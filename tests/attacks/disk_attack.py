@@ -74,10 +74,9 @@ class DiskAttack(attack.Attack):
                    "lngUserID=7"), 3)
 
     def batch(self):
-        bills = attack.batch_argument(self.prepare(), {103, 104, 105, 106, 107, 108})
-        self.call("batch audit",
-                  ("call", "PublicSysInfo.AuditBill", "--db", self.path("erp.db"),
-                   "billVect=" + bills, "CheckType=1", "BatchCheck=true"), 2)
+        self.call("audit",
+                  ("audit", "CG260302", "CG260303", "CT260301", "CU260301", "CG260304", "--db",
+                   self.path("erp.db")), 2)
 
     # ---- Making a file ----
 
