@@ -23,7 +23,7 @@ CELLS = ("null", "'x'", "x'00ff80'", "-1", "9223372036854775807", "1e308", "''",
 FORM = re.compile(r"tavcc: [^\n]*\n")
 BATCH_FORM = re.compile(r"Msg \d+, Level \d+, State 1, Line 1\n[^\n]*\n"
                         r"  line 1: [^\n]*\n *\^\n")
-# Files over which tavcc fell over once: a session dropped a temporary table beside a damaged catalog.
+# Over these tavcc fell once: a session dropped a temporary table beside a damaged catalog.
 ONCE_FATAL = {"overwrite": (19, 129)}
 
 
