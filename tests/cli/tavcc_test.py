@@ -456,20 +456,26 @@ class Kills(Case):
         self.change("create table Ledger(FGroup int, FRow int)")
         self.change("create table Total(FCount int)")
         self.change("insert into Total(FCount) values(0)")
-        rows_before = 0
         for wait in (0.15, 0.4, 0.73):
-            process = subprocess.Popen([case.TAVCC, "sql", "--db", self.db, self.BATCH],
-                                       stdout=subprocess.PIPE, stderr=subprocess.PIPE)
-            self.assertEqual(process.stdout.readline(), b"begun\n")
-            time.sleep(wait)
-            process.send_signal(signal.SIGKILL)
-            _, errors = process.communicate(timeout=30)
-            self.assertEqual(process.returncode, -signal.SIGKILL, errors)
-            total = self.rows("select FCount from Total")[0][0]
-            self.assertEqual(self.rows("select count(*) from Ledger"), [[total]])
-            self.assertEqual(total % self.ROWS, 0)
-            rows_before = total
-        self.assertGreater(rows_before, 0, "no transaction was finished before the kills")
+            total = self.killed_after(wait)
+        # On a slow machine a transaction takes longer than that.
+        while total == 0 and wait < 60:
+            wait *= 2
+            total = self.killed_after(wait)
+        self.assertGreater(total, 0, "no transaction was finished before the kills")
+
+    def killed_after(self, wait):
+        process = subprocess.Popen([case.TAVCC, "sql", "--db", self.db, self.BATCH],
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        self.assertEqual(process.stdout.readline(), b"begun\n")
+        time.sleep(wait)
+        process.send_signal(signal.SIGKILL)
+        _, errors = process.communicate(timeout=30)
+        self.assertEqual(process.returncode, -signal.SIGKILL, errors)
+        total = self.rows("select FCount from Total")[0][0]
+        self.assertEqual(self.rows("select count(*) from Ledger"), [[total]])
+        self.assertEqual(total % self.ROWS, 0)
+        return total
 
     def test_a_killed_init_leaves_no_database(self):
         for wait in (0.005, 0.02, 0.05, 0.1):

@@ -139,8 +139,9 @@ LineEditor::LineEditor(std::string history_file, Complete complete)
   el_set(editor, EL_EDITOR, "emacs");
   el_set(editor, EL_SIGNAL, 0);
   el_set(editor, EL_GETCFN, ReadCharacter);
-  el_set(
-      editor, EL_ADDFN, "complete", "Complete the word",
+  // By el_set() the library makes wide texts of the two, and never frees them.
+  el_wset(
+      editor, EL_ADDFN, L"complete", L"Complete the word",
       +[](EditLine* line, int) { return State::Of(line).CompleteWord(); });
   el_set(editor, EL_BIND, "^I", "complete", nullptr);
   el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
