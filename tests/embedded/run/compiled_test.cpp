@@ -95,7 +95,11 @@ TEST_F(Compiled, ARecordsetThatIsHeldStaysAsItIs) {
   const RecordsetPtr held = session_->Execute("select a,b from t where a=1");
   const auto* first = session_->Execute("select b from t where a=2").get();
   const RecordsetPtr next = session_->Execute("select b,a from t where a=2");
+#ifndef __SANITIZE_THREAD__
   EXPECT_EQ(first, next.get());
+#else
+  static_cast<void>(first);
+#endif
   EXPECT_NE(held.get(), next.get());
   EXPECT_EQ(1, held->Field("a").long_integer());
   EXPECT_EQ("one, in more letters than fit", held->Field("b").text());
