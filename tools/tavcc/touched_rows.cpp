@@ -57,15 +57,6 @@ std::string InList(const Texts& values, bool quoted) {
   return list;
 }
 
-bool IsPositiveInteger(const Value& value) {
-  const bool number = value.kind() == Value::Kind::kLong || value.kind() == Value::Kind::kInteger;
-  return number && ToLong(value) > 0;
-}
-
-bool IsNonemptyText(const Value& value) {
-  return value.IsText() && !value.text().empty();
-}
-
 std::set<std::string> Minus(const std::set<std::string>& all, const std::set<std::string>& some) {
   std::set<std::string> rest;
   std::ranges::set_difference(all, some, std::inserter(rest, rest.end()));
@@ -73,6 +64,22 @@ std::set<std::string> Minus(const std::set<std::string>& all, const std::set<std
 }
 
 }  // namespace
+
+void TouchedRows::Known::Add(const Value& value) {
+  const bool number = value.kind() == Value::Kind::kLong || value.kind() == Value::Kind::kInteger;
+  if (number && ToLong(value) > 0) numbers.insert(ToText(value));
+  if (value.IsText() && !value.text().empty()) texts.insert(value.text());
+}
+
+const std::set<std::string>& TouchedRows::Known::KeysOf(std::string_view column) const {
+  return IsTextKey(column) ? texts : numbers;
+}
+
+TouchedRows::Known TouchedRows::Known::TakeNew(Known& earlier) const {
+  Known added{Minus(numbers, earlier.numbers), Minus(texts, earlier.texts)};
+  earlier = *this;
+  return added;
+}
 
 TouchedRows::TouchedRows(Erp& erp) : erp_(erp) {
   // The schema as the embedded database has it.
@@ -141,10 +148,7 @@ void TouchedRows::Look(const LoggedStatement& statement) {
 void TouchedRows::Note(const LoggedStatement& statement) {
   if (statement.answer == nullptr) return;
   for (const std::vector<Value>& row : statement.answer->rows) {
-    for (const Value& value : row) {
-      if (IsPositiveInteger(value)) known_.numbers.insert(ToText(value));
-      if (IsNonemptyText(value)) known_.texts.insert(value.text());
-    }
+    for (const Value& value : row) known_.Add(value);
   }
 }
 
@@ -174,19 +178,15 @@ bool TouchedRows::WasRead(const Reading& reading, const std::vector<Value>& row)
   return false;
 }
 
-TouchedRows::Leads TouchedRows::LeadsTo(const std::string& table, const Known& known,
-                                        const Known& looked_for) {
-  const auto numbers = Minus(known.numbers, looked_for.numbers);
-  const auto texts = Minus(known.texts, looked_for.texts);
+TouchedRows::Leads TouchedRows::LeadsTo(const std::string& table, const Known& keys) {
   Leads leads;
   for (const std::string& column : columns_.at(table)) {
     if (!IsKey(column)) continue;
-    const bool text = IsTextKey(column);
-    const std::set<std::string>& values = text ? texts : numbers;
+    const std::set<std::string>& values = keys.KeysOf(column);
     if (values.empty()) continue;
     const RecordsetPtr rows = Ask(
         fmt::format("SELECT {0} FROM {1} WHERE {0} IN ({2}) GROUP BY {0} HAVING COUNT(*) <= {3}",
-                    column, table, InList(values, text), kMostOfOneValue));
+                    column, table, InList(values, IsTextKey(column)), kMostOfOneValue));
     for (; !rows->AtEnd(); rows->MoveNext()) leads[column].insert(ToText(rows->Field(0)));
   }
   return leads;
@@ -234,7 +234,7 @@ int TouchedRows::Add(Reading& reading, std::vector<std::vector<Value>> rows, con
 
 void TouchedRows::ReadMore(Reading& reading) {
   TouchedTable& table = tables_[reading.table];
-  const Leads leads = LeadsTo(table.name, known_, std::exchange(reading.looked_for, known_));
+  const Leads leads = LeadsTo(table.name, known_.TakeNew(reading.looked_for));
   if (leads.empty()) return;
   std::vector<std::vector<Value>> rows = Rows(table, leads, kMostRowsRead);
   for (const std::vector<Value>& row : rows) FollowRow(table, row);
@@ -249,8 +249,7 @@ void TouchedRows::ReadMore(Reading& reading) {
 void TouchedRows::ReadJoined(Reading& reading) {
   if (reading.whole) return;
   TouchedTable& table = tables_[reading.table];
-  const Leads leads =
-      LeadsTo(table.name, joined_, std::exchange(reading.joins_looked_for, joined_));
+  const Leads leads = LeadsTo(table.name, joined_.TakeNew(reading.joins_looked_for));
   if (leads.empty()) return;
   std::vector<std::vector<Value>> rows = Rows(table, leads, kMostRowsRead);
   // A join may lead to more than the case needs: whether the rows tell it whole shows when it is
@@ -261,20 +260,16 @@ void TouchedRows::ReadJoined(Reading& reading) {
 
 void TouchedRows::FollowRow(const TouchedTable& table, const std::vector<Value>& row) {
   for (size_t i = 0; i < row.size(); ++i) {
-    if (!IsKey(table.columns[i])) continue;
-    if (IsPositiveInteger(row[i])) joined_.numbers.insert(ToText(row[i]));
-    if (IsNonemptyText(row[i])) joined_.texts.insert(row[i].text());
+    if (IsKey(table.columns[i])) joined_.Add(row[i]);
   }
 }
 
 void TouchedRows::FollowWhole(Reading& reading) {
   const TouchedTable& table = tables_[reading.table];
-  const Known looked_for = std::exchange(reading.looked_for, known_);
-  const auto numbers = Minus(known_.numbers, looked_for.numbers);
-  const auto texts = Minus(known_.texts, looked_for.texts);
+  const Known keys = known_.TakeNew(reading.looked_for);
   for (size_t i = 0; i < table.columns.size(); ++i) {
     if (!IsKey(table.columns[i])) continue;
-    const std::set<std::string>& values = IsTextKey(table.columns[i]) ? texts : numbers;
+    const std::set<std::string>& values = keys.KeysOf(table.columns[i]);
     if (values.empty()) continue;
     std::map<std::string, std::vector<const std::vector<Value>*>> found;
     for (const std::vector<Value>& row : table.rows) {

@@ -43,6 +43,13 @@ class TouchedRows {
  private:
   struct Known {
     std::set<std::string> numbers, texts;
+
+    // A value that may be a key; others lead nowhere.
+    void Add(const Value& value);
+    // What keys of the column are looked for among.
+    const std::set<std::string>& KeysOf(std::string_view column) const;
+    // What `earlier` lacks; it has all of this afterwards.
+    Known TakeNew(Known& earlier) const;
   };
   // By column, the values whose rows are read.
   using Leads = std::map<std::string, std::set<std::string, CaselessLess>>;
@@ -59,8 +66,8 @@ class TouchedRows {
   void Read(const std::string& name);
   void ReadMore(Reading& reading);
   void ReadJoined(Reading& reading);
-  // The values of `known` that were not `looked_for` and lead to rows of the table.
-  Leads LeadsTo(const std::string& table, const Known& known, const Known& looked_for);
+  // What of `keys` leads to rows of the table.
+  Leads LeadsTo(const std::string& table, const Known& keys);
   // Rows of the table as they are now, `most` and one more at most.
   std::vector<std::vector<Value>> Rows(TouchedTable& table, const Leads& leads, int most);
   // Adds those that were not read before.
