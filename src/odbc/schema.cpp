@@ -68,7 +68,7 @@ std::string TypeOf(const Rows& columns, size_t row) {
 void KeepRowsOf(std::string_view table, Rows& columns) {
   Rows kept{columns.names, {}};
   for (size_t row = 0; row < columns.RowCount(); ++row) {
-    if (UpperCase(CellText(columns, row, kTableName)) != UpperCase(table)) continue;
+    if (!EqualsIgnoringCase(CellText(columns, row, kTableName), table)) continue;
     for (size_t i = 0; i < columns.names.size(); ++i) {
       kept.cells.push_back(columns.ValueAt(row, i));
     }

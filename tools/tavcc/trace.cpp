@@ -28,14 +28,6 @@ std::string Indented(std::string text) {
   return text;
 }
 
-std::string OutcomeText(const LoggedStatement& statement) {
-  if (statement.error) return ErrorText(*statement.error);
-  if (statement.rows >= 0) {
-    return statement.rows == 1 ? Say("1 row") : Say("{} rows", statement.rows);
-  }
-  return Translated("done");
-}
-
 // Shows rows below their statement, or says whose they are where another one was sent meanwhile.
 StatementObserver OnStandardError(int rows) {
   const auto last = std::make_shared<std::shared_ptr<const SeenRows>>();
@@ -81,9 +73,17 @@ StatementObserver TraceWithoutRows(const CommonOptions& options) {
   return OnStandardError(0);
 }
 
+std::string OutcomeText(const LoggedStatement& statement) {
+  if (statement.error) return ErrorText(*statement.error);
+  if (statement.rows < 0) return "";
+  return statement.rows == 1 ? Say("1 row") : Say("{} rows", statement.rows);
+}
+
 std::string SentText(const LoggedStatement& statement) {
-  std::string text = fmt::format("> {}\n{}{}, {:.3f} ms", Indented(ShowStatement(statement)),
-                                 kLineIndent, OutcomeText(statement), statement.milliseconds);
+  const std::string outcome = OutcomeText(statement);
+  std::string text =
+      fmt::format("> {}\n{}{}, {:.3f} ms", Indented(ShowStatement(statement)), kLineIndent,
+                  outcome.empty() ? Translated("done") : outcome, statement.milliseconds);
   if (const std::string from = PlaceText(statement.from); !from.empty()) text += ", " + from;
   if (!statement.gate.empty()) text += Say(", gate \"{}\"", Translated(statement.gate));
   for (const ProcedureParameter& output : statement.outputs) {

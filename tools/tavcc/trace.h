@@ -24,6 +24,9 @@ StatementObserver TraceForJson(const CommonOptions& options);
 // more there were, and how many of the `in_all` (-1 where that is not known) were not looked at.
 std::string SeenRowsText(const SeenRows& seen, int in_all, int most, std::string_view indent = "");
 
+// What a statement came to: its error, or how many rows it answered with; empty where it has none.
+std::string OutcomeText(const LoggedStatement& statement);
+
 // A statement as --trace shows it: with what came of it, its time, its sender and its gate; and its
 // rows, as far as they were seen and kept, but not more than `most`.
 std::string SentText(const LoggedStatement& statement);

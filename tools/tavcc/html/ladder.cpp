@@ -7,6 +7,7 @@
 #include "tavcc/html/page.h"
 #include "tavcc/html/table.h"
 #include "tavcc/output.h"
+#include "tavcc/trace.h"
 
 namespace tavcc {
 namespace {
@@ -84,20 +85,14 @@ void WriteRung(HtmlWriter& html, const Rung& rung) {
   WriteDetails(html, rung);
 }
 
-// What a statement came to: its error, or how many rows it answered with.
-std::string CameTo(const LoggedStatement& statement) {
-  if (statement.error) return ErrorText(*statement.error);
-  if (statement.rows < 0) return "";
-  return statement.rows == 1 ? Say("1 row") : Say("{} rows", statement.rows);
-}
-
 void WriteSentStatement(HtmlWriter& html, const LoggedStatement& statement) {
   const auto item = html.Open("li");
   const auto fold = html.Open("details", {{"open", statement.error ? "open" : ""}});
   {
     const auto summary = html.Open("summary");
     html.Leaf("span", DurationText(statement.milliseconds), {{"class", "faint"}});
-    html.Leaf("span", CameTo(statement), {{"class", statement.error ? "name failed" : "name"}});
+    html.Leaf("span", OutcomeText(statement),
+              {{"class", statement.error ? "name failed" : "name"}});
     WriteCode(html, ShowStatement(statement));
   }
   const auto list = html.Open("dl");
