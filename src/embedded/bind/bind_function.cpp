@@ -32,7 +32,8 @@ constexpr PartFunction kPartFunctions[] = {
     {"YEAR", DatePart::kYear}, {"MONTH", DatePart::kMonth}, {"DAY", DatePart::kDay}};
 
 // `parts`: arguments that are words, counted in messages only.
-void RequireCount(const FunctionExpression& function, size_t least, size_t most, size_t parts = 0) {
+void CheckArgumentCount(const FunctionExpression& function, size_t least, size_t most,
+                        size_t parts = 0) {
   const size_t count = function.arguments.size();
   if (count >= least && count <= most) return;
   if (least == most)
@@ -105,7 +106,7 @@ BoundExpressionPtr Binder::BindFunction(const FunctionExpression& function, cons
   }
   if (function.star || function.distinct) Raise(errors::kSyntaxNear, "*");
   if (const auto* session = FindByName(kSessionFunctions, name)) {
-    RequireCount(function, 0, 0);
+    CheckArgumentCount(function, 0, 0);
     return std::make_unique<BoundSessionValue>(session->value, session->type);
   }
   if (EqualsIgnoringCase(name, "ISNULL")) return BindIsNull(function, scope);
@@ -113,7 +114,7 @@ BoundExpressionPtr Binder::BindFunction(const FunctionExpression& function, cons
   if (EqualsIgnoringCase(name, "NULLIF")) return BindNullIf(function, scope);
   if (EqualsIgnoringCase(name, "IIF")) RaiseUnsupported("IIF");
   if (const auto* part = FindByName(kPartFunctions, name)) {
-    RequireCount(function, 1, 1);
+    CheckArgumentCount(function, 1, 1);
     const FunctionRule& rule = *FindFunction("DATEPART");
     auto call = std::make_unique<BoundCall>(rule, kIntType);
     call->date_part = static_cast<int>(part->part);
@@ -135,7 +136,7 @@ BoundExpressionPtr Binder::BindAggregate(const FunctionExpression& function, Agg
     if (aggregate != Aggregate::kCount) Raise(errors::kSyntaxNear, "*");
     return std::make_unique<BoundAggregate>(aggregate, kIntType);
   }
-  RequireCount(function, 1, 1);
+  CheckArgumentCount(function, 1, 1);
   aggregates_->inside = true;
   auto operand = Bind(*function.arguments[0], scope);
   aggregates_->inside = false;
@@ -155,7 +156,7 @@ BoundExpressionPtr Binder::AggregateOperand(Aggregate aggregate, BoundExpression
 
 // ISNULL has the type of its first argument; the second is converted to it.
 BoundExpressionPtr Binder::BindIsNull(const FunctionExpression& function, const Scope& scope) {
-  RequireCount(function, 2, 2);
+  CheckArgumentCount(function, 2, 2);
   static constexpr FunctionRule kRule{Function::kIsNull, "ISNULL", "aa", FunctionResult::kFirst};
   auto first = Bind(*function.arguments[0], scope);
   auto second = Bind(*function.arguments[1], scope);
@@ -169,7 +170,7 @@ BoundExpressionPtr Binder::BindIsNull(const FunctionExpression& function, const 
 
 // COALESCE(a, b) is CASE WHEN a IS NOT NULL THEN a ELSE b END.
 BoundExpressionPtr Binder::BindCoalesce(const FunctionExpression& function, const Scope& scope) {
-  RequireCount(function, 2, 1000);
+  CheckArgumentCount(function, 2, 1000);
   std::vector<BoundCase::When> whens;
   for (size_t i = 0; i + 1 < function.arguments.size(); ++i) {
     auto condition = std::make_unique<BoundIsNull>();
@@ -193,7 +194,7 @@ BoundExpressionPtr Binder::BindCoalesce(const FunctionExpression& function, cons
 
 // NULLIF(a, b) is CASE WHEN a = b THEN NULL ELSE a END.
 BoundExpressionPtr Binder::BindNullIf(const FunctionExpression& function, const Scope& scope) {
-  RequireCount(function, 2, 2);
+  CheckArgumentCount(function, 2, 2);
   auto first = Bind(*function.arguments[0], scope);
   if (first->type.kind == TypeKind::kNull) Raise(errors::kNullIfOfNull);
   std::vector<BoundCase::When> whens;
@@ -265,7 +266,7 @@ BoundExpressionPtr Binder::BindCall(const FunctionExpression& function, const Fu
   const size_t least = std::min(letters.find('|'), letters.size());
   std::string all(letters);
   std::erase(all, '|');
-  RequireCount(function, least, all.size(), date_part < 0 ? 0 : 1);
+  CheckArgumentCount(function, least, all.size(), date_part < 0 ? 0 : 1);
   std::vector<BoundExpressionPtr> arguments;
   bool nullable = !rule.arguments.empty();
   for (size_t i = 0; i < function.arguments.size(); ++i) {

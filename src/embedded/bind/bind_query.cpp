@@ -25,7 +25,7 @@ SqlType ResultType(const SqlType& type) {
   return type.kind == TypeKind::kNull ? kIntType : type;
 }
 
-void RequireOwnColumn(const BoundExpression& key, const std::vector<const BoundSource*>& sources) {
+void CheckOwnColumn(const BoundExpression& key, const std::vector<const BoundSource*>& sources) {
   bool own = false;
   ForEachExpression(key, [&](const BoundExpression& inner) {
     const auto* column = As<BoundColumn>(inner);
@@ -102,7 +102,7 @@ BoundQueryPtr Binder::BindBlock(const Query& query, const Scope* parent) {
   aggregates.refusal = errors::kAggregateInGroupBy;
   for (const auto& key : block.group_by) {
     select.group_by.push_back(Bind(*key, scope));
-    RequireOwnColumn(*select.group_by.back(), scope.sources);
+    CheckOwnColumn(*select.group_by.back(), scope.sources);
   }
   aggregates.refusal.reset();
   aggregates.windows = true;

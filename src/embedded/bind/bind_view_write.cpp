@@ -12,9 +12,9 @@ namespace tavcc::sql {
 namespace {
 
 // The errors of a view, and of a derived table.
-enum class Refusal : uint8_t { kGrouped, kSeveralTables, kDerivedColumn, kUnion };
+enum class NotUpdatable : uint8_t { kGrouped, kSeveralTables, kDerivedColumn, kUnion };
 
-[[noreturn]] void Refuse(const BoundSource& target, Refusal refusal) {
+[[noreturn]] void RaiseNotUpdatable(const BoundSource& target, NotUpdatable refusal) {
   static constexpr errors::Number kNumbers[][2] = {
       {errors::kViewWithAggregates, errors::kDerivedTableWithAggregates},
       {errors::kViewOfSeveralTables, errors::kDerivedTableOfSeveralTables},
@@ -37,7 +37,7 @@ BaseColumn Resolve(const BoundSource& source, int column) {
 }
 
 // Adds the row number of `base` to the query of `source`, in which it stands; the new column's
-// place. Errors: Refusal::kGrouped on the way.
+// place. Errors: NotUpdatable::kGrouped on the way.
 int AddRowNumber(BoundSource& source, const BoundSource& base, const BoundSource& target);
 
 // Nothing when `base` does not stand in `from`.
@@ -67,7 +67,7 @@ BoundExpressionPtr RowNumberIn(BoundFrom& from, const BoundSource& base,
 
 int AddRowNumber(BoundSource& source, const BoundSource& base, const BoundSource& target) {
   BoundSelect& select = *source.query->select;
-  if (select.grouped || select.distinct) Refuse(target, Refusal::kGrouped);
+  if (select.grouped || select.distinct) RaiseNotUpdatable(target, NotUpdatable::kGrouped);
   auto number = RowNumberIn(*select.from, base, target);
   const SourceColumn column{"", number->type, true, false};
   select.items.push_back({std::move(number), "", -1});
@@ -79,11 +79,11 @@ int AddRowNumber(BoundSource& source, const BoundSource& base, const BoundSource
 // The one table that the rows of `source` come from.
 const BoundSource& OnlyBase(const BoundSource& source, const BoundSource& target) {
   if (source.table) return source;
-  if (source.block() == nullptr) Refuse(target, Refusal::kUnion);
+  if (source.block() == nullptr) RaiseNotUpdatable(target, NotUpdatable::kUnion);
   const BoundSelect& select = *source.block();
-  if (select.grouped || select.distinct) Refuse(target, Refusal::kGrouped);
-  if (!select.from) Refuse(target, Refusal::kDerivedColumn);
-  if (!select.from->source) Refuse(target, Refusal::kSeveralTables);
+  if (select.grouped || select.distinct) RaiseNotUpdatable(target, NotUpdatable::kGrouped);
+  if (!select.from) RaiseNotUpdatable(target, NotUpdatable::kDerivedColumn);
+  if (!select.from->source) RaiseNotUpdatable(target, NotUpdatable::kSeveralTables);
   return OnlyBase(*select.from->source, target);
 }
 
@@ -97,8 +97,9 @@ int RequireColumn(const BoundSource& source, const std::string& name) {
 void AddBaseColumn(const BoundSource& target, const std::string& name, const BoundSource*& base,
                    std::vector<int>& columns) {
   const BaseColumn column = Resolve(target, RequireColumn(target, name));
-  if (column.table == nullptr) Refuse(target, Refusal::kDerivedColumn);
-  if (base != nullptr && base != column.table) Refuse(target, Refusal::kSeveralTables);
+  if (column.table == nullptr) RaiseNotUpdatable(target, NotUpdatable::kDerivedColumn);
+  if (base != nullptr && base != column.table)
+    RaiseNotUpdatable(target, NotUpdatable::kSeveralTables);
   base = column.table;
   columns.push_back(column.column);
 }

@@ -13,7 +13,7 @@ namespace tavcc::sql {
 namespace {
 
 // Errors: 174, 10755.
-void RequireArguments(const FunctionExpression& function, const WindowRule& rule) {
+void CheckWindowArguments(const FunctionExpression& function, const WindowRule& rule) {
   const size_t count = function.arguments.size();
   if (!function.star && count >= rule.least && count <= rule.most) return;
   const auto least = static_cast<int64_t>(rule.least);
@@ -23,7 +23,7 @@ void RequireArguments(const FunctionExpression& function, const WindowRule& rule
 }
 
 // A constant puts nothing in order. Errors: 5308, a number that could be meant for a column; 5309.
-void RequireOrder(const Expression& expression) {
+void CheckWindowOrder(const Expression& expression) {
   if (expression.kind == Expression::Kind::kUnary) {
     const auto& unary = static_cast<const UnaryExpression&>(expression);
     if (unary.operand->kind == Expression::Kind::kLiteral) Raise(errors::kConstantOrderInWindow);
@@ -50,7 +50,7 @@ BoundExpressionPtr Binder::BindWindow(const FunctionExpression& function, const 
   if (function.distinct) Raise(errors::kDistinctInWindow);
   const WindowClause& over = *function.over;
   if (rule != nullptr) {
-    RequireArguments(function, *rule);
+    CheckWindowArguments(function, *rule);
     if (over.frame && !rule->frame) Raise(errors::kFrameNotAllowed, name);
     if (over.order_by.empty()) Raise(errors::kWindowWithoutOrderBy, name);
   }
@@ -123,7 +123,7 @@ BoundExpressionPtr Binder::BindWindowArgument(const Expression& argument, size_t
 void Binder::BindOver(const WindowClause& over, BoundWindow& window, const Scope& scope) {
   for (const auto& key : over.partition_by) window.partition_by.push_back(Bind(*key, scope));
   for (const OrderItem& item : over.order_by) {
-    RequireOrder(*item.expression);
+    CheckWindowOrder(*item.expression);
     BoundOrder order;
     order.descending = item.descending;
     order.expression = Bind(*item.expression, scope);

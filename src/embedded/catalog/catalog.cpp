@@ -23,7 +23,7 @@ std::string CreateViewText(const CreateViewStatement& view) {
   return "CREATE VIEW " + BracketName(view.name.last()) + columns + " AS " + view.text;
 }
 
-void RequireOwnSchema(const ObjectName& name, std::string_view statement) {
+void CheckOwnSchema(const ObjectName& name, std::string_view statement) {
   if (name.parts.size() == 1) return;
   const std::string& schema = name.parts[name.parts.size() - 2];
   if (name.parts.size() > 2) Raise(errors::kDatabasePrefixNotAllowed, statement);
@@ -134,12 +134,12 @@ void Catalog::DropIndex(const TablePtr& table, std::string_view index) {
 }
 
 void Catalog::CreateView(const CreateViewStatement& view) {
-  RequireOwnSchema(view.name, "CREATE VIEW");
+  CheckOwnSchema(view.name, "CREATE VIEW");
   objects_.Add(view.name.last(), CreateViewText(view));
 }
 
 void Catalog::CreateProcedure(const CreateProcedureStatement& procedure) {
-  RequireOwnSchema(procedure.name, "CREATE/ALTER PROCEDURE");
+  CheckOwnSchema(procedure.name, "CREATE/ALTER PROCEDURE");
   objects_.Add(procedure.name.last(), procedure.text);
 }
 

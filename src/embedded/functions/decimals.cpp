@@ -36,14 +36,14 @@ struct Shape {
   }
 };
 
-void GiveStatus(Context context, DecimalStatus status, const Shape& shape,
-                const WideInteger& value) {
+void ReturnStatus(Context context, DecimalStatus status, const Shape& shape,
+                  const WideInteger& value) {
   if (status == DecimalStatus::kDivideByZero) return Fail(context, errors::kDivideByZero);
   if (status == DecimalStatus::kOverflow) return FailOverflow(context, shape.result.kind);
   ReturnCoefficient(context, value);
 }
 
-bool GiveSmall(Context context, const Shape& shape, int64_t value) {
+bool ReturnSmall(Context context, const Shape& shape, int64_t value) {
   if (!shape.Holds(value)) return false;
   sqlite3_result_int64(context, value);
   return true;
@@ -92,7 +92,7 @@ void ComputeWide(Context context, Arguments arguments, const Shape& shape) {
   const DecimalStatus status =
       operation(CoefficientOf(arguments[0]), shape.scale_a, CoefficientOf(arguments[1]),
                 shape.scale_b, shape.result, &result);
-  GiveStatus(context, status, shape, result);
+  ReturnStatus(context, status, shape, result);
 }
 
 template <bool subtract>
@@ -104,7 +104,7 @@ void AddOrSubtract(Context context, int, Arguments arguments) {
       AlignSmall(arguments, shape, &small)) {
     const bool overflow = subtract ? __builtin_sub_overflow(small.a, small.b, &result)
                                    : __builtin_add_overflow(small.a, small.b, &result);
-    if (!overflow && GiveSmall(context, shape, result)) return;
+    if (!overflow && ReturnSmall(context, shape, result)) return;
   }
   ComputeWide<subtract ? SubtractDecimals : AddDecimals>(context, arguments, shape);
 }
@@ -115,7 +115,7 @@ void Multiply(Context context, int, Arguments arguments) {
   if (BothSmall(arguments) && !__builtin_mul_overflow(sqlite3_value_int64(arguments[0]),
                                                       sqlite3_value_int64(arguments[1]), &result)) {
     const int scale = shape.scale_a + shape.scale_b;
-    if (ScaleDown(result, scale - shape.scale, &result) && GiveSmall(context, shape, result))
+    if (ScaleDown(result, scale - shape.scale, &result) && ReturnSmall(context, shape, result))
       return;
   }
   ComputeWide<MultiplyDecimals>(context, arguments, shape);
@@ -129,7 +129,7 @@ void Divide(Context context, int, Arguments arguments) {
     if (b == 0) return Fail(context, errors::kDivideByZero);
     if (b != -1 && ScaleUp(sqlite3_value_int64(arguments[0]),
                            shape.scale + shape.scale_b - shape.scale_a, &a)) {
-      if (GiveSmall(context, shape, a / b)) return;
+      if (ReturnSmall(context, shape, a / b)) return;
     }
   }
   ComputeWide<DivideDecimals>(context, arguments, shape);
@@ -179,16 +179,16 @@ void Order(Context context, int, Arguments arguments) {
 }
 
 // From scale_a to the result's scale and range; for values that are exact there already.
-void GiveAt(Context context, const Shape& shape, WideInteger value, int scale) {
+void ReturnAt(Context context, const Shape& shape, WideInteger value, int scale) {
   Rescale(&value, scale, shape.scale);
   const bool fits = FitsScaled(value, shape.result);
-  GiveStatus(context, fits ? DecimalStatus::kOk : DecimalStatus::kOverflow, shape, value);
+  ReturnStatus(context, fits ? DecimalStatus::kOk : DecimalStatus::kOverflow, shape, value);
 }
 
 void Sign(Context context, int, Arguments arguments) {
   const WideInteger value = CoefficientOf(arguments[0]);
   const int sign = value.IsZero() ? 0 : value.IsNegative() ? -1 : 1;
-  GiveAt(context, Shape(arguments[1]), WideInteger::FromInt64(sign), 0);
+  ReturnAt(context, Shape(arguments[1]), WideInteger::FromInt64(sign), 0);
 }
 
 template <bool up>
@@ -201,7 +201,7 @@ void ToWhole(Context context, int, Arguments arguments) {
   back.MultiplyByPowerOf10(shape.scale_a);
   const bool inexact = WideInteger::Compare(back, value) != 0;
   if (inexact && value.IsNegative() != up) whole.Add(WideInteger::FromInt64(up ? 1 : -1));
-  GiveAt(context, shape, whole, 0);
+  ReturnAt(context, shape, whole, 0);
 }
 
 void Round(Context context, int, Arguments arguments) {
@@ -214,7 +214,7 @@ void Round(Context context, int, Arguments arguments) {
   if (!cut && IsIntegerValue(arguments[0])) {
     int64_t value = sqlite3_value_int64(arguments[0]);
     const bool done = ScaleDown(value, drop, &value) && ScaleUp(value, drop, &value);
-    if (done && shape.scale == shape.scale_a && GiveSmall(context, shape, value)) return;
+    if (done && shape.scale == shape.scale_a && ReturnSmall(context, shape, value)) return;
   }
   WideInteger value = CoefficientOf(arguments[0]);
   if (cut) {
@@ -223,7 +223,7 @@ void Round(Context context, int, Arguments arguments) {
     value.RoundDigits(drop);
   }
   value.MultiplyByPowerOf10(drop);
-  GiveAt(context, shape, value, shape.scale_a);
+  ReturnAt(context, shape, value, shape.scale_a);
 }
 
 void Power(Context context, int, Arguments arguments) {

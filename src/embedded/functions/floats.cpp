@@ -9,7 +9,7 @@ namespace tavcc::sql::internal {
 namespace {
 
 template <TypeKind kind>
-void Give(Context context, double value) {
+void ReturnChecked(Context context, double value) {
   constexpr bool kReal = kind == TypeKind::kReal;
   constexpr double kLimit =
       kReal ? double{std::numeric_limits<float>::max()} : std::numeric_limits<double>::max();
@@ -22,10 +22,10 @@ void ComputeFloat(Context context, int, Arguments arguments) {
   const double a = sqlite3_value_double(arguments[0]);
   const double b = sqlite3_value_double(arguments[1]);
   if (operation == '/' && b == 0) return Fail(context, errors::kDivideByZero);
-  Give<kind>(context, operation == '+'   ? a + b
-                      : operation == '-' ? a - b
-                      : operation == '*' ? a * b
-                                         : a / b);
+  ReturnChecked<kind>(context, operation == '+'   ? a + b
+                               : operation == '-' ? a - b
+                               : operation == '*' ? a * b
+                                                  : a / b);
 }
 
 void RoundFloat(Context context, int, Arguments arguments) {
@@ -40,7 +40,7 @@ void RoundFloat(Context context, int, Arguments arguments) {
   const double scaled = digits >= 0 ? value * unit : value / unit;
   if (std::isinf(scaled)) return sqlite3_result_double(context, value);
   const double whole = cut ? std::trunc(scaled) : std::round(scaled);
-  Give<TypeKind::kFloat>(context, digits >= 0 ? whole / unit : whole * unit);
+  ReturnChecked<TypeKind::kFloat>(context, digits >= 0 ? whole / unit : whole * unit);
 }
 
 void SignOfFloat(Context context, int, Arguments arguments) {
@@ -55,7 +55,7 @@ template <Formula formula>
 void Apply(Context context, int, Arguments arguments) {
   const double result = formula(sqlite3_value_double(arguments[0]));
   if (std::isnan(result)) return Fail(context, errors::kInvalidFloatOperation);
-  Give<TypeKind::kFloat>(context, result);
+  ReturnChecked<TypeKind::kFloat>(context, result);
 }
 
 constexpr double kUndefined = std::numeric_limits<double>::quiet_NaN();
@@ -71,7 +71,7 @@ void PowerOfFloat(Context context, int, Arguments arguments) {
   if (base == 0 && exponent < 0) return Fail(context, errors::kDivideByZero);
   const double result = std::pow(base, exponent);
   if (std::isnan(result)) return Fail(context, errors::kInvalidFloatOperation);
-  Give<TypeKind::kFloat>(context, result);
+  ReturnChecked<TypeKind::kFloat>(context, result);
 }
 
 constexpr auto kFloat = TypeKind::kFloat;

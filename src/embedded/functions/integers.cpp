@@ -11,7 +11,7 @@ namespace tavcc::sql::internal {
 namespace {
 
 template <TypeKind kind>
-void Give(Context context, bool overflow, int64_t value) {
+void ReturnChecked(Context context, bool overflow, int64_t value) {
   if (overflow || !IsInRange(kind, value)) {
     FailOverflow(context, kind);
     return;
@@ -27,7 +27,7 @@ void ComputeInteger(Context context, int, Arguments arguments) {
   const bool overflow = operation == '+'   ? __builtin_add_overflow(a, b, &result)
                         : operation == '-' ? __builtin_sub_overflow(a, b, &result)
                                            : __builtin_mul_overflow(a, b, &result);
-  Give<kind>(context, overflow, result);
+  ReturnChecked<kind>(context, overflow, result);
 }
 
 // The smallest 64-bit number divided by -1 is the one quotient that does not fit.
@@ -41,7 +41,7 @@ void Divide(Context context, int, Arguments arguments) {
   const int64_t b = sqlite3_value_int64(arguments[1]);
   if (b == 0) return Fail(context, errors::kDivideByZero);
   const bool overflow = IsUndefinedDivision(a, b);
-  Give<kind>(context, overflow, overflow ? 0 : a / b);
+  ReturnChecked<kind>(context, overflow, overflow ? 0 : a / b);
 }
 
 template <TypeKind kind>
@@ -57,7 +57,7 @@ void Negate(Context context, int, Arguments arguments) {
   int64_t result = 0;
   const bool overflow =
       __builtin_sub_overflow(int64_t{0}, sqlite3_value_int64(arguments[0]), &result);
-  Give<kind>(context, overflow, result);
+  ReturnChecked<kind>(context, overflow, result);
 }
 
 template <TypeKind kind>
@@ -83,7 +83,7 @@ void Round(Context context, int, Arguments arguments) {
   if (!cut && distance >= unit - distance) {
     overflow = __builtin_add_overflow(result, rest < 0 ? -unit : unit, &result);
   }
-  Give<kind>(context, overflow, result);
+  ReturnChecked<kind>(context, overflow, result);
 }
 
 template <TypeKind kind>

@@ -22,14 +22,14 @@ class Pattern {
 
   // Whether the element at `at` takes the folded character; *next is where the following one
   // begins.
-  bool Takes(size_t at, uint32_t code, size_t* next) const {
+  bool MatchesElement(size_t at, uint32_t code, size_t* next) const {
     const Utf8Character element = FoldedAt(text_, at);
     if (Escaped(at) && at + element.size < text_.size()) {
       const Utf8Character literal = DecodeAt(text_, at + element.size);
       *next = at + element.size + literal.size;
       return FoldOf(literal.code) == code;
     }
-    if (text_[at] == '[') return SetTakes(at, code, next);
+    if (text_[at] == '[') return MatchesSet(at, code, next);
     *next = at + element.size;
     return element.code == code || text_[at] == '_';
   }
@@ -40,7 +40,7 @@ class Pattern {
   }
 
   // "[a-z_]", "[^0-9]". A bracket without its end takes nothing.
-  bool SetTakes(size_t at, uint32_t code, size_t* next) const {
+  bool MatchesSet(size_t at, uint32_t code, size_t* next) const {
     size_t i = at + 1;
     const bool negated = i < text_.size() && text_[i] == '^';
     if (negated) ++i;
@@ -90,7 +90,7 @@ bool Matches(std::string_view text, const Pattern& pattern, size_t p) {
     if (t < text.size() && p < pattern.size()) {
       const Utf8Character character = FoldedAt(text, t);
       size_t next = p;
-      if (pattern.Takes(p, character.code, &next)) {
+      if (pattern.MatchesElement(p, character.code, &next)) {
         p = next;
         t += character.size;
         continue;

@@ -18,7 +18,7 @@ bool IsBinaryValue(sqlite3_value* value) {
 }
 
 // Units `begin` up to `end` of the argument; bytes of a binary one.
-void GivePart(Context context, sqlite3_value* value, size_t begin, size_t end) {
+void ReturnPart(Context context, sqlite3_value* value, size_t begin, size_t end) {
   if (IsBinaryValue(value)) {
     const auto* bytes = static_cast<const char*>(sqlite3_value_blob(value));
     const auto size = static_cast<size_t>(sqlite3_value_bytes(value));
@@ -36,7 +36,7 @@ void GivePart(Context context, sqlite3_value* value, size_t begin, size_t end) {
 void Left(Context context, int, Arguments arguments) {
   const int64_t count = sqlite3_value_int64(arguments[1]);
   if (count < 0) return Fail(context, errors::kInvalidLength);
-  GivePart(context, arguments[0], 0, static_cast<size_t>(count));
+  ReturnPart(context, arguments[0], 0, static_cast<size_t>(count));
 }
 
 size_t UnitsOf(sqlite3_value* value) {
@@ -48,7 +48,7 @@ void Right(Context context, int, Arguments arguments) {
   const int64_t count = sqlite3_value_int64(arguments[1]);
   if (count < 0) return Fail(context, errors::kInvalidLengthOf, {"RIGHT"});
   const size_t units = UnitsOf(arguments[0]);
-  GivePart(context, arguments[0], units - std::min(units, static_cast<size_t>(count)), units);
+  ReturnPart(context, arguments[0], units - std::min(units, static_cast<size_t>(count)), units);
 }
 
 // SUBSTRING('abc', 0, 2) is 'a': position 0 is before the text and takes one of the two.
@@ -59,7 +59,7 @@ void Substring(Context context, int, Arguments arguments) {
   if (length < 0) return Fail(context, errors::kInvalidLength);
   const int64_t begin = std::max<int64_t>(start - 1, 0);
   const int64_t end = std::max(start - 1 + length, begin);
-  GivePart(context, arguments[0], static_cast<size_t>(begin), static_cast<size_t>(end));
+  ReturnPart(context, arguments[0], static_cast<size_t>(begin), static_cast<size_t>(end));
 }
 
 void Length(Context context, int, Arguments arguments) {

@@ -85,18 +85,18 @@ const BoundQuery* ShownBy(const BoundSelect& select) {
   return select.from->source->query.get();
 }
 
-bool ComesApart(const BoundQuery& query) {
+bool IsSeparable(const BoundQuery& query) {
   if (!query.order_by.empty()) return false;
   if (query.recursion != 0) return false;
   if (!query.select) {
     return (query.set_operator == Query::SetOperator::kUnion ||
             query.set_operator == Query::SetOperator::kUnionAll) &&
-           ComesApart(*query.left) && ComesApart(*query.right);
+           IsSeparable(*query.left) && IsSeparable(*query.right);
   }
   const BoundSelect& select = *query.select;
   if (select.top || select.windowed || !OnlyLeavesOutEqualRows(select)) return false;
   const BoundQuery* shown = ShownBy(select);
-  return shown == nullptr || ComesApart(*shown);
+  return shown == nullptr || IsSeparable(*shown);
 }
 
 BoundConditionPtr NoneOf(BoundFromPtr from, BoundConditionPtr where) {
@@ -121,7 +121,7 @@ class AntiJoin final : public StatementPass {
     const BoundSource* missed = FindAntiJoined(remove);
     if (missed == nullptr) return;
     std::vector<BoundConditionPtr> where;
-    for (BoundConditionPtr& conjunct : TakeApart(std::move(remove.where))) {
+    for (BoundConditionPtr& conjunct : SplitConjuncts(std::move(remove.where))) {
       if (!Mentions(*conjunct, *missed)) where.push_back(std::move(conjunct));
     }
     BoundFromPtr right = std::move(remove.from->right);
@@ -155,7 +155,7 @@ class AntiJoin final : public StatementPass {
     }
     std::vector<BoundConditionPtr> conditions;
     conditions.push_back(shown.Copy(on));
-    for (BoundConditionPtr& conjunct : TakeApart(std::move(select.where))) {
+    for (BoundConditionPtr& conjunct : SplitConjuncts(std::move(select.where))) {
       conditions.push_back(std::move(conjunct));
     }
     where.push_back(NoneOf(std::move(select.from), All(std::move(conditions))));
@@ -172,7 +172,7 @@ const BoundSource* FindAntiJoined(const BoundDelete& remove) {
   if (from.join != BoundFrom::Join::kLeft || !from.right->source) return nullptr;
   const BoundSource& source = *from.right->source;
   if (&source == remove.target) return nullptr;
-  if (source.query && !ComesApart(*source.query)) return nullptr;
+  if (source.query && !IsSeparable(*source.query)) return nullptr;
   std::vector<int> matched;
   bool simple = true;
   ForEachConjunct(from.on.get(), [&](const BoundCondition& conjunct) {

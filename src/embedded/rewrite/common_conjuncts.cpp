@@ -46,7 +46,7 @@ class CommonConjuncts final : public StatementPass {
     bool nothing_left = false;  // of a side, so that the others say no more than what is common
     for (BoundConditionPtr& side : sides) {
       Conditions rest;
-      for (BoundConditionPtr& conjunct : TakeApart(std::move(side))) {
+      for (BoundConditionPtr& conjunct : SplitConjuncts(std::move(side))) {
         if (Holds(common, *conjunct)) continue;
         const bool is_common = &side == &sides.front() && JoinsColumns(*conjunct) &&
                                std::ranges::all_of(sides, [&](const BoundConditionPtr& other) {

@@ -8,17 +8,17 @@
 namespace tavcc::sql {
 namespace {
 
-void TakeApart(BoundConditionPtr condition, std::vector<BoundConditionPtr>& out) {
+void SplitConjuncts(BoundConditionPtr condition, std::vector<BoundConditionPtr>& out) {
   BoundLogical* const all = AsConjunction(*condition);
   if (all == nullptr) return out.push_back(std::move(condition));
-  for (auto& operand : all->operands) TakeApart(std::move(operand), out);
+  for (auto& operand : all->operands) SplitConjuncts(std::move(operand), out);
 }
 
 }  // namespace
 
-std::vector<BoundConditionPtr> TakeApart(BoundConditionPtr condition) {
+std::vector<BoundConditionPtr> SplitConjuncts(BoundConditionPtr condition) {
   std::vector<BoundConditionPtr> out;
-  if (condition) TakeApart(std::move(condition), out);
+  if (condition) SplitConjuncts(std::move(condition), out);
   return out;
 }
 
@@ -31,13 +31,13 @@ BoundConditionPtr All(std::vector<BoundConditionPtr> conditions) {
 }
 
 void AddInFront(BoundConditionPtr& where, BoundConditionPtr condition) {
-  std::vector<BoundConditionPtr> all = TakeApart(std::move(where));
+  std::vector<BoundConditionPtr> all = SplitConjuncts(std::move(where));
   all.insert(all.begin(), std::move(condition));
   where = All(std::move(all));
 }
 
 void AddBehind(BoundConditionPtr& where, BoundConditionPtr condition) {
-  std::vector<BoundConditionPtr> all = TakeApart(std::move(where));
+  std::vector<BoundConditionPtr> all = SplitConjuncts(std::move(where));
   all.push_back(std::move(condition));
   where = All(std::move(all));
 }

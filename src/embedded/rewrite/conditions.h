@@ -10,7 +10,7 @@ void AddInFront(BoundConditionPtr& where, BoundConditionPtr condition);
 void AddBehind(BoundConditionPtr& where, BoundConditionPtr condition);
 
 // The operands of an AND, those of inner ones too, or the condition itself.
-std::vector<BoundConditionPtr> TakeApart(BoundConditionPtr condition);
+std::vector<BoundConditionPtr> SplitConjuncts(BoundConditionPtr condition);
 
 // They all, by AND; the only one itself; null for none.
 BoundConditionPtr All(std::vector<BoundConditionPtr> conditions);

@@ -66,7 +66,7 @@ std::optional<int64_t> AtScaleOf(const BoundLiteral& literal, const SqlType& typ
   return value.ToInt64();
 }
 
-void LearnRange(ColumnRange& range, Op op, int64_t value) {
+void NarrowRange(ColumnRange& range, Op op, int64_t value) {
   if (op == Op::kNotEqual) {
     range.not_zero = range.not_zero || value == 0;
     return;
@@ -79,10 +79,10 @@ void LearnRange(ColumnRange& range, Op op, int64_t value) {
 }
 
 // |x| compared with a value that is not negative.
-void LearnAbsolute(ColumnRange& range, Op op, int64_t value) {
+void NarrowByAbsolute(ColumnRange& range, Op op, int64_t value) {
   if (op == Op::kLess || op == Op::kLessEqual || op == Op::kEqual) {
-    LearnRange(range, Op::kGreaterEqual, -value);
-    LearnRange(range, Op::kLessEqual, value);
+    NarrowRange(range, Op::kGreaterEqual, -value);
+    NarrowRange(range, Op::kLessEqual, value);
   }
   const bool above = op == Op::kGreater || ((op == Op::kGreaterEqual || op == Op::kEqual) && value);
   if (above || (op == Op::kNotEqual && value == 0)) range.not_zero = true;
@@ -105,8 +105,8 @@ Op Mirrored(Op op) {
 
 // Adds what a condition says of the column; the slot of the literal that it says it by, -1 for a
 // constant, nothing when it says nothing.
-std::optional<int> Learn(ColumnRange& range, const BoundCondition& condition,
-                         const BoundSource& source, int column) {
+std::optional<int> InferRange(ColumnRange& range, const BoundCondition& condition,
+                              const BoundSource& source, int column) {
   const auto* comparison = As<BoundComparison>(condition);
   if (comparison == nullptr) return {};
   const BoundLiteral* literal = AsLiteral(*comparison->right);
@@ -123,9 +123,9 @@ std::optional<int> Learn(ColumnRange& range, const BoundCondition& condition,
   const Op op = mirrored ? Mirrored(comparison->op) : comparison->op;
   range.any = true;
   if (absolute != nullptr) {
-    LearnAbsolute(range, op, *value);
+    NarrowByAbsolute(range, op, *value);
   } else {
-    LearnRange(range, op, *value);
+    NarrowRange(range, op, *value);
   }
   return literal->slot;
 }
@@ -159,7 +159,7 @@ bool FilterFollows(const Key& key, const BoundSource& source, const BoundConditi
   return std::ranges::all_of(key.filter, [&](const KeyFilter& filter) {
     ColumnRange range;
     ForEachConjunct(where, [&](const BoundCondition& conjunct) {
-      const auto slot = Learn(range, conjunct, source, filter.column);
+      const auto slot = InferRange(range, conjunct, source, filter.column);
       if (slot && *slot >= 0) literals.push_back(*slot);
     });
     return Follows(filter, range, source.columns[static_cast<size_t>(filter.column)].type);

@@ -27,10 +27,10 @@ bool ShowsItsQuery(const BoundInsert& insert) {
          std::ranges::all_of(table.columns, &Column::nullable);
 }
 
-BoundSource* SourceOf(BoundFrom& from, const TablePtr& table) {
+BoundSource* FindSource(BoundFrom& from, const TablePtr& table) {
   if (from.source) return from.source->table == table ? from.source.get() : nullptr;
-  BoundSource* const source = SourceOf(*from.left, table);
-  return source != nullptr ? source : SourceOf(*from.right, table);
+  BoundSource* const source = FindSource(*from.left, table);
+  return source != nullptr ? source : FindSource(*from.right, table);
 }
 
 // The columns of the query in the order of the table's; `columns` are those that it fills.
@@ -49,7 +49,7 @@ bool ReadInPlace(BoundInsert& insert, BoundDelete& remove) {
   if (!IsOn(RewriteRule::kReadOnceVariable) || !ShowsItsQuery(insert)) return false;
   // Rows that are found through a view are not rows of the query's tables.
   if (remove.row_column >= 0) return false;
-  BoundSource* const source = SourceOf(*remove.from, insert.table);
+  BoundSource* const source = FindSource(*remove.from, insert.table);
   if (source == nullptr || source == remove.target) return false;
   Reorder(*insert.query, insert.columns);
   insert.query->columns = source->columns;

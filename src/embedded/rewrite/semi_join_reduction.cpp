@@ -85,10 +85,10 @@ bool IsGathered(const BoundSource& source) {
 }
 
 // The query of a derived table that stands in `from`; null for a table.
-BoundQuery* QueryOf(BoundFrom& from, const BoundSource& source) {
+BoundQuery* FindQuery(BoundFrom& from, const BoundSource& source) {
   if (from.source) return from.source.get() == &source ? from.source->query.get() : nullptr;
-  BoundQuery* const query = QueryOf(*from.left, source);
-  return query != nullptr ? query : QueryOf(*from.right, source);
+  BoundQuery* const query = FindQuery(*from.left, source);
+  return query != nullptr ? query : FindQuery(*from.right, source);
 }
 
 // The keys, copied anew for each block that they are asked of.
@@ -183,7 +183,7 @@ bool SemiJoinReduction::ReduceQuery(BoundQuery& query, size_t column, const Make
         std::ranges::any_of(select.group_by, [&](const auto& by) { return AreSame(*by, *key); });
     if (!grouping) return false;
   }
-  BoundQuery* const inside = QueryOf(*select.from, *key->source);
+  BoundQuery* const inside = FindQuery(*select.from, *key->source);
   if (inside != nullptr && ReduceQuery(*inside, static_cast<size_t>(key->column), keys)) {
     return true;
   }

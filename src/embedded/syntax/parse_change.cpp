@@ -11,7 +11,7 @@ constexpr size_t kMaxRows = 1000;
 // The table that a statement changes, and its hints, which have no effect.
 ObjectName Parser::TakeTarget() {
   if (At(Keyword::kOPENQUERY) || At(Keyword::kOPENROWSET) || At(Keyword::kOPENDATASOURCE))
-    Unsupported(KeywordText(Peek().keyword));
+    RaiseUnsupported(KeywordText(Peek().keyword));
   ObjectName name = TakeTableName();
   std::vector<std::string> hints;
   if (At(Keyword::kWITH) && AtSymbol("(", 1)) {
@@ -23,8 +23,8 @@ ObjectName Parser::TakeTarget() {
   return name;
 }
 
-void Parser::RefuseOutputClause() {
-  if (AtWord("OUTPUT")) Unsupported("the OUTPUT clause");
+void Parser::CheckNoOutputClause() {
+  if (AtWord("OUTPUT")) RaiseUnsupported("the OUTPUT clause");
 }
 
 ConditionPtr Parser::ParseOptionalWhere(std::string& current_of) {
@@ -40,7 +40,7 @@ ConditionPtr Parser::ParseOptionalWhere(std::string& current_of) {
 
 StatementPtr Parser::ParseInsert() {
   auto insert = MakeAt<InsertStatement>(Take().line);
-  if (At(Keyword::kTOP)) Unsupported("INSERT TOP");
+  if (At(Keyword::kTOP)) RaiseUnsupported("INSERT TOP");
   Accept(Keyword::kINTO);
   insert->table = TakeTarget();
   if (AtSymbol("(") && !At(Keyword::kSELECT, 1) && !AtSymbol("(", 1)) {
@@ -49,7 +49,7 @@ StatementPtr Parser::ParseInsert() {
     while (AcceptSymbol(","));
     ExpectSymbol(")");
   }
-  RefuseOutputClause();
+  CheckNoOutputClause();
   if (At(Keyword::kVALUES)) {
     ParseRows(*insert);
   } else if (Accept(Keyword::kDEFAULT)) {
@@ -57,7 +57,7 @@ StatementPtr Parser::ParseInsert() {
   } else if (At(Keyword::kEXEC) || At(Keyword::kEXECUTE)) {
     insert->execute = ParseExecute();
   } else {
-    if (!At(Keyword::kSELECT) && !AtSymbol("(")) Unexpected();
+    if (!At(Keyword::kSELECT) && !AtSymbol("(")) RaiseUnexpected();
     insert->query = ParseQuery();
     ParseQueryOption();
   }
@@ -74,20 +74,20 @@ void Parser::ParseRows(InsertStatement& insert) {
     while (AcceptSymbol(","));
     ExpectSymbol(")");
     insert.rows.push_back(std::move(row));
-    if (insert.rows.size() > kMaxRows) Fail(errors::kTooManyRowValues, {});
+    if (insert.rows.size() > kMaxRows) Raise(errors::kTooManyRowValues, {});
   } while (AcceptSymbol(","));
 }
 
 StatementPtr Parser::ParseUpdate() {
   auto update = MakeAt<UpdateStatement>(Take().line);
-  if (At(Keyword::kSTATISTICS)) Unsupported("UPDATE STATISTICS");
+  if (At(Keyword::kSTATISTICS)) RaiseUnsupported("UPDATE STATISTICS");
   update->top = ParseOptionalTop();
-  if (update->top && update->top->with_ties) Fail(errors::kSyntaxNearKeyword, {"WITH"});
+  if (update->top && update->top->with_ties) Raise(errors::kSyntaxNearKeyword, {"WITH"});
   update->target = TakeTarget();
   Expect(Keyword::kSET);
   do update->assignments.push_back(ParseAssignment());
   while (AcceptSymbol(","));
-  RefuseOutputClause();
+  CheckNoOutputClause();
   if (Accept(Keyword::kFROM)) update->from = ParseFromList();
   update->where = ParseOptionalWhere(update->current_of);
   ParseQueryOption();
@@ -108,7 +108,7 @@ Assignment Parser::ParseAssignment() {
   } else {
     auto column = MakeAt<ColumnExpression>(Line());
     column->name = TakeObjectName();
-    if (AtSymbol("(")) Unsupported("methods of column types");
+    if (AtSymbol("(")) RaiseUnsupported("methods of column types");
     assignment.column_name = column->name;
     if (!AtSymbol("=")) {
       assignment.column = assignment.column_name.last();
@@ -129,7 +129,7 @@ ExpressionPtr Parser::ParseCompound(ExpressionPtr target) {
   const bool compound =
       Peek().kind == TokenKind::kSymbol && symbol.size() == 2 && symbol.back() == '=';
   const OperatorRule* const rule = compound ? FindOperator(symbol.substr(0, 1)) : nullptr;
-  if (rule == nullptr) Unexpected();
+  if (rule == nullptr) RaiseUnexpected();
   Take();
   const int line = target->line;
   return Binary(rule->op, std::move(target), ParseExpression(), line);
@@ -138,10 +138,10 @@ ExpressionPtr Parser::ParseCompound(ExpressionPtr target) {
 StatementPtr Parser::ParseDelete() {
   auto statement = MakeAt<DeleteStatement>(Take().line);
   statement->top = ParseOptionalTop();
-  if (statement->top && statement->top->with_ties) Fail(errors::kSyntaxNearKeyword, {"WITH"});
+  if (statement->top && statement->top->with_ties) Raise(errors::kSyntaxNearKeyword, {"WITH"});
   Accept(Keyword::kFROM);
   statement->target = TakeTarget();
-  RefuseOutputClause();
+  CheckNoOutputClause();
   if (Accept(Keyword::kFROM)) statement->from = ParseFromList();
   statement->where = ParseOptionalWhere(statement->current_of);
   ParseQueryOption();
@@ -153,7 +153,7 @@ StatementPtr Parser::ParseTruncate() {
   auto truncate = MakeAt<TruncateStatement>(Take().line);
   Expect(Keyword::kTABLE);
   truncate->table = TakeObjectName();
-  if (At(Keyword::kWITH) && AtSymbol("(", 1)) Unsupported("TRUNCATE TABLE of partitions");
+  if (At(Keyword::kWITH) && AtSymbol("(", 1)) RaiseUnsupported("TRUNCATE TABLE of partitions");
   return truncate;
 }
 

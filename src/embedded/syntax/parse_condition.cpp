@@ -12,8 +12,8 @@ ConditionPtr Parser::ParseCondition() {
 ConditionPtr Parser::ToCondition(Parsed parsed) {
   if (parsed.condition) return std::move(parsed.condition);
   const Token near = Peek().kind == TokenKind::kEnd ? last_ : Token(Peek());
-  if (near.kind >= TokenKind::kUnclosedQuote) Unexpected();
-  Fail(errors::kNoCondition, {Shown(Inside(near))});
+  if (near.kind >= TokenKind::kUnclosedQuote) RaiseUnexpected();
+  Raise(errors::kNoCondition, {Excerpt(Inside(near))});
 }
 
 Parser::Parsed Parser::ParseConditionOrValue() {
@@ -46,8 +46,8 @@ Parser::Parsed Parser::ParseNegation() {
 
 Parser::Parsed Parser::ParsePredicate() {
   if (At(Keyword::kEXISTS)) return {nullptr, ParseExists(), nullptr};
-  if (At(Keyword::kCONTAINS) || At(Keyword::kFREETEXT)) Unsupported("full-text search");
-  if (At(Keyword::kUPDATE) && AtSymbol("(", 1)) Unsupported("UPDATE() of triggers");
+  if (At(Keyword::kCONTAINS) || At(Keyword::kFREETEXT)) RaiseUnsupported("full-text search");
+  if (At(Keyword::kUPDATE) && AtSymbol("(", 1)) RaiseUnsupported("UPDATE() of triggers");
   Parsed left = ParseOperators(Precedence::kSum);
   if (left.condition) return left;
   const auto predicate = [&](ConditionPtr condition) {
@@ -106,7 +106,7 @@ ConditionPtr Parser::ParseIs(ExpressionPtr operand) {
   auto is_null = MakeAt<IsNullCondition>(operand->line);
   Take();
   is_null->negated = Accept(Keyword::kNOT);
-  if (At(Keyword::kDISTINCT)) Unsupported("IS DISTINCT FROM");
+  if (At(Keyword::kDISTINCT)) RaiseUnsupported("IS DISTINCT FROM");
   Expect(Keyword::kNULL);
   is_null->operand = std::move(operand);
   return is_null;

@@ -5,8 +5,8 @@
 
 namespace tavcc::sql {
 
-void Parser::RequireFirstInBatch(std::string_view what) {
-  if (!first_statement_) Fail(errors::kNotFirstInBatch, {what});
+void Parser::CheckFirstInBatch(std::string_view what) {
+  if (!first_statement_) Raise(errors::kNotFirstInBatch, {what});
 }
 
 StatementPtr Parser::ParseCreate() {
@@ -21,29 +21,29 @@ StatementPtr Parser::ParseCreate() {
     case Keyword::kINDEX:
       return ParseCreateIndex(line);
     case Keyword::kVIEW:
-      RequireFirstInBatch("CREATE VIEW");
+      CheckFirstInBatch("CREATE VIEW");
       return ParseCreateView(line);
     case Keyword::kPROC:
     case Keyword::kPROCEDURE:
-      RequireFirstInBatch("CREATE/ALTER PROCEDURE");
+      CheckFirstInBatch("CREATE/ALTER PROCEDURE");
       return ParseCreateProcedure(line, begin);
     case Keyword::kOR:
-      Unsupported("CREATE OR ALTER");
+      RaiseUnsupported("CREATE OR ALTER");
     default:
       break;
   }
-  if (Peek().kind != TokenKind::kWord) Unexpected();
-  Unsupported("CREATE " + std::string(Peek().text));
+  if (Peek().kind != TokenKind::kWord) RaiseUnexpected();
+  RaiseUnsupported("CREATE " + std::string(Peek().text));
 }
 
 StatementPtr Parser::ParseCreateTable(int line) {
   Take();
   auto create = MakeAt<CreateTableStatement>(line);
   create->name = TakeObjectName();
-  if (At(Keyword::kAS)) Unsupported("CREATE TABLE AS");
+  if (At(Keyword::kAS)) RaiseUnsupported("CREATE TABLE AS");
   create->definition = ParseTableDefinition();
   if (Accept(Keyword::kON)) TakeName();  // a file group
-  if (At(Keyword::kWITH) && AtSymbol("(", 1)) Unsupported("options of CREATE TABLE");
+  if (At(Keyword::kWITH) && AtSymbol("(", 1)) RaiseUnsupported("options of CREATE TABLE");
   return create;
 }
 
@@ -73,7 +73,7 @@ StatementPtr Parser::ParseCreateView(int line) {
   auto create = MakeAt<CreateViewStatement>(line);
   create->name = TakeObjectName();
   if (AtSymbol("(")) create->columns = TakeNameList();
-  if (At(Keyword::kWITH)) Unsupported("options of CREATE VIEW");
+  if (At(Keyword::kWITH)) RaiseUnsupported("options of CREATE VIEW");
   Expect(Keyword::kAS);
   const size_t begin = Begin();
   const Constants constants(*this);
@@ -81,9 +81,9 @@ StatementPtr Parser::ParseCreateView(int line) {
   create->query = ParseQuery();
   create->query->with = TakeWith();
   create->text = TextBetween(begin, last_.end);
-  if (At(Keyword::kWITH)) Unsupported("WITH CHECK OPTION");
+  if (At(Keyword::kWITH)) RaiseUnsupported("WITH CHECK OPTION");
   AcceptSemicolons();
-  if (Peek().kind != TokenKind::kEnd) Unexpected();  // a view is alone in its batch
+  if (Peek().kind != TokenKind::kEnd) RaiseUnexpected();  // a view is alone in its batch
   return create;
 }
 
@@ -92,7 +92,7 @@ StatementPtr Parser::ParseCreateProcedure(int line, size_t begin) {
   Take();
   auto create = MakeAt<CreateProcedureStatement>(line);
   create->name = TakeObjectName();
-  if (AtSymbol(";")) Unsupported("numbered procedures");
+  if (AtSymbol(";")) RaiseUnsupported("numbered procedures");
   const Constants constants(*this);
   const bool bracketed = AtSymbol("(") && Peek(1).kind == TokenKind::kVariable;
   if (bracketed) Take();
@@ -101,13 +101,13 @@ StatementPtr Parser::ParseCreateProcedure(int line, size_t begin) {
     while (AcceptSymbol(","));
   if (bracketed) ExpectSymbol(")");
   if (Accept(Keyword::kWITH) && !AcceptWord("RECOMPILE"))
-    Unsupported("options of CREATE PROCEDURE other than RECOMPILE");
-  if (At(Keyword::kFOR)) Unsupported("FOR REPLICATION");
+    RaiseUnsupported("options of CREATE PROCEDURE other than RECOMPILE");
+  if (At(Keyword::kFOR)) RaiseUnsupported("FOR REPLICATION");
   Expect(Keyword::kAS);
-  if (AtWord("EXTERNAL") || At(Keyword::kEXTERNAL)) Unsupported("external procedures");
+  if (AtWord("EXTERNAL") || At(Keyword::kEXTERNAL)) RaiseUnsupported("external procedures");
   first_statement_ = false;
   create->body = ParseStatementsToEnd();
-  if (create->body.empty()) Unexpected();
+  if (create->body.empty()) RaiseUnexpected();
   create->text = TextBetween(begin, lexer_.text().size());
   return create;
 }
@@ -116,12 +116,12 @@ ParameterDefinition Parser::ParseParameter() {
   ParameterDefinition parameter;
   parameter.name = TakeVariable();
   Accept(Keyword::kAS);
-  if (At(Keyword::kCURSOR)) Unsupported("cursor parameters");
+  if (At(Keyword::kCURSOR)) RaiseUnsupported("cursor parameters");
   parameter.type = ParseType();
   if (At(Keyword::kNULL)) Take();  // every parameter takes nulls
   if (AcceptSymbol("=")) parameter.default_value = ParseExpression();
   parameter.output = AcceptWord("OUTPUT") || AcceptWord("OUT");
-  if (AtWord("READONLY")) Unsupported("table-valued parameters");
+  if (AtWord("READONLY")) RaiseUnsupported("table-valued parameters");
   return parameter;
 }
 
@@ -142,8 +142,8 @@ StatementPtr Parser::ParseDrop() {
       drop->what = DropStatement::What::kIndex;
       break;
     default:
-      if (Peek().kind != TokenKind::kWord) Unexpected();
-      Unsupported("DROP " + std::string(Peek().text));
+      if (Peek().kind != TokenKind::kWord) RaiseUnexpected();
+      RaiseUnsupported("DROP " + std::string(Peek().text));
   }
   Take();
   if (Accept(Keyword::kIF)) {
@@ -160,31 +160,31 @@ StatementPtr Parser::ParseDrop() {
 StatementPtr Parser::ParseDropIndex(std::unique_ptr<DropStatement> drop) {
   ObjectName name = TakeObjectName();
   if (Accept(Keyword::kON)) {
-    if (name.parts.size() > 1) Unexpected();
+    if (name.parts.size() > 1) RaiseUnexpected();
     drop->on_table = TakeObjectName();
   } else {
-    if (name.parts.size() < 2) Unexpected();
+    if (name.parts.size() < 2) RaiseUnexpected();
     drop->on_table.parts.assign(name.parts.begin(), name.parts.end() - 1);
     name.parts.erase(name.parts.begin(), name.parts.end() - 1);
   }
   drop->names.push_back(std::move(name));
-  if (AtSymbol(",")) Unsupported("DROP INDEX of several indexes");
+  if (AtSymbol(",")) RaiseUnsupported("DROP INDEX of several indexes");
   return drop;
 }
 
 StatementPtr Parser::ParseAlter() {
   const int line = Take().line;
   if (!At(Keyword::kTABLE)) {
-    if (Peek().kind != TokenKind::kWord) Unexpected();
-    Unsupported("ALTER " + std::string(Peek().text));
+    if (Peek().kind != TokenKind::kWord) RaiseUnexpected();
+    RaiseUnsupported("ALTER " + std::string(Peek().text));
   }
   Take();
   auto alter = MakeAt<AlterTableAddStatement>(line);
   alter->name = TakeObjectName();
   if (Accept(Keyword::kWITH) && !Accept(Keyword::kCHECK)) Expect(Keyword::kNOCHECK);
   if (!Accept(Keyword::kADD)) {
-    if (Peek().kind != TokenKind::kWord) Unexpected();
-    Unsupported("ALTER TABLE " + std::string(Peek().text));
+    if (Peek().kind != TokenKind::kWord) RaiseUnexpected();
+    RaiseUnsupported("ALTER TABLE " + std::string(Peek().text));
   }
   do ParseTableElement(alter->definition);
   while (AcceptSymbol(","));
@@ -216,16 +216,16 @@ void Parser::ParseTableElement(TableDefinition& table) {
       ParseTableConstraint(table, {});
       return;
     case Keyword::kINDEX:
-      Unsupported("indexes inside CREATE TABLE");
+      RaiseUnsupported("indexes inside CREATE TABLE");
     default:
       ParseColumn(table);
   }
 }
 
 void Parser::ParseTableConstraint(TableDefinition& table, std::string name) {
-  if (At(Keyword::kCHECK)) Unsupported("CHECK constraints");
-  if (At(Keyword::kFOREIGN)) Unsupported("FOREIGN KEY constraints");
-  if (At(Keyword::kDEFAULT)) Unsupported("DEFAULT constraints outside of a column");
+  if (At(Keyword::kCHECK)) RaiseUnsupported("CHECK constraints");
+  if (At(Keyword::kFOREIGN)) RaiseUnsupported("FOREIGN KEY constraints");
+  if (At(Keyword::kDEFAULT)) RaiseUnsupported("DEFAULT constraints outside of a column");
   KeyDefinition key;
   key.name = std::move(name);
   key.primary = Accept(Keyword::kPRIMARY);
@@ -267,8 +267,8 @@ void Parser::ParseColumn(TableDefinition& table) {
   ColumnDefinition column;
   column.line = Line();
   column.name = TakeName();
-  if (At(Keyword::kAS)) Unsupported("computed columns");
-  if (AtSymbol(",") || AtSymbol(")")) Fail(errors::kColumnWithoutType, {column.name});
+  if (At(Keyword::kAS)) RaiseUnsupported("computed columns");
+  if (AtSymbol(",") || AtSymbol(")")) Raise(errors::kColumnWithoutType, {column.name});
   column.type = ParseType();
   while (ParseColumnOption(column)) {
   }
@@ -294,7 +294,7 @@ bool Parser::ParseColumnOption(ColumnDefinition& column) {
     case Keyword::kDEFAULT:
       Take();
       column.default_value = ParseExpression();
-      if (At(Keyword::kWITH) && At(Keyword::kVALUES, 1)) Unsupported("DEFAULT … WITH VALUES");
+      if (At(Keyword::kWITH) && At(Keyword::kVALUES, 1)) RaiseUnsupported("DEFAULT … WITH VALUES");
       return true;
     case Keyword::kPRIMARY:
     case Keyword::kUNIQUE:
@@ -304,19 +304,19 @@ bool Parser::ParseColumnOption(ColumnDefinition& column) {
       SkipKeyOptions();
       return true;
     case Keyword::kCHECK:
-      Unsupported("CHECK constraints");
+      RaiseUnsupported("CHECK constraints");
     case Keyword::kREFERENCES:
     case Keyword::kFOREIGN:
-      Unsupported("FOREIGN KEY constraints");
+      RaiseUnsupported("FOREIGN KEY constraints");
     case Keyword::kCOLLATE:
-      Unsupported("COLLATE");
+      RaiseUnsupported("COLLATE");
     case Keyword::kROWGUIDCOL:
-      Unsupported("ROWGUIDCOL");
+      RaiseUnsupported("ROWGUIDCOL");
     default:
       break;
   }
   if (AtWord("SPARSE") || AtWord("FILESTREAM") || AtWord("MASKED") || AtWord("GENERATED"))
-    Unsupported("the column option " + std::string(Peek().text));
+    RaiseUnsupported("the column option " + std::string(Peek().text));
   return false;
 }
 
@@ -330,17 +330,17 @@ void Parser::ParseIdentity(ColumnDefinition& column) {
     column.identity_increment = ParseSignedInteger();
     ExpectSymbol(")");
   }
-  if (At(Keyword::kNOT) && At(Keyword::kFOR, 1)) Unsupported("NOT FOR REPLICATION");
+  if (At(Keyword::kNOT) && At(Keyword::kFOR, 1)) RaiseUnsupported("NOT FOR REPLICATION");
 }
 
 int64_t Parser::ParseSignedInteger() {
   const bool negative = AcceptSymbol("-");
   if (!negative) AcceptSymbol("+");
-  if (Peek().kind != TokenKind::kInteger) Unexpected();
+  if (Peek().kind != TokenKind::kInteger) RaiseUnexpected();
   const Token token = Take();
   int64_t value = 0;
   const char* const end = token.text.data() + token.text.size();
-  if (std::from_chars(token.text.data(), end, value).ec != std::errc()) UnexpectedAt(token);
+  if (std::from_chars(token.text.data(), end, value).ec != std::errc()) RaiseUnexpectedAt(token);
   return negative ? -value : value;
 }
 
@@ -352,14 +352,14 @@ TypeName Parser::ParseType() {
     type.name = "float";
     return type;
   }
-  if (At(Keyword::kNATIONAL)) Unsupported("NATIONAL CHARACTER");
-  if (At(Keyword::kCURSOR)) Unsupported("cursor variables");
+  if (At(Keyword::kNATIONAL)) RaiseUnsupported("NATIONAL CHARACTER");
+  if (At(Keyword::kCURSOR)) RaiseUnsupported("cursor variables");
   ObjectName name = TakeObjectName();
-  if (name.parts.size() > 1) Unsupported("types with a schema");
+  if (name.parts.size() > 1) RaiseUnsupported("types with a schema");
   type.name = name.last();
-  if (At(Keyword::kVARYING)) Unsupported("CHARACTER VARYING");
+  if (At(Keyword::kVARYING)) RaiseUnsupported("CHARACTER VARYING");
   if (AtSymbol("(")) ParseTypeArguments(type);
-  if (At(Keyword::kCOLLATE)) Unsupported("COLLATE");
+  if (At(Keyword::kCOLLATE)) RaiseUnsupported("COLLATE");
   return type;
 }
 
@@ -370,13 +370,13 @@ void Parser::ParseTypeArguments(TypeName& type) {
       type.arguments.push_back(SqlType::kMax);
       continue;
     }
-    if (Peek().kind != TokenKind::kInteger) Unexpected();
+    if (Peek().kind != TokenKind::kInteger) RaiseUnexpected();
     const Token token = Take();
     int value = 0;
     const char* const end = token.text.data() + token.text.size();
     const bool fits = std::from_chars(token.text.data(), end, value).ec == std::errc();
     if (!fits || value > 0x7FFF)
-      Fail(errors::kInvalidLengthSpecification, {Line(), token.text.substr(0, 40)});
+      Raise(errors::kInvalidLengthSpecification, {Line(), token.text.substr(0, 40)});
     type.arguments.push_back(value);
   } while (AcceptSymbol(","));
   ExpectSymbol(")");

@@ -24,7 +24,7 @@ bool IsOneOf(std::string_view word, std::initializer_list<std::string_view> uppe
       upper_words, [&](std::string_view upper) { return EqualsIgnoringCase(word, upper); });
 }
 
-bool TakesDatePart(const ObjectName& name) {
+bool HasDatePart(const ObjectName& name) {
   return name.parts.size() == 1 &&
          IsOneOf(name.last(), {"DATEDIFF", "DATEDIFF_BIG", "DATEADD", "DATEPART", "DATENAME"});
 }
@@ -54,7 +54,7 @@ ExpressionPtr Parser::ToExpression(Parsed parsed) {
     subquery->query = std::move(parsed.query);
     return subquery;
   }
-  if (!parsed.expression) Unexpected();
+  if (!parsed.expression) RaiseUnexpected();
   return std::move(parsed.expression);
 }
 
@@ -75,7 +75,7 @@ Parser::Parsed Parser::ParseOperators(Precedence precedence) {
   Chain chain(*this);
   Parsed left = parse_operand();
   if (left.condition) return left;
-  if (precedence == Precedence::kProduct && At(Keyword::kCOLLATE)) Unsupported("COLLATE");
+  if (precedence == Precedence::kProduct && At(Keyword::kCOLLATE)) RaiseUnsupported("COLLATE");
   while (Peek().kind == TokenKind::kSymbol) {
     const OperatorRule* const rule = FindOperator(Peek().text);
     if (rule == nullptr || rule->precedence != precedence) break;
@@ -127,8 +127,8 @@ Parser::Parsed Parser::ParsePrimary() {
     default:
       break;
   }
-  if (AtSymbol("{")) Unsupported("ODBC escapes");
-  if (!AtSymbol("(")) Unexpected();
+  if (AtSymbol("{")) RaiseUnsupported("ODBC escapes");
+  if (!AtSymbol("(")) RaiseUnexpected();
   return ParseBracket();
 }
 
@@ -184,7 +184,7 @@ ExpressionPtr Parser::ParseLiteral() {
       break;
   }
   if (CountedDigits(token.text) > SqlType::kMaxPrecision)
-    Fail(errors::kNumberOutOfRange, {"number", Shown(token.text)});
+    Raise(errors::kNumberOutOfRange, {"number", Excerpt(token.text)});
   return literal;
 }
 
@@ -229,24 +229,24 @@ ExpressionPtr Parser::ParseKeywordValue() {
       return call;
     }
     case Keyword::kTRY_CONVERT:
-      Unsupported("TRY_CONVERT");
+      RaiseUnsupported("TRY_CONVERT");
     case Keyword::kIDENTITY:
-      Unsupported("the IDENTITY function");
+      RaiseUnsupported("the IDENTITY function");
     case Keyword::kIDENTITYCOL:
     case Keyword::kROWGUIDCOL:
-      Unsupported("IDENTITYCOL and ROWGUIDCOL");
+      RaiseUnsupported("IDENTITYCOL and ROWGUIDCOL");
     case Keyword::kALL:
     case Keyword::kANY:
     case Keyword::kSOME:
-      if (AtSymbol("(", 1)) Unsupported("ALL, ANY and SOME");
-      Unexpected();
+      if (AtSymbol("(", 1)) RaiseUnsupported("ALL, ANY and SOME");
+      RaiseUnexpected();
     default:
-      Unexpected();
+      RaiseUnexpected();
   }
 }
 
 ExpressionPtr Parser::ParseKeywordCall() {
-  if (!AtSymbol("(", 1)) Unexpected();
+  if (!AtSymbol("(", 1)) RaiseUnexpected();
   const int line = Line();
   ObjectName name{{LowerCase(Take().text)}};
   return ParseCallOf(std::move(name), line);
@@ -258,10 +258,10 @@ ExpressionPtr Parser::ParseNameOrCall() {
     if (AtWord("CAST")) return ParseCast();
     if (AtWord("IIF")) return ParseIif();
     if (AtWord("TRY_CAST") || AtWord("TRY_PARSE") || AtWord("PARSE"))
-      Unsupported("TRY_CAST, PARSE and TRY_PARSE");
+      RaiseUnsupported("TRY_CAST, PARSE and TRY_PARSE");
   }
   ObjectName name = TakeObjectName();
-  if (AtSymbol(":") && AtSymbol(":", 1)) Unsupported("static methods of types");
+  if (AtSymbol(":") && AtSymbol(":", 1)) RaiseUnsupported("static methods of types");
   if (AtSymbol("(")) return ParseCallOf(std::move(name), line);
   auto column = MakeAt<ColumnExpression>(line);
   column->name = std::move(name);
@@ -276,10 +276,10 @@ ExpressionPtr Parser::ParseCallOf(ObjectName name, int line) {
   ParseArguments(*call);
   ExpectSymbol(")");
   if ((AtWord("IGNORE") || AtWord("RESPECT")) && AtWord("NULLS", 1)) {
-    Unsupported("IGNORE NULLS and RESPECT NULLS");
+    RaiseUnsupported("IGNORE NULLS and RESPECT NULLS");
   }
   if (At(Keyword::kOVER)) call->over = ParseOver();
-  if (AtWord("WITHIN")) Unsupported("WITHIN GROUP");
+  if (AtWord("WITHIN")) RaiseUnsupported("WITHIN GROUP");
   return call;
 }
 
@@ -289,9 +289,9 @@ void Parser::ParseArguments(FunctionExpression& call) {
     call.star = true;
     return;
   }
-  if (TakesDatePart(call.name)) {
+  if (HasDatePart(call.name)) {
     if (Peek().kind != TokenKind::kWord || IsReserved(Peek().keyword))
-      Fail(errors::kInvalidDatePart, {1, LowerCase(call.name.last())});
+      Raise(errors::kInvalidDatePart, {1, LowerCase(call.name.last())});
     call.date_part = std::string(Take().text);
     if (!AcceptSymbol(",")) return;
   } else if (Accept(Keyword::kDISTINCT)) {

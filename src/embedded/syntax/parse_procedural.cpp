@@ -80,15 +80,15 @@ StatementPtr Parser::ParseSetVariable(int line) {
   auto set = MakeAt<SetVariableStatement>(line);
   auto variable = MakeAt<VariableExpression>(Line());
   set->variable = variable->name = TakeVariable();
-  if (AtSymbol(".")) Unsupported("methods and fields of variables");
-  if (AtSymbol("=") && At(Keyword::kCURSOR, 1)) Unsupported("cursor variables");
+  if (AtSymbol(".")) RaiseUnsupported("methods and fields of variables");
+  if (AtSymbol("=") && At(Keyword::kCURSOR, 1)) RaiseUnsupported("cursor variables");
   set->value = ParseCompound(std::move(variable));
   return set;
 }
 
 StatementPtr Parser::ParseSetOption(int line) {
   auto set = MakeAt<SetOptionStatement>(line);
-  if (Peek().kind != TokenKind::kWord) Unexpected();
+  if (Peek().kind != TokenKind::kWord) RaiseUnexpected();
   const Token option = Take();
   set->name = UpperCase(option.text);
   if (option.keyword == Keyword::kIDENTITY_INSERT) {
@@ -104,20 +104,20 @@ StatementPtr Parser::ParseSetOption(int line) {
   } else if (IsIn(kValueOptions, set->name)) {
     const size_t begin = Begin();
     if (!AcceptSymbol("-")) AcceptSymbol("+");
-    if (Peek().kind == TokenKind::kEnd || Peek().kind == TokenKind::kSymbol) Unexpected();
+    if (Peek().kind == TokenKind::kEnd || Peek().kind == TokenKind::kSymbol) RaiseUnexpected();
     Take();
     set->value = TextBetween(begin, last_.end);
   } else if (IsIn(kSwitches, set->name)) {
     ParseSwitches(*set);
   } else {
-    if (IsReserved(option.keyword)) UnexpectedAt(option);
-    Fail(errors::kUnknownFunction, {option.text, "SET option"});
+    if (IsReserved(option.keyword)) RaiseUnexpectedAt(option);
+    Raise(errors::kUnknownFunction, {option.text, "SET option"});
   }
   return set;
 }
 
 std::string Parser::TakeOnOrOff() {
-  if (!At(Keyword::kON) && !At(Keyword::kOFF)) Unexpected();
+  if (!At(Keyword::kON) && !At(Keyword::kOFF)) RaiseUnexpected();
   return UpperCase(Take().text);
 }
 
@@ -139,20 +139,20 @@ void Parser::ParseIsolationLevel(SetOptionStatement& set) {
 // The first switch is taken already; several may be set at once.
 void Parser::ParseSwitches(SetOptionStatement& set) {
   while (AcceptSymbol(",")) {
-    if (!IsIn(kSwitches, UpperCase(Peek().text))) Unexpected();
+    if (!IsIn(kSwitches, UpperCase(Peek().text))) RaiseUnexpected();
     set.name += "," + UpperCase(Take().text);
   }
   // Then "x" would be a text, and the batch would have been read wrongly.
   if (At(Keyword::kOFF) && (set.name.find("QUOTED_IDENTIFIER") != std::string::npos ||
                             set.name.find("ANSI_DEFAULTS") != std::string::npos))
-    Unsupported("QUOTED_IDENTIFIER OFF");
+    RaiseUnsupported("QUOTED_IDENTIFIER OFF");
   set.value = TakeOnOrOff();
 }
 
 // ---- Cursors ----
 
 std::string Parser::TakeCursorName() {
-  if (Peek().kind == TokenKind::kVariable) Unsupported("cursor variables");
+  if (Peek().kind == TokenKind::kVariable) RaiseUnsupported("cursor variables");
   if (AtWord("GLOBAL") && AtName(1)) Take();
   return TakeName();
 }
@@ -167,7 +167,7 @@ StatementPtr Parser::ParseDeclareCursor(int line) {
   ParseCursorOptions(*declare);
   Expect(Keyword::kFOR);
   ParseOptionalWith();
-  if (!At(Keyword::kSELECT) && !AtSymbol("(")) Unexpected();
+  if (!At(Keyword::kSELECT) && !AtSymbol("(")) RaiseUnexpected();
   declare->query = ParseQuery();
   declare->query->with = TakeWith();
   if (At(Keyword::kFOR) && At(Keyword::kREAD, 1)) {
@@ -207,11 +207,11 @@ void Parser::ParseCursorOptions(DeclareCursorStatement& declare) {
       forward_only = declare.read_only = true;
     } else if (!AcceptWord("GLOBAL") && !AcceptWord("SCROLL_LOCKS") && !AcceptWord("OPTIMISTIC") &&
                !AcceptWord("TYPE_WARNING")) {
-      Unexpected();
+      RaiseUnexpected();
     }
   }
   if (forward_only && declare.scroll)
-    Fail(errors::kConflictingCursorOptions, {"SCROLL", "FORWARD_ONLY"});
+    Raise(errors::kConflictingCursorOptions, {"SCROLL", "FORWARD_ONLY"});
   const bool standard = last_.keyword == Keyword::kCURSOR;
   if (declare.sight != Sight::kUnsaid && !forward_only && !standard) declare.scroll = true;
 }
@@ -219,7 +219,7 @@ void Parser::ParseCursorOptions(DeclareCursorStatement& declare) {
 StatementPtr Parser::ParseCursorStatement(CursorStatement::What what) {
   auto statement = MakeAt<CursorStatement>(Take().line);
   statement->what = what;
-  if (At(Keyword::kKEY) || AtWord("SYMMETRIC") || AtWord("MASTER")) Unsupported("keys");
+  if (At(Keyword::kKEY) || AtWord("SYMMETRIC") || AtWord("MASTER")) RaiseUnsupported("keys");
   statement->name = TakeCursorName();
   return statement;
 }
@@ -265,7 +265,7 @@ StatementPtr Parser::ParseFetch() {
 StatementPtr Parser::ParseExecute() {
   const int line = Take().line;
   if (AtSymbol("(")) return ParseExecuteText(line);
-  if (At(Keyword::kAS)) Unsupported("EXECUTE AS");
+  if (At(Keyword::kAS)) RaiseUnsupported("EXECUTE AS");
   return ParseCall(line);
 }
 
@@ -275,7 +275,7 @@ StatementPtr Parser::ParseExecuteText(int line) {
   ExpectSymbol("(");
   const auto part = [&]() -> ExpressionPtr {
     if (AtText()) return ParseLiteral();
-    if (Peek().kind != TokenKind::kVariable) Unexpected();
+    if (Peek().kind != TokenKind::kVariable) RaiseUnexpected();
     return ParseVariableReference();
   };
   Chain chain(*this);
@@ -287,7 +287,7 @@ StatementPtr Parser::ParseExecuteText(int line) {
     execute->text = Binary(BinaryExpression::Operator::kAdd, std::move(left), part(), left_line);
   }
   ExpectSymbol(")");
-  if (At(Keyword::kAS) || AtWord("AT")) Unsupported("EXECUTE of a text AS or AT");
+  if (At(Keyword::kAS) || AtWord("AT")) RaiseUnsupported("EXECUTE of a text AS or AT");
   return execute;
 }
 
@@ -298,13 +298,13 @@ StatementPtr Parser::ParseCall(int line) {
     Take();
   }
   if (Peek().kind == TokenKind::kVariable)
-    Unsupported("EXECUTE of a procedure that a variable names");
+    RaiseUnsupported("EXECUTE of a procedure that a variable names");
   call->name = TakeObjectName();
-  if (AtSymbol(";") && Peek(1).kind == TokenKind::kInteger) Unsupported("numbered procedures");
+  if (AtSymbol(";") && Peek(1).kind == TokenKind::kInteger) RaiseUnsupported("numbered procedures");
   if (AtExecuteArgument()) do
       call->arguments.push_back(ParseExecuteArgument());
     while (AcceptSymbol(","));
-  RequireNamesToTheEnd(*call);
+  CheckNamesToTheEnd(*call);
   if (At(Keyword::kWITH) && AtWord("RECOMPILE", 1)) {
     Take();
     Take();
@@ -312,11 +312,11 @@ StatementPtr Parser::ParseCall(int line) {
   return call;
 }
 
-void Parser::RequireNamesToTheEnd(const ExecuteProcedureStatement& call) {
+void Parser::CheckNamesToTheEnd(const ExecuteProcedureStatement& call) {
   bool named = false;
   for (size_t i = 0; i < call.arguments.size(); ++i) {
     if (named && call.arguments[i].parameter.empty()) {
-      FailAt(call.line, errors::kPositionalAfterNamedArgument, {static_cast<int64_t>(i) + 1});
+      RaiseAt(call.line, errors::kPositionalAfterNamedArgument, {static_cast<int64_t>(i) + 1});
     }
     named = !call.arguments[i].parameter.empty();
   }
@@ -353,14 +353,14 @@ ExecuteArgument Parser::ParseExecuteArgument() {
     auto unary = MakeAt<UnaryExpression>(token.line);
     unary->op =
         Take().text == "-" ? UnaryExpression::Operator::kMinus : UnaryExpression::Operator::kPlus;
-    if (Peek().kind < TokenKind::kInteger || Peek().kind > TokenKind::kFloat) Unexpected();
+    if (Peek().kind < TokenKind::kInteger || Peek().kind > TokenKind::kFloat) RaiseUnexpected();
     unary->operand = ParseLiteral();
     argument.value = std::move(unary);
   } else if (At(Keyword::kNULL) || token.kind == TokenKind::kVariable || AtText() ||
              (token.kind >= TokenKind::kInteger && token.kind <= TokenKind::kBinary)) {
     argument.value = ToExpression(ParsePrimary());
   } else {
-    Unexpected();
+    RaiseUnexpected();
   }
   argument.output = AcceptWord("OUTPUT") || AcceptWord("OUT");
   return argument;

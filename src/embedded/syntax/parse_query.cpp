@@ -18,7 +18,7 @@ QueryPtr Parser::ContinueQuery(QueryPtr first) {
   Chain chain(*this);
   QueryPtr left = ParseIntersection(std::move(first));
   while (At(Keyword::kUNION) || At(Keyword::kEXCEPT)) {
-    if (!left->order_by.empty()) Unexpected();  // only the whole is ordered
+    if (!left->order_by.empty()) RaiseUnexpected();  // only the whole is ordered
     Query::SetOperator op = Query::SetOperator::kExcept;
     if (Take().keyword == Keyword::kUNION)
       op = Accept(Keyword::kALL) ? Query::SetOperator::kUnionAll : Query::SetOperator::kUnion;
@@ -33,7 +33,7 @@ QueryPtr Parser::ParseIntersection(QueryPtr first) {
   Chain chain(*this);
   QueryPtr left = std::move(first);
   while (At(Keyword::kINTERSECT)) {
-    if (!left->order_by.empty()) Unexpected();
+    if (!left->order_by.empty()) RaiseUnexpected();
     Take();
     chain.Deepen();
     left = Combine(std::move(left), Query::SetOperator::kIntersect, ParseQueryTerm());
@@ -73,7 +73,7 @@ QueryPtr Parser::ParseSelectBlock() {
   if (Accept(Keyword::kWHERE)) block.where = ParseCondition();
   if (At(Keyword::kGROUP)) ParseGroupBy(block);
   if (Accept(Keyword::kHAVING)) block.having = ParseCondition();
-  if (AtWord("WINDOW") && AtName(1)) Unsupported("the WINDOW clause");
+  if (AtWord("WINDOW") && AtName(1)) RaiseUnsupported("the WINDOW clause");
   return query;
 }
 
@@ -88,7 +88,7 @@ std::optional<TopClause> Parser::ParseOptionalTop() {
     top.count = ParseExpression();
     ExpectSymbol(")");
   } else {
-    if (Peek().kind < TokenKind::kInteger || Peek().kind > TokenKind::kFloat) Unexpected();
+    if (Peek().kind < TokenKind::kInteger || Peek().kind > TokenKind::kFloat) RaiseUnexpected();
     top.count = ParseLiteral();
   }
   top.percent = Accept(Keyword::kPERCENT);
@@ -148,20 +148,20 @@ void Parser::ParseOptionalAlias(SelectItem& item) {
   } else if (AtName()) {
     item.alias = TakeName();
   } else if (as) {
-    Unexpected();
+    RaiseUnexpected();
   }
 }
 
 void Parser::ParseGroupBy(SelectBlock& block) {
   Take();
   Expect(Keyword::kBY);
-  if (At(Keyword::kALL)) Unsupported("GROUP BY ALL");
-  if ((AtWord("ROLLUP") || AtWord("CUBE")) && AtSymbol("(", 1)) Unsupported("ROLLUP and CUBE");
-  if (AtWord("GROUPING") && AtWord("SETS", 1)) Unsupported("GROUPING SETS");
+  if (At(Keyword::kALL)) RaiseUnsupported("GROUP BY ALL");
+  if ((AtWord("ROLLUP") || AtWord("CUBE")) && AtSymbol("(", 1)) RaiseUnsupported("ROLLUP and CUBE");
+  if (AtWord("GROUPING") && AtWord("SETS", 1)) RaiseUnsupported("GROUPING SETS");
   do block.group_by.push_back(ParseListItem());
   while (AcceptSymbol(","));
   if (At(Keyword::kWITH) && (AtWord("ROLLUP", 1) || AtWord("CUBE", 1)))
-    Unsupported("ROLLUP and CUBE");
+    RaiseUnsupported("ROLLUP and CUBE");
 }
 
 void Parser::ParseOrderDirection(OrderItem& item) {
@@ -171,7 +171,7 @@ void Parser::ParseOrderDirection(OrderItem& item) {
 
 void Parser::ParseOrderBy(Query& query) {
   if (!At(Keyword::kORDER)) return;
-  if (!query.order_by.empty()) Unexpected();
+  if (!query.order_by.empty()) RaiseUnexpected();
   Take();
   Expect(Keyword::kBY);
   do {
@@ -180,7 +180,7 @@ void Parser::ParseOrderBy(Query& query) {
     ParseOrderDirection(item);
     query.order_by.push_back(std::move(item));
   } while (AcceptSymbol(","));
-  if (AtWord("OFFSET")) Unsupported("OFFSET and FETCH in ORDER BY");
+  if (AtWord("OFFSET")) RaiseUnsupported("OFFSET and FETCH in ORDER BY");
 }
 
 }  // namespace tavcc::sql

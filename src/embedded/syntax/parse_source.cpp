@@ -60,11 +60,11 @@ TableSourcePtr Parser::ContinueJoins(TableSourcePtr left, bool until_on) {
 // taken, when no join follows.
 bool Parser::ParseJoinWords(JoinedTable::Join& join) {
   join = JoinedTable::Join::kInner;
-  if (At(Keyword::kOUTER) && AtWord("APPLY", 1)) Unsupported("APPLY");
-  if (At(Keyword::kPIVOT) || At(Keyword::kUNPIVOT)) Unsupported("PIVOT and UNPIVOT");
+  if (At(Keyword::kOUTER) && AtWord("APPLY", 1)) RaiseUnsupported("APPLY");
+  if (At(Keyword::kPIVOT) || At(Keyword::kUNPIVOT)) RaiseUnsupported("PIVOT and UNPIVOT");
   if (Accept(Keyword::kJOIN)) return true;
   if (Accept(Keyword::kCROSS)) {
-    if (AtWord("APPLY")) Unsupported("APPLY");
+    if (AtWord("APPLY")) RaiseUnsupported("APPLY");
     Expect(Keyword::kJOIN);
     join = JoinedTable::Join::kCross;
     return true;
@@ -94,7 +94,7 @@ TableSourcePtr Parser::ParseTablePrimary(bool bracketed) {
     case Keyword::kOPENXML:
     case Keyword::kCONTAINSTABLE:
     case Keyword::kFREETEXTTABLE:
-      Unsupported(KeywordText(Peek().keyword));
+      RaiseUnsupported(KeywordText(Peek().keyword));
     default:
       break;
   }
@@ -106,7 +106,7 @@ TableSourcePtr Parser::ParseBracketedSource(bool bracketed) {
   Nest nest(*this);
   const int line = Line();
   ExpectSymbol("(");
-  if (At(Keyword::kVALUES)) Unsupported("VALUES as a table");
+  if (At(Keyword::kVALUES)) RaiseUnsupported("VALUES as a table");
   if (At(Keyword::kSELECT)) {
     QueryPtr query = ParseQuery();
     ExpectSymbol(")");
@@ -139,7 +139,7 @@ TableSourcePtr Parser::FinishDerivedTable(QueryPtr query, int line, bool bracket
   Accept(Keyword::kAS);
   table->alias = TakeName();
   if (AtSymbol("(")) table->columns = TakeNameList();
-  RefuseTableSuffix();
+  CheckNoTableSuffix();
   return table;
 }
 
@@ -154,21 +154,21 @@ TableSourcePtr Parser::ParseNamedTable() {
     if (table->alias.empty()) table->alias = ParseOptionalTableAlias();
   } else if (At(Keyword::kWITH) && AtName(1)) {
     Take();
-    Fail(errors::kSyntaxNearCommonTable, {Shown(Inside(Peek()))});
+    Raise(errors::kSyntaxNearCommonTable, {Excerpt(Inside(Peek()))});
   } else if (AtLegacyHints()) {
     ParseHints(table->hints);
   } else if (AtSymbol("(")) {
-    if (table->alias.empty()) Unsupported("functions that return tables");
-    Unexpected();
+    if (table->alias.empty()) RaiseUnsupported("functions that return tables");
+    RaiseUnexpected();
   }
-  RefuseTableSuffix();
+  CheckNoTableSuffix();
   return table;
 }
 
-void Parser::RefuseTableSuffix() {
-  if (At(Keyword::kTABLESAMPLE)) Unsupported("TABLESAMPLE");
-  if (At(Keyword::kPIVOT) || At(Keyword::kUNPIVOT)) Unsupported("PIVOT and UNPIVOT");
-  if (At(Keyword::kFOR) && AtWord("SYSTEM_TIME", 1)) Unsupported("FOR SYSTEM_TIME");
+void Parser::CheckNoTableSuffix() {
+  if (At(Keyword::kTABLESAMPLE)) RaiseUnsupported("TABLESAMPLE");
+  if (At(Keyword::kPIVOT) || At(Keyword::kUNPIVOT)) RaiseUnsupported("PIVOT and UNPIVOT");
+  if (At(Keyword::kFOR) && AtWord("SYSTEM_TIME", 1)) RaiseUnsupported("FOR SYSTEM_TIME");
 }
 
 std::string Parser::ParseOptionalTableAlias() {
@@ -193,7 +193,7 @@ void Parser::ParseHints(std::vector<std::string>& hints) {
         SkipBrackets();
       continue;
     }
-    if (!IsHint(Peek())) Unexpected();
+    if (!IsHint(Peek())) RaiseUnexpected();
     hints.push_back(UpperCase(Take().text));
     if (AtSymbol("(")) SkipBrackets();  // FORCESEEK (index (columns))
   } while (AcceptSymbol(",") || IsHint(Peek()) || At(Keyword::kINDEX));

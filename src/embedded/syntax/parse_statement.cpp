@@ -36,7 +36,7 @@ StatementPtr Parser::ParseStatement() {
   else if (AtSymbol("(") && (At(Keyword::kSELECT, 1) || AtSymbol("(", 1)))
     statement = ParseStatementOf(Keyword::kSELECT);
   else
-    Unexpected();
+    RaiseUnexpected();
   first_statement_ = false;
   unterminated_ = !AcceptSymbol(";");
   return statement;
@@ -44,11 +44,11 @@ StatementPtr Parser::ParseStatement() {
 
 // A statement that begins with no reserved word: at the start of a batch, a procedure's name.
 StatementPtr Parser::ParseWordStatement() {
-  if (AtWord("THROW")) Unsupported("THROW");
-  if (AtSymbol(":", 1)) Unsupported("labels and GOTO");
+  if (AtWord("THROW")) RaiseUnsupported("THROW");
+  if (AtSymbol(":", 1)) RaiseUnsupported("labels and GOTO");
   if (AtWord("DISABLE") || AtWord("ENABLE"))
-    if (At(Keyword::kTRIGGER, 1)) Unsupported("triggers");
-  if (!first_statement_) Unexpected();
+    if (At(Keyword::kTRIGGER, 1)) RaiseUnsupported("triggers");
+  if (!first_statement_) RaiseUnexpected();
   return ParseCall(Line());
 }
 
@@ -115,7 +115,7 @@ StatementPtr Parser::ParseStatementOf(Keyword keyword) {
     case Keyword::kWITH:
       return ParseWithStatement();
     case Keyword::kGOTO:
-      Unsupported("labels and GOTO");
+      RaiseUnsupported("labels and GOTO");
     case Keyword::kMERGE:
     case Keyword::kWAITFOR:
     case Keyword::kGRANT:
@@ -136,9 +136,9 @@ StatementPtr Parser::ParseStatementOf(Keyword keyword) {
     case Keyword::kUPDATETEXT:
     case Keyword::kUSE:
     case Keyword::kWRITETEXT:
-      Unsupported(KeywordText(keyword));
+      RaiseUnsupported(KeywordText(keyword));
     default:
-      Unexpected();
+      RaiseUnexpected();
   }
 }
 
@@ -147,10 +147,10 @@ StatementPtr Parser::ParseBegin() {
   if (At(Keyword::kTRAN, 1) || At(Keyword::kTRANSACTION, 1))
     return ParseTransaction(TransactionStatement::What::kBegin);
   Take();
-  if (At(Keyword::kDISTRIBUTED)) Unsupported("distributed transactions");
-  if (AtWord("TRY") || AtWord("CATCH")) Unsupported("TRY and CATCH");
+  if (At(Keyword::kDISTRIBUTED)) RaiseUnsupported("distributed transactions");
+  if (AtWord("TRY") || AtWord("CATCH")) RaiseUnsupported("TRY and CATCH");
   if (AtWord("DIALOG") || AtWord("CONVERSATION") || AtWord("ATOMIC"))
-    Unsupported("BEGIN " + std::string(Peek().text));
+    RaiseUnsupported("BEGIN " + std::string(Peek().text));
   auto block = MakeAt<BlockStatement>(line);
   unterminated_ = false;
   AcceptSemicolons();
@@ -217,7 +217,7 @@ StatementPtr Parser::ParsePrint() {
 
 StatementPtr Parser::ParseRaisError() {
   auto raise = MakeAt<RaisErrorStatement>(Take().line);
-  if (!AtSymbol("(")) Unsupported("RAISERROR without brackets");
+  if (!AtSymbol("(")) RaiseUnsupported("RAISERROR without brackets");
   Take();
   do raise->arguments.push_back(ParseExpression());
   while (AcceptSymbol(","));
@@ -225,7 +225,7 @@ StatementPtr Parser::ParseRaisError() {
   if (Accept(Keyword::kWITH)) {
     // Where the message goes besides to the client, and when.
     do {
-      if (AtWord("SETERROR")) Unsupported("RAISERROR WITH SETERROR");
+      if (AtWord("SETERROR")) RaiseUnsupported("RAISERROR WITH SETERROR");
       if (!AcceptWord("NOWAIT")) ExpectWord("LOG");
     } while (AcceptSymbol(","));
   }
@@ -238,7 +238,7 @@ StatementPtr Parser::ParseTransaction(TransactionStatement::What what) {
   const bool begins =
       what == TransactionStatement::What::kBegin || what == TransactionStatement::What::kSave;
   if (!Accept(Keyword::kTRAN) && !Accept(Keyword::kTRANSACTION)) {
-    if (begins) Unexpected();
+    if (begins) RaiseUnexpected();
     AcceptWord("WORK");
     return statement;
   }
@@ -247,8 +247,8 @@ StatementPtr Parser::ParseTransaction(TransactionStatement::What what) {
   else if (AtName())
     statement->name = TakeName();
   else if (what == TransactionStatement::What::kSave)
-    Unexpected();
-  if (At(Keyword::kWITH)) Unsupported("options of transactions");
+    RaiseUnexpected();
+  if (At(Keyword::kWITH)) RaiseUnsupported("options of transactions");
   return statement;
 }
 

@@ -6,7 +6,7 @@ namespace tavcc::sql {
 std::unique_ptr<WindowClause> Parser::ParseOver() {
   Nest nest(*this);
   Take();
-  if (AtName()) Unsupported("named windows (WINDOW)");
+  if (AtName()) RaiseUnsupported("named windows (WINDOW)");
   ExpectSymbol("(");
   auto window = std::make_unique<WindowClause>();
   if (AcceptWord("PARTITION")) {
@@ -45,11 +45,11 @@ WindowFrame Parser::ParseFrame() {
     return bound.kind == Kind::kPreceding || bound.kind == Kind::kFollowing;
   };
   if (frame.range && (counts(frame.begin) || counts(frame.end)))
-    Fail(errors::kRangeWithOffsets, {});
+    Raise(errors::kRangeWithOffsets, {});
   const bool backward = frame.begin.kind > frame.end.kind ||
                         frame.begin.kind == Kind::kUnboundedFollowing ||
                         frame.end.kind == Kind::kUnboundedPreceding;
-  if (backward) Fail(errors::kFrameEndsBeforeItStarts, {});
+  if (backward) Raise(errors::kFrameEndsBeforeItStarts, {});
   return frame;
 }
 

@@ -15,7 +15,7 @@ constexpr int kMostRecursion = 32767;
 }  // namespace
 
 StatementPtr Parser::ParseWithStatement() {
-  if (unterminated_) Fail(errors::kSyntaxNearWith, {});
+  if (unterminated_) Raise(errors::kSyntaxNearWith, {});
   ParseOptionalWith();
   switch (Peek().keyword) {
     case Keyword::kSELECT:
@@ -26,13 +26,13 @@ StatementPtr Parser::ParseWithStatement() {
       return ParseStatementOf(Peek().keyword);
     default:
       if (AtSymbol("(")) return ParseStatementOf(Keyword::kSELECT);
-      Unexpected();
+      RaiseUnexpected();
   }
 }
 
 void Parser::ParseOptionalWith() {
   if (!Accept(Keyword::kWITH)) return;
-  if (AtWord("XMLNAMESPACES")) Unsupported("WITH XMLNAMESPACES");
+  if (AtWord("XMLNAMESPACES")) RaiseUnsupported("WITH XMLNAMESPACES");
   do with_.tables.push_back(ParseCommonTable());
   while (AcceptSymbol(","));
 }
@@ -44,7 +44,7 @@ CommonTable Parser::ParseCommonTable() {
   if (AtSymbol("(")) table.columns = TakeNameList();
   Expect(Keyword::kAS);
   ExpectSymbol("(");
-  if (At(Keyword::kVALUES)) Unsupported("VALUES as a table");
+  if (At(Keyword::kVALUES)) RaiseUnsupported("VALUES as a table");
   table.query = ParseQuery();
   ExpectSymbol(")");
   return table;
@@ -53,13 +53,13 @@ CommonTable Parser::ParseCommonTable() {
 // What may follow the query of a statement. Hints choose a plan and change no result, but for the
 // depth of recursion.
 void Parser::ParseQueryOption() {
-  if (At(Keyword::kFOR)) Unsupported("the FOR clause of SELECT");
-  if (At(Keyword::kCOMPUTE)) Unsupported("COMPUTE");
+  if (At(Keyword::kFOR)) RaiseUnsupported("the FOR clause of SELECT");
+  if (At(Keyword::kCOMPUTE)) RaiseUnsupported("COMPUTE");
   if (!At(Keyword::kOPTION) || !AtSymbol("(", 1)) return;
   Take();
   ExpectSymbol("(");
   while (!AcceptSymbol(")")) {
-    if (Peek().kind == TokenKind::kEnd) Unexpected();
+    if (Peek().kind == TokenKind::kEnd) RaiseUnexpected();
     if (AcceptWord("MAXRECURSION")) {
       ParseMaxRecursion();
     } else if (AtSymbol("(")) {
@@ -72,17 +72,17 @@ void Parser::ParseQueryOption() {
 
 void Parser::ParseMaxRecursion() {
   const int64_t most = TakeWholeNumber();
-  if (most > kMostRecursion) Fail(errors::kMaxRecursionTooLarge, {most, kMostRecursion});
+  if (most > kMostRecursion) Raise(errors::kMaxRecursionTooLarge, {most, kMostRecursion});
   with_.max_recursion = static_cast<int>(most);
 }
 
 // A number that is part of what the statement says.
 int64_t Parser::TakeWholeNumber() {
-  if (Peek().kind != TokenKind::kInteger) Unexpected();
+  if (Peek().kind != TokenKind::kInteger) RaiseUnexpected();
   const std::string_view digits = Peek().text;
   int64_t number = 0;
   const auto end = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  if (end.ec != std::errc() || number > std::numeric_limits<int>::max()) Unexpected();
+  if (end.ec != std::errc() || number > std::numeric_limits<int>::max()) RaiseUnexpected();
   Take();
   return number;
 }

@@ -36,7 +36,7 @@ ExpressionPtr ParseExpression(std::string_view text) {
 ExpressionPtr Parser::RunExpression() {
   const Constants constants(*this);
   ExpressionPtr expression = ParseExpression();
-  if (Peek().kind != TokenKind::kEnd) Unexpected();
+  if (Peek().kind != TokenKind::kEnd) RaiseUnexpected();
   return expression;
 }
 
@@ -51,12 +51,12 @@ Batch Parser::Run() {
 
 // ---- Depth ----
 
-void Parser::TooDeep() {
-  Fail(errors::kNestedTooDeep, {});
+void Parser::RaiseTooDeep() {
+  Raise(errors::kNestedTooDeep, {});
 }
 
 Parser::Nest::Nest(Parser& parser) : parser_(parser), height_of_siblings_(parser.height_) {
-  if (parser.depth_ >= kMaxNesting) parser.TooDeep();
+  if (parser.depth_ >= kMaxNesting) parser.RaiseTooDeep();
   ++parser.depth_;
   parser.height_ = 0;
 }
@@ -67,7 +67,7 @@ Parser::Nest::~Nest() {
 }
 
 Parser::CaseNest::CaseNest(Parser& parser) : parser_(parser), nest_(parser) {
-  if (parser.cases_ >= kMaxCaseNesting) parser.Fail(errors::kCaseTooDeep, {kMaxCaseNesting});
+  if (parser.cases_ >= kMaxCaseNesting) parser.Raise(errors::kCaseTooDeep, {kMaxCaseNesting});
   ++parser.cases_;
 }
 
@@ -84,14 +84,14 @@ Parser::Chain::~Chain() {
 }
 
 void Parser::Chain::Deepen() {
-  if (++parser_.height_ > kMaxChain) parser_.TooDeep();
+  if (++parser_.height_ > kMaxChain) parser_.RaiseTooDeep();
 }
 
 // ---- Tokens ----
 
 Token Parser::Take() {
   const TokenKind kind = Peek().kind;
-  if (kind == TokenKind::kUnclosedQuote || kind == TokenKind::kUnclosedComment) Unexpected();
+  if (kind == TokenKind::kUnclosedQuote || kind == TokenKind::kUnclosedComment) RaiseUnexpected();
   last_ = lexer_.Take();
   return last_;
 }
@@ -135,15 +135,15 @@ bool Parser::AcceptWord(std::string_view upper) {
 }
 
 void Parser::Expect(Keyword keyword) {
-  if (!Accept(keyword)) Unexpected();
+  if (!Accept(keyword)) RaiseUnexpected();
 }
 
 void Parser::ExpectSymbol(std::string_view symbol) {
-  if (!AcceptSymbol(symbol)) Unexpected();
+  if (!AcceptSymbol(symbol)) RaiseUnexpected();
 }
 
 void Parser::ExpectWord(std::string_view upper) {
-  if (!AcceptWord(upper)) Unexpected();
+  if (!AcceptWord(upper)) RaiseUnexpected();
 }
 
 std::string Parser::TextBetween(size_t begin, size_t end) const {
@@ -153,18 +153,18 @@ std::string Parser::TextBetween(size_t begin, size_t end) const {
 }
 
 std::string Parser::TakeName() {
-  if (!AtName()) Unexpected();
+  if (!AtName()) RaiseUnexpected();
   std::string name = Unquote(Take());
-  if (name.empty()) Fail(errors::kEmptyName, {});
+  if (name.empty()) Raise(errors::kEmptyName, {});
   if (name.size() > kMaxNameLength && CharacterCount(name) > kMaxNameLength)
-    Fail(errors::kNameTooLong,
-         {"identifier", FirstCharacters(name, kMaxNameLength), int{kMaxNameLength}});
+    Raise(errors::kNameTooLong,
+          {"identifier", FirstCharacters(name, kMaxNameLength), int{kMaxNameLength}});
   return name;
 }
 
 std::string Parser::TakeVariable() {
-  if (Peek().kind != TokenKind::kVariable) Unexpected();
-  if (Peek().text.starts_with("@@")) Unsupported("a variable whose name begins with @@");
+  if (Peek().kind != TokenKind::kVariable) RaiseUnexpected();
+  if (Peek().text.starts_with("@@")) RaiseUnsupported("a variable whose name begins with @@");
   return std::string(Take().text);
 }
 
@@ -181,8 +181,8 @@ ObjectName Parser::TakeObjectName() {
       name.parts.push_back(TakeName());
   }
   if (name.parts.size() > kMaxNameParts)
-    Fail(errors::kTooManyPrefixes,
-         {"object", Shown(TextBetween(begin, last_.end)), int{kMaxNameParts - 1}});
+    Raise(errors::kTooManyPrefixes,
+          {"object", Excerpt(TextBetween(begin, last_.end)), int{kMaxNameParts - 1}});
   return name;
 }
 
@@ -208,8 +208,8 @@ std::vector<std::string> Parser::TakeNameList() {
 void Parser::SkipBrackets(std::string_view refused) {
   ExpectSymbol("(");
   for (int open = 1; open > 0;) {
-    if (Peek().kind == TokenKind::kEnd) Unexpected();
-    if (!refused.empty() && AtWord(refused)) Unsupported(refused);
+    if (Peek().kind == TokenKind::kEnd) RaiseUnexpected();
+    if (!refused.empty() && AtWord(refused)) RaiseUnsupported(refused);
     const Token token = Take();
     if (token.kind != TokenKind::kSymbol) continue;
     if (token.text == "(") ++open;
@@ -230,48 +230,48 @@ ExpressionPtr Parser::ParseListItem() {
 
 // ---- Errors ----
 
-std::string Parser::Shown(std::string_view text) {
+std::string Parser::Excerpt(std::string_view text) {
   return std::string(FirstCharacters(text, kMaxShown));
 }
 
-void Parser::Fail(errors::Number number, std::initializer_list<ErrorArgument> arguments) {
-  FailAt(Line(), number, arguments);
+void Parser::Raise(errors::Number number, std::initializer_list<ErrorArgument> arguments) {
+  RaiseAt(Line(), number, arguments);
 }
 
-void Parser::FailAt(int line, errors::Number number,
-                    std::initializer_list<ErrorArgument> arguments) {
+void Parser::RaiseAt(int line, errors::Number number,
+                     std::initializer_list<ErrorArgument> arguments) {
   SqlError error = MakeError(number, arguments);
   error.line = line;
   throw error;
 }
 
-void Parser::Unexpected() {
-  UnexpectedAt(Token(Peek()));
+void Parser::RaiseUnexpected() {
+  RaiseUnexpectedAt(Token(Peek()));
 }
 
 // The server names the token that it cannot use; at the end of the text, the last one there was.
-void Parser::UnexpectedAt(const Token& token) {
+void Parser::RaiseUnexpectedAt(const Token& token) {
   switch (token.kind) {
     case TokenKind::kUnclosedQuote: {
       const size_t mark = token.text.find_first_of("'\"[");
-      FailAt(token.line, errors::kUnclosedQuotation, {Shown(token.text.substr(mark + 1))});
+      RaiseAt(token.line, errors::kUnclosedQuotation, {Excerpt(token.text.substr(mark + 1))});
     }
     case TokenKind::kUnclosedComment:
-      FailAt(token.line, errors::kUnclosedComment, {});
+      RaiseAt(token.line, errors::kUnclosedComment, {});
     case TokenKind::kMoney:
-      Unsupported("money constants");
+      RaiseUnsupported("money constants");
     case TokenKind::kEnd:
-      FailAt(last_.line, errors::kSyntaxNear, {Shown(Inside(last_))});
+      RaiseAt(last_.line, errors::kSyntaxNear, {Excerpt(Inside(last_))});
     default:
-      if (token.keyword == Keyword::kWITH) FailAt(token.line, errors::kSyntaxNearWith, {});
-      FailAt(token.line,
-             IsReserved(token.keyword) ? errors::kSyntaxNearKeyword : errors::kSyntaxNear,
-             {Shown(Inside(token))});
+      if (token.keyword == Keyword::kWITH) RaiseAt(token.line, errors::kSyntaxNearWith, {});
+      RaiseAt(token.line,
+              IsReserved(token.keyword) ? errors::kSyntaxNearKeyword : errors::kSyntaxNear,
+              {Excerpt(Inside(token))});
   }
 }
 
-void Parser::Unsupported(std::string_view construct) {
-  Fail(errors::kNotSupported, {construct});
+void Parser::RaiseUnsupported(std::string_view construct) {
+  Raise(errors::kNotSupported, {construct});
 }
 
 }  // namespace tavcc::sql

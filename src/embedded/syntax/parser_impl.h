@@ -127,16 +127,16 @@ class Parser {
   ExpressionPtr ParseListItem();
 
   // ---- Errors (parser.cpp) ----
-  [[noreturn]] void Unexpected();
-  [[noreturn]] void UnexpectedAt(const Token& token);
-  [[noreturn]] void TooDeep();
-  [[noreturn]] void Unsupported(std::string_view construct);
+  [[noreturn]] void RaiseUnexpected();
+  [[noreturn]] void RaiseUnexpectedAt(const Token& token);
+  [[noreturn]] void RaiseTooDeep();
+  [[noreturn]] void RaiseUnsupported(std::string_view construct);
   // An error of the table in errors.def, on the line of the current token.
-  [[noreturn]] void Fail(errors::Number number, std::initializer_list<ErrorArgument> arguments);
-  [[noreturn]] void FailAt(int line, errors::Number number,
-                           std::initializer_list<ErrorArgument> arguments);
+  [[noreturn]] void Raise(errors::Number number, std::initializer_list<ErrorArgument> arguments);
+  [[noreturn]] void RaiseAt(int line, errors::Number number,
+                            std::initializer_list<ErrorArgument> arguments);
   // As much of the batch's own text as an error text repeats.
-  static std::string Shown(std::string_view text);
+  static std::string Excerpt(std::string_view text);
 
   // ---- Statements (parse_statement.cpp) ----
   std::vector<StatementPtr> ParseStatementsToEnd();
@@ -173,7 +173,7 @@ class Parser {
   StatementPtr ParseExecuteText(int line);
   StatementPtr ParseCall(int line);
   ExecuteArgument ParseExecuteArgument();
-  void RequireNamesToTheEnd(const ExecuteProcedureStatement& call);
+  void CheckNamesToTheEnd(const ExecuteProcedureStatement& call);
   bool AtExecuteArgument();
   std::string TakeCursorName();
 
@@ -186,7 +186,7 @@ class Parser {
   Assignment ParseAssignment();
   ExpressionPtr ParseCompound(ExpressionPtr target);
   ObjectName TakeTarget();
-  void RefuseOutputClause();
+  void CheckNoOutputClause();
   ConditionPtr ParseOptionalWhere(std::string& current_of);
 
   // ---- Definitions (parse_ddl.cpp) ----
@@ -210,7 +210,7 @@ class Parser {
   void SkipKeyOptions();
   TypeName ParseType();
   void ParseTypeArguments(TypeName& type);
-  void RequireFirstInBatch(std::string_view what);
+  void CheckFirstInBatch(std::string_view what);
 
   // ---- WITH (parse_with.cpp) ----
   // Takes a WITH clause, if there is one, for the statement that follows.
@@ -248,7 +248,7 @@ class Parser {
   std::string ParseOptionalTableAlias();
   bool AtLegacyHints();
   void ParseHints(std::vector<std::string>& hints);
-  void RefuseTableSuffix();
+  void CheckNoTableSuffix();
 
   // ---- Values (parse_expression.cpp) ----
   ExpressionPtr ParseExpression();

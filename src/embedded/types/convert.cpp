@@ -44,7 +44,7 @@ bool TextToInteger(const Conversion& c) {
                   {KindText(c.from.kind), c.in.bytes, KindText(c.to.kind)});
   }
   if (reading == NumberReading::kOverflow || !IsInRange(c.to.kind, value)) return TextOverflow(c);
-  return c.Give(StoredView::Integer(value));
+  return c.Return(StoredView::Integer(value));
 }
 
 bool TextToBit(const Conversion& c) {
@@ -52,19 +52,19 @@ bool TextToBit(const Conversion& c) {
   const auto is = [text](std::string_view word) {
     return std::ranges::equal(text, word, [](char a, char b) { return (a | 0x20) == b; });
   };
-  if (is("true")) return c.Give(StoredView::Integer(1));
-  if (is("false")) return c.Give(StoredView::Integer(0));
+  if (is("true")) return c.Return(StoredView::Integer(1));
+  if (is("false")) return c.Return(StoredView::Integer(0));
   int64_t value = 0;
   switch (ReadWhole(text, &value)) {
     case NumberReading::kNoNumber:
       return c.Fail(errors::kTextConversionFailed,
                     {KindText(c.from.kind), c.in.bytes, KindText(c.to.kind)});
     case NumberReading::kOverflow:
-      return c.Give(StoredView::Integer(1));
+      return c.Return(StoredView::Integer(1));
     case NumberReading::kOk:
       break;
   }
-  return c.Give(StoredView::Integer(value != 0 ? 1 : 0));
+  return c.Return(StoredView::Integer(value != 0 ? 1 : 0));
 }
 
 bool IntegerOverflow(const Conversion& c) {
@@ -79,7 +79,7 @@ bool FloatToInteger(const Conversion& c) {
   // 2^63 is a double, so the comparison is exact on both sides.
   const bool fits = whole >= -0x1p63 && whole < 0x1p63;
   if (fits && IsInRange(c.to.kind, static_cast<int64_t>(whole))) {
-    return c.Give(StoredView::Integer(static_cast<int64_t>(whole)));
+    return c.Return(StoredView::Integer(static_cast<int64_t>(whole)));
   }
   if (c.to.kind == TypeKind::kBigInt) return c.Overflow("expression");
   char text[400];
@@ -100,7 +100,7 @@ bool ScaledToInteger(const Conversion& c) {
     value.CutDigits(scale);
   }
   const auto whole = value.ToInt64();
-  if (whole && IsInRange(c.to.kind, *whole)) return c.Give(StoredView::Integer(*whole));
+  if (whole && IsInRange(c.to.kind, *whole)) return c.Return(StoredView::Integer(*whole));
   if (c.from.kind == TypeKind::kMoney && c.to.kind == TypeKind::kInt) {
     return c.Fail(errors::kMoneyTooLongForTextOf, {KindText(c.to.kind)});
   }
@@ -109,7 +109,7 @@ bool ScaledToInteger(const Conversion& c) {
 
 bool DateToInteger(const Conversion& c) {
   const int64_t days = FloorDivide(c.in.integer + kTicksPerDay / 2, kTicksPerDay);
-  if (IsInRange(c.to.kind, days)) return c.Give(StoredView::Integer(days));
+  if (IsInRange(c.to.kind, days)) return c.Return(StoredView::Integer(days));
   return c.Fail(errors::kIntegerOverflow, {KindText(c.to.kind), days},
                 c.to.kind == TypeKind::kTinyInt ? 2 : 1);
 }
@@ -120,17 +120,17 @@ bool ConvertToBit(const Conversion& c) {
   const bool set = c.in.kind == StoredView::Kind::kReal   ? c.in.real != 0
                    : c.in.kind == StoredView::Kind::kBlob ? true
                                                           : c.in.integer != 0;
-  return c.Give(StoredView::Integer(set ? 1 : 0));
+  return c.Return(StoredView::Integer(set ? 1 : 0));
 }
 
 // ---- To decimals and money ----
 
 // Rounds to the target's scale and stores, or raises the overflow in the source's name.
-bool GiveScaled(const Conversion& c, WideInteger value, int scale, std::string_view source,
-                int state) {
+bool ReturnScaled(const Conversion& c, WideInteger value, int scale, std::string_view source,
+                  int state) {
   Rescale(&value, scale, StoredScale(c.to));
   if (!FitsScaled(value, c.to)) return c.Overflow(source, state);
-  return c.Give(StoreCoefficient(value, c.scratch));
+  return c.Return(StoreCoefficient(value, c.scratch));
 }
 
 bool TextToScaled(const Conversion& c) {
@@ -144,7 +144,7 @@ bool TextToScaled(const Conversion& c) {
       return c.Fail(errors::kConversionError, {KindText(c.from.kind), KindText(c.to.kind)});
     }
     if (reading == NumberReading::kOverflow) return c.Overflow(KindText(c.from.kind), 6);
-    return GiveScaled(c, value, scale, KindText(c.from.kind), 8);
+    return ReturnScaled(c, value, scale, KindText(c.from.kind), 8);
   }
   const bool small = c.to.kind == TypeKind::kSmallMoney;
   if (reading == NumberReading::kNoNumber)
@@ -153,7 +153,7 @@ bool TextToScaled(const Conversion& c) {
   if (reading == NumberReading::kOverflow || !FitsScaled(value, c.to)) {
     return c.Fail(small ? errors::kSmallMoneyOverflow : errors::kMoneyOverflow, {});
   }
-  return c.Give(StoreCoefficient(value, c.scratch));
+  return c.Return(StoreCoefficient(value, c.scratch));
 }
 
 bool FloatToScaled(const Conversion& c) {
@@ -162,7 +162,7 @@ bool FloatToScaled(const Conversion& c) {
   WideInteger value;
   int scale = 0;
   DecimalOfFloat(c.in.real, &value, &scale);
-  return GiveScaled(c, value, scale, KindText(c.from.kind), 6);
+  return ReturnScaled(c, value, scale, KindText(c.from.kind), 6);
 }
 
 bool DateToScaled(const Conversion& c) {
@@ -172,18 +172,18 @@ bool DateToScaled(const Conversion& c) {
   days.MultiplyByPowerOf10(scale);
   WideInteger quotient;
   WideInteger::Divide(days, WideInteger::FromInt64(kTicksPerDay), &quotient, nullptr);
-  return GiveScaled(c, quotient, scale, "expression", 2);
+  return ReturnScaled(c, quotient, scale, "expression", 2);
 }
 
 // ---- To floating point ----
 
-bool GiveFloat(const Conversion& c, double value) {
+bool ReturnFloat(const Conversion& c, double value) {
   if (c.to.kind == TypeKind::kReal) {
     if (std::fabs(value) > double{std::numeric_limits<float>::max()})
       return c.Overflow("expression");
     value = static_cast<double>(static_cast<float>(value));
   }
-  return c.Give(StoredView::Real(value));
+  return c.Return(StoredView::Real(value));
 }
 
 // ---- To uniqueidentifier ----
@@ -204,7 +204,7 @@ bool IsGuid(std::string_view text) {
 bool ConvertToInteger(const Conversion& c) {
   if (c.to.kind == TypeKind::kBit) return ConvertToBit(c);
   if (IsInteger(c.from.kind)) {
-    return IsInRange(c.to.kind, c.in.integer) ? c.Give(c.in) : IntegerOverflow(c);
+    return IsInRange(c.to.kind, c.in.integer) ? c.Return(c.in) : IntegerOverflow(c);
   }
   if (IsText(c.from.kind)) return TextToInteger(c);
   if (IsScaled(c.from.kind)) return ScaledToInteger(c);
@@ -216,7 +216,7 @@ bool ConvertToInteger(const Conversion& c) {
 
 bool ConvertToScaled(const Conversion& c) {
   if (IsInteger(c.from.kind) || IsScaled(c.from.kind)) {
-    return GiveScaled(c, CoefficientOf(c.in), StoredScale(c.from), KindText(c.from.kind), 8);
+    return ReturnScaled(c, CoefficientOf(c.in), StoredScale(c.from), KindText(c.from.kind), 8);
   }
   if (IsText(c.from.kind)) return TextToScaled(c);
   if (IsApproximate(c.from.kind)) return FloatToScaled(c);
@@ -225,16 +225,16 @@ bool ConvertToScaled(const Conversion& c) {
 }
 
 bool ConvertToFloat(const Conversion& c) {
-  if (IsApproximate(c.from.kind)) return GiveFloat(c, c.in.real);
-  if (IsInteger(c.from.kind)) return GiveFloat(c, static_cast<double>(c.in.integer));
+  if (IsApproximate(c.from.kind)) return ReturnFloat(c, c.in.real);
+  if (IsInteger(c.from.kind)) return ReturnFloat(c, static_cast<double>(c.in.integer));
   if (IsScaled(c.from.kind)) {
     // Through the text: the double nearest to the exact value, not one that was divided once more.
     double value = 0;
     ReadFloat(DecimalText(CoefficientOf(c.in), StoredScale(c.from)), &value);
-    return GiveFloat(c, value);
+    return ReturnFloat(c, value);
   }
   if (IsDate(c.from.kind)) {
-    return GiveFloat(c, static_cast<double>(c.in.integer) / static_cast<double>(kTicksPerDay));
+    return ReturnFloat(c, static_cast<double>(c.in.integer) / static_cast<double>(kTicksPerDay));
   }
   if (!IsText(c.from.kind)) return c.NotAllowed();
   double value = 0;
@@ -246,11 +246,11 @@ bool ConvertToFloat(const Conversion& c) {
     case NumberReading::kOk:
       break;
   }
-  return GiveFloat(c, value);
+  return ReturnFloat(c, value);
 }
 
 bool ConvertToGuid(const Conversion& c) {
-  if (c.from.kind == TypeKind::kUniqueIdentifier) return c.Give(c.in);
+  if (c.from.kind == TypeKind::kUniqueIdentifier) return c.Return(c.in);
   if (!IsText(c.from.kind)) return c.NotAllowed();
   std::string_view text = TrimTrailingBlanks(c.in.bytes);
   if (text.size() == 38 && text.front() == '{' && text.back() == '}') text = text.substr(1, 36);
@@ -260,7 +260,7 @@ bool ConvertToGuid(const Conversion& c) {
   for (char& letter : upper) {
     if (letter >= 'a' && letter <= 'f') letter = static_cast<char>(letter - 32);
   }
-  return c.Give(StoredView::Text(upper));
+  return c.Return(StoredView::Text(upper));
 }
 
 namespace {
@@ -285,7 +285,7 @@ bool ConvertView(const StoredView& in, const SqlType& from, const SqlType& to, C
                  int style, Scratch* scratch, StoredView* out, SqlError* error) {
   const internal::Conversion conversion{in, from, to, mode, style, scratch, out, error};
   if (in.kind == StoredView::Kind::kNull || from.kind == TypeKind::kNull)
-    return conversion.Give({});
+    return conversion.Return({});
   if (!internal::HasStoredForm(in, from.kind)) {
     return conversion.Fail(errors::kNotSupported,
                            {"a stored form that no " + TypeText(from) + " has"});
@@ -298,7 +298,7 @@ bool ConvertView(const StoredView& in, const SqlType& from, const SqlType& to, C
   if (IsApproximate(to.kind)) return internal::ConvertToFloat(conversion);
   if (IsBinary(to.kind)) return internal::ConvertToBinary(conversion);
   if (to.kind == TypeKind::kUniqueIdentifier) return internal::ConvertToGuid(conversion);
-  return conversion.Give(in);
+  return conversion.Return(in);
 }
 
 }  // namespace tavcc::sql

@@ -122,7 +122,7 @@ bool TextBytes(const Conversion& c, std::string* out) {
   return true;
 }
 
-bool GiveFirstBytes(const Conversion& c) {
+bool ReturnFirstBytes(const Conversion& c) {
   std::string& bytes = c.scratch->text;
   const auto length = static_cast<size_t>(std::max(c.to.length, 0));
   if (c.to.length != SqlType::kMax && bytes.size() > length) {
@@ -130,17 +130,17 @@ bool GiveFirstBytes(const Conversion& c) {
     bytes.resize(length);
   }
   if (c.to.kind == TypeKind::kBinary && bytes.size() < length) bytes.resize(length, '\0');
-  return c.Give(StoredView::Binary(bytes));
+  return c.Return(StoredView::Binary(bytes));
 }
 
-bool GiveLastBytes(const Conversion& c) {
+bool ReturnLastBytes(const Conversion& c) {
   std::string& bytes = c.scratch->text;
   const auto length = static_cast<size_t>(std::max(c.to.length, 0));
   const bool bounded = c.to.length != SqlType::kMax;
   if (bounded && bytes.size() > length) bytes.erase(0, bytes.size() - length);
   const bool pad = c.to.kind == TypeKind::kBinary && bytes.size() < length;
   if (pad) bytes.insert(0, length - bytes.size(), '\0');
-  return c.Give(StoredView::Binary(bytes));
+  return c.Return(StoredView::Binary(bytes));
 }
 
 // False when the bytes are no decimal's.
@@ -165,14 +165,14 @@ bool ConvertToBinary(const Conversion& c) {
   std::string& bytes = c.scratch->text;
   if (IsBinary(c.from.kind)) {
     bytes.assign(c.in.bytes);
-    return GiveFirstBytes(c);
+    return ReturnFirstBytes(c);
   }
   // The value itself may stand in the scratch.
   std::string made;
   if (IsText(c.from.kind)) {
     if (!TextBytes(c, &made)) return false;
     bytes = std::move(made);
-    return GiveFirstBytes(c);
+    return ReturnFirstBytes(c);
   }
   if (c.from.kind == TypeKind::kDate || c.from.kind == TypeKind::kUniqueIdentifier) {
     return c.Fail(errors::kNotSupported, {"conversion of " + TypeText(c.from) + " to binary"});
@@ -183,7 +183,7 @@ bool ConvertToBinary(const Conversion& c) {
     AppendNumber(PlainBits(c), WidthOf(c.from.kind), &made);
   }
   bytes = std::move(made);
-  return GiveLastBytes(c);
+  return ReturnLastBytes(c);
 }
 
 // The last bytes count, as many as the target has.
@@ -192,15 +192,15 @@ bool BinaryToInteger(const Conversion& c) {
   if (c.to.kind == TypeKind::kBit) value = value != 0 ? 1 : 0;
   if (c.to.kind == TypeKind::kInt) value = static_cast<uint64_t>(static_cast<int32_t>(value));
   if (c.to.kind == TypeKind::kSmallInt) value = static_cast<uint64_t>(static_cast<int16_t>(value));
-  return c.Give(StoredView::Integer(static_cast<int64_t>(value)));
+  return c.Return(StoredView::Integer(static_cast<int64_t>(value)));
 }
 
 bool BinaryToScaled(const Conversion& c) {
   if (c.to.kind == TypeKind::kMoney) {
-    return c.Give(StoredView::Integer(static_cast<int64_t>(ReadNumber(c.in.bytes, 8))));
+    return c.Return(StoredView::Integer(static_cast<int64_t>(ReadNumber(c.in.bytes, 8))));
   }
   if (c.to.kind == TypeKind::kSmallMoney) {
-    return c.Give(StoredView::Integer(static_cast<int32_t>(ReadNumber(c.in.bytes, 4))));
+    return c.Return(StoredView::Integer(static_cast<int32_t>(ReadNumber(c.in.bytes, 4))));
   }
   WideInteger value;
   int scale = 0;
@@ -209,7 +209,7 @@ bool BinaryToScaled(const Conversion& c) {
   }
   Rescale(&value, scale, c.to.scale);
   if (!FitsScaled(value, c.to)) return c.Overflow(KindText(c.from.kind), 8);
-  return c.Give(StoreCoefficient(value, c.scratch));
+  return c.Return(StoreCoefficient(value, c.scratch));
 }
 
 bool BinaryToDate(const Conversion& c) {
@@ -226,7 +226,7 @@ bool BinaryToDate(const Conversion& c) {
   if (rest >= kTicksPerDay || !InRangeOf(c.to.kind, ticks)) {
     return c.Overflow(KindText(c.from.kind));
   }
-  return c.Give(StoredView::Integer(ticks));
+  return c.Return(StoredView::Integer(ticks));
 }
 
 std::string Utf8Of(std::string_view bytes) {

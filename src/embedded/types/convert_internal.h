@@ -17,7 +17,7 @@ struct Conversion {
   StoredView* out;
   SqlError* error;
 
-  bool Give(StoredView cell) const {
+  bool Return(StoredView cell) const {
     *out = cell;
     return true;
   }

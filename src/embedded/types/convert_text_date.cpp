@@ -17,7 +17,7 @@ constexpr bool IsHijri(int style) {
   return style == 130 || style == 131;
 }
 
-bool RefuseHijri(const Conversion& c) {
+bool FailHijri(const Conversion& c) {
   return c.Fail(errors::kNotSupported,
                 {"style " + std::to_string(c.style) + " of CONVERT (the Hijri calendar)"});
 }
@@ -25,12 +25,12 @@ bool RefuseHijri(const Conversion& c) {
 // ---- To text ----
 
 // Fits a text into the target: cut (or refused), padded with blanks for char and nchar.
-bool GiveText(const Conversion& c, std::string_view text) {
-  if (c.to.length == SqlType::kMax) return c.Give(StoredView::Text(text));
+bool ReturnText(const Conversion& c, std::string_view text) {
+  if (c.to.length == SqlType::kMax) return c.Return(StoredView::Text(text));
   const auto length = static_cast<size_t>(c.to.length);
   // A character has at least as many bytes as units, so a short text need not be counted.
   const bool short_enough = text.size() <= length;
-  if (short_enough && !IsFixedText(c.to.kind)) return c.Give(StoredView::Text(text));
+  if (short_enough && !IsFixedText(c.to.kind)) return c.Return(StoredView::Text(text));
   if (!short_enough) {
     const size_t fit = ByteOfUnit(text, length);
     const std::string_view rest = text.substr(fit);
@@ -38,17 +38,17 @@ bool GiveText(const Conversion& c, std::string_view text) {
       return c.Fail(errors::kTruncation, {});
     text = text.substr(0, fit);
   }
-  if (!IsFixedText(c.to.kind)) return c.Give(StoredView::Text(text));
+  if (!IsFixedText(c.to.kind)) return c.Return(StoredView::Text(text));
   const size_t units = CountUnits(text);
-  if (units >= length) return c.Give(StoredView::Text(text));
+  if (units >= length) return c.Return(StoredView::Text(text));
   std::string padded(text);
   padded.append(length - units, ' ');
   c.scratch->text = std::move(padded);
-  return c.Give(StoredView::Text(c.scratch->text));
+  return c.Return(StoredView::Text(c.scratch->text));
 }
 
 // What does not fit of a whole number is shown as "*", but only in char and varchar.
-bool GiveInteger(const Conversion& c) {
+bool ReturnInteger(const Conversion& c) {
   std::string& text = c.scratch->text;
   text = std::to_string(c.in.integer);
   const bool fits = c.to.length == SqlType::kMax || text.size() <= static_cast<size_t>(c.to.length);
@@ -57,16 +57,16 @@ bool GiveInteger(const Conversion& c) {
     if (!star) return c.Overflow("expression");
     text = "*";
   }
-  return GiveText(c, text);
+  return ReturnText(c, text);
 }
 
-bool GiveNumber(const Conversion& c, std::string_view from) {
+bool ReturnNumber(const Conversion& c, std::string_view from) {
   const std::string& text = c.scratch->text;
   if (c.to.length != SqlType::kMax && text.size() > static_cast<size_t>(c.to.length)) {
     if (IsMoney(c.from.kind)) return c.Fail(errors::kMoneyTooLongForText, {KindText(c.to.kind)});
     return c.Overflow(from, 5);
   }
-  return GiveText(c, text);
+  return ReturnText(c, text);
 }
 
 // Styles: 0 two decimals, 1 with commas, 2 four decimals.
@@ -96,16 +96,16 @@ std::string Hexadecimal(std::string_view bytes, bool prefix) {
 bool DateToText(const Conversion& c) {
   std::string& text = c.scratch->text;
   text.clear();
-  if (IsHijri(c.style)) return RefuseHijri(c);
+  if (IsHijri(c.style)) return FailHijri(c);
   if (!WriteDate(c.in.integer, c.style, c.from.kind == TypeKind::kDate, &text)) {
     return c.Fail(errors::kInvalidStyle, {c.style, KindText(c.from.kind)});
   }
-  return GiveText(c, text);
+  return ReturnText(c, text);
 }
 
 bool GuidToText(const Conversion& c) {
   constexpr int kGuidLength = 36;
-  if (c.to.length == SqlType::kMax || c.to.length >= kGuidLength) return GiveText(c, c.in.bytes);
+  if (c.to.length == SqlType::kMax || c.to.length >= kGuidLength) return ReturnText(c, c.in.bytes);
   return c.Overflow("expression");
 }
 
@@ -129,26 +129,26 @@ bool OutOfRange(const Conversion& c) {
 
 bool TextToDate(const Conversion& c) {
   int64_t ticks = 0;
-  if (IsHijri(c.style)) return RefuseHijri(c);
+  if (IsHijri(c.style)) return FailHijri(c);
   const DateReading reading = ReadDate(c.in.bytes, c.style, &ticks);
   const bool small = c.to.kind == TypeKind::kSmallDateTime;
   if (reading == DateReading::kNoDate)
     return c.Fail(small ? errors::kTextNoSmallDateTime : errors::kTextNoDate, {});
   if (reading == DateReading::kOk) {
     ticks = RoundFor(c.to.kind, ticks);
-    if (InRangeOf(c.to.kind, ticks)) return c.Give(StoredView::Integer(ticks));
+    if (InRangeOf(c.to.kind, ticks)) return c.Return(StoredView::Integer(ticks));
   }
   // The newer type has one message for both.
   return c.to.kind == TypeKind::kDate ? c.Fail(errors::kTextNoDate, {}) : OutOfRange(c);
 }
 
 // Days since 1900-01-01, the fraction being the time of day.
-bool GiveDays(const Conversion& c, double days) {
+bool ReturnDays(const Conversion& c, double days) {
   const double ticks = std::floor(days * static_cast<double>(kTicksPerDay) + 0.5);
   constexpr double kBeyondAny = 1e15;
   if (!(std::fabs(ticks) < kBeyondAny)) return c.Overflow("expression");
   const int64_t whole = RoundFor(c.to.kind, static_cast<int64_t>(ticks));
-  return InRangeOf(c.to.kind, whole) ? c.Give(StoredView::Integer(whole))
+  return InRangeOf(c.to.kind, whole) ? c.Return(StoredView::Integer(whole))
                                      : c.Overflow("expression");
 }
 
@@ -156,39 +156,39 @@ bool GiveDays(const Conversion& c, double days) {
 
 bool ConvertToText(const Conversion& c) {
   std::string& text = c.scratch->text;
-  if (IsText(c.from.kind)) return GiveText(c, c.in.bytes);
-  if (IsInteger(c.from.kind)) return GiveInteger(c);
+  if (IsText(c.from.kind)) return ReturnText(c, c.in.bytes);
+  if (IsInteger(c.from.kind)) return ReturnInteger(c);
   if (c.from.kind == TypeKind::kDecimal) {
     text = DecimalText(CoefficientOf(c.in), c.from.scale);
-    return GiveNumber(c, KindText(c.from.kind));
+    return ReturnNumber(c, KindText(c.from.kind));
   }
   if (IsMoney(c.from.kind)) {
     text = MoneyText(c.in, c.style);
-    return GiveNumber(c, KindText(c.from.kind));
+    return ReturnNumber(c, KindText(c.from.kind));
   }
   if (IsApproximate(c.from.kind)) {
     text.clear();
     WriteFloat(c.in.real, c.style, &text);
-    return GiveNumber(c, "expression");
+    return ReturnNumber(c, "expression");
   }
   if (IsDate(c.from.kind)) return DateToText(c);
   if (c.from.kind == TypeKind::kUniqueIdentifier) return GuidToText(c);
   if (c.style == 0) {
     if (IsNationalText(c.to.kind)) text = Utf8Of(c.in.bytes);
-    return GiveText(c, IsNationalText(c.to.kind) ? std::string_view(text) : c.in.bytes);
+    return ReturnText(c, IsNationalText(c.to.kind) ? std::string_view(text) : c.in.bytes);
   }
   text = Hexadecimal(c.in.bytes, c.style == 1);
-  return GiveText(c, text);
+  return ReturnText(c, text);
 }
 
 bool ConvertToDate(const Conversion& c) {
   if (IsDate(c.from.kind)) {
     const int64_t ticks = RoundFor(c.to.kind, c.in.integer);
-    return InRangeOf(c.to.kind, ticks) ? c.Give(StoredView::Integer(ticks)) : OutOfRange(c);
+    return InRangeOf(c.to.kind, ticks) ? c.Return(StoredView::Integer(ticks)) : OutOfRange(c);
   }
   if (IsText(c.from.kind)) return TextToDate(c);
-  if (IsInteger(c.from.kind)) return GiveDays(c, static_cast<double>(c.in.integer));
-  if (IsApproximate(c.from.kind)) return GiveDays(c, c.in.real);
+  if (IsInteger(c.from.kind)) return ReturnDays(c, static_cast<double>(c.in.integer));
+  if (IsApproximate(c.from.kind)) return ReturnDays(c, c.in.real);
   if (!IsScaled(c.from.kind)) return BinaryToDate(c);
   WideInteger value = CoefficientOf(c.in);
   const int scale = StoredScale(c.from);
@@ -198,7 +198,7 @@ bool ConvertToDate(const Conversion& c) {
   constexpr int64_t kBeyondAny = 1000000000000000;
   if (!whole || *whole > kBeyondAny || *whole < -kBeyondAny) return c.Overflow("expression");
   const int64_t rounded = RoundFor(c.to.kind, *whole);
-  return InRangeOf(c.to.kind, rounded) ? c.Give(StoredView::Integer(rounded))
+  return InRangeOf(c.to.kind, rounded) ? c.Return(StoredView::Integer(rounded))
                                        : c.Overflow("expression");
 }
 

@@ -18,7 +18,7 @@ struct Parts {
   int hour, minute, second, millisecond;
 };
 
-Parts Take(int64_t ticks) {
+Parts SplitTicks(int64_t ticks) {
   const int64_t time = TimeOfTicks(ticks);
   const auto seconds = static_cast<int>(time / kTicksPerSecond);
   return {CivilFromDays(DayOfTicks(ticks)), seconds / 3600, seconds / 60 % 60, seconds % 60,
@@ -133,7 +133,7 @@ bool WriteDate(int64_t ticks, int style, bool date_only, std::string* out) {
   if (style == 0 && date_only) style = 23;
   for (const StylePattern& pattern : kStyles) {
     if (pattern.style != style) continue;
-    const Parts parts = Take(ticks);
+    const Parts parts = SplitTicks(ticks);
     WritePattern(parts, pattern.date, out);
     if (date_only && !pattern.date.empty()) return true;
     const size_t time = out->size();

@@ -75,7 +75,7 @@ class CursorInstruction final : public Instruction {
   const CursorStatement& statement_;
 };
 
-void RequireDirection(const Cursor& cursor, Direction direction) {
+void CheckDirection(const Cursor& cursor, Direction direction) {
   static constexpr std::string_view kWords[] = {"next", "prior",    "first",
                                                 "last", "absolute", "relative"};
   if (direction == Direction::kAbsolute && cursor.sight == CursorSight::kDynamic) {
@@ -171,7 +171,7 @@ class FetchInstruction final : public Instruction {
   Flow Execute(SessionContext& session, Frame& frame) override {
     Cursor& cursor = RequireCursor(session, statement_.cursor);
     if (!cursor.open) Raise(errors::kCursorIsNotOpen);
-    RequireDirection(cursor, statement_.direction);
+    CheckDirection(cursor, statement_.direction);
     const auto shape = Shape(session, cursor);
     if (!targets_.empty() && targets_.size() != shape->types.size())
       Raise(errors::kFetchCountMismatch);

@@ -39,7 +39,7 @@ bool Same(const KeyValue& a, const KeyValue& b, const Table& table, const Key& k
   return true;
 }
 
-std::string Shown(const KeyValue& value, const Table& table, const Key& key) {
+std::string ValueText(const KeyValue& value, const Table& table, const Key& key) {
   std::string out = "(";
   for (size_t i = 0; i < value.size(); ++i) {
     if (i > 0) out += ", ";
@@ -49,7 +49,7 @@ std::string Shown(const KeyValue& value, const Table& table, const Key& key) {
   return out + ')';
 }
 
-std::string LookUpText(const Table& table, const Key& key) {
+std::string KeyQuery(const Table& table, const Key& key) {
   std::string out = "SELECT 1 FROM " + table.physical;
   for (size_t i = 0; i < key.columns.size(); ++i) {
     out += (i == 0 ? " WHERE " : " AND ") + QuoteName(ColumnOf(table, key.columns[i]).name) +
@@ -69,7 +69,7 @@ bool IsTaken(SessionContext& session, sqlite3_stmt* look_up, const KeyValue& val
 
 // The key of `table` that SQLite's message names, by its columns ("UNIQUE constraint failed: t.a,
 // t.b") or, where it is the key of the NULLs, by its index ("… failed: index 't.name.null'").
-const Key* KeyOf(const Table& table, std::string_view message) {
+const Key* FindKey(const Table& table, std::string_view message) {
   const std::string physical(table.PhysicalName());
   for (size_t i = 0; i < table.keys.size(); ++i) {
     const Key& key = table.keys[i];
@@ -91,7 +91,7 @@ const Key* KeyOf(const Table& table, std::string_view message) {
 std::string KeyText(const Table& table, const Key& key, std::span<const StoredValue> row) {
   KeyValue value;
   for (const int column : key.columns) value.push_back(row[static_cast<size_t>(column) + 1]);
-  return Shown(value, table, key);
+  return ValueText(value, table, key);
 }
 
 SqlError RefusedRow(const SqlError& error, const Table& table, std::string_view verb,
@@ -105,7 +105,7 @@ SqlError RefusedRow(const SqlError& error, const Table& table, std::string_view 
     }
     return error;
   }
-  const Key* key = KeyOf(table, error.message);
+  const Key* key = FindKey(table, error.message);
   const std::string duplicate = key ? value(*key) : std::string("(…)");
   if (key && key->kind == Key::Kind::kUniqueIndex) {
     return MakeError(errors::kDuplicateKeyInUniqueIndex,
@@ -133,7 +133,7 @@ std::string RepeatedKey(SessionContext& session, const Table& table,
   for (size_t i = 0; i < columns.size(); ++i) {
     value.push_back(FromSqlite(sqlite3_column_value(repeated.get(), static_cast<int>(i))));
   }
-  return Shown(value, table, key);
+  return ValueText(value, table, key);
 }
 
 std::string DuplicateKey(SessionContext& session, const InsertPlan& insert, const Frame& frame,
@@ -143,7 +143,7 @@ std::string DuplicateKey(SessionContext& session, const InsertPlan& insert, cons
   Plan plan;
   plan.emitted.sql = insert.emitted.sql.substr(insert.emitted.rows_at);
   plan.emitted.parameters = insert.emitted.parameters;
-  const SqliteStatement look_up = session.store.Prepare(LookUpText(table, key));
+  const SqliteStatement look_up = session.store.Prepare(KeyQuery(table, key));
   std::vector<KeyValue> before;
   PlanRun rows(session, plan, frame, row);
   while (rows.Step()) {
@@ -152,7 +152,7 @@ std::string DuplicateKey(SessionContext& session, const InsertPlan& insert, cons
         before, [&](const KeyValue& other) { return Same(value, other, table, key); });
     if (repeated || IsTaken(session, look_up.get(), value)) {
       *refused = std::ssize(before) + 1;
-      return Shown(value, table, key);
+      return ValueText(value, table, key);
     }
     before.push_back(std::move(value));
   }

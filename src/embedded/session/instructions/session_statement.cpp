@@ -44,13 +44,13 @@ class SetOptionInstruction final : public Instruction {
     } else if (name == "TRANSACTION ISOLATION LEVEL") {
       session.state.snapshot_isolation = EqualsIgnoringCase(statement_.value, "SNAPSHOT");
     } else if (name != "LOCK_TIMEOUT" && !name.starts_with("TRANSACTION")) {
-      RequireFixed(name);
+      CheckFixedOption(name);
     }
     return Flow::kNext;
   }
 
  private:
-  void RequireFixed(const std::string& name) const {
+  void CheckFixedOption(const std::string& name) const {
     for (const FixedOption& option : kFixedOptions) {
       if (option.name == name && EqualsIgnoringCase(option.value, statement_.value)) return;
     }
