@@ -15,7 +15,7 @@ namespace {
 
 void RunOneBatch(Engine& engine, const ScriptBatch& batch) {
   engine.RunBatch(batch.text);
-  if (const SqlError* error = FirstError(engine.errors())) {
+  if (const SqlError* error = FindFirstError(engine.errors())) {
     throw AutomationError(error->number, std::string(kErrorSource),
                           std::to_string(batch.line) + ": " + error->message);
   }
@@ -63,7 +63,7 @@ class StoreDatabase final : public Database, public std::enable_shared_from_this
 
   std::shared_ptr<Engine> MakeEngine() const {
     try {
-      if (!InMemory()) RequireOwnJournals(location_.path);
+      if (!InMemory()) CheckOwnJournals(location_.path);
       return std::make_shared<Engine>(location_, options_.clock, options_.budget);
     } catch (const SqlError& error) {
       throw AutomationError(error.number, std::string(kErrorSource), error.message);

@@ -14,7 +14,7 @@ bool IsComparedAs(const SqlType& type, const SqlType& common) {
 
 }  // namespace
 
-BoundConditionPtr Binder::BindTest(const Condition& condition) {
+BoundConditionPtr Binder::BindCondition(const Condition& condition) {
   return Bind(condition, Scope{});
 }
 
@@ -58,8 +58,8 @@ BoundConditionPtr Binder::Bind(const Condition& condition, const Scope& scope) {
 
 BoundConditionPtr Binder::Compare(ComparisonOperator op, BoundExpressionPtr left,
                                   BoundExpressionPtr right) {
-  left = LoosenCompared(std::move(left), right->type);
-  right = LoosenCompared(std::move(right), left->type);
+  left = GeneralizeCompared(std::move(left), right->type);
+  right = GeneralizeCompared(std::move(right), left->type);
   const SqlType common = CommonType(left->type, right->type);
   // Exact numbers are compared at their own scales.
   const bool exact = IsExact(left->type.kind) && IsExact(right->type.kind);
@@ -95,7 +95,7 @@ BoundConditionPtr Binder::BindInList(const InListCondition& in, const Scope& sco
   SqlType common = operand->type;
   for (const auto& value : in.values) {
     values.push_back(Bind(*value, scope));
-    LoosenText(*values.back());
+    GeneralizeText(*values.back());
     common = CommonType(common, values.back()->type);
   }
   auto bound = std::make_unique<BoundInList>();
@@ -125,7 +125,7 @@ BoundConditionPtr Binder::BindInQuery(const InQueryCondition& in, const Scope& s
 BoundConditionPtr Binder::BindLike(const LikeCondition& like, const Scope& scope) {
   const auto text = [&](const Expression& expression) {
     auto value = Bind(expression, scope);
-    LoosenText(*value);
+    GeneralizeText(*value);
     return ConvertToText(std::move(value));
   };
   auto bound = std::make_unique<BoundLike>();

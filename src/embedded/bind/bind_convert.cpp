@@ -9,7 +9,7 @@ namespace tavcc::sql {
 namespace {
 
 // Texts of this length are of one type in all comparisons, plain or national.
-constexpr int kLongestLoose = 4000;
+constexpr int kLongestGeneral = 4000;
 
 // The literal that `value` is, also below a sign, when it can be exchanged and its type has a
 // length, or a precision and a scale. Null when it is none.
@@ -69,11 +69,11 @@ BoundExpressionPtr Binder::ConvertLiteral(BoundExpressionPtr value, const SqlTyp
   return Converted(std::move(value), to, mode);
 }
 
-BoundExpressionPtr Binder::LoosenCompared(BoundExpressionPtr value, const SqlType& other) {
+BoundExpressionPtr Binder::GeneralizeCompared(BoundExpressionPtr value, const SqlType& other) {
   const BoundLiteral* literal = LiteralOfManyTypes(*value);
   if (literal == nullptr) return value;
   if (IsText(literal->type.kind)) {
-    LoosenText(*value);
+    GeneralizeText(*value);
     return value;
   }
   if (IsApproximate(other.kind)) return ConvertLiteral(std::move(value), other, kAmongRows);
@@ -95,12 +95,12 @@ BoundExpressionPtr Binder::ScaleCompared(BoundExpressionPtr value, const SqlType
   return fits ? Convert(std::move(value), type) : std::move(value);
 }
 
-void Binder::LoosenText(BoundExpression& value) {
+void Binder::GeneralizeText(BoundExpression& value) {
   BoundLiteral* literal = LiteralOfManyTypes(value);
   if (literal == nullptr || !IsText(literal->type.kind)) return;
-  if (literal->type.length == SqlType::kMax || literal->type.length > kLongestLoose) return;
+  if (literal->type.length == SqlType::kMax || literal->type.length > kLongestGeneral) return;
   const auto slot = static_cast<size_t>(literal->slot);
-  literal->type.length = kLongestLoose;
+  literal->type.length = kLongestGeneral;
   result_.type_guards.push_back({slot, literal->type, ConvertMode::kAssign, false, SqlType{}});
   --result_.type_dependents[slot];
 }
@@ -127,7 +127,7 @@ BoundExpressionPtr Binder::ConvertToText(BoundExpressionPtr value) {
              : ConvertImplicitly(std::move(value), TextType(TypeKind::kVarChar, 8000));
 }
 
-void Binder::Use(const BoundExpression& expression, LiteralDependence use) {
+void Binder::NoteDependence(const BoundExpression& expression, LiteralDependence use) {
   ForEachExpression(expression, [&](const BoundExpression& inner) {
     const auto* literal = As<BoundLiteral>(inner);
     if (literal == nullptr || literal->slot < 0) return;

@@ -181,8 +181,8 @@ BoundExpressionPtr Binder::BindBinary(const BinaryExpression& binary, const Scop
       ResolveArithmetic(binary.op, left->type, right->type, ConstantOf(*left, left_value),
                         ConstantOf(*right, right_value));
   if (result.way == ArithmeticResult::Way::kDecimal) {
-    Use(*left, LiteralDependence::kDigits);
-    Use(*right, LiteralDependence::kDigits);
+    NoteDependence(*left, LiteralDependence::kDigits);
+    NoteDependence(*right, LiteralDependence::kDigits);
   }
   return std::make_unique<BoundArithmetic>(binary.op, result.way, result.type,
                                            Convert(std::move(left), result.left),
@@ -199,7 +199,7 @@ BoundExpressionPtr Binder::BindConvert(const ConvertExpression& convert, const S
   auto style = Bind(*convert.style, scope);
   int64_t value = 0;
   if (ConstantOf(*style, value) != nullptr) {
-    Use(*style, LiteralDependence::kValue);
+    NoteDependence(*style, LiteralDependence::kValue);
     bound->style = static_cast<int>(value);
   } else {
     bound->style_value = Convert(std::move(style), kIntType);

@@ -178,7 +178,7 @@ int Binder::OrderOrdinal(const Expression& expression, size_t position, size_t i
   if (literal.form != LiteralExpression::Form::kInteger)
     Raise(errors::kConstantInOrderBy, static_cast<int64_t>(position) + 1);
   const auto bound = BindLiteral(literal);
-  Use(*bound, LiteralDependence::kValue);
+  NoteDependence(*bound, LiteralDependence::kValue);
   const StoredValue& value = static_cast<const BoundLiteral&>(*bound).value;
   const bool whole = value.kind() == StoredValue::Kind::kInteger;
   if (!whole || value.integer() < 1 || value.integer() > static_cast<int64_t>(items)) {
@@ -257,7 +257,8 @@ void Binder::BindSetOrder(const Query& query, BoundQuery& bound) {
 void Binder::CheckGrouping(const BoundSelect& select, const Scope& scope,
                            const std::vector<BoundOrder>& order_by) {
   for (const auto& key : select.group_by) {
-    if (key->kind != BoundExpression::Kind::kColumn) Use(*key, LiteralDependence::kValue);
+    if (key->kind != BoundExpression::Kind::kColumn)
+      NoteDependence(*key, LiteralDependence::kValue);
   }
   const auto is_key = [&](const BoundExpression& expression) {
     return std::ranges::any_of(select.group_by,
@@ -271,7 +272,7 @@ void Binder::CheckGrouping(const BoundSelect& select, const Scope& scope,
                        std::ranges::find(scope.sources, column->source) == scope.sources.end();
     if (outer) return;
     if (is_key(expression)) {
-      if (column == nullptr) Use(expression, LiteralDependence::kValue);
+      if (column == nullptr) NoteDependence(expression, LiteralDependence::kValue);
       return;
     }
     if (column != nullptr) {

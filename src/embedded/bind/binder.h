@@ -79,7 +79,7 @@ class Binder {
   // An expression outside a query, converted to `type` when one is given.
   BoundExpressionPtr BindValue(const Expression& expression,
                                const std::optional<SqlType>& type = std::nullopt);
-  BoundConditionPtr BindTest(const Condition& condition);
+  BoundConditionPtr BindCondition(const Condition& condition);
   // The table of a statement that is neither a query nor one of the above. Errors: 208, or `number`
   // where the statement has another one.
   TablePtr RequireTable(const ObjectName& name, errors::Number number = errors::kInvalidObjectName);
@@ -230,14 +230,14 @@ class Binder {
   BoundExpressionPtr ConvertLiteral(BoundExpressionPtr value, const SqlType& to, Place place,
                                     ConvertMode mode = ConvertMode::kCast);
   // The same for a literal that is compared with a value of type `other`.
-  BoundExpressionPtr LoosenCompared(BoundExpressionPtr value, const SqlType& other);
+  BoundExpressionPtr GeneralizeCompared(BoundExpressionPtr value, const SqlType& other);
   // The same for a text of which nothing but its characters counts.
-  void LoosenText(BoundExpression& value);
+  void GeneralizeText(BoundExpression& value);
   // A whole literal beside a decimal or money takes its scale, so that SQLite compares two stored
   // values.
   BoundExpressionPtr ScaleCompared(BoundExpressionPtr value, const SqlType& other);
   // Notes what of the literals inside an expression the tree depends on.
-  void Use(const BoundExpression& expression, LiteralDependence use);
+  void NoteDependence(const BoundExpression& expression, LiteralDependence use);
 
   const Catalog& catalog_;
   std::span<const VariableInfo> variables_;

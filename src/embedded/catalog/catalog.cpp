@@ -84,8 +84,8 @@ std::vector<std::string> SplitName(std::string_view text) {
 // ---- Changing ----
 
 TablePtr Catalog::CreateTable(const TablePtr& definition) {
-  if (definition->IsTemporary()) return temporaries_.Take(definition);
-  objects_.RequireFree(definition->name);
+  if (definition->IsTemporary()) return temporaries_.Create(definition);
+  objects_.CheckNameIsFree(definition->name);
   auto table = std::make_shared<Table>(*definition);
   table->physical = "main." + QuoteName(table->name);
   store_.Run(PhysicalDefinition(*table, "main", table->name));
@@ -152,8 +152,8 @@ void Catalog::DropTable(const TablePtr& table) {
   objects_.Drop(*objects_.Find(table->name));
 }
 
-void Catalog::RollBackTo(size_t mark) {
-  undo_.RollBackTo(mark);
+void Catalog::RollbackTo(size_t mark) {
+  undo_.RollbackTo(mark);
   temporaries_.FinishRollback();
   objects_.ForgetVersions();
   identities_.Restore([this](const TableVisitor& visit) {

@@ -67,12 +67,12 @@ class Catalog {
   void DropObject(const CatalogObjectPtr& object) { objects_.Drop(*object); }
 
   // ---- Transactions ----
-  // A point to which RollBackTo leads back; the store's own rollback stands between SaveNumbers,
-  // for more than a statement also SaveVariables, and RollBackTo.
+  // A point to which RollbackTo leads back; the store's own rollback stands between SaveIdentities,
+  // for more than a statement also SaveVariables, and RollbackTo.
   size_t Mark() const { return undo_.Mark(); }
   void SaveVariables() { temporaries_.SaveVariables(); }
-  void SaveNumbers() { identities_.Save(); }
-  void RollBackTo(size_t mark);
+  void SaveIdentities() { identities_.Save(); }
+  void RollbackTo(size_t mark);
   void Forget() { undo_.Forget(); }  // the transaction was committed
 
  private:

@@ -9,7 +9,7 @@ int64_t IdentityValues::Last(const Table& table) const {
       store_.Prepare("SELECT seq FROM " + std::string(table.PhysicalSchema()) +
                      "sqlite_sequence WHERE name=" + QuoteText(table.PhysicalName()));
   return store_.Step(select.get()) ? sqlite3_column_int64(select.get(), 0)
-                                   : NumberBeforeFirst(table);
+                                   : IdentityBeforeFirst(table);
 }
 
 void IdentityValues::SetLast(const Table& table, int64_t number) {
@@ -23,7 +23,7 @@ void IdentityValues::SetLast(const Table& table, int64_t number) {
 }
 
 void IdentityValues::Restart(const Table& table) {
-  if (table.identity_column >= 0) SetLast(table, NumberBeforeFirst(table));
+  if (table.identity_column >= 0) SetLast(table, IdentityBeforeFirst(table));
 }
 
 IdentityValues::Numbers IdentityValues::Read() const {
@@ -46,12 +46,12 @@ void IdentityValues::Save() {
   saved_ = Read();
 }
 
-void IdentityValues::Keep(const Table& table, const Numbers& now) {
+void IdentityValues::RestoreTable(const Table& table, const Numbers& now) {
   if (table.identity_column < 0) return;
   const auto before = saved_.find(table.physical);
   if (before == saved_.end()) return;
   const auto after = now.find(table.physical);
-  const int64_t number = after == now.end() ? NumberBeforeFirst(table) : after->second;
+  const int64_t number = after == now.end() ? IdentityBeforeFirst(table) : after->second;
   if (table.IsLaterIdentity(before->second, number)) SetLast(table, before->second);
 }
 
@@ -62,7 +62,7 @@ void IdentityValues::Restore(const std::function<void(const TableVisitor&)>& for
   const bool alone = shared_ && !store_.InTransaction() && now != saved_;
   try {
     if (alone) store_.RunCached("BEGIN IMMEDIATE");
-    for_each_table([&](const Table& table) { Keep(table, now); });
+    for_each_table([&](const Table& table) { RestoreTable(table, now); });
     if (alone) store_.RunCached("COMMIT");
   } catch (const SqlError&) {
     // The rollback itself is done: numbers that are given out once more are the lesser evil.

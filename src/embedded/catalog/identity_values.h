@@ -35,7 +35,7 @@ class IdentityValues {
   using Numbers = std::unordered_map<std::string, int64_t>;  // by physical name
 
   Numbers Read() const;
-  void Keep(const Table& table, const Numbers& now);
+  void RestoreTable(const Table& table, const Numbers& now);
 
   SqliteConnection& store_;
   const bool shared_;

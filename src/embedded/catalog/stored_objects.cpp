@@ -139,11 +139,11 @@ void StoredObjects::Load() {
   ++changes_;
 }
 
-void StoredObjects::RequireFree(const std::string& name) const {
+void StoredObjects::CheckNameIsFree(const std::string& name) const {
   if (Find(name)) Raise(errors::kObjectExists, name);
 }
 
-void StoredObjects::BumpVersion() {
+void StoredObjects::IncrementVersion() {
   store_.Run("UPDATE main.\"tavcc.version\" SET version=version+1");
   if (shared_) {
     seen_version_ = store_.QueryInteger("SELECT version FROM main.\"tavcc.version\"");
@@ -174,7 +174,7 @@ void StoredObjects::Write(std::shared_ptr<CatalogObject> object) {
   BindText(statement.get(), 3, object->definition);
   store_.Step(statement.get());
   if (object->id == 0) object->id = sqlite3_last_insert_rowid(store_.handle());
-  BumpVersion();
+  IncrementVersion();
   const std::string folded = FoldName(object->name);
   Set(folded, std::move(object));
 }
@@ -190,13 +190,13 @@ void StoredObjects::Put(const TablePtr& table) {
 }
 
 void StoredObjects::Add(const std::string& name, const std::string& definition) {
-  RequireFree(name);
+  CheckNameIsFree(name);
   Write(ReadObject(0, name, definition));
 }
 
 void StoredObjects::Drop(const CatalogObject& object) {
   store_.Run("DELETE FROM main.\"tavcc.objects\" WHERE id=" + std::to_string(object.id));
-  BumpVersion();
+  IncrementVersion();
   Set(FoldName(object.name), nullptr);
 }
 

@@ -67,7 +67,7 @@ class StoredObjects {
   void ForgetVersions();
 
   // Errors: 2714 when the name is taken.
-  void RequireFree(const std::string& name) const;
+  void CheckNameIsFree(const std::string& name) const;
   // Adds a table, or puts it in place of the one of its name.
   void Put(const TablePtr& table);
   // Adds a view or a procedure. Errors: 2714; those of the parser.
@@ -78,7 +78,7 @@ class StoredObjects {
   void Load();
   void Write(std::shared_ptr<CatalogObject> object);
   void Set(const std::string& folded, CatalogObjectPtr object);
-  void BumpVersion();
+  void IncrementVersion();
 
   SqliteConnection& store_;
   const bool shared_;

@@ -95,7 +95,7 @@ std::shared_ptr<Table> TableOfColumns(const std::string& name, std::vector<Colum
 void AddIndex(Table& table, const CreateIndexStatement& index);
 
 // The identity value before the first one. The table must have an identity column.
-int64_t NumberBeforeFirst(const Table& table);
+int64_t IdentityBeforeFirst(const Table& table);
 
 // The statement that makes the same table again: what the catalog keeps, and the key under which
 // emptied temporary tables are kept for reuse.

@@ -63,7 +63,7 @@ bool IsUnique(const Key& key) {
 
 }  // namespace
 
-int64_t NumberBeforeFirst(const Table& table) {
+int64_t IdentityBeforeFirst(const Table& table) {
   const Column& column = table.columns[static_cast<size_t>(table.identity_column)];
   return column.identity_seed - column.identity_increment;
 }
@@ -149,7 +149,7 @@ std::string PhysicalDefinition(const Table& table, std::string_view schema,
   out += ");";
   for (size_t i = 0; i < table.keys.size(); ++i) out += PhysicalIndex(table, i, schema, physical);
   if (table.identity_column >= 0) {
-    const int64_t before = NumberBeforeFirst(table);
+    const int64_t before = IdentityBeforeFirst(table);
     if (before != 0) {
       out += "INSERT INTO " + std::string(schema) + ".sqlite_sequence(name,seq) VALUES(" +
              QuoteText(physical) + ',' + std::to_string(before) + ");";

@@ -96,7 +96,7 @@ void TemporaryTables::ForgetPooled(const TablePtr& table) {
   if (std::erase(found->second, table) > 0) --pooled_;
 }
 
-void TemporaryTables::Empty(const Table& table) {
+void TemporaryTables::Truncate(const Table& table) {
   SqliteStatement& statement = empty_statements_[table.physical];
   if (!statement) statement = store_.Prepare("DELETE FROM " + table.physical);
   store_.Step(statement.get());
@@ -127,7 +127,7 @@ TablePtr TemporaryTables::Make(const Table& definition) {
   return table;
 }
 
-TablePtr TemporaryTables::Take(const TablePtr& definition) {
+TablePtr TemporaryTables::Create(const TablePtr& definition) {
   Scope& scope = scopes_.back();
   const std::string folded = FoldName(definition->name);
   if (scope.tables.contains(folded)) Raise(errors::kObjectExists, definition->name);
@@ -160,7 +160,7 @@ void TemporaryTables::Drop(const TablePtr& table) {
     const auto found = scope->tables.find(folded);
     if (found == scope->tables.end()) continue;
     const TablePtr dropped = found->second;  // `table` may refer to the entry that goes
-    Empty(*dropped);
+    Truncate(*dropped);
     scope->tables.erase(found);
     undo_.Add([this, id = scope->id, folded, dropped] {
       // Its rows are back. When the procedure that made it has ended meanwhile, it is only emptied.
@@ -187,7 +187,7 @@ void TemporaryTables::Replace(const TablePtr& table, const TablePtr& changed) {
 
 // ---- Table variables ----
 
-TablePtr TemporaryTables::TakeVariable(const TablePtr& definition) {
+TablePtr TemporaryTables::CreateVariable(const TablePtr& definition) {
   TablePtr table = FromPool(*definition);
   if (!table) {
     table = Make(*definition);
@@ -204,7 +204,7 @@ void TemporaryTables::ReleaseVariables() {
       ++entry;
       continue;
     }
-    Empty(*entry->second);
+    Truncate(*entry->second);
     ToPool(entry->second);
     entry = tables.erase(entry);
     ++changes_;
@@ -234,7 +234,7 @@ void TemporaryTables::RestoreVariables() {
     if (std::ranges::find(vanished_, table) != vanished_.end()) {
       store_.Run(PhysicalDefinition(*table, "temp", table->PhysicalName()));
     } else {
-      Empty(*table);
+      Truncate(*table);
     }
     if (rows.empty()) continue;
     std::string places = "?";
@@ -256,7 +256,7 @@ void TemporaryTables::FinishRollback() {
   RestoreVariables();
   vanished_.clear();
   for (const auto& [definition, tables] : pool_) {
-    for (const TablePtr& table : tables) Empty(*table);
+    for (const TablePtr& table : tables) Truncate(*table);
   }
   ++changes_;
 }

@@ -37,18 +37,18 @@ class TemporaryTables {
 
   // ---- Tables ----
   // Errors: 2714 when the innermost scope has one of that name.
-  TablePtr Take(const TablePtr& definition);
+  TablePtr Create(const TablePtr& definition);
   void Drop(const TablePtr& table);
   // Puts `changed`, which is `table` with other columns or keys, in its place.
   void Replace(const TablePtr& table, const TablePtr& changed);
   // Takes all rows out; numbering begins again.
-  void Empty(const Table& table);
+  void Truncate(const Table& table);
   // Drops emptied tables for good when there are too many of them. To be called where no
   // transaction is open, which could bring them back.
   void TrimPool();
 
   // ---- Table variables: no transaction undoes what is in them ----
-  TablePtr TakeVariable(const TablePtr& definition);
+  TablePtr CreateVariable(const TablePtr& definition);
   void ReleaseVariables();  // of the innermost scope
   // Before the store rolls back. Their rows are back with FinishRollback.
   void SaveVariables();

@@ -14,9 +14,9 @@ class UndoLog {
   // `step` takes the change back that was made just now, with all later ones taken back before it.
   void Add(std::function<void()> step) { steps_.push_back(std::move(step)); }
 
-  // A point to which RollBackTo leads back.
+  // A point to which RollbackTo leads back.
   size_t Mark() const { return steps_.size(); }
-  void RollBackTo(size_t mark) {
+  void RollbackTo(size_t mark) {
     while (steps_.size() > mark) {
       const std::function<void()> step = std::move(steps_.back());
       steps_.pop_back();

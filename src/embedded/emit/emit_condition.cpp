@@ -59,10 +59,10 @@ std::string Emitter::Negation(const BoundCondition& operand) {
 }
 
 std::string Emitter::Condition(const BoundCondition& condition) {
-  return InOwnStep([&] { return Test(condition); });
+  return InOwnStep([&] { return ConditionOfKind(condition); });
 }
 
-std::string Emitter::Test(const BoundCondition& condition) {
+std::string Emitter::ConditionOfKind(const BoundCondition& condition) {
   switch (condition.kind) {
     case BoundCondition::Kind::kComparison:
       return Comparison(static_cast<const BoundComparison&>(condition));

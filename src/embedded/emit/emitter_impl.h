@@ -90,7 +90,7 @@ class Emitter {
   std::string Operands(const BoundLogical& logical);
   std::string Comparison(const BoundComparison& comparison);
   std::string Like(const BoundLike& like);
-  std::string Test(const BoundCondition& condition);
+  std::string ConditionOfKind(const BoundCondition& condition);
   std::string Negation(const BoundCondition& operand);
 
   // `more`: further items, each after a comma.

@@ -22,18 +22,18 @@ void BatchCache::Find(std::string_view text, CachedBatch& batch) {
     batch.literals.clear();
     return;
   }
-  const Entry* known = Look(text);
+  const Entry* known = Find(text);
   const Entry& entry = known ? *known : Compile(text);
   if (batch.program != entry.program) batch.program = entry.program;
   Evaluate(batch.literals);
 }
 
-const BatchCache::Entry* BatchCache::Look(std::string_view text) {
-  const Entry* found = text.size() < kPrefix ? nullptr : LookIn(BucketOf(text), text);
-  return found ? found : LookIn(buckets_.back(), text);
+const BatchCache::Entry* BatchCache::Find(std::string_view text) {
+  const Entry* found = text.size() < kPrefix ? nullptr : FindIn(BucketOf(text), text);
+  return found ? found : FindIn(buckets_.back(), text);
 }
 
-const BatchCache::Entry* BatchCache::LookIn(Bucket& bucket, std::string_view text) {
+const BatchCache::Entry* BatchCache::FindIn(Bucket& bucket, std::string_view text) {
   for (Entries::iterator& candidate : bucket) {
     if (!candidate->form.Matches(text, literals_)) continue;
     // What was used last is looked at first.

@@ -44,8 +44,8 @@ class BatchCache {
   using Entries = std::list<Entry>;
   using Bucket = std::vector<Entries::iterator>;
 
-  const Entry* Look(std::string_view text);
-  const Entry* LookIn(Bucket& bucket, std::string_view text);
+  const Entry* Find(std::string_view text);
+  const Entry* FindIn(Bucket& bucket, std::string_view text);
   const Entry& Compile(std::string_view text);
   Bucket& BucketOf(std::string_view beginning);
   void DropOldest();

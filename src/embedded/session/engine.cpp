@@ -14,14 +14,16 @@ Engine::Engine(const StoreLocation& location, std::function<DateTime()> clock, i
 }
 
 bool Engine::RunBatch(std::string_view text, BatchReader& reader) {
-  struct Told {
-    Told(SessionContext& session, BatchReader& to) : context(session) { context.TellTo(&to); }
-    Told(const Told&) = delete;
-    Told& operator=(const Told&) = delete;
-    ~Told() { context.TellTo(nullptr); }
+  struct Reporting {
+    Reporting(SessionContext& session, BatchReader& to) : context(session) {
+      context.ReportTo(&to);
+    }
+    Reporting(const Reporting&) = delete;
+    Reporting& operator=(const Reporting&) = delete;
+    ~Reporting() { context.ReportTo(nullptr); }
     SessionContext& context;
   };
-  const Told told(context_, reader);
+  const Reporting reporting(context_, reader);
   interpreter_.RunBatch(text);
   return !context_.store.IsInterrupted();
 }

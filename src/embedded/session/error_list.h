@@ -22,9 +22,9 @@ class ErrorList {
     last_ = error.number;
     if (error.number == kInterrupted) return;
     if (error.line == 0) error.line = 1;
-    Keep(std::move(error));
+    Append(std::move(error));
   }
-  void AddMessage(SqlError message) { Keep(std::move(message)); }
+  void AddMessage(SqlError message) { Append(std::move(message)); }
   const std::vector<SqlError>& all() const { return errors_; }
 
   // @@ERROR: the number of the last statement's error, 0 when it had none.
@@ -32,7 +32,7 @@ class ErrorList {
   void ForgetLast() { last_ = 0; }
 
   // Until it is called with null, each is told to the reader when it arises.
-  void TellTo(BatchReader* reader) { reader_ = reader; }
+  void ReportTo(BatchReader* reader) { reader_ = reader; }
 
   // Where errors arise: in a procedure, in a text that is executed, or where both are empty in the
   // batch itself.
@@ -54,7 +54,7 @@ class ErrorList {
   };
 
  private:
-  void Keep(SqlError error) {
+  void Append(SqlError error) {
     if (reader_ != nullptr) {
       reader_->Message({error.severity > kMessageSeverity, error.number, error.severity,
                         error.state, error.line, std::string(origin_.procedure), error.message,

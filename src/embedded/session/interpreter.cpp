@@ -44,7 +44,7 @@ void Interpreter::LimitWork() {
 
 // ---- Entry points ----
 
-void Interpreter::Start() {
+void Interpreter::BeginBatch() {
   session_.errors.Clear();
   session_.results.Clear();
   session_.store.ForgetInterrupt();
@@ -58,7 +58,7 @@ void Interpreter::Start() {
 template <class Body>
 void Interpreter::Run(const Body& body) {
   try {
-    Start();
+    BeginBatch();
     body();
   } catch (const ScopeEnded&) {
   } catch (const BatchEnded&) {
@@ -98,7 +98,7 @@ void Interpreter::RunProgram(const std::shared_ptr<Program>& program, Frame& fra
   const bool has_tables = !program->table_variables().empty();
   try {
     for (const TablePtr& table : program->table_variables())
-      session_.catalog.temporaries().TakeVariable(table);
+      session_.catalog.temporaries().CreateVariable(table);
     if (!program->prepared) PrepareProgram(*program, frame);
     Flow flow = Flow::kNext;
     RunBlock(program->body(), frame, flow);
@@ -128,7 +128,7 @@ void Interpreter::RunBlock(const std::vector<InstructionPtr>& body, Frame& frame
   }
 }
 
-void Interpreter::Spend() {
+void Interpreter::CountWork() {
   if (session_.store.IsInterrupted()) throw BatchEnded{};
   if (budget_ == 0 || ++spent_ <= budget_) return;
   session_.errors.Add(StoreFailure("the batch did more than it may"));
@@ -136,7 +136,7 @@ void Interpreter::Spend() {
 }
 
 Flow Interpreter::RunOne(Instruction& instruction, Frame& frame) {
-  Spend();
+  CountWork();
   session_.store.functions().now.reset();
   try {
     const Flow flow = instruction.Execute(session_, frame);

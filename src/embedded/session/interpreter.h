@@ -46,14 +46,14 @@ class Interpreter {
   void RunBlock(const std::vector<InstructionPtr>& body, Frame& frame, Flow& flow);
   Flow RunOne(Instruction& instruction, Frame& frame);
   // Counts a statement; ends the batch when the budget is used up.
-  void Spend();
+  void CountWork();
   void RunText(std::string_view text);
   // `arguments` as for RunProcedure. Returns the procedure's RETURN value. Errors: 2812 and those
   // of the arguments.
   int64_t Call(const ObjectName& name, std::vector<CallArgument>& arguments);
 
  private:
-  void Start();
+  void BeginBatch();
   template <class Body>
   void Run(const Body& body);
   void RunProgram(const std::shared_ptr<Program>& program, Frame& frame);

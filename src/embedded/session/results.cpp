@@ -5,21 +5,22 @@
 
 namespace tavcc::sql {
 
-ToldRows::ToldRows(BatchReader& reader, const ResultShape& shape) : reader_(reader), shape_(shape) {
+RowReport::RowReport(BatchReader& reader, const ResultShape& shape)
+    : reader_(reader), shape_(shape) {
   values_.resize(shape.types.size());
   reader_.BeginRows(shape.names);
 }
 
-void ToldRows::Send(std::span<const StoredValue> cells) {
+void RowReport::Send(std::span<const StoredValue> cells) {
   for (size_t i = 0; i < values_.size(); ++i) values_[i] = ToValue(cells[i], shape_.types[i]);
   reader_.Row(values_);
 }
 
-void Results::Tell(const Rows& rows) {
+void Results::Report(const Rows& rows) {
   const size_t columns = rows.shape->types.size();
-  TellResult(*reader_, *rows.shape, [&](ToldRows& told) {
+  ReportResult(*reader_, *rows.shape, [&](RowReport& report) {
     for (size_t row = 0; row < rows.count; ++row) {
-      told.Send(std::span(rows.cells).subspan(row * columns, columns));
+      report.Send(std::span(rows.cells).subspan(row * columns, columns));
     }
   });
 }

@@ -22,7 +22,7 @@ class Results {
     if (captured_ != nullptr) {
       captured_->push_back(std::move(rows));
     } else if (reader_ != nullptr) {
-      Tell(rows);
+      Report(rows);
     } else if (!any_) {
       any_ = true;
       first_ = std::move(rows);
@@ -39,14 +39,14 @@ class Results {
   bool capturing() const { return captured_ != nullptr; }
 
   // Until it is called with null, the reader is told of all that is not captured.
-  void TellTo(BatchReader* reader) { reader_ = reader; }
+  void ReportTo(BatchReader* reader) { reader_ = reader; }
   // Whom to tell of a row as it comes; null where results are added whole.
   BatchReader* reader() const { return capturing() ? nullptr : reader_; }
 
   RecordsetMaker& recordsets() { return recordsets_; }
 
  private:
-  void Tell(const Rows& rows);
+  void Report(const Rows& rows);
 
   bool any_ = false;
   Rows first_;
@@ -57,9 +57,9 @@ class Results {
 };
 
 // Tells a reader of one result, row by row. End is to be called, also after an error.
-class ToldRows {
+class RowReport {
  public:
-  ToldRows(BatchReader& reader, const ResultShape& shape);
+  RowReport(BatchReader& reader, const ResultShape& shape);
   // Errors: SqlError of a value that no automation value can be.
   void Send(std::span<const StoredValue> cells);
 
@@ -72,10 +72,10 @@ class ToldRows {
 // Tells the reader of a result, whose rows `send_all` sends; also of the end of one that an error
 // cuts short.
 template <class SendAll>
-void TellResult(BatchReader& reader, const ResultShape& shape, const SendAll& send_all) {
-  ToldRows told(reader, shape);
+void ReportResult(BatchReader& reader, const ResultShape& shape, const SendAll& send_all) {
+  RowReport report(reader, shape);
   try {
-    send_all(told);
+    send_all(report);
   } catch (const SqlError&) {
     reader.EndRows();
     throw;

@@ -41,7 +41,7 @@ std::string SqlStateOf(const SqlError& error) {
 
 }  // namespace
 
-const SqlError* FirstError(const std::vector<SqlError>& errors) {
+const SqlError* FindFirstError(const std::vector<SqlError>& errors) {
   const auto found = std::ranges::find_if(
       errors, [](const SqlError& error) { return error.severity > kMessageSeverity; });
   return found == errors.end() ? nullptr : &*found;
@@ -55,18 +55,18 @@ Session::~Session() {
   }
 }
 
-void Session::RequireOpen() const {
+void Session::CheckOpen() const {
   if (!open_) throw AutomationError(RuntimeError::kObjectClosed);
 }
 
 void Session::RaiseFirst() const {
-  if (const SqlError* error = FirstError(engine_->errors())) {
+  if (const SqlError* error = FindFirstError(engine_->errors())) {
     throw AutomationError(error->number, std::string(kErrorSource), error->message);
   }
 }
 
 RecordsetPtr Session::Execute(const SqlText& sql) {
-  RequireOpen();
+  CheckOpen();
   engine_->RunBatch(sql.text);
   RaiseFirst();
   return engine_->TakeResult();
@@ -77,7 +77,7 @@ RecordsetPtr Session::OpenClientRecordset(const SqlText& sql) {
 }
 
 void Session::CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) {
-  RequireOpen();
+  CheckOpen();
   std::vector<CallArgument> arguments;
   try {
     for (const ProcedureParameter& parameter : parameters) {
@@ -95,7 +95,7 @@ void Session::CallProcedure(const SqlText& name, std::span<ProcedureParameter> p
 }
 
 bool Session::RunBatch(std::string_view batch, BatchReader& reader) {
-  RequireOpen();
+  CheckOpen();
   try {
     return engine_->RunBatch(batch, reader);
   } catch (...) {
@@ -106,7 +106,7 @@ bool Session::RunBatch(std::string_view batch, BatchReader& reader) {
 }
 
 std::vector<SchemaObject> Session::Objects() {
-  RequireOpen();
+  CheckOpen();
   engine_->RunBatch("");  // takes note of what others changed
   std::vector<SchemaObject> objects;
   engine_->context().catalog.ForEachObject([&](const CatalogObject& object) {
@@ -120,7 +120,7 @@ std::vector<SchemaObject> Session::Objects() {
 }
 
 std::vector<std::string> Session::Columns(std::string_view name) {
-  RequireOpen();
+  CheckOpen();
   engine_->RunBatch("");
   const ObjectName object{SplitName(name)};
   std::vector<std::string> names;
@@ -137,7 +137,7 @@ std::vector<std::string> Session::Columns(std::string_view name) {
 }
 
 std::string Session::Definition(std::string_view name) {
-  RequireOpen();
+  CheckOpen();
   engine_->RunBatch("");
   const auto object = engine_->context().catalog.Find(ObjectName{SplitName(name)});
   return object == nullptr ? "" : object->definition;

@@ -31,7 +31,7 @@ class Session final : public BatchSession {
   Engine& engine() { return *engine_; }
 
  private:
-  void RequireOpen() const;
+  void CheckOpen() const;
   void RaiseFirst() const;
 
   std::shared_ptr<void> store_;
@@ -41,7 +41,7 @@ class Session final : public BatchSession {
 
 // The first of the errors that is more than a message, as the caller gets it; null when there is
 // none.
-const SqlError* FirstError(const std::vector<SqlError>& errors);
+const SqlError* FindFirstError(const std::vector<SqlError>& errors);
 
 inline constexpr std::string_view kErrorSource = "embedded database";
 

@@ -5,7 +5,7 @@
 namespace tavcc::sql {
 namespace {
 
-SqliteConnection& Ready(SqliteConnection& store, bool shared) {
+SqliteConnection& PrepareStore(SqliteConnection& store, bool shared) {
   PrepareConnection(store, shared);
   if (!shared) store.Run(StoredObjects::NewStoreText());
   return store;
@@ -16,7 +16,7 @@ SqliteConnection& Ready(SqliteConnection& store, bool shared) {
 SessionContext::SessionContext(const StoreLocation& location)
     : store(location),
       shared(location.shared),
-      catalog(Ready(store, shared), shared),
+      catalog(PrepareStore(store, shared), shared),
       transaction(store, catalog, shared) {}
 
 void SessionContext::Clear() {
@@ -30,9 +30,9 @@ void SessionContext::Clear() {
   results.recordsets().Forget();
 }
 
-void SessionContext::TellTo(BatchReader* reader) {
-  errors.TellTo(reader);
-  results.TellTo(reader);
+void SessionContext::ReportTo(BatchReader* reader) {
+  errors.ReportTo(reader);
+  results.ReportTo(reader);
 }
 
 StoredValue SessionContext::ValueOf(SessionValue value, const Frame& frame) const {

@@ -24,7 +24,7 @@ struct SessionContext {
   // Ends the transaction, temporary tables and cursors.
   void Clear();
   // Until it is called with null, the reader is told all that a batch gives.
-  void TellTo(BatchReader* reader);
+  void ReportTo(BatchReader* reader);
 
   SqliteConnection store;
   const bool shared;  // the store is a file, which other processes may be at work on

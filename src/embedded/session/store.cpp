@@ -23,16 +23,16 @@ namespace fs = std::filesystem;
 // "Tvcc" in the header of the file.
 constexpr int64_t kApplicationId = 0x54766363;
 
-[[noreturn]] void Refuse(const std::string& path, std::string_view reason) {
+[[noreturn]] void RaiseFailure(const std::string& path, std::string_view reason) {
   throw StoreFailure(Cat(path, ": ", reason));
 }
 
-void RequireSqliteHeader(const std::string& path) {
+void CheckSqliteHeader(const std::string& path) {
   std::ifstream file(PathOf(path), std::ios::binary);
   char header[16] = {};
-  if (!file.read(header, sizeof header)) Refuse(path, "cannot be read, or is no database");
+  if (!file.read(header, sizeof header)) RaiseFailure(path, "cannot be read, or is no database");
   if (std::string_view(header, sizeof header) != std::string_view("SQLite format 3\0", 16)) {
-    Refuse(path, "is no database of this kind");
+    RaiseFailure(path, "is no database of this kind");
   }
 }
 
@@ -56,12 +56,12 @@ void Check(const StoreLocation& location) {
   const std::string& path = location.path;
   SqliteConnection store(location);
   if (store.QueryInteger("PRAGMA application_id") != kApplicationId) {
-    Refuse(path, "is no database of this kind");
+    RaiseFailure(path, "is no database of this kind");
   }
   const int64_t version = store.QueryInteger("PRAGMA user_version") & kVersionBits;
   if (version != kCatalogVersion) {
-    Refuse(path,
-           Cat("has version ", static_cast<int32_t>(version), ", not version ", kCatalogVersion));
+    RaiseFailure(path, Cat("has version ", static_cast<int32_t>(version), ", not version ",
+                           kCatalogVersion));
   }
 }
 
@@ -91,19 +91,20 @@ StoreLocation FindStore(const OpenOptions& options) {
   std::error_code error;
   if (options.create && !fs::exists(PathOf(path), error)) MakeStore(path);
   const auto status = fs::status(PathOf(path), error);
-  if (!fs::exists(status)) Refuse(path, "does not exist");
-  if (!fs::is_regular_file(status)) Refuse(path, "is no file");
-  RequireSqliteHeader(path);
-  RequireOwnJournals(path);
+  if (!fs::exists(status)) RaiseFailure(path, "does not exist");
+  if (!fs::is_regular_file(status)) RaiseFailure(path, "is no file");
+  CheckSqliteHeader(path);
+  CheckOwnJournals(path);
   const StoreLocation location{path, true, IsReadOnly(path), options.busy_seconds};
   Check(location);
   return location;
 }
 
-void RequireOwnJournals(const std::string& path) {
+void CheckOwnJournals(const std::string& path) {
   const std::string journal = ForeignJournal(path);
   if (journal.empty()) return;
-  Refuse(path, Cat("cannot be opened beside ", journal,
+  RaiseFailure(path,
+               Cat("cannot be opened beside ", journal,
                    ", the journal of another file: its changes would be written into this one; "
                    "move it away, or put the file back that it belongs to"));
 }

@@ -17,7 +17,7 @@ inline constexpr std::string_view kInMemory = ":memory:";
 StoreLocation FindStore(const OpenOptions& options);
 
 // Errors: SqlError kStoreFailure when a journal lies beside the file that was not written for it.
-void RequireOwnJournals(const std::string& path);
+void CheckOwnJournals(const std::string& path);
 
 // Makes a file of the store in memory. Errors: SqlError kStoreFailure as Database::SaveAs states
 // them.

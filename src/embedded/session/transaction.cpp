@@ -27,10 +27,10 @@ void Transaction::Commit() {
 void Transaction::RollbackAll() {
   if (store_.InTransaction()) {
     catalog_.SaveVariables();
-    catalog_.SaveNumbers();
+    catalog_.SaveIdentities();
     store_.RunCached("ROLLBACK");
   }
-  catalog_.RollBackTo(0);
+  catalog_.RollbackTo(0);
   save_points_.clear();
   count_ = 0;
 }
@@ -44,9 +44,9 @@ void Transaction::Rollback(const std::string& name) {
   for (size_t i = save_points_.size(); i-- > 0;) {
     if (!EqualsIgnoringCase(save_points_[i].name, name)) continue;
     catalog_.SaveVariables();
-    catalog_.SaveNumbers();
+    catalog_.SaveIdentities();
     store_.Run("ROLLBACK TO \"save." + std::to_string(i) + '"');
-    catalog_.RollBackTo(save_points_[i].mark);
+    catalog_.RollbackTo(save_points_[i].mark);
     save_points_.resize(i + 1);
     return;
   }
@@ -74,23 +74,23 @@ StatementGuard::StatementGuard(Transaction& transaction, bool store)
   if (store) store_.MarkChange();
 }
 
-void StatementGuard::Keep() {
+void StatementGuard::Commit() {
   store_.RunCached(own_transaction_ ? "COMMIT" : "RELEASE statement");
   if (own_transaction_) catalog_.Forget();
-  kept_ = true;
+  committed_ = true;
 }
 
 StatementGuard::~StatementGuard() {
-  if (kept_ || !store_.InTransaction()) return;
+  if (committed_ || !store_.InTransaction()) return;
   try {
-    catalog_.SaveNumbers();
+    catalog_.SaveIdentities();
     if (own_transaction_) {
       store_.RunCached("ROLLBACK");
     } else {
       store_.RunCached("ROLLBACK TO statement");
       store_.RunCached("RELEASE statement");
     }
-    catalog_.RollBackTo(mark_);
+    catalog_.RollbackTo(mark_);
   } catch (const SqlError&) {
     // The store has given the transaction up; the interpreter finds that out by itself.
   }

@@ -41,7 +41,7 @@ class Transaction {
   std::vector<SavePoint> save_points_;
 };
 
-// Makes one statement whole: what it did to store and catalog is undone unless Keep is called.
+// Makes one statement whole: what it did to store and catalog is undone unless Commit is called.
 class StatementGuard {
  public:
   // `store`: whether the store's own file is changed, not only temporary tables.
@@ -49,14 +49,14 @@ class StatementGuard {
   StatementGuard(const StatementGuard&) = delete;
   StatementGuard& operator=(const StatementGuard&) = delete;
   ~StatementGuard();
-  void Keep();
+  void Commit();
 
  private:
   SqliteConnection& store_;
   Catalog& catalog_;
   const bool own_transaction_;
   const size_t mark_;
-  bool kept_ = false;
+  bool committed_ = false;
 };
 
 }  // namespace tavcc::sql

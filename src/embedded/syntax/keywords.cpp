@@ -75,7 +75,7 @@ bool SameWord(std::string_view word, std::string_view upper) {
 
 }  // namespace
 
-Keyword LookUpKeyword(std::string_view word) {
+Keyword FindKeyword(std::string_view word) {
   if (word.size() < kShortest || word.size() > kLongest) return Keyword::kNone;
   if ((kLengths[Pair(word)] >> word.size() & 1) == 0) return Keyword::kNone;
   for (size_t at = Hash(word); kTable[at] != 0; at = (at + 1) & (kSlots - 1)) {

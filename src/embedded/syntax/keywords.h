@@ -46,7 +46,7 @@ constexpr bool IsReserved(Keyword keyword) {
 }
 
 // What a bare word is, in any letter case. Only ASCII letters are folded: no keyword has others.
-Keyword LookUpKeyword(std::string_view word);
+Keyword FindKeyword(std::string_view word);
 
 // The keyword in upper case.
 std::string_view KeywordText(Keyword keyword);

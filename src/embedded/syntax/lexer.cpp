@@ -89,7 +89,7 @@ void Lexer::Read(Token& token) {
   line_ += CountLines(text_.substr(line_counted_to_, raw.begin - line_counted_to_));
   line_counted_to_ = raw.begin;
   token.line = line_;
-  if (raw.kind == TokenKind::kWord) token.keyword = LookUpKeyword(token.text);
+  if (raw.kind == TokenKind::kWord) token.keyword = FindKeyword(token.text);
 }
 
 std::string_view Inside(const Token& token) {

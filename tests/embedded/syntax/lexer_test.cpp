@@ -137,10 +137,10 @@ TEST(Keywords, AllAreFoundInAnyCase) {
   for (const char* word :
        {"as", "AS", "Of", "Add", "tOP", "From", "WHERE", "Select", "declare", "raiserror",
         "TRANSACTION", "NONCLUSTERED", "current_timestamp", "SemanticSimilarityDetailsTable"})
-    EXPECT_TRUE(IsReserved(LookUpKeyword(word))) << word;
+    EXPECT_TRUE(IsReserved(FindKeyword(word))) << word;
   for (const char* word : {"", "a", "asx", "fromm", "int", "count", "séect", "t_Stock"})
-    EXPECT_FALSE(IsReserved(LookUpKeyword(word))) << word;
-#define TAVCC_SQL_CHECK(word) EXPECT_EQ(LookUpKeyword(#word), Keyword::k##word);
+    EXPECT_FALSE(IsReserved(FindKeyword(word))) << word;
+#define TAVCC_SQL_CHECK(word) EXPECT_EQ(FindKeyword(#word), Keyword::k##word);
   TAVCC_SQL_RESERVED_WORDS(TAVCC_SQL_CHECK)
 #undef TAVCC_SQL_CHECK
 }

@@ -240,7 +240,7 @@ bool IsWholeBatch(std::string_view text) {
       continue;
     }
     const bool is_word = token.kind == sql::TokenKind::kWord;
-    const Keyword keyword = is_word ? sql::LookUpKeyword(word) : Keyword::kNone;
+    const Keyword keyword = is_word ? sql::FindKeyword(word) : Keyword::kNone;
     if (std::exchange(at_start, false)) first = keyword;
     if (IsOneOf(keyword, {Keyword::kBEGIN, Keyword::kCASE})) ++depth;
     if (IsOneOf(keyword, {Keyword::kTRAN, Keyword::kTRANSACTION}) && before == Keyword::kBEGIN) {

@@ -38,7 +38,7 @@ class IfInstruction final : public Instruction {
     if (otherwise_) otherwise_->Prepare(session, frame);
   }
   Flow Execute(SessionContext& session, Frame& frame) override {
-    Instruction* branch = condition_.Test(session, frame) ? then_.get() : otherwise_.get();
+    Instruction* branch = condition_.IsTrue(session, frame) ? then_.get() : otherwise_.get();
     return branch != nullptr ? frame.interpreter->RunOne(*branch, frame) : Flow::kNext;
   }
 
@@ -59,9 +59,9 @@ class WhileInstruction final : public Instruction {
     if (body_) body_->Prepare(session, frame);
   }
   Flow Execute(SessionContext& session, Frame& frame) override {
-    while (condition_.Test(session, frame)) {
+    while (condition_.IsTrue(session, frame)) {
       if (!body_) {
-        frame.interpreter->Spend();
+        frame.interpreter->CountWork();
         continue;
       }
       const Flow flow = frame.interpreter->RunOne(*body_, frame);

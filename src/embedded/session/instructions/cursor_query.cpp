@@ -172,7 +172,7 @@ class DeclareCursorInstruction final : public Instruction, public CursorQuery {
       const bool gone = run.Column(Columns(plan) + static_cast<int>(i)).IsNull();
       if (gone && !key[i].IsNull()) return rows;
     }
-    Take(plan, run, rows);
+    ReadRow(plan, run, rows);
     return rows;
   }
 
@@ -193,14 +193,14 @@ class DeclareCursorInstruction final : public Instruction, public CursorQuery {
     PlanRun run(session, plan, frame, std::span(&from, 1));
     if (!run.Step()) return rows;
     number = run.Column(Columns(plan)).integer();
-    Take(plan, run, rows);
+    ReadRow(plan, run, rows);
     return rows;
   }
 
  private:
   static int Columns(const QueryPlan& plan) { return static_cast<int>(plan.shape->types.size()); }
 
-  static void Take(const QueryPlan& plan, const PlanRun& run, Rows& rows) {
+  static void ReadRow(const QueryPlan& plan, const PlanRun& run, Rows& rows) {
     for (size_t i = 0; i < plan.shape->types.size(); ++i) {
       run.ReadTyped(i, *plan.shape, rows.cells.emplace_back());
     }

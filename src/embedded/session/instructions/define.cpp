@@ -20,7 +20,7 @@ class DefineInstruction final : public Instruction {
   Flow Execute(SessionContext& session, Frame&) override {
     StatementGuard guard(session.transaction, store_);
     apply_(session, statement_);
-    guard.Keep();
+    guard.Commit();
     session.state.row_count = 0;
     return Flow::kNext;
   }
@@ -45,7 +45,7 @@ class CreateTableInstruction final : public Instruction {
     if (!table_) table_ = BuildTable(statement_.name.last(), statement_.definition);
     StatementGuard guard(session.transaction, !table_->IsTemporary());
     session.catalog.CreateTable(table_);
-    guard.Keep();
+    guard.Commit();
     session.state.row_count = 0;
     return Flow::kNext;
   }
@@ -151,7 +151,7 @@ void Drop(SessionContext& session, const DropStatement& drop) {
 
 void Truncate(SessionContext& session, const TruncateStatement& statement) {
   const TablePtr table = RequireTable(session, statement.table, errors::kTruncateOfMissing);
-  session.catalog.temporaries().Empty(*table);
+  session.catalog.temporaries().Truncate(*table);
 }
 
 }  // namespace

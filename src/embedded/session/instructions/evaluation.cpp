@@ -10,7 +10,7 @@ ValuePlan& Evaluation::Find(SessionContext& session, const Frame& frame) {
     Binder binder(session.catalog, visible_.span(), frame.literals, plan.binding);
     BoundValues values;
     if (condition_ != nullptr) {
-      values.condition = binder.BindTest(*condition_);
+      values.condition = binder.BindCondition(*condition_);
     } else {
       values.values.push_back(binder.BindValue(*expression_, type_));
       plan.type = values.values[0]->type;
@@ -20,7 +20,7 @@ ValuePlan& Evaluation::Find(SessionContext& session, const Frame& frame) {
   });
 }
 
-bool Evaluation::Test(SessionContext& session, Frame& frame) {
+bool Evaluation::IsTrue(SessionContext& session, Frame& frame) {
   PlanRun run(session, Find(session, frame), frame);
   run.Step();
   const StoredValue value = run.Column(0);

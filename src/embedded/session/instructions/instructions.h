@@ -31,7 +31,7 @@ class Evaluation {
       : visible_(visible), expression_(&expression), type_(type) {}
 
   void Prepare(SessionContext& session, Frame& frame) { Find(session, frame); }
-  bool Test(SessionContext& session, Frame& frame);  // false for unknown
+  bool IsTrue(SessionContext& session, Frame& frame);  // false for unknown
   TypedValue Value(SessionContext& session, Frame& frame);
 
  private:

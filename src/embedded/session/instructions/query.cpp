@@ -9,8 +9,8 @@
 namespace tavcc::sql {
 namespace {
 
-const ObjectName* IntoOf(const Query& query) {
-  if (!query.block) return IntoOf(*query.left);
+const ObjectName* FindInto(const Query& query) {
+  if (!query.block) return FindInto(*query.left);
   return query.block->into ? &*query.block->into : nullptr;
 }
 
@@ -62,17 +62,17 @@ class QueryInstruction : public Instruction {
 };
 
 // Tells the reader of each row when SQLite gives it. The number of rows.
-int64_t TellRows(SessionContext& session, QueryPlan& plan, Frame& frame, BatchReader& reader) {
+int64_t ReportRows(SessionContext& session, QueryPlan& plan, Frame& frame, BatchReader& reader) {
   int64_t count = 0;
   std::vector<StoredValue> cells(plan.shape->types.size());
   PlanRun run(session, plan, frame);
   // An error before the first row leaves no result.
   bool more = run.Step();
-  TellResult(reader, *plan.shape, [&](ToldRows& told) {
+  ReportResult(reader, *plan.shape, [&](RowReport& report) {
     while (more) {
       ++count;
       for (size_t i = 0; i < cells.size(); ++i) run.ReadTyped(i, *plan.shape, cells[i]);
-      told.Send(cells);
+      report.Send(cells);
       more = !plan.emitted.single_row && run.Step();
     }
   });
@@ -91,7 +91,7 @@ class SelectInstruction final : public QueryInstruction {
   Flow Execute(SessionContext& session, Frame& frame) override {
     QueryPlan& plan = Find(session, frame);
     if (BatchReader* const reader = session.results.reader()) {
-      session.state.row_count = TellRows(session, plan, frame, *reader);
+      session.state.row_count = ReportRows(session, plan, frame, *reader);
       return Flow::kNext;
     }
     Rows rows = ReadRows(session, plan, frame);
@@ -173,7 +173,7 @@ class AssigningSelectInstruction final : public QueryInstruction {
 class SelectIntoInstruction final : public QueryInstruction {
  public:
   SelectIntoInstruction(const SelectStatement& statement, DeclaredVariables visible)
-      : QueryInstruction(statement, visible), into_(*IntoOf(query_)) {}
+      : QueryInstruction(statement, visible), into_(*FindInto(query_)) {}
 
   void Prepare(SessionContext& session, Frame& frame) override {
     PrepareDeferred(line(), [&] { FindTable(session, frame); });
@@ -185,7 +185,7 @@ class SelectIntoInstruction final : public QueryInstruction {
     StatementGuard guard(session.transaction, !definition->IsTemporary());
     const TablePtr table = session.catalog.CreateTable(definition);
     RunInsert(session, FindRows(session, frame, table), frame);
-    guard.Keep();
+    guard.Commit();
     return Flow::kNext;
   }
 
@@ -246,7 +246,7 @@ Rows ReadRows(SessionContext& session, QueryPlan& plan, Frame& frame) {
 
 InstructionPtr MakeInstruction(const SelectStatement& statement, DeclaredVariables visible) {
   const bool assigning = IsAssigning(*statement.query);
-  if (IntoOf(*statement.query) != nullptr) {
+  if (FindInto(*statement.query) != nullptr) {
     if (assigning) Raise(errors::kSelectIntoAssigns);
     return std::make_unique<SelectIntoInstruction>(statement, visible);
   }

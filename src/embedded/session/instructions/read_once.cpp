@@ -40,7 +40,7 @@ class DeleteByQuery final : public Instruction {
       : Instruction(remove.line), insert_(insert), remove_(remove), visible_(visible) {}
 
   // Whether it does what the two statements do. What is wrong with them they say themselves.
-  bool Serves(SessionContext& session, const Frame& frame) {
+  bool MayReplace(SessionContext& session, const Frame& frame) {
     try {
       return !Find(session, frame).emitted.sql.empty();
     } catch (const SqlError&) {
@@ -99,7 +99,7 @@ class ReadOnceInstruction final : public Instruction {
   }
   Flow Execute(SessionContext& session, Frame& frame) override {
     // A reader is told the row counts of both.
-    if (session.results.reader() == nullptr && both_->Serves(session, frame))
+    if (session.results.reader() == nullptr && both_->MayReplace(session, frame))
       return frame.interpreter->RunOne(*both_, frame);
     const Flow flow = frame.interpreter->RunOne(*insert_, frame);
     return flow == Flow::kNext ? frame.interpreter->RunOne(*remove_, frame) : flow;

@@ -66,7 +66,7 @@ std::string Places(size_t count) {
 
 // All rows are taken out, then put back as they are to be: a key that is taken now is taken for
 // good.
-void Exchange(SessionContext& session, const NewValuesPlan& plan, const std::vector<Row>& rows) {
+void ReplaceRows(SessionContext& session, const NewValuesPlan& plan, const std::vector<Row>& rows) {
   const Table& table = *plan.table;
   const std::string by_number = " FROM " + table.physical + " WHERE " + table.rowid + "=?1";
   RowStatement read(session, "SELECT " + table.rowid + Names(table) + by_number);
@@ -110,8 +110,8 @@ void UpdateInSteps(SessionContext& session, NewValuesPlan& plan, Frame& frame,
   try {
     const std::vector<Row> rows = NewValues(session, plan, frame, row);
     const bool any = std::ranges::any_of(plan.columns, [](int column) { return column >= 0; });
-    if (any) Exchange(session, plan, rows);
-    guard.Keep();
+    if (any) ReplaceRows(session, plan, rows);
+    guard.Commit();
     session.state.row_count = static_cast<int64_t>(rows.size());
   } catch (...) {
     frame.variables = before;

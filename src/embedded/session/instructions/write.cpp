@@ -13,7 +13,7 @@
 namespace tavcc::sql {
 namespace {
 
-void BeginNumbers(SessionContext& session, const Table& table) {
+void BeginIdentity(SessionContext& session, const Table& table) {
   const Column& column = table.columns[static_cast<size_t>(table.identity_column)];
   session.state.next_identity.last = session.catalog.identities().Last(table);
   session.state.next_identity.step = column.identity_increment;
@@ -21,7 +21,7 @@ void BeginNumbers(SessionContext& session, const Table& table) {
 }
 
 // The next value goes on from one that the statement itself has said, where that is further on.
-void KeepExplicitNumber(SessionContext& session, const Table& table) {
+void AdvanceIdentity(SessionContext& session, const Table& table) {
   const int64_t written = *session.state.identity;
   const int64_t last = session.catalog.identities().Last(table);
   if (table.IsLaterIdentity(written, last)) session.catalog.identities().SetLast(table, written);
@@ -33,7 +33,7 @@ SqlError RefusedInsert(SessionContext& session, const InsertPlan& plan, const Fr
                        std::span<const StoredValue> row, const SqlError& error) {
   const int64_t drawn = session.state.next_identity.last;
   // The rows are looked through once more, with the same identity values.
-  if (plan.draws_identity) BeginNumbers(session, *plan.table);
+  if (plan.draws_identity) BeginIdentity(session, *plan.table);
   int64_t refused = 1;
   SqlError out = RefusedRow(error, *plan.table, "INSERT", [&](const Key& key) {
     return DuplicateKey(session, plan, frame, row, key, &refused);
@@ -148,7 +148,7 @@ class InsertExecuteInstruction final : public Instruction {
     StatementGuard guard(session.transaction, !table || table->IsStored());
     int64_t count = 0;
     for (const Rows& rows : results) count += InsertRows(session, frame, rows);
-    guard.Keep();
+    guard.Commit();
     session.state.row_count = count;
     return Flow::kNext;
   }
@@ -264,7 +264,7 @@ class DeleteInstruction final : public ChangeInstruction {
 };
 
 // What an INSERT leaves behind for the next one, and for @@IDENTITY.
-void TakeNumbers(SessionContext& session, const InsertPlan& plan, Frame& frame) {
+void RecordIdentity(SessionContext& session, const InsertPlan& plan, Frame& frame) {
   session.state.identity.reset();
   if (plan.table->identity_column >= 0 && session.state.row_count > 0) {
     session.state.identity = sqlite3_last_insert_rowid(session.store.handle());
@@ -272,7 +272,7 @@ void TakeNumbers(SessionContext& session, const InsertPlan& plan, Frame& frame) 
   if (plan.draws_identity) {
     session.catalog.identities().SetLast(*plan.table, session.state.next_identity.last);
   } else if (session.state.identity && plan.table->draws_identity) {
-    KeepExplicitNumber(session, *plan.table);
+    AdvanceIdentity(session, *plan.table);
   }
   frame.scope_identity = session.state.identity;
 }
@@ -307,8 +307,8 @@ class RowChange {
     session_.state.row_count = sqlite3_changes(store.handle());
   }
 
-  void Keep() {
-    if (alone_) alone_->Keep();
+  void Commit() {
+    if (alone_) alone_->Commit();
   }
 
  private:
@@ -321,14 +321,14 @@ class RowChange {
 void RunInsert(SessionContext& session, InsertPlan& plan, Frame& frame,
                std::span<const StoredValue> row) {
   RowChange change(session, *plan.table);
-  if (plan.draws_identity) BeginNumbers(session, *plan.table);
+  if (plan.draws_identity) BeginIdentity(session, *plan.table);
   try {
     change.Run(plan, frame, row);
   } catch (const SqlError& error) {
     throw RefusedInsert(session, plan, frame, row, error);
   }
-  TakeNumbers(session, plan, frame);
-  change.Keep();
+  RecordIdentity(session, plan, frame);
+  change.Commit();
 }
 
 void RunChange(SessionContext& session, ChangePlan& plan, Frame& frame,
@@ -341,7 +341,7 @@ void RunChange(SessionContext& session, ChangePlan& plan, Frame& frame,
     if (error.number != kNullRefused) throw;
     throw RefusedRow(error, *plan.table, "UPDATE", [](const Key&) { return std::string(); });
   }
-  change.Keep();
+  change.Commit();
 }
 
 InstructionPtr MakeInsert(const InsertStatement& statement, InstructionPtr execute,
