@@ -194,10 +194,12 @@ TEST_F(ReferenceHostTest, AMissingComponentCannotBeCreated) {
       {"Bzo.Vector", [](Host& host) { host.NewVector(); }},
   };
   for (const auto& [name, create] : components) {
-    EXPECT_EQ(ErrorOf([&] { create(host_); }), 0) << name;
+    EXPECT_EQ(ErrorOf([this, &create = create] { create(host_); }), 0) << name;
     host_.settings().missing_components = {name};
     for (const auto& [other, create_other] : components) {
-      EXPECT_EQ(ErrorOf([&] { create_other(host_); }), other == name ? 429 : 0) << other;
+      EXPECT_EQ(ErrorOf([this, &create_other = create_other] { create_other(host_); }),
+                other == name ? 429 : 0)
+          << other;
     }
     host_.settings().missing_components.clear();
   }

@@ -182,7 +182,7 @@ TdsAnswer ColumnsOf(BatchSession& session, const std::string& table) {
   std::vector<TdsColumn> columns =
       TextColumns({"TABLE_QUALIFIER", "TABLE_OWNER", "TABLE_NAME", "COLUMN_NAME", "DATA_TYPE",
                    "TYPE_NAME", "PRECISION", "LENGTH", "SCALE", "RADIX", "NULLABLE", "REMARKS"});
-  for (const size_t number : {4, 6, 7, 8, 9, 10}) columns[number].type = TdsType::kInt;
+  for (const size_t number : {4U, 6U, 7U, 8U, 9U, 10U}) columns[number].type = TdsType::kInt;
   TdsAnswer answer;
   answer.Columns(columns);
   const std::string definition = session.Definition(table);

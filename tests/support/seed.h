@@ -2,7 +2,9 @@
 // TAVCC_SEED sets it.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <random>
 
 namespace tavcc::testing {
@@ -19,7 +21,7 @@ class Chance {
   size_t Below(size_t count) { return random_() % count; }
   template <class Range>
   const auto& Of(const Range& range) {
-    return std::begin(range)[Below(std::size(range))];
+    return std::begin(range)[static_cast<std::ptrdiff_t>(Below(std::size(range)))];
   }
 
  private:

@@ -6,7 +6,7 @@ namespace tavcc::sql {
 
 template <class Node>
 void StatementPass::WalkInside(Node& node) {
-  ForEachTree(node, [this](auto& part) { Walk(part); });
+  ForEachTree(node, [&](auto& part) { Walk(part); });
 }
 
 void StatementPass::Run(BoundQuery& query) {

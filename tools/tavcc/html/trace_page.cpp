@@ -19,7 +19,7 @@ void WriteArguments(HtmlWriter& html, const TraceReport& report) {
   if (report.arguments.empty()) return;
   const auto list = html.Open("dl", {{"class", "arguments"}});
   for (const auto& [name, value] : report.arguments) {
-    WriteTerm(html, name, [&] { WriteCode(html, value); });
+    WriteTerm(html, name, [&html, &value = value] { WriteCode(html, value); });
     html.EndLine();
   }
 }

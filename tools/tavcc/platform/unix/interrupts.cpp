@@ -12,7 +12,7 @@ namespace tavcc {
 namespace {
 
 // What a handler may do is little: it writes a byte, and the thread does the rest.
-int ends[2] = {-1, -1};
+int pipe_ends[2] = {-1, -1};
 struct sigaction earlier;
 
 constexpr char kInterrupted = 'i';
@@ -20,7 +20,7 @@ constexpr char kEnd = 'e';
 
 void Tell(char what) {
   const int error = errno;
-  while (write(ends[1], &what, 1) < 0 && errno == EINTR) {
+  while (write(pipe_ends[1], &what, 1) < 0 && errno == EINTR) {
   }
   errno = error;
 }
@@ -33,7 +33,7 @@ struct InterruptWatch::State {
 
   void Wait() {
     for (char what = 0;;) {
-      const ssize_t got = read(ends[0], &what, 1);
+      const ssize_t got = read(pipe_ends[0], &what, 1);
       if (got < 0 && errno == EINTR) continue;
       if (got != 1 || what == kEnd) return;
       interrupted();
@@ -43,7 +43,8 @@ struct InterruptWatch::State {
 
 InterruptWatch::InterruptWatch(std::function<void()> interrupted)
     : state_(std::make_unique<State>(State{std::move(interrupted), {}})) {
-  if (ends[0] < 0 && pipe2(ends, O_CLOEXEC) != 0) return;  // then Ctrl-C ends the program, as ever
+  if (pipe_ends[0] < 0 && pipe2(pipe_ends, O_CLOEXEC) != 0)
+    return;  // then Ctrl-C ends the program, as ever
   state_->thread = std::thread([this] { state_->Wait(); });
   struct sigaction action = {};
   action.sa_handler = [](int) { Tell(kInterrupted); };
