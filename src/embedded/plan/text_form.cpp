@@ -11,6 +11,7 @@
 #include <cstring>
 
 #include "embedded/syntax/lexer.h"
+#include "embedded/types/literals.h"
 
 namespace tavcc::sql {
 namespace {
@@ -19,25 +20,17 @@ using Form = LiteralExpression::Form;
 
 constexpr size_t kMaxPrecision = SqlType::kMaxPrecision;
 
-std::string_view WithoutLeadingZeros(std::string_view digits) {
-  digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size()));
-  return digits;
-}
-
 bool IsWide(std::string_view number) {
   constexpr std::string_view kLargestInt = "2147483647";
   if (number.size() < kLargestInt.size()) return false;
-  const std::string_view digits = WithoutLeadingZeros(number);
+  const std::string_view digits =
+      number.substr(std::min(number.find_first_not_of('0'), number.size()));
   return digits.size() > kLargestInt.size() ||
          (digits.size() == kLargestInt.size() && digits > kLargestInt);
 }
 
-// The precision of 0.05 is 2, of 1.50 is 3: digits without leading zeros, but all after the point.
 bool IsTooPrecise(std::string_view number) {
-  if (number.size() <= kMaxPrecision) return false;
-  const size_t point = std::min(number.find('.'), number.size());
-  const size_t scale = number.size() - std::min(point + 1, number.size());
-  return WithoutLeadingZeros(number.substr(0, point)).size() + scale > kMaxPrecision;
+  return number.size() > kMaxPrecision && LiteralPrecision(number) > kMaxPrecision;
 }
 
 struct TextShape {

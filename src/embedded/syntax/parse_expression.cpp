@@ -11,14 +11,6 @@ namespace {
 
 using Operator = BinaryExpression::Operator;
 
-// How many digits of a number count for its precision: leading zeros do not.
-size_t CountedDigits(std::string_view number) {
-  size_t digits = 0;
-  for (const char c : number)
-    if (c != '.' && (digits > 0 || c != '0')) ++digits;
-  return digits;
-}
-
 bool IsOneOf(std::string_view word, std::initializer_list<std::string_view> upper_words) {
   return std::ranges::any_of(
       upper_words, [&](std::string_view upper) { return EqualsIgnoringCase(word, upper); });
@@ -183,7 +175,7 @@ ExpressionPtr Parser::ParseLiteral() {
     default:
       break;
   }
-  if (CountedDigits(token.text) > SqlType::kMaxPrecision)
+  if (LiteralPrecision(token.text) > SqlType::kMaxPrecision)
     Raise(errors::kNumberOutOfRange, {"number", Excerpt(token.text)});
   return literal;
 }

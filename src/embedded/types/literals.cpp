@@ -11,18 +11,23 @@
 namespace tavcc::sql {
 namespace {
 
+// How many digits stand behind the point.
+size_t DecimalsOf(std::string_view number) {
+  const size_t point = number.find('.');
+  return point == std::string_view::npos ? 0 : number.size() - point - 1;
+}
+
 SqlType NumberLiteral(std::string_view text, int64_t* value, WideInteger* coefficient) {
+  const size_t precision = LiteralPrecision(text);
   int scale = 0;
-  if (ReadDecimal(text, coefficient, &scale) != NumberReading::kOk)
+  if (precision > SqlType::kMaxPrecision ||
+      ReadDecimal(text, coefficient, &scale) != NumberReading::kOk) {
     Raise(errors::kNumberOutOfRange, "number", text);
+  }
   // Trailing zeros count: 1.50 has two decimals.
-  const size_t point = text.find('.');
-  scale = point == std::string_view::npos ? 0 : static_cast<int>(text.size() - point - 1);
-  const int digits = coefficient->IsZero() ? 1 : static_cast<int>(coefficient->Digits().size());
-  const int precision = std::max(digits, std::max(scale, 1));
-  if (precision > SqlType::kMaxPrecision) Raise(errors::kNumberOutOfRange, "number", text);
+  scale = static_cast<int>(DecimalsOf(text));
   *value = coefficient->ToInt64().value_or(0);
-  return DecimalType(precision, scale);
+  return DecimalType(static_cast<int>(precision), scale);
 }
 
 TypedValue BinaryLiteral(std::string_view digits) {
@@ -38,6 +43,12 @@ TypedValue BinaryLiteral(std::string_view digits) {
 }
 
 }  // namespace
+
+size_t LiteralPrecision(std::string_view number) {
+  std::string_view whole = number.substr(0, number.find('.'));
+  whole.remove_prefix(std::min(whole.find_first_not_of('0'), whole.size()));
+  return std::max<size_t>(whole.size() + DecimalsOf(number), 1);
+}
 
 TypedValue EvaluateLiteral(LiteralForm form, std::string_view text) {
   using Form = LiteralForm;

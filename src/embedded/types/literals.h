@@ -1,6 +1,7 @@
 // Type and value of literals.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -23,6 +24,9 @@ enum class LiteralForm : uint8_t {
 // float, 'abc' varchar(3), '' varchar(1), N'…' nvarchar, 0x… varbinary. Errors: 1007 for a number
 // of more than 38 digits, 168 for a float out of range.
 TypedValue EvaluateLiteral(LiteralForm form, std::string_view text);
+// The precision of an exact number as it is written: of 7 it is 1, of 1.50 three, of 0.05 two.
+// Zeros in front do not count, but all that stands behind the point does.
+size_t LiteralPrecision(std::string_view number);
 // The type of a text literal (kText or kNationalText) of so many UTF-16 units.
 SqlType TextLiteralType(LiteralForm form, size_t units);
 
