@@ -24,13 +24,14 @@ bool IsNative(const BoundComparison& comparison) {
 
 std::string Emitter::Comparison(const BoundComparison& comparison) {
   const std::string_view op = kOperators[static_cast<size_t>(comparison.op)];
-  if (IsNative(comparison)) {
-    return '(' + Collated(*comparison.left) + std::string(op) + Expression(*comparison.right) + ')';
-  }
+  const bool native = IsNative(comparison);
+  const std::string left = native ? Collated(*comparison.left) : Expression(*comparison.left);
+  const std::string right = Expression(*comparison.right);
+  if (native) return '(' + left + std::string(op) + right + ')';
   const int64_t shape = DecimalShape(StoredScale(comparison.left->type),
                                      StoredScale(comparison.right->type), DecimalType(38, 0));
-  return "(t_cmp_decimal(" + Expression(*comparison.left) + ',' + Expression(*comparison.right) +
-         ',' + std::to_string(shape) + ')' + std::string(op) + "0)";
+  return "(t_cmp_decimal(" + left + ',' + right + ',' + std::to_string(shape) + ')' +
+         std::string(op) + "0)";
 }
 
 std::string Emitter::Operands(const BoundLogical& logical) {
@@ -47,9 +48,11 @@ std::string Emitter::Like(const BoundLike& like) {
   const bool national = is_national(*like.operand) || is_national(*like.pattern) ||
                         (like.escape && is_national(*like.escape));
   raises_ = raises_ || like.escape != nullptr;
-  return std::string(like.negated ? "(NOT " : "(") + (national ? "t_like(" : "t_like_char(") +
-         Expression(*like.operand) + ',' + Expression(*like.pattern) +
-         (like.escape ? ',' + Expression(*like.escape) : std::string()) + "))";
+  std::string out = like.negated ? "(NOT " : "(";
+  out += (national ? "t_like(" : "t_like_char(") + Expression(*like.operand);
+  out += ',' + Expression(*like.pattern);
+  if (like.escape) out += ',' + Expression(*like.escape);
+  return out + "))";
 }
 
 // NOT NOT x is x, also where x is unknown.
@@ -76,13 +79,14 @@ std::string Emitter::ConditionOfKind(const BoundCondition& condition) {
     }
     case BoundCondition::Kind::kInList: {
       const auto& in = static_cast<const BoundInList&>(condition);
-      return '(' + Collated(*in.operand) + (in.negated ? " NOT IN (" : " IN (") +
+      const std::string operand = Collated(*in.operand);
+      return '(' + operand + (in.negated ? " NOT IN (" : " IN (") +
              Listed(in.values, [&](const auto& value) { return Expression(*value); }) + "))";
     }
     case BoundCondition::Kind::kInQuery: {
       const auto& in = static_cast<const BoundInQuery&>(condition);
-      return '(' + Collated(*in.operand) + (in.negated ? " NOT IN (" : " IN (") +
-             Subquery(*in.query) + "))";
+      const std::string operand = Collated(*in.operand);
+      return '(' + operand + (in.negated ? " NOT IN (" : " IN (") + Subquery(*in.query) + "))";
     }
     case BoundCondition::Kind::kLike:
       return Like(static_cast<const BoundLike&>(condition));

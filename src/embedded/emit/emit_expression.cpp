@@ -301,7 +301,8 @@ std::string Emitter::Case(const BoundCase& expression) {
   };
   std::string out = "CASE";
   for (const auto& when : expression.whens) {
-    out += " WHEN " + Condition(*when.condition) + " THEN " + result(*when.result);
+    out += " WHEN " + Condition(*when.condition);
+    out += " THEN " + result(*when.result);
   }
   if (expression.otherwise) out += " ELSE " + result(*expression.otherwise);
   return out + " END";

@@ -15,7 +15,8 @@ std::string Emitter::Query(const BoundQuery& query, bool names) {
   if (query.recursion != 0) return Recursion(query);
   if (query.select) {
     if (query.select->top.percent || query.select->top.with_ties) return Ranked(query);
-    std::string out = Select(*query.select, names, query.select->distinct) + Order(query);
+    std::string out = Select(*query.select, names, query.select->distinct);
+    out += Order(query);
     if (query.select->top) out += Limit(*query.select->top.count);
     return out;
   }
@@ -165,7 +166,8 @@ std::string Emitter::OrderedItems(const BoundQuery& query) {
     columns += (i > 0 ? "," : "") + carried_[i] + " AS k" + std::to_string(i);
   }
   std::string rows = "SELECT " + (columns.empty() ? "1" : columns) + " FROM " + From(*select.from);
-  rows += Where(select.where.get()) + Order(query);
+  rows += Where(select.where.get());
+  rows += Order(query);
   if (select.top) rows += Limit(*select.top.count);
   return "WITH q AS MATERIALIZED (" + rows + ") SELECT " + items + " FROM q";
 }

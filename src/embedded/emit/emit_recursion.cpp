@@ -27,7 +27,8 @@ std::string Emitter::Recursion(const BoundQuery& query) {
 
 std::string Emitter::RecursiveMembers(const BoundQuery& members, const BoundQuery& query) {
   if (!members.select) {
-    return RecursiveMembers(*members.left, query) + RecursiveMembers(*members.right, query);
+    const std::string left = RecursiveMembers(*members.left, query);
+    return left + RecursiveMembers(*members.right, query);
   }
   std::string level;
   ForEachSource(std::as_const(*members.select->from), [&](const BoundSource& source) {

@@ -107,13 +107,15 @@ std::string WriteEmitter::Assignments(const BoundUpdate& update) {
 }
 
 std::string WriteEmitter::UpdateAlone(const BoundUpdate& update) {
-  return "UPDATE " + Source(*update.target) + " SET " + Assignments(update) +
-         Where(update.where.get());
+  std::string out = "UPDATE " + Source(*update.target);
+  out += " SET " + Assignments(update);
+  return out + Where(update.where.get());
 }
 
 // Each row of the target is met once at most: SQLite's own UPDATE … FROM.
 std::string WriteEmitter::UpdateInner(const BoundUpdate& update) {
-  std::string out = "UPDATE " + Source(*update.target) + " SET " + Assignments(update) + " FROM ";
+  std::string out = "UPDATE " + Source(*update.target);
+  out += " SET " + Assignments(update) + " FROM ";
   bool first = true;
   ForEachSource(*update.from, [&](const BoundSource& source) {
     if (&source == update.target) return;
@@ -187,10 +189,11 @@ std::string WriteEmitter::UpdatedRows(const BoundUpdate& update) {
 
 std::string WriteEmitter::Delete(const BoundDelete& remove) {
   if (IsAlone(*remove.from) && !remove.top && remove.row_column < 0) {
-    return "DELETE FROM " + Source(*remove.target) + Where(remove.where.get());
+    const std::string target = Source(*remove.target);
+    return "DELETE FROM " + target + Where(remove.where.get());
   }
-  std::string rows =
-      "SELECT " + RowOf(remove) + " FROM " + From(*remove.from) + Where(remove.where.get());
+  std::string rows = "SELECT " + RowOf(remove) + " FROM " + From(*remove.from);
+  rows += Where(remove.where.get());
   if (remove.top) rows += LimitOf(remove.top, rows);
   return "DELETE FROM " + remove.table->physical + " WHERE " + remove.table->rowid + " IN (" +
          rows + ')';

@@ -10,6 +10,8 @@
 
 namespace tavcc::sql {
 
+// What emits numbers the parameters that it meets: two of these in one expression would leave their
+// order to the compiler, so each has a statement of its own.
 class Emitter {
  public:
   // `live_variables`: variables are read through a function, row by row, not once as parameters.

@@ -12,8 +12,8 @@ Select FStatus,FVoucherID,Fdate From T_CC_ZZCX where FID=3
 
 Update T_CC_ZZCX set FCheckerID=16394,FCheckDate=GetDate(),FStatus=1  where FID=3
   > UPDATE main."T_CC_ZZCX" AS s1
-    SET "FCheckerID"=?2,"FCheckDate"=t_getdate(),"FStatus"=?3
-    WHERE (s1."FID" = ?1)
+    SET "FCheckerID"=?1,"FCheckDate"=t_getdate(),"FStatus"=?2
+    WHERE (s1."FID" = ?3)
 
 update T_CC_ZZCX set FClassTypeID=1040007,FID=7
   > UPDATE main."T_CC_ZZCX" AS s1

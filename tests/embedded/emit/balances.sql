@@ -95,13 +95,13 @@ Drop Table #tempFlag
     AND (s1."FKey" = ?2))
   > SELECT (?1 || t_char(?2))
   > SELECT t_conv((?1 || ?2),67146679620)
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679780)
   > SELECT t_conv((?1 || ?2),67146679972)
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679812)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679076)
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146678788)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146678788)
   > SELECT ?1
@@ -236,13 +236,13 @@ Drop Table #tempFlag
     AND (s1."FKey" = ?2))
   > SELECT (?1 || t_char(?2))
   > SELECT t_conv((?1 || ?2),67146679620)
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679780)
   > SELECT t_conv((?1 || ?2),67146679972)
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679812)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679076)
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146678788)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146678788)
   > SELECT ?1
@@ -287,8 +287,8 @@ select FCalDate from t_ICItem where FItemID=102
 
 update t_SystemProfile set FValue='1' where FKey='CalculateType'
   > UPDATE main."t_SystemProfile" AS s1
-    SET "FValue"=?2
-    WHERE (s1."FKey" = ?1)
+    SET "FValue"=?1
+    WHERE (s1."FKey" = ?2)
 
 If Object_ID('tempdb.dbo.#tempFlag') Is Not Null Drop Table #tempFlag 
 Select * Into #tempFlag  From (
@@ -385,15 +385,15 @@ Drop Table #tempFlag
     AND (s1."FKey" = ?2))
   > SELECT (?1 || t_char(?2))
   > SELECT t_conv((?1 || ?2),67146679620)
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146677668)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679780)
   > SELECT t_conv((?1 || ?2),67146679972)
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146677668)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679812)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679076)
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146679076)
   > SELECT t_conv(((?1 || ?2) || t_char(?3)),67146678788)
   > SELECT ?1

@@ -43,7 +43,7 @@ select top 1 ti.FName,tcsben.FIndex,tcsb.FBillNo from t_cc_stockbillentry tcsben
     ON (s4."FID" = s1."FID")
     WHERE ((s1."FID" = t_conv(?1,45216804))
     AND (s3."FIsSerialNumMgr" = ?2)
-    AND (ifnull(s2."FID",?4) = ?3))
+    AND (ifnull(s2."FID",?3) = ?4))
     LIMIT 1
 
 -- Balances of partners and prepayments
@@ -51,8 +51,8 @@ select top 1 ti.FName,tcsben.FIndex,tcsb.FBillNo from t_cc_stockbillentry tcsben
 Update t_Supplier Set FCurReceAmount=IsNull(FCurReceAmount,0)+(100.01)
 Where FItemID=3
   > UPDATE main."t_Supplier" AS s1
-    SET "FCurReceAmount"=t_conv(t_add_decimal(ifnull(s1."FCurReceAmount",?2),?3,244641930),1159992502607)
-    WHERE (s1."FItemID" = ?1)
+    SET "FCurReceAmount"=t_conv(t_add_decimal(ifnull(s1."FCurReceAmount",?1),?2,244641930),1159992502607)
+    WHERE (s1."FItemID" = ?3)
 
 select FCurReceAmount from t_Supplier
   > SELECT s1."FCurReceAmount"
@@ -61,8 +61,8 @@ select FCurReceAmount from t_Supplier
 Update t_Organization Set FCurReceAmount=IsNull(FCurReceAmount,0)+(-3)
 Where FItemID=4
   > UPDATE main."t_Organization" AS s1
-    SET "FCurReceAmount"=t_conv(t_add_decimal(ifnull(s1."FCurReceAmount",?2),t_neg_int(?3),244641802),1159992502607)
-    WHERE (s1."FItemID" = ?1)
+    SET "FCurReceAmount"=t_conv(t_add_decimal(ifnull(s1."FCurReceAmount",?1),t_neg_int(?2),244641802),1159992502607)
+    WHERE (s1."FItemID" = ?3)
 
  Select FSourceClassTypeID2,FCurCheckAmount from ICCheckInfo where fid=9
   > SELECT s1."FSourceClassTypeID2",s1."FCurCheckAmount"
@@ -71,13 +71,13 @@ Where FItemID=4
 
  Update t_Organization Set FUnPrepCheckAmount=FUnPrepCheckAmount-(2.5) , FPrepCheckAmount=FPrepCheckAmount+(2.5) Where FItemID=4
   > UPDATE main."t_Organization" AS s1
-    SET "FUnPrepCheckAmount"=t_conv(t_sub_decimal(s1."FUnPrepCheckAmount",?2,244641866),1159992502607),"FPrepCheckAmount"=t_conv(t_add_decimal(s1."FPrepCheckAmount",?3,244641866),1159992502607)
-    WHERE (s1."FItemID" = ?1)
+    SET "FUnPrepCheckAmount"=t_conv(t_sub_decimal(s1."FUnPrepCheckAmount",?1,244641866),1159992502607),"FPrepCheckAmount"=t_conv(t_add_decimal(s1."FPrepCheckAmount",?2,244641866),1159992502607)
+    WHERE (s1."FItemID" = ?3)
 
  Update t_Organization Set FCurPrepAmount=FCurPrepAmount-(2.5) Where FItemID=4
   > UPDATE main."t_Organization" AS s1
-    SET "FCurPrepAmount"=t_conv(t_sub_decimal(s1."FCurPrepAmount",?2,244641866),1159992502607)
-    WHERE (s1."FItemID" = ?1)
+    SET "FCurPrepAmount"=t_conv(t_sub_decimal(s1."FCurPrepAmount",?1,244641866),1159992502607)
+    WHERE (s1."FItemID" = ?2)
 
 select FCurReceAmount,FUnPrepCheckAmount,FPrepCheckAmount,FCurPrepAmount from t_Organization
   > SELECT s1."FCurReceAmount",s1."FUnPrepCheckAmount",s1."FPrepCheckAmount",s1."FCurPrepAmount"
@@ -177,8 +177,8 @@ select FXSOrderQty from t_XS_OrderEntry where FID=6
 
 update t_XS_OrderEntry set FCoefficient=0 where FEntryID=2
   > UPDATE main."t_XS_OrderEntry" AS s1
-    SET "FCoefficient"=?2
-    WHERE (s1."FEntryID" = ?1)
+    SET "FCoefficient"=?1
+    WHERE (s1."FEntryID" = ?2)
 
 Update  a set a.FXSOrderQty=a.FXSOrderQty+(1*b.FQty/a.FCoefficient),a.FInTotalQty=a.FInTotalQty-(1*b.FQty/a.FCoefficient) from t_XS_OrderEntry a left join (select FItemID,FAuxPropID,sum(FQty) as FQty from t_XS_OrderEntry where FID=5 group by FItemID,FAuxPropID) b on a.FItemid=b.FItemid and a.FAuxPropID=b.FAuxPropID Where a.FID= 5
   > UPDATE main."t_XS_OrderEntry" AS u
@@ -213,8 +213,8 @@ Inner Join ICRelations r2 On r1.FGroupNo=r2.FGroupNo
 Inner Join t_CC_StockBill v2 On v2.FClassTypeID=r2.FClassTypeID And v2.FID=r2.FID 
 Where v2.FClassTypeID=1020002 And v1.FBillTypeID=2032 And v2.FID=11
   > UPDATE main."T_CC_StockBill" AS s1
-    SET "FCheckerID"=?2,"FCheckDate"=t_getdate(),"FStatus"=?3
-    WHERE (s1."FID" = ?1)
+    SET "FCheckerID"=?1,"FCheckDate"=t_getdate(),"FStatus"=?2
+    WHERE (s1."FID" = ?3)
   > UPDATE main."T_CC_StockBill" AS u
     SET "FCheckerID"=q.c0,"FCheckDate"=q.c1,"FStatus"=q.c2
     FROM (SELECT s1.rowid AS r,s4."FCheckerID" AS c0,s4."FCheckDate" AS c1,s4."FStatus" AS c2
@@ -241,8 +241,8 @@ select FID,FCheckerID,FCheckDate,FStatus from T_CC_StockBill order by FID
 Update T_CC_StockBill set FCheckerID=0,FCheckDate=Null,FStatus=0  where FID=11
 
   > UPDATE main."T_CC_StockBill" AS s1
-    SET "FCheckerID"=?2,"FCheckDate"=NULL,"FStatus"=?3
-    WHERE (s1."FID" = ?1)
+    SET "FCheckerID"=?1,"FCheckDate"=NULL,"FStatus"=?2
+    WHERE (s1."FID" = ?3)
 
 select FCheckerID,FCheckDate,FStatus from T_CC_StockBill where FID=11
   > SELECT s1."FCheckerID",s1."FCheckDate",s1."FStatus"
@@ -264,9 +264,9 @@ select FNoInvoiceAmt from T_CC_StockBill
 Update t_cc_stockbill set FInvoiceSatus=0, FInvoiceAmt=0, FNoInvoiceAmt=0 where FID=11 And FBillTypeID=3001
 Delete from t_CC_InvoiceFlow where FID=11 And FBillTypeID=3001
   > UPDATE main."T_CC_StockBill" AS s1
-    SET "FInvoiceSatus"=?3,"FInvoiceAmt"=?4,"FNoInvoiceAmt"=?5
-    WHERE ((s1."FID" = ?1)
-    AND (s1."FBillTypeID" = ?2))
+    SET "FInvoiceSatus"=?1,"FInvoiceAmt"=?2,"FNoInvoiceAmt"=?3
+    WHERE ((s1."FID" = ?4)
+    AND (s1."FBillTypeID" = ?5))
   > DELETE
     FROM main."t_CC_InvoiceFlow" AS s1
     WHERE ((s1."FID" = ?1)
@@ -343,12 +343,12 @@ Where t.FCustID = 4 And te.FID = 7 And te.FPrice > 0
 
 update t_LatestPrice set FIsLast=0 Where FCustID=4 And FItemID IN (Select FItemID From T_CC_StockBillEntry Where FID=7 And FPrice>0)
   > UPDATE main."t_LatestPrice" AS s1
-    SET "FIsLast"=?4
-    WHERE ((s1."FCustID" = ?1)
+    SET "FIsLast"=?1
+    WHERE ((s1."FCustID" = ?2)
     AND (s1."FItemID" IN (SELECT s2."FItemID"
     FROM main."T_CC_StockBillEntry" AS s2
-    WHERE ((s2."FID" = ?2)
-    AND (t_cmp_decimal(s2."FPrice",?3,318829194) > 0)))))
+    WHERE ((s2."FID" = ?3)
+    AND (t_cmp_decimal(s2."FPrice",?4,318829194) > 0)))))
 
 Insert Into t_LatestPrice (FCustID,FSupplyID,FItemID,FPrice,FIncludeTaxPrice,FDiscountRate,FUnitID,FDate,FCheckDate) Select 4,0,FItemID,Max(FPrice),Max(FIncludeTaxPrice),Min(FDiscountRate),FShowUnitID ,(select FDate from T_CC_StockBill where Fid=7 ),getdate()
 From T_CC_StockBillEntry where FID=7 And FPrice>0 Group By FItemID,FShowUnitID

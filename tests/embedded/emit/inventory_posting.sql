@@ -82,21 +82,21 @@ FAuxPropID,FStockID,FStockPlaceID,FKFPeriod,FKFDate,FPeriodDate,FQty,FShowQty,FS
  FROM T_CC_StockBillEntry u1 Inner Join T_CC_StockBill u2 On u1.FID=u2.FID 
  Inner Join t_icItem u3 On u1.FItemID=u3.FItemID 
  WHERE u1.FID=7
-  > INSERT INTO temp."t1"("FBrNo","FInterID","FEntryID","FTranType","FItemID","FBatchNo","FAuxPropID","FStockID","FStockPlaceID","FKFPeriod","FKFDate","FPeriodDate","FQty","FShowQty","FSecQty","FShowUnitID","FPrice","FBatchNoIndex") SELECT ?1,s1."FID",s1."FEntryID",?2,s1."FItemID",ifnull(s1."FBatchNo",?3),s1."FAuxPropID",ifnull(s1."FDCStockID",?4),?5,s1."FKFPeriod",t_left(ifnull(t_conv(s1."FKFDate",263883499503668),?6),?7),t_left(ifnull(t_conv(s1."FPeriodDate",263883499503668),?8),?9),t_conv(t_mul_decimal(?10,s1."FQty",253031040),1159992504655),t_conv(t_mul_decimal(?11,s1."FShowQty",253031040),1159992504655),t_conv(t_mul_decimal(?12,s1."FSecQty",253031040),1159992504655),s1."FShowUnitID",t_conv(t_div_decimal(s1."FPrice",s1."FCoefficient",320139914),1159992521039),t_conv(CASE WHEN ((s3."FTrack" = t_neg_int(?19))
-    AND (((?21 = ?20)
-    AND (?23 = ?22))
-    OR ((?25 = t_neg_int(?24))
-    AND (?27 = t_neg_int(?26))))
-    AND ((s2."FClassTypeID" = ?28)
+  > INSERT INTO temp."t1"("FBrNo","FInterID","FEntryID","FTranType","FItemID","FBatchNo","FAuxPropID","FStockID","FStockPlaceID","FKFPeriod","FKFDate","FPeriodDate","FQty","FShowQty","FSecQty","FShowUnitID","FPrice","FBatchNoIndex") SELECT ?1,s1."FID",s1."FEntryID",?2,s1."FItemID",ifnull(s1."FBatchNo",?3),s1."FAuxPropID",ifnull(s1."FDCStockID",?4),?5,s1."FKFPeriod",t_left(ifnull(t_conv(s1."FKFDate",263883499503668),?6),?7),t_left(ifnull(t_conv(s1."FPeriodDate",263883499503668),?8),?9),t_conv(t_mul_decimal(?10,s1."FQty",253031040),1159992504655),t_conv(t_mul_decimal(?11,s1."FShowQty",253031040),1159992504655),t_conv(t_mul_decimal(?12,s1."FSecQty",253031040),1159992504655),s1."FShowUnitID",t_conv(t_div_decimal(s1."FPrice",s1."FCoefficient",320139914),1159992521039),t_conv(CASE WHEN ((s3."FTrack" = t_neg_int(?13))
+    AND (((?14 = ?15)
+    AND (?16 = ?17))
+    OR ((?18 = t_neg_int(?19))
+    AND (?20 = t_neg_int(?21))))
+    AND ((s2."FClassTypeID" = ?22)
+    OR (s2."FClassTypeID" = ?23)
+    OR (s2."FClassTypeID" = ?24)
+    OR (s2."FClassTypeID" = ?25)
+    OR (s2."FClassTypeID" = ?26)
+    OR (s2."FClassTypeID" = ?27)
+    OR (s2."FClassTypeID" = ?28)
     OR (s2."FClassTypeID" = ?29)
     OR (s2."FClassTypeID" = ?30)
-    OR (s2."FClassTypeID" = ?31)
-    OR (s2."FClassTypeID" = ?32)
-    OR (s2."FClassTypeID" = ?33)
-    OR (s2."FClassTypeID" = ?34)
-    OR (s2."FClassTypeID" = ?35)
-    OR (s2."FClassTypeID" = ?36)
-    OR (s2."FClassTypeID" = ?37))) THEN (t_substring((t_conv(s1."FID",1044381739) || ?13),?14,?15) || t_substring((t_conv(s1."FEntryID",1044381739) || ?16),?17,?18)) ELSE s1."FBatchNoIndex" END,1100556012390,'tempdb.dbo.#TavTempBill','FBatchNoIndex')
+    OR (s2."FClassTypeID" = ?31))) THEN (t_substring((t_conv(s1."FID",1044381739) || ?32),?33,?34) || t_substring((t_conv(s1."FEntryID",1044381739) || ?35),?36,?37)) ELSE s1."FBatchNoIndex" END,1100556012390,'tempdb.dbo.#TavTempBill','FBatchNoIndex')
     FROM main."T_CC_StockBillEntry" AS s1
     JOIN main."T_CC_StockBill" AS s2
     ON (s1."FID" = s2."FID")
@@ -123,21 +123,21 @@ FAuxPropID,FStockID,FStockPlaceID,FKFPeriod,FKFDate,FPeriodDate,FQty,FShowQty,FS
  FROM T_CC_StockBillEntry u1 Inner Join T_CC_StockBill u2 On u1.FID=u2.FID 
  Inner Join t_icItem u3 On u1.FItemID=u3.FItemID 
  WHERE u1.FID=7
-  > INSERT INTO temp."t1"("FBrNo","FInterID","FEntryID","FTranType","FItemID","FBatchNo","FAuxPropID","FStockID","FStockPlaceID","FKFPeriod","FKFDate","FPeriodDate","FQty","FShowQty","FSecQty","FShowUnitID","FPrice","FBatchNoIndex") SELECT ?1,s1."FID",s1."FEntryID",?2,s1."FItemID",ifnull(s1."FBatchNo",?3),s1."FAuxPropID",ifnull(s1."FSCStockID",?4),?5,s1."FKFPeriod",t_left(ifnull(t_conv(s1."FKFDate",263883499503668),?6),?7),t_left(ifnull(t_conv(s1."FPeriodDate",263883499503668),?8),?9),t_conv(t_neg_decimal(t_mul_decimal(t_mul_decimal(?10,s1."FProfitLossQty",253031040),s1."FCoefficient",319615626)),1159992520911),t_conv(t_neg_decimal(t_mul_decimal(?11,s1."FProfitLossQty",253031040)),1159992504655),t_conv(t_neg_decimal(t_mul_decimal(?12,s1."FProfitLossSecQty",253031040)),1159992504655),s1."FShowUnitID",t_conv(t_div_decimal(s1."FCostPrice",s1."FCoefficient",320139914),1159992521039),t_conv(CASE WHEN ((s3."FTrack" = t_neg_int(?19))
-    AND (((t_neg_int(?21) = ?20)
-    AND (t_neg_int(?23) = ?22))
-    OR ((t_neg_int(?25) = t_neg_int(?24))
-    AND (t_neg_int(?27) = t_neg_int(?26))))
-    AND ((s2."FClassTypeID" = ?28)
+  > INSERT INTO temp."t1"("FBrNo","FInterID","FEntryID","FTranType","FItemID","FBatchNo","FAuxPropID","FStockID","FStockPlaceID","FKFPeriod","FKFDate","FPeriodDate","FQty","FShowQty","FSecQty","FShowUnitID","FPrice","FBatchNoIndex") SELECT ?1,s1."FID",s1."FEntryID",?2,s1."FItemID",ifnull(s1."FBatchNo",?3),s1."FAuxPropID",ifnull(s1."FSCStockID",?4),?5,s1."FKFPeriod",t_left(ifnull(t_conv(s1."FKFDate",263883499503668),?6),?7),t_left(ifnull(t_conv(s1."FPeriodDate",263883499503668),?8),?9),t_conv(t_neg_decimal(t_mul_decimal(t_mul_decimal(?10,s1."FProfitLossQty",253031040),s1."FCoefficient",319615626)),1159992520911),t_conv(t_neg_decimal(t_mul_decimal(?11,s1."FProfitLossQty",253031040)),1159992504655),t_conv(t_neg_decimal(t_mul_decimal(?12,s1."FProfitLossSecQty",253031040)),1159992504655),s1."FShowUnitID",t_conv(t_div_decimal(s1."FCostPrice",s1."FCoefficient",320139914),1159992521039),t_conv(CASE WHEN ((s3."FTrack" = t_neg_int(?13))
+    AND (((t_neg_int(?14) = ?15)
+    AND (t_neg_int(?16) = ?17))
+    OR ((t_neg_int(?18) = t_neg_int(?19))
+    AND (t_neg_int(?20) = t_neg_int(?21))))
+    AND ((s2."FClassTypeID" = ?22)
+    OR (s2."FClassTypeID" = ?23)
+    OR (s2."FClassTypeID" = ?24)
+    OR (s2."FClassTypeID" = ?25)
+    OR (s2."FClassTypeID" = ?26)
+    OR (s2."FClassTypeID" = ?27)
+    OR (s2."FClassTypeID" = ?28)
     OR (s2."FClassTypeID" = ?29)
     OR (s2."FClassTypeID" = ?30)
-    OR (s2."FClassTypeID" = ?31)
-    OR (s2."FClassTypeID" = ?32)
-    OR (s2."FClassTypeID" = ?33)
-    OR (s2."FClassTypeID" = ?34)
-    OR (s2."FClassTypeID" = ?35)
-    OR (s2."FClassTypeID" = ?36)
-    OR (s2."FClassTypeID" = ?37))) THEN (t_substring((t_conv(s1."FID",1044381739) || ?13),?14,?15) || t_substring((t_conv(s1."FEntryID",1044381739) || ?16),?17,?18)) ELSE s1."FBatchNoIndex" END,1100556012390,'tempdb.dbo.#TavTempBill','FBatchNoIndex')
+    OR (s2."FClassTypeID" = ?31))) THEN (t_substring((t_conv(s1."FID",1044381739) || ?32),?33,?34) || t_substring((t_conv(s1."FEntryID",1044381739) || ?35),?36,?37)) ELSE s1."FBatchNoIndex" END,1100556012390,'tempdb.dbo.#TavTempBill','FBatchNoIndex')
     FROM main."T_CC_StockBillEntry" AS s1
     JOIN main."T_CC_StockBill" AS s2
     ON (s1."FID" = s2."FID")
@@ -168,21 +168,21 @@ FAuxPropID,FStockID,FStockPlaceID,FKFPeriod,FKFDate,FPeriodDate,FQty,FShowQty,FS
  FROM T_CC_ZZCX_Entry2 u1 Inner Join T_CC_ZZCX u2 On u1.FID=u2.FID 
  Inner Join t_icItem u3 On u1.FItemID=u3.FItemID 
  WHERE u1.FID=8
-  > INSERT INTO temp."t1"("FBrNo","FInterID","FEntryID","FTranType","FItemID","FBatchNo","FAuxPropID","FStockID","FStockPlaceID","FKFPeriod","FKFDate","FPeriodDate","FQty","FShowQty","FSecQty","FShowUnitID","FPrice","FBatchNoIndex") SELECT ?1,s1."FID",s1."FEntryID",?2,s1."FItemID",ifnull(s1."FBatchNo",?3),s1."FAuxPropID",ifnull(s1."FSCStockID",?4),?5,s1."FKFPeriod",t_left(ifnull(t_conv(s1."FProDate",263883499503668),?6),?7),t_left(ifnull(t_conv(s1."FExpDate",263883499503668),?8),?9),t_conv(t_neg_decimal(t_mul_decimal(?10,s1."FQty",253031040)),1159992504655),t_conv(t_neg_decimal(t_mul_decimal(?11,s1."FShowQty",253031040)),1159992504655),t_conv(t_neg_decimal(t_mul_decimal(?12,s1."FSecQty",253031040)),1159992504655),s1."FShowUnitID",t_conv(t_div_decimal(s1."FPrice",s1."FCoefficient",320139914),1159992521039),t_conv(CASE WHEN ((s3."FTrack" = t_neg_int(?19))
-    AND (((?21 = ?20)
-    AND (t_neg_int(?23) = ?22))
-    OR ((?25 = t_neg_int(?24))
-    AND (t_neg_int(?27) = t_neg_int(?26))))
-    AND ((s2."FClassTypeID" = ?28)
+  > INSERT INTO temp."t1"("FBrNo","FInterID","FEntryID","FTranType","FItemID","FBatchNo","FAuxPropID","FStockID","FStockPlaceID","FKFPeriod","FKFDate","FPeriodDate","FQty","FShowQty","FSecQty","FShowUnitID","FPrice","FBatchNoIndex") SELECT ?1,s1."FID",s1."FEntryID",?2,s1."FItemID",ifnull(s1."FBatchNo",?3),s1."FAuxPropID",ifnull(s1."FSCStockID",?4),?5,s1."FKFPeriod",t_left(ifnull(t_conv(s1."FProDate",263883499503668),?6),?7),t_left(ifnull(t_conv(s1."FExpDate",263883499503668),?8),?9),t_conv(t_neg_decimal(t_mul_decimal(?10,s1."FQty",253031040)),1159992504655),t_conv(t_neg_decimal(t_mul_decimal(?11,s1."FShowQty",253031040)),1159992504655),t_conv(t_neg_decimal(t_mul_decimal(?12,s1."FSecQty",253031040)),1159992504655),s1."FShowUnitID",t_conv(t_div_decimal(s1."FPrice",s1."FCoefficient",320139914),1159992521039),t_conv(CASE WHEN ((s3."FTrack" = t_neg_int(?13))
+    AND (((?14 = ?15)
+    AND (t_neg_int(?16) = ?17))
+    OR ((?18 = t_neg_int(?19))
+    AND (t_neg_int(?20) = t_neg_int(?21))))
+    AND ((s2."FClassTypeID" = ?22)
+    OR (s2."FClassTypeID" = ?23)
+    OR (s2."FClassTypeID" = ?24)
+    OR (s2."FClassTypeID" = ?25)
+    OR (s2."FClassTypeID" = ?26)
+    OR (s2."FClassTypeID" = ?27)
+    OR (s2."FClassTypeID" = ?28)
     OR (s2."FClassTypeID" = ?29)
     OR (s2."FClassTypeID" = ?30)
-    OR (s2."FClassTypeID" = ?31)
-    OR (s2."FClassTypeID" = ?32)
-    OR (s2."FClassTypeID" = ?33)
-    OR (s2."FClassTypeID" = ?34)
-    OR (s2."FClassTypeID" = ?35)
-    OR (s2."FClassTypeID" = ?36)
-    OR (s2."FClassTypeID" = ?37))) THEN (t_substring((t_conv(s1."FID",1044381739) || ?13),?14,?15) || t_substring((t_conv(s1."FEntryID",1044381739) || ?16),?17,?18)) ELSE s1."FBatchNoIndex" END,1100556012390,'tempdb.dbo.#TavTempBill','FBatchNoIndex')
+    OR (s2."FClassTypeID" = ?31))) THEN (t_substring((t_conv(s1."FID",1044381739) || ?32),?33,?34) || t_substring((t_conv(s1."FEntryID",1044381739) || ?35),?36,?37)) ELSE s1."FBatchNoIndex" END,1100556012390,'tempdb.dbo.#TavTempBill','FBatchNoIndex')
     FROM main."T_CC_ZZCX_Entry2" AS s1
     JOIN main."T_CC_ZZCX" AS s2
     ON (s1."FID" = s2."FID")
@@ -296,9 +296,9 @@ select FItemID,FQty from T_CC_Inventory
 
  update T_CC_Inventory set FSecQty = 0 where abs(FQty) <= 0.000000001 and abs(FSecQty) >= 0.000000001 
   > UPDATE main."T_CC_Inventory" AS s1
-    SET "FSecQty"=?3
-    WHERE ((t_cmp_decimal(t_abs_decimal(s1."FQty"),?1,318829194) <= 0)
-    AND (t_cmp_decimal(t_abs_decimal(s1."FSecQty"),?2,318829194) >= 0)
+    SET "FSecQty"=?1
+    WHERE ((t_cmp_decimal(t_abs_decimal(s1."FQty"),?2,318829194) <= 0)
+    AND (t_cmp_decimal(t_abs_decimal(s1."FSecQty"),?3,318829194) >= 0)
     AND (s1."FSecQty"<>0
     AND s1."FQty">=-10
     AND s1."FQty"<=10))

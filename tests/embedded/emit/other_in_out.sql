@@ -55,8 +55,8 @@ update T_CC_StockBill set FDate='2026-05-01'
 
 update t_Organization set FIntent=0 where FItemID=4
   > UPDATE main."t_Organization" AS s1
-    SET "FIntent"=?2
-    WHERE (s1."FItemID" = ?1)
+    SET "FIntent"=?1
+    WHERE (s1."FItemID" = ?2)
 
 select FItemID from t_Organization where FIntent=1
   > SELECT s1."FItemID"

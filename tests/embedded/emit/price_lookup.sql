@@ -370,11 +370,11 @@ Drop table #DATA
 
 update T_CC_StockBillEntry set FSCStockID=9 where FID=4
   > UPDATE main."T_CC_StockBillEntry" AS s1
-    SET "FSCStockID"=?2
-    WHERE (s1."FID" = ?1)
+    SET "FSCStockID"=?1
+    WHERE (s1."FID" = ?2)
 
 select case when object_id('tempdb..#DATA') is null then 1 else 0 end
-  > SELECT CASE WHEN (s_object_id(?2) IS NULL) THEN ?1 ELSE ?3 END
+  > SELECT CASE WHEN (s_object_id(?1) IS NULL) THEN ?2 ELSE ?3 END
 
 -- The latest price
 
@@ -666,44 +666,44 @@ order by a.FSaveDate desc
 select top 1 FItemID,FUnitID,FPrice as FPrice from #DATA where FItemID=101 and FUnitID=11 order by FDate desc
 
   > BEGIN
-  > SELECT count(*)
+  > SELECT 1
     FROM main.sqlite_master
     WHERE name='sqlite_sequence'
   > SELECT name,seq
     FROM main.sqlite_sequence
-  > SELECT count(*)
+  > SELECT 1
     FROM temp.sqlite_master
     WHERE name='sqlite_sequence'
   > ROLLBACK
-  > SELECT count(*)
+  > SELECT 1
     FROM main.sqlite_master
     WHERE name='sqlite_sequence'
   > SELECT name,seq
     FROM main.sqlite_sequence
-  > SELECT count(*)
+  > SELECT 1
     FROM temp.sqlite_master
     WHERE name='sqlite_sequence'
   > error 2714
 
 Drop table #DATA
   > BEGIN
-  > SELECT count(*)
+  > SELECT 1
     FROM main.sqlite_master
     WHERE name='sqlite_sequence'
   > SELECT name,seq
     FROM main.sqlite_sequence
-  > SELECT count(*)
+  > SELECT 1
     FROM temp.sqlite_master
     WHERE name='sqlite_sequence'
   > ROLLBACK
   > DELETE
     FROM temp."t1"
-  > SELECT count(*)
+  > SELECT 1
     FROM main.sqlite_master
     WHERE name='sqlite_sequence'
   > SELECT name,seq
     FROM main.sqlite_sequence
-  > SELECT count(*)
+  > SELECT 1
     FROM temp.sqlite_master
     WHERE name='sqlite_sequence'
   > error 3701
@@ -751,7 +751,7 @@ DealLocate MyCur
     JOIN main."t_Stock" AS s4
     ON ((s1."FSCStockID" = s4."FItemID")
     AND (s4."FTypeID" <> ?3))
-    WHERE ((ifnull(s2."FStatus",?5) = ?4)
+    WHERE ((ifnull(s2."FStatus",?4) = ?5)
     AND (s1."FID" IN (?6,?7,?8)))
   > RELEASE change
   > COMMIT
@@ -768,7 +768,7 @@ DealLocate MyCur
     FROM temp."t1" AS s1
     WHERE (s1.rowid > ?1)
     ORDER BY s1.rowid
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
   > SELECT NULL
   > SELECT t_conv(t_div_decimal(t_conv(t_sum_decimal(s1."FBal"),60480893263),t_conv(t_sum_decimal(s1."FQty"),60480893263),320139914),60480893263)
     FROM main."T_CC_Inventory" AS s1
@@ -776,12 +776,12 @@ DealLocate MyCur
     AND (s1."FItemID" = ?2)
     AND (s1."FBatchNo" = ?3))
     HAVING (t_sum_decimal(s1."FQty") <> t_conv(0,81955651627))
-  > SELECT (t_cmp_decimal(ifnull(?2,?3),?1,318829194) <= 0)
+  > SELECT (t_cmp_decimal(ifnull(?1,?2),?3,318829194) <= 0)
   > SELECT s1."FItemID",s1."FStockID",s1."FBatchNo",s1.rowid
     FROM temp."t1" AS s1
     WHERE (s1.rowid > ?1)
     ORDER BY s1.rowid
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
   > SELECT NULL
   > SELECT t_conv(t_div_decimal(t_conv(t_sum_decimal(s1."FBal"),60480893263),t_conv(t_sum_decimal(s1."FQty"),60480893263),320139914),60480893263)
     FROM main."T_CC_Inventory" AS s1
@@ -789,14 +789,14 @@ DealLocate MyCur
     AND (s1."FItemID" = ?2)
     AND (s1."FBatchNo" = ?3))
     HAVING (t_sum_decimal(s1."FQty") <> t_conv(0,81955651627))
-  > SELECT (t_cmp_decimal(ifnull(?2,?3),?1,318829194) <= 0)
+  > SELECT (t_cmp_decimal(ifnull(?1,?2),?3,318829194) <= 0)
   > INSERT INTO temp."t2"("FItemID")
     VALUES(?1)
   > SELECT s1."FItemID",s1."FStockID",s1."FBatchNo",s1.rowid
     FROM temp."t1" AS s1
     WHERE (s1.rowid > ?1)
     ORDER BY s1.rowid
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
   > SELECT NULL
   > SELECT t_conv(t_div_decimal(t_conv(t_sum_decimal(s1."FBal"),60480893263),t_conv(t_sum_decimal(s1."FQty"),60480893263),320139914),60480893263)
     FROM main."T_CC_Inventory" AS s1
@@ -804,14 +804,14 @@ DealLocate MyCur
     AND (s1."FItemID" = ?2)
     AND (s1."FBatchNo" = ?3))
     HAVING (t_sum_decimal(s1."FQty") <> t_conv(0,81955651627))
-  > SELECT (t_cmp_decimal(ifnull(?2,?3),?1,318829194) <= 0)
+  > SELECT (t_cmp_decimal(ifnull(?1,?2),?3,318829194) <= 0)
   > INSERT INTO temp."t2"("FItemID")
     VALUES(?1)
   > SELECT s1."FItemID",s1."FStockID",s1."FBatchNo",s1.rowid
     FROM temp."t1" AS s1
     WHERE (s1.rowid > ?1)
     ORDER BY s1.rowid
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
 
 Set NOCount On 
 Select Distinct t.FItemID,i.FNumber,i.FName,IsNull(i.FModel,'') As FModel From #TempItemID t Inner Join t_ICItem i On t.FItemID=i.FItemID 
@@ -864,7 +864,7 @@ DealLocate MyCur
     JOIN main."t_Stock" AS s4
     ON ((s1."FSCStockID" = s4."FItemID")
     AND (s4."FTypeID" <> ?3))
-    WHERE ((ifnull(s2."FStatus",?5) = ?4)
+    WHERE ((ifnull(s2."FStatus",?4) = ?5)
     AND (s1."FID" IN (?6,?7,?8)))
   > RELEASE change
   > COMMIT
@@ -875,7 +875,7 @@ DealLocate MyCur
     FROM temp."t1" AS s1
     WHERE (s1.rowid > ?1)
     ORDER BY s1.rowid
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
   > SELECT NULL
   > SELECT t_conv(t_div_decimal(t_conv(t_sum_decimal(s1."FBal"),60480893263),t_conv(t_sum_decimal(s1."FQty"),60480893263),320139914),60480893263)
     FROM main."T_CC_Inventory" AS s1
@@ -883,12 +883,12 @@ DealLocate MyCur
     AND (s1."FItemID" = ?2)
     AND (s1."FBatchNo" = ?3))
     HAVING (t_sum_decimal(s1."FQty") <> t_conv(0,81955651627))
-  > SELECT (t_cmp_decimal(ifnull(?2,?3),?1,318829194) <= 0)
+  > SELECT (t_cmp_decimal(ifnull(?1,?2),?3,318829194) <= 0)
   > SELECT s1."FItemID",s1."FStockID",s1."FBatchNo",s1.rowid
     FROM temp."t1" AS s1
     WHERE (s1.rowid > ?1)
     ORDER BY s1.rowid
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
   > SELECT NULL
   > SELECT t_conv(t_div_decimal(t_conv(t_sum_decimal(s1."FBal"),60480893263),t_conv(t_sum_decimal(s1."FQty"),60480893263),320139914),60480893263)
     FROM main."T_CC_Inventory" AS s1
@@ -896,12 +896,12 @@ DealLocate MyCur
     AND (s1."FItemID" = ?2)
     AND (s1."FBatchNo" = ?3))
     HAVING (t_sum_decimal(s1."FQty") <> t_conv(0,81955651627))
-  > SELECT (t_cmp_decimal(ifnull(?2,?3),?1,318829194) <= 0)
+  > SELECT (t_cmp_decimal(ifnull(?1,?2),?3,318829194) <= 0)
   > SELECT s1."FItemID",s1."FStockID",s1."FBatchNo",s1.rowid
     FROM temp."t1" AS s1
     WHERE (s1.rowid > ?1)
     ORDER BY s1.rowid
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
   > SELECT NULL
   > SELECT t_conv(t_div_decimal(t_conv(t_sum_decimal(s1."FBal"),60480893263),t_conv(t_sum_decimal(s1."FQty"),60480893263),320139914),60480893263)
     FROM main."T_CC_Inventory" AS s1
@@ -909,12 +909,12 @@ DealLocate MyCur
     AND (s1."FItemID" = ?2)
     AND (s1."FBatchNo" = ?3))
     HAVING (t_sum_decimal(s1."FQty") <> t_conv(0,81955651627))
-  > SELECT (t_cmp_decimal(ifnull(?2,?3),?1,318829194) <= 0)
+  > SELECT (t_cmp_decimal(ifnull(?1,?2),?3,318829194) <= 0)
   > SELECT s1."FItemID",s1."FStockID",s1."FBatchNo",s1.rowid
     FROM temp."t1" AS s1
     WHERE (s1.rowid > ?1)
     ORDER BY s1.rowid
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
 
 Select u.FItemID,u.FDCStockID As FStockID,u.FBatchNo Into #TempNegItem 
 From t_CC_ZZCX_Entry u Inner Join t_CC_ZZCX v On v.FID=u.FID 
@@ -951,7 +951,7 @@ DealLocate MyCur
     JOIN main."t_Stock" AS s4
     ON ((s1."FDCStockID" = s4."FItemID")
     AND (s4."FTypeID" <> ?3))
-    WHERE ((ifnull(s2."FStatus",?5) = ?4)
+    WHERE ((ifnull(s2."FStatus",?4) = ?5)
     AND (s1."FID" IN (?6)))
   > RELEASE change
   > COMMIT
@@ -962,5 +962,5 @@ DealLocate MyCur
     FROM temp."t1" AS s1
     WHERE (s1.rowid > ?1)
     ORDER BY s1.rowid
-  > SELECT (?2 = ?1)
+  > SELECT (?1 = ?2)
 

@@ -42,8 +42,8 @@ Set NoCount Off
 
 update t_SystemProfile set FValue='' where FKey='SingleMan'
   > UPDATE main."t_SystemProfile" AS s1
-    SET "FValue"=?2
-    WHERE (s1."FKey" = ?1)
+    SET "FValue"=?1
+    WHERE (s1."FKey" = ?2)
 
 delete t_SystemProfile where FKey='SingleMan'
   > DELETE
@@ -83,7 +83,7 @@ SELECT * FROM t_PeriodDate WHERE FYear = @Year AND FPeriod = @Period And DateDif
     FROM main."t_PeriodDate" AS s1
     WHERE ((s1."FYear" = ?1)
     AND (s1."FPeriod" = ?2)
-    AND (t_datediff(4,s1."FStartDate",?4) >= ?3))
+    AND (t_datediff(4,s1."FStartDate",?3) >= ?4))
 
 -- Bills made from this one
 

@@ -2,8 +2,8 @@
 
 update t_SerialNumList set FCanDeleteFlag = 1 where FBillID=7
   > UPDATE main."t_SerialNumList" AS s1
-    SET "FCanDeleteFlag"=?2
-    WHERE (s1."FBillID" = ?1)
+    SET "FCanDeleteFlag"=?1
+    WHERE (s1."FBillID" = ?2)
 
 select FID from t_SerialNumList where FItemID=101 and FSerialNo='A001'  and FBillID=7
   > SELECT s1."FID"
@@ -14,8 +14,8 @@ select FID from t_SerialNumList where FItemID=101 and FSerialNo='A001'  and FBil
 
 update t_SerialNumList set FBillIndexID = 2,FStockID = 3,FAuxPropID = 0,FNote ='y',FClassTypeID = 1040001,FStatus = 1, FCanDeleteFlag = 0 where FID=1
   > UPDATE main."t_SerialNumList" AS s1
-    SET "FBillIndexID"=?2,"FStockID"=?3,"FAuxPropID"=?4,"FNote"=?5,"FClassTypeID"=?6,"FStatus"=?7,"FCanDeleteFlag"=?8
-    WHERE (s1."FID" = ?1)
+    SET "FBillIndexID"=?1,"FStockID"=?2,"FAuxPropID"=?3,"FNote"=?4,"FClassTypeID"=?5,"FStatus"=?6,"FCanDeleteFlag"=?7
+    WHERE (s1."FID" = ?8)
 
 delete from t_SerialNumList where FCanDeleteFlag = 1 and FBillID=7
   > DELETE

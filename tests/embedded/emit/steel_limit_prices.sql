@@ -8,7 +8,7 @@ Where b.FItemID=101 and a.FUnitID=b.FUnitID And Isnull(a.FXSLimitPrice,0)>=0 And
     ON (s1."FItemID" = s2."FItemID")
     JOIN main."t_MeasureUnit" AS s3
     ON (s1."FUnitID" = s3."FMeasureUnitID") LEFT
-    JOIN (SELECT CASE WHEN (s4."FCoefficient" = ?9) THEN ?8 ELSE s4."FCoefficient" END AS c0,s4."FItemID" AS c1
+    JOIN (SELECT CASE WHEN (s4."FCoefficient" = ?8) THEN ?9 ELSE s4."FCoefficient" END AS c0,s4."FItemID" AS c1
     FROM main."t_Barcode" AS s4
     JOIN main."t_ICItem" AS s5
     ON ((s5."FItemID" = s4."FItemID")
@@ -16,8 +16,8 @@ Where b.FItemID=101 and a.FUnitID=b.FUnitID And Isnull(a.FXSLimitPrice,0)>=0 And
     ON (s2."FItemID" = s6.c1)
     WHERE ((s2."FItemID" = ?11)
     AND (s1."FUnitID" = s2."FUnitID")
-    AND (t_cmp_decimal(ifnull(s1."FXSLimitPrice",?13),?12,318829194) >= 0)
-    AND (t_cmp_decimal(t_div_decimal(?16,s6.c0,322237056),t_mul_decimal(ifnull(s1."FXSLimitPrice",?14),?15,253030410),318829210) < 0))
+    AND (t_cmp_decimal(ifnull(s1."FXSLimitPrice",?12),?13,318829194) >= 0)
+    AND (t_cmp_decimal(t_div_decimal(?14,s6.c0,322237056),t_mul_decimal(ifnull(s1."FXSLimitPrice",?15),?16,253030410),318829210) < 0))
 
 Select 1 as FIndex, b.FName,a.FXSLimitPrice as LimitPrice,1 as FCoefficient,  a.FXSLimitPrice*1 as ActLimitPrice, 100/tb.FCoefficient as FPrice, 100/tb.FCoefficient - Isnull(a.FXSLimitPrice,0)*1 as DiffPrice From T_ItemPrice a Inner Join t_icItem b On a.FItemID=b.FItemID inner join t_MeasureUnit c on a.FUnitID=c.FMeasureUnitID  left join (select (case when a.FCoefficient=0 then 1 else a.FCoefficient end )as FCoefficient,a.FItemID from t_barcode a inner join t_icitem  b on b.FItemID =a.FItemID and a.FUnitID= 12 ) tb on b.FItemID=tb.FItemID 
 Where b.FItemID=101 and a.FUnitID=b.FUnitID And Isnull(a.FXSLimitPrice,0)>=0 And 100/tb.FCoefficient < Isnull(a.FXSLimitPrice,0)*1
@@ -27,7 +27,7 @@ Where b.FItemID=101 and a.FUnitID=b.FUnitID And Isnull(a.FXSLimitPrice,0)>=0 And
     ON (s1."FItemID" = s2."FItemID")
     JOIN main."t_MeasureUnit" AS s3
     ON (s1."FUnitID" = s3."FMeasureUnitID") LEFT
-    JOIN (SELECT CASE WHEN (s4."FCoefficient" = ?9) THEN ?8 ELSE s4."FCoefficient" END AS c0,s4."FItemID" AS c1
+    JOIN (SELECT CASE WHEN (s4."FCoefficient" = ?8) THEN ?9 ELSE s4."FCoefficient" END AS c0,s4."FItemID" AS c1
     FROM main."t_Barcode" AS s4
     JOIN main."t_ICItem" AS s5
     ON ((s5."FItemID" = s4."FItemID")
@@ -35,8 +35,8 @@ Where b.FItemID=101 and a.FUnitID=b.FUnitID And Isnull(a.FXSLimitPrice,0)>=0 And
     ON (s2."FItemID" = s6.c1)
     WHERE ((s2."FItemID" = ?11)
     AND (s1."FUnitID" = s2."FUnitID")
-    AND (t_cmp_decimal(ifnull(s1."FXSLimitPrice",?13),?12,318829194) >= 0)
-    AND (t_cmp_decimal(t_div_decimal(?16,s6.c0,322105984),t_mul_decimal(ifnull(s1."FXSLimitPrice",?14),?15,253030410),318829209) < 0))
+    AND (t_cmp_decimal(ifnull(s1."FXSLimitPrice",?12),?13,318829194) >= 0)
+    AND (t_cmp_decimal(t_div_decimal(?14,s6.c0,322105984),t_mul_decimal(ifnull(s1."FXSLimitPrice",?15),?16,253030410),318829209) < 0))
 
 update t_Barcode set FCoefficient=0
   > UPDATE main."t_Barcode" AS s1
@@ -50,7 +50,7 @@ Where b.FItemID=101 and a.FUnitID=b.FUnitID And Isnull(a.FXSLimitPrice,0)>=0 And
     ON (s1."FItemID" = s2."FItemID")
     JOIN main."t_MeasureUnit" AS s3
     ON (s1."FUnitID" = s3."FMeasureUnitID") LEFT
-    JOIN (SELECT CASE WHEN (s4."FCoefficient" = ?9) THEN ?8 ELSE s4."FCoefficient" END AS c0,s4."FItemID" AS c1
+    JOIN (SELECT CASE WHEN (s4."FCoefficient" = ?8) THEN ?9 ELSE s4."FCoefficient" END AS c0,s4."FItemID" AS c1
     FROM main."t_Barcode" AS s4
     JOIN main."t_ICItem" AS s5
     ON ((s5."FItemID" = s4."FItemID")
@@ -58,15 +58,15 @@ Where b.FItemID=101 and a.FUnitID=b.FUnitID And Isnull(a.FXSLimitPrice,0)>=0 And
     ON (s2."FItemID" = s6.c1)
     WHERE ((s2."FItemID" = ?11)
     AND (s1."FUnitID" = s2."FUnitID")
-    AND (t_cmp_decimal(ifnull(s1."FXSLimitPrice",?13),?12,318829194) >= 0)
-    AND (t_cmp_decimal(t_div_decimal(?16,s6.c0,322368129),t_mul_decimal(ifnull(s1."FXSLimitPrice",?14),?15,253030410),318829211) < 0))
+    AND (t_cmp_decimal(ifnull(s1."FXSLimitPrice",?12),?13,318829194) >= 0)
+    AND (t_cmp_decimal(t_div_decimal(?14,s6.c0,322368129),t_mul_decimal(ifnull(s1."FXSLimitPrice",?15),?16,253030410),318829211) < 0))
 
 -- One line against average cost and latest price
 
 Select 1 as FIndex, b.FName, a.FPrice*2 /tb.FCoefficient as LimitPrice,1 as FCoefficient,  a.FPrice*2*1 /tb.FCoefficient as ActLimitPrice, 9 /tb.FCoefficient as FPrice, 9 - a.FPrice*2*1 as DiffPrice From (select a.FItemID,case when sum(a.FQty)=0 then 0 Else sum(a.FBal)/sum(a.FQty) End as FPrice from T_CC_Inventory a inner join t_stock b on FStockID=b.FItemID where a.FItemID=101 and b.FTypeID<>502 group by a.FItemID) a Inner Join t_icItem b On a.FItemID=b.FItemID  left join (select (case when a.FCoefficient=0 then 1 else a.FCoefficient end )as FCoefficient,a.FItemID from t_barcode a inner join t_icitem  b on b.FItemID =a.FItemID and a.FUnitID= 12 ) tb on b.FItemID=tb.FItemID 
 Where b.FItemID=101 And a.FPrice*2>=0 And 9 < a.FPrice*2*1
   > SELECT ?1,s4."FName",t_div_decimal(t_mul_decimal(s3.c1,?2,319614982),s7.c0,319615622),?3,t_div_decimal(t_mul_decimal(t_mul_decimal(s3.c1,?4,319614982),?5,319614982),s7.c0,319615622),t_div_decimal(?6,s7.c0,322368128),t_sub_decimal(?7,t_mul_decimal(t_mul_decimal(s3.c1,?8,319614982),?9,319614982),319615360)
-    FROM (SELECT s1."FItemID" AS c0,CASE WHEN (t_sum_decimal(s1."FQty") = ?14) THEN ?13 ELSE t_div_decimal(t_sum_decimal(s1."FBal"),t_sum_decimal(s1."FQty"),319615626) END AS c1
+    FROM (SELECT s1."FItemID" AS c0,CASE WHEN (t_sum_decimal(s1."FQty") = ?13) THEN ?14 ELSE t_div_decimal(t_sum_decimal(s1."FBal"),t_sum_decimal(s1."FQty"),319615626) END AS c1
     FROM main."T_CC_Inventory" AS s1
     JOIN main."t_Stock" AS s2
     ON (s1."FStockID" = s2."FItemID")
@@ -78,15 +78,15 @@ Where b.FItemID=101 And a.FPrice*2>=0 And 9 < a.FPrice*2*1
     GROUP BY s1."FItemID") AS s3
     JOIN main."t_ICItem" AS s4
     ON (s3.c0 = s4."FItemID") LEFT
-    JOIN (SELECT CASE WHEN (s5."FCoefficient" = ?11) THEN ?10 ELSE s5."FCoefficient" END AS c0,s5."FItemID" AS c1
+    JOIN (SELECT CASE WHEN (s5."FCoefficient" = ?10) THEN ?11 ELSE s5."FCoefficient" END AS c0,s5."FItemID" AS c1
     FROM main."t_Barcode" AS s5
     JOIN main."t_ICItem" AS s6
     ON ((s6."FItemID" = s5."FItemID")
     AND (s5."FUnitID" = ?12))) AS s7
     ON (s4."FItemID" = s7.c1)
     WHERE ((s4."FItemID" = ?15)
-    AND (t_cmp_decimal(t_mul_decimal(s3.c1,?19,319614982),?18,318828934) >= 0)
-    AND (t_cmp_decimal(?22,t_mul_decimal(t_mul_decimal(s3.c1,?20,319614982),?21,319614982),318828934) < 0))
+    AND (t_cmp_decimal(t_mul_decimal(s3.c1,?18,319614982),?19,318828934) >= 0)
+    AND (t_cmp_decimal(?20,t_mul_decimal(t_mul_decimal(s3.c1,?21,319614982),?22,319614982),318828934) < 0))
 
 Select 1 as FIndex, b.FName,a.FLatestInPrice as LimitPrice,1 as FCoefficient,  a.FLatestInPrice*1 as ActLimitPrice, 7 as FPrice, 7/tb.FCoefficient - Isnull(a.FLatestInPrice,0)*1 as DiffPrice From T_ItemPrice a Inner Join t_icItem b On a.FItemID=b.FItemID inner join t_MeasureUnit c on a.FUnitID=c.FMeasureUnitID  left join (select (case when a.FCoefficient=0 then 1 else a.FCoefficient end )as FCoefficient,a.FItemID from t_barcode a inner join t_icitem  b on b.FItemID =a.FItemID and a.FUnitID= 12 ) tb on b.FItemID=tb.FItemID 
 Where b.FItemID=101 and a.FUnitID=b.FUnitID And Isnull(a.FLatestInPrice,0)>=0 And 7 < Isnull(a.FLatestInPrice,0)*1
@@ -96,7 +96,7 @@ Where b.FItemID=101 and a.FUnitID=b.FUnitID And Isnull(a.FLatestInPrice,0)>=0 An
     ON (s1."FItemID" = s2."FItemID")
     JOIN main."t_MeasureUnit" AS s3
     ON (s1."FUnitID" = s3."FMeasureUnitID") LEFT
-    JOIN (SELECT CASE WHEN (s4."FCoefficient" = ?9) THEN ?8 ELSE s4."FCoefficient" END AS c0,s4."FItemID" AS c1
+    JOIN (SELECT CASE WHEN (s4."FCoefficient" = ?8) THEN ?9 ELSE s4."FCoefficient" END AS c0,s4."FItemID" AS c1
     FROM main."t_Barcode" AS s4
     JOIN main."t_ICItem" AS s5
     ON ((s5."FItemID" = s4."FItemID")
@@ -104,8 +104,8 @@ Where b.FItemID=101 and a.FUnitID=b.FUnitID And Isnull(a.FLatestInPrice,0)>=0 An
     ON (s2."FItemID" = s6.c1)
     WHERE ((s2."FItemID" = ?11)
     AND (s1."FUnitID" = s2."FUnitID")
-    AND (t_cmp_decimal(ifnull(s1."FLatestInPrice",?13),?12,318829194) >= 0)
-    AND (t_cmp_decimal(?16,t_mul_decimal(ifnull(s1."FLatestInPrice",?14),?15,253030410),318829194) < 0))
+    AND (t_cmp_decimal(ifnull(s1."FLatestInPrice",?12),?13,318829194) >= 0)
+    AND (t_cmp_decimal(?14,t_mul_decimal(ifnull(s1."FLatestInPrice",?15),?16,253030410),318829194) < 0))
 
 -- The lowest price in line mode is no statement
 
@@ -123,7 +123,7 @@ Where b.FItemID=101 and a.FUnitID=b.FUnitID And Isnull(a.FCGLimitPrice,0)>0 And 
     ON (s1."FItemID" = s2."FItemID")
     JOIN main."t_MeasureUnit" AS s3
     ON (s1."FUnitID" = s3."FMeasureUnitID") LEFT
-    JOIN (SELECT CASE WHEN (s4."FCoefficient" = ?8) THEN ?7 ELSE s4."FCoefficient" END AS c0,s4."FItemID" AS c1
+    JOIN (SELECT CASE WHEN (s4."FCoefficient" = ?7) THEN ?8 ELSE s4."FCoefficient" END AS c0,s4."FItemID" AS c1
     FROM main."t_Barcode" AS s4
     JOIN main."t_ICItem" AS s5
     ON ((s5."FItemID" = s4."FItemID")
@@ -132,8 +132,8 @@ Where b.FItemID=101 and a.FUnitID=b.FUnitID And Isnull(a.FCGLimitPrice,0)>0 And 
     ON (s2."FItemID" = s6.c1)
     WHERE ((s2."FItemID" = ?11)
     AND (s1."FUnitID" = s2."FUnitID")
-    AND (t_cmp_decimal(ifnull(s1."FCGLimitPrice",?13),?12,318829194) > 0)
-    AND (t_cmp_decimal(t_div_decimal(?15,s6.c0,322105984),ifnull(s1."FCGLimitPrice",?14),318829209) > 0))
+    AND (t_cmp_decimal(ifnull(s1."FCGLimitPrice",?12),?13,318829194) > 0)
+    AND (t_cmp_decimal(t_div_decimal(?14,s6.c0,322105984),ifnull(s1."FCGLimitPrice",?15),318829209) > 0))
 
 -- A bill
 
@@ -151,9 +151,9 @@ Select a.Findex, c.Fname,Isnull(b.FXSLimitPrice,0) as LimitPrice , Isnull(f.FCoe
     ON (s2."FCustID" = s5."FItemID") LEFT
     JOIN main."t_ClientType" AS s6
     ON (s5."FTypeID" = s6."FItemID")
-    WHERE ((t_cmp_decimal(ifnull(s1."FBasePrice",?10),?9,318829194) >= 0)
-    AND (t_cmp_decimal(ifnull(s1."FBasePrice",?13),t_mul_decimal(ifnull(s3."FXSLimitPrice",?11),ifnull(s6."FCoefficient",?12),319615626),318828938) < 0)
-    AND (t_cmp_decimal(t_mul_decimal(ifnull(s3."FXSLimitPrice",?15),ifnull(s6."FCoefficient",?16),319615626),?14,318828934) > 0)
+    WHERE ((t_cmp_decimal(ifnull(s1."FBasePrice",?9),?10,318829194) >= 0)
+    AND (t_cmp_decimal(ifnull(s1."FBasePrice",?11),t_mul_decimal(ifnull(s3."FXSLimitPrice",?12),ifnull(s6."FCoefficient",?13),319615626),318828938) < 0)
+    AND (t_cmp_decimal(t_mul_decimal(ifnull(s3."FXSLimitPrice",?14),ifnull(s6."FCoefficient",?15),319615626),?16,318828934) > 0)
     AND (s1."FID" = ?17))
     ORDER BY 1
 
@@ -171,9 +171,9 @@ Select a.Findex, c.Fname,Isnull(b.FLatestInPrice,0) as LimitPrice , Isnull(f.FCo
     ON (s2."FCustID" = s5."FItemID") LEFT
     JOIN main."t_ClientType" AS s6
     ON (s5."FTypeID" = s6."FItemID")
-    WHERE ((t_cmp_decimal(ifnull(s1."FPrice",?10),?9,318829194) >= 0)
-    AND (t_cmp_decimal(ifnull(s1."FPrice",?13),t_mul_decimal(ifnull(s3."FLatestInPrice",?11),ifnull(s6."FCoefficient",?12),319615626),318828938) < 0)
-    AND (t_cmp_decimal(t_mul_decimal(ifnull(s3."FLatestInPrice",?15),ifnull(s6."FCoefficient",?16),319615626),?14,318828934) > 0)
+    WHERE ((t_cmp_decimal(ifnull(s1."FPrice",?9),?10,318829194) >= 0)
+    AND (t_cmp_decimal(ifnull(s1."FPrice",?11),t_mul_decimal(ifnull(s3."FLatestInPrice",?12),ifnull(s6."FCoefficient",?13),319615626),318828938) < 0)
+    AND (t_cmp_decimal(t_mul_decimal(ifnull(s3."FLatestInPrice",?14),ifnull(s6."FCoefficient",?15),319615626),?16,318828934) > 0)
     AND (s1."FID" = ?17))
     ORDER BY 1
 
@@ -191,9 +191,9 @@ Select a.Findex, c.Fname,Isnull(b.FLowestInPrice,0) as LimitPrice , Isnull(f.FCo
     ON (s2."FCustID" = s5."FItemID") LEFT
     JOIN main."t_ClientType" AS s6
     ON (s5."FTypeID" = s6."FItemID")
-    WHERE ((t_cmp_decimal(ifnull(s1."FPrice",?10),?9,318829194) >= 0)
-    AND (t_cmp_decimal(ifnull(s1."FPrice",?13),t_mul_decimal(ifnull(s3."FLowestInPrice",?11),ifnull(s6."FCoefficient",?12),319615626),318828938) < 0)
-    AND (t_cmp_decimal(t_mul_decimal(ifnull(s3."FLowestInPrice",?15),ifnull(s6."FCoefficient",?16),319615626),?14,318828934) > 0)
+    WHERE ((t_cmp_decimal(ifnull(s1."FPrice",?9),?10,318829194) >= 0)
+    AND (t_cmp_decimal(ifnull(s1."FPrice",?11),t_mul_decimal(ifnull(s3."FLowestInPrice",?12),ifnull(s6."FCoefficient",?13),319615626),318828938) < 0)
+    AND (t_cmp_decimal(t_mul_decimal(ifnull(s3."FLowestInPrice",?14),ifnull(s6."FCoefficient",?15),319615626),?16,318828934) > 0)
     AND (s1."FID" = ?17))
     ORDER BY 1
 
@@ -208,8 +208,8 @@ Select  a.Findex,c.Fname, b.FCGLimitPrice as LimitPrice,1 as FCoefficient, b.FCG
     AND (s1."FUnitID" = s2."FUnitID"))
     JOIN main."t_ICItem" AS s3
     ON (s1."FItemID" = s3."FItemID")
-    WHERE ((t_cmp_decimal(ifnull(s1."FBasePrice",?7),ifnull(s2."FCGLimitPrice",?6),318829194) > 0)
-    AND (t_cmp_decimal(ifnull(s2."FCGLimitPrice",?9),?8,318829194) > 0)
+    WHERE ((t_cmp_decimal(ifnull(s1."FBasePrice",?6),ifnull(s2."FCGLimitPrice",?7),318829194) > 0)
+    AND (t_cmp_decimal(ifnull(s2."FCGLimitPrice",?8),?9,318829194) > 0)
     AND (s1."FID" = ?10))
     ORDER BY 1
 

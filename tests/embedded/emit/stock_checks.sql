@@ -52,8 +52,8 @@ SELECT M1.FNUMBER,M1.FNAME,M1.FMODEL,M1.Ftrack,S1.FNAME AS STOCKNAME,
     FROM temp."t1" AS s5
     GROUP BY s5."FItemID",s5."FShowUnitID",s5."FStockID",s5."FAuxPropID",s5."FBatchNo",s5."FKFPeriod",s5."FKFDate",s5."FPeriodDate") AS s6 LEFT
     JOIN (SELECT s3.c0 AS c0,s3.c1 AS c1,s3.c2 AS c2,s3.c3 AS c3,s3.c4 AS c4,s3.c5 AS c5,s3.c6 AS c6,t_sum_decimal(s3.c7) AS c7
-    FROM (SELECT s1."FItemID" AS c0,s1."FStockID" AS c1,s1."FAuxPropID" AS c2,CASE WHEN ((s2."FTrack" = ?6)
-    AND (s2."FISBatchManager" = ?7)) THEN ?5 ELSE s1."FBatchNo" END AS c3,s1."FKFPeriod" AS c4,s1."FKFDate" AS c5,s1."FPeriodDate" AS c6,ifnull(s1."FQty",?8) AS c7
+    FROM (SELECT s1."FItemID" AS c0,s1."FStockID" AS c1,s1."FAuxPropID" AS c2,CASE WHEN ((s2."FTrack" = ?5)
+    AND (s2."FISBatchManager" = ?6)) THEN ?7 ELSE s1."FBatchNo" END AS c3,s1."FKFPeriod" AS c4,s1."FKFDate" AS c5,s1."FPeriodDate" AS c6,ifnull(s1."FQty",?8) AS c7
     FROM main."T_CC_Inventory" AS s1
     JOIN main."t_ICItem" AS s2
     ON (s1."FItemID" = s2."FItemID")
@@ -82,7 +82,7 @@ SELECT M1.FNUMBER,M1.FNAME,M1.FMODEL,M1.Ftrack,S1.FNAME AS STOCKNAME,
     WHERE (s11."FCoefficient" <> t_conv(0,60480815147))) AS s12
     ON ((s6.c0 = s12.c0)
     AND (s6.c1 = s12.c1))
-    WHERE (t_cmp_decimal(t_sub_decimal(ifnull(s4.c7,?12),ifnull(s6.c8,?13),320139914),?11,318829194) < 0)
+    WHERE (t_cmp_decimal(t_sub_decimal(ifnull(s4.c7,?11),ifnull(s6.c8,?12),320139914),?13,318829194) < 0)
 
 -- Unaudited issues count as well
 
@@ -122,8 +122,8 @@ SELECT M1.FNUMBER,M1.FNAME,M1.FMODEL,M1.Ftrack,S1.FNAME AS STOCKNAME,
     FROM temp."t1" AS s5
     GROUP BY s5."FItemID",s5."FShowUnitID",s5."FStockID",s5."FAuxPropID",s5."FBatchNo",s5."FKFPeriod",s5."FKFDate",s5."FPeriodDate") AS s6 LEFT
     JOIN (SELECT s3.c0 AS c0,s3.c1 AS c1,s3.c2 AS c2,s3.c3 AS c3,s3.c4 AS c4,s3.c5 AS c5,s3.c6 AS c6,t_sum_decimal(s3.c7) AS c7
-    FROM (SELECT s1."FItemID" AS c0,s1."FStockID" AS c1,s1."FAuxPropID" AS c2,CASE WHEN ((s2."FTrack" = ?26)
-    AND (s2."FISBatchManager" = ?27)) THEN ?25 ELSE s1."FBatchNo" END AS c3,s1."FKFPeriod" AS c4,s1."FKFDate" AS c5,s1."FPeriodDate" AS c6,ifnull(s1."FQty",?28) AS c7
+    FROM (SELECT s1."FItemID" AS c0,s1."FStockID" AS c1,s1."FAuxPropID" AS c2,CASE WHEN ((s2."FTrack" = ?25)
+    AND (s2."FISBatchManager" = ?26)) THEN ?27 ELSE s1."FBatchNo" END AS c3,s1."FKFPeriod" AS c4,s1."FKFDate" AS c5,s1."FPeriodDate" AS c6,ifnull(s1."FQty",?28) AS c7
     FROM main."T_CC_Inventory" AS s1
     JOIN main."t_ICItem" AS s2
     ON (s1."FItemID" = s2."FItemID")
@@ -213,12 +213,12 @@ SELECT M1.FNUMBER,M1.FNAME,M1.FMODEL,M1.Ftrack,S1.FNAME AS STOCKNAME,
     WHERE (s27."FCoefficient" <> t_conv(0,60480815147))) AS s28
     ON ((s22.c0 = s28.c0)
     AND (s22.c1 = s28.c1))
-    WHERE (t_cmp_decimal(t_sub_decimal(t_sub_decimal(ifnull(s4.c7,?36),ifnull(s6.c8,?37),320139914),ifnull(s22.c8,?38),319615370),?35,318828934) < 0)
+    WHERE (t_cmp_decimal(t_sub_decimal(t_sub_decimal(ifnull(s4.c7,?35),ifnull(s6.c8,?36),320139914),ifnull(s22.c8,?37),319615370),?38,318828934) < 0)
 
 update T_CC_StockBill set FStatus=1 where FID=8
   > UPDATE main."T_CC_StockBill" AS s1
-    SET "FStatus"=?2
-    WHERE (s1."FID" = ?1)
+    SET "FStatus"=?1
+    WHERE (s1."FID" = ?2)
 
 -- Lines of a bill that is being saved
 

@@ -23,15 +23,15 @@ Update v1
     WHERE ((s3."FItemID" IN (SELECT s21."FItemID"
     FROM main."T_CC_StockBillEntry" AS s21
     WHERE ((s21."FID" = ?1)
-    AND (ifnull(s21."FBatchNo",?3) COLLATE tsql <> ?2))))
-    AND (ifnull(s3."FBatchNo",?5) COLLATE tsql <> ?4))
+    AND (ifnull(s21."FBatchNo",?2) COLLATE tsql <> ?3))))
+    AND (ifnull(s3."FBatchNo",?4) COLLATE tsql <> ?5))
     UNION SELECT s4."FItemID" AS c0,s4."FStockID" AS c1,s4."FBatchNo" AS c2,s4."FKFDate" AS c3,s4."FKFPeriod" AS c4,s4."FPeriodDate" AS c5
     FROM main."T_CC_Stock_batchno" AS s4
     WHERE ((s4."FItemID" IN (SELECT s22."FItemID"
     FROM main."T_CC_StockBillEntry" AS s22
     WHERE ((s22."FID" = ?1)
-    AND (ifnull(s22."FBatchNo",?3) COLLATE tsql <> ?2))))
-    AND (ifnull(s4."FBatchNo",?7) COLLATE tsql <> ?6))
+    AND (ifnull(s22."FBatchNo",?2) COLLATE tsql <> ?3))))
+    AND (ifnull(s4."FBatchNo",?6) COLLATE tsql <> ?7))
     UNION SELECT s11.c6 AS c0,s11.c8 AS c1,s11.c10 COLLATE tsql AS c2,s11.c12 AS c3,s11.c11 AS c4,s11.c13 AS c5
     FROM (SELECT s5."FID" AS c0,s6."FEntryID" AS c1,s5."FClassTypeID" AS c2,s5."FBillTypeID" AS c3,s5."FStatus" AS c4,s5."FDate" AS c5,s6."FItemID" AS c6,s6."FShowUnitID" AS c7,CASE WHEN (s5."FBillTypeID" IN (3002,3004,3011)) THEN s6."FSCStockID" ELSE s6."FDCStockID" END AS c8,s6."FAuxPropID" AS c9,s6."FBatchNo" AS c10,s6."FKFPeriod" AS c11,s6."FKFDate" AS c12,s6."FPeriodDate" AS c13,s6."FQty" AS c14
     FROM main."T_CC_StockBill" AS s5
@@ -40,7 +40,7 @@ Update v1
     WHERE ((s6."FItemID" IN (SELECT s23."FItemID"
     FROM main."T_CC_StockBillEntry" AS s23
     WHERE ((s23."FID" = ?1)
-    AND (ifnull(s23."FBatchNo",?3) COLLATE tsql <> ?2))))
+    AND (ifnull(s23."FBatchNo",?2) COLLATE tsql <> ?3))))
     AND (((s5."FBillTypeID" IN (3002,3004,3011))
     AND (s6."FSCStockID" <> 0))
     OR ((s5."FBillTypeID" NOT IN (2012,2031,2032,3002,3004,3011))
@@ -52,7 +52,7 @@ Update v1
     WHERE ((s8."FItemID" IN (SELECT s24."FItemID"
     FROM main."T_CC_StockBillEntry" AS s24
     WHERE ((s24."FID" = ?1)
-    AND (ifnull(s24."FBatchNo",?3) COLLATE tsql <> ?2))))
+    AND (ifnull(s24."FBatchNo",?2) COLLATE tsql <> ?3))))
     AND (s7."FClassTypeID" = 1040005))
     UNION ALL SELECT s9."FID" AS c0,s10."FEntryID" AS c1,s9."FClassTypeID" AS c2,s9."FBillTypeID" AS c3,s9."FStatus" AS c4,s9."FDate" AS c5,s10."FItemID" AS c6,s10."FShowUnitID" AS c7,s10."FSCStockID" AS c8,s10."FAuxPropID" AS c9,s10."FBatchNo" AS c10,s10."FKFPeriod" AS c11,s10."FProDate" AS c12,s10."FExpDate" AS c13,s10."FQty" AS c14
     FROM main."T_CC_ZZCX" AS s9
@@ -61,10 +61,10 @@ Update v1
     WHERE ((s10."FItemID" IN (SELECT s25."FItemID"
     FROM main."T_CC_StockBillEntry" AS s25
     WHERE ((s25."FID" = ?1)
-    AND (ifnull(s25."FBatchNo",?3) COLLATE tsql <> ?2))))
+    AND (ifnull(s25."FBatchNo",?2) COLLATE tsql <> ?3))))
     AND (s9."FClassTypeID" = 1040006))) AS s11
-    WHERE ((ifnull(s11.c4,?9) > ?8)
-    AND (ifnull(s11.c10,?11) COLLATE tsql <> ?10))
+    WHERE ((ifnull(s11.c4,?8) > ?9)
+    AND (ifnull(s11.c10,?10) COLLATE tsql <> ?11))
     UNION SELECT s18.c6 AS c0,s18.c8 AS c1,s18.c10 COLLATE tsql AS c2,s18.c12 AS c3,s18.c11 AS c4,s18.c13 AS c5
     FROM (SELECT s12."FID" AS c0,s13."FEntryID" AS c1,s12."FClassTypeID" AS c2,s12."FBillTypeID" AS c3,s12."FStatus" AS c4,s12."FDate" AS c5,s13."FItemID" AS c6,s13."FShowUnitID" AS c7,CASE WHEN (s12."FBillTypeID" IN (2012,2031,2032)) THEN s13."FDCStockID" ELSE s13."FSCStockID" END AS c8,s13."FAuxPropID" AS c9,s13."FBatchNo" AS c10,s13."FKFPeriod" AS c11,s13."FKFDate" AS c12,s13."FPeriodDate" AS c13,CASE WHEN (s12."FClassTypeID" = 1040004) THEN t_mul_decimal(s13."FProfitLossQty",s13."FCoefficient",319615626) ELSE t_conv(s13."FQty",81821491535) END AS c14
     FROM main."T_CC_StockBill" AS s12
@@ -73,7 +73,7 @@ Update v1
     WHERE ((s13."FItemID" IN (SELECT s26."FItemID"
     FROM main."T_CC_StockBillEntry" AS s26
     WHERE ((s26."FID" = ?1)
-    AND (ifnull(s26."FBatchNo",?3) COLLATE tsql <> ?2))))
+    AND (ifnull(s26."FBatchNo",?2) COLLATE tsql <> ?3))))
     AND (((s12."FBillTypeID" IN (2012,2031,2032))
     AND (s13."FDCStockID" <> 0))
     OR ((s12."FBillTypeID" NOT IN (2012,2031,2032,3002,3004,3011))
@@ -85,7 +85,7 @@ Update v1
     WHERE ((s15."FItemID" IN (SELECT s27."FItemID"
     FROM main."T_CC_StockBillEntry" AS s27
     WHERE ((s27."FID" = ?1)
-    AND (ifnull(s27."FBatchNo",?3) COLLATE tsql <> ?2))))
+    AND (ifnull(s27."FBatchNo",?2) COLLATE tsql <> ?3))))
     AND (s14."FClassTypeID" = 1040005))
     UNION ALL SELECT s16."FID" AS c0,s17."FEntryID" AS c1,s16."FClassTypeID" AS c2,s16."FBillTypeID" AS c3,s16."FStatus" AS c4,s16."FDate" AS c5,s17."FItemID" AS c6,s17."FShowUnitID" AS c7,s17."FDCStockID" AS c8,s17."FAuxPropID" AS c9,s17."FBatchNo" AS c10,s17."FKFPeriod" AS c11,s17."FProDate" AS c12,s17."FExpDate" AS c13,t_conv(s17."FQty",81821491535) AS c14
     FROM main."T_CC_ZZCX" AS s16
@@ -94,16 +94,16 @@ Update v1
     WHERE ((s17."FItemID" IN (SELECT s28."FItemID"
     FROM main."T_CC_StockBillEntry" AS s28
     WHERE ((s28."FID" = ?1)
-    AND (ifnull(s28."FBatchNo",?3) COLLATE tsql <> ?2))))
+    AND (ifnull(s28."FBatchNo",?2) COLLATE tsql <> ?3))))
     AND (s16."FClassTypeID" = 1040006))) AS s18
-    WHERE ((ifnull(s18.c4,?13) > ?12)
-    AND (ifnull(s18.c10,?15) COLLATE tsql <> ?14))) AS s19
+    WHERE ((ifnull(s18.c4,?12) > ?13)
+    AND (ifnull(s18.c10,?14) COLLATE tsql <> ?15))) AS s19
     GROUP BY s19.c0,s19.c1,s19.c2 COLLATE tsql,s19.c3,s19.c4,s19.c5) AS s20
     ON ((s20.c0 = s1."FItemID")
     AND (s20.c2 COLLATE tsql = s1."FBatchNo")
     AND (s20.c1 = s1."FDCStockID"))
     WHERE ((s1."FID" = ?1)
-    AND (ifnull(s1."FBatchNo",?3) COLLATE tsql <> ?2))
+    AND (ifnull(s1."FBatchNo",?2) COLLATE tsql <> ?3))
     GROUP BY s1.rowid) AS q
     WHERE q.r=u.rowid
 
@@ -187,8 +187,8 @@ Select FStatus,FVoucherID From T_CC_StockBill where FID=7
 
 Update T_CC_StockBill set FCheckerID=2,FCheckDate=GetDate(),FStatus=1  where FID=7
   > UPDATE main."T_CC_StockBill" AS s1
-    SET "FCheckerID"=?2,"FCheckDate"=t_getdate(),"FStatus"=?3
-    WHERE (s1."FID" = ?1)
+    SET "FCheckerID"=?1,"FCheckDate"=t_getdate(),"FStatus"=?2
+    WHERE (s1."FID" = ?3)
 
 select FCheckerID,FStatus from T_CC_StockBill
   > SELECT s1."FCheckerID",s1."FStatus"
@@ -196,8 +196,8 @@ select FCheckerID,FStatus from T_CC_StockBill
 
 Update T_CC_StockBill set FCheckerID=0,FCheckDate=Null,FStatus=0  where FID=7
   > UPDATE main."T_CC_StockBill" AS s1
-    SET "FCheckerID"=?2,"FCheckDate"=NULL,"FStatus"=?3
-    WHERE (s1."FID" = ?1)
+    SET "FCheckerID"=?1,"FCheckDate"=NULL,"FStatus"=?2
+    WHERE (s1."FID" = ?3)
 
 select FCheckerID,FCheckDate,FStatus from T_CC_StockBill
   > SELECT s1."FCheckerID",s1."FCheckDate",s1."FStatus"
