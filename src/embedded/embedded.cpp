@@ -49,6 +49,15 @@ class StoreDatabase final : public Database, public std::enable_shared_from_this
     }
   }
 
+  std::string Image() override {
+    if (!InMemory()) throw std::logic_error("only a database in memory has an image");
+    try {
+      return StoreImage(memory_->context().store);
+    } catch (const SqlError& error) {
+      throw AutomationError(error.number, std::string(kErrorSource), error.message);
+    }
+  }
+
   void SaveAs(const std::string& path) override {
     if (!InMemory()) throw std::logic_error("only a database in memory is saved");
     try {

@@ -31,6 +31,11 @@ class Database {
   // whose description then begins with the number of the line on which its batch starts.
   virtual void RunScript(std::string_view script) = 0;
 
+  // All that a database in memory holds, to open others with (OpenOptions::image): that is quicker
+  // than to run the script again that made it. What a session keeps for itself, such as temporary
+  // tables, is not in it; nor may a transaction be open. Errors: AutomationError.
+  virtual std::string Image() = 0;
+
   // Makes a file of a database in memory, whole or not at all: it gets its name when it is
   // complete, and journals of an earlier file of that name are removed with it. Only its own size
   // is needed on the disk. Errors: AutomationError naming the file, which is left as it is where

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "foundation/date_time.h"
@@ -12,6 +13,8 @@ namespace tavcc::sql {
 struct OpenOptions {
   // A file, or ":memory:".
   std::string path = ":memory:";
+  // What a database in memory begins with: the Image() of another. Empty where there is none.
+  std::shared_ptr<const std::string> image = nullptr;
   // Whether a file that does not exist is made. When false, a missing file is an error.
   bool create = true;
   // How long a lock that another process has on the file is waited for; 0 does not wait.

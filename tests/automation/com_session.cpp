@@ -10,8 +10,8 @@
 #include "foundation/text.h"
 #include "host/automation/classes.h"
 #include "host/automation/component_objects.h"
+#include "host/company.h"
 #include "host/erp.h"
-#include "host/schema.h"
 #include "scenario/start_state.h"
 
 namespace tavcc {
@@ -43,8 +43,6 @@ ComPtr<IDispatch> Create(std::string_view class_name) {
 class ComSession final : public BackendSession {
  public:
   explicit ComSession(const StartState& start) : erp_(Options(start)) {
-    erp_.RunScript(SchemaScript());
-    erp_.RunScript(BaseScript());
     ApplyStartState(start, erp_.host(), *erp_.connection());
   }
   ~ComSession() override {
@@ -80,7 +78,7 @@ class ComSession final : public BackendSession {
 
  private:
   static sql::OpenOptions Options(const StartState& start) {
-    sql::OpenOptions options;
+    sql::OpenOptions options = CompanyOptions();
     options.clock = [now = start.now] { return now; };
     return options;
   }

@@ -3,7 +3,7 @@
 #include "automation/border/variant.h"
 #include "host/automation/component_objects.h"
 #include "host/automation/dispatch_object.h"
-#include "host/schema.h"
+#include "host/company.h"
 
 namespace tavcc {
 
@@ -14,9 +14,7 @@ Apartment::~Apartment() {
   CoUninitialize();
 }
 
-HostedErp::HostedErp() : erp_(sql::OpenOptions{}), dsn_(automation::NewBstr(erp_.dsn())) {
-  erp_.RunScript(SchemaScript());
-  erp_.RunScript(BaseScript());
+HostedErp::HostedErp() : erp_(CompanyOptions()), dsn_(automation::NewBstr(erp_.dsn())) {
   erp_.connection()->Execute(
       "insert into T_CC_ZZCX(FID,FClassTypeID,FDate) values(1,1040005,'2026-03-10')");
   host_automation::SetThreadHost(&erp_.host());

@@ -7,8 +7,8 @@
 
 #include "foundation/host_services.h"
 #include "foundation/plug_in.h"
+#include "host/company.h"
 #include "host/erp.h"
-#include "host/schema.h"
 #include "host_calls/recording_host.h"
 #include "scenario/runner.h"
 #include "scenario/start_state.h"
@@ -57,8 +57,6 @@ class RecordingSession final : public BackendSession {
  public:
   explicit RecordingSession(const Case& tested) : bound_(tested.row.value("bound", false)) {
     calls_.bill_no = tested.row.value("bill_no", std::string());
-    erp_.RunScript(SchemaScript());
-    erp_.RunScript(BaseScript());
     ApplyStartState(tested.scenario.start, erp_.host(), *erp_.connection());
   }
 
@@ -87,9 +85,15 @@ class RecordingSession final : public BackendSession {
   const std::vector<std::string>& calls() const { return calls_.list; }
 
  private:
+  static sql::OpenOptions Options() {
+    sql::OpenOptions options = CompanyOptions();
+    options.clock = [] { return *DateTime::Parse("2026-03-15 10:00:00"); };
+    return options;
+  }
+
   const bool bound_;
   HostCalls calls_;
-  Erp erp_{sql::OpenOptions{.clock = [] { return *DateTime::Parse("2026-03-15 10:00:00"); }}};
+  Erp erp_{Options()};
   RecordingHost recording_{erp_.host(), calls_};
 };
 

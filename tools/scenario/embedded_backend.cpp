@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "host/schema.h"
+#include "host/company.h"
 #include "scenario/start_state.h"
 
 namespace tavcc {
@@ -24,11 +24,9 @@ class EmbeddedBackend final : public Backend {
 }  // namespace
 
 std::unique_ptr<Erp> MakeEmbeddedErp(const StartState& start) {
-  sql::OpenOptions options;
+  sql::OpenOptions options = CompanyOptions();
   options.clock = [now = start.now] { return now; };
   auto erp = std::make_unique<Erp>(options);
-  erp->RunScript(SchemaScript());
-  erp->RunScript(BaseScript());
   ApplyStartState(start, erp->host(), *erp->connection());
   return erp;
 }

@@ -3,8 +3,10 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
+#include <limits>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -151,6 +153,7 @@ void SqliteConnection::Open() {
   if (handle_ == nullptr) throw StoreFailure("out of memory");
   sqlite3_extended_result_codes(handle_, 1);
   if (code != SQLITE_OK) throw FailureOf(sqlite3_extended_errcode(handle_));
+  if (location_.image) TakeImage(*location_.image);
   if (!location_.shared) return;
   sqlite3_busy_handler(
       handle_,
@@ -168,6 +171,21 @@ void SqliteConnection::Open() {
         return 0;
       },
       this);
+}
+
+void SqliteConnection::TakeImage(const std::string& image) {
+  auto* const copy = static_cast<unsigned char*>(sqlite3_malloc64(image.size()));
+  if (copy == nullptr) throw StoreFailure("out of memory");
+  std::ranges::copy(image, copy);
+  const auto size = static_cast<sqlite3_int64>(image.size());
+  // The copy is SQLite's from here on, also where this fails.
+  const int code =
+      sqlite3_deserialize(handle_, "main", copy, size, size,
+                          SQLITE_DESERIALIZE_FREEONCLOSE | SQLITE_DESERIALIZE_RESIZEABLE);
+  if (code != SQLITE_OK) throw FailureOf(code);
+  // It may grow as any other in memory; by default it may have a gigabyte.
+  sqlite3_int64 limit = std::numeric_limits<sqlite3_int64>::max();
+  sqlite3_file_control(handle_, "main", SQLITE_FCNTL_SIZE_LIMIT, &limit);
 }
 
 SqliteConnection::~SqliteConnection() {
@@ -222,11 +240,16 @@ int64_t SqliteConnection::QueryInteger(std::string_view sql) {
   return sqlite3_column_int64(statement.get(), 0);
 }
 
-void SqliteConnection::RunCached(const char* sql) {
+void SqliteConnection::ReadCached(const char* sql,
+                                  const std::function<void(sqlite3_stmt* row)>& read) {
   SqliteStatement& statement = cached_[sql];
   if (!statement) statement = Prepare(sql);
-  Step(statement.get());
+  while (Step(statement.get())) read(statement.get());
   sqlite3_reset(statement.get());
+}
+
+void SqliteConnection::RunCached(const char* sql) {
+  ReadCached(sql, [](sqlite3_stmt*) {});
 }
 
 bool SqliteConnection::Step(sqlite3_stmt* statement) {

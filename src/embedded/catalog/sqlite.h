@@ -4,6 +4,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -40,6 +41,8 @@ struct StoreLocation {
   bool shared = false;     // a file: other processes may be at work on it
   bool read_only = false;  // as it stands: nobody can write a journal beside it
   int wait_seconds = 0;    // how long another process's lock is waited for
+  // What a store in memory begins with; null where that is nothing.
+  std::shared_ptr<const std::string> image = nullptr;
 };
 
 // One connection to a store, with the dialect's functions registered on it.
@@ -54,12 +57,14 @@ class SqliteConnection {
   sqlite3* handle() const { return handle_; }
   FunctionSession& functions() { return functions_; }
 
-  // Errors of all three: as Check.
+  // Errors of all five: as Step.
   SqliteStatement Prepare(std::string_view sql);
   void Run(std::string_view sql);
   int64_t QueryInteger(std::string_view sql);
   // As Run, for the few texts that are run over and over: `sql` is a literal.
   void RunCached(const char* sql);
+  // The same for what gives rows, each of which is handed to `read`.
+  void ReadCached(const char* sql, const std::function<void(sqlite3_stmt* row)>& read);
 
   // Steps a statement: true while there is a row. On failure the statement is reset and its error
   // thrown: the server's where a function of the dialect raised it; 1222 when another process did
@@ -92,6 +97,7 @@ class SqliteConnection {
 
  private:
   void Open();
+  void TakeImage(const std::string& image);
   SqlError LockError(int code);
   SqlError FailureOf(int code) const;
   // A failure of the store, with the name of its file before it.

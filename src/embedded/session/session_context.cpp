@@ -5,9 +5,9 @@
 namespace tavcc::sql {
 namespace {
 
-SqliteConnection& PrepareStore(SqliteConnection& store, bool shared) {
-  PrepareConnection(store, shared);
-  if (!shared) store.Run(StoredObjects::NewStoreText());
+SqliteConnection& PrepareStore(SqliteConnection& store, const StoreLocation& location) {
+  PrepareConnection(store, location.shared);
+  if (!location.shared && !location.image) store.Run(StoredObjects::NewStoreText());
   return store;
 }
 
@@ -16,7 +16,7 @@ SqliteConnection& PrepareStore(SqliteConnection& store, bool shared) {
 SessionContext::SessionContext(const StoreLocation& location)
     : store(location),
       shared(location.shared),
-      catalog(PrepareStore(store, shared), shared),
+      catalog(PrepareStore(store, location), shared),
       transaction(store, catalog, shared) {}
 
 void SessionContext::Clear() {

@@ -86,7 +86,11 @@ int32_t NewUserVersion() {
 
 StoreLocation FindStore(const OpenOptions& options) {
   const std::string& path = options.path;
-  if (path == kInMemory) return {};
+  if (path == kInMemory) {
+    StoreLocation memory;
+    memory.image = options.image;
+    return memory;
+  }
   if (path.empty()) throw StoreFailure("the name of the file is empty");
   std::error_code error;
   if (options.create && !fs::exists(PathOf(path), error)) MakeStore(path);
@@ -109,17 +113,22 @@ void CheckOwnJournals(const std::string& path) {
                    "move it away, or put the file back that it belongs to"));
 }
 
-void SaveStore(SqliteConnection& memory, const std::string& path) {
-  memory.Run("PRAGMA application_id=" + std::to_string(kApplicationId));
-  memory.Run(Cat("PRAGMA user_version=", NewUserVersion()));
+std::string StoreImage(SqliteConnection& memory) {
+  if (memory.InTransaction()) throw StoreFailure("there is no image inside of a transaction");
   sqlite3_int64 size = 0;
   const std::unique_ptr<unsigned char, void (*)(void*)> image(
       sqlite3_serialize(memory.handle(), "main", &size, 0), sqlite3_free);
   if (image == nullptr) throw StoreFailure("out of memory");
+  return std::string(reinterpret_cast<const char*>(image.get()), static_cast<size_t>(size));
+}
+
+void SaveStore(SqliteConnection& memory, const std::string& path) {
+  memory.Run("PRAGMA application_id=" + std::to_string(kApplicationId));
+  memory.Run(Cat("PRAGMA user_version=", NewUserVersion()));
+  std::string image = StoreImage(memory);
   // The header's two numbers that say that changes go to a write-ahead log.
-  image.get()[18] = image.get()[19] = 2;
-  MakeFile(path,
-           std::string_view(reinterpret_cast<const char*>(image.get()), static_cast<size_t>(size)));
+  image[18] = image[19] = 2;
+  MakeFile(path, image);
 }
 
 }  // namespace tavcc::sql

@@ -19,6 +19,10 @@ StoreLocation FindStore(const OpenOptions& options);
 // Errors: SqlError kStoreFailure when a journal lies beside the file that was not written for it.
 void CheckOwnJournals(const std::string& path);
 
+// All of a store in memory, for StoreLocation::image. Errors: SqlError kStoreFailure inside of a
+// transaction, and without memory.
+std::string StoreImage(SqliteConnection& memory);
+
 // Makes a file of the store in memory. Errors: SqlError kStoreFailure as Database::SaveAs states
 // them.
 void SaveStore(SqliteConnection& memory, const std::string& path);

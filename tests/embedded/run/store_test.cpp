@@ -365,6 +365,63 @@ TEST_F(Store, EachTransactionMarksItsJournal) {
   }
 }
 
+// ---- Images ----
+
+TEST_F(Store, AnImageBeginsOthers) {
+  const auto first = Database::Open(OpenOptions{});
+  first->RunScript(
+      "create table t (id int identity, name varchar(10) unique)\nGO\n"
+      "create view v as select name from t\nGO\n"
+      "create procedure p as insert into t values ('by p')\nGO\n"
+      "insert into t values ('one')\nGO\n"
+      "insert into t values ('two')");
+  OpenOptions options;
+  options.image = std::make_shared<const std::string>(first->Image());
+  const auto second = Database::Open(options);
+  const auto third = Database::Open(options);
+  const auto session = second->NewSession();
+  // Objects, rows, keys and the numbers that are dealt out.
+  session->Execute("exec p");
+  EXPECT_EQ(Number(*session, "select id from t where name='by p'"), 3);
+  EXPECT_EQ(ErrorOf(*session, "insert into t values ('one')").substr(0, 5), "2627:");
+  EXPECT_EQ(Number(*session, "select count(*) from v"), 3);
+  // Each is one for itself, and can be changed in all that one can change.
+  session->Execute("begin transaction delete from t create table more (a int) rollback");
+  session->Execute("alter table t add extra int");
+  session->Execute("update t set extra=7");
+  EXPECT_EQ(Number(*session, "select sum(extra) from t"), 21);
+  EXPECT_EQ(Number(*first->NewSession(), "select count(*) from t"), 2);
+  EXPECT_EQ(Number(*third->NewSession(), "select count(*) from t"), 2);
+  // An image of it is what it is now, and is made a file as any other.
+  OpenOptions again;
+  again.image = std::make_shared<const std::string>(second->Image());
+  Database::Open(again)->SaveAs(Path("copy"));
+  EXPECT_EQ(Number(*Open("copy", false)->NewSession(), "select sum(extra) from t"), 21);
+}
+
+TEST_F(Store, ThereIsNoImageInsideOfATransaction) {
+  const auto database = Database::Open(OpenOptions{});
+  database->RunScript("create table t (n int)");
+  const auto session = database->NewSession();
+  session->Execute("begin transaction insert into t values (1)");
+  try {
+    database->Image();
+    ADD_FAILURE() << "there is one";
+  } catch (const AutomationError& error) {
+    EXPECT_EQ(error.description(), "there is no image inside of a transaction");
+  }
+  session->Execute("rollback");
+  EXPECT_FALSE(database->Image().empty());
+}
+
+TEST_F(Store, ADamagedImageIsRefused) {
+  OpenOptions options;
+  options.image = std::make_shared<const std::string>("no database");
+  EXPECT_THROW(Database::Open(options), AutomationError);
+  options.image = std::make_shared<const std::string>();
+  EXPECT_THROW(Database::Open(options), AutomationError);
+}
+
 // ---- Making files ----
 
 TEST_F(Store, OneOfSeveralMakersWins) {
