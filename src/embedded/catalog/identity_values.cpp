@@ -27,17 +27,27 @@ void IdentityValues::Restart(const Table& table) {
 }
 
 IdentityValues::Numbers IdentityValues::Read() const {
+  // SQLite makes its table with the first table that deals out numbers.
+  struct Schema {
+    const char* name;
+    const char* any;
+    const char* all;
+  };
+  static constexpr Schema kSchemas[] = {
+      {"main.", "SELECT 1 FROM main.sqlite_master WHERE name='sqlite_sequence'",
+       "SELECT name,seq FROM main.sqlite_sequence"},
+      {"temp.", "SELECT 1 FROM temp.sqlite_master WHERE name='sqlite_sequence'",
+       "SELECT name,seq FROM temp.sqlite_sequence"},
+  };
   Numbers numbers;
-  for (const std::string schema : {"main.", "temp."}) {
-    const bool any = store_.QueryInteger("SELECT count(*) FROM " + schema +
-                                         "sqlite_master WHERE name='sqlite_sequence'") > 0;
+  for (const Schema& schema : kSchemas) {
+    bool any = false;
+    store_.ReadCached(schema.any, [&](sqlite3_stmt*) { any = true; });
     if (!any) continue;
-    const SqliteStatement select =
-        store_.Prepare("SELECT name,seq FROM " + schema + "sqlite_sequence");
-    while (store_.Step(select.get())) {
-      const auto* name = reinterpret_cast<const char*>(sqlite3_column_text(select.get(), 0));
-      numbers[schema + QuoteName(name)] = sqlite3_column_int64(select.get(), 1);
-    }
+    store_.ReadCached(schema.all, [&](sqlite3_stmt* row) {
+      const auto* name = reinterpret_cast<const char*>(sqlite3_column_text(row, 0));
+      numbers[schema.name + QuoteName(name)] = sqlite3_column_int64(row, 1);
+    });
   }
   return numbers;
 }
