@@ -1,8 +1,8 @@
 # What the project needs of Debian, and how it gets it. Sourced by ./demo and ./test.
 
-# To build tavcc. The driver manager's headers are among it, since tavcc knows SQL Servers too.
+# To build tavcc. clang compiles it in less time than g++.
 build_packages=(
-  cmake ninja-build g++ libsqlite3-dev unixodbc-dev nlohmann-json3-dev libcli11-dev libfmt-dev
+  cmake ninja-build clang libsqlite3-dev unixodbc-dev nlohmann-json3-dev libcli11-dev libfmt-dev
   libedit-dev
 )
 # To build the tests.
