@@ -36,7 +36,7 @@ function(tavcc_embed target header)
     DEPENDS ${files} ${maker}
     VERBATIM)
   target_sources(${target} PRIVATE ${out})
-  # A command of this target alone would wait for all that the target is linked with, and its sources
-  # for the command. This one waits for nothing, and what two targets want waits for what both do.
+  # A command of this target alone would wait for all that the target is linked with, and its
+  # sources for the command. What two targets want waits for what both wait for: nothing.
   add_custom_target(${target}_${name}_texts DEPENDS ${out})
 endfunction()
