@@ -21,6 +21,16 @@ void RunOneBatch(Engine& engine, const ScriptBatch& batch) {
   }
 }
 
+// What `work` returns; an error of the store as the caller knows errors.
+template <class Work>
+auto WithAutomationErrors(const Work& work) {
+  try {
+    return work();
+  } catch (const SqlError& error) {
+    throw AutomationError(error.number, std::string(kErrorSource), error.message);
+  }
+}
+
 class StoreDatabase final : public Database, public std::enable_shared_from_this<StoreDatabase> {
  public:
   StoreDatabase(const OpenOptions& options, StoreLocation location)
@@ -51,32 +61,22 @@ class StoreDatabase final : public Database, public std::enable_shared_from_this
 
   std::string Image() override {
     if (!InMemory()) throw std::logic_error("only a database in memory has an image");
-    try {
-      return StoreImage(memory_->context().store);
-    } catch (const SqlError& error) {
-      throw AutomationError(error.number, std::string(kErrorSource), error.message);
-    }
+    return WithAutomationErrors([&] { return StoreImage(memory_->context().store); });
   }
 
   void SaveAs(const std::string& path) override {
     if (!InMemory()) throw std::logic_error("only a database in memory is saved");
-    try {
-      SaveStore(memory_->context().store, path);
-    } catch (const SqlError& error) {
-      throw AutomationError(error.number, std::string(kErrorSource), error.message);
-    }
+    WithAutomationErrors([&] { SaveStore(memory_->context().store, path); });
   }
 
  private:
   bool InMemory() const { return !location_.shared; }
 
   std::shared_ptr<Engine> MakeEngine() const {
-    try {
+    return WithAutomationErrors([&] {
       if (!InMemory()) CheckOwnJournals(location_.path);
       return std::make_shared<Engine>(location_, options_.clock, options_.budget);
-    } catch (const SqlError& error) {
-      throw AutomationError(error.number, std::string(kErrorSource), error.message);
-    }
+    });
   }
 
   const OpenOptions options_;
@@ -88,11 +88,8 @@ class StoreDatabase final : public Database, public std::enable_shared_from_this
 }  // namespace
 
 std::shared_ptr<Database> Database::Open(const OpenOptions& options) {
-  try {
-    return std::make_shared<StoreDatabase>(options, FindStore(options));
-  } catch (const SqlError& error) {
-    throw AutomationError(error.number, std::string(kErrorSource), error.message);
-  }
+  return WithAutomationErrors(
+      [&] { return std::make_shared<StoreDatabase>(options, FindStore(options)); });
 }
 
 }  // namespace tavcc::sql

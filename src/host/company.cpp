@@ -2,13 +2,14 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "embedded/embedded.h"
 #include "host/schema.h"
 
 namespace tavcc {
 
-sql::OpenOptions CompanyOptions() {
+sql::OpenOptions CompanyOptions(std::function<DateTime()> clock) {
   static const auto image = [] {
     const auto database = sql::Database::Open({});
     database->RunScript(SchemaScript());
@@ -17,6 +18,7 @@ sql::OpenOptions CompanyOptions() {
   }();
   sql::OpenOptions options;
   options.image = image;
+  options.clock = std::move(clock);
   return options;
 }
 

@@ -42,7 +42,8 @@ ComPtr<IDispatch> Create(std::string_view class_name) {
 
 class ComSession final : public BackendSession {
  public:
-  explicit ComSession(const StartState& start) : erp_(Options(start)) {
+  explicit ComSession(const StartState& start)
+      : erp_(CompanyOptions([now = start.now] { return now; })) {
     ApplyStartState(start, erp_.host(), *erp_.connection());
   }
   ~ComSession() override {
@@ -77,12 +78,6 @@ class ComSession final : public BackendSession {
   }
 
  private:
-  static sql::OpenOptions Options(const StartState& start) {
-    sql::OpenOptions options = CompanyOptions();
-    options.clock = [now = start.now] { return now; };
-    return options;
-  }
-
   Erp erp_;
   std::map<const ClassDescription*, ComPtr<IDispatch>> objects_;
 };

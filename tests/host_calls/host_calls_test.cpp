@@ -85,15 +85,9 @@ class RecordingSession final : public BackendSession {
   const std::vector<std::string>& calls() const { return calls_.list; }
 
  private:
-  static sql::OpenOptions Options() {
-    sql::OpenOptions options = CompanyOptions();
-    options.clock = [] { return *DateTime::Parse("2026-03-15 10:00:00"); };
-    return options;
-  }
-
   const bool bound_;
   HostCalls calls_;
-  Erp erp_{Options()};
+  Erp erp_{CompanyOptions([] { return *DateTime::Parse("2026-03-15 10:00:00"); })};
   RecordingHost recording_{erp_.host(), calls_};
 };
 

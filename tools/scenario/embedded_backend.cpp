@@ -24,9 +24,7 @@ class EmbeddedBackend final : public Backend {
 }  // namespace
 
 std::unique_ptr<Erp> MakeEmbeddedErp(const StartState& start) {
-  sql::OpenOptions options = CompanyOptions();
-  options.clock = [now = start.now] { return now; };
-  auto erp = std::make_unique<Erp>(options);
+  auto erp = std::make_unique<Erp>(CompanyOptions([now = start.now] { return now; }));
   ApplyStartState(start, erp->host(), *erp->connection());
   return erp;
 }

@@ -14,13 +14,13 @@ namespace {
 // The errors of a view, and of a derived table.
 enum class NotUpdatable : uint8_t { kGrouped, kSeveralTables, kDerivedColumn, kUnion };
 
-[[noreturn]] void RaiseNotUpdatable(const BoundSource& target, NotUpdatable refusal) {
+[[noreturn]] void RaiseNotUpdatable(const BoundSource& target, NotUpdatable reason) {
   static constexpr errors::Number kNumbers[][2] = {
       {errors::kViewWithAggregates, errors::kDerivedTableWithAggregates},
       {errors::kViewOfSeveralTables, errors::kDerivedTableOfSeveralTables},
       {errors::kViewColumnDerived, errors::kDerivedTableColumnDerived},
       {errors::kViewWithUnion, errors::kDerivedTableWithUnion}};
-  Raise(kNumbers[static_cast<size_t>(refusal)][target.is_view ? 0 : 1], target.alias);
+  Raise(kNumbers[static_cast<size_t>(reason)][target.is_view ? 0 : 1], target.alias);
 }
 
 struct BaseColumn {
