@@ -1,7 +1,7 @@
 # What the project needs of Debian, and how it gets it. Sourced by ./demo and ./test.
 
-# To build tavcc. The driver manager's headers are among it, since tavcc knows SQL Servers too; clang,
-# since it compiles the tests in less than half of g++'s time.
+# To build tavcc. The driver manager's headers are among it, since tavcc knows SQL Servers too, and
+# clang, which compiles the tests in less than half of g++'s time.
 build_packages=(
   cmake ninja-build clang libsqlite3-dev unixodbc-dev nlohmann-json3-dev libcli11-dev libfmt-dev
   libedit-dev
