@@ -157,7 +157,8 @@ void Catalog::RollbackTo(size_t mark) {
   temporaries_.FinishRollback();
   objects_.ForgetVersions();
   identities_.Restore([this](const TableVisitor& visit) {
-    objects_.ForEachTable(visit);
+    // What nobody asked for gave out no number.
+    objects_.ForEachKnownTable(visit);
     temporaries_.ForEachTable(visit);
   });
 }

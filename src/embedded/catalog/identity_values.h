@@ -27,7 +27,8 @@ class IdentityValues {
   // The next value is the first one again.
   void Restart(const Table& table);
 
-  // Before the store rolls back, and after it. `for_each_table` visits the tables there are.
+  // Before the store rolls back, and after it. `for_each_table` visits the tables that may have
+  // given out numbers.
   void Save();
   void Restore(const std::function<void(const TableVisitor&)>& for_each_table);
 

@@ -10,14 +10,20 @@
 namespace tavcc::sql {
 namespace {
 
-std::string ColumnText(sqlite3_stmt* statement, int column) {
-  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-  if (text == nullptr) return {};
-  return std::string(text, static_cast<size_t>(sqlite3_column_bytes(statement, column)));
+constexpr const char* kUnreadableCatalog = "its catalog cannot be read";
+
+std::string ColumnText(SqliteConnection& store, sqlite3_stmt* row, int column) {
+  if (sqlite3_column_type(row, column) != SQLITE_TEXT) throw store.Damage(kUnreadableCatalog);
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(row, column));
+  return std::string(text, static_cast<size_t>(sqlite3_column_bytes(row, column)));
 }
 
 void BindText(sqlite3_stmt* statement, int index, const std::string& text) {
   sqlite3_bind_text(statement, index, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
+}
+
+std::string UnreadableDefinition(const CatalogObject& object) {
+  return "the definition of " + object.name + " in its catalog cannot be read";
 }
 
 // Of a definition that is not one of ours.
@@ -34,39 +40,38 @@ TablePtr TableFromText(const Batch& batch) {
   return table;
 }
 
-std::shared_ptr<CatalogObject> ReadObject(int64_t id, const std::string& name,
-                                          const std::string& definition) {
-  auto object = std::make_shared<CatalogObject>();
-  object->id = id;
-  object->name = name;
-  object->definition = definition;
-  auto batch = std::make_shared<Batch>(ParseBatch(definition));
+bool IsKnown(const CatalogObject& object) {
+  return object.table || object.view || object.procedure;
+}
+
+// Makes of the definition what it defines.
+void ReadDefinition(CatalogObject& object) {
+  auto batch = std::make_shared<Batch>(ParseBatch(object.definition));
   if (batch->statements.empty()) throw UnknownDefinition{};
   Statement* first = batch->statements.at(0).get();
   switch (first->kind) {
     case Statement::Kind::kCreateTable:
-      object->table = TableFromText(*batch);
+      object.table = TableFromText(*batch);
       break;
     case Statement::Kind::kCreateView: {
       auto view = std::make_shared<View>();
-      view->name = name;
+      view->name = object.name;
       view->statement = std::shared_ptr<const CreateViewStatement>(
           batch, static_cast<const CreateViewStatement*>(first));
-      object->view = std::move(view);
+      object.view = std::move(view);
       break;
     }
     case Statement::Kind::kCreateProcedure: {
       auto procedure = std::make_shared<Procedure>();
-      procedure->name = name;
+      procedure->name = object.name;
       procedure->text = batch;
       procedure->statement = static_cast<const CreateProcedureStatement*>(first);
-      object->procedure = std::move(procedure);
+      object.procedure = std::move(procedure);
       break;
     }
     default:
       throw UnknownDefinition{};
   }
-  return object;
 }
 
 }  // namespace
@@ -87,10 +92,24 @@ std::string StoredObjects::NewStoreText() {
 
 CatalogObjectPtr StoredObjects::Find(const std::string& name) const {
   const auto found = objects_.find(FoldName(name));
-  return found == objects_.end() ? nullptr : found->second;
+  if (found == objects_.end()) return nullptr;
+  Known(*found->second);
+  return found->second;
 }
 
-void StoredObjects::ForEachTable(const TableVisitor& visit) const {
+const CatalogObject& StoredObjects::Known(CatalogObject& object) const {
+  if (IsKnown(object)) return object;
+  try {
+    ReadDefinition(object);
+  } catch (const SqlError&) {
+    throw store_.Damage(UnreadableDefinition(object));
+  } catch (const UnknownDefinition&) {
+    throw store_.Damage(UnreadableDefinition(object));
+  }
+  return object;
+}
+
+void StoredObjects::ForEachKnownTable(const TableVisitor& visit) const {
   for (const auto& [name, object] : objects_) {
     if (object->table) visit(*object->table);
   }
@@ -114,26 +133,19 @@ void StoredObjects::ForgetVersions() {
 }
 
 void StoredObjects::Load() {
-  std::unordered_map<std::string, CatalogObjectPtr> objects;
+  std::unordered_map<std::string, ObjectPtr> objects;
   const SqliteStatement rows =
       store_.Prepare("SELECT id,name,definition FROM main.\"tavcc.objects\" ORDER BY id");
   while (store_.Step(rows.get())) {
-    const int64_t id = sqlite3_column_int64(rows.get(), 0);
-    const std::string name = ColumnText(rows.get(), 1);
-    const std::string definition = ColumnText(rows.get(), 2);
-    const CatalogObjectPtr known = Find(name);
-    if (known && known->id == id && known->definition == definition) {
-      objects[FoldName(name)] = known;
-      continue;
-    }
-    const std::string damage = "the definition of " + name + " in its catalog cannot be read";
-    try {
-      objects[FoldName(name)] = ReadObject(id, name, definition);
-    } catch (const SqlError&) {
-      throw store_.Damage(damage);
-    } catch (const UnknownDefinition&) {
-      throw store_.Damage(damage);
-    }
+    auto object = std::make_shared<CatalogObject>();
+    object->id = sqlite3_column_int64(rows.get(), 0);
+    object->name = ColumnText(store_, rows.get(), 1);
+    object->definition = ColumnText(store_, rows.get(), 2);
+    const std::string folded = FoldName(object->name);
+    const auto before = objects_.find(folded);
+    const bool as_before = before != objects_.end() && before->second->id == object->id &&
+                           before->second->definition == object->definition;
+    objects[folded] = as_before ? before->second : std::move(object);
   }
   objects_ = std::move(objects);
   ++changes_;
@@ -150,8 +162,8 @@ void StoredObjects::IncrementVersion() {
   }
 }
 
-void StoredObjects::Set(const std::string& folded, CatalogObjectPtr object) {
-  const auto put = [this, folded](CatalogObjectPtr now) {
+void StoredObjects::Set(const std::string& folded, ObjectPtr object) {
+  const auto put = [this, folded](ObjectPtr now) {
     if (now) {
       objects_[folded] = std::move(now);
     } else {
@@ -165,7 +177,7 @@ void StoredObjects::Set(const std::string& folded, CatalogObjectPtr object) {
 }
 
 // Writes the object's row, a new one when it has no id yet.
-void StoredObjects::Write(std::shared_ptr<CatalogObject> object) {
+void StoredObjects::Write(ObjectPtr object) {
   const SqliteStatement statement = store_.Prepare(
       "INSERT INTO main.\"tavcc.objects\"(id,name,definition) VALUES(?1,?2,?3) "
       "ON CONFLICT(id) DO UPDATE SET definition=excluded.definition");
@@ -191,7 +203,11 @@ void StoredObjects::Put(const TablePtr& table) {
 
 void StoredObjects::Add(const std::string& name, const std::string& definition) {
   CheckNameIsFree(name);
-  Write(ReadObject(0, name, definition));
+  auto object = std::make_shared<CatalogObject>();
+  object->name = name;
+  object->definition = definition;
+  ReadDefinition(*object);
+  Write(std::move(object));
 }
 
 void StoredObjects::Drop(const CatalogObject& object) {

@@ -1,7 +1,8 @@
 // The objects of the store: its tables, views and procedures.
 //
-// They are rows of a table of ours in the store, each with the T-SQL that makes it again; they are
-// read once and cached. A change is written through to the store and can be undone.
+// They are rows of a table of ours in the store, each with the T-SQL that makes it again. The rows
+// are read once; what one of them stands for is parsed when its name is first asked for. A change
+// is written through to the store and can be undone.
 #pragma once
 
 #include <cstdint>
@@ -51,12 +52,14 @@ class StoredObjects {
   // The statements that make an empty store.
   static std::string NewStoreText();
 
-  CatalogObjectPtr Find(const std::string& name) const;  // null when there is none
+  // Null when there is none. Errors: 50002 for a definition that cannot be read.
+  CatalogObjectPtr Find(const std::string& name) const;
   template <class Visitor>
   void ForEachObject(const Visitor& visit) const {
-    for (const auto& [name, object] : objects_) visit(*object);
+    for (const auto& [name, object] : objects_) visit(Known(*object));
   }
-  void ForEachTable(const TableVisitor& visit) const;
+  // Only those that were asked for.
+  void ForEachKnownTable(const TableVisitor& visit) const;
 
   // Grows with every change of what a name stands for.
   uint64_t changes() const { return changes_; }
@@ -75,15 +78,19 @@ class StoredObjects {
   void Drop(const CatalogObject& object);
 
  private:
+  // None of the three of an object is set before it was asked for.
+  using ObjectPtr = std::shared_ptr<CatalogObject>;
+
   void Load();
-  void Write(std::shared_ptr<CatalogObject> object);
-  void Set(const std::string& folded, CatalogObjectPtr object);
+  const CatalogObject& Known(CatalogObject& object) const;
+  void Write(ObjectPtr object);
+  void Set(const std::string& folded, ObjectPtr object);
   void IncrementVersion();
 
   SqliteConnection& store_;
   const bool shared_;
   UndoLog& undo_;
-  std::unordered_map<std::string, CatalogObjectPtr> objects_;  // by folded name
+  std::unordered_map<std::string, ObjectPtr> objects_;  // by folded name
   SqliteStatement data_version_;
   int64_t seen_data_version_ = -1, seen_version_ = -1;
   uint64_t changes_ = 1;

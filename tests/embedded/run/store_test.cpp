@@ -506,6 +506,19 @@ TEST_F(Store, ADamagedCatalogIsNamed) {
   }
 }
 
+TEST_F(Store, ADamagedDefinitionKeepsNobodyFromTheOtherTables) {
+  Open("db")->NewSession()->Execute("create table t (a int) create table u (a int)");
+  Damage(Path("db"), "update \"tavcc.objects\" set definition='create frobnicate' where name='u'");
+  const auto session = Open("db", false)->NewSession();
+  session->Execute("insert into t values (7)");
+  EXPECT_EQ(session->Execute("select a from t")->Field(0), Value(7));
+  const std::string damage =
+      "50002: " + Path("db") +
+      ": the file is damaged: the definition of u in its catalog cannot be read";
+  EXPECT_EQ(ErrorOf(*session, "select a from u"), damage);
+  EXPECT_EQ(ErrorOf(*session, "select a from u"), damage) << "however often one asks";
+}
+
 TEST_F(Store, ATableThatIsNotThatOfTheCatalogIsDamage) {
   Open("db")->NewSession()->Execute("create table t (a int)");
   Damage(Path("db"), "alter table t rename column a to b");
