@@ -13,6 +13,6 @@ endif()
 set(source ${folder}/node_modules/better-sqlite3/deps/sqlite3)
 add_library(sqlite3 STATIC ${source}/sqlite3.c)
 target_include_directories(sqlite3 SYSTEM PUBLIC ${source})
-target_compile_options(sqlite3 PRIVATE $<$<CONFIG:Release>:-O1>)  # only tests work with it
+target_compile_options(sqlite3 PRIVATE ${quick_options})  # only tests work with it
 target_compile_definitions(sqlite3 PRIVATE SQLITE_OMIT_LOAD_EXTENSION SQLITE_THREADSAFE=1)
 add_library(SQLite::SQLite3 ALIAS sqlite3)

@@ -61,7 +61,7 @@ CreationError Create(std::vector<Member> members) {
 }
 
 constexpr auto Error(int number) {
-  return static_cast<HRESULT>(0x800A0000 + number);
+  return static_cast<HRESULT>(0x800A0000u + static_cast<unsigned>(number));
 }
 
 TEST(ForeignHost, AMissingMemberIsNamed) {

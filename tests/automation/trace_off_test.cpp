@@ -133,10 +133,10 @@ TEST_F(TraceTest, OnceASecondTheServerLooksAgain) {
 
 // How often an audit calls the host.
 int HostCallsOfAnAudit(HostedErp& erp) {
-  constexpr int kBeyondAllCalls = 1'000'000;
-  host_automation::OrderFault(kBeyondAllCalls, host_automation::Fault::kEmpty);
+  constexpr int kMoreThanAllCalls = 1'000'000;
+  host_automation::OrderFault(kMoreThanAllCalls, host_automation::Fault::kEmpty);
   AuditOpenBill(erp);
-  return kBeyondAllCalls - host_automation::CancelFault();
+  return kMoreThanAllCalls - host_automation::CancelFault();
 }
 
 TEST_F(TraceTest, OffTheHostIsCalledLess) {

@@ -96,7 +96,8 @@ void CompareParameter(ITypeInfo& info, const ELEMDESC& element, const Parameter&
 void CompareMethod(ITypeInfo& info, const FUNCDESC& function, const Method& method) {
   constexpr int kDispatchSlots = 7;
   EXPECT_EQ(static_cast<uint32_t>(function.memid), method.dispatch_id);
-  EXPECT_EQ(function.oVft, static_cast<SHORT>((kDispatchSlots + method.slot) * sizeof(void*)));
+  const int slot = kDispatchSlots + method.slot;
+  EXPECT_EQ(function.oVft, slot * static_cast<int>(sizeof(void*)));
   EXPECT_EQ(function.invkind, method.is_property ? INVOKE_PROPERTYGET : INVOKE_FUNC);
   const size_t count = method.parameters.size();
   ASSERT_EQ(static_cast<size_t>(function.cParams), count + 1);
