@@ -1,7 +1,8 @@
 # Cross-compiles for Windows, with the headers and libraries of mingw-w64: by clang and its linker.
 # g++ takes more than twice as long, and the linker beside it a minute for a program that is not
 # optimized, since its time grows with the square of an object's functions.
-# TAVCC_WINDOWS_TRIPLET is set by the preset; TAVCC_WINDOWS_COMPILER may be `gcc`, for mingw-w64's own.
+# TAVCC_WINDOWS_TRIPLET is set by the preset; TAVCC_WINDOWS_COMPILER may be `gcc`, for mingw-w64's
+# own.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES TAVCC_WINDOWS_TRIPLET TAVCC_WINDOWS_COMPILER)
 if(TAVCC_WINDOWS_TRIPLET MATCHES "^x86_64")

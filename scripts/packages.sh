@@ -10,11 +10,11 @@ build_packages=(
 test_packages=(libgtest-dev libgmock-dev)
 # To run the checks: those that are no C++, and those of the ODBC connection.
 check_packages=(python3 clang-format libsqliteodbc tdsodbc)
-# To build the automation server for Windows and run it: compilers, the IDL compiler and its
-# headers, Wine, and GoogleTest's sources. SQLite's source comes through npm.
+# To build the automation server for Windows and run it: the compilers' libraries, the linker, the
+# IDL compiler and its headers, Wine, and GoogleTest's sources. SQLite's source comes through npm.
 windows_packages=(
-  g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools lld llvm libwine-dev wine wine64
-  googletest locales npm
+  g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools lld llvm libwine-dev wine
+  wine64 googletest locales npm
 )
 # To look at the pages of `--html` in a browser, with a font for what they say: 300 MB, and more
 # with what comes with it. Only ./test --all installs it; without it that one test is skipped.
