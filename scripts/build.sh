@@ -4,7 +4,8 @@
 tavcc_seconds=235
 windows_seconds=310
 
-# How many tests run at a time: one more than processors, since those under Wine wait for its server.
+# How many tests run at a time: one more than processors, since those under Wine wait for their
+# server.
 test_jobs=$(($(nproc) + 1))
 
 # announce WHAT SECONDS: says that something is built, and about how long it takes on this machine's
