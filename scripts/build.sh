@@ -2,7 +2,7 @@
 
 # What compiling from nothing takes of one processor, in seconds: the figures of docs/building.md.
 tavcc_seconds=235
-windows_seconds=310
+windows_seconds=130
 
 # How many tests run at a time: one more than processors, since those under Wine wait for their
 # server.
