@@ -5,6 +5,7 @@
 
 #include "automation/border/platform.h"
 #include "automation/com_session.h"
+#include "host/automation/dispatch_object.h"
 #include "host/erp.h"
 
 namespace tavcc {
@@ -40,6 +41,15 @@ automation::ComPtr<IDispatch> CreateByProgID(const wchar_t* prog_id);
 
 // Host objects alive beyond the class factories: what the server or a test still holds.
 long HostObjectsAlive();
+
+// How often the action calls the host.
+template <class Action>
+int HostCallsOf(const Action& action) {
+  constexpr int kBeyondAllCalls = 1'000'000;
+  host_automation::OrderFault(kBeyondAllCalls, host_automation::Fault::kEmpty);
+  action();
+  return kBeyondAllCalls - host_automation::CancelFault();
+}
 
 class AutomationTest : public ::testing::Test {
  protected:

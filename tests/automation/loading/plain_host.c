@@ -1,9 +1,9 @@
 #define COBJMACROS
 #include "plain_host.h"
 
+#include <windows.h>
 #include <ole2.h>
 #include <oleauto.h>
-#include <windows.h>
 
 enum Answer { kNothing, kTrue, kNumber, kText, kObject };
 
@@ -18,38 +18,32 @@ struct Role {
   const struct Member* members;
 };
 
-static const struct Member kUserMembers[] = {{L"UserID", kNumber, NULL}, {NULL, kNothing, NULL}};
+static const struct Member kUserMembers[] = {{L"UserID", kNumber, NULL}, {0}};
 static const struct Role kUser = {NULL, kUserMembers};
-static const struct Member kRecordsetMembers[] = {{L"EOF", kTrue, NULL},
-                                                  {L"BOF", kTrue, NULL},
-                                                  {L"State", kNumber, NULL},
-                                                  {L"Close", kNothing, NULL},
-                                                  {NULL, kNothing, NULL}};
+static const struct Member kRecordsetMembers[] = {
+    {L"EOF", kTrue, NULL}, {L"BOF", kTrue, NULL}, {L"State", kNumber, NULL},
+    {L"Close", kNothing, NULL}, {0}};
 static const struct Role kRecordset = {NULL, kRecordsetMembers};
-static const struct Member kErrorsMembers[] = {{L"Count", kNothing, NULL}, {NULL, kNothing, NULL}};
+static const struct Member kErrorsMembers[] = {{L"Count", kNothing, NULL}, {0}};
 static const struct Role kErrors = {NULL, kErrorsMembers};
-static const struct Member kConnectionMembers[] = {{L"Execute", kObject, &kRecordset},
-                                                   {L"Errors", kObject, &kErrors},
-                                                   {L"State", kNumber, NULL},
-                                                   {NULL, kNothing, NULL}};
+static const struct Member kConnectionMembers[] = {
+    {L"Execute", kObject, &kRecordset}, {L"Errors", kObject, &kErrors}, {L"State", kNumber, NULL},
+    {0}};
 static const struct Role kConnection = {NULL, kConnectionMembers};
 static const struct Member kContextMembers[] = {
-    {L"UserContext", kObject, &kUser},      {L"Bind", kNothing, NULL},
+    {L"UserContext", kObject, &kUser}, {L"Bind", kNothing, NULL},
     {L"Connection", kObject, &kConnection}, {L"ReadyFirst", kNothing, NULL},
-    {L"ReadySecond", kNothing, NULL},       {NULL, kNothing, NULL}};
+    {L"ReadySecond", kNothing, NULL}, {0}};
 static const struct Role kContext = {NULL, kContextMembers};
 
-static const struct Member kGlobalMembers[] = {{L"DbContext", kObject, &kContext},
-                                               {NULL, kNothing, NULL}};
-static const struct Member kLoaderMembers[] = {{L"LanguageID", kText, NULL},
-                                               {L"ResFileBaseName", kNothing, NULL},
-                                               {L"Unload", kNothing, NULL},
-                                               {L"LoadString", kText, NULL},
-                                               {NULL, kNothing, NULL}};
+static const struct Member kGlobalMembers[] = {{L"DbContext", kObject, &kContext}, {0}};
+static const struct Member kLoaderMembers[] = {
+    {L"LanguageID", kText, NULL}, {L"ResFileBaseName", kNothing, NULL}, {L"Unload", kNothing, NULL},
+    {L"LoadString", kText, NULL}, {0}};
 static const struct Member kVectorMembers[] = {
-    {L"UBound", kNothing, NULL}, {L"Add", kNothing, NULL}, {NULL, kNothing, NULL}};
+    {L"UBound", kNothing, NULL}, {L"Add", kNothing, NULL}, {0}};
 static const struct Member kFunctionsMembers[] = {
-    {L"Format", kText, NULL}, {L"FieldText", kText, NULL}, {NULL, kNothing, NULL}};
+    {L"Format", kText, NULL}, {L"FieldText", kText, NULL}, {0}};
 enum { kGlobalRole, kLoaderRole, kVectorRole, kFunctionsRole, kRoles };
 static const struct Role kMade[kRoles] = {{L"TavGlobal.Application", kGlobalMembers},
                                           {L"M8RESLOADER.Loader", kLoaderMembers},
@@ -133,8 +127,8 @@ static HRESULT WINAPI InvokeMember(IDispatch* self, DISPID id, REFIID interface_
   return S_OK;
 }
 
-static IDispatchVtbl object_table = {QueryObject, AddRefObject, ReleaseObject, CountTypeInfos,
-                                     NoTypeInfo,  FindMember,   InvokeMember};
+static IDispatchVtbl object_table = {QueryObject,  AddRefObject, ReleaseObject, CountTypeInfos,
+                                     NoTypeInfo,   FindMember,   InvokeMember};
 
 static IDispatch* NewObject(const struct Role* role) {
   struct Object* object = HeapAlloc(GetProcessHeap(), 0, sizeof *object);
@@ -177,8 +171,8 @@ static HRESULT WINAPI LockFactory(IClassFactory* self, BOOL lock) {
 
 static IClassFactoryVtbl factory_table = {QueryFactory, KeepFactory, KeepFactory, MakeObject,
                                           LockFactory};
-static struct Factory factories[kRoles] = {
-    {{&factory_table}, 0}, {{&factory_table}, 1}, {{&factory_table}, 2}, {{&factory_table}, 3}};
+static struct Factory factories[kRoles] = {{{&factory_table}, 0}, {{&factory_table}, 1},
+                                           {{&factory_table}, 2}, {{&factory_table}, 3}};
 static __thread DWORD cookies[kRoles];
 
 int RegisterPlainHost(void) {
