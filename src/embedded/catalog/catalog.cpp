@@ -55,10 +55,7 @@ TablePtr Catalog::FindTable(const ObjectName& name) const {
 int64_t Catalog::ObjectId(std::string_view text) const {
   ObjectName name{SplitName(text)};
   if (name.parts.empty() || name.parts.size() > 3 || name.last().empty()) return 0;
-  if (name.last().front() != '#') {
-    const auto object = Find(name);
-    return object ? object->id : 0;
-  }
+  if (name.last().front() != '#') return IsOwnSchema(name) ? objects_.IdOf(name.last()) : 0;
   // A temporary table is an object of tempdb: only a name that says so finds it.
   if (name.parts.size() != 3 || !EqualsIgnoringCase(name.parts[0], "tempdb")) return 0;
   const TablePtr table = FindTable(name);
@@ -97,7 +94,6 @@ void Catalog::AddColumns(const TablePtr& table, std::shared_ptr<Table> changed) 
   const bool temporary = table->IsTemporary();
   const std::string schema = temporary ? "temp" : "main";
   changed->physical = table->physical;
-  changed->definition = TableText(*changed);
   for (size_t i = table->columns.size(); i < changed->columns.size(); ++i) {
     store_.Run("ALTER TABLE " + table->physical + " ADD COLUMN " + PhysicalColumn(*changed, i));
   }
@@ -105,6 +101,7 @@ void Catalog::AddColumns(const TablePtr& table, std::shared_ptr<Table> changed) 
     store_.Run(PhysicalIndex(*changed, i, schema, table->PhysicalName()));
   }
   if (temporary) {
+    changed->definition = TableText(*changed);
     temporaries_.Replace(table, changed);
   } else {
     objects_.Put(changed);

@@ -27,26 +27,21 @@ void IdentityValues::Restart(const Table& table) {
 }
 
 IdentityValues::Numbers IdentityValues::Read() const {
-  // SQLite makes its table with the first table that deals out numbers.
   struct Schema {
     const char* name;
-    const char* any;
     const char* all;
   };
   static constexpr Schema kSchemas[] = {
-      {"main.", "SELECT 1 FROM main.sqlite_master WHERE name='sqlite_sequence'",
-       "SELECT name,seq FROM main.sqlite_sequence"},
-      {"temp.", "SELECT 1 FROM temp.sqlite_master WHERE name='sqlite_sequence'",
-       "SELECT name,seq FROM temp.sqlite_sequence"},
+      {"main", "SELECT name,seq FROM main.sqlite_sequence"},
+      {"temp", "SELECT name,seq FROM temp.sqlite_sequence"},
   };
   Numbers numbers;
   for (const Schema& schema : kSchemas) {
-    bool any = false;
-    store_.ReadCached(schema.any, [&](sqlite3_stmt*) { any = true; });
-    if (!any) continue;
+    // SQLite makes its table with the first table that deals out numbers.
+    if (!store_.HasColumn(schema.name, "sqlite_sequence", "seq")) continue;
     store_.ReadCached(schema.all, [&](sqlite3_stmt* row) {
       const auto* name = reinterpret_cast<const char*>(sqlite3_column_text(row, 0));
-      numbers[schema.name + QuoteName(name)] = sqlite3_column_int64(row, 1);
+      numbers[std::string(schema.name) + '.' + QuoteName(name)] = sqlite3_column_int64(row, 1);
     });
   }
   return numbers;

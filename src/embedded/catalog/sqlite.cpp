@@ -252,6 +252,11 @@ void SqliteConnection::RunCached(const char* sql) {
   ReadCached(sql, [](sqlite3_stmt*) {});
 }
 
+bool SqliteConnection::HasColumn(const char* schema, const char* table, const char* column) const {
+  return sqlite3_table_column_metadata(handle_, schema, table, column, nullptr, nullptr, nullptr,
+                                       nullptr, nullptr) == SQLITE_OK;
+}
+
 bool SqliteConnection::Step(sqlite3_stmt* statement) {
   const int code = sqlite3_step(statement);
   if (code == SQLITE_ROW) return true;

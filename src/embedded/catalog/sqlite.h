@@ -66,6 +66,10 @@ class SqliteConnection {
   // The same for what gives rows, each of which is handed to `read`.
   void ReadCached(const char* sql, const std::function<void(sqlite3_stmt* row)>& read);
 
+  // Whether the schema ("main", "temp") holds the table with the column, as far as this connection
+  // has read it: what another process made since is unknown until a statement runs.
+  bool HasColumn(const char* schema, const char* table, const char* column) const;
+
   // Steps a statement: true while there is a row. On failure the statement is reset and its error
   // thrown: the server's where a function of the dialect raised it; 1222 when another process did
   // not let go of the file in time, 1205 when waiting for it could not end, 3960 when the file was

@@ -97,6 +97,11 @@ CatalogObjectPtr StoredObjects::Find(const std::string& name) const {
   return found->second;
 }
 
+int64_t StoredObjects::IdOf(const std::string& name) const {
+  const auto found = objects_.find(FoldName(name));
+  return found == objects_.end() ? 0 : found->second->id;
+}
+
 const CatalogObject& StoredObjects::Known(CatalogObject& object) const {
   if (IsKnown(object)) return object;
   try {
@@ -152,7 +157,7 @@ void StoredObjects::Load() {
 }
 
 void StoredObjects::CheckNameIsFree(const std::string& name) const {
-  if (Find(name)) Raise(errors::kObjectExists, name);
+  if (IdOf(name) != 0) Raise(errors::kObjectExists, name);
 }
 
 void StoredObjects::IncrementVersion() {
@@ -196,7 +201,7 @@ void StoredObjects::Put(const TablePtr& table) {
   auto object = std::make_shared<CatalogObject>();
   object->id = known ? known->id : 0;
   object->name = known ? known->name : table->name;
-  object->definition = table->definition;
+  object->definition = TableText(*table);
   object->table = table;
   Write(std::move(object));
 }

@@ -54,6 +54,8 @@ class StoredObjects {
 
   // Null when there is none. Errors: 50002 for a definition that cannot be read.
   CatalogObjectPtr Find(const std::string& name) const;
+  // Its number; 0 when there is none.
+  int64_t IdOf(const std::string& name) const;
   template <class Visitor>
   void ForEachObject(const Visitor& visit) const {
     for (const auto& [name, object] : objects_) visit(Known(*object));

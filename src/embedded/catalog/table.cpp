@@ -220,7 +220,7 @@ std::shared_ptr<Table> BuildTable(const std::string& name, const TableDefinition
   }
   AddKeys(*table, definition);
   ChooseRowNumber(*table);
-  table->definition = TableText(*table);
+  if (!table->IsStored()) table->definition = TableText(*table);
   return table;
 }
 
@@ -233,7 +233,7 @@ std::shared_ptr<Table> TableOfColumns(const std::string& name, std::vector<Colum
     table->columns.push_back(std::move(column));
   }
   ChooseRowNumber(*table);
-  table->definition = TableText(*table);
+  if (!table->IsStored()) table->definition = TableText(*table);
   return table;
 }
 
@@ -245,7 +245,6 @@ void AddIndex(Table& table, const CreateIndexStatement& index) {
     AddFilter(table, *index.filter, key.filter);
   }
   AddKey(table, std::move(key));
-  table.definition = TableText(table);
 }
 
 }  // namespace tavcc::sql

@@ -52,7 +52,8 @@ struct Table {
   std::string name;        // as created: "t_Stock", "#Data", "@rows"
   std::string physical;    // as SQLite's text names it: main."t_Stock", temp."t12"
   std::string rowid;       // the name under which SQLite's row number can be read
-  std::string definition;  // TableText of this table
+  // Of a temporary table or table variable, TableText, by which an emptied one is found again.
+  std::string definition;
   std::vector<Column> columns;
   std::vector<Key> keys;
   int64_t number = 0;  // of a temporary table or table variable, counted in the session

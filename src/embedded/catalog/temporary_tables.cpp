@@ -121,10 +121,14 @@ void TemporaryTables::TrimPool() {
 TablePtr TemporaryTables::Make(const Table& definition) {
   auto table = std::make_shared<Table>(definition);
   table->number = next_number_++;
-  const std::string physical = "t" + std::to_string(table->number);
-  table->physical = "temp." + QuoteName(physical);
-  store_.Run(PhysicalDefinition(*table, "temp", physical) + SmallTableText(physical));
+  table->physical = "temp." + QuoteName("t" + std::to_string(table->number));
+  MakeInStore(*table);
   return table;
+}
+
+void TemporaryTables::MakeInStore(const Table& table) {
+  const std::string physical(table.PhysicalName());
+  store_.Run(PhysicalDefinition(table, "temp", physical) + SmallTableText(physical));
 }
 
 TablePtr TemporaryTables::Create(const TablePtr& definition) {
@@ -231,8 +235,8 @@ void TemporaryTables::SaveVariables() {
 
 void TemporaryTables::RestoreVariables() {
   for (const auto& [table, rows] : saved_variables_) {
-    if (std::ranges::find(vanished_, table) != vanished_.end()) {
-      store_.Run(PhysicalDefinition(*table, "temp", table->PhysicalName()));
+    if (std::erase(vanished_, table) > 0) {
+      MakeInStore(*table);
     } else {
       Truncate(*table);
     }
@@ -254,11 +258,23 @@ void TemporaryTables::RestoreVariables() {
 
 void TemporaryTables::FinishRollback() {
   RestoreVariables();
-  vanished_.clear();
   for (const auto& [definition, tables] : pool_) {
     for (const TablePtr& table : tables) Truncate(*table);
   }
+  if (!store_.InTransaction()) RemakeVanished();
+  vanished_.clear();
   ++changes_;
+}
+
+void TemporaryTables::RemakeVanished() {
+  try {
+    for (const TablePtr& table : vanished_) {
+      MakeInStore(*table);
+      ToPool(table);
+    }
+  } catch (const SqlError&) {
+    // The rollback itself is done: what is not kept ready is made when it is wanted.
+  }
 }
 
 }  // namespace tavcc::sql

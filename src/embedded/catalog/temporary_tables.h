@@ -2,7 +2,9 @@
 //
 // They are SQLite's, but never dropped while the session lives: a dropped one is emptied and kept,
 // and the next CREATE TABLE with the same text takes it up again, so that statements compiled
-// against it stay good.
+// against it stay good. One that a transaction made and took back is made again after it: for each
+// new table SQLite compiles every statement anew, and reads the whole schema when it rolls one back.
+// So of calls that are refused, only the first has that to pay.
 #pragma once
 
 #include <cstdint>
@@ -64,6 +66,7 @@ class TemporaryTables {
   using SavedRows = std::vector<std::vector<StoredValue>>;
 
   TablePtr Make(const Table& definition);
+  void MakeInStore(const Table& table);  // what `physical` names, empty
   TablePtr FromPool(const Table& definition);
   void ToPool(const TablePtr& table);
   void ForgetPooled(const TablePtr& table);
@@ -72,6 +75,8 @@ class TemporaryTables {
   void Remove(uint64_t scope, const std::string& folded);
   // Of a table that was made in a transaction that is rolled back: SQLite has dropped it.
   void Vanish(const TablePtr& table);
+  // Where no transaction is open: what vanished is kept ready.
+  void RemakeVanished();
   void RestoreVariables();
 
   SqliteConnection& store_;

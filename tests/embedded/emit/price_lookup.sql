@@ -666,46 +666,22 @@ order by a.FSaveDate desc
 select top 1 FItemID,FUnitID,FPrice as FPrice from #DATA where FItemID=101 and FUnitID=11 order by FDate desc
 
   > BEGIN
-  > SELECT 1
-    FROM main.sqlite_master
-    WHERE name='sqlite_sequence'
   > SELECT name,seq
     FROM main.sqlite_sequence
-  > SELECT 1
-    FROM temp.sqlite_master
-    WHERE name='sqlite_sequence'
   > ROLLBACK
-  > SELECT 1
-    FROM main.sqlite_master
-    WHERE name='sqlite_sequence'
   > SELECT name,seq
     FROM main.sqlite_sequence
-  > SELECT 1
-    FROM temp.sqlite_master
-    WHERE name='sqlite_sequence'
   > error 2714
 
 Drop table #DATA
   > BEGIN
-  > SELECT 1
-    FROM main.sqlite_master
-    WHERE name='sqlite_sequence'
   > SELECT name,seq
     FROM main.sqlite_sequence
-  > SELECT 1
-    FROM temp.sqlite_master
-    WHERE name='sqlite_sequence'
   > ROLLBACK
   > DELETE
     FROM temp."t1"
-  > SELECT 1
-    FROM main.sqlite_master
-    WHERE name='sqlite_sequence'
   > SELECT name,seq
     FROM main.sqlite_sequence
-  > SELECT 1
-    FROM temp.sqlite_master
-    WHERE name='sqlite_sequence'
   > error 3701
 
 -- Items that would leave at no cost

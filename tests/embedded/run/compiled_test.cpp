@@ -6,6 +6,8 @@
 
 #include "embedded/embedded.h"
 #include "embedded/session/session.h"
+#include "foundation/conversions.h"
+#include "foundation/error.h"
 
 namespace tavcc::sql {
 namespace {
@@ -15,6 +17,15 @@ class Compiled : public ::testing::Test {
   void Run(const std::string& sql) { session_->Execute(sql); }
   int64_t Count() { return dynamic_cast<Session&>(*session_).engine().context().compiled; }
   sqlite3* Handle() { return dynamic_cast<Session&>(*session_).engine().context().store.handle(); }
+
+  // How many statements SQLite had to compile again until now.
+  int CompiledAgain() {
+    int count = 0;
+    for (sqlite3_stmt* one = nullptr; (one = sqlite3_next_stmt(Handle(), one)) != nullptr;) {
+      count += sqlite3_stmt_status(one, SQLITE_STMTSTATUS_REPREPARE, 0);
+    }
+    return count;
+  }
 
   // How many statements are compiled while `sql` runs.
   int64_t CompiledBy(const std::string& sql) {
@@ -120,6 +131,28 @@ TEST_F(Compiled, ATemporaryTableMadeAgainKeepsItsStatements) {
   EXPECT_LT(0, CompiledBy("insert into #t (a) values (1) select a from #t where a=1"));
 }
 
+// A host takes the transactions of refused calls back: the next call finds its tables made.
+TEST_F(Compiled, ATemporaryTableThatWasRolledBackIsMadeAgainOnce) {
+  Run("create table t (a int)");
+  const auto refused = [&] {
+    Run("begin tran");
+    Run("create table #t (id int identity(1,1), a int not null default(0), b varchar(5))");
+    Run("insert into t values (1) insert into #t (a) select a from t");
+    const RecordsetPtr rows = session_->Execute("select id, a from #t");
+    EXPECT_EQ(1, rows->RecordCount());
+    EXPECT_EQ("1", ToText(rows->Field("id")));
+    Run("rollback");
+    EXPECT_THROW(Run("select a from #t"), AutomationError);
+  };
+  for (int i = 0; i < 2; ++i) refused();
+  const int64_t compiled = Count();
+  const int again = CompiledAgain();
+  for (int i = 0; i < 3; ++i) refused();
+  EXPECT_EQ(again, CompiledAgain());
+  // The statement that raises is compiled each time.
+  EXPECT_LE(Count() - compiled, 3);
+}
+
 TEST_F(Compiled, AGroupedTableIsNarrowedToTheKeysItIsJoinedOn) {
   Run("create table inv (item int, stock int, qty decimal(28,10))");
   Run("create index ix on inv (item, stock)");
@@ -150,17 +183,10 @@ TEST_F(Compiled, SqliteDoesNotCompileAgainForTheFilterOfAnIndex) {
     Run("select a from t where q=" + std::to_string(i % 2));
     Run("select a from t where q=0 and a=" + std::to_string(i));
   };
-  const auto compiled_again = [&] {
-    int count = 0;
-    for (sqlite3_stmt* one = nullptr; (one = sqlite3_next_stmt(Handle(), one)) != nullptr;) {
-      count += sqlite3_stmt_status(one, SQLITE_STMTSTATUS_REPREPARE, 0);
-    }
-    return count;
-  };
   round(0);
-  const int before = compiled_again();
+  const int before = CompiledAgain();
   for (int i = 1; i < 6; ++i) round(i);
-  EXPECT_EQ(before, compiled_again());
+  EXPECT_EQ(before, CompiledAgain());
 }
 
 }  // namespace

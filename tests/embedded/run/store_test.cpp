@@ -461,6 +461,7 @@ TEST_F(Store, ALinkToNothingIsNoFile) {
 }
 
 TEST_F(Store, NamesOfSqliteAreFileNamesHere) {
+  const std::filesystem::path before = std::filesystem::current_path();
   std::filesystem::current_path(Path("."));
   for (const std::string name : {"file:x?mode=memory", "./:memory:"}) {
     OpenOptions options;
@@ -470,6 +471,7 @@ TEST_F(Store, NamesOfSqliteAreFileNamesHere) {
     options.create = false;
     EXPECT_EQ(Number(*Database::Open(options)->NewSession(), "select count(*) from t"), 0);
   }
+  std::filesystem::current_path(before);
 }
 
 // ---- Damage ----
