@@ -4,7 +4,7 @@
 // left.
 //
 // For each method up to kCallsOfAMethod calls of the scenarios are taken, spread evenly over all
-// that call it; of these, every host call.
+// that call it; of these, every host call. The programs of the two widths share the calls out.
 
 #include <algorithm>
 #include <map>
@@ -15,6 +15,7 @@
 #include "scenario/embedded_backend.h"
 #include "scenario/runner.h"
 #include "scenario/scenario.h"
+#include "support/seed.h"
 
 namespace tavcc {
 namespace {
@@ -48,9 +49,12 @@ std::vector<Place> ChosenCalls(const std::vector<Scenario>& scenarios) {
     }
   }
   std::vector<Place> chosen;
+  size_t number = 0;
   for (const auto& [method, places] : by_method) {
     const size_t count = std::min(kCallsOfAMethod, places.size());
-    for (size_t i = 0; i < count; ++i) chosen.push_back(places[i * places.size() / count]);
+    for (size_t i = 0; i < count; ++i) {
+      if (testing::IsInShare(number++)) chosen.push_back(places[i * places.size() / count]);
+    }
   }
   return chosen;
 }
@@ -106,7 +110,7 @@ TEST_F(AutomationTest, EveryHostCallMayGoWrongInEveryWay) {
     EXPECT_EQ(HostObjectsAlive(), 0) << place.scenario->file;
   }
   std::cout << faults << " faults in the host calls of " << calls.size() << " calls\n";
-  EXPECT_GT(faults, 10000);
+  EXPECT_GT(faults, 5000);
 }
 
 }  // namespace

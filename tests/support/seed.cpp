@@ -15,4 +15,13 @@ bool TryAll() {
   return attacks != nullptr && std::string(attacks) == "all";
 }
 
+bool IsInShare(size_t number) {
+  const char* const share = std::getenv("TAVCC_SHARE");
+  if (share == nullptr || TryAll()) return true;
+  char* end = nullptr;
+  const unsigned long mine = std::strtoul(share, &end, 10);
+  const unsigned long programs = *end == '/' ? std::strtoul(end + 1, nullptr, 10) : 0;
+  return programs == 0 || number % programs == mine % programs;
+}
+
 }  // namespace tavcc::testing

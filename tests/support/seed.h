@@ -13,6 +13,9 @@ namespace tavcc::testing {
 uint32_t Seed();
 // Whether everything is to be tried (TAVCC_ATTACKS is "all") and not only a part.
 bool TryAll();
+// Whether the one of this number is this program's to try, where several programs share them out:
+// TAVCC_SHARE is "1/2" for the first of two. All are, where it is not set or everything is tried.
+bool IsInShare(size_t number);
 
 class Chance {
  public:
