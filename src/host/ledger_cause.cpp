@@ -25,7 +25,6 @@ using Place = std::tuple<int32_t, int32_t, std::string, int32_t>;  // item, stoc
 struct Amount {
   Decimal quantity, value;
   bool IsZero() const { return quantity.IsZero() && value.IsZero(); }
-  friend bool operator==(const Amount&, const Amount&) = default;
 };
 using Amounts = std::map<Place, Amount>;
 
