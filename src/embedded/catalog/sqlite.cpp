@@ -3,8 +3,8 @@
 
 #include <sqlite3.h>
 
-#include <algorithm>
 #include <array>
+#include <cstring>
 #include <filesystem>
 #include <limits>
 #include <system_error>
@@ -176,7 +176,7 @@ void SqliteConnection::Open() {
 void SqliteConnection::TakeImage(const std::string& image) {
   auto* const copy = static_cast<unsigned char*>(sqlite3_malloc64(image.size()));
   if (copy == nullptr) throw StoreFailure("out of memory");
-  std::ranges::copy(image, copy);
+  std::memcpy(copy, image.data(), image.size());
   const auto size = static_cast<sqlite3_int64>(image.size());
   // The copy is SQLite's from here on, also where this fails.
   const int code =

@@ -49,9 +49,9 @@ struct Key {
 // Never changed once it is in use: a table with other columns is another Table, so that a statement
 // knows by the pointer whether what it was compiled against still stands.
 struct Table {
-  std::string name;        // as created: "t_Stock", "#Data", "@rows"
-  std::string physical;    // as SQLite's text names it: main."t_Stock", temp."t12"
-  std::string rowid;       // the name under which SQLite's row number can be read
+  std::string name;      // as created: "t_Stock", "#Data", "@rows"
+  std::string physical;  // as SQLite's text names it: main."t_Stock", temp."t12"
+  std::string rowid;     // the name under which SQLite's row number can be read
   // Of a temporary table or table variable, TableText, by which an emptied one is found again.
   std::string definition;
   std::vector<Column> columns;

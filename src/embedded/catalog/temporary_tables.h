@@ -3,8 +3,8 @@
 // They are SQLite's, but never dropped while the session lives: a dropped one is emptied and kept,
 // and the next CREATE TABLE with the same text takes it up again, so that statements compiled
 // against it stay good. One that a transaction made and took back is made again after it: for each
-// new table SQLite compiles every statement anew, and reads the whole schema when it rolls one back.
-// So of calls that are refused, only the first has that to pay.
+// new table SQLite compiles every statement anew, and reads the whole schema when it rolls one
+// back. So of calls that are refused, only the first has that to pay.
 #pragma once
 
 #include <cstdint>
