@@ -5,6 +5,7 @@
 #include "foundation/conversions.h"
 #include "foundation/host_services.h"
 #include "foundation/text.h"
+#include "host/company.h"
 #include "host/host_dictionary.h"
 #include "host/host_vector.h"
 #include "host/schema.h"
@@ -41,7 +42,10 @@ DictionaryPtr DictionaryOf(const BillKey& key) {
   return bill;
 }
 
-std::shared_ptr<sql::Database> OpenFile(const std::string& path, bool create) {
+constexpr const char* kInMemory = ":memory:";
+
+std::shared_ptr<sql::Database> OpenStore(const std::string& path, bool create) {
+  if (path == kInMemory) return sql::Database::Open(CompanyOptions());
   sql::OpenOptions options;
   options.path = path;
   options.create = create;
@@ -50,15 +54,15 @@ std::shared_ptr<sql::Database> OpenFile(const std::string& path, bool create) {
 
 }  // namespace
 
-Company::Company() : Company(":memory:", true) {}
+Company::Company() : Company(kInMemory, true) {}
 
 Company::Company(const std::string& path, bool create)
-    : database_(OpenFile(path, create)),
+    : database_(OpenStore(path, create)),
       host_([this](std::string_view) { return database_->NewSession(); },
             [this](Connection& session) { database_->Reopen(session); }, &log_),
       object_(host_) {
   ReleaseHostObjects();
-  if (!create) return;
+  if (!create || path == kInMemory) return;
   database_->RunScript(SchemaScript());
   database_->RunScript(BaseScript());
 }

@@ -11,8 +11,8 @@
 #include <set>
 
 #include "foundation/text.h"
+#include "host/company.h"
 #include "host/erp.h"
-#include "host/schema.h"
 
 namespace tavcc {
 namespace {
@@ -100,9 +100,7 @@ class Model {
 
 class BalanceUpdateModel : public ::testing::TestWithParam<int> {
  protected:
-  BalanceUpdateModel() : erp_(sql::OpenOptions{}) {
-    erp_.RunScript(SchemaScript());
-    erp_.RunScript(BaseScript());
+  BalanceUpdateModel() : erp_(CompanyOptions()) {
     Run("insert into t_Stock(FItemID,FTypeID) values(21,500)");
     Run("insert into t_Stock(FItemID,FTypeID) values(22,502)");
     Run("insert into t_Stock(FItemID,FTypeID) values(23,500)");

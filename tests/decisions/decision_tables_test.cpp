@@ -12,9 +12,9 @@
 #include "foundation/conversions.h"
 #include "foundation/host_services.h"
 #include "foundation/text.h"
+#include "host/company.h"
 #include "host/erp.h"
 #include "host/host_dictionary.h"
-#include "host/schema.h"
 #include "registry/class_registry.h"
 #include "support/scripted_host.h"
 
@@ -210,17 +210,10 @@ INSTANTIATE_TEST_SUITE_P(Tables, WhetherMethod,
 
 // ---- Decisions that are no matter of class and type --------------------------------------------
 
-sql::OpenOptions InMemory() {
-  return {};
-}
-
 class Company : public ::testing::Test {
  protected:
-  Company() {
-    erp_.RunScript(SchemaScript());
-    object_.InitObjects(erp_.dsn());
-  }
-  Erp erp_{InMemory()};
+  Company() { object_.InitObjects(erp_.dsn()); }
+  Erp erp_{CompanyOptions()};
   PlugIn object_{erp_.host()};
 };
 

@@ -20,6 +20,7 @@
 #include "scenario/values.h"
 #include "support/seed.h"
 #include "support/source_dir.h"
+#include "support/table_rows.h"
 
 namespace tavcc::faults {
 namespace {
@@ -73,20 +74,6 @@ const std::vector<std::string>& Tables() {
   return tables;
 }
 
-// A text "1" is not the number 1, and no part of a second is left out.
-std::string FieldText(const Value& field) {
-  switch (field.kind()) {
-    case Value::Kind::kNull:
-      return "NULL";
-    case Value::Kind::kText:
-      return "'" + field.text() + "'";
-    case Value::Kind::kDate:
-      return std::to_string(field.date().ticks());
-    default:
-      return ToText(field);
-  }
-}
-
 // The tables of the database: some scenarios drop one.
 std::vector<std::string> TablesOf(Connection& connection) {
   std::string ask;
@@ -101,36 +88,15 @@ std::vector<std::string> TablesOf(Connection& connection) {
   return tables;
 }
 
-// Of the tables, those that hold rows: most hold none.
-std::vector<std::string> TablesWithRows(Connection& connection,
-                                        const std::vector<std::string>& tables) {
-  std::string ask;
-  for (const std::string& table : tables) {
-    ask += (ask.empty() ? "" : " union all ") +
-           ("select '" + table + "' where exists(select * from " + table + ")");
-  }
-  std::vector<std::string> found;
-  const RecordsetPtr rows = connection.Execute(ask);
-  for (; !rows->AtEnd(); rows->MoveNext()) found.push_back(rows->Field(0).text());
-  return found;
-}
-
 // All rows of the tables. Rows are sorted, and the numbers that the database deals out itself are
 // left out: those that a failed call drew are gone for good.
 std::string Contents(Connection& connection, const std::vector<std::string>& tables) {
   std::string contents;
-  for (const std::string& table : TablesWithRows(connection, tables)) {
-    const RecordsetPtr rows = connection.Execute("select * from " + table);
-    std::vector<std::string> lines;
-    for (; !rows->AtEnd(); rows->MoveNext()) {
-      std::string& line = lines.emplace_back();
-      for (int i = 0; i < rows->FieldCount(); ++i) {
-        if (table == "t_SerialNumList" && rows->FieldName(i) == "FID") continue;
-        line += "," + FieldText(rows->Field(i));
-      }
-    }
-    std::ranges::sort(lines);
-    for (const std::string& line : lines) contents += table + line + "\n";
+  for (const std::string& table : testing::TablesWithRows(connection, tables)) {
+    const std::string_view dealt_out = table == "t_SerialNumList" ? "FID" : "";
+    std::vector<std::string> rows = testing::TableRows(connection, table, dealt_out);
+    std::ranges::sort(rows);
+    for (const std::string& row : rows) contents += table + row + "\n";
   }
   return contents;
 }

@@ -5,17 +5,15 @@
 #include <gtest/gtest.h>
 #include "foundation/conversions.h"
 #include "foundation/error.h"
+#include "host/company.h"
 #include "host/fake_session.h"
-#include "host/schema.h"
 
 namespace tavcc {
 namespace {
 
 class ErpTest : public ::testing::Test {
  protected:
-  ErpTest() : erp_(sql::OpenOptions{}) {
-    erp_.RunScript(SchemaScript());
-    erp_.RunScript(BaseScript());
+  ErpTest() : erp_(CompanyOptions()) {
     erp_.connection()->Execute("create table kept (n int)");
     erp_.log().Clear();
   }

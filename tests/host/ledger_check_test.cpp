@@ -5,6 +5,7 @@
 
 #include "embedded/embedded.h"
 #include "foundation/text.h"
+#include "host/company.h"
 #include "host/schema.h"
 
 namespace tavcc {
@@ -16,8 +17,6 @@ using ::testing::IsEmpty;
 class LedgerCheckTest : public ::testing::Test {
  protected:
   LedgerCheckTest() {
-    database_->RunScript(SchemaScript());
-    database_->RunScript(BaseScript());
     database_->RunScript(SampleScript());
   }
 
@@ -39,7 +38,7 @@ class LedgerCheckTest : public ::testing::Test {
     return Differences();
   }
 
-  std::shared_ptr<sql::Database> database_ = sql::Database::Open({});
+  std::shared_ptr<sql::Database> database_ = sql::Database::Open(CompanyOptions());
   ConnectionPtr session_ = database_->NewSession();
 };
 

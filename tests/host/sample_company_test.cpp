@@ -7,6 +7,7 @@
 #include "foundation/conversions.h"
 #include "foundation/host_services.h"
 #include "foundation/text.h"
+#include "host/company.h"
 #include "host/host_dictionary.h"
 #include "host/host_vector.h"
 #include "host/ledger_check.h"
@@ -48,8 +49,6 @@ constexpr const char* kState[] = {
 class SampleCompanyTest : public ::testing::Test {
  protected:
   SampleCompanyTest() {
-    database_->RunScript(SchemaScript());
-    database_->RunScript(BaseScript());
     database_->RunScript(SampleScript());
   }
   ~SampleCompanyTest() override { ReleaseHostObjects(); }
@@ -106,7 +105,7 @@ class SampleCompanyTest : public ::testing::Test {
     return state;
   }
 
-  std::shared_ptr<sql::Database> database_ = sql::Database::Open({});
+  std::shared_ptr<sql::Database> database_ = sql::Database::Open(CompanyOptions());
   ConnectionPtr session_ = database_->NewSession();
   ReferenceHost host_{[this](std::string_view) { return session_; },
                       [this](Connection& session) { database_->Reopen(session); }};

@@ -6,45 +6,35 @@
 #include <regex>
 #include <set>
 
-#include "foundation/conversions.h"
 #include "foundation/text.h"
 #include "host/schema.h"
 #include "host_calls/watched_backend.h"
-#include "scenario/values.h"
+#include "support/table_rows.h"
 
 namespace tavcc::testing {
 namespace {
 
-// The query that counts the rows of each table of the schema.
-const std::string& CountsQuery() {
-  static const std::string query = [] {
+const std::vector<std::string>& SchemaTables() {
+  static const std::vector<std::string> tables = [] {
     const std::string schema(SchemaScript());
     const std::regex create("create table ([A-Za-z_0-9]+)", std::regex::icase);
-    std::string counts;
+    std::vector<std::string> names;
     for (std::sregex_iterator at(schema.begin(), schema.end(), create), end; at != end; ++at) {
-      const std::string name = (*at)[1];
-      CatTo(counts, counts.empty() ? "" : " union all ", "select '", name, "', count(*) from ",
-            name);
+      names.push_back((*at)[1]);
     }
-    return counts;
+    return names;
   }();
-  return query;
+  return tables;
 }
 
-using Tables = std::map<std::string, std::string>;
+using Tables = std::map<std::string, std::vector<std::string>>;
 
 // All rows of all tables that have any; nothing where a scenario has taken a table away.
 std::optional<Tables> ReadTables(Connection& cn) {
   try {
-    std::vector<std::string> filled;
-    const RecordsetPtr counts = cn.Execute(CountsQuery());
-    for (; !counts->AtEnd(); counts->MoveNext()) {
-      if (ToLong(counts->Field(1)) > 0) filled.push_back(ToText(counts->Field(0)));
-    }
     Tables tables;
-    for (const std::string& name : filled) {
-      const RecordsetPtr rows = cn.Execute(Cat("select * from ", name));
-      tables[name] = Show(JsonFromRows(*rows, RowForm::kArrays));
+    for (const std::string& name : TablesWithRows(cn, SchemaTables())) {
+      tables[name] = TableRows(cn, name);
     }
     return tables;
   } catch (const AutomationError&) {

@@ -6,9 +6,9 @@
 #include <string>
 
 #include "embedded/embedded.h"
+#include "host/company.h"
 #include "host/connection_wrapper.h"
 #include "host/recordset_wrapper.h"
-#include "host/schema.h"
 #include "scenario/erp_session.h"
 #include "scenario/runner.h"
 #include "scenario/start_state.h"
@@ -97,11 +97,7 @@ class WatchedBackend final : public Backend {
   Overlaps overlaps;
 
   std::unique_ptr<BackendSession> Open(const StartState& start) override {
-    sql::OpenOptions options;
-    options.clock = [now = start.now] { return now; };
-    const auto database = sql::Database::Open(options);
-    database->RunScript(SchemaScript());
-    database->RunScript(BaseScript());
+    const auto database = sql::Database::Open(CompanyOptions([now = start.now] { return now; }));
     auto erp = std::make_unique<Erp>(
         "watched",
         [this, database](std::string_view) -> ConnectionPtr {

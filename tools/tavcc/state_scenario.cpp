@@ -8,6 +8,7 @@
 
 #include "foundation/conversions.h"
 #include "foundation/text.h"
+#include "host/company.h"
 #include "host/schema.h"
 #include "language/language.h"
 #include "scenario/embedded_backend.h"
@@ -81,11 +82,8 @@ std::vector<std::string> Defaults(Connection& scratch, const TouchedTable& table
 // One database for all tries, each of which is a transaction that is rolled back: making one takes
 // longer than most cases.
 PreparedDatabase TrialDatabase(DateTime now, const std::vector<TouchedTable>& tables) {
-  sql::OpenOptions options;
-  options.clock = [now] { return now; };
+  const sql::OpenOptions options = CompanyOptions([now] { return now; });
   const std::shared_ptr<sql::Database> database = sql::Database::Open(options);
-  database->RunScript(SchemaScript());
-  database->RunScript(BaseScript());
   std::string at_start;
   for (const TouchedTable& table : tables) {
     if (HasIdentity(table.name)) at_start += fmt::format("TRUNCATE TABLE {}\n", table.name);
