@@ -16,9 +16,7 @@ using ::testing::IsEmpty;
 
 class LedgerCheckTest : public ::testing::Test {
  protected:
-  LedgerCheckTest() {
-    database_->RunScript(SampleScript());
-  }
+  LedgerCheckTest() { database_->RunScript(SampleScript()); }
 
   void Run(std::string_view sql) { session_->Execute(sql); }
   // "number stock batch: quantity expected -> actual, value expected -> actual" of each difference.

@@ -48,9 +48,7 @@ constexpr const char* kState[] = {
 
 class SampleCompanyTest : public ::testing::Test {
  protected:
-  SampleCompanyTest() {
-    database_->RunScript(SampleScript());
-  }
+  SampleCompanyTest() { database_->RunScript(SampleScript()); }
   ~SampleCompanyTest() override { ReleaseHostObjects(); }
 
   static DictionaryPtr BillOf(const Recordset& row) {
