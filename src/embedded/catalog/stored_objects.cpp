@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <mutex>
+#include <unordered_map>
 #include <utility>
 
 #include "embedded/catalog/names.h"
@@ -40,18 +42,48 @@ TablePtr TableFromText(const Batch& batch) {
   return table;
 }
 
+// What definitions of tables make, for all sessions of the process: a host opens many on one schema.
+// A table follows from its text alone and never changes, so sessions can share it.
+class SharedTables {
+ public:
+  TablePtr Find(const std::string& definition) {
+    const std::scoped_lock lock(mutex_);
+    const auto found = tables_.find(definition);
+    return found == tables_.end() ? nullptr : found->second;
+  }
+  void Add(const std::string& definition, const TablePtr& table) {
+    const std::scoped_lock lock(mutex_);
+    if (tables_.size() >= kMost) tables_.clear();
+    tables_.emplace(definition, table);
+  }
+
+ private:
+  static constexpr size_t kMost = 512;
+
+  std::mutex mutex_;
+  std::unordered_map<std::string, TablePtr> tables_;
+};
+
+SharedTables& OfTheProcess() {
+  static SharedTables tables;
+  return tables;
+}
+
 bool IsKnown(const CatalogObject& object) {
   return object.table || object.view || object.procedure;
 }
 
 // Makes of the definition what it defines.
 void ReadDefinition(CatalogObject& object) {
+  object.table = OfTheProcess().Find(object.definition);
+  if (object.table) return;
   auto batch = std::make_shared<Batch>(ParseBatch(object.definition));
   if (batch->statements.empty()) throw UnknownDefinition{};
   Statement* first = batch->statements.at(0).get();
   switch (first->kind) {
     case Statement::Kind::kCreateTable:
       object.table = TableFromText(*batch);
+      OfTheProcess().Add(object.definition, object.table);
       break;
     case Statement::Kind::kCreateView: {
       auto view = std::make_shared<View>();

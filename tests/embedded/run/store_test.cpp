@@ -150,6 +150,24 @@ TEST_F(Store, InMemoryThereIsOneSession) {
   EXPECT_EQ(1, Number(*session, "select 1"));
 }
 
+TEST_F(Store, OneDatabaseChangesNoTableOfAnotherWithItsSchema) {
+  const auto maker = Database::Open(OpenOptions{});
+  maker->NewSession()->Execute("create table t (a int not null default(1))");
+  OpenOptions options;
+  options.image = std::make_shared<const std::string>(maker->Image());
+  const auto columns = [](Connection& session) {
+    return session.Execute("select * from t")->FieldCount();
+  };
+  const auto first = Database::Open(options), second = Database::Open(options);
+  const auto changing = first->NewSession(), other = second->NewSession();
+  EXPECT_EQ(columns(*changing), 1);
+  changing->Execute("alter table t add b int");
+  EXPECT_EQ(columns(*changing), 2);
+  EXPECT_EQ(columns(*other), 1);
+  const auto third = Database::Open(options);
+  EXPECT_EQ(columns(*third->NewSession()), 1);
+}
+
 TEST_F(Store, SeveralProcessesCountTogether) {
   constexpr int kProcesses = 3, kRounds = 20;
   Open("db")->NewSession()->Execute("create table t (n int) insert into t values (0)");
