@@ -42,8 +42,8 @@ TablePtr TableFromText(const Batch& batch) {
   return table;
 }
 
-// What definitions of tables make, for all sessions of the process: a host opens many on one schema.
-// A table follows from its text alone and never changes, so sessions can share it.
+// What definitions of tables make, for all sessions of the process: a host opens many on one
+// schema. A table follows from its text alone and never changes, so sessions can share it.
 class SharedTables {
  public:
   TablePtr Find(const std::string& definition) {
