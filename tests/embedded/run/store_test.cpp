@@ -6,9 +6,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <thread>
+#include <vector>
 
 #include "embedded/embedded.h"
 #include "embedded/session/journal.h"
@@ -166,6 +169,29 @@ TEST_F(Store, OneDatabaseChangesNoTableOfAnotherWithItsSchema) {
   EXPECT_EQ(columns(*other), 1);
   const auto third = Database::Open(options);
   EXPECT_EQ(columns(*third->NewSession()), 1);
+}
+
+// Under the thread sanitizer it tells whether what sessions share is shared rightly.
+TEST_F(Store, ThreadsOpenDatabasesOfOneSchema) {
+  const auto maker = Database::Open(OpenOptions{});
+  maker->NewSession()->Execute("create table t (a int not null default(1), b datetime)");
+  OpenOptions options;
+  options.image = std::make_shared<const std::string>(maker->Image());
+  std::atomic<int> rows = 0;
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&options, &rows, i] {
+      for (int round = 0; round < 5; ++round) {
+        const auto database = Database::Open(options);
+        const auto session = database->NewSession();
+        session->Execute("insert into t(b) values(getdate())");
+        session->Execute("alter table t add c" + std::to_string(i) + " int");
+        rows += session->Execute("select * from t")->RecordCount();
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(rows, 20);
 }
 
 TEST_F(Store, SeveralProcessesCountTogether) {
