@@ -1,5 +1,7 @@
 #include "audit/audit_company.h"
 
+#include <utility>
+
 #include "audit/batch_audit.h"
 #include "foundation/bill_kinds.h"
 #include "foundation/conversions.h"
@@ -42,10 +44,7 @@ DictionaryPtr DictionaryOf(const BillKey& key) {
   return bill;
 }
 
-constexpr const char* kInMemory = ":memory:";
-
-std::shared_ptr<sql::Database> OpenStore(const std::string& path, bool create) {
-  if (path == kInMemory) return sql::Database::Open(CompanyOptions());
+std::shared_ptr<sql::Database> OpenFile(const std::string& path, bool create) {
   sql::OpenOptions options;
   options.path = path;
   options.create = create;
@@ -54,17 +53,20 @@ std::shared_ptr<sql::Database> OpenStore(const std::string& path, bool create) {
 
 }  // namespace
 
-Company::Company() : Company(kInMemory, true) {}
+Company::Company() : Company(sql::Database::Open(CompanyOptions())) {}
 
-Company::Company(const std::string& path, bool create)
-    : database_(OpenStore(path, create)),
+Company::Company(const std::string& path, bool create) : Company(OpenFile(path, create)) {
+  if (!create) return;
+  database_->RunScript(SchemaScript());
+  database_->RunScript(BaseScript());
+}
+
+Company::Company(std::shared_ptr<sql::Database> database)
+    : database_(std::move(database)),
       host_([this](std::string_view) { return database_->NewSession(); },
             [this](Connection& session) { database_->Reopen(session); }, &log_),
       object_(host_) {
   ReleaseHostObjects();
-  if (!create || path == kInMemory) return;
-  database_->RunScript(SchemaScript());
-  database_->RunScript(BaseScript());
 }
 
 Company::~Company() {

@@ -53,6 +53,8 @@ class Company {
  private:
   static constexpr std::string_view kDsn = "company";
 
+  explicit Company(std::shared_ptr<sql::Database> database);
+
   std::shared_ptr<sql::Database> database_;
   StatementLog log_;  // since the last audit
   ReferenceHost host_;

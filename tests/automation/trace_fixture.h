@@ -95,12 +95,14 @@ class TraceTest : public AutomationTest {
   // Until the server looks again who asks.
   static void WaitForALook() { Sleep(1100); }
 
-  // The lines of the one file that there is.
-  std::vector<Json> Lines() const {
+  // The one file that there is; empty when there is none.
+  std::wstring File() const {
     const auto files = folder_.Files();
     EXPECT_EQ(files.size(), 1u);
-    return files.empty() ? std::vector<Json>() : folder_.Lines(files[0]);
+    return files.empty() ? std::wstring() : files[0];
   }
+  // Its lines.
+  std::vector<Json> Lines() const { return folder_.Lines(File()); }
   // Its lines of one kind.
   std::vector<Json> Lines(std::string_view kind) const {
     std::vector<Json> lines = Lines();

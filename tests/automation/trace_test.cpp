@@ -202,9 +202,8 @@ TEST_F(TraceTest, WhatTheHostAnsweredIsWritten) {
 TEST_F(TraceTest, AFileHasItsBound) {
   HostedErp erp;
   AuditMany(erp, 10000);
-  const auto files = folder_.Files();
-  ASSERT_EQ(files.size(), 1u);
-  const std::vector<std::string> lines = folder_.Texts(files[0]);
+  const std::vector<std::string> lines = folder_.Texts(File());
+  ASSERT_GT(lines.size(), 2u);
   const Json bills = ParseJson(lines[0])["arguments"]["billVect"];
   EXPECT_EQ(bills.size(), 1001u);
   EXPECT_EQ(bills[1000], Json("and 9000 more"));

@@ -61,16 +61,7 @@ const Json& Contracts() {
 }
 
 const std::vector<std::string>& Tables() {
-  static const std::vector<std::string> tables = [] {
-    constexpr std::string_view kCreate = "\nCREATE TABLE ";
-    std::vector<std::string> names;
-    const std::string_view schema = SchemaScript();
-    for (size_t at = 0; (at = schema.find(kCreate, at)) != schema.npos;) {
-      at += kCreate.size();
-      names.emplace_back(schema.substr(at, schema.find_first_of(" (", at) - at));
-    }
-    return names;
-  }();
+  static const std::vector<std::string> tables = testing::CreatedTables(SchemaScript());
   return tables;
 }
 

@@ -3,7 +3,6 @@
 
 #include <map>
 #include <optional>
-#include <regex>
 #include <set>
 
 #include "foundation/text.h"
@@ -15,15 +14,7 @@ namespace tavcc::testing {
 namespace {
 
 const std::vector<std::string>& SchemaTables() {
-  static const std::vector<std::string> tables = [] {
-    const std::string schema(SchemaScript());
-    const std::regex create("create table ([A-Za-z_0-9]+)", std::regex::icase);
-    std::vector<std::string> names;
-    for (std::sregex_iterator at(schema.begin(), schema.end(), create), end; at != end; ++at) {
-      names.push_back((*at)[1]);
-    }
-    return names;
-  }();
+  static const std::vector<std::string> tables = CreatedTables(SchemaScript());
   return tables;
 }
 

@@ -20,6 +20,16 @@ std::string FieldText(const Value& field) {
 
 }  // namespace
 
+std::vector<std::string> CreatedTables(std::string_view script) {
+  constexpr std::string_view kCreate = "\nCREATE TABLE ";
+  std::vector<std::string> names;
+  for (size_t at = 0; (at = script.find(kCreate, at)) != script.npos;) {
+    at += kCreate.size();
+    names.emplace_back(script.substr(at, script.find_first_of(" (", at) - at));
+  }
+  return names;
+}
+
 std::vector<std::string> TablesWithRows(Connection& connection,
                                         std::span<const std::string> tables) {
   std::string ask;

@@ -1,4 +1,4 @@
-// What tables hold, as texts to be compared.
+// Which tables there are, and what they hold as texts to be compared.
 #pragma once
 
 #include <span>
@@ -9,6 +9,9 @@
 #include "foundation/connection.h"
 
 namespace tavcc::testing {
+
+// The names of the tables that a script creates, each at the beginning of a line.
+std::vector<std::string> CreatedTables(std::string_view script);
 
 // Of the tables, those that hold rows. Errors: the connection's, where a table is not there.
 std::vector<std::string> TablesWithRows(Connection& connection,

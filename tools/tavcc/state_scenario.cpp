@@ -218,8 +218,7 @@ std::set<std::string> StateBuilder::Contents(Connection& connection) const {
     for (; !rows->AtEnd(); rows->MoveNext()) {
       std::string text = table.name;
       for (int i = 0; i < rows->FieldCount(); ++i) text += "," + Literal(rows->Field(i));
-      const int time = ++times[text];
-      contents.insert(fmt::format("{} {}", text, time));
+      contents.insert(fmt::format("{} {}", text, ++times[text]));
     }
   }
   return contents;

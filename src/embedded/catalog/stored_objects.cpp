@@ -64,7 +64,7 @@ class SharedTables {
   std::unordered_map<std::string, TablePtr> tables_;
 };
 
-SharedTables& OfTheProcess() {
+SharedTables& TablesOfProcess() {
   static SharedTables tables;
   return tables;
 }
@@ -75,7 +75,7 @@ bool IsKnown(const CatalogObject& object) {
 
 // Makes of the definition what it defines.
 void ReadDefinition(CatalogObject& object) {
-  object.table = OfTheProcess().Find(object.definition);
+  object.table = TablesOfProcess().Find(object.definition);
   if (object.table) return;
   auto batch = std::make_shared<Batch>(ParseBatch(object.definition));
   if (batch->statements.empty()) throw UnknownDefinition{};
@@ -83,7 +83,7 @@ void ReadDefinition(CatalogObject& object) {
   switch (first->kind) {
     case Statement::Kind::kCreateTable:
       object.table = TableFromText(*batch);
-      OfTheProcess().Add(object.definition, object.table);
+      TablesOfProcess().Add(object.definition, object.table);
       break;
     case Statement::Kind::kCreateView: {
       auto view = std::make_shared<View>();
