@@ -1,13 +1,14 @@
 #include "automation/apartment.h"
 
+#include <array>
 #include <atomic>
 #include <optional>
 #include <utility>
 
 #include "automation/border/border.h"
 #include "automation/border/module.h"
-#include "automation/roles.h"
 #include "foundation/host_services.h"
+#include "foundation/text.h"
 
 namespace tavcc::automation {
 
@@ -16,7 +17,8 @@ namespace {
 struct Apartment {
   long objects = 0;
   std::optional<LateBound> global;
-  std::optional<ULARGE_INTEGER> spy;  // what takes the spy back, while it stands
+  std::optional<ULARGE_INTEGER> spy;                 // what takes the spy back, while it stands
+  std::array<std::optional<CLSID>, kRoles> classes;  // as the registry named them
 };
 
 // A bare pointer: see foundation/trap.cpp.
@@ -68,6 +70,22 @@ void BeginWatch() {
   ++watched_threads;
 }
 
+HRESULT Create(REFCLSID id, ComPtr<IDispatch>& object) {
+  return CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, IID_IDispatch,
+                          reinterpret_cast<void**>(object.GetAddressOf()));
+}
+
+// Creates what the registry names now, unless that has just failed.
+HRESULT LookUpAndCreate(const wchar_t* prog_id, std::optional<CLSID>& known, HRESULT failure,
+                        ComPtr<IDispatch>& object) {
+  CLSID id;
+  const HRESULT result = CLSIDFromProgID(prog_id, &id);
+  if (FAILED(result)) return result;
+  if (known == id) return failure;
+  known = id;
+  return Create(id, object);
+}
+
 }  // namespace
 
 void ObjectBegins() {
@@ -84,8 +102,22 @@ void ObjectEnds() {
   ObjectReleased();
 }
 
+LateBound NewComponent(Role role) {
+  const wchar_t* const prog_id = ProgID(role);
+  std::optional<CLSID>& known = apartment->classes[static_cast<size_t>(role)];
+  ComPtr<IDispatch> object;
+  HRESULT result = known ? Create(*known, object) : REGDB_E_CLASSNOTREG;
+  // A component may have been registered anew since, as another class.
+  if (FAILED(result)) result = LookUpAndCreate(prog_id, known, result, object);
+  if (FAILED(result) || object == nullptr) {
+    throw AutomationError(RuntimeError::kCannotCreateObject,
+                          Cat(Describe(RuntimeError::kCannotCreateObject), ": ", Narrow(prog_id)));
+  }
+  return LateBound(object.Get());
+}
+
 const LateBound& GlobalObject() {
-  if (!apartment->global) apartment->global = LateBound::Create(ProgID(Role::kGlobal));
+  if (!apartment->global) apartment->global = NewComponent(Role::kGlobal);
   return *apartment->global;
 }
 
@@ -93,6 +125,7 @@ void LeaveApartment() {
   if (apartment == nullptr) return;
   ReleaseHostObjects();
   apartment->global.reset();
+  apartment->classes.fill(std::nullopt);
   EndWatch();
   if (apartment->objects == 0) delete std::exchange(apartment, nullptr);
 }

@@ -6,9 +6,12 @@
 // - The cached host objects (foundation/host_services.h). A host makes one component for each use,
 //   so these stay when a thread's last object goes. They go when COM is uninitialized on the
 //   thread, of which an initialize spy tells, and before the module may be unloaded.
+// - Which classes the components' ProgIDs name: the registry is asked once, as long as what it said
+//   holds. These go with the cached objects.
 #pragma once
 
 #include "automation/late_bound.h"
+#include "automation/roles.h"
 
 namespace tavcc::automation {
 
@@ -16,6 +19,10 @@ namespace tavcc::automation {
 // spy.
 void ObjectBegins();
 void ObjectEnds();
+
+// A new component of the host's or of ADO's; one of the thread's objects must live. Errors: 429
+// with the ProgID in the text when it cannot be created.
+LateBound NewComponent(Role role);
 
 // The thread's global object; one of its objects must live. Errors: 429 when it cannot be created.
 const LateBound& GlobalObject();

@@ -57,7 +57,7 @@ class ComApplicationConnection final : public ApplicationConnection {
   }
 
  private:
-  LateBound late_ = LateBound::Create(ProgID(Role::kApplicationConnection));
+  LateBound late_ = NewComponent(Role::kApplicationConnection);
 };
 
 class ComClassInfo final : public ClassInfo {
@@ -67,7 +67,7 @@ class ComClassInfo final : public ClassInfo {
   }
 
  private:
-  LateBound late_ = LateBound::Create(ProgID(Role::kClassInfo));
+  LateBound late_ = NewComponent(Role::kClassInfo);
 };
 
 class ComSystemProfile final : public SystemProfile {
@@ -80,7 +80,7 @@ class ComSystemProfile final : public SystemProfile {
   }
 
  private:
-  LateBound late_ = LateBound::Create(ProgID(Role::kSystemProfile));
+  LateBound late_ = NewComponent(Role::kSystemProfile);
 };
 
 class ComErrorChecker final : public ErrorChecker {
@@ -90,7 +90,7 @@ class ComErrorChecker final : public ErrorChecker {
   }
 
  private:
-  LateBound late_ = LateBound::Create(ProgID(Role::kErrorChecker));
+  LateBound late_ = NewComponent(Role::kErrorChecker);
 };
 
 class ComDataService final : public DataService {
@@ -128,7 +128,7 @@ class ComGLData final : public GLData {
   }
 
  private:
-  LateBound late_ = LateBound::Create(ProgID(Role::kGLData));
+  LateBound late_ = NewComponent(Role::kGLData);
 };
 
 class ComResourceLoader final : public ResourceLoader {
@@ -146,7 +146,7 @@ class ComResourceLoader final : public ResourceLoader {
   }
 
  private:
-  LateBound late_ = LateBound::Create(ProgID(Role::kResourceLoader));
+  LateBound late_ = NewComponent(Role::kResourceLoader);
 };
 
 }  // namespace
@@ -172,13 +172,8 @@ std::unique_ptr<ErrorChecker> ComHost::NewErrorChecker() {
 }
 
 std::unique_ptr<DataService> ComHost::NewDataService() {
-  // ProgIDs are ASCII.
-  std::string prog_id;
-  for (const wchar_t* at = ProgID(Role::kDataService); *at != L'\0'; ++at) {
-    prog_id += static_cast<char>(*at);
-  }
   return std::make_unique<ComDataService>(
-      ObjectOf(GlobalObject().Call(guessed::kCreateObject, {prog_id})));
+      ObjectOf(GlobalObject().Call(guessed::kCreateObject, {Narrow(ProgID(Role::kDataService))})));
 }
 
 std::shared_ptr<GLData> ComHost::NewGLData() {
@@ -190,12 +185,11 @@ std::shared_ptr<ResourceLoader> ComHost::NewResourceLoader() {
 }
 
 DictionaryPtr ComHost::NewDictionary() {
-  return std::make_shared<HostDictionaryAdapter>(
-      LateBound::Create(ProgID(Role::kDictionary)).object());
+  return std::make_shared<HostDictionaryAdapter>(NewComponent(Role::kDictionary).object());
 }
 
 VectorPtr ComHost::NewVector() {
-  return std::make_shared<HostVectorAdapter>(LateBound::Create(ProgID(Role::kVector)).object());
+  return std::make_shared<HostVectorAdapter>(NewComponent(Role::kVector).object());
 }
 
 Dictionary* ComHost::PublishedValues() {
@@ -207,14 +201,13 @@ Dictionary* ComHost::PublishedValues() {
 }
 
 std::string ComHost::FieldText(const Value& value) {
-  return ToText(LateBound::Create(ProgID(Role::kFunctions)).Call(guessed::kFieldText, {value}));
+  return ToText(NewComponent(Role::kFunctions).Call(guessed::kFieldText, {value}));
 }
 
 std::string ComHost::FormatPlaceholders(std::string_view text, std::span<const Value> values) {
   const VectorPtr list = NewVector();
   for (const Value& value : values) list->Add(value);
-  return ToText(LateBound::Create(ProgID(Role::kFunctions))
-                    .Call(guessed::kFormat, {Value(text), Value(list)}));
+  return ToText(NewComponent(Role::kFunctions).Call(guessed::kFormat, {Value(text), Value(list)}));
 }
 
 }  // namespace tavcc::automation

@@ -10,29 +10,14 @@ namespace tavcc::automation {
 
 namespace {
 
-std::string Narrow(const wchar_t* name) {
-  std::string out;
-  for (; *name != L'\0'; ++name) out += static_cast<char>(*name);  // member names are ASCII
-  return out;
-}
-
 constexpr size_t kMostArguments = 8;
 
 }  // namespace
 
-LateBound LateBound::Create(const wchar_t* prog_id) {
-  CLSID id;
-  ComPtr<IDispatch> object;
-  HRESULT result = CLSIDFromProgID(prog_id, &id);
-  if (SUCCEEDED(result)) {
-    result = CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER,
-                              IID_IDispatch, reinterpret_cast<void**>(object.GetAddressOf()));
-  }
-  if (FAILED(result) || object == nullptr) {
-    throw AutomationError(RuntimeError::kCannotCreateObject,
-                          Cat(Describe(RuntimeError::kCannotCreateObject), ": ", Narrow(prog_id)));
-  }
-  return LateBound(object.Get());
+std::string Narrow(const wchar_t* name) {
+  std::string out;
+  for (; *name != L'\0'; ++name) out += static_cast<char>(*name);
+  return out;
 }
 
 LateBound LateBound::Borrow(IDispatch* object) {

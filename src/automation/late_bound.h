@@ -12,12 +12,12 @@
 
 namespace tavcc::automation {
 
+// Names of members and ProgIDs are ASCII.
+std::string Narrow(const wchar_t* name);
+
 class LateBound {
  public:
   explicit LateBound(IDispatch* object) : object_(object) {}
-
-  // Creates a component by ProgID. Errors: 429 with the ProgID in the text.
-  static LateBound Create(const wchar_t* prog_id);
 
   // Over a pointer whose reference count stays as it is; Forget() must be called before the end.
   static LateBound Borrow(IDispatch* object);

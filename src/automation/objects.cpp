@@ -1,8 +1,8 @@
 #include "automation/objects.h"
 
+#include "automation/apartment.h"
 #include "automation/border/border.h"
 #include "automation/border/variant.h"
-#include "automation/roles.h"
 #include "foundation/conversions.h"
 #include "foundation/error.h"
 #include "host/connection_wrapper.h"
@@ -129,14 +129,14 @@ RecordsetPtr AdoConnection::Execute(const SqlText& sql) {
 }
 
 RecordsetPtr AdoConnection::OpenClientRecordset(const SqlText& sql) {
-  const LateBound recordset = LateBound::Create(ProgID(Role::kRecordset));
+  const LateBound recordset = NewComponent(Role::kRecordset);
   recordset.Put(L"CursorLocation", {kUseClient});
   recordset.Call(L"Open", {Value(sql.text), WrapObject(object()), kOpenDynamic, kLockReadOnly});
   return std::make_shared<AdoRecordset>(recordset.object());
 }
 
 void AdoConnection::CallProcedure(const SqlText& name, std::span<ProcedureParameter> parameters) {
-  const LateBound command = LateBound::Create(ProgID(Role::kCommand));
+  const LateBound command = NewComponent(Role::kCommand);
   command.PutReference(L"ActiveConnection", object());
   command.Put(L"CommandType", {kStoredProcedure});
   command.Put(L"CommandText", {Value(name.text)});

@@ -22,6 +22,8 @@
 //   ADODB.Errors         Count, Item(index); of an error: Number, Source, Description, SQLState
 #pragma once
 
+#include <cstddef>
+
 namespace tavcc::automation {
 
 enum class Role {
@@ -39,6 +41,7 @@ enum class Role {
   kRecordset,
   kCommand,
 };
+inline constexpr size_t kRoles = static_cast<size_t>(Role::kCommand) + 1;
 
 constexpr const wchar_t* ProgID(Role role) {
   switch (role) {

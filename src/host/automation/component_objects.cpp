@@ -59,8 +59,10 @@ Host& ThreadHost() {
 void Publish(const DictionaryPtr& dictionary) {
   static IDispatch* published = nullptr;
   const std::string name = std::to_string(GetCurrentProcessId());
-  RemovePropA(GetDesktopWindow(), name.c_str());
-  if (published != nullptr) published->Release();
+  if (published != nullptr) {
+    RemovePropA(GetDesktopWindow(), name.c_str());
+    published->Release();
+  }
   published = dictionary == nullptr ? nullptr : FaceOf(dictionary);
   if (published != nullptr) SetPropA(GetDesktopWindow(), name.c_str(), published);
 }
