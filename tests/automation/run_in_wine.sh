@@ -3,7 +3,8 @@
 #
 #   run_in_wine.sh FOLDER PROGRAM [ARGUMENT…]
 #
-# With LARGEST_FILE in the environment, PROGRAM can make no file larger than so many bytes.
+# With ALL_PROCESSORS in the environment, PROGRAM may run on more than one processor. With
+# LARGEST_FILE, it can make no file larger than so many bytes.
 #
 # FOLDER is where the Windows build put its programs. Registration and all else that Wine keeps lies
 # beside it, in a folder of its own.

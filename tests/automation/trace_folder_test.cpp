@@ -10,6 +10,7 @@ namespace tavcc {
 namespace {
 
 constexpr int kProcesses = 3;
+constexpr const wchar_t* kReady = L"tavcc-trace-processes-ready";
 constexpr const wchar_t* kStart = L"tavcc-trace-processes-start";
 constexpr const wchar_t* kCalls = L"TAVCC_CALLS_OF_A_PROCESS";
 constexpr size_t kMostFiles = 200;
@@ -44,7 +45,10 @@ class TraceProcess : public AutomationTest {};
 TEST_F(TraceProcess, DISABLED_AuditsWithOthers) {
   HostedErp erp;
   const HANDLE start = OpenEventW(SYNCHRONIZE, FALSE, kStart);
+  const HANDLE ready = OpenSemaphoreW(SEMAPHORE_MODIFY_STATE, FALSE, kReady);
+  ASSERT_TRUE(ReleaseSemaphore(ready, 1, nullptr));
   ASSERT_EQ(WaitForSingleObject(start, 60'000), WAIT_OBJECT_0);
+  CloseHandle(ready);
   CloseHandle(start);
   wchar_t calls[16] = L"";
   GetEnvironmentVariableW(kCalls, calls, 16);
@@ -56,14 +60,16 @@ TEST_F(TraceProcess, DISABLED_AuditsWithOthers) {
 // Processes that call at the same time, each so often.
 void CallInProcesses(int calls) {
   SetEnvironmentVariableW(kCalls, std::to_wstring(calls).c_str());
+  const HANDLE ready = CreateSemaphoreW(nullptr, 0, kProcesses, kReady);
   const HANDLE start = CreateEventW(nullptr, TRUE, FALSE, kStart);
   std::vector<PROCESS_INFORMATION> processes;
   for (int i = 0; i < kProcesses; ++i) {
     processes.push_back(RunAgain(L"TraceProcess.DISABLED_AuditsWithOthers"));
   }
-  Sleep(3000);  // whoever is not ready yet begins a little later
+  for (int i = 0; i < kProcesses; ++i) EXPECT_EQ(WaitForSingleObject(ready, 60'000), WAIT_OBJECT_0);
   SetEvent(start);
   for (const PROCESS_INFORMATION& process : processes) EXPECT_EQ(ExitCodeOf(process), 0u);
+  CloseHandle(ready);
   CloseHandle(start);
   SetEnvironmentVariableW(kCalls, nullptr);
 }
@@ -86,13 +92,13 @@ size_t WritersOf(const TraceFolder& folder) {
   return writers.size();
 }
 
-TEST_F(TraceTest, ProcessesShareAFolder) {
+TEST_F(TraceTest, ProcessesWriteAtOnce) {
   CallInProcesses(60);
   EXPECT_EQ(folder_.Files().size(), size_t{kProcesses * 60}) << "none is lost";
   EXPECT_EQ(WritersOf(folder_), size_t{kProcesses});
 }
 
-TEST_F(TraceTest, ProcessesKeepTheBoundTogether) {
+TEST_F(TraceTest, ProcessesKeepTheBoundAtOnce) {
   CallInProcesses(150);
   // Each makes room for the one that it is about to write.
   EXPECT_GE(folder_.Files().size(), kMostFiles);

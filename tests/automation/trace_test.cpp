@@ -236,7 +236,7 @@ TEST_F(TraceTest, ScenariosComeOutTheSame) {
   EXPECT_EQ(folder_.Files().size(), 200u);
 }
 
-TEST_F(TraceTest, ManyThreadsWriteFilesOfTheirOwn) {
+TEST_F(TraceTest, ThreadsWriteFilesOfTheirOwnAtOnce) {
   std::vector<std::thread> threads;
   for (int i = 0; i < 4; ++i) {
     threads.emplace_back([] {

@@ -6,6 +6,7 @@
 use_wine() {
   folder=$(cd "$1" && pwd)
   export WINEPREFIX=$folder/../wine WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=
+  [ -n "${ALL_PROCESSORS:-}" ] || take_one_processor
   # 32-bit programs run on the system's Wine where it has its 32-bit half, else on the one that
   # scripts/wine32.sh unpacked.
   local unpacked=$folder/../../wine32
@@ -17,6 +18,18 @@ use_wine() {
   fi
   exec 9>"$folder/../wine.lock"
   [ -f "$WINEPREFIX/system.reg" ] || make_prefix
+}
+
+# What a program asks of the system, Wine's server answers. On two processors each wakes the other,
+# which takes longer than the answer, so a width's programs stay with its server on one: 64 bit on
+# the first that there is, 32 bit on the last. Tests of what happens at once set ALL_PROCESSORS.
+take_one_processor() {
+  local allowed
+  allowed=$(taskset -cp $$ 2>/dev/null) || return 0
+  allowed=${allowed##*: }
+  local one=${allowed%%[-,]*}
+  [[ $folder != *windows32* ]] || one=${allowed##*[-,]}
+  taskset -cp "$one" $$ >/dev/null
 }
 
 make_prefix() {
