@@ -9,7 +9,7 @@
 namespace tavcc::sql {
 namespace {
 
-std::string_view View(const void* bytes, int size) {
+std::string_view BytesOf(const void* bytes, int size) {
   return {static_cast<const char*>(bytes), static_cast<size_t>(size)};
 }
 
@@ -23,11 +23,11 @@ StoredView ViewOf(sqlite3_value* value) {
       return StoredView::Real(sqlite3_value_double(value));
     case SQLITE_TEXT: {
       const void* text = sqlite3_value_text(value);
-      return StoredView::Text(View(text, sqlite3_value_bytes(value)));
+      return StoredView::Text(BytesOf(text, sqlite3_value_bytes(value)));
     }
     case SQLITE_BLOB: {
       const void* bytes = sqlite3_value_blob(value);
-      return StoredView::Binary(View(bytes, sqlite3_value_bytes(value)));
+      return StoredView::Binary(BytesOf(bytes, sqlite3_value_bytes(value)));
     }
     default:
       return {};
@@ -81,7 +81,7 @@ WideInteger CoefficientOf(const StoredView& cell) {
 StoredView StoreCoefficient(const WideInteger& coefficient, Scratch* scratch) {
   if (const auto small = coefficient.ToInt64()) return StoredView::Integer(*small);
   coefficient.ToBlob(scratch->decimal);
-  return StoredView::Binary(View(scratch->decimal, WideInteger::kBlobSize));
+  return StoredView::Binary(BytesOf(scratch->decimal, WideInteger::kBlobSize));
 }
 
 }  // namespace tavcc::sql
