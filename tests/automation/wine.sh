@@ -25,11 +25,11 @@ use_wine() {
 # the first that there is, 32 bit on the last. Tests of what happens at once set ALL_PROCESSORS.
 take_one_processor() {
   local allowed
-  allowed=$(taskset -cp $$ 2>/dev/null) || return 0
+  allowed=$(LC_ALL=C taskset -cp $$ 2>/dev/null) || return 0
   allowed=${allowed##*: }
   local one=${allowed%%[-,]*}
   [[ $folder != *windows32* ]] || one=${allowed##*[-,]}
-  taskset -cp "$one" $$ >/dev/null
+  taskset -cp "$one" $$ >/dev/null 2>&1 || true
 }
 
 make_prefix() {
