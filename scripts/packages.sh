@@ -9,7 +9,7 @@ build_packages=(
 # To build the tests, and the benchmarks, which a check knows as sources of something.
 test_packages=(libgtest-dev libgmock-dev libbenchmark-dev)
 # To run the checks: those that are no C++, those of the packages, and those of the ODBC connection.
-check_packages=(python3 clang-format file libsqliteodbc tdsodbc)
+check_packages=(python3 clang-format dpkg-dev file libsqliteodbc tdsodbc)
 # To build the automation server for Windows and run it: the compilers' libraries, the linker, the
 # IDL compiler and its headers, Wine, and GoogleTest's sources. SQLite's source comes through npm.
 windows_packages=(
