@@ -8,8 +8,10 @@ build_packages=(
 )
 # To build the tests, and the benchmarks, which a check knows as sources of something.
 test_packages=(libgtest-dev libgmock-dev libbenchmark-dev)
+# To make Debian packages: what CPack finds out with what a program depends on.
+packaging_packages=(dpkg-dev file)
 # To run the checks: those that are no C++, those of the packages, and those of the ODBC connection.
-check_packages=(python3 clang-format dpkg-dev file libsqliteodbc tdsodbc)
+check_packages=(python3 clang-format "${packaging_packages[@]}" libsqliteodbc tdsodbc)
 # To build the automation server for Windows and run it: the compilers' libraries, the linker, the
 # IDL compiler and its headers, Wine, and GoogleTest's sources. SQLite's source comes through npm.
 windows_packages=(
